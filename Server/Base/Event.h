@@ -4,7 +4,10 @@
 #include "Server/Base/Require.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace Vs {
@@ -26,8 +29,9 @@ private:
     Timing m_timing;
 };
 
-/// What listens. A site must unsubscribe before it goes; its destructor is the place. One that is forgotten
-/// stops the program there, and not where the next event would meet what is left of it.
+/// What listens. A site must unsubscribe before it goes, which Subscriptions as its last member do by
+/// themselves. One that is forgotten stops the program there, and not where the next event would meet what is
+/// left of it.
 class EventSite
 {
 public:
@@ -125,6 +129,34 @@ private:
 
     std::vector<Site*> m_sites;
     int m_depth = 0;
+};
+
+/// Keeps a site subscribed until it goes. As the last member of the site they end first, while everything
+/// that an event might need is still there; where the destructor itself sets off events, it calls clear()
+/// before. Main thread only.
+class Subscriptions
+{
+public:
+    Subscriptions() = default;
+    Subscriptions(const Subscriptions&) = delete;
+    Subscriptions& operator=(const Subscriptions&) = delete;
+    ~Subscriptions() { clear(); }
+
+    /// Subscribes the site; the source must outlive this.
+    template <class Site>
+    void add(EventSource<Site>* source, std::type_identity_t<Site>* site)
+    {
+        source->subscribe(site);
+        m_ends.push_back([source, site] { source->unsubscribe(site); });
+    }
+    void clear()
+    {
+        for (const std::function<void()>& end : std::exchange(m_ends, {}))
+            end();
+    }
+
+private:
+    std::vector<std::function<void()>> m_ends;
 };
 
 } // namespace Vs

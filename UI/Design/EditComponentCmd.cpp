@@ -160,12 +160,7 @@ bool EditComponentCmdDef::onAddToContextMenu()
 
 EditByDoubleClick::EditByDoubleClick()
 {
-    MouseEventSource::get()->subscribe(this);
-}
-
-EditByDoubleClick::~EditByDoubleClick()
-{
-    MouseEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(MouseEventSource::get(), this);
 }
 
 void EditByDoubleClick::mouseDoubleClick(MouseEvent* event)

@@ -27,12 +27,12 @@ class EditByDoubleClick : private MouseEventSite
 {
 public:
     EditByDoubleClick();
-    ~EditByDoubleClick() override;
     EditByDoubleClick(const EditByDoubleClick&) = delete;
     EditByDoubleClick& operator=(const EditByDoubleClick&) = delete;
 
 private:
     void mouseDoubleClick(MouseEvent* event) override;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Design

@@ -25,12 +25,7 @@ bool ComponentEnvironment::onIsApplicable(const AssetSession* session) const
 
 Environments::Environments()
 {
-    SessionEventSource::get()->subscribe(this);
-}
-
-Environments::~Environments()
-{
-    SessionEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(SessionEventSource::get(), this);
 }
 
 void Environments::sessionCreated(SessionEvent* event)

@@ -47,7 +47,6 @@ class Environments : private SessionEventSite
 {
 public:
     Environments();
-    ~Environments() override;
     Environments(const Environments&) = delete;
     Environments& operator=(const Environments&) = delete;
 
@@ -57,6 +56,7 @@ private:
     ModellingEnvironment m_modelling;
     ReviewEnvironment m_review;
     ComponentEnvironment m_component;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Design

@@ -11,12 +11,7 @@ namespace Vs::Itemhub {
 
 SaveListener::SaveListener()
 {
-    DocumentEventSource::get()->subscribe(this);
-}
-
-SaveListener::~SaveListener()
-{
-    DocumentEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(DocumentEventSource::get(), this);
 }
 
 void SaveListener::label(const boost::filesystem::path& file, const std::string& label)

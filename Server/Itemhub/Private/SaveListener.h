@@ -16,7 +16,6 @@ class SaveListener : public DocumentEventSite
 {
 public:
     SaveListener();
-    ~SaveListener() override;
 
     /// Of the next save of that file.
     void label(const boost::filesystem::path& file, const std::string& label);
@@ -34,6 +33,7 @@ private:
 
     std::map<boost::filesystem::path, std::string> m_labels;
     std::map<boost::filesystem::path, FileStamp> m_queued; ///< What was queued last.
+    Subscriptions m_subscriptions;
 };
 
 } // namespace Vs::Itemhub

@@ -231,4 +231,38 @@ CommandContext::Argument& CommandContext::own(const Vs::UniqueString* key)
     return m_arguments->list.emplace_back(Argument{key, 0});
 }
 
+ECommandAccessPoint CommandContext::calledFrom() const
+{
+    return m_accessPoint == ECommandAccessPoint::Repeat ? m_repeatedFrom : m_accessPoint;
+}
+
+bool CommandContext::isByHand() const
+{
+    switch (calledFrom()) {
+    case ECommandAccessPoint::Toolbar:
+    case ECommandAccessPoint::ApplicationMenu:
+    case ECommandAccessPoint::Menu:
+    case ECommandAccessPoint::ContextMenu:
+    case ECommandAccessPoint::Canvas:
+    case ECommandAccessPoint::HotKey:
+        return true;
+    case ECommandAccessPoint::Unknown:
+    case ECommandAccessPoint::Recovery:
+    case ECommandAccessPoint::TextLine:
+    case ECommandAccessPoint::Transcript:
+    case ECommandAccessPoint::Script:
+    case ECommandAccessPoint::Command:
+    case ECommandAccessPoint::Repeat:
+        return false;
+    }
+    return false; // A number that no route has.
+}
+
+bool CommandContext::isByLine() const
+{
+    const ECommandAccessPoint from = calledFrom();
+    return from == ECommandAccessPoint::TextLine || from == ECommandAccessPoint::Transcript ||
+           from == ECommandAccessPoint::Script;
+}
+
 } // namespace Vu

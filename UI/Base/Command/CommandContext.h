@@ -94,8 +94,19 @@ public:
     CommandMgr* commandManager() const;
 
     ECommandAccessPoint commandAccessPoint() const { return m_accessPoint; }
-    void accessPoint(ECommandAccessPoint point) { m_accessPoint = point; }
-    void accessPoint(int point) { m_accessPoint = static_cast<ECommandAccessPoint>(point); }
+    void accessPoint(ECommandAccessPoint point)
+    {
+        if (m_accessPoint != ECommandAccessPoint::Repeat)
+            m_repeatedFrom = m_accessPoint;
+        m_accessPoint = point;
+    }
+    void accessPoint(int point) { accessPoint(static_cast<ECommandAccessPoint>(point)); }
+    /// Whether a person called the command with a button, a menu, keys or the mouse. A repetition counts as
+    /// what called for it.
+    bool isByHand() const;
+    /// Whether a line called it: typed, of a transcript or of a script. A repetition counts as what called
+    /// for it.
+    bool isByLine() const;
 
     /// Whether the command runs inside the call that starts it (the default), or as a deferred task after the
     /// current event. A deferred run answers its caller with an empty status; its errors become alerts.
@@ -116,12 +127,14 @@ private:
     struct Arguments;
     const Argument* find(const Vs::UniqueString* key) const;
     Argument& own(const Vs::UniqueString* key);
+    ECommandAccessPoint calledFrom() const;
 
     AssetSession* m_assetSession = nullptr;
     Shell* m_shell = nullptr;
     Workspace* m_workspace = nullptr;
     std::shared_ptr<Arguments> m_arguments;
     ECommandAccessPoint m_accessPoint = ECommandAccessPoint::Unknown;
+    ECommandAccessPoint m_repeatedFrom = ECommandAccessPoint::Unknown; ///< What called for the repetition.
     EAlternateSelectionSetBehavior m_alternateSelection = EAlternateSelectionSetBehavior::UseSelection;
     bool m_executeImmediately = true;
     bool m_partOfCaller = false;

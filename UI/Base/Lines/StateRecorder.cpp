@@ -98,12 +98,12 @@ bool recording()
 
 StateRecorder::StateRecorder()
 {
-    SessionEventSource::get()->subscribe(this);
+    m_subscriptions.add(SessionEventSource::get(), this);
 }
 
 StateRecorder::~StateRecorder()
 {
-    SessionEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
     follow(nullptr);
 }
 

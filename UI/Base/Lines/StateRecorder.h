@@ -67,6 +67,7 @@ private:
     std::optional<CameraState> m_goal;   ///< Where the running command has put it.
     uint64_t m_begun = 0;                ///< Fits up to this revision of cameras were before the recording.
     std::map<const Vs::Scene::Camera*, uint64_t> m_fits; ///< The last fit of each that a line tells of.
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

@@ -8,13 +8,10 @@ namespace Vu {
 
 Clipboard::Clipboard()
 {
-    Vs::AssetEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::AssetEventSource::get(), this);
 }
 
-Clipboard::~Clipboard()
-{
-    Vs::AssetEventSource::get()->unsubscribe(this);
-}
+Clipboard::~Clipboard() = default;
 
 void Clipboard::add(Vs::StrongRef<Vs::LogicalSelection> object, bool cut)
 {

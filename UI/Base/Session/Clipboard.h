@@ -31,6 +31,7 @@ private:
     void assetClosed(Vs::AssetEvent* event) override;
 
     std::vector<Entry> m_entries;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

@@ -27,14 +27,9 @@ void DamageNotice::begin()
 
 DamageNotice::DamageNotice()
 {
-    Vs::DocumentEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::DocumentEventSource::get(), this);
     for (unsigned i = 0; i < Vs::DocumentMgr::get()->documents(); ++i)
         tell(*Vs::DocumentMgr::get()->document(i));
-}
-
-DamageNotice::~DamageNotice()
-{
-    Vs::DocumentEventSource::get()->unsubscribe(this);
 }
 
 void DamageNotice::documentClosed(Vs::DocumentEvent* event)

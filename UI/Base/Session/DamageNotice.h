@@ -11,7 +11,6 @@ class DamageNotice : private Vs::DocumentEventSite
 public:
     /// Tells of those that are open and those that come.
     DamageNotice();
-    ~DamageNotice() override;
 
     /// For a run with a window, up to its end; once.
     static void begin();
@@ -20,6 +19,7 @@ private:
     void documentOpened(Vs::DocumentEvent* event) override { tell(*event->document()); }
     void documentClosed(Vs::DocumentEvent* event) override;
     static void tell(const Vs::Document& document);
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

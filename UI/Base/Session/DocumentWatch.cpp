@@ -60,7 +60,7 @@ DocumentWatch::DocumentWatch()
         m_looks = 0;
         m_later->start(kQuiet);
     });
-    Vs::DocumentEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::DocumentEventSource::get(), this);
     Vs::DocumentLocks::get()->onChange(&heldChanged);
     Vs::DocumentLocks::get()->start();
     for (unsigned i = 0; i < Vs::DocumentMgr::get()->documents(); ++i)
@@ -71,7 +71,7 @@ DocumentWatch::~DocumentWatch()
 {
     Vs::DocumentLocks::get()->end();
     Vs::DocumentLocks::get()->onChange(nullptr);
-    Vs::DocumentEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
 }
 
 std::wstring DocumentWatch::whoHasIt(const Vs::FileUser& user)

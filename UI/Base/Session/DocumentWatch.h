@@ -62,6 +62,7 @@ private:
     std::unique_ptr<QTimer> m_later;
     std::map<Vs::Document*, Watched> m_documents;
     int m_looks = 0;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

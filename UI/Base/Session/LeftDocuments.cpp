@@ -94,14 +94,8 @@ void saveCopy(const std::wstring& file, const std::wstring& name)
 
 LeftDocuments::LeftDocuments()
 {
-    Vs::AutoSaveEventSource::get()->subscribe(this);
-    Vs::NotificationsEventSource::get()->subscribe(this);
-}
-
-LeftDocuments::~LeftDocuments()
-{
-    Vs::NotificationsEventSource::get()->unsubscribe(this);
-    Vs::AutoSaveEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(Vs::AutoSaveEventSource::get(), this);
+    m_subscriptions.add(Vs::NotificationsEventSource::get(), this);
 }
 
 const std::wstring& LeftDocuments::clientID()

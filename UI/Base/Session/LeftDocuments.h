@@ -14,7 +14,6 @@ class LeftDocuments : private Vs::AutoSaveEventSite, private Vs::NotificationsEv
 {
 public:
     LeftDocuments();
-    ~LeftDocuments() override;
 
     /// The sender of these notifications.
     static const std::wstring& clientID();
@@ -25,6 +24,7 @@ private:
     void notificationRemoved(Vs::NotificationEvent* event) override { m_files.erase(event->notification()); }
 
     std::map<Vs::Notification*, std::wstring> m_files;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

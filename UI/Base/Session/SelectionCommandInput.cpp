@@ -86,13 +86,13 @@ SelectionCommandInput::SelectionCommandInput(CommandInputSet* set, int number, I
       m_follower(std::make_unique<PartFollower>())
 {
     m_own.subscribe(this);
-    MouseEventSource::get()->subscribe(this);
+    m_subscriptions.add(MouseEventSource::get(), this);
 }
 
 SelectionCommandInput::~SelectionCommandInput()
 {
     leaveSession();
-    MouseEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
 }
 
 void SelectionCommandInput::requiredQuantity(bool exactly, size_t quantity)

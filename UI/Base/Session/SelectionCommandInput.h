@@ -160,6 +160,7 @@ private:
     bool m_pointing = false;  ///< Was told that the pointer is at something.
     bool m_pressed = false;   ///< The button went down while the input was current.
     bool m_dragged = false;   ///< The button that is down has dragged, so that its release is no click.
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

@@ -38,15 +38,11 @@ SessionMgr* SessionMgr::get()
 
 SessionMgr::SessionMgr() : m_clipboard(std::make_unique<Clipboard>())
 {
-    Vs::DocumentEventSource::get()->subscribe(this);
-    Vs::AssetEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::DocumentEventSource::get(), this);
+    m_subscriptions.add(Vs::AssetEventSource::get(), this);
 }
 
-SessionMgr::~SessionMgr()
-{
-    Vs::DocumentEventSource::get()->unsubscribe(this);
-    Vs::AssetEventSource::get()->unsubscribe(this);
-}
+SessionMgr::~SessionMgr() = default;
 
 AssetSession* SessionMgr::getOpenAssetSession(const Vs::Asset* asset) const
 {

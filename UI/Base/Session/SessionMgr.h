@@ -91,6 +91,7 @@ private:
     std::unique_ptr<Clipboard> m_clipboard;
     AssetSession* m_current = nullptr;
     bool m_active = false;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

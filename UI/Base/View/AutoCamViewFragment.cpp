@@ -123,13 +123,13 @@ AutoCamViewFragment::AutoCamViewFragment(GraphicsView* view, Vs::Asset* asset)
     m_area.onChange([this] { changed(); });
     changed();
     Shown::get().add(this);
-    UIBaseOptionGroup::get()->subscribe(this);
+    m_subscriptions.add(UIBaseOptionGroup::get(), this);
 }
 
 AutoCamViewFragment::~AutoCamViewFragment()
 {
     Shown::get().remove(this);
-    UIBaseOptionGroup::get()->unsubscribe(this);
+    m_subscriptions.clear();
     if (m_waiting)
         m_waiting->forget();
 }

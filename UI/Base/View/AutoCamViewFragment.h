@@ -107,6 +107,7 @@ private:
     std::optional<size_t> m_pressed;
     double m_pressX = 0, m_pressY = 0, m_lastX = 0, m_lastY = 0;
     bool m_dragged = false;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

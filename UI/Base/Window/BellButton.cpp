@@ -35,13 +35,8 @@ BellButton::BellButton(ProgressPanel* progress, QWidget* parent)
     connect(open, &QAction::triggered, this, [this] { m_panel->openAbove(*this); });
     parent->addAction(open);
     progress->keepsAlive({this, m_panel});
-    Vs::NotificationsEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::NotificationsEventSource::get(), this);
     draw();
-}
-
-BellButton::~BellButton()
-{
-    Vs::NotificationsEventSource::get()->unsubscribe(this);
 }
 
 void BellButton::changeEvent(QEvent* event)

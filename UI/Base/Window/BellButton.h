@@ -16,7 +16,6 @@ class BellButton : public QToolButton, private Vs::NotificationsEventSite
 public:
     /// `progress` outlives the button.
     BellButton(ProgressPanel* progress, QWidget* parent);
-    ~BellButton() override;
 
     NotificationPanel* panel() const { return m_panel; }
 
@@ -31,6 +30,7 @@ private:
     void draw(const Vs::Notification* going = nullptr);
 
     NotificationPanel* m_panel;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

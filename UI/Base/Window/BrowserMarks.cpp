@@ -65,13 +65,13 @@ QItemSelection without(const QItemSelection& ranges, const QModelIndex& parent, 
 
 BrowserMarks::BrowserMarks(QTreeView* tree, BrowserModel* model) : m_tree(tree), m_model(model)
 {
-    SessionEventSource::get()->subscribe(this);
+    m_subscriptions.add(SessionEventSource::get(), this);
 }
 
 BrowserMarks::~BrowserMarks()
 {
     follow(nullptr);
-    SessionEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
 }
 
 void BrowserMarks::follow(AssetSession* session)

@@ -56,6 +56,7 @@ private:
     AssetSession* m_session = nullptr;
     bool m_busy = false;
     Known m_known;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

@@ -105,13 +105,10 @@ BrowserModel::BrowserModel(QObject* parent)
       m_damagedIcon(drawDamagedBox()),
       m_viewIcon(drawCamera())
 {
-    Vs::AssetEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::AssetEventSource::get(), this);
 }
 
-BrowserModel::~BrowserModel()
-{
-    Vs::AssetEventSource::get()->unsubscribe(this);
-}
+BrowserModel::~BrowserModel() = default;
 
 void BrowserModel::asset(Vs::Asset* asset)
 {

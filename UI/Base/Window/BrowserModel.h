@@ -93,6 +93,7 @@ private:
     Renamer m_renamer;
     Shower m_shower;
     QIcon m_assemblyIcon, m_partIcon, m_damagedIcon, m_viewIcon;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

@@ -154,14 +154,11 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     m_tree->installEventFilter(this);
     m_marks = std::make_unique<BrowserMarks>(m_tree, m_model);
 
-    SessionEventSource::get()->subscribe(this);
+    m_subscriptions.add(SessionEventSource::get(), this);
     show(SessionMgr::get()->currentAssetSession());
 }
 
-BrowserPanel::~BrowserPanel()
-{
-    SessionEventSource::get()->unsubscribe(this);
-}
+BrowserPanel::~BrowserPanel() = default;
 
 void BrowserPanel::currentSessionChanged(SessionEvent* event)
 {

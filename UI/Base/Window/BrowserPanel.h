@@ -64,6 +64,7 @@ private:
     bool m_checked = false;       ///< The click was on a check mark.
     bool m_displaying = false;    ///< The mark that is set selects nothing.
     std::set<std::string> m_open; ///< Ids of the open branches, for when they come back.
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

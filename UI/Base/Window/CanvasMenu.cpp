@@ -171,7 +171,7 @@ void selectPointed(Vs::SelectionMgr& manager)
 
 CanvasMenu::CanvasMenu(QWidget* window) : QObject(window), m_window(window)
 {
-    MouseEventSource::get()->subscribe(this);
+    m_subscriptions.add(MouseEventSource::get(), this);
     AutoCamViewFragment::onRightClick(this, [this](GraphicsCanvas* canvas, const Vs::Point2& place) {
         const QWidget* widget = canvas ? canvas->existingWidget() : nullptr;
         if (widget && widget->window() == m_window)
@@ -182,7 +182,7 @@ CanvasMenu::CanvasMenu(QWidget* window) : QObject(window), m_window(window)
 CanvasMenu::~CanvasMenu()
 {
     AutoCamViewFragment::onRightClick(this, nullptr);
-    MouseEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
 }
 
 void CanvasMenu::mouseDown(MouseEvent* event)

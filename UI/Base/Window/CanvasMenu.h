@@ -32,6 +32,7 @@ private:
 
     QWidget* m_window;
     bool m_pressed = false;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

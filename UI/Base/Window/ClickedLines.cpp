@@ -10,22 +10,6 @@
 namespace Vu {
 namespace {
 
-bool isByHand(const CommandContext& context)
-{
-    switch (context.commandAccessPoint()) {
-    case ECommandAccessPoint::Toolbar:
-    case ECommandAccessPoint::ApplicationMenu:
-    case ECommandAccessPoint::Menu:
-    case ECommandAccessPoint::ContextMenu:
-    case ECommandAccessPoint::Canvas:
-    case ECommandAccessPoint::HotKey:
-    case ECommandAccessPoint::Repeat:
-        return true;
-    default:
-        return false;
-    }
-}
-
 /// Who ends a panel is told by what becomes of that one.
 bool endsAnother(const CommandDefinition& definition)
 {
@@ -34,7 +18,7 @@ bool endsAnother(const CommandDefinition& definition)
 
 bool isTold(const CommandRun& run)
 {
-    return run.depth == 0 && run.command && isByHand(*run.context) && run.definition->scriptable() &&
+    return run.depth == 0 && run.command && run.context->isByHand() && run.definition->scriptable() &&
            !endsAnother(*run.definition);
 }
 
@@ -43,14 +27,14 @@ bool isTold(const CommandRun& run)
 ClickedLines::ClickedLines(std::function<void(const std::wstring&)> tell) : m_tell(std::move(tell))
 {
     CommandMgr::addObserver(this);
-    CommandEventSource::get()->subscribe(this);
+    m_subscriptions.add(CommandEventSource::get(), this);
     CommandInputEventSource::get()->subscribe(this, nullptr);
 }
 
 ClickedLines::~ClickedLines()
 {
     CommandInputEventSource::get()->unsubscribe(this, nullptr);
-    CommandEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
     CommandMgr::removeObserver(this);
 }
 
@@ -59,7 +43,7 @@ void ClickedLines::commandCreated(CommandCreatedEvent* event)
 {
     CommandBase* command = event->command();
     const auto* panel = Vs::cast<Command>(command);
-    if (!panel || panel->onArgumentsSayAll() || !isByHand(*command->commandContext()))
+    if (!panel || panel->onArgumentsSayAll() || !command->commandContext()->isByHand())
         return;
     CommandRun run{nullptr, command->commandDefinition(), command->commandContext()};
     m_tell(TranscriptRecorder::lineOf(run));
@@ -84,7 +68,7 @@ void ClickedLines::onCommandInputEvent(CommandInputEvent* event)
     const auto* change = Vs::cast<CommandInputValueChangeEvent>(event);
     const CommandInputBase* input = change ? change->commandInput() : nullptr;
     const auto* panel = input ? Vs::cast<Command>(input->commandInputSet()->command()) : nullptr;
-    if (!panel || !panel->isActive() || !isByHand(*panel->commandContext()) || panel->onArgumentsSayAll() ||
+    if (!panel || !panel->isActive() || !panel->commandContext()->isByHand() || panel->onArgumentsSayAll() ||
         !input->enableTranscript() || change->kind() != CommandInputValueChangeEvent::EKind::Entered)
         return;
     m_tell(L"Commands.SetInput " + Vs::Strings::quote(input->info()->key()) + L' ' +

@@ -26,6 +26,7 @@ private:
     void onCommandInputEvent(CommandInputEvent* event) override;
 
     std::function<void(const std::wstring&)> m_tell;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

@@ -35,18 +35,6 @@ constexpr int kDistance = 12;
 /// The head and foot of the panel stay free of the window's edge by this, however it is dragged.
 constexpr int kGrip = 40;
 
-bool startedByHand(const CommandBase& command)
-{
-    switch (command.commandContext()->commandAccessPoint()) {
-    case ECommandAccessPoint::TextLine:
-    case ECommandAccessPoint::Transcript:
-    case ECommandAccessPoint::Script:
-        return false;
-    default:
-        return true;
-    }
-}
-
 /// What stops the command, as a line for the user.
 struct Problem
 {
@@ -115,16 +103,15 @@ CommandPanel::CommandPanel(const Workspace* workspace, QWidget* parent)
     m_soon.setSingleShot(true);
     connect(&m_soon, &QTimer::timeout, this, [this] { refresh(); });
     parent->installEventFilter(this);
-    CommandEventSource::get()->subscribe(this);
-    SessionEventSource::get()->subscribe(this);
+    m_subscriptions.add(CommandEventSource::get(), this);
+    m_subscriptions.add(SessionEventSource::get(), this);
     hide();
 }
 
 CommandPanel::~CommandPanel()
 {
     close();
-    SessionEventSource::get()->unsubscribe(this);
-    CommandEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
 }
 
 QWidget* CommandPanel::makeHead()
@@ -220,7 +207,7 @@ void CommandPanel::open(CommandBase* command)
     showState();
     show();
     place();
-    if (InputField* first = m_form->firstField(false); first && startedByHand(*command))
+    if (InputField* first = m_form->firstField(false); first && !command->commandContext()->isByLine())
         first->setFocus(Qt::TabFocusReason);
 }
 

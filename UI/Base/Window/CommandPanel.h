@@ -88,6 +88,7 @@ private:
     QTimer m_soon;
     QPoint m_dragged; ///< How far from its usual place the panel was dragged.
     QPoint m_grabbed; ///< Where in the window the pointer was last, while it drags.
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

@@ -59,12 +59,7 @@ DesktopNotifications::DesktopNotifications(QObject* parent) : QObject(parent)
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
         m_wasActive = m_wasActive || state == Qt::ApplicationActive;
     });
-    Vs::NotificationsEventSource::get()->subscribe(this);
-}
-
-DesktopNotifications::~DesktopNotifications()
-{
-    Vs::NotificationsEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(Vs::NotificationsEventSource::get(), this);
 }
 
 bool DesktopNotifications::hasBus()

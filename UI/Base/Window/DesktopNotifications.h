@@ -21,7 +21,6 @@ class DesktopNotifications : public QObject, private Vs::NotificationsEventSite
 
 public:
     explicit DesktopNotifications(QObject* parent);
-    ~DesktopNotifications() override;
 
     /// Whether a session bus is named; looking for one by other means might start one.
     [[nodiscard]] static bool hasBus();
@@ -49,6 +48,7 @@ private:
     std::vector<Vs::Notification*> m_waiting; ///< For the capabilities.
     std::vector<Vs::Notification*> m_sending; ///< Their numbers aren't known yet.
     std::map<uint, Vs::Notification*> m_shown;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

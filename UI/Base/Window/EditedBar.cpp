@@ -56,15 +56,9 @@ EditedBar::EditedBar(QWidget* parent)
     auto* row = new QHBoxLayout(this);
     row->addLayout(names, 1);
     row->addWidget(leave);
-    SessionEventSource::get()->subscribe(this);
-    Vs::AssetEventSource::get()->subscribe(this);
+    m_subscriptions.add(SessionEventSource::get(), this);
+    m_subscriptions.add(Vs::AssetEventSource::get(), this);
     refresh();
-}
-
-EditedBar::~EditedBar()
-{
-    SessionEventSource::get()->unsubscribe(this);
-    Vs::AssetEventSource::get()->unsubscribe(this);
 }
 
 // A name may have changed.

@@ -15,7 +15,6 @@ class EditedBar : public QWidget, private SessionEventSite, private Vs::AssetEve
 {
 public:
     explicit EditedBar(QWidget* parent);
-    ~EditedBar() override;
 
 private:
     void currentSessionChanged(SessionEvent*) override { refresh(); }
@@ -26,6 +25,7 @@ private:
 
     QLabel* m_place;
     QLabel* m_name;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

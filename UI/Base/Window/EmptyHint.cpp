@@ -33,16 +33,9 @@ EmptyHint::EmptyHint(const GraphicsCanvas& canvas, QWidget* frame) : QWidget(fra
     m_soon.setSingleShot(true);
     connect(&m_soon, &QTimer::timeout, this, [this] { refresh(); });
     frame->installEventFilter(this);
-    Vs::AssetEventSource::get()->subscribe(this);
-    SessionEventSource::get()->subscribe(this);
-    SplitViewEventSource::get()->subscribe(this);
-}
-
-EmptyHint::~EmptyHint()
-{
-    SplitViewEventSource::get()->unsubscribe(this);
-    SessionEventSource::get()->unsubscribe(this);
-    Vs::AssetEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(Vs::AssetEventSource::get(), this);
+    m_subscriptions.add(SessionEventSource::get(), this);
+    m_subscriptions.add(SplitViewEventSource::get(), this);
 }
 
 bool EmptyHint::eventFilter(QObject* frame, QEvent* event)

@@ -21,7 +21,6 @@ class EmptyHint : public QWidget,
 public:
     /// The canvas may go before this.
     EmptyHint(const GraphicsCanvas& canvas, QWidget* frame);
-    ~EmptyHint() override;
 
     /// Whether the canvas, which must be there, shows a model with nothing in it.
     static bool isEmpty(const GraphicsCanvas& canvas);
@@ -39,6 +38,7 @@ private:
 
     const GraphicsCanvas* m_canvas;
     QTimer m_soon;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

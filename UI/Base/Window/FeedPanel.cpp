@@ -122,13 +122,8 @@ FeedPanel::FeedPanel(QWidget* parent)
             [this](const QPoint& place) { showMenu(place); });
     m_soon.setSingleShot(true);
     connect(&m_soon, &QTimer::timeout, this, [this] { refresh(); });
-    DesignFeed::get()->subscribe(this);
+    m_subscriptions.add(DesignFeed::get(), this);
     refresh();
-}
-
-FeedPanel::~FeedPanel()
-{
-    DesignFeed::get()->unsubscribe(this);
 }
 
 /// One that nobody sees waits until somebody does.

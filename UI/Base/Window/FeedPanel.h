@@ -19,7 +19,6 @@ class FeedPanel : public QWidget, private FeedEventSite
 {
 public:
     explicit FeedPanel(QWidget* parent);
-    ~FeedPanel() override;
 
     QListWidget* list() const { return m_list; }
 
@@ -36,6 +35,7 @@ private:
     QLabel* m_nothing;
     std::vector<FeedEntry> m_entries; ///< As the rows show them.
     QTimer m_soon;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

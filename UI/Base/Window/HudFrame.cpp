@@ -37,13 +37,10 @@ const QString kName = QStringLiteral("canvasFrame");
 HudFrame::HudFrame(QWidget* parent) : QWidget(parent)
 {
     setObjectName(kName);
-    SplitViewEventSource::get()->subscribe(this);
+    m_subscriptions.add(SplitViewEventSource::get(), this);
 }
 
-HudFrame::~HudFrame()
-{
-    SplitViewEventSource::get()->unsubscribe(this);
-}
+HudFrame::~HudFrame() = default;
 
 void HudFrame::canvas(GraphicsCanvas* canvas)
 {

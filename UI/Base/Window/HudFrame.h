@@ -58,6 +58,7 @@ private:
     QPointer<QWidget> m_widget; ///< The canvas's own, which may go, or move to another frame, before this.
     std::vector<Hud> m_huds;
     PlacedHuds m_placed{this};
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

@@ -126,14 +126,14 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
     new CanvasMenu(this);
     const std::wstring problems = addMenus(*this);
 
-    Vs::AssetEventSource::get()->subscribe(this);
-    Vs::DocumentEventSource::get()->subscribe(this);
-    DocumentRemarkSource::get()->subscribe(this);
-    CommandEventSource::get()->subscribe(this);
-    SessionEventSource::get()->subscribe(this);
-    WorkspaceEventSource::get()->subscribe(this);
-    ToolbarManager::get()->subscribe(this);
-    AlertEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::AssetEventSource::get(), this);
+    m_subscriptions.add(Vs::DocumentEventSource::get(), this);
+    m_subscriptions.add(DocumentRemarkSource::get(), this);
+    m_subscriptions.add(CommandEventSource::get(), this);
+    m_subscriptions.add(SessionEventSource::get(), this);
+    m_subscriptions.add(WorkspaceEventSource::get(), this);
+    m_subscriptions.add(ToolbarManager::get(), this);
+    m_subscriptions.add(AlertEventSource::get(), this);
     rebuild();
     if (const QStringList ofKeys = KeyTable::get()->problems(); !ofKeys.isEmpty())
         message(ofKeys.join(QLatin1Char('\n')), true);
@@ -145,14 +145,7 @@ MainWindow::~MainWindow()
 {
     UIBaseOptionGroup::get()->windowGeometry(QString::fromLatin1(saveGeometry().toBase64()).toStdWString());
     delete m_stage; // While its buttons can still be told.
-    Vs::AssetEventSource::get()->unsubscribe(this);
-    Vs::DocumentEventSource::get()->unsubscribe(this);
-    DocumentRemarkSource::get()->unsubscribe(this);
-    CommandEventSource::get()->unsubscribe(this);
-    SessionEventSource::get()->unsubscribe(this);
-    WorkspaceEventSource::get()->unsubscribe(this);
-    ToolbarManager::get()->unsubscribe(this);
-    AlertEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
 }
 
 void MainWindow::restoreSize()

@@ -116,6 +116,7 @@ private:
     AreaStage* m_stage;
     QTimer m_rebuildTimer, m_refreshTimer;
     bool m_toldUnknown = false;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

@@ -61,12 +61,7 @@ NotificationPanel::NotificationPanel(ProgressPanel* progress, QWidget* parent)
     m_fillTimer.setSingleShot(true);
     connect(&m_fillTimer, &QTimer::timeout, this, [this] { fill(); });
     connect(&m_workTimer, &QTimer::timeout, this, [this] { showWork(); });
-    Vs::NotificationsEventSource::get()->subscribe(this);
-}
-
-NotificationPanel::~NotificationPanel()
-{
-    Vs::NotificationsEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(Vs::NotificationsEventSource::get(), this);
 }
 
 void NotificationPanel::addHead(QBoxLayout& column)

@@ -25,7 +25,6 @@ class NotificationPanel : public QFrame, private Vs::NotificationsEventSite
 public:
     /// `progress` outlives the panel.
     NotificationPanel(ProgressPanel* progress, QWidget* parent);
-    ~NotificationPanel() override;
 
     /// Opens it above that widget, within the screen.
     void openAbove(const QWidget& anchor);
@@ -59,6 +58,7 @@ private:
     qsizetype m_focused = -1; ///< Of a list that is about to be made anew; -1 for none.
     QTimer m_fillTimer, m_workTimer;
     QRect m_anchor; ///< On the screen.
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

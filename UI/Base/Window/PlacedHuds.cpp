@@ -57,12 +57,7 @@ PlacedHuds::PlacedHuds(QWidget* frame) : m_frame(frame), m_hint(PlainText::label
     m_hint->hide();
     m_soon.setSingleShot(true);
     QObject::connect(&m_soon, &QTimer::timeout, frame, [this] { refresh(); });
-    HUDManager::get()->subscribe(this);
-}
-
-PlacedHuds::~PlacedHuds()
-{
-    HUDManager::get()->unsubscribe(this);
+    m_subscriptions.add(HUDManager::get(), this);
 }
 
 void PlacedHuds::canvas(bool active, const QPoint& corner)

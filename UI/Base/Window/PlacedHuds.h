@@ -21,7 +21,6 @@ class PlacedHuds : private HUDEventSite
 public:
     /// The frame owns the widgets and outlives this.
     explicit PlacedHuds(QWidget* frame);
-    ~PlacedHuds() override;
 
     /// Whether the frame's canvas is the active one, and where in the frame it begins.
     void canvas(bool active, const QPoint& corner);
@@ -39,6 +38,7 @@ private:
     QTimer m_soon;
     QPoint m_corner;
     bool m_active = false;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

@@ -113,12 +113,7 @@ bool isInside(const GraphicsCanvas& canvas, double x, double y)
 
 PointerKeys::PointerKeys(std::function<void(const QString&)> tell) : m_tell(std::move(tell))
 {
-    MouseEventSource::get()->subscribe(this);
-}
-
-PointerKeys::~PointerKeys()
-{
-    MouseEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(MouseEventSource::get(), this);
 }
 
 // Also those that the keys have made.

@@ -22,7 +22,6 @@ class PointerKeys : private MouseEventSite
 public:
     /// What is pointed at is told to `tell`.
     explicit PointerKeys(std::function<void(const QString&)> tell);
-    ~PointerKeys() override;
 
     /// Each returns false if the key is another one, or nothing can be picked now. An arrow is a Qt::Key.
     bool point(int arrow);
@@ -43,6 +42,7 @@ private:
 
     std::function<void(const QString&)> m_tell;
     std::optional<Place> m_last;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

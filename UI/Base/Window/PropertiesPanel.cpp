@@ -115,23 +115,18 @@ PropertiesPanel::PropertiesPanel(QWidget* parent)
     connect(&m_soon, &QTimer::timeout, this, &PropertiesPanel::refresh);
     connect(&m_editableSoon, &QTimer::timeout, this, &PropertiesPanel::showEditable);
     connect(&m_measureSoon, &QTimer::timeout, this, [this] { m_measurer.ask(m_values.parts); });
-    Vs::AssetEventSource::get()->subscribe(this);
-    Vs::DocumentEventSource::get()->subscribe(this);
-    Vs::UnitsOptionGroup::get()->subscribe(this);
-    DocumentRemarkSource::get()->subscribe(this);
-    CommandEventSource::get()->subscribe(this);
-    SessionEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::AssetEventSource::get(), this);
+    m_subscriptions.add(Vs::DocumentEventSource::get(), this);
+    m_subscriptions.add(Vs::UnitsOptionGroup::get(), this);
+    m_subscriptions.add(DocumentRemarkSource::get(), this);
+    m_subscriptions.add(CommandEventSource::get(), this);
+    m_subscriptions.add(SessionEventSource::get(), this);
 }
 
 PropertiesPanel::~PropertiesPanel()
 {
     m_followed.follow(nullptr);
-    Vs::AssetEventSource::get()->unsubscribe(this);
-    Vs::DocumentEventSource::get()->unsubscribe(this);
-    Vs::UnitsOptionGroup::get()->unsubscribe(this);
-    DocumentRemarkSource::get()->unsubscribe(this);
-    CommandEventSource::get()->unsubscribe(this);
-    SessionEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
 }
 
 PropertiesPanel::Field& PropertiesPanel::addField(Row row, const QString& title, QWidget* value)

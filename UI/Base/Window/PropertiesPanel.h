@@ -97,6 +97,7 @@ private:
     PropertyValues m_values;
     bool m_measuresLater = false; ///< When the preview that shows is over.
     PartMeasurer m_measurer;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

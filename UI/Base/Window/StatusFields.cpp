@@ -97,18 +97,16 @@ StatusFields::StatusFields(QWidget* parent)
     connect(&m_second, &QTimer::timeout, this, &StatusFields::showRecording);
     connect(m_unit->menu(), &QMenu::aboutToShow, this, &StatusFields::chooseUnit);
     connect(m_snap->menu(), &QMenu::aboutToShow, this, &StatusFields::chooseSnap);
-    Vs::UnitsOptionGroup::get()->subscribe(this);
-    Inference::SnapManager::get()->subscribe(this);
-    SessionEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::UnitsOptionGroup::get(), this);
+    m_subscriptions.add(Inference::SnapManager::get(), this);
+    m_subscriptions.add(SessionEventSource::get(), this);
     refresh();
 }
 
 StatusFields::~StatusFields()
 {
     m_followed.follow(nullptr);
-    Vs::UnitsOptionGroup::get()->unsubscribe(this);
-    Inference::SnapManager::get()->unsubscribe(this);
-    SessionEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
 }
 
 void StatusFields::optionChanged(Vs::OptionEvent*)

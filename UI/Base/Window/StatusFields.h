@@ -48,6 +48,7 @@ private:
     FollowedSelection m_followed{*this}; ///< Of the active session, as long as that lasts.
     std::wstring m_recordedFile;
     qint64 m_recordedSince = 0; ///< In milliseconds since the epoch.
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

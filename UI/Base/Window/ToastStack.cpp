@@ -41,12 +41,7 @@ ToastStack::ToastStack(QMainWindow* window) : QObject(window), m_window(window)
     m_placeTimer.setSingleShot(true);
     connect(&m_placeTimer, &QTimer::timeout, this, [this] { place(); });
     connect(&m_tick, &QTimer::timeout, this, [this] { tick(); });
-    Vs::NotificationsEventSource::get()->subscribe(this);
-}
-
-ToastStack::~ToastStack()
-{
-    Vs::NotificationsEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(Vs::NotificationsEventSource::get(), this);
 }
 
 bool ToastStack::eventFilter(QObject* object, QEvent* event)

@@ -20,7 +20,6 @@ class ToastStack : public QObject, private Vs::NotificationsEventSite
 {
 public:
     explicit ToastStack(QMainWindow* window);
-    ~ToastStack() override;
 
     /// The oldest first.
     const std::vector<NotificationRow*>& toasts() const { return m_toasts; }
@@ -41,6 +40,7 @@ private:
     QMainWindow* m_window;
     std::vector<NotificationRow*> m_toasts;
     QTimer m_tick, m_placeTimer;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

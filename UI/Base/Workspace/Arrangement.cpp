@@ -24,7 +24,7 @@ Arrangement::Arrangement(ArrangementMgr* manager, Layout* layout) : m_manager(ma
     AreaWishes::apply(*m_layout);
     listen();
     inSight(false);
-    UIBaseOptionGroup::get()->subscribe(this);
+    m_subscriptions.add(UIBaseOptionGroup::get(), this);
 }
 
 void Arrangement::optionChanged(Vs::OptionEvent* event)
@@ -56,7 +56,7 @@ std::unique_ptr<Layout> Arrangement::exchangeLayout(std::unique_ptr<Layout> layo
 
 Arrangement::~Arrangement()
 {
-    UIBaseOptionGroup::get()->unsubscribe(this);
+    m_subscriptions.clear();
     m_layout->onChange(nullptr);
 }
 

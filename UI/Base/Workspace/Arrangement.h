@@ -36,6 +36,7 @@ private:
 
     ArrangementMgr* m_manager;
     std::unique_ptr<Layout> m_layout;
+    Vs::Subscriptions m_subscriptions;
 };
 
 /// The arrangements of one window, of which at most one shows.

@@ -26,14 +26,8 @@ NotifyAutoSaveFilesCmd::Dialog s_dialog = nullptr;
 
 NotifyAutoSaveFilesCmdDef::NotifyAutoSaveFilesCmdDef()
 {
-    Vs::NotificationsEventSource::get()->subscribe(this);
-    Vs::AutoSaveEventSource::get()->subscribe(this);
-}
-
-NotifyAutoSaveFilesCmdDef::~NotifyAutoSaveFilesCmdDef()
-{
-    Vs::AutoSaveEventSource::get()->unsubscribe(this);
-    Vs::NotificationsEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(Vs::NotificationsEventSource::get(), this);
+    m_subscriptions.add(Vs::AutoSaveEventSource::get(), this);
 }
 
 const std::wstring& NotifyAutoSaveFilesCmdDef::notificationClientID()

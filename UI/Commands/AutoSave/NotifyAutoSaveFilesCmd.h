@@ -21,7 +21,6 @@ public:
     static const CommandRow kRow;
 
     NotifyAutoSaveFilesCmdDef();
-    ~NotifyAutoSaveFilesCmdDef() override;
 
     /// The sender of the notification.
     static const std::wstring& notificationClientID();
@@ -31,6 +30,9 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
+
+private:
+    Vs::Subscriptions m_subscriptions;
 };
 
 class NotifyAutoSaveFilesCmd : public Vs::Implements<NotifyAutoSaveFilesCmd, SimpleCommand>

@@ -32,12 +32,7 @@ PassiveCameraCmdAgent* PassiveCameraCmdAgent::get()
 
 PassiveCameraCmdAgent::PassiveCameraCmdAgent()
 {
-    MouseEventSource::get()->subscribe(this);
-}
-
-PassiveCameraCmdAgent::~PassiveCameraCmdAgent()
-{
-    MouseEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(MouseEventSource::get(), this);
 }
 
 // What the command answers is nobody's business: who presses a button in passing wants no message.

@@ -16,7 +16,6 @@ class PassiveCameraCmdAgent : public MouseEventSite
 {
 public:
     static PassiveCameraCmdAgent* get();
-    ~PassiveCameraCmdAgent() override;
 
     void mouseDown(MouseEvent* event) override;
     void mouseDoubleClick(MouseEvent* event) override;
@@ -30,6 +29,7 @@ private:
     CommandBase* m_passiveCommand = nullptr; ///< Not owned, and only compared: it may have gone by now.
     bool m_panHeld = false;
     bool m_orbitHeld = false; ///< Never true: the wheel zooms while an orbit is held.
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

@@ -30,13 +30,8 @@ void run(const Info* command, const CommandContext& context, Vs::Status& status)
 
 ShareCmdDef::ShareCmdDef()
 {
-    Vs::CloudEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::CloudEventSource::get(), this);
     cloudSessionChanged(nullptr);
-}
-
-ShareCmdDef::~ShareCmdDef()
-{
-    Vs::CloudEventSource::get()->unsubscribe(this);
 }
 
 void ShareCmdDef::user(const std::wstring& name)

@@ -17,12 +17,14 @@ public:
     static const CommandRow kRow;
 
     ShareCmdDef();
-    ~ShareCmdDef() override;
 
     /// Who is signed in; empty for nobody.
     void user(const std::wstring& name);
 
     void cloudSessionChanged(Vs::CloudEvent* event) override;
+
+private:
+    Vs::Subscriptions m_subscriptions;
 };
 
 /// Offers what there is to sign in to, or, to somebody who is signed in, the drive's page and the way out.

@@ -51,20 +51,6 @@ std::wstring fileOf(const Vs::Document& document)
     return document.isOnDisk() ? document.path() : document.importedFrom();
 }
 
-bool isByHand(const CommandContext& context)
-{
-    switch (context.commandAccessPoint()) {
-    case ECommandAccessPoint::Toolbar:
-    case ECommandAccessPoint::ApplicationMenu:
-    case ECommandAccessPoint::Menu:
-    case ECommandAccessPoint::ContextMenu:
-    case ECommandAccessPoint::HotKey:
-        return true;
-    default:
-        return false;
-    }
-}
-
 bool mayRevert(const Vs::Document& document)
 {
     MessageBox box(
@@ -126,7 +112,7 @@ bool RevertDocumentCmdDef::onIsApplicable(CommandContext* context) const
 CommandBase* RevertDocumentCmdDef::onCreateCommand(CommandContext* context)
 {
     const Vs::Document* document = documentOf(*context);
-    if (document && isByHand(*context) && document->isDirty(false) && !Application::testing() &&
+    if (document && context->isByHand() && document->isDirty(false) && !Application::testing() &&
         !mayRevert(*document))
         return nullptr;
     return new RevertDocumentCmd(this, context);

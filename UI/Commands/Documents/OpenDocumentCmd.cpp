@@ -68,13 +68,8 @@ void openNativeOrForeign(const Vs::TranslatorFileRecognizer& recognizer, const s
 
 OpenDocumentCmdDef::OpenDocumentCmdDef()
 {
-    Vs::DocumentEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::DocumentEventSource::get(), this);
     ReplacingDocument::byCommand(info()->key());
-}
-
-OpenDocumentCmdDef::~OpenDocumentCmdDef()
-{
-    Vs::DocumentEventSource::get()->unsubscribe(this);
 }
 
 bool OpenDocumentCmdDef::onIsApplicable(CommandContext*) const

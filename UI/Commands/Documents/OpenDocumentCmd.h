@@ -25,12 +25,14 @@ public:
     static const CommandRow kRow;
 
     OpenDocumentCmdDef();
-    ~OpenDocumentCmdDef() override;
 
     void documentOpenedInBackground(Vs::DocumentEvent* event) override;
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
+
+private:
+    Vs::Subscriptions m_subscriptions;
 };
 
 /// The one place in which a file becomes a document that the user sees. A successful open replaces the

@@ -93,16 +93,9 @@ CurrentlyOpenDocumentsCmdDef::CurrentlyOpenDocumentsCmdDef(Info* info) : Impleme
     joinCommandGroup(CommandGroup::DocumentGroup());
     joinCommandGroup(CommandGroup::BaseGroup());
     readonly(true);
-    SessionEventSource::get()->subscribe(this);
-    Vs::DocumentEventSource::get()->subscribe(this);
-    DocumentOrder::get()->subscribe(this);
-}
-
-CurrentlyOpenDocumentsCmdDef::~CurrentlyOpenDocumentsCmdDef()
-{
-    DocumentOrder::get()->unsubscribe(this);
-    Vs::DocumentEventSource::get()->unsubscribe(this);
-    SessionEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(SessionEventSource::get(), this);
+    m_subscriptions.add(Vs::DocumentEventSource::get(), this);
+    m_subscriptions.add(DocumentOrder::get(), this);
 }
 
 bool CurrentlyOpenDocumentsCmdDef::onIsApplicable(CommandContext*) const

@@ -31,7 +31,6 @@ public:
     static Info* info();
 
     explicit CurrentlyOpenDocumentsCmdDef(Info* info = CurrentlyOpenDocumentsCmdDef::info());
-    ~CurrentlyOpenDocumentsCmdDef() override;
 
     /// Shows what is open now, if there is a control.
     void updateListControl();
@@ -68,6 +67,7 @@ private:
 
     std::optional<std::string> m_filter;
     OwnedList m_list;
+    Vs::Subscriptions m_subscriptions;
 };
 
 /// Brings the list up to date.

@@ -48,14 +48,8 @@ bool hasAnySession(const Vs::Document& document)
 
 RecentDocumentsCmdDef::RecentDocumentsCmdDef()
 {
-    Vs::DocumentEventSource::get()->subscribe(this);
-    RecentDocumentMgr::get()->subscribe(this);
-}
-
-RecentDocumentsCmdDef::~RecentDocumentsCmdDef()
-{
-    RecentDocumentMgr::get()->unsubscribe(this);
-    Vs::DocumentEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(Vs::DocumentEventSource::get(), this);
+    m_subscriptions.add(RecentDocumentMgr::get(), this);
 }
 
 bool RecentDocumentsCmdDef::onIsApplicable(CommandContext*) const

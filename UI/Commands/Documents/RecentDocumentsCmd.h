@@ -23,7 +23,6 @@ public:
     static const CommandRow kRow;
 
     RecentDocumentsCmdDef();
-    ~RecentDocumentsCmdDef() override;
 
     void onListSelectionChanged(Info* item) override;
     void documentClosed(Vs::DocumentEvent* event) override;
@@ -39,6 +38,7 @@ private:
     bool isDocPathInListControl(const std::wstring& path) const { return m_list.has(path); }
 
     OwnedList m_list;
+    Vs::Subscriptions m_subscriptions;
 };
 
 /// Does nothing: the list is the command.

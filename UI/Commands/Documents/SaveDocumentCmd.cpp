@@ -228,12 +228,12 @@ int SaveFailures::s_listening = 0;
 SaveFailures::SaveFailures()
 {
     ++s_listening;
-    Vs::DocumentEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::DocumentEventSource::get(), this);
 }
 
 SaveFailures::~SaveFailures()
 {
-    Vs::DocumentEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
     --s_listening;
 }
 

@@ -81,6 +81,7 @@ private:
     std::wstring m_reason;
     bool m_reported = false;
     static int s_listening;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

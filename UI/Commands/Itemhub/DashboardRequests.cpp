@@ -201,14 +201,14 @@ void refuseLink()
 
 DashboardRequests::DashboardRequests()
 {
-    Vs::ItemhubEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::ItemhubEventSource::get(), this);
     ProgramLink::follower(&DashboardRequests::follow);
 }
 
 DashboardRequests::~DashboardRequests()
 {
     ProgramLink::follower({});
-    Vs::ItemhubEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
 }
 
 bool DashboardRequests::isTrusted()

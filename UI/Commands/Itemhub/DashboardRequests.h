@@ -29,6 +29,7 @@ public:
 
 private:
     void dashboardAsked(Vs::ItemhubDashboardEvent* event) override;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

@@ -91,12 +91,12 @@ ItemhubFeed::ItemhubFeed() : m_facts([this](const Vs::Document& document) { retu
 {
     s_installed = this;
     DesignFeed::get()->add(this);
-    Vs::ItemhubEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::ItemhubEventSource::get(), this);
 }
 
 ItemhubFeed::~ItemhubFeed()
 {
-    Vs::ItemhubEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
     DesignFeed::get()->remove(this);
     s_installed = nullptr;
 }

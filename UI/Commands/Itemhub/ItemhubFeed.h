@@ -42,6 +42,7 @@ private:
 
     std::map<std::int64_t, Known> m_known; ///< By items.
     DocumentFacts m_facts;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

@@ -42,14 +42,8 @@ std::wstring namesOf(const Files& files)
 
 ItemhubNotifyMessageCmdDef::ItemhubNotifyMessageCmdDef()
 {
-    Vs::NotificationsEventSource::get()->subscribe(this);
-    Vs::ItemhubEventSource::get()->subscribe(this);
-}
-
-ItemhubNotifyMessageCmdDef::~ItemhubNotifyMessageCmdDef()
-{
-    Vs::ItemhubEventSource::get()->unsubscribe(this);
-    Vs::NotificationsEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(Vs::NotificationsEventSource::get(), this);
+    m_subscriptions.add(Vs::ItemhubEventSource::get(), this);
 }
 
 const std::wstring& ItemhubNotifyMessageCmdDef::notificationClientID()

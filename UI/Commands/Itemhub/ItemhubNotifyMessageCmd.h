@@ -20,7 +20,6 @@ public:
     static const CommandRow kRow;
 
     ItemhubNotifyMessageCmdDef();
-    ~ItemhubNotifyMessageCmdDef() override;
 
     /// The sender of the notification of failed uploads.
     static const std::wstring& notificationClientID();
@@ -32,6 +31,9 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext*) const override { return itemhubIsEnabled(); }
+
+private:
+    Vs::Subscriptions m_subscriptions;
 };
 
 class ItemhubNotifyMessageCmd : public Vs::Implements<ItemhubNotifyMessageCmd, SimpleCommand>

@@ -18,14 +18,13 @@ ItemhubSnapshots* s_installed = nullptr;
 ItemhubSnapshots::ItemhubSnapshots()
 {
     s_installed = this;
-    Vs::AutoSaveEventSource::get()->subscribe(this);
-    Vs::ItemhubEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::AutoSaveEventSource::get(), this);
+    m_subscriptions.add(Vs::ItemhubEventSource::get(), this);
 }
 
 ItemhubSnapshots::~ItemhubSnapshots()
 {
-    Vs::ItemhubEventSource::get()->unsubscribe(this);
-    Vs::AutoSaveEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
     s_installed = nullptr;
 }
 

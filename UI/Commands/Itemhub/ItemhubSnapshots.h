@@ -29,6 +29,7 @@ private:
 
     std::set<std::wstring> m_attached; ///< By path and time, so that none is attached twice.
     bool m_later = false;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

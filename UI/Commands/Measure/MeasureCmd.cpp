@@ -193,10 +193,8 @@ void MeasureCmd::enableSelections()
 void MeasureCmd::onBegin()
 {
     Implements::onBegin();
-    const ECommandAccessPoint from = commandContext()->commandAccessPoint();
-    const bool byHand = from != ECommandAccessPoint::TextLine && from != ECommandAccessPoint::Transcript &&
-                        from != ECommandAccessPoint::Script;
-    const Vs::SelectionSet* selected = byHand && !m_passive ? ActiveAssetUtils::selectionSet() : nullptr;
+    const bool byLine = commandContext()->isByLine();
+    const Vs::SelectionSet* selected = !byLine && !m_passive ? ActiveAssetUtils::selectionSet() : nullptr;
     if (!selected)
         return;
     // What was hidden just now is selected still.

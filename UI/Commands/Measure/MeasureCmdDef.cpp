@@ -27,12 +27,12 @@ RealValueCommandInput* MeasureCmdDef::s_pToMeasure = nullptr;
 MeasureCmdDef::MeasureCmdDef()
 {
     CommandInputEventSource::get()->subscribe(this, nullptr);
-    CommandEventSource::get()->subscribe(this);
+    m_subscriptions.add(CommandEventSource::get(), this);
 }
 
 MeasureCmdDef::~MeasureCmdDef()
 {
-    CommandEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
     CommandInputEventSource::get()->unsubscribe(this, nullptr);
 }
 

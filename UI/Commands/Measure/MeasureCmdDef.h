@@ -45,6 +45,7 @@ private:
     static RealValueCommandInput* s_pToMeasure; ///< That waits for a measurement; null for none. Not owned.
     CommandBase* m_measuring = nullptr;         ///< The passive command; null for none. Not owned.
     const CommandBase* m_host = nullptr;        ///< Of the input that waits. Not owned.
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

@@ -98,9 +98,7 @@ DeleteCmd::Copies DeleteCmd::copiesMeant(const Selections& selections, Vs::Asset
     int alone = 0;
     if (commandContext()->argument(DeleteCmdDef::aloneArgumentName(), CommandContext::EArgType::Int, &alone))
         return alone ? Copies::Alone : Copies::All;
-    const ECommandAccessPoint from = commandContext()->commandAccessPoint();
-    if (from == ECommandAccessPoint::TextLine || from == ECommandAccessPoint::Transcript ||
-        from == ECommandAccessPoint::Script)
+    if (commandContext()->isByLine())
         return Copies::All;
     std::set<std::string> others;
     for (const auto& selection : selections)

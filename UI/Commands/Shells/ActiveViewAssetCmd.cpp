@@ -46,14 +46,8 @@ void ActiveViewAssetCmdDef::createCommandDef()
 
 ActiveViewAssetCmdDef::ActiveViewAssetCmdDef()
 {
-    SplitViewEventSource::get()->subscribe(this);
-    SessionEventSource::get()->subscribe(this);
-}
-
-ActiveViewAssetCmdDef::~ActiveViewAssetCmdDef()
-{
-    SessionEventSource::get()->unsubscribe(this);
-    SplitViewEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(SplitViewEventSource::get(), this);
+    m_subscriptions.add(SessionEventSource::get(), this);
 }
 
 bool ActiveViewAssetCmdDef::onIsApplicable(CommandContext*) const

@@ -27,7 +27,6 @@ public:
     static void createCommandDef();
 
     ActiveViewAssetCmdDef();
-    ~ActiveViewAssetCmdDef() override;
 
     /// "AssetSessionName": the guid of the session's asset, as text.
     static const Vs::UniqueString* assetSessionNameArgumentName();
@@ -55,6 +54,7 @@ private:
 
     OwnedList m_list;
     int m_making = 0; ///< The toolbar asks for the control again while it is being put there.
+    Vs::Subscriptions m_subscriptions;
 };
 
 class ActiveViewAssetCmd : public Vs::Implements<ActiveViewAssetCmd, SimpleCommand>

@@ -93,12 +93,7 @@ AssetShell* AssetShell::make(ShellMgr* manager)
 
 AssetShell::AssetShell(ShellMgr* manager) : Implements(manager)
 {
-    SplitViewEventSource::get()->subscribe(this);
-}
-
-AssetShell::~AssetShell()
-{
-    SplitViewEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(SplitViewEventSource::get(), this);
 }
 
 AssetShell::Hold AssetShell::holdOn(AssetSession* session)

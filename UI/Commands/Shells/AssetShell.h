@@ -27,7 +27,6 @@ class AssetShell
 {
 public:
     static AssetShell* make(ShellMgr* manager);
-    ~AssetShell() override;
 
     /// Null until the first activation.
     Arrangement* arrangement() const { return m_arrangement; }
@@ -81,6 +80,7 @@ private:
     std::map<AssetSession*, Hold> m_holds;
     std::vector<AssetSession*> m_sessions;
     std::wstring m_filter;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

@@ -8,12 +8,7 @@ namespace Vu::Commands {
 
 DefaultShellFactory::DefaultShellFactory()
 {
-    WorkspaceEventSource::get()->subscribe(this);
-}
-
-DefaultShellFactory::~DefaultShellFactory()
-{
-    WorkspaceEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(WorkspaceEventSource::get(), this);
 }
 
 void DefaultShellFactory::workspaceDefaultShell(WorkspaceShellEvent* event)

@@ -9,11 +9,13 @@ class DefaultShellFactory : public WorkspaceEventSite
 {
 public:
     DefaultShellFactory();
-    ~DefaultShellFactory() override;
     DefaultShellFactory(const DefaultShellFactory&) = delete;
     DefaultShellFactory& operator=(const DefaultShellFactory&) = delete;
 
     void workspaceDefaultShell(WorkspaceShellEvent* event) override;
+
+private:
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

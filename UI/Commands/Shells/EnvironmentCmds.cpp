@@ -65,13 +65,10 @@ void cycle(std::ptrdiff_t step)
 
 ActivateEnvironmentCmdDef::ActivateEnvironmentCmdDef()
 {
-    SessionEventSource::get()->subscribe(this);
+    m_subscriptions.add(SessionEventSource::get(), this);
 }
 
-ActivateEnvironmentCmdDef::~ActivateEnvironmentCmdDef()
-{
-    SessionEventSource::get()->unsubscribe(this);
-}
+ActivateEnvironmentCmdDef::~ActivateEnvironmentCmdDef() = default;
 
 const Vs::UniqueString* ActivateEnvironmentCmdDef::environmentTypeArgumentName()
 {

@@ -47,6 +47,7 @@ private:
     /// Of every environment that was ever listed: a menu that is open still shows them.
     std::vector<std::unique_ptr<Info>> m_items;
     std::unique_ptr<ListControl> m_control;
+    Vs::Subscriptions m_subscriptions;
 };
 
 class ActivateEnvironmentCmd : public Vs::Implements<ActivateEnvironmentCmd, SimpleCommand>

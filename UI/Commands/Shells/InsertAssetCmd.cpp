@@ -82,12 +82,7 @@ const Vs::UniqueString* InsertAssetCmdDef::hiddenArgumentName()
 
 InsertAssetCmdDef::InsertAssetCmdDef()
 {
-    Vs::AssetEventSource::get()->subscribe(this);
-}
-
-InsertAssetCmdDef::~InsertAssetCmdDef()
-{
-    Vs::AssetEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(Vs::AssetEventSource::get(), this);
 }
 
 bool InsertAssetCmdDef::onIsApplicable(CommandContext* context) const

@@ -17,7 +17,6 @@ public:
     static const CommandRow kRow;
 
     InsertAssetCmdDef();
-    ~InsertAssetCmdDef() override;
 
     /// "AssetType": the type, a Vs::AssetType.
     static const Vs::UniqueString* assetTypeArgumentName();
@@ -38,6 +37,7 @@ protected:
 
 private:
     AssetTypeList m_types;
+    Vs::Subscriptions m_subscriptions;
 };
 
 class InsertAssetCmd : public Vs::Implements<InsertAssetCmd, SimpleCommand>

@@ -20,12 +20,12 @@ DebugDialog* DebugDialog::get()
 
 DebugDialog::DebugDialog()
 {
-    ShellEventSource::get()->subscribe(this);
+    m_subscriptions.add(ShellEventSource::get(), this);
 }
 
 DebugDialog::~DebugDialog()
 {
-    ShellEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
     clear();
 }
 

@@ -59,6 +59,7 @@ private:
 
     static const Vs::Point2 m_defaultPos;
     std::unique_ptr<DebugWindow> m_window; ///< Null while hidden.
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

@@ -1,7 +1,6 @@
 #include "UI/Design/Primitives/PrimitiveCmds.h"
 
 #include "Server/Base/Strings.h"
-#include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/Types/PointText.h"
 #include "UI/Base/Command/CommandGroup.h"
@@ -94,26 +93,6 @@ private:
     const PrimitiveRow& m_row;
 };
 
-/// Whether a person waits for a panel. Recordings from before there were any start the same commands by
-/// lines.
-bool isByHand(const CommandContext& context)
-{
-    switch (context.commandAccessPoint()) {
-    case ECommandAccessPoint::Toolbar:
-    case ECommandAccessPoint::ApplicationMenu:
-    case ECommandAccessPoint::Menu:
-    case ECommandAccessPoint::ContextMenu:
-    case ECommandAccessPoint::Canvas:
-    case ECommandAccessPoint::HotKey:
-        return context.arguments() == 0;
-    // Which tells nothing of who repeats it.
-    case ECommandAccessPoint::Repeat:
-        return context.arguments() == 0 && !Application::headless() && !Vs::TranscriptMgr::get()->replaying();
-    default:
-        return false;
-    }
-}
-
 } // namespace
 
 PrimitiveCmdDef::PrimitiveCmdDef(Info* info, const PrimitiveRow& row) : Implements(info), m_row(row)
@@ -140,7 +119,8 @@ bool PrimitiveCmdDef::onIsApplicable(CommandContext* context) const
 
 CommandBase* PrimitiveCmdDef::onCreateCommand(CommandContext* context)
 {
-    if (isByHand(*context))
+    // Recordings from before there were panels start the same commands by lines.
+    if (context->isByHand() && context->arguments() == 0)
         return new PrimitivePanelCmd(this, context, m_row);
     return new PrimitiveCmd(this, context, m_row);
 }

@@ -57,22 +57,6 @@ std::unordered_set<const CommandStack*>& stacksOfVisitors()
 
 CommandMgr* creating = nullptr;
 
-/// Roads on which nobody but the alerts tells the user what went wrong.
-bool calledByHand(ECommandAccessPoint point)
-{
-    switch (point) {
-    case ECommandAccessPoint::Toolbar:
-    case ECommandAccessPoint::ApplicationMenu:
-    case ECommandAccessPoint::Menu:
-    case ECommandAccessPoint::ContextMenu:
-    case ECommandAccessPoint::Canvas:
-    case ECommandAccessPoint::HotKey:
-        return true;
-    default:
-        return false;
-    }
-}
-
 bool startedInCanvas(const CommandBase* command)
 {
     return command->commandContext()->commandAccessPoint() == ECommandAccessPoint::Canvas;
@@ -192,7 +176,7 @@ Vs::Status CommandStack::run(CommandDefinition* definition, const CommandContext
     else
         begin(command, status);
 
-    if (mode != Mode::Called || calledByHand(context.commandAccessPoint()))
+    if (mode != Mode::Called || context.isByHand())
         m_alerts.addAlerts(status);
     return status;
 }

@@ -24,14 +24,8 @@ Vs::NotificationType typeOf(EAlertSeverity severity)
 
 AlertNotifications::AlertNotifications()
 {
-    AlertEventSource::get()->subscribe(this);
-    Vs::NotificationsEventSource::get()->subscribe(this);
-}
-
-AlertNotifications::~AlertNotifications()
-{
-    Vs::NotificationsEventSource::get()->unsubscribe(this);
-    AlertEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(AlertEventSource::get(), this);
+    m_subscriptions.add(Vs::NotificationsEventSource::get(), this);
 }
 
 const std::wstring& AlertNotifications::clientID()

@@ -14,7 +14,6 @@ class AlertNotifications : private AlertEventSite, private Vs::NotificationsEven
 {
 public:
     AlertNotifications();
-    ~AlertNotifications() override;
 
     /// The sender of these notifications.
     static const std::wstring& clientID();
@@ -30,6 +29,7 @@ private:
         bool blocking;
     };
     std::map<Vs::Notification*, Origin> m_origins;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

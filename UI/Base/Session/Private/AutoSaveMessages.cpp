@@ -33,12 +33,7 @@ void warn(const Vs::AutoSaveEvent& event)
 
 AutoSaveMessages::AutoSaveMessages()
 {
-    Vs::AutoSaveEventSource::get()->subscribe(this);
-}
-
-AutoSaveMessages::~AutoSaveMessages()
-{
-    Vs::AutoSaveEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(Vs::AutoSaveEventSource::get(), this);
 }
 
 const std::wstring& AutoSaveMessages::failureClientID()

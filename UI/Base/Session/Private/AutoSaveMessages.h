@@ -12,7 +12,6 @@ class AutoSaveMessages : private Vs::AutoSaveEventSite
 {
 public:
     AutoSaveMessages();
-    ~AutoSaveMessages() override;
 
     /// Who sends what says that nothing can be kept.
     static const std::wstring& failureClientID();
@@ -23,6 +22,7 @@ private:
     void autoSavedRecoveryFileDamaged(Vs::AutoSaveEvent* event) override;
     void autoSaveFailed(Vs::AutoSaveEvent* event) override;
     void autoSaveWorksAgain(Vs::AutoSaveEvent*) override;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

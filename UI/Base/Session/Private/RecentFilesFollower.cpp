@@ -8,14 +8,8 @@ namespace Vu {
 
 RecentFilesFollower::RecentFilesFollower()
 {
-    RecentDocumentMgr::get()->subscribe(this);
-    Vs::DocumentEventSource::get()->subscribe(this);
-}
-
-RecentFilesFollower::~RecentFilesFollower()
-{
-    Vs::DocumentEventSource::get()->unsubscribe(this);
-    RecentDocumentMgr::get()->unsubscribe(this);
+    m_subscriptions.add(RecentDocumentMgr::get(), this);
+    m_subscriptions.add(Vs::DocumentEventSource::get(), this);
 }
 
 void RecentFilesFollower::recentDocumentAdded(const std::wstring& path)

@@ -10,7 +10,6 @@ class RecentFilesFollower : private RecentDocumentEventSite, private Vs::Documen
 {
 public:
     RecentFilesFollower();
-    ~RecentFilesFollower() override;
 
 private:
     void recentDocumentsChanged() override {}
@@ -18,6 +17,7 @@ private:
     void recentDocumentRemoved(const std::wstring& path) override;
     void recentDocumentsCleared() override;
     void documentOpened(Vs::DocumentEvent* event) override;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

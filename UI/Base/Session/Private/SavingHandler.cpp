@@ -75,14 +75,8 @@ void tellSaved(const Vs::Document& document)
 
 SavingHandler::SavingHandler()
 {
-    Vs::DocumentEventSource::get()->subscribe(this);
-    Vs::FileDamageEventSource::get()->subscribe(this);
-}
-
-SavingHandler::~SavingHandler()
-{
-    Vs::DocumentEventSource::get()->unsubscribe(this);
-    Vs::FileDamageEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(Vs::DocumentEventSource::get(), this);
+    m_subscriptions.add(Vs::FileDamageEventSource::get(), this);
 }
 
 Vs::EDocMgmtOpCode SavingHandler::onSavingUnnamed(const Documents& documents)

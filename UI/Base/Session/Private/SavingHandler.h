@@ -16,7 +16,6 @@ class SavingHandler : public Vs::IDocMgmtHandler,
 {
 public:
     SavingHandler();
-    ~SavingHandler() override;
 
     Vs::EDocMgmtOpCode onSavingUnnamed(const Documents& documents) override;
     Vs::EDocMgmtOpCode onSavingReadOnlyFiles(const Documents& documents) override;
@@ -25,6 +24,7 @@ public:
 private:
     void documentSaved(Vs::DocumentEvent* event) override;
     void fileDamaged(Vs::DocumentFailureEvent* event) override;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

@@ -69,12 +69,7 @@ RecoveredSection::RecoveredSection(QWidget* parent) : TileSection(told("HomeReco
     hide();
     if (Vs::AutoSaveController::get()->hasLooked())
         fill();
-    Vs::AutoSaveEventSource::get()->subscribe(this);
-}
-
-RecoveredSection::~RecoveredSection()
-{
-    Vs::AutoSaveEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(Vs::AutoSaveEventSource::get(), this);
 }
 
 void RecoveredSection::fillSoon()

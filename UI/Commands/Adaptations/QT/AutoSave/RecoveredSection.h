@@ -12,7 +12,6 @@ class RecoveredSection : public TileSection, private Vs::AutoSaveEventSite
 {
 public:
     explicit RecoveredSection(QWidget* parent);
-    ~RecoveredSection() override;
 
 private:
     void autoSavedRecoveryFilesFound(Vs::AutoSaveEvent*) override { fillSoon(); }
@@ -27,6 +26,7 @@ private:
     QWidget* makeRow(const Vs::AutoSavedFileInfo& file, QWidget* parent);
 
     bool m_filling = false;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

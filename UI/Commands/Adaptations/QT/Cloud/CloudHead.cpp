@@ -41,13 +41,8 @@ CloudHead::CloudHead(Actions actions, bool makesFolders, QWidget* parent)
     row->addWidget(m_path, 1);
     for (QWidget* each : std::initializer_list<QWidget*>{m_up, m_new, m_again, m_search})
         row->addWidget(each);
-    Vs::CloudEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::CloudEventSource::get(), this);
     cloudSessionChanged(nullptr);
-}
-
-CloudHead::~CloudHead()
-{
-    Vs::CloudEventSource::get()->unsubscribe(this);
 }
 
 QToolButton* CloudHead::button(const char* icon, const char* name, const QString& title,

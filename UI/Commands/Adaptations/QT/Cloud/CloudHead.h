@@ -29,7 +29,6 @@ public:
         std::function<void()> toList;               ///< From the field, by Return or Down.
     };
     CloudHead(Actions actions, bool makesFolders, QWidget* parent);
-    ~CloudHead() override;
 
     void show(const std::string& folder);
     void clearSearch();
@@ -53,6 +52,7 @@ private:
     QToolButton* m_new;
     QToolButton* m_again;
     QLineEdit* m_search;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

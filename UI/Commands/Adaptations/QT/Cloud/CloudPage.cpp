@@ -59,15 +59,9 @@ CloudPage::CloudPage(QWidget* parent)
     connect(m_sign, &QPushButton::clicked, this, &CloudPage::signInOrOut);
     connect(m_send, &QPushButton::clicked, this, &CloudPage::sendWaiting);
     connect(m_clear, &QPushButton::clicked, this, &CloudPage::clearCache);
-    Vs::CloudEventSource::get()->subscribe(this);
-    Vs::CloudOptionGroup::get()->subscribe(this);
+    m_subscriptions.add(Vs::CloudEventSource::get(), this);
+    m_subscriptions.add(Vs::CloudOptionGroup::get(), this);
     refresh();
-}
-
-CloudPage::~CloudPage()
-{
-    Vs::CloudEventSource::get()->unsubscribe(this);
-    Vs::CloudOptionGroup::get()->unsubscribe(this);
 }
 
 void CloudPage::refresh()

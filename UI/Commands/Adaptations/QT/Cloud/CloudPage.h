@@ -12,7 +12,6 @@ class CloudPage : public ServicePage, private Vs::CloudEventSite, private Vs::Op
 {
 public:
     explicit CloudPage(QWidget* parent);
-    ~CloudPage() override;
 
 private:
     void cloudSessionChanged(Vs::CloudEvent*) override { refresh(); }
@@ -34,6 +33,7 @@ private:
     QPushButton* m_send = nullptr;
     QLabel* m_cache = nullptr;
     QPushButton* m_clear = nullptr;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

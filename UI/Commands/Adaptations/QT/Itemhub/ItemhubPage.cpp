@@ -88,15 +88,9 @@ ItemhubPage::ItemhubPage(QWidget* parent)
         // What failed asks whether to try again.
         click(ItemhubNotifyMessageCmdDef::info()->key());
     });
-    Vs::ItemhubEventSource::get()->subscribe(this);
-    Vs::ItemhubOptionGroup::get()->subscribe(this);
+    m_subscriptions.add(Vs::ItemhubEventSource::get(), this);
+    m_subscriptions.add(Vs::ItemhubOptionGroup::get(), this);
     refresh();
-}
-
-ItemhubPage::~ItemhubPage()
-{
-    Vs::ItemhubEventSource::get()->unsubscribe(this);
-    Vs::ItemhubOptionGroup::get()->unsubscribe(this);
 }
 
 void ItemhubPage::refresh()

@@ -13,7 +13,6 @@ class ItemhubPage : public ServicePage, private Vs::ItemhubEventSite, private Vs
 {
 public:
     explicit ItemhubPage(QWidget* parent);
-    ~ItemhubPage() override;
 
 private:
     void sessionChanged(Vs::ItemhubEvent*) override { refresh(); }
@@ -29,6 +28,7 @@ private:
     QPushButton* m_send = nullptr;
     QCheckBox* m_snapshots = nullptr;
     QCheckBox* m_trusted = nullptr; ///< Whether the dashboard asks nothing.
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

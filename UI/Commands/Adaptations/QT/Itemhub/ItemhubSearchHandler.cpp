@@ -11,12 +11,12 @@ using Panel = Commands::QTSearchResultPanel;
 
 ItemhubSearchHandler::ItemhubSearchHandler(Panel* panel, QObject* parent) : QObject(parent), m_panel(panel)
 {
-    Vs::ItemhubEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::ItemhubEventSource::get(), this);
 }
 
 ItemhubSearchHandler::~ItemhubSearchHandler()
 {
-    Vs::ItemhubEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
     delete m_thread;
 }
 

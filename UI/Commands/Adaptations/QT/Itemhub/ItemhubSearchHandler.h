@@ -52,6 +52,7 @@ private:
     bool m_mode = false; ///< Of the running search: whether what is shown stays until it has ended.
     QPointer<Commands::QTSearchResultPanel> m_panel;
     Vs::IncrementalSearchThread* m_thread = nullptr; ///< Null while no search runs.
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu

@@ -70,14 +70,13 @@ QTSearchBar::QTSearchBar(const QString& hint, QWidget* parent) : QFrame(parent),
     m_edit->installEventFilter(this);
     connect(m_edit, &QLineEdit::textChanged, this, [this] { search(); });
     setVisible(itemhubIsEnabled());
-    Vs::ItemhubEventSource::get()->subscribe(this);
-    Vs::ItemhubOptionGroup::get()->subscribe(this);
+    m_subscriptions.add(Vs::ItemhubEventSource::get(), this);
+    m_subscriptions.add(Vs::ItemhubOptionGroup::get(), this);
 }
 
 QTSearchBar::~QTSearchBar()
 {
-    Vs::ItemhubEventSource::get()->unsubscribe(this);
-    Vs::ItemhubOptionGroup::get()->unsubscribe(this);
+    m_subscriptions.clear();
     delete m_handler;
     delete m_panel;
 }

@@ -43,6 +43,7 @@ private:
     QLineEdit* m_edit;
     QPointer<QTSearchResultPanel> m_panel; ///< Of the window, which may go first.
     ItemhubSearchHandler* m_handler = nullptr;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

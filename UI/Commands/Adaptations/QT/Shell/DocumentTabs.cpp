@@ -106,21 +106,12 @@ DocumentTabs::DocumentTabs(QWidget* parent)
             definition->runByHand(ECommandAccessPoint::Toolbar);
     });
     connect(m_list->menu(), &QMenu::aboutToShow, this, &DocumentTabs::fillList);
-    Vs::DocumentEventSource::get()->subscribe(this);
-    Vs::AssetEventSource::get()->subscribe(this);
-    DocumentRemarkSource::get()->subscribe(this);
-    DocumentOrder::get()->subscribe(this);
-    SessionEventSource::get()->subscribe(this);
+    m_subscriptions.add(Vs::DocumentEventSource::get(), this);
+    m_subscriptions.add(Vs::AssetEventSource::get(), this);
+    m_subscriptions.add(DocumentRemarkSource::get(), this);
+    m_subscriptions.add(DocumentOrder::get(), this);
+    m_subscriptions.add(SessionEventSource::get(), this);
     refresh();
-}
-
-DocumentTabs::~DocumentTabs()
-{
-    Vs::DocumentEventSource::get()->unsubscribe(this);
-    Vs::AssetEventSource::get()->unsubscribe(this);
-    DocumentRemarkSource::get()->unsubscribe(this);
-    DocumentOrder::get()->unsubscribe(this);
-    SessionEventSource::get()->unsubscribe(this);
 }
 
 QToolButton* DocumentTabs::button(const char* name, const QString& what)

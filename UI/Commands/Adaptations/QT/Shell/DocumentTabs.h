@@ -30,7 +30,6 @@ class DocumentTabs : public QFrame,
 {
 public:
     explicit DocumentTabs(QWidget* parent);
-    ~DocumentTabs() override;
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -63,6 +62,7 @@ private:
     std::vector<Vs::Document*> m_documents;  ///< Of the tabs.
     std::set<const Vs::Document*> m_changed; ///< Whose tabs say something else now.
     QTimer m_soon;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

@@ -37,12 +37,7 @@ void ForeignPictures::begin()
 
 ForeignPictures::ForeignPictures() : QObject(QCoreApplication::instance())
 {
-    Vs::DocumentEventSource::get()->subscribe(this);
-}
-
-ForeignPictures::~ForeignPictures()
-{
-    Vs::DocumentEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(Vs::DocumentEventSource::get(), this);
 }
 
 void ForeignPictures::documentOpened(Vs::DocumentEvent* event)

@@ -23,10 +23,10 @@ public:
 
 private:
     ForeignPictures();
-    ~ForeignPictures() override;
 
     void documentOpened(Vs::DocumentEvent* event) override;
     static void draw(const std::wstring& file);
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

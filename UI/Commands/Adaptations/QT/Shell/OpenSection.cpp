@@ -57,18 +57,10 @@ OpenSection::OpenSection(QWidget* parent) : TileSection(told("HomeOpenDocuments"
     setObjectName(QStringLiteral("openDocuments"));
     parent->installEventFilter(this);
     fill();
-    Vs::AssetEventSource::get()->subscribe(this);
-    Vs::DocumentEventSource::get()->subscribe(this);
-    DocumentRemarkSource::get()->subscribe(this);
-    SessionEventSource::get()->subscribe(this);
-}
-
-OpenSection::~OpenSection()
-{
-    Vs::AssetEventSource::get()->unsubscribe(this);
-    Vs::DocumentEventSource::get()->unsubscribe(this);
-    DocumentRemarkSource::get()->unsubscribe(this);
-    SessionEventSource::get()->unsubscribe(this);
+    m_subscriptions.add(Vs::AssetEventSource::get(), this);
+    m_subscriptions.add(Vs::DocumentEventSource::get(), this);
+    m_subscriptions.add(DocumentRemarkSource::get(), this);
+    m_subscriptions.add(SessionEventSource::get(), this);
 }
 
 void OpenSection::paintEvent(QPaintEvent* event)

@@ -26,7 +26,6 @@ class OpenSection : public TileSection,
 {
 public:
     explicit OpenSection(QWidget* parent);
-    ~OpenSection() override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -54,6 +53,7 @@ private:
     bool m_stale = false; ///< Filled when the page is shown.
     bool m_drawing = false;
     bool m_painted = false;
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands

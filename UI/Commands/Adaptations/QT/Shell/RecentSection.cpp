@@ -120,16 +120,15 @@ RecentSection::RecentSection(QWidget* parent)
     addToHeading(m_filter);
     fill();
     RecentPaths::files().subscribe(this);
-    WorkspaceEventSource::get()->subscribe(this);
-    Vs::CloudEventSource::get()->subscribe(this);
+    m_subscriptions.add(WorkspaceEventSource::get(), this);
+    m_subscriptions.add(Vs::CloudEventSource::get(), this);
     ForeignPictures::begin();
 }
 
 RecentSection::~RecentSection()
 {
     RecentPaths::files().unsubscribe(this);
-    WorkspaceEventSource::get()->unsubscribe(this);
-    Vs::CloudEventSource::get()->unsubscribe(this);
+    m_subscriptions.clear();
 }
 
 bool RecentSection::passes(const std::wstring& path) const

@@ -43,6 +43,7 @@ private:
     QLineEdit* m_filter;
     std::map<std::wstring, Tile*> m_tiles;
     std::set<std::wstring> m_asked; ///< Whose answers are still to come: a disk may never give one.
+    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu::Commands
