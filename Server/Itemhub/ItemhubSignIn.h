@@ -11,12 +11,15 @@ namespace Vs::Itemhub {
 struct Access
 {
     enum class Kind {
-        Bearer, ///< `token` alone.
-        Signed, ///< Requests are signed by OAuth 1.0a with the four secrets.
-        Renewed ///< `token` is a bearer's of OAuth 2, which `refreshToken` renews.
+        Bearer,  ///< `token` alone.
+        Signed,  ///< Requests are signed by OAuth 1.0a with the four secrets.
+        Renewed, ///< `token` is a bearer's of OAuth 2, which `refreshToken` renews.
+        Key      ///< `token` is a user's key, which goes where a name and a password go.
     };
 
-    std::string address;  ///< "https://items.example.org/"; http only on this machine.
+    /// "https://items.example.org/", or "redmine+https://tracker.example.org/" for an issue tracker, whose
+    /// `token` is the user's key there; http only on this machine.
+    std::string address;
     std::string customer; ///< The tenant; may be empty where the service has but one.
     Kind kind = Kind::Bearer;
     std::string token;

@@ -103,7 +103,7 @@ struct Version
     std::string label;       ///< Empty for a save that nobody marked.
     std::string author;
     std::string createdAt;
-    std::string sha256; ///< Of its content, 64 hexadecimal digits.
+    std::string sha256; ///< Of its content, 64 hexadecimal digits; empty where the system doesn't know it.
     std::uint64_t size = 0;
     std::int64_t madeFrom = 0; ///< The version that it continues; 0 for the first.
 };

@@ -23,6 +23,9 @@ Problem problemOf(const Answer& answer)
 {
     const QJsonObject object = QJsonDocument::fromJson(answer.content).object();
     Problem problem{object["code"].toString(), object["detail"].toString(), {}};
+    // An issue tracker lists sentences.
+    for (const auto& each : object["errors"].toArray())
+        problem.detail += (problem.detail.isEmpty() ? "" : " ") + each.toString();
     try {
         if (object["latest"].isObject())
             problem.latest = Values::version(JsonReader(object["latest"].toObject(), "A refused version"));

@@ -15,6 +15,10 @@ Network::Credentials credentialsOf(const Access& access)
 {
     Network::Credentials credentials;
     credentials.kind = Network::Credentials::Kind::Bearer;
+    if (access.kind == Access::Kind::Key) {
+        credentials.kind = Network::Credentials::Kind::Password;
+        credentials.user = access.token;
+    }
     credentials.secret = access.token;
     credentials.refreshToken = access.refreshToken;
     credentials.tokenAddress = access.tokenAddress;

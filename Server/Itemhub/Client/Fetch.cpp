@@ -44,7 +44,10 @@ void Fetch::into(const std::string& file, const Watch& watch)
 
 void Fetch::fetch(const Watch& watch)
 {
+    m_hash.emplace();
     for (int breaks = 0;;) {
+        if (m_isFromTheStart && m_size > 0)
+            beginAnew();
         const std::uint64_t before = m_size;
         Network::Request request{
             .method = "GET", .url = m_from, .sink = [this](const QByteArray& piece) { return take(piece); }};
@@ -60,10 +63,18 @@ void Fetch::fetch(const Watch& watch)
                 throw Web::PayloadException(m_action + " failed: the service doesn't go on where it was");
             return;
         }
-        breaks = m_size > before ? 0 : breaks + 1;
+        breaks = m_size > before && !m_isFromTheStart ? 0 : breaks + 1;
         if (breaks == kMostBreaks)
             Answers::check(answer, m_action);
     }
+}
+
+void Fetch::beginAnew()
+{
+    m_file.resize(0);
+    m_file.seek(0);
+    m_hash.emplace();
+    m_size = 0;
 }
 
 Network::Result Fetch::take(const QByteArray& piece)
@@ -71,7 +82,7 @@ Network::Result Fetch::take(const QByteArray& piece)
     m_size += static_cast<std::uint64_t>(piece.size());
     if (m_size > m_content.size)
         return {CloudErrorState::BadAnswer, "more came than was announced"};
-    m_hash.add(piece);
+    m_hash->add(piece);
     if (m_file.write(piece) != piece.size())
         return {CloudErrorState::CacheFailed, m_file.errorString().toStdString()};
     return {};
@@ -81,7 +92,7 @@ void Fetch::checkWhole()
 {
     if (m_size != m_content.size)
         throw Web::PayloadException(m_action + " failed: less came than was announced");
-    if (m_hash.digits() != m_content.sha256)
+    if (m_hash->digits() != m_content.sha256)
         throw Web::PayloadException(m_action + " failed: what came has another hash than was announced");
 }
 

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QUrl>
 
+#include <optional>
 #include <string>
 
 namespace Vs::Itemhub {
@@ -17,11 +18,14 @@ class Fetch
 public:
     Fetch(Connections& connections, QUrl from, const Content& content, std::string action);
 
+    /// For a server that gives a content as a whole or not at all: what breaks off begins anew.
+    void fromTheStart() { m_isFromTheStart = true; }
     /// Makes the file, when all of it has come and has the right hash. Throws as ItemStore does.
     void into(const std::string& file, const Watch& watch);
 
 private:
     void fetch(const Watch& watch);
+    void beginAnew();
     Network::Result take(const QByteArray& piece);
     void checkWhole();
 
@@ -30,8 +34,9 @@ private:
     const Content& m_content;
     const std::string m_action;
     QFile m_file;
-    Network::Sha256 m_hash;
+    std::optional<Network::Sha256> m_hash;
     std::uint64_t m_size = 0;
+    bool m_isFromTheStart = false;
 };
 
 } // namespace Vs::Itemhub

@@ -25,6 +25,12 @@ void JsonReader::refuse(const char* name, const char* wanted) const
                                                             "\" of the answer is not " + wanted);
 }
 
+bool JsonReader::has(const char* name) const
+{
+    const QJsonValue value = m_object[QLatin1String(name)];
+    return !value.isNull() && !value.isUndefined();
+}
+
 std::int64_t JsonReader::number(const char* name, std::int64_t lowest) const
 {
     const QJsonValue value = m_object[QLatin1String(name)];
@@ -37,8 +43,7 @@ std::int64_t JsonReader::number(const char* name, std::int64_t lowest) const
 
 std::int64_t JsonReader::idOrNone(const char* name) const
 {
-    const QJsonValue value = m_object[QLatin1String(name)];
-    return value.isNull() || value.isUndefined() ? 0 : number(name, 0);
+    return has(name) ? number(name, 0) : 0;
 }
 
 std::string JsonReader::text(const char* name) const

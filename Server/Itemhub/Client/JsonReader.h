@@ -16,6 +16,8 @@ public:
     /// `action` as in Answers.
     JsonReader(QJsonObject object, std::string action);
 
+    /// Whether there is such a member, and it isn't null.
+    [[nodiscard]] bool has(const char* name) const;
     /// A whole number from `lowest` up.
     [[nodiscard]] std::int64_t number(const char* name, std::int64_t lowest) const;
     [[nodiscard]] std::int64_t id(const char* name) const { return number(name, 1); }

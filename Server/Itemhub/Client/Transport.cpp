@@ -4,6 +4,7 @@
 #include "Server/Itemhub/Client/Credentials.h"
 #include "Server/Itemhub/Client/HashFile.h"
 #include "Server/Itemhub/Client/HttpStore.h"
+#include "Server/Itemhub/Client/Redmine/RedmineStore.h"
 #include "Server/Network/OAuth.h"
 #include "Server/Network/Origin.h"
 
@@ -39,6 +40,8 @@ std::int64_t idOfToken(const QUrl& session, const Network::Credentials& given, c
 
 std::shared_ptr<ItemStore> Transport::store(const Access& access, std::function<void(const Access&)> keeper)
 {
+    if (Redmine::isAddress(access.address))
+        return std::make_shared<Redmine::RedmineStore>(access);
     auto store = std::make_shared<HttpStore>(access);
     store->onRenewed(std::move(keeper));
     return store;
@@ -47,6 +50,12 @@ std::shared_ptr<ItemStore> Transport::store(const Access& access, std::function<
 Access Transport::signInByPassword(const Access& where, const std::string& account,
                                    const std::string& password, const Watch& watch)
 {
+    Access access = where;
+    access.kind = Access::Kind::Bearer;
+    if (Redmine::isAddress(where.address)) {
+        access.token = Redmine::Tracker::keyOf(where, account, password, watch);
+        return access;
+    }
     const QUrl url = addressOf(where, "tokens");
     const std::string action = "Signing in at " + Network::hostOf(url);
     const QJsonObject body{{"account", QString::fromStdString(account)},
@@ -59,8 +68,6 @@ Access Transport::signInByPassword(const Access& where, const std::string& accou
                                              .body = QJsonDocument(body).toJson(QJsonDocument::Compact)},
                                             watch);
     const JsonReader given(Answers::object(answer, action), action);
-    Access access = where;
-    access.kind = Access::Kind::Bearer;
     access.token = given.text("token");
     access.grantedId = given.id("id");
     return access;
@@ -71,6 +78,9 @@ Access Transport::signInByBrowser(const Access& where, const std::function<bool(
 {
     const QUrl url = addressOf(where, "session");
     const std::string action = "Signing in at " + Network::hostOf(url);
+    if (Redmine::isAddress(where.address))
+        throw Web::ItemhubException(Web::ItemhubException::Kind::NotFound,
+                                    action + " failed: an issue tracker has no sign-in page for programs");
     Network::Http http({});
     const Network::Answer refused = http.ask({.method = "GET", .url = url}, watch);
     if (refused.status == 0)

@@ -27,7 +27,8 @@ namespace {
 
 using Kind = Web::ItemhubException::Kind;
 
-constexpr const char* kOwnAccount = "own"; ///< The folder of the own service's account.
+constexpr QLatin1String kTracker("redmine+"); ///< Before the address of an issue tracker.
+constexpr const char* kOwnAccount = "own";    ///< The folder of the own service's account.
 
 std::wstring title()
 {
@@ -111,7 +112,9 @@ std::optional<Access> ofKeyring()
 
 Access SignIn::accessTo(const std::string& uri)
 {
-    QUrl url(QString::fromStdString(uri).trimmed());
+    QString named = QString::fromStdString(uri).trimmed();
+    const bool isTracker = named.startsWith(kTracker);
+    QUrl url(isTracker ? named.mid(kTracker.size()) : named);
     if (!url.isValid() || url.host().isEmpty() || !url.userInfo().isEmpty() ||
         (url.scheme() != "https" && url.scheme() != "http"))
         refuse(Kind::BadRequest,
@@ -130,7 +133,9 @@ Access SignIn::accessTo(const std::string& uri)
     url.setFragment(QString());
     if (!url.path().endsWith('/'))
         url.setPath(url.path() + '/');
-    access.address = url.toString(QUrl::FullyEncoded).toStdString();
+    access.address =
+        (isTracker ? kTracker + url.toString(QUrl::FullyEncoded) : url.toString(QUrl::FullyEncoded))
+            .toStdString();
     return access;
 }
 

@@ -27,7 +27,7 @@ void ScriptedServer::order(const std::string& order)
 
 std::string ScriptedServer::line()
 {
-    while (!m_process.canReadLine() && m_process.waitForReadyRead(30000)) {
+    while (!m_process.canReadLine() && m_process.waitForReadyRead(120000)) {
     }
     return m_process.readLine().trimmed().toStdString();
 }
