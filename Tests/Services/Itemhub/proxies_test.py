@@ -2,6 +2,7 @@
 unit for systemd."""
 
 import http.client
+import json
 import os
 import pathlib
 import re
@@ -100,18 +101,23 @@ class Behind:
             time.sleep(0.1)
         self.fail("".join(file.read_text()[-2000:] for file in map(self.folder.joinpath, ("said", "log")) if file.exists()))
 
+    def half(self, upload, data):
+        """A connection by which two of three parts of an upload have gone."""
+        half = self.client(self.boss.token).connection
+        half.putrequest("PATCH", f"/uploads/{upload}")
+        for name, value in {**service.TUS, "Upload-Offset": "0", "Content-Type": "application/offset+octet-stream", "Content-Length": str(len(data)),
+                            "Authorization": f"Bearer {self.boss.token}"}.items():
+            half.putheader(name, value)
+        half.endheaders(data[:len(data) * 2 // 3])
+        return half
+
     def test_all_goes_through_at_once_and_as_it_was_sent(self):
         items = f"/workspaces/{self.workspace}/items"
         item = self.boss("POST", items, {"caption": "Through"}).json["id"]
         # An upload that is cut goes on where it was, for which its bytes must not be kept back.
         data = os.urandom(3 << 20)
         upload = self.boss.begin(len(data)).headers["location"].rsplit("/", 1)[1]
-        half = self.client(self.boss.token).connection
-        half.putrequest("PATCH", f"/uploads/{upload}")
-        for name, value in {**service.TUS, "Upload-Offset": "0", "Content-Type": "application/offset+octet-stream", "Content-Length": str(len(data)),
-                            "Authorization": f"Bearer {self.boss.token}"}.items():
-            half.putheader(name, value)
-        half.endheaders(data[:2 << 20])
+        half = self.half(upload, data)
         time.sleep(1)
         half.close()
         offset = self.boss.offset(upload)
@@ -183,6 +189,36 @@ class NginxTest(Behind, unittest.TestCase):
         main.write_text(f"daemon off;\npid {self.folder}/pid;\nerror_log {self.folder}/log;\nevents {{}}\n"
                         f"http {{\naccess_log off;\n{temporary}include {self.recipe('nginx.conf')};\n}}\n")
         return self.launch("/usr/sbin/nginx", "-e", self.folder / "log", "-c", main)
+
+    def test_a_proxy_that_buffers_loses_nothing(self):
+        file = self.folder / "nginx.conf"
+        text = file.read_text()
+        file.write_text(text.replace("buffering off", "buffering on"))
+        self.assertNotEqual(file.read_text(), text)
+        self.end()
+        self.proxy = self.launch("/usr/sbin/nginx", "-e", self.folder / "log", "-c", self.folder / "main.conf")
+        self.boss.connection.close()
+        self.answers()
+        item = self.boss("POST", f"/workspaces/{self.workspace}/items", {"caption": "Through"}).json["id"]
+        # What is cut never reaches the service, so that it begins anew.
+        data = os.urandom(3 << 20)
+        upload = self.boss.begin(len(data)).headers["location"].rsplit("/", 1)[1]
+        half = self.half(upload, data)
+        time.sleep(1)
+        half.close()
+        self.assertEqual(self.boss.offset(upload), 0)
+        self.assertEqual(self.boss.send(upload, 0, data).status, 204)
+        made = self.boss("POST", f"/items/{item}/attachments", {"name": "a", "docType": "x", "upload": upload}).json
+        content = self.boss("GET", f"/attachments/{made['id']}/versions/1/content")
+        self.assertEqual(sha256(content.body), sha256(data))
+        # As the program listens: each answer ends, so that nothing is kept back.
+        serial = self.boss("GET", "/events?after=0").json["next"]
+        listener = self.client(self.boss.token).connection
+        listener.request("GET", f"/events?after={serial}&wait=30", headers={"Authorization": f"Bearer {self.boss.token}"})
+        self.boss("POST", f"/items/{item}/comments", {"body": "Now"})
+        told = json.loads(listener.getresponse().read())
+        listener.close()
+        self.assertEqual([event["kind"] for event in told["events"]], ["comment.added"])
 
 
 class ApacheTest(Behind, unittest.TestCase):
