@@ -15,7 +15,7 @@ class TextCommand;
 namespace Vs::TextCompletion {
 
 /// What could stand in place of the word that ends at `cursor`: whole `area.name` texts (before the dot
-/// only `area.`), flags that the command's help names, what its first parameter can be, or files. But for
+/// the area alone), flags that the command's help names, what its first parameter can be, or files. But for
 /// files, the case of what is typed doesn't matter. Sorted; areas for transcripts come last.
 std::vector<std::wstring> complete(std::wstring_view line, size_t cursor);
 /// Tells what the first parameter of a command, `area.name`, can be; `names` is called at each completion.
