@@ -17,6 +17,10 @@ if(GIT)
         endif()
     endif()
 endif()
+# What was packed without its repository says it in a file.
+if(revision STREQUAL unknown AND EXISTS ${SOURCES}/.revision)
+    file(STRINGS ${SOURCES}/.revision revision LIMIT_COUNT 1)
+endif()
 file(CONFIGURE OUTPUT ${OUTPUT} CONTENT [[
 #include "UI/Application/Revision.h"
 
