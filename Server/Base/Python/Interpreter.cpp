@@ -8,6 +8,7 @@
 #include "Server/Base/Python/ModelQuestions.h"
 #include "Server/Base/Python/ScriptError.h"
 #include "Server/Base/Python/Statements.h"
+#include "Server/Base/Python/VirtualEnvironment.h"
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Status.h"
@@ -186,8 +187,10 @@ void startPython()
     config.parse_argv = 0;
     // Variables for another Python on the user's PATH must not lead this one astray.
     config.use_environment = 0;
-    PyConfig_SetBytesString(&config, &config.program_name, kInterpreter);
-    PyConfig_SetBytesString(&config, &config.executable, kInterpreter);
+    const std::string environment = activeEnvironment(kInterpreter);
+    const char* const interpreter = environment.empty() ? kInterpreter : environment.c_str();
+    PyConfig_SetBytesString(&config, &config.program_name, interpreter);
+    PyConfig_SetBytesString(&config, &config.executable, interpreter);
     const PyStatus started = Py_InitializeFromConfig(&config);
     PyConfig_Clear(&config);
     if (PyStatus_Exception(started))

@@ -625,4 +625,36 @@ TEST_F(ScriptingTest, NothingIsImportedFromWhereTheProgramIsStarted)
     EXPECT_EQ(result.output, "[]\n");
 }
 
+TEST_F(ScriptingTest, ScriptsFindWhatTheActiveVirtualEnvironmentHasIfItIsForTheirPython)
+{
+    const std::string made = (folder.path() / "made of ours").string();
+    ASSERT_EQ(TestSupport::runProcess("/usr/bin/python3", {"-m", "venv", "--without-pip", made}).exitCode, 0);
+    const boost::filesystem::path libraries = boost::filesystem::path(made) / "lib";
+    for (const auto& version : boost::filesystem::directory_iterator(libraries))
+        folder.write("made of ours/lib/" + version.path().filename().string() +
+                         "/site-packages/only_there.py",
+                     "place = 'environment'\n");
+    boost::filesystem::create_directories(folder.path() / "other" / "bin");
+    folder.write("other/pyvenv.cfg", "home = /opt/bin\nversion = 3.4.10\n");
+    folder.write("other/bin/python3", "");
+    const std::string script =
+        folder
+            .write("script.py", "import quillet, sys\ntry:\n    import only_there\n    print(sys.prefix)\n"
+                                "except ImportError:\n    print('none')\n")
+            .string();
+    const auto run = [&](const std::string& environment) {
+        return runQuillet({"--headless", "--script", script},
+                          {.environment = {"VIRTUAL_ENV=" + environment}});
+    };
+    const ProcessResult used = run(made);
+    EXPECT_EQ(std::pair(used.output, used.errors), std::pair(made + "\n", std::string()));
+    EXPECT_EQ(run("").output, "none\n");
+    for (const auto& [place, why] :
+         {std::pair{"other", "for Python 3.4.10"}, {"in", "not a virtual environment"}}) {
+        const ProcessResult left = run((folder.path() / place).string());
+        EXPECT_EQ(std::pair(left.output, left.exitCode), std::pair(std::string("none\n"), 0)) << left.errors;
+        EXPECT_NE(left.errors.find(why), std::string::npos) << left.errors;
+    }
+}
+
 } // namespace
