@@ -41,6 +41,13 @@ endif()
 # A library's calls of its own functions need no look-up by name, which is most of what a start consists of.
 add_link_options(-Wl,-Bsymbolic-functions)
 
+# What a file is called in messages stands in what is built. The same in every checkout, it makes the same packages; builds in
+# between do without, since compilers' caches tell the two apart.
+option(QUILLET_SAME_PATHS "Nothing of what is built tells the checkout's folder; the preset package sets it" OFF)
+if(QUILLET_SAME_PATHS)
+    add_compile_options(-ffile-prefix-map=${CMAKE_BINARY_DIR}/=build/ -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
+endif()
+
 option(QUILLET_WERROR "A warning is an error; the presets set it" OFF)
 add_compile_options(-Wall -Wextra -Wno-missing-field-initializers -Wconversion -Wsign-conversion -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual -Wduplicated-cond -Wduplicated-branches -Wlogical-op -fno-plt)

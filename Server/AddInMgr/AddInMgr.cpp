@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <dlfcn.h>
 #include <tuple>
+#include <utility>
 
 namespace Vs {
 
