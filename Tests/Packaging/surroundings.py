@@ -54,6 +54,14 @@ class Surroundings(unittest.TestCase):
             self.assertIn("Volume: 9 mm", told.stdout, environment)
             self.assertIn(f"Name: Würfel {number}" if "C" not in environment.values() else "Name: W", told.stdout)
 
+    def test_without_a_graphics_driver_it_does_all_but_pictures_and_says_which_driver_to_install(self):
+        nothing = {"HOME": str(self.home("usual")), "__EGL_VENDOR_LIBRARY_DIRS": "/nonexistent", "LIBGL_DRIVERS_PATH": "/nonexistent"}
+        model, picture = self.folder / "x.step", self.folder / "x.png"
+        ran = self.run_quillet("--headless", "--command", "Design.Sample", "--command", f"Design.Export {model}", "--command",
+                               f"Commands.Start SaveAsImageCommand Path={picture} Width=300 Height=200", environment=nothing)
+        self.assertEqual((ran.returncode, model.exists(), picture.exists()), (1, True, False), ran.stderr)
+        self.assertIn("libgl1-mesa-dri", ran.stderr)
+
     def test_two_versions_side_by_side_take_nothing_from_each_other(self):
         for version in ("one version", "another version"):
             subprocess.run(["cmake", "--install", BUILD, "--prefix", self.folder / version], check=True, stdout=subprocess.DEVNULL)
