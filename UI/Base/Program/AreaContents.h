@@ -14,7 +14,9 @@ namespace Vu {
 /// The host itself draws "GraphicsCanvas", "BrowserWindow" and "TextCommands"; "ScrollPage" around other
 /// areas gives them a scroll bar, "Palette" a frame with a title. Every other key without an entry here is
 /// that of a strip of toolbars. What stands below the browser's tree is that of "BrowserFoot". A widget with
-/// the property "standsInToolbarLine" shares the line of the toolbars beside it, at its far end.
+/// the property "standsInToolbarLine" shares the line of the toolbars beside it, at its far end. The first
+/// button or field in one with "beginsWithKeyboard" has the keyboard while no view shows and nobody chose
+/// another.
 class AreaContents
 {
 public:

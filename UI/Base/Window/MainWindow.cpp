@@ -187,7 +187,7 @@ void MainWindow::rebuild()
         m_contents->follow(*root, *m_stage);
     tellUnknownCommands();
     m_panel->refresh();
-    m_keys->findView(*statusBar());
+    m_keys->findKeyboard(*statusBar());
     refresh();
 }
 

@@ -36,6 +36,17 @@ bool editsComponent()
     return session && !session->editedComponent().empty();
 }
 
+/// Null if none shows that wants the keyboard before anyone has chosen a place for it.
+QWidget* firstOfContents(const QWidget& window)
+{
+    for (const QWidget* each : window.findChildren<QWidget*>())
+        if (each->isVisibleTo(&window) && each->property("beginsWithKeyboard").toBool())
+            for (QWidget* child : each->findChildren<QWidget*>())
+                if (child->isVisibleTo(&window) && child->isEnabled() && child->focusPolicy() & Qt::TabFocus)
+                    return child;
+    return nullptr;
+}
+
 /// False if no command is there that takes keys.
 bool tellActiveCommand(void (IKeyEventHandler::*what)(KeyEvent*), const QKeyEvent& key)
 {
@@ -75,12 +86,14 @@ bool WindowKeys::point(int arrow)
 }
 
 // Qt hands it on to the next widget that takes it, which then is one of the status bar.
-void WindowKeys::findView(const QWidget& leftovers) const
+void WindowKeys::findKeyboard(const QWidget& leftovers) const
 {
     const QWidget* focus = m_window.focusWidget();
+    if (focus && focus->isVisibleTo(&m_window) && !leftovers.isAncestorOf(focus))
+        return;
     QWidget* view = viewWidget();
-    if (view && (!focus || !focus->isVisible() || leftovers.isAncestorOf(focus)))
-        view->setFocus(Qt::OtherFocusReason);
+    if (QWidget* first = view ? view : firstOfContents(m_window))
+        first->setFocus(Qt::OtherFocusReason);
 }
 
 void WindowKeys::tellIfInView() const

@@ -30,8 +30,9 @@ public:
     bool point(int arrow);
     /// Whether Tab leads to the values of the tool: who has picked something in the view goes on with them.
     bool walks() const;
-    /// Brings the keyboard to the view if what had it is gone, so that nobody works there.
-    void findView(const QWidget& leftovers) const;
+    /// Brings the keyboard to the view, or else to the contents that begin with it, if what had it is gone,
+    /// so that nobody works there.
+    void findKeyboard(const QWidget& leftovers) const;
     /// Tells what keys do in the view, if the keyboard has come there.
     void tellIfInView() const;
 

@@ -153,7 +153,10 @@ void pause()
 
 void xdotool(const QStringList& arguments)
 {
-    EXPECT_EQ(QProcess::execute(QStringLiteral("xdotool"), arguments), 0)
+    constexpr int kPatience = 60'000; // In milliseconds: a display that hangs would hold it for ever.
+    QProcess process;
+    process.start(QStringLiteral("xdotool"), arguments);
+    EXPECT_TRUE(process.waitForFinished(kPatience) && process.exitCode() == 0)
         << arguments.join(u' ').toStdString();
     pause();
 }
@@ -211,12 +214,14 @@ void Visitor::run(const std::function<void()>& visit)
     QEventLoop loop;
     std::thread visitor([&] {
         visit();
-        // A visit that failed may leave dialogs open, in which the program would wait for ever.
-        const auto closesDialog = [] {
-            QWidget* dialog = QApplication::activeModalWidget();
-            return dialog && dialog->close();
+        // A visit that failed may leave menus and dialogs open, in which the program would wait for ever.
+        const auto closesAny = [] {
+            QWidget* menu = QApplication::activePopupWidget();
+            QWidget* open = menu ? menu : QApplication::activeModalWidget();
+            return open && open->close();
         };
-        while (see(closesDialog))
+        constexpr int kMost = 20; // Closing one may bring another, which asks.
+        for (int i = 0; i < kMost && see(closesAny); ++i)
             pause();
         QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
     });

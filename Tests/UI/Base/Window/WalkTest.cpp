@@ -22,6 +22,7 @@
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/TransitionMgr.h"
 
+#include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
 #include <QFileDialog>
@@ -71,6 +72,11 @@ protected:
         return found ? Vs::resolvePath(*found, *asset, status) : nullptr;
     }
     static bool isOpen() { return component(kPlate) != nullptr; }
+    static bool beginsWithNewDocument()
+    {
+        const auto* button = qobject_cast<const QAbstractButton*>(QApplication::focusWidget());
+        return button && button->accessibleName() == QStringLiteral("New Document");
+    }
     static size_t facesOfBracket() { return component(kBracket)->body->mesh()->faces.size(); }
     static GkVector3d direction()
     {
@@ -219,6 +225,7 @@ TEST_F(WalkTest, ByKeysAloneNoStepTakesMoreThanEight)
 {
     Visitor::run([&] {
         size_t faces = 0;
+        EXPECT_TRUE(Visitor::becomes(beginsWithNewDocument)) << "the keyboard is elsewhere";
         visitor.step("open an assembly", [&] {
             visitor.keys("ctrl+o");
             ASSERT_TRUE(Visitor::becomes(asksForFile));

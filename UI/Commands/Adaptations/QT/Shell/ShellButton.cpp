@@ -119,6 +119,7 @@ QWidget* makeShellButtons(QWidget* parent)
     layout->setSpacing(kSpacing);
     // They take a second line where the window is narrow.
     auto* flowing = new QWidget(row);
+    flowing->setProperty("beginsWithKeyboard", true);
     auto* flow = new FlowLayout(flowing, kSpacing);
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     policy.setHeightForWidth(true);
