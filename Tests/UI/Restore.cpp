@@ -3,6 +3,9 @@
 #include "Server/Base/OptionGroup.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Private/OptionGroups.h"
+#include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 
 #include <QCursor>
@@ -14,6 +17,9 @@
 void UiTests::restore()
 {
     Vu::RecentDocumentMgr::get()->clearRecent();
+    Vu::CommandMgr::get()->GetAlertController()->clearAllAlerts();
+    for (Vs::Notification* notification : Vs::NotificationCenter::get()->notifications())
+        Vs::NotificationCenter::get()->remove(notification);
     for (Vs::OptionGroup* group : Vs::optionGroups())
         group->reset();
     boost::filesystem::remove_all(Vs::PathInfo::temporaryDirectory(false));

@@ -3,7 +3,8 @@
 namespace UiTests {
 
 /// Puts back what a test may have changed and what does not go with its documents and windows: the user's
-/// options, the list of recent documents and the mouse pointer, which is over no window afterwards.
+/// options, alerts and notifications, the list of recent documents and the mouse pointer, which is over no
+/// window afterwards.
 void restore();
 
 } // namespace UiTests

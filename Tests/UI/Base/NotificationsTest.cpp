@@ -63,12 +63,6 @@ protected:
         window->resize(1366, 768);
         EXPECT_TRUE(QTest::qWaitForWindowActive(window));
     }
-    ~NotificationsTest() override
-    {
-        CommandMgr::get()->GetAlertController()->clearAllAlerts();
-        for (Notification* notification : NotificationCenter::get()->notifications())
-            NotificationCenter::get()->remove(notification);
-    }
 
     static Notification* send(NotificationType::Kind kind, const std::wstring& title, bool quiet = false)
     {
