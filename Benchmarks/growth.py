@@ -86,7 +86,8 @@ def smallest(quillet, what, count, arguments, display):
 
 def show(what, counts, times):
     print(f"\n{what + ', ms':46} {'at ' + str(counts[0]):>12} {'at ' + str(counts[-1]):>12} {'exponent':>9}")
-    for kind, name in times[0]:
+    # No STEP file is made of the largest models.
+    for kind, name in (key for key in times[0] if key in times[-2] and key in times[-1]):
         first, before, last = (each[kind, name] for each in (times[0], times[-2], times[-1]))
         exponent = math.log2(last / before)
         high = last > NOISE and exponent > (WHOLE_LIMIT if kind == "whole" else STEP_LIMIT)

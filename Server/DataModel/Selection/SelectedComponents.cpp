@@ -10,16 +10,20 @@ namespace Vs {
 SelectedComponents::SelectedComponents(const std::vector<StrongRef<Selection>>& selections)
 {
     m_ids.reserve(selections.size());
-    for (const auto& selection : selections) {
-        const auto* logical = cast<LogicalSelection>(selection.get());
-        if (!logical || !m_ids.insert(logical->componentId()).second)
-            continue;
-        std::string_view above = logical->componentId();
-        for (size_t slash = above.rfind('/'); slash != above.npos; slash = above.rfind('/')) {
-            above = above.substr(0, slash);
-            if (!m_above.insert(above).second)
-                break;
-        }
+    for (const auto& selection : selections)
+        add(*selection);
+}
+
+void SelectedComponents::add(const Selection& selection)
+{
+    const auto* logical = cast<LogicalSelection>(&selection);
+    if (!logical || !m_ids.insert(logical->componentId()).second)
+        return;
+    std::string_view above = logical->componentId();
+    for (size_t slash = above.rfind('/'); slash != above.npos; slash = above.rfind('/')) {
+        above = above.substr(0, slash);
+        if (!m_above.insert(above).second)
+            break;
     }
 }
 

@@ -16,6 +16,7 @@ class SelectedComponents
 {
 public:
     explicit SelectedComponents(const std::vector<StrongRef<Selection>>& selections);
+    void add(const Selection& selection);
 
     /// Whether the component of this id (Component::id), or a part of it, is selected.
     [[nodiscard]] bool has(const std::string& id) const { return m_ids.contains(id); }

@@ -1,87 +1,141 @@
 #include "Server/DataModel/Selection/SelectionSet.h"
 
 #include <algorithm>
-#include <unordered_set>
+#include <bit>
 #include <utility>
 
 namespace Vs {
-namespace {
-
-auto find(const std::vector<StrongRef<Selection>>& selections, const Selection& wanted)
-{
-    return std::find_if(selections.begin(), selections.end(),
-                        [&](const auto& selection) { return selection->isEqualTo(wanted); });
-}
-
-} // namespace
 
 SelectionIndex::SelectionIndex(const std::vector<StrongRef<Selection>>& selections)
 {
+    reserve(selections.size());
     for (const auto& selection : selections)
-        m_byHash.emplace(selection->hash(), selection.get());
+        add(*selection);
+}
+
+/// Where the selection is, or where it is to go.
+size_t SelectionIndex::slotOf(const Selection& selection, size_t hash) const
+{
+    const size_t mask = m_slots.size() - 1;
+    size_t slot = hash & mask;
+    for (; const Selection* other = m_slots[slot].selection; slot = (slot + 1) & mask)
+        if (m_slots[slot].hash == hash && other->isEqualTo(selection))
+            break;
+    return slot;
 }
 
 bool SelectionIndex::contains(const Selection& selection) const
 {
-    const auto [first, last] = m_byHash.equal_range(selection.hash());
-    return std::any_of(first, last, [&](const auto& each) { return each.second->isEqualTo(selection); });
+    return !m_slots.empty() && m_slots[slotOf(selection, selection.hash())].selection;
+}
+
+bool SelectionIndex::add(const Selection& selection)
+{
+    reserve(m_count + 1);
+    const size_t hash = selection.hash();
+    Slot& slot = m_slots[slotOf(selection, hash)];
+    if (slot.selection)
+        return false;
+    slot = {hash, &selection};
+    ++m_count;
+    return true;
+}
+
+void SelectionIndex::reserve(size_t count)
+{
+    if (2 * count <= m_slots.size())
+        return;
+    const std::vector<Slot> before = std::exchange(m_slots, std::vector<Slot>(std::bit_ceil(2 * count)));
+    const size_t mask = m_slots.size() - 1;
+    for (const Slot& each : before) {
+        if (!each.selection)
+            continue;
+        size_t slot = each.hash & mask;
+        while (m_slots[slot].selection)
+            slot = (slot + 1) & mask;
+        m_slots[slot] = each;
+    }
 }
 
 bool SelectionSet::contains(const Selection& selection) const
 {
-    return find(m_selections, selection) != m_selections.end();
+    return m_index.contains(selection);
 }
 
 const SelectedComponents& SelectionSet::components() const
 {
     if (!m_components)
-        m_components = std::make_unique<const SelectedComponents>(m_selections);
+        m_components = std::make_unique<SelectedComponents>(m_selections);
     return *m_components;
 }
 
 bool SelectionSet::changed()
 {
-    m_components.reset();
     forEach([](SelectionSetSite* site) { site->selectionSetChanged(); });
+    return true;
+}
+
+bool SelectionSet::changedWholly()
+{
+    ++m_generation;
+    m_components.reset();
+    return changed();
+}
+
+bool SelectionSet::append(const StrongRef<Selection>& selection)
+{
+    if (!selection || !m_index.add(*selection))
+        return false;
+    m_selections.push_back(selection);
+    if (m_components)
+        m_components->add(*selection);
     return true;
 }
 
 bool SelectionSet::add(StrongRef<Selection> selection)
 {
-    if (!selection || contains(*selection))
-        return false;
-    m_selections.push_back(std::move(selection));
-    return changed();
+    return append(selection) && changed();
+}
+
+bool SelectionSet::add(const std::vector<StrongRef<Selection>>& selections)
+{
+    const size_t before = m_selections.size();
+    for (const auto& selection : selections)
+        append(selection);
+    return m_selections.size() > before && changed();
 }
 
 bool SelectionSet::remove(const Selection& selection)
 {
-    const auto found = find(m_selections, selection);
-    if (found == m_selections.end())
+    if (!contains(selection))
         return false;
-    m_selections.erase(found);
-    return changed();
+    m_index = {};
+    std::erase_if(m_selections, [&](const auto& each) { return each->isEqualTo(selection); });
+    m_index = SelectionIndex(m_selections);
+    return changedWholly();
 }
 
 bool SelectionSet::replace(const std::vector<StrongRef<Selection>>& selections)
 {
     const auto before = std::exchange(m_selections, {});
     m_components.reset(); // It lives on the ids of these, of which equal ones may take the place.
-    std::unordered_set<size_t> hashes;
+    m_index = {};
+    m_index.reserve(selections.size());
+    m_selections.reserve(selections.size());
     for (const auto& selection : selections)
-        if (selection && (hashes.insert(selection->hash()).second || !contains(*selection)))
-            m_selections.push_back(selection);
+        append(selection);
     const bool same = std::equal(before.begin(), before.end(), m_selections.begin(), m_selections.end(),
                                  [](const auto& a, const auto& b) { return a->isEqualTo(*b); });
-    return !same && changed();
+    return !same && changedWholly();
 }
 
 bool SelectionSet::clear()
 {
     if (m_selections.empty())
         return false;
+    m_index = {};
     m_selections.clear();
-    return changed();
+    return changedWholly();
 }
 
 } // namespace Vs

@@ -5,7 +5,7 @@
 #include "Server/DataModel/Selection/Selection.h"
 
 #include <memory>
-#include <unordered_map>
+#include <vector>
 
 namespace Vs {
 
@@ -21,11 +21,25 @@ public:
 class SelectionIndex
 {
 public:
+    SelectionIndex() = default;
     explicit SelectionIndex(const std::vector<StrongRef<Selection>>& selections);
     [[nodiscard]] bool contains(const Selection& selection) const;
+    /// Returns whether it wasn't there yet.
+    bool add(const Selection& selection);
+    /// Makes room for so many in all.
+    void reserve(size_t count);
 
 private:
-    std::unordered_multimap<size_t, const Selection*> m_byHash;
+    struct Slot
+    {
+        size_t hash = 0;
+        const Selection* selection = nullptr; ///< Null where nothing is.
+    };
+    size_t slotOf(const Selection& selection, size_t hash) const;
+
+    std::vector<Slot>
+        m_slots; ///< A power of two of them, half of which stay free. What is taken moves on to the next.
+    size_t m_count = 0;
 };
 
 /// What is selected, each thing once, in the order in which it came. Main thread only.
@@ -43,14 +57,24 @@ public:
     bool add(StrongRef<Selection> selection);
     bool remove(const Selection& selection);
     bool clear();
+    /// Takes these as well, behind what there is, as one change that costs no more the more there is.
+    bool add(const std::vector<StrongRef<Selection>>& selections);
     /// Takes these in place of all there is, as one change.
     bool replace(const std::vector<StrongRef<Selection>>& selections);
 
+    /// Another number after each change but those that only added behind what there was: who has seen this
+    /// number before has only those behind to look at.
+    size_t generation() const { return m_generation; }
+
 private:
+    bool append(const StrongRef<Selection>& selection);
     bool changed();
+    bool changedWholly();
 
     std::vector<StrongRef<Selection>> m_selections;
-    mutable std::unique_ptr<const SelectedComponents> m_components; ///< Null until it is asked for.
+    SelectionIndex m_index; ///< Of all of them.
+    size_t m_generation = 0;
+    mutable std::unique_ptr<SelectedComponents> m_components; ///< Null until it is asked for.
 };
 
 } // namespace Vs

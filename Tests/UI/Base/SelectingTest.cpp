@@ -35,6 +35,9 @@
 #include <QWidget>
 #include <QtTest/QTest>
 
+#include <algorithm>
+#include <random>
+
 using namespace Vu;
 using Leaf = Vs::ObjectPath::Leaf;
 
@@ -433,4 +436,44 @@ TEST_F(SelectingTest, WhatIsDeletedIsNoLongerSelectedAndTheRestStaysLit)
     const auto* scene = Vs::cast<Vs::Scene::SceneAssetAdapter>(asset->adapter());
     EXPECT_EQ(scene->node(boxes[0])->highlight(), Rendra::Graphics::Highlight::None);
     EXPECT_EQ(scene->node(boxes[1])->highlight(), Rendra::Graphics::Highlight::Selected);
+}
+
+TEST_F(SelectingTest, WhateverIsAddedPutInPlaceOrTakenOutIsHeldOnceInItsOrderAndLit)
+{
+    const auto* scene = Vs::cast<Vs::Scene::SceneAssetAdapter>(asset->adapter());
+    const auto faceOf = [&](size_t number) {
+        return Vs::ObjectPath{boxes[number % 3], Leaf::Face, uint32_t(number / 3)};
+    };
+    std::mt19937 random(7);
+    std::vector<size_t> plain; // Numbers of faces.
+    for (int step = 0; step < 300; ++step) {
+        std::vector<Vs::StrongRef<Vs::Selection>> some;
+        const auto action = random() % 8;
+        if (action == 0)
+            plain.clear();
+        for (int i = 0; i < 3; ++i) {
+            const size_t number = random() % 18;
+            some.emplace_back(new Vs::LogicalSelection(asset, faceOf(number), nullptr));
+            const bool isHeld = std::ranges::find(plain, number) != plain.end();
+            if (action == 1 && i == 0)
+                std::erase(plain, number);
+            else if (action != 1 && !isHeld)
+                plain.push_back(number);
+        }
+        std::ignore = action == 0   ? selected().replace(some)
+                      : action == 1 ? selected().remove(*some.front())
+                                    : selected().add(some);
+        ASSERT_EQ(selected().size(), plain.size()) << "step " << step;
+        size_t lit = 0;
+        for (size_t i = 0; i < plain.size(); ++i)
+            ASSERT_EQ(Vs::cast<Vs::LogicalSelection>(selected().selections()[i].get())->path(),
+                      faceOf(plain[i]))
+                << "step " << step;
+        for (size_t box = 0; box < boxes.size(); ++box) {
+            lit += litOf(box).size();
+            EXPECT_EQ(selected().components().has(boxes[box]), !litOf(box).empty()) << "step " << step;
+        }
+        ASSERT_EQ(lit, plain.size()) << "step " << step;
+        ASSERT_EQ(scene->node(boxes[0])->highlight(), Rendra::Graphics::Highlight::None);
+    }
 }

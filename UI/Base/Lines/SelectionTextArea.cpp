@@ -33,9 +33,7 @@ void select(Vs::SelectionSet& selected, const Selections& named)
 
 void add(Vs::SelectionSet& selected, const Selections& named)
 {
-    Selections all = selected.selections();
-    all.insert(all.end(), named.begin(), named.end());
-    selected.replace(all); // One change, however many come.
+    selected.add(named);
 }
 
 void remove(Vs::SelectionSet& selected, const Selections& named)

@@ -107,11 +107,35 @@ SelectionDisplay::Layer::~Layer()
 
 void SelectionDisplay::Layer::selectionSetChanged()
 {
-    light();
+    if (m_set.generation() == m_generation)
+        lightAdded();
+    else
+        light();
+}
+
+/// Lights what has been added since.
+void SelectionDisplay::Layer::lightAdded()
+{
+    for (; m_seen < m_set.size(); ++m_seen) {
+        const auto& selection = m_set.selections()[m_seen];
+        Node* node = add(selection);
+        if (node)
+            m_display.show(node);
+        const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
+        if (m_index.empty() || !logical)
+            continue;
+        OfComponent& held = m_index[logical->componentId()];
+        held.selections.push_back(selection);
+        if (node && std::ranges::find(held.nodes, node) == held.nodes.end())
+            held.nodes.push_back(node);
+    }
+    WorkspaceWindow::invalidate(kInvalidateScene);
 }
 
 void SelectionDisplay::Layer::light()
 {
+    m_generation = m_set.generation();
+    m_seen = m_set.size();
     const Nodes before = std::exchange(m_nodes, {});
     m_index.clear();
     for (const auto& selection : m_set.selections())

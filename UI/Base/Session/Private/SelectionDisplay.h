@@ -75,10 +75,13 @@ private:
         bool concernsHeld(const Changes& changes);
         Rendra::Graphics::Node* add(const Vs::StrongRef<Vs::Selection>& selection);
         void lightComponent(const std::string& id);
+        void lightAdded();
         void makeIndex();
 
         SelectionDisplay& m_display;
         Vs::SelectionSet& m_set;
+        size_t m_generation = 0; ///< Of the set, when all of it was lit;
+        size_t m_seen = 0;       ///< and how many of its selections have been looked at.
         Nodes m_nodes;
         std::unordered_map<std::string, OfComponent> m_index; ///< By Component::id; made when it is asked.
     };
