@@ -145,7 +145,7 @@ Access::Granted localToken(Routes::Service& service)
         Store::addWorkspace(store, made, "Designs");
     }
     Store::removeExpiredTokens(store);
-    const Access::Granted granted = Access::grantBearer(
+    Access::Granted granted = Access::grantBearer(
         store,
         {.account = account, .scope = Store::Role::Admin, .label = "this run", .lifetimeMs = kLifetime});
     change.commit();

@@ -1,7 +1,6 @@
 #include "Server/DataModel/Selection/SelectionSet.h"
 
 #include <algorithm>
-#include <bit>
 #include <utility>
 
 namespace Vs {
@@ -11,50 +10,6 @@ SelectionIndex::SelectionIndex(const std::vector<StrongRef<Selection>>& selectio
     reserve(selections.size());
     for (const auto& selection : selections)
         add(*selection);
-}
-
-/// Where the selection is, or where it is to go.
-size_t SelectionIndex::slotOf(const Selection& selection, size_t hash) const
-{
-    const size_t mask = m_slots.size() - 1;
-    size_t slot = hash & mask;
-    for (; const Selection* other = m_slots[slot].selection; slot = (slot + 1) & mask)
-        if (m_slots[slot].hash == hash && other->isEqualTo(selection))
-            break;
-    return slot;
-}
-
-bool SelectionIndex::contains(const Selection& selection) const
-{
-    return !m_slots.empty() && m_slots[slotOf(selection, selection.hash())].selection;
-}
-
-bool SelectionIndex::add(const Selection& selection)
-{
-    reserve(m_count + 1);
-    const size_t hash = selection.hash();
-    Slot& slot = m_slots[slotOf(selection, hash)];
-    if (slot.selection)
-        return false;
-    slot = {hash, &selection};
-    ++m_count;
-    return true;
-}
-
-void SelectionIndex::reserve(size_t count)
-{
-    if (2 * count <= m_slots.size())
-        return;
-    const std::vector<Slot> before = std::exchange(m_slots, std::vector<Slot>(std::bit_ceil(2 * count)));
-    const size_t mask = m_slots.size() - 1;
-    for (const Slot& each : before) {
-        if (!each.selection)
-            continue;
-        size_t slot = each.hash & mask;
-        while (m_slots[slot].selection)
-            slot = (slot + 1) & mask;
-        m_slots[slot] = each;
-    }
 }
 
 bool SelectionSet::contains(const Selection& selection) const

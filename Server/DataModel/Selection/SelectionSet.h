@@ -5,6 +5,7 @@
 #include "Server/DataModel/Selection/Selection.h"
 
 #include <memory>
+#include <unordered_set>
 #include <vector>
 
 namespace Vs {
@@ -23,23 +24,26 @@ class SelectionIndex
 public:
     SelectionIndex() = default;
     explicit SelectionIndex(const std::vector<StrongRef<Selection>>& selections);
-    [[nodiscard]] bool contains(const Selection& selection) const;
+    [[nodiscard]] bool contains(const Selection& selection) const
+    {
+        return m_selections.contains(&selection);
+    }
     /// Returns whether it wasn't there yet.
-    bool add(const Selection& selection);
+    bool add(const Selection& selection) { return m_selections.insert(&selection).second; }
     /// Makes room for so many in all.
-    void reserve(size_t count);
+    void reserve(size_t count) { m_selections.reserve(count); }
 
 private:
-    struct Slot
+    struct Hash
     {
-        size_t hash = 0;
-        const Selection* selection = nullptr; ///< Null where nothing is.
+        size_t operator()(const Selection* selection) const { return selection->hash(); }
     };
-    size_t slotOf(const Selection& selection, size_t hash) const;
+    struct Equal
+    {
+        bool operator()(const Selection* a, const Selection* b) const { return a->isEqualTo(*b); }
+    };
 
-    std::vector<Slot>
-        m_slots; ///< A power of two of them, half of which stay free. What is taken moves on to the next.
-    size_t m_count = 0;
+    std::unordered_set<const Selection*, Hash, Equal> m_selections;
 };
 
 /// What is selected, each thing once, in the order in which it came. Main thread only.

@@ -125,7 +125,7 @@ QString Provider::subjectOf(const Visit& visit, const QString& code)
     const QJsonObject claims = claimsOf(jsonOf(reply.body, "its answer")["id_token"].toString());
     requireMeant(claims, m_config, visit.nonce);
     constexpr qsizetype kLongest = 255;
-    const QString subject = claims["sub"].toString();
+    QString subject = claims["sub"].toString();
     if (subject.isEmpty() || subject.size() > kLongest)
         refuse("its ID token names nobody");
     return subject;

@@ -71,7 +71,7 @@ qint64 numberOf(const QString& text)
 
 QString nameOf(const QString& text)
 {
-    const QString clean = Routes::cleanedName(text);
+    QString clean = Routes::cleanedName(text);
     if (clean.isEmpty() || clean != text)
         refuse("\"" + clean + "\" cannot be a name.");
     return clean;

@@ -58,7 +58,7 @@ std::string Digest::hexOf(std::string_view data)
 
 bool addFile(Digest& digest, int descriptor, uint64_t from, uint64_t to)
 {
-    std::vector<char> piece(256 * 1024);
+    std::vector<char> piece(size_t(256) * 1024);
     while (from < to) {
         const ssize_t got = ::pread(descriptor, piece.data(), std::min<uint64_t>(piece.size(), to - from),
                                     static_cast<off_t>(from));

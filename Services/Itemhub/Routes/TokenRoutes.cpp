@@ -9,8 +9,8 @@ namespace Itemhub::Routes {
 namespace {
 
 constexpr qint64 kHour = 3600LL * 1000;
-constexpr qint64 kLongestHours = 24 * 366;
-constexpr qint64 kUsualHours = 24 * 30;
+constexpr qint64 kLongestHours = 24LL * 366;
+constexpr qint64 kUsualHours = 24LL * 30;
 
 } // namespace
 

@@ -163,7 +163,7 @@ QString wantedHash(const Call& call)
     // Name and value in Base64, several separated by commas.
     for (const QString& entry : QString::fromStdString(call.request.header("Upload-Metadata")).split(','))
         if (entry.trimmed().section(' ', 0, 0) == "sha256") {
-            const QString hash = QByteArray::fromBase64(entry.trimmed().section(' ', 1).toLatin1()).toLower();
+            QString hash = QByteArray::fromBase64(entry.trimmed().section(' ', 1).toLatin1()).toLower();
             constexpr qsizetype kDigits = 64;
             if (hash.size() != kDigits || QByteArray::fromHex(hash.toLatin1()).size() != kDigits / 2)
                 throw Problem(400, "bad_checksum",

@@ -169,9 +169,8 @@ void Connection::runPlain(const QString& statement)
 {
     for (bool again = true; again;) {
         QSqlQuery query(*m_link);
-        again = false;
-        if (!query.exec(statement) &&
-            !(again = reopened(query.lastError(), statement == dialect().beginWriting())))
+        again = !query.exec(statement);
+        if (again && !reopened(query.lastError(), statement == dialect().beginWriting()))
             fail(query.lastError());
     }
     m_isFresh = false;

@@ -115,7 +115,7 @@ bool useNonce(Connection& connection, const QString& token, qint64 stamp, const 
 qint64 waitOf(Connection& connection, const QString& subject)
 {
     constexpr qint64 kFree = 5;
-    constexpr qint64 kFirst = 1000, kLongest = 15 * 60 * 1000;
+    constexpr qint64 kFirst = 1000, kLongest = 15LL * 60 * 1000;
     Rows rows = connection.run("SELECT failures, failed_at FROM throttle WHERE subject = ?", {subject});
     if (!rows.next() || rows.number(0) < kFree)
         return 0;
@@ -125,7 +125,7 @@ qint64 waitOf(Connection& connection, const QString& subject)
 
 void noteFailure(Connection& connection, const QString& subject)
 {
-    constexpr qint64 kForgotten = 3600 * 1000;
+    constexpr qint64 kForgotten = 3600LL * 1000;
     Transaction change(connection);
     connection.run("DELETE FROM throttle WHERE failed_at < ?", {now() - kForgotten});
     connection.run(

@@ -52,7 +52,7 @@ public:
     /// Makes a folder in it.
     fs::path folder(size_t number) const
     {
-        const fs::path made = m_path / std::to_string(number);
+        fs::path made = m_path / std::to_string(number);
         fs::create_directories(made);
         return made;
     }

@@ -117,7 +117,7 @@ TextCommandResult closeSession(DocumentSession* session, CommandContext context,
                                const TextCommandParameters& parameters)
 {
     context.addArgument(CloseDocumentCmdDef::documentSessionArgumentName(), session);
-    const TextCommandResult result = runDefinition(CloseDocumentCmdDef::info()->key(), context, parameters);
+    TextCommandResult result = runDefinition(CloseDocumentCmdDef::info()->key(), context, parameters);
     // A line of the command box has only queued the close. The definition is silent where somebody refused.
     if (result.first != 0 || parameters.viaUI() || !isOpen(session))
         return result;
@@ -243,7 +243,7 @@ public:
         if (!type)
             return {1, L"Invalid asset type error"};
         const TextCommandParameters atOnce;
-        const TextCommandResult made = create(type->identifier(), atOnce);
+        TextCommandResult made = create(type->identifier(), atOnce);
         if (made.first != 0)
             return made;
         DocumentSession* session = lastSession();

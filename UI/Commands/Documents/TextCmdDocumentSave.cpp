@@ -106,7 +106,7 @@ public:
         std::shared_ptr<FileSetAside> aside;
         if (!document->isOnDisk())
             aside = std::make_shared<FileSetAside>(file);
-        const TextCommandResult result = save(session, file.wstring(), parameters);
+        TextCommandResult result = save(session, file.wstring(), parameters);
         // A line of the command box has only queued the save.
         if (parameters.viaUI())
             Application::get()->deferredTasks()->post([aside] {});
@@ -121,8 +121,7 @@ private:
         if (parameters.viaUI())
             return runSave(SaveDocumentCmdDef::info()->key(), session, path, parameters);
         const SaveFailures failures;
-        const TextCommandResult result =
-            runSave(SaveDocumentCmdDef::info()->key(), session, path, parameters);
+        TextCommandResult result = runSave(SaveDocumentCmdDef::info()->key(), session, path, parameters);
         if (result.first == 0 && !failures.reason().empty())
             return {1, failures.reason()};
         return result;

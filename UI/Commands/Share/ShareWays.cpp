@@ -38,8 +38,8 @@ const wchar_t* const kSuffix = L".png";
 /// For what another program reads in its own time. What nobody can be reading any more goes.
 fs::path passingFolder()
 {
-    constexpr std::time_t kDay = 24 * 60 * 60;
-    const fs::path folder = Vs::PathInfo::temporaryDirectory(true) / "shared";
+    constexpr std::time_t kDay = std::time_t(24) * 60 * 60;
+    fs::path folder = Vs::PathInfo::temporaryDirectory(true) / "shared";
     boost::system::error_code ignored;
     fs::create_directories(folder, ignored);
     for (fs::directory_iterator entry(folder, ignored), end; entry != end; entry.increment(ignored))
@@ -51,7 +51,7 @@ fs::path passingFolder()
 /// Where the person keeps pictures.
 fs::path picturesFolder()
 {
-    const fs::path folder = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation).toStdWString();
+    fs::path folder = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation).toStdWString();
     boost::system::error_code ignored;
     fs::create_directories(folder, ignored);
     return folder;
@@ -156,7 +156,7 @@ fs::path freePicturePath(const fs::path& folder, const std::wstring& name,
 {
     for (int number = 1;; ++number) {
         const std::wstring numbered = number == 1 ? name : name + L" " + std::to_wstring(number);
-        const fs::path path = folder / (numbered + kSuffix);
+        fs::path path = folder / (numbered + kSuffix);
         boost::system::error_code ignored;
         if (!fs::exists(path, ignored) && !(isTaken && isTaken(path.filename().string())))
             return path;

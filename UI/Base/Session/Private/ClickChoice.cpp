@@ -58,7 +58,7 @@ ClickChoice::Object ClickChoice::componentAround(const Vs::Selection& selection)
     const auto* object = Vs::cast<Vs::LogicalSelection>(&selection);
     for (std::string id = object ? object->componentId() : std::string(); !id.empty();
          id = Vs::parentId(id)) {
-        const Object holder(new Vs::LogicalSelection(object->asset(), id, nullptr));
+        Object holder(new Vs::LogicalSelection(object->asset(), id, nullptr));
         if (!m_taken.contains(*holder) && m_accepts(holder))
             return holder;
     }

@@ -95,7 +95,7 @@ std::wstring elementName(const XmlFile& xml)
 
 std::wstring localizedTitle(const XmlFile& xml, const std::wstring& domain)
 {
-    const std::wstring title = xml.attribute("title");
+    std::wstring title = xml.attribute("title");
     const std::wstring key = xml.attribute("titleKey");
     if (key.empty() || title.empty())
         return title;
