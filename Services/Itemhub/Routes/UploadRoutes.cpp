@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <system_error>
 
 namespace Itemhub::Routes {
 
@@ -63,11 +64,22 @@ Problem busy(const char* why)
 /// the record then says.
 std::optional<UploadWriter> writerOf(Call& call, Store::Upload& upload)
 {
-    auto writer = call.service.uploads.write(upload.id.toStdString());
+    std::optional<UploadWriter> writer;
+    try {
+        writer = call.service.uploads.write(upload.id.toStdString());
+    } catch (const std::system_error& error) {
+        // A request that was quicker has finished it since the record was read, or ended it.
+        upload = uploadOf(call, upload.id);
+        if (error.code() != std::errc::no_such_file_or_directory || upload.sha256.isEmpty())
+            throw;
+        return std::nullopt;
+    }
     if (!writer)
         throw busy("Another request is writing to this upload.");
     upload = uploadOf(call, upload.id);
-    return upload.sha256.isEmpty() ? std::move(writer) : std::nullopt;
+    if (!upload.sha256.isEmpty())
+        return std::nullopt;
+    return writer;
 }
 
 /// Keeps what came. What is killed in between is done again: each step may be repeated.
