@@ -267,20 +267,41 @@ Path temporaryDirectory(bool create)
     return OwnFiles::isOwnFolder(folder) ? folder : processDirectory();
 }
 
+namespace {
+
+bool isBelow(const Path& file, const Path& folder)
+{
+    const auto [ofFolder, ofFile] = std::mismatch(folder.begin(), folder.end(), file.begin(), file.end());
+    return ofFolder == folder.end();
+}
+
+Path named(const Path& path)
+{
+    return PathInfo::absolute(path).lexically_normal();
+}
+
+/// Without links; the file itself need not be there.
+Path real(const Path& path)
+{
+    const Path whole = named(path);
+    boost::system::error_code error;
+    const Path resolved = fs::weakly_canonical(whole, error);
+    return error ? whole : resolved;
+}
+
+} // namespace
+
 bool isPathInCloudCache(const Path& path)
+{
+    return !path.empty() && isBelow(real(path), real(cloudCacheDirectory()));
+}
+
+bool isNamedInCloudCache(const Path& path)
 {
     if (path.empty())
         return false;
-    // Links and dots must not hide that a file lies in the cache; the file itself need not be there.
-    boost::system::error_code error;
-    const auto real = [&](const Path& any) {
-        const Path whole = PathInfo::absolute(any).lexically_normal();
-        const Path resolved = fs::weakly_canonical(whole, error);
-        return error ? whole : resolved;
-    };
-    const Path cache = real(cloudCacheDirectory()), file = real(path);
-    const auto [ofCache, ofFile] = std::mismatch(cache.begin(), cache.end(), file.begin(), file.end());
-    return ofCache == cache.end();
+    const Path file = named(path), cache = cloudCacheDirectory();
+    return isBelow(file, named(cache)) || isBelow(file, real(cache));
 }
 
 } // namespace Vs::PathInfo

@@ -47,6 +47,10 @@ void profileDirectory(const Path& folder);
 /// taken the name there. With `create`, made if it isn't there.
 [[nodiscard]] Path temporaryDirectory(bool create);
 
+/// Whether the file lies in that folder of the drive's copies, however links lead there; asks the file's
+/// disk.
 [[nodiscard]] bool isPathInCloudCache(const Path& path);
+/// The same by the path alone, for lists of files whose disks may not answer.
+[[nodiscard]] bool isNamedInCloudCache(const Path& path);
 
 } // namespace Vs::PathInfo

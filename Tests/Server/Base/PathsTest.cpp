@@ -235,6 +235,11 @@ TEST_F(PathsTest, InTheCloudCacheAreFoundThroughLinksAndDots)
     EXPECT_FALSE(Vs::PathInfo::isPathInCloudCache(cloud / "../a.qui"));
     EXPECT_FALSE(Vs::PathInfo::isPathInCloudCache(cloud.string() + "-not/a.qui"));
     EXPECT_FALSE(Vs::PathInfo::isPathInCloudCache({}));
+    // By the path alone nothing is asked of a disk, so that links aren't followed.
+    EXPECT_TRUE(Vs::PathInfo::isNamedInCloudCache(folder.path() / "x/../cloud/a.qui"));
+    EXPECT_FALSE(Vs::PathInfo::isNamedInCloudCache(folder.path() / "link/drive/new.qui"));
+    EXPECT_FALSE(Vs::PathInfo::isNamedInCloudCache(cloud / "../a.qui"));
+    EXPECT_FALSE(Vs::PathInfo::isNamedInCloudCache({}));
 }
 
 TEST_F(PathsTest, AreUtf8WhateverTheLocaleIs)

@@ -60,7 +60,7 @@ void deliverResults()
 
 std::optional<FilePlace::Answer> placeOf(const boost::filesystem::path& file)
 {
-    if (!Vs::PathInfo::isPathInCloudCache(file))
+    if (!Vs::PathInfo::isNamedInCloudCache(file))
         return std::nullopt;
     FilePlace::Answer answer{.place = Vs::SkyvaultUtilities::getCloud_TM(),
                              .folder = {},

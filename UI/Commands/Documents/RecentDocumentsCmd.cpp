@@ -84,9 +84,9 @@ void RecentDocumentsCmdDef::updateListControl(const std::vector<RecentDocument*>
     } else {
         for (auto document = documents.rbegin(); document != documents.rend(); ++document) {
             const std::wstring& path = (*document)->path();
-            items.push_back(std::make_unique<Info>(path, boost::filesystem::path(path).filename().wstring(),
-                                                   Vs::PathInfo::isPathInCloudCache(path) ? Resources::Cloud()
-                                                                                          : nullptr));
+            items.push_back(std::make_unique<Info>(
+                path, boost::filesystem::path(path).filename().wstring(),
+                Vs::PathInfo::isNamedInCloudCache(path) ? Resources::Cloud() : nullptr));
         }
         items.push_back(std::make_unique<Info>(ListControl::kSeparator, ListControl::kSeparator, nullptr));
         items.push_back(std::make_unique<Info>(kClearItem, clearTitle(), nullptr));
@@ -112,7 +112,7 @@ void RecentDocumentsCmdDef::onListSelectionChanged(Info* item)
     context.addArgument(CommandContext::pathArgumentName(), path);
     context.accessPoint(kListAccessPoint);
     const bool isCloud =
-        !Vs::MeshportAuth::globalInstance()->cloudDisabled() && Vs::PathInfo::isPathInCloudCache(path);
+        !Vs::MeshportAuth::globalInstance()->cloudDisabled() && Vs::PathInfo::isNamedInCloudCache(path);
     CommandDefinition* open = CommandDefinitionMgr::get()->findCommandDefinitionById(
         isCloud ? kCloudOpenCommand : OpenDocumentCmdDef::info()->key());
     if (open)

@@ -40,7 +40,7 @@ void open(const std::wstring& path)
     context.addArgument(CommandContext::pathArgumentName(), path);
     // What is kept on the drive comes from there, where there may be a newer version.
     const bool isCloud =
-        !Vs::MeshportAuth::globalInstance()->cloudDisabled() && Vs::PathInfo::isPathInCloudCache(path);
+        !Vs::MeshportAuth::globalInstance()->cloudDisabled() && Vs::PathInfo::isNamedInCloudCache(path);
     const std::wstring& command = isCloud ? kOpenFromCloud : OpenDocumentCmdDef::info()->key();
     // Behind the click: the tile goes when the document comes.
     if (CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(command))
@@ -239,7 +239,7 @@ void RecentSection::askDrive()
 {
     std::vector<boost::filesystem::path> files;
     for (const auto& [path, tile] : m_tiles)
-        if (Vs::PathInfo::isPathInCloudCache(path))
+        if (Vs::PathInfo::isNamedInCloudCache(path))
             files.emplace_back(path);
     if (!files.empty())
         Vs::CloudCacheManager::getInstance()->refresh(files);
@@ -256,7 +256,7 @@ void RecentSection::look(const std::wstring& path)
     // A disk that doesn't answer is asked once.
     if (!m_asked.insert(path).second)
         return;
-    const bool isCloud = Vs::PathInfo::isPathInCloudCache(path);
+    const bool isCloud = Vs::PathInfo::isNamedInCloudCache(path);
     lookAtLater(path, this, [this, path, isCloud](const FilePreview& file) {
         m_asked.erase(path);
         const auto found = m_tiles.find(path);
