@@ -6,11 +6,11 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <exception>
 #include <functional>
 #include <latch>
 #include <mutex>
 #include <new>
-#include <system_error>
 #include <thread>
 #include <tuple>
 #include <vector>
@@ -79,7 +79,8 @@ bool hasThreadsForDriver()
     try {
         for (unsigned i = 0; i < std::thread::hardware_concurrency() + kOfCaches; ++i)
             threads.emplace_back([&] { tried.wait(); });
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) {
+        // Refused, or no memory for one: those that there are wait, and must go all the same.
         given = false;
     }
     tried.count_down();

@@ -112,9 +112,8 @@ Content Versions::contentOf(std::int64_t attachment, std::int64_t number, const 
     const std::vector<File> files =
         issue.versionsOf(issue.nameOf(fileOfAttachment(attachment), m_tracker.action(doing)));
     if (number < 0 || number > static_cast<std::int64_t>(files.size()))
-        throw Web::ItemhubException(Kind::NotFound, m_tracker.action(doing) +
-                                                        " failed: there is no version " +
-                                                        std::to_string(number));
+        throw Web::ItemhubException(Kind::NotFound, m_tracker.action(doing) + " failed: version " +
+                                                        std::to_string(number) + " does not exist");
     const size_t place = number == 0 ? files.size() - 1 : static_cast<size_t>(number) - 1;
     const File& file = files[place];
     const QUrl address = m_tracker.url("attachments/download/" + std::to_string(file.id));
@@ -158,7 +157,8 @@ Versions::Announced Versions::announced(const std::string& upload, const std::st
     const auto found = m_uploads.find(upload);
     if (found == m_uploads.end())
         throw Web::ItemhubException(Kind::NotFound,
-                                    m_tracker.action(doing) + " failed: the upload has to begin anew");
+                                    m_tracker.action(doing) +
+                                        " failed: the upload must be restarted from the beginning");
     return found->second;
 }
 
