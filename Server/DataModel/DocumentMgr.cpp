@@ -110,8 +110,8 @@ Document* DocumentMgr::create(AssetType* type, Status& status)
     return document;
 }
 
-Document* DocumentMgr::createFromModel(const std::wstring& source, std::shared_ptr<const ModelFile> model,
-                                       Status& status)
+Document* DocumentMgr::createFromModel(const std::wstring& source,
+                                       const std::shared_ptr<const ModelFile>& model, Status& status)
 {
     assertMainThread();
     require(model != nullptr, "what was read from a file has a model");

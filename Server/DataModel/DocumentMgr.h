@@ -40,7 +40,7 @@ public:
     [[nodiscard]] bool isNative(const std::wstring& path) const;
     /// A new document that shows a model which was read from a foreign file; for translators. It isn't dirty:
     /// the file can be read again. Its asset is of the first type that is offered for creation.
-    Document* createFromModel(const std::wstring& source, std::shared_ptr<const ModelFile> model,
+    Document* createFromModel(const std::wstring& source, const std::shared_ptr<const ModelFile>& model,
                               Status& status);
     /// Closes at once, whatever locks it has. Unknown pointers are ignored.
     void close(Document* document);

@@ -6,8 +6,9 @@
 GkPlacement::GkPlacement(const GkMatrix3d& matrix)
     : m_shift(matrix.entry[0][3], matrix.entry[1][3], matrix.entry[2][3])
 {
-    // Bit by bit, since a zero may have a sign.
     const GkMatrix3d shift = GkMatrix3d::translation(m_shift);
+    // Bit by bit, since a zero may have a sign.
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): so it is meant.
     if (std::memcmp(shift.entry, matrix.entry, sizeof shift.entry) != 0)
         m_turned = new Shared(matrix);
 }

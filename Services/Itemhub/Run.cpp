@@ -49,6 +49,7 @@ public:
     {
         if (!m_thread.joinable())
             return;
+        // NOLINTNEXTLINE(bugprone-bad-signal-to-kill-thread): the thread waits for it and ends by itself.
         pthread_kill(m_thread.native_handle(), SIGTERM);
         m_thread.join();
     }

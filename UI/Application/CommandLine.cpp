@@ -234,14 +234,20 @@ std::string readTestRun(const QCommandLineParser& parser, TestRun& run)
         run.filters.push_back(bytesOf(pattern));
     if (run.failedOnly && run.resultsFile.empty())
         return "--failed needs --results FILE, which knows what failed.";
-    if (given("retry") && (run.retries = positive(value("retry"))) == 0)
-        return "--retry needs a whole number from 1, not \"" + value("retry").toStdString() + "\".";
-    if (given("jobs") && (run.jobs = positive(value("jobs"))) == 0)
-        return "--jobs needs a whole number from 1, not \"" + value("jobs").toStdString() + "\".";
-    if (given("timeout") && !((run.secondsLimit = value("timeout").toDouble()) > 0))
+    for (const auto& [option, number] : {std::pair{"retry", &run.retries}, std::pair{"jobs", &run.jobs}}) {
+        if (!given(option))
+            continue;
+        *number = positive(value(option));
+        if (*number == 0)
+            return std::string("--") + option + " needs a whole number from 1, not \"" +
+                   value(option).toStdString() + "\".";
+    }
+    if (given("timeout"))
+        run.secondsLimit = value("timeout").toDouble();
+    if (given("timeout") && !(run.secondsLimit > 0))
         return "--timeout needs a number of seconds, not \"" + value("timeout").toStdString() + "\".";
     if (given("test"))
-        if (const std::string stranger = strangerToTestRun(parser); !stranger.empty())
+        if (std::string stranger = strangerToTestRun(parser); !stranger.empty())
             return stranger;
     if (given("shard")) {
         const QString shard = value("shard");

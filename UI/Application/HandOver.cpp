@@ -42,9 +42,7 @@ bool sendAll(const Descriptor& connection, std::string_view text, Clock::time_po
             text.remove_prefix(static_cast<size_t>(sent));
         else if (sent < 0 && errno == EINTR)
             continue;
-        else if (sent < 0 && errno != EAGAIN)
-            return false;
-        else if (!waitFor(connection, POLLOUT, end))
+        else if ((sent < 0 && errno != EAGAIN) || !waitFor(connection, POLLOUT, end))
             return false;
     }
     return true;

@@ -47,7 +47,7 @@ private:
 
 } // namespace
 
-LineRunner::LineRunner(Options options) : m_options(std::move(options))
+LineRunner::LineRunner(Options options) : m_options(options)
 {
     Vs::TextCommandMgr::get()->output(this);
     Vs::warningHandler([this](const std::wstring& text) { warn(text); });

@@ -81,7 +81,8 @@ private:
             result[i + 1] = strdup(candidates[i].c_str());
         result[listed + 1] = nullptr;
         // A name goes on behind the dot of its area.
-        rl_completion_append_character = candidates.front().ends_with('.') ? '\0' : ' ';
+        constexpr int kNone = 0, kBlank = ' ';
+        rl_completion_append_character = candidates.front().ends_with('.') ? kNone : kBlank;
         return result;
     }
 

@@ -138,7 +138,7 @@ void Session::ended(const DriveResult& result)
     CloudEventSource::get()->fireCloudSessionChanged(&event);
 }
 
-DriveResult Session::run(const std::wstring& title, Job job)
+DriveResult Session::run(const std::wstring& title, const Job& job)
 {
     if (!m_link)
         return {CloudErrorState::LoginFailed, {}};

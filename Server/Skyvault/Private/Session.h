@@ -43,7 +43,7 @@ public:
     void onRenewed(std::function<void(const Access&)> keeper) { m_keeper = std::move(keeper); }
 
     /// Runs requests and returns with the result, as DriveThread::run does; LoginFailed without a session.
-    [[nodiscard]] DriveResult run(const std::wstring& title, Job job);
+    [[nodiscard]] DriveResult run(const std::wstring& title, const Job& job);
     /// Runs requests in the background.
     void post(const Job& job, const DriveThread::Done& done);
     /// Asks the server again who the user is.

@@ -261,7 +261,7 @@ DriveResult Upload::run()
     return end(result, sent);
 }
 
-void Upload::post(const Cache::Place& place, std::function<void()> done)
+void Upload::post(const Cache::Place& place, const std::function<void()>& done)
 {
     CacheIndexLibrary& library = Cache::get().library();
     const auto upload = std::make_shared<Upload>(place, !Cache::get().rowOrNew(place).onDrive);

@@ -18,7 +18,7 @@ public:
     /// In the foreground; see DriveThread::run. Unreachable is no failure: the file waits then.
     [[nodiscard]] DriveResult run();
     /// What waits is sent in the background; `done` is told of it.
-    static void post(const Cache::Place& place, std::function<void()> done);
+    static void post(const Cache::Place& place, const std::function<void()>& done);
 
     /// Whether the file waits for the drive to be reached.
     bool waits() const { return m_row.pending == CacheRow::Pending::Waiting; }

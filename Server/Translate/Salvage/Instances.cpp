@@ -14,6 +14,10 @@ public:
     explicit Settling(Instances& instances)
         : m_instances(instances), m_uses(instances.m_all.size()), m_members(instances.m_all.size())
     {
+    }
+
+    void run()
+    {
         for (size_t i = 0; i < m_uses.size(); ++i)
             enter(i);
         for (size_t i = 0; i < m_uses.size(); ++i)
@@ -93,9 +97,9 @@ Instances::Instances(std::string_view bytes)
     m_all.reserve(statements.size());
     for (const StepStatement& statement : statements)
         add(statement);
-    Settling{*this};
+    Settling(*this).run();
     dropUnplaced();
-    Settling{*this};
+    Settling(*this).run();
 }
 
 /// An occurrence that lost its place would be in its assembly without being seen; without it the part stands

@@ -53,7 +53,7 @@ TokenRecord byPage(Store::Connection& connection, const MasterKey& key, const Ht
                    const QString& text)
 {
     // First who it is: what is refused to somebody is noted for the administrator.
-    const TokenRecord token = byBearer(connection, text);
+    TokenRecord token = byBearer(connection, text);
     requireOwnPage(request);
     const bool reads = request.method() == "GET" || request.method() == "HEAD";
     const QByteArray proof = QByteArray::fromStdString(request.header("X-CSRF-Token"));

@@ -65,7 +65,7 @@ QString Members::name(const char* name)
 
 QString Members::fileName(const char* name)
 {
-    const QString clean = cleanedFileName(this->name(name));
+    QString clean = cleanedFileName(this->name(name));
     if (clean.isEmpty())
         throw badMember(name, "must be the name of a file");
     return clean;

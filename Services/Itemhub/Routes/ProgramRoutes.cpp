@@ -30,7 +30,7 @@ bool isName(const QString& text)
 QJsonObject argumentsOf(const QJsonValue& given)
 {
     constexpr qsizetype kMost = 16;
-    const QJsonObject arguments = given.toObject();
+    QJsonObject arguments = given.toObject();
     if (!given.isObject() || arguments.size() > kMost)
         throw badMember("args", "must be an object of up to 16 arguments");
     for (auto argument = arguments.begin(); argument != arguments.end(); ++argument)

@@ -43,7 +43,7 @@ Wish wishOf(const Field& field)
 {
     static const QRegularExpression hash("\\A[A-Za-z0-9_-]{43}\\z");
     constexpr qsizetype kClient = 64, kLongest = 255;
-    const Wish wish{field("client_id"), field("redirect_uri"), field("state"), field("code_challenge")};
+    Wish wish{field("client_id"), field("redirect_uri"), field("state"), field("code_challenge")};
     if (wish.redirect.size() > kLongest || !isOfThisMachine(QUrl(wish.redirect, QUrl::StrictMode)))
         refuse("redirect_uri must be an http address of 127.0.0.1.");
     if (field("response_type") != "code")
@@ -71,7 +71,7 @@ SignInPage pageFor(const Call& call, const Wish& wish)
 QString newCode(Call& call, const Wish& wish)
 {
     constexpr size_t kBytes = 32;
-    const QString code = Access::randomText(kBytes);
+    QString code = Access::randomText(kBytes);
     Store::addCode(call.store, {.hash = Access::hashOf(code),
                                 .account = call.account(),
                                 .client = wish.client,

@@ -16,6 +16,7 @@
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Base/View/MouseEvents.h"
+#include "UI/Base/Workspace/ShellMgr.h"
 #include "UI/Base/Workspace/ToolbarManager.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
@@ -92,6 +93,7 @@ void WithProgram::TearDown()
     // Some run every command there is.
     run(L"Debug.ShowDebugDialog /off");
     if (Vu::WorkspaceWindow* window = Vu::WorkspaceWindow::activeWorkspaceWindow()) {
+        window->workspace()->shellManager()->activateDefaultShell();
         window->fullScreen(false);
         window->windowState(0); // normal
     }

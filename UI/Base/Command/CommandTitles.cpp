@@ -32,6 +32,7 @@ std::wstring CommandTitles::localized(const std::wstring& command, const wchar_t
 std::vector<CommandTitles::Title> CommandTitles::inAllLanguages()
 {
     std::vector<Title> titles;
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the table's own changes below.
     const std::string shown = Vs::StringTable::language();
     for (const std::string& language : Vs::StringTable::languages()) {
         Vs::StringTable::language(language);

@@ -16,9 +16,11 @@ using namespace MouseLine;
 constexpr AreaRow kMouseAreaRow = {kArea, L"Events of the mouse in a view, as transcripts record them", true};
 
 /// Sends an event as the canvas does.
-template <const OperationName& kOperation>
-class TextCmdMouse : public Vs::PythonEntry<TextCmdMouse<kOperation>, Vs::TextCommand>
+template <size_t kIndex>
+class TextCmdMouse : public Vs::PythonEntry<TextCmdMouse<kIndex>, Vs::TextCommand>
 {
+    static constexpr const OperationName& kOperation = kOperations[kIndex];
+
 public:
     TextCmdMouse()
         : Vs::PythonEntry<TextCmdMouse, Vs::TextCommand>(
@@ -77,9 +79,9 @@ private:
 };
 
 const SubjectArea<kMouseAreaRow> kMouseArea;
-TextCmdMouse<kOperations[0]> kDown;
-TextCmdMouse<kOperations[1]> kUp;
-TextCmdMouse<kOperations[2]> kMove;
+TextCmdMouse<0> kDown;
+TextCmdMouse<1> kUp;
+TextCmdMouse<2> kMove;
 
 } // namespace
 

@@ -38,7 +38,7 @@ std::unique_ptr<AssetGraphicsView> AssetGraphicsView::make(AssetSession* session
 
 AssetGraphicsView::~AssetGraphicsView()
 {
-    releaseScene();
+    AssetGraphicsView::releaseScene();
 }
 
 Rendra::Graphics::GroupNode* AssetGraphicsView::sceneNode() const
@@ -64,7 +64,7 @@ Rendra::Graphics::GroupNode* AssetGraphicsView::createScene()
     auto orbicon = AutoCamViewFragment::make(this, m_session->asset());
     m_overlays.add(orbicon.get());
     mouseOverlay(&m_overlays);
-    addFragment(std::move(orbicon));
+    addFragment(orbicon);
     fit();
     return m_node.get();
 }

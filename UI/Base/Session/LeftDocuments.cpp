@@ -109,7 +109,7 @@ void LeftDocuments::autoSavedDocumentLeft(Vs::AutoSaveEvent* event)
     // Who wrote the line that closes it knows.
     if (!Application::get()->mainWidget())
         return;
-    const std::wstring file = event->file();
+    const std::wstring& file = event->file();
     const auto record = recordOf(file);
     const std::wstring name = record ? record->fileName() : std::wstring();
     Vs::NotificationRequest request;

@@ -3,6 +3,7 @@
 #include "Server/Base/PathInfo.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Vu {
 namespace {

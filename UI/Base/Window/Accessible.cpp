@@ -113,9 +113,9 @@ void Accessible::begin()
     QAccessible::installFactory(interfaceOf);
 }
 
-void Accessible::maker(QWidget* widget, Maker maker)
+void Accessible::maker(QWidget* widget, const Maker& maker)
 {
-    widget->setProperty(kMaker, QVariant::fromValue(std::move(maker)));
+    widget->setProperty(kMaker, QVariant::fromValue(maker));
 }
 
 void Accessible::role(QWidget* widget, QAccessible::Role role)

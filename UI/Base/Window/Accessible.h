@@ -19,7 +19,7 @@ void begin();
 using Maker = std::function<QAccessibleInterface*(QWidget*)>;
 /// To be said before anybody is told of the widget, as the two below: where it is made, before it gets its
 /// name.
-void maker(QWidget* widget, Maker maker);
+void maker(QWidget* widget, const Maker& maker);
 /// The widget is such a thing.
 void role(QWidget* widget, QAccessible::Role role);
 /// The same for what can be pressed without being a button of the toolkit's: `press` does then what a click

@@ -63,6 +63,8 @@ void NamingDialog::accept()
         return;
     if (quoted) {
         m_quoted = file.absoluteFilePath();
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call): the base's would take the quotes for a part of the
+        // name.
         QDialog::accept();
         return;
     }

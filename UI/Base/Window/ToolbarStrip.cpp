@@ -62,8 +62,10 @@ void ToolbarStrip::toolbars(const std::vector<const Toolbar*>& shown, std::vecto
                 if (kept != before.end()) {
                     widget = std::exchange(kept->widget, nullptr);
                     button = kept->button;
-                } else if ((widget = makeToolbarItem(item, this, buttons)) && buttons.size() > known) {
-                    button = buttons.back();
+                } else {
+                    widget = makeToolbarItem(item, this, buttons);
+                    if (widget && buttons.size() > known)
+                        button = buttons.back();
                 }
                 if (!widget && !item.separator())
                     continue; // Nobody has such a command.

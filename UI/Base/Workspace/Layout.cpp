@@ -172,8 +172,11 @@ void replaceChild(Area* child, std::unique_ptr<Area> replacement)
     std::vector<std::unique_ptr<Area>> siblings;
     while (!parent->children().empty())
         siblings.push_back(parent->removeChild(parent->children().front().get()));
-    for (std::unique_ptr<Area>& sibling : siblings)
-        parent->addChild(sibling.get() == child ? std::move(replacement) : std::move(sibling));
+    for (std::unique_ptr<Area>& sibling : siblings) {
+        if (sibling.get() == child)
+            sibling.swap(replacement);
+        parent->addChild(std::move(sibling));
+    }
 }
 
 } // namespace

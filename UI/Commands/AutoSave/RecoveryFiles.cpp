@@ -139,7 +139,8 @@ std::wstring RecoveryFiles::openLine(const std::wstring& path)
 
 bool RecoveryFiles::open(const Vs::AutoSavedFileInfo& file)
 {
-    const std::wstring path = placeOf(file), source = file.oriSourceFile();
+    const std::wstring path = placeOf(file);
+    const std::wstring& source = file.oriSourceFile();
     if (path.empty())
         return false;
     if (const std::wstring reason = openLine(path); !reason.empty())

@@ -31,7 +31,7 @@ void run(const Info* command, const CommandContext& context, Vs::Status& status)
 ShareCmdDef::ShareCmdDef()
 {
     m_subscriptions.add(Vs::CloudEventSource::get(), this);
-    cloudSessionChanged(nullptr);
+    ShareCmdDef::cloudSessionChanged(nullptr);
 }
 
 void ShareCmdDef::user(const std::wstring& name)

@@ -27,7 +27,7 @@ DeferredSessionReleaseTask::DeferredSessionReleaseTask(DocumentSession* session)
 
 DeferredSessionReleaseTask::~DeferredSessionReleaseTask()
 {
-    run();
+    DeferredSessionReleaseTask::run();
 }
 
 bool DeferredSessionReleaseTask::run()

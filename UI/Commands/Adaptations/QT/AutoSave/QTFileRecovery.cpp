@@ -9,6 +9,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -52,7 +53,10 @@ namespace {
 const bool registered = [] {
     NotifyAutoSaveFilesCmd::dialog([] {
         Application::get()->needGui();
-        auto* dialog = new QTFileRecovery;
+        // One at a time: what an earlier one lists may be gone.
+        static QPointer<QTFileRecovery> dialog;
+        delete dialog;
+        dialog = new QTFileRecovery;
         new OverMainWindow(dialog);
         dialog->setModal(true);
         dialog->show();

@@ -42,7 +42,7 @@ CloudHead::CloudHead(Actions actions, bool makesFolders, QWidget* parent)
     for (QWidget* each : std::initializer_list<QWidget*>{m_up, m_new, m_again, m_search})
         row->addWidget(each);
     m_subscriptions.add(Vs::CloudEventSource::get(), this);
-    cloudSessionChanged(nullptr);
+    CloudHead::cloudSessionChanged(nullptr);
 }
 
 QToolButton* CloudHead::button(const char* icon, const char* name, const QString& title,

@@ -155,6 +155,7 @@ QString QTCloudDialog::name() const
 }
 
 // A copy of the name: what it was read from goes with the list.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool QTCloudDialog::open(std::string folder)
 {
     if (m_isBusy)
@@ -324,6 +325,8 @@ void QTCloudDialog::accept()
         m_name->goToName();
         return;
     }
+    if (m_request.kind == Kind::Document && !selected)
+        return;
     m_chosen = m_request.kind == Kind::Document ? *selected : m_folder;
     lastFolder() = m_folder.id();
     QDialog::accept();
