@@ -245,6 +245,11 @@ std::optional<ItemhubUtilities::DocumentItem> ItemhubUtilities::itemOf(const Pat
     return DocumentItem{work->workspaceId, work->itemId, work->attachmentId, work->version, work->account};
 }
 
+bool ItemhubUtilities::isOfAccount(const DocumentItem& item) const
+{
+    return isAuthenticated() && item.account == Session::get().facts().name;
+}
+
 void ItemhubUtilities::setCheckinDescription(const Path& file, const std::wstring& label) const
 {
     m_data->saves.label(file, Strings::narrow(label));

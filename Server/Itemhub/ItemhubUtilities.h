@@ -104,6 +104,8 @@ public:
     /// Whether saving the document makes a version of an item. Also while nobody is signed in.
     [[nodiscard]] bool isItemhubDocument(Document* document) const;
     [[nodiscard]] std::optional<DocumentItem> itemOf(const Path& file) const;
+    /// Whether it is of the account that is signed in. Any thread.
+    [[nodiscard]] bool isOfAccount(const DocumentItem& item) const;
     /// Labels the version that the next save of that file makes. Without it, versions have none.
     void setCheckinDescription(const Path& file, const std::wstring& label) const;
     /// Where an item's file lies that was downloaded or made: nothing else belongs into that folder.

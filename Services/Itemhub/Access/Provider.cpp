@@ -90,6 +90,11 @@ Provider::Places Provider::places()
     return *m_places;
 }
 
+QString Provider::title() const
+{
+    return m_config.title.isEmpty() ? QUrl(m_config.issuer).host() : m_config.title;
+}
+
 QString Provider::place(const Visit& visit)
 {
     Blobs::Digest digest;

@@ -16,6 +16,8 @@ public:
 
     [[nodiscard]] bool isThere() const { return !m_config.issuer.isEmpty(); }
     [[nodiscard]] const ProviderConfig& config() const { return m_config; }
+    /// What people call it; empty if there is none.
+    [[nodiscard]] QString title() const;
 
     /// What goes there with the browser, and is compared when it comes back.
     struct Visit

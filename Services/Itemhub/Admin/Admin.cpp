@@ -8,6 +8,7 @@
 #include "Services/Itemhub/Routes/Service.h"
 #include "Services/Itemhub/Store/Copy.h"
 #include "Services/Itemhub/Store/Events.h"
+#include "Services/Itemhub/Store/Teams.h"
 
 #include <cstdio>
 #include <iostream>
@@ -122,15 +123,63 @@ void enableAccount(Service& service, const QStringList& words)
     Store::setDisabled(service.database.connection(), accountOf(service, words[0], words[1]).id, false);
 }
 
+qint64 workspaceOf(Service& service, qint64 customer, const QString& word)
+{
+    if (word == "all")
+        return Store::kAllWorkspaces;
+    const qint64 workspace = numberOf(word);
+    if (!Store::aboutWorkspace(service.database.connection(), customer, 0, workspace))
+        refuse("The customer has no workspace " + word + '.');
+    return workspace;
+}
+
+Role roleOrNone(const QString& name)
+{
+    return name == "none" ? Role::None : roleOf(name);
+}
+
 void setMember(Service& service, const QStringList& words)
 {
     const Account account = accountOf(service, words[0], words[1]);
-    const qint64 workspace = words[2] == "all" ? Store::kAllWorkspaces : numberOf(words[2]);
-    Store::Connection& store = service.database.connection();
-    if (workspace != Store::kAllWorkspaces &&
-        !Store::aboutWorkspace(store, account.tenant, account.id, workspace))
-        refuse("The customer has no workspace " + words[2] + '.');
-    Store::setMembership(store, account.id, workspace, words[3] == "none" ? Role::None : roleOf(words[3]));
+    Store::setMembership(service.database.connection(), account.id,
+                         workspaceOf(service, account.tenant, words[2]), roleOrNone(words[3]));
+}
+
+Store::Team teamOf(Service& service, const QString& customer, const QString& name)
+{
+    const auto team = Store::findTeam(service.database.connection(), customerOf(service, customer), name);
+    if (!team)
+        refuse("The customer \"" + customer + "\" has no team \"" + name + "\".");
+    return *team;
+}
+
+void addTeam(Service& service, const QStringList& words)
+{
+    Store::addTeam(service.database.connection(), customerOf(service, words[0]), nameOf(words[1]));
+}
+
+void removeTeam(Service& service, const QStringList& words)
+{
+    Store::removeTeam(service.database.connection(), teamOf(service, words[0], words[1]).id);
+}
+
+void joinTeam(Service& service, const QStringList& words)
+{
+    Store::setInTeam(service.database.connection(), teamOf(service, words[0], words[1]).id,
+                     accountOf(service, words[0], words[2]).id, true);
+}
+
+void leaveTeam(Service& service, const QStringList& words)
+{
+    Store::setInTeam(service.database.connection(), teamOf(service, words[0], words[1]).id,
+                     accountOf(service, words[0], words[2]).id, false);
+}
+
+void setTeam(Service& service, const QStringList& words)
+{
+    const qint64 team = teamOf(service, words[0], words[1]).id;
+    Store::setTeamRole(service.database.connection(), team,
+                       workspaceOf(service, customerOf(service, words[0]), words[2]), roleOrNone(words[3]));
 }
 
 Access::GrantWishes wishesOf(Service& service, const QStringList& words, const QString& scope,
@@ -218,6 +267,12 @@ const std::vector<Command> kCommands{
     {"account enable", "CUSTOMER ACCOUNT", "they hold again", enableAccount},
     {"member set", "CUSTOMER ACCOUNT WORKSPACE|all reader|writer|admin|none", "gives or takes a role",
      setMember},
+    {"team add", "CUSTOMER TEAM", "makes a team, whose roles all have that are in it", addTeam},
+    {"team remove", "CUSTOMER TEAM", "dissolves it; its accounts stay", removeTeam},
+    {"team join", "CUSTOMER TEAM ACCOUNT", "takes an account into it", joinTeam},
+    {"team leave", "CUSTOMER TEAM ACCOUNT", "takes an account out of it", leaveTeam},
+    {"team set", "CUSTOMER TEAM WORKSPACE|all reader|writer|admin|none", "gives it a role or takes it",
+     setTeam},
     {"token add", "CUSTOMER ACCOUNT reader|writer|admin DAYS", "prints a bearer token", addToken},
     {"token add-signed", "CUSTOMER ACCOUNT CONSUMERKEY reader|writer|admin DAYS",
      "prints a token for signed requests, its secret and its session handle", addSignedToken},

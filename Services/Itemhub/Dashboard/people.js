@@ -1,30 +1,9 @@
 // Who may do what: in a workspace, and everywhere; and the sessions of whoever reads it.
 
 import { ask as askPerson, button, doing, element, section, sure, tell, text, time } from "./dom.js";
+import { kRoles, roleChoice, row, rows } from "./roles.js";
 import { ask, session, workspace } from "./service.js";
-
-const kRoles = ["reader", "writer", "admin"];
-
-/** Where somebody's role is chosen; null stands for none. */
-function roleChoice(name, role, change) {
-    const shown = element("select", {
-        "aria-label": text("PageRoleOf", name),
-        onchange: doing(async () => {
-            await change(shown.value || null);
-            tell(text("PageRoleChanged", name));
-        }),
-    }, ...[...kRoles, ""].map(each => element("option", { value: each, selected: each === (role ?? "") },
-        text(each ? `PageRole_${each}` : "PageRole_none"))));
-    return shown;
-}
-
-function row(name, detail, ...controls) {
-    return element("li", {}, element("div", {}, element("bdi", {}, name), element("div", { class: "small" }, ...detail)),
-        element("div", { class: "controls" }, ...controls));
-}
-
-const rows = (entries, whenEmpty) => entries.length === 0 ? element("p", { class: "small" }, whenEmpty)
-    : element("ul", { class: "rows", role: "list" }, ...entries);
+import { teamsHere, teamsPart } from "./teams.js";
 
 async function invite(id, shown) {
     const given = await askPerson(text("PageInviteTitle"), [
@@ -39,11 +18,17 @@ async function invite(id, shown) {
     return true;
 }
 
+/** By what somebody has a role, where that isn't his own one in the workspace. */
+function originOf(member) {
+    return [member.team ? text("PageByTeam", member.team) : "", member.team && member.everywhere ? " · " : "",
+        member.everywhere ? text("PageEverywhere") : ""];
+}
+
 /** Who has a role in a workspace, and who is invited. */
 export async function people(id, again) {
     const path = `workspaces/${id}`;
-    const [place, { members }, { invitations }] = await Promise.all([
-        workspace(id), ask("GET", `${path}/members`), ask("GET", `${path}/invitations?limit=500`)]);
+    const [place, { members }, { invitations }, teams] = await Promise.all([
+        workspace(id), ask("GET", `${path}/members`), ask("GET", `${path}/invitations?limit=500`), teamsHere(path)]);
     const set = (name, role) => role ? ask("PUT", `${path}/members/${encodeURIComponent(name)}`, { role })
         : ask("DELETE", `${path}/members/${encodeURIComponent(name)}`);
     const link = people.link ??= element("div", { class: "below" });
@@ -52,14 +37,15 @@ export async function people(id, again) {
         title: text("PagePeopleOf", place.name),
         place: id,
         content: [
-            section(text("PageMembers"), rows(members.map(each => row(each.account, [each.everywhere ? text("PageEverywhere") : ""],
-                each.everywhere ? text(`PageRole_${each.role}`) : roleChoice(each.account, each.role, role => set(each.account, role)))), ""),
+            section(text("PageMembers"), rows(members.map(each => row(each.account, originOf(each),
+                each.everywhere || each.team ? text(`PageRole_${each.role}`) : roleChoice(each.account, each.role, role => set(each.account, role)))), ""),
             element("form", {
                 onsubmit: doing(async () => {
                     await set(added.value, "reader");
                     tell(text("PageRoleChanged", added.value));
                 }),
             }, element("label", {}, text("PageAddMember"), added), element("button", {}, text("PageAdd")))),
+            teams,
             section(text("PageInvitations"), rows(invitations.map(each => row(each.label,
                 [text(`PageRole_${each.role}`), " · ", element("bdi", {}, each.invitedBy), " · ", text("PageUntil"), " ", time(each.expiresAt)],
                 button(text("PageRemove"), doing(async () => {
@@ -131,7 +117,7 @@ export async function ownAccount(again) {
         content.push(providerPart());
     if (session.administers) {
         const { accounts } = await ask("GET", "accounts?limit=500");
-        content.push(section(text("PageAccounts"), rows(accounts.map(each => account(each, again)))), await auditPart());
+        content.push(section(text("PageAccounts"), rows(accounts.map(each => account(each, again)))), await teamsPart(again), await auditPart());
     } else if (session.scope !== "admin") {
         content.push(element("p", { class: "small" }, text("PageNoScope")));
     }

@@ -54,6 +54,12 @@ void Call::note(const Store::NewEvent& event)
     Store::addEvent(store, tenant(), account(), event);
 }
 
+void Call::noteRolesOf(qint64 account, qint64 workspace)
+{
+    note({.kind = "member.changed", .workspace = workspace});
+    note({.kind = "member.changed", .workspace = workspace, .forAccount = account});
+}
+
 void Call::audit(const char* action, const QString& subject)
 {
     Store::addAudit(store, tenant(), account(), action, subject,

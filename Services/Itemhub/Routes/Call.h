@@ -42,6 +42,9 @@ struct Call
 
     /// Notes an event of this caller; within a transaction.
     void note(const Store::NewEvent& event);
+    /// Notes that an account's roles are others, also for itself: it may hear nothing of the workspace any
+    /// more.
+    void noteRolesOf(qint64 account, qint64 workspace);
     /// Notes it for the administrator.
     void audit(const char* action, const QString& subject);
 };

@@ -10,21 +10,12 @@
 #include "Services/Itemhub/Store/Identities.h"
 #include "Services/Itemhub/Store/PageLinks.h"
 
-#include <QUrl>
-
 namespace Itemhub::Routes {
 
 namespace {
 
 constexpr qint64 kLinkLifetimeMs = 60LL * 1000;
 constexpr const char* kLabel = "Browser"; ///< What the list of tokens calls a session.
-
-/// What the provider of sign-ins is called; empty if there is none.
-QString providerTitle(const Call& call)
-{
-    const ProviderConfig& config = call.service.provider.config();
-    return config.title.isEmpty() ? QUrl(config.issuer).host() : config.title;
-}
 
 /// @param problem as for SignInPage::response
 Http::Response signInForm(const Call& call, const QString& customer, const QString& account,
@@ -34,7 +25,8 @@ Http::Response signInForm(const Call& call, const QString& customer, const QStri
     page.kind = SignInPage::Kind::Dashboard;
     page.languages = call.request.header("Accept-Language");
     page.action = action;
-    page.provider = providerTitle(call);
+    page.provider = call.service.provider.title();
+    page.providerPlace = action + "/provider";
     page.customer = customer;
     page.account = account;
     return page.response(problem);
@@ -87,7 +79,7 @@ Http::Response showDashboard(Call& call)
         Access::pageProof(call.service.key, session->selector),
         !call.service.config.pageUrl.isEmpty(),
         Store::nameOf(session->scope),
-        providerTitle(call),
+        call.service.provider.title(),
         Store::hasIdentity(call.store, call.service.provider.config().issuer, session->account),
         session->scope == Store::Role::Admin &&
             Store::roleIn(call.store, session->account, Store::kAllWorkspaces) == Store::Role::Admin}
@@ -134,7 +126,7 @@ Http::Response showDashboardFile(Call& call)
 Http::Response makeDashboardLink(Call& call)
 {
     constexpr size_t kCodeBytes = 32;
-    const QString code = Access::randomText(kCodeBytes);
+    QString code = Access::randomText(kCodeBytes);
     const qint64 end = Store::now() + kLinkLifetimeMs;
     Store::addPageLink(call.store, {.hash = Access::hashOf(code),
                                     .account = call.account(),

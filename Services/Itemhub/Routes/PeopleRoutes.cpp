@@ -78,7 +78,7 @@ Http::Response changeAccount(Call& call)
             call.audit("member set", account->name + " all " +
                                          (role == Store::Role::None ? QString("none") : Store::nameOf(role)));
         }
-        call.note({.kind = "member.changed"});
+        call.noteRolesOf(account->id, Store::kAllWorkspaces);
         return nothing();
     });
 }
@@ -115,7 +115,7 @@ Http::Response makeInvitation(Call& call)
     invitation.expiresAt =
         invitation.createdAt + members.number("days", 1, kMostDays).value_or(kUsualDays) * kDayMs;
     members.end();
-    const QString code = Access::randomText(kCodeBytes);
+    QString code = Access::randomText(kCodeBytes);
     return changing(call, [&] {
         invitation.id = Store::addInvitation(call.store, invitation, Access::hashOf(code));
         call.audit("invitation made", invitation.label + ' ' + Store::nameOf(invitation.role));

@@ -4,7 +4,7 @@
 #include "Services/Itemhub/Access/PageSession.h"
 #include "Services/Itemhub/Routes/DashboardRoutes.h"
 #include "Services/Itemhub/Routes/Json.h"
-#include "Services/Itemhub/Routes/SignInPage.h"
+#include "Services/Itemhub/Routes/ProgramSignIn.h"
 #include "Services/Itemhub/Store/Identities.h"
 
 #include <cstdio>
@@ -14,7 +14,7 @@ namespace Itemhub::Routes {
 namespace {
 
 constexpr qint64 kVisitMs = 10LL * 60 * 1000;
-constexpr const char* kProvider = "Browser by the provider"; ///< What administrators read.
+constexpr const char* kByProvider = " by the provider"; ///< What administrators read.
 
 Access::Provider& providerOf(Call& call)
 {
@@ -24,7 +24,7 @@ Access::Provider& providerOf(Call& call)
 }
 
 /// Begins a visit. @returns the provider's place, and the cookie that the browser comes back with
-std::pair<QString, std::string> begin(Call& call, qint64 account)
+std::pair<QString, std::string> begin(Call& call, qint64 account, const QString& wish)
 {
     constexpr size_t kBytes = 32;
     Access::Provider& provider = providerOf(call);
@@ -43,8 +43,17 @@ std::pair<QString, std::string> begin(Call& call, qint64 account)
                                  .account = account,
                                  .verifier = visit.verifier,
                                  .nonce = visit.nonce,
-                                 .expiresAt = Store::now() + kVisitMs});
+                                 .expiresAt = Store::now() + kVisitMs,
+                                 .wish = wish});
     return {place, Access::visitCookie(visit.state, pageBase(call))};
+}
+
+Http::Response sent(const std::pair<QString, std::string>& begun)
+{
+    Http::Response response;
+    response.status = 303;
+    response.headers = {{"Location", begun.first.toStdString()}, {"Set-Cookie", begun.second}};
+    return response;
 }
 
 /// The browser comes from another site, and would not send a new session's cookie on a way that began there;
@@ -60,13 +69,20 @@ Http::Response entered(Http::Response response, const std::string& place)
     return response;
 }
 
-Http::Response refused(const Call& call, int status, const char* problem)
+SignInPage pageOf(const Call& call, const QString& wish)
 {
+    if (!wish.isEmpty())
+        return pageFor(call, ProgramWish::ofQuery(wish), "../oauth/authorize");
     SignInPage page;
     page.kind = SignInPage::Kind::Dashboard;
     page.languages = call.request.header("Accept-Language");
     page.action = "../dashboard";
-    Http::Response response = page.response(problem);
+    return page;
+}
+
+Http::Response refused(const Call& call, int status, const char* problem, const QString& wish = {})
+{
+    Http::Response response = pageOf(call, wish).response(problem);
     response.status = status;
     return response;
 }
@@ -84,16 +100,19 @@ Http::Response linked(Call& call, qint64 account, const QString& subject)
 
 Http::Response goToProvider(Call& call)
 {
-    const auto [place, cookie] = begin(call, 0);
-    Http::Response response;
-    response.status = 303;
-    response.headers = {{"Location", place.toStdString()}, {"Set-Cookie", cookie}};
-    return response;
+    return sent(begin(call, 0, {}));
+}
+
+Http::Response goToProviderForProgram(Call& call)
+{
+    // Nobody else's page gets a program in without its user having seen what he is asked.
+    Access::requireOwnPage(call.request);
+    return sent(begin(call, 0, ProgramWish::of(queryOf(call)).query()));
 }
 
 Http::Response linkProvider(Call& call)
 {
-    const auto [place, cookie] = begin(call, call.account());
+    const auto [place, cookie] = begin(call, call.account(), {});
     Http::Response response = answer({{"url", place}});
     response.headers.emplace_back("Set-Cookie", cookie);
     return response;
@@ -131,7 +150,7 @@ Http::Response backFromProvider(Call& call)
                                      given("code"));
     } catch (const std::runtime_error& error) {
         std::fprintf(stderr, "quillet-itemhub: %s\n", error.what());
-        return refused(call, 502, "provider_failed");
+        return refused(call, 502, "provider_failed", visit->wish);
     }
     return changing(call, [&] {
         const auto account = visit->account
@@ -143,9 +162,14 @@ Http::Response backFromProvider(Call& call)
             return linked(call, visit->account, subject);
         if (!account || account->disabled) {
             call.audit("sign-in refused", subject);
-            return refused(call, 403, "provider_unknown");
+            return refused(call, 403, "provider_unknown", visit->wish);
         }
-        call.audit("sign-in", kProvider);
+        if (!visit->wish.isEmpty()) {
+            const ProgramWish wish = ProgramWish::ofQuery(visit->wish);
+            call.audit("sign-in", wish.client + kByProvider);
+            return backToProgram(call, wish);
+        }
+        call.audit("sign-in", QStringLiteral("Browser") + kByProvider);
         return entered(beginPageSession(call, account->id, Store::Role::Admin, ""), "../dashboard");
     });
 }

@@ -12,6 +12,7 @@
 #include "Services/Itemhub/Routes/ProviderRoutes.h"
 #include "Services/Itemhub/Routes/ServiceRoutes.h"
 #include "Services/Itemhub/Routes/SignInRoutes.h"
+#include "Services/Itemhub/Routes/TeamRoutes.h"
 #include "Services/Itemhub/Routes/TokenRoutes.h"
 #include "Services/Itemhub/Routes/UploadRoutes.h"
 #include "Services/Itemhub/Routes/WorkspaceRoutes.h"
@@ -86,6 +87,7 @@ const std::vector<Route>& routes()
         {"GET", "/.well-known/oauth-authorization-server", Nothing, None, kNone, describeSignIn},
         {"GET", "/oauth/authorize", Nothing, None, kNone, showSignIn},
         {"POST", "/oauth/authorize", Nothing, None, Takes::Bytes, takeSignIn},
+        {"GET", "/oauth/provider", Nothing, None, kNone, goToProviderForProgram},
         {"POST", "/oauth/token", Nothing, None, Takes::Bytes, changeCode},
         {"GET", "/session", SignedIn, Reader, kNone, tellSession},
         {"GET", "/tokens", SignedIn, Reader, kNone, listTokens},
@@ -104,6 +106,16 @@ const std::vector<Route>& routes()
         {"GET", "/accounts", Tenant, Admin, kNone, listAccounts},
         {"PATCH", "/accounts/{account}", Tenant, Admin, Takes::Json, changeAccount},
         {"GET", "/audit", Tenant, Admin, kNone, listAudit},
+
+        {"GET", "/teams", Tenant, Admin, kNone, listTeams},
+        {"POST", "/teams", Tenant, Admin, Takes::Json, makeTeam},
+        {"PATCH", "/teams/{team}", Tenant, Admin, Takes::Json, changeTeam},
+        {"DELETE", "/teams/{team}", Tenant, Admin, kNone, deleteTeam},
+        {"PUT", "/teams/{team}/members/{account}", Tenant, Admin, kNone, addToTeam},
+        {"DELETE", "/teams/{team}/members/{account}", Tenant, Admin, kNone, takeFromTeam},
+        {"GET", "/workspaces/{workspace}/teams", Path, Admin, kNone, listTeamsOfWorkspace},
+        {"PUT", "/workspaces/{workspace}/teams/{team}", Path, Admin, Takes::Json, setTeam},
+        {"DELETE", "/workspaces/{workspace}/teams/{team}", Path, Admin, kNone, removeTeam},
 
         {"GET", "/workspaces/{workspace}/items", Path, Reader, kNone, listItems},
         {"POST", "/workspaces/{workspace}/items", Path, Writer, Takes::Json, makeItem},

@@ -85,8 +85,7 @@ QString problemOf(const Texts& texts, std::string_view code)
 QString SignInPage::form(const Texts& texts) const
 {
     const bool joins = kind == Kind::Join;
-    QString form = QString("<form method=\"post\" action=\"%1\">\n")
-                       .arg(kind == Kind::Program ? QStringLiteral("authorize") : action);
+    QString form = QString("<form method=\"post\" action=\"%1\">\n").arg(action);
     for (const auto& [name, value] : hidden)
         form += QString("<input type=\"hidden\" name=\"%1\" value=\"%2\">\n")
                     .arg(name.toHtmlEscaped(), value.toHtmlEscaped());
@@ -101,8 +100,8 @@ QString SignInPage::form(const Texts& texts) const
     form += QString("<button>%1</button>\n</form>\n").arg(title(texts));
     if (!provider.isEmpty())
         form += QString("<a href=\"%1\">%2</a>\n")
-                    .arg(action + "/provider", texts.text("SignInProvider", "Sign in with %1%")
-                                                   .replace("%1%", provider.toHtmlEscaped()));
+                    .arg(providerPlace.toHtmlEscaped(), texts.text("SignInProvider", "Sign in with %1%")
+                                                            .replace("%1%", provider.toHtmlEscaped()));
     return form;
 }
 

@@ -20,8 +20,9 @@ struct SignInPage
 
     Kind kind = Kind::Program;
     std::string languages;        ///< As the browser's Accept-Language.
-    QString action = "dashboard"; ///< Where the dashboard's form goes, from the page that shows it.
-    QString provider; ///< What the button of the provider of sign-ins says; empty if there is none.
+    QString action = "dashboard"; ///< Where the form goes, from the page that shows it.
+    QString provider;             ///< What people call the provider of sign-ins; empty if there is none.
+    QString providerPlace;        ///< Where the way to it begins.
     QString customer, account;
     std::vector<std::pair<QString, QString>> hidden; ///< More fields of the form, which come back unseen.
     QString goesTo;                                  ///< The origin to which the form's answer redirects.

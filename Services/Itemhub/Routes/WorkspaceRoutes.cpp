@@ -54,10 +54,14 @@ Http::Response readWorkspace(Call& call)
 Http::Response listMembers(Call& call)
 {
     QJsonArray members;
-    for (const Store::Member& member : Store::membersOf(call.store, call.tenant(), call.subject.workspace))
-        members.append(QJsonObject{{"account", member.name},
-                                   {"role", Store::nameOf(member.role)},
-                                   {"everywhere", member.everywhere}});
+    for (const Store::Member& member : Store::membersOf(call.store, call.tenant(), call.subject.workspace)) {
+        QJsonObject told{{"account", member.name},
+                         {"role", Store::nameOf(member.role)},
+                         {"everywhere", member.everywhere}};
+        if (!member.team.isEmpty())
+            told.insert("team", member.team);
+        members.append(told);
+    }
     return answer({{"members", members}});
 }
 
@@ -69,7 +73,7 @@ Http::Response setMember(Call& call)
     return changing(call, [&] {
         const Store::Account account = memberOf(call);
         Store::setMembership(call.store, account.id, call.subject.workspace, role);
-        call.note({.kind = "member.changed", .workspace = call.subject.workspace});
+        call.noteRolesOf(account.id, call.subject.workspace);
         call.audit("member set", account.name + ' ' + Store::nameOf(role));
         return nothing();
     });
@@ -80,7 +84,7 @@ Http::Response removeMember(Call& call)
     return changing(call, [&] {
         const Store::Account account = memberOf(call);
         Store::setMembership(call.store, account.id, call.subject.workspace, Store::Role::None);
-        call.note({.kind = "member.changed", .workspace = call.subject.workspace});
+        call.noteRolesOf(account.id, call.subject.workspace);
         call.audit("member removed", account.name);
         return nothing();
     });

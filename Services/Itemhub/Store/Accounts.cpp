@@ -109,7 +109,7 @@ void setMembership(Connection& connection, qint64 account, qint64 workspace, Rol
 
 Role roleIn(Connection& connection, qint64 account, qint64 workspace)
 {
-    Rows rows = connection.run("SELECT coalesce(max(role), 0) FROM membership WHERE account_id = ? AND "
+    Rows rows = connection.run("SELECT coalesce(max(role), 0) FROM held_role WHERE account_id = ? AND "
                                "workspace_id IN (0, ?)",
                                {account, workspace});
     return rows.next() ? static_cast<Role>(rows.number(0)) : Role::None;
@@ -117,15 +117,15 @@ Role roleIn(Connection& connection, qint64 account, qint64 workspace)
 
 std::vector<Member> membersOf(Connection& connection, qint64 tenant, qint64 workspace)
 {
-    std::vector<Member> members;
-    Rows rows = connection.run("SELECT a.id, a.name, m.role, m.workspace_id FROM membership m "
-                               "JOIN account a ON a.id = m.account_id WHERE a.tenant_id = ? AND "
-                               "m.workspace_id IN (0, ?) ORDER BY a.name, m.workspace_id",
-                               {tenant, workspace});
-    while (rows.next())
-        members.push_back({rows.number(0), rows.text(1), static_cast<Role>(rows.number(2)),
-                           rows.number(3) == kAllWorkspaces});
-    return members;
+    return allOf(connection.run(
+                     "SELECT a.id, a.name, m.role, m.workspace_id, t.name FROM held_role m JOIN account a ON "
+                     "a.id = m.account_id LEFT JOIN team t ON t.id = m.team_id WHERE a.tenant_id = ? AND "
+                     "m.workspace_id IN (0, ?) ORDER BY a.name, m.workspace_id, t.id",
+                     {tenant, workspace}),
+                 [](const Rows& rows) {
+                     return Member{rows.number(0), rows.text(1), static_cast<Role>(rows.number(2)),
+                                   rows.number(3) == kAllWorkspaces, rows.text(4)};
+                 });
 }
 
 } // namespace Itemhub::Store

@@ -39,6 +39,7 @@ struct Member
     QString name;
     Role role = Role::None;
     bool everywhere = false; ///< By a membership of all workspaces.
+    QString team;            ///< By which the account has it; empty for a role of its own.
 };
 
 /// @throws StoreError, of kind Conflict if the name is taken, as all that add something here
@@ -58,8 +59,9 @@ void setDisabled(Connection& connection, qint64 account, bool disabled);
 
 /// Role::None ends a membership.
 void setMembership(Connection& connection, qint64 account, qint64 workspace, Role role);
-/// The higher of the account's roles in that workspace and in all.
+/// The highest of the account's roles in that workspace and in all, its own and its teams'.
 [[nodiscard]] Role roleIn(Connection& connection, qint64 account, qint64 workspace);
+/// An account stands there once for each of its roles.
 [[nodiscard]] std::vector<Member> membersOf(Connection& connection, qint64 tenant, qint64 workspace);
 
 } // namespace Itemhub::Store

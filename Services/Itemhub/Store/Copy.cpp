@@ -22,7 +22,7 @@ struct Table
 };
 
 /// What a row refers to stands before it.
-constexpr std::array<Table, 25> kTables{{{"tenant", "id"},
+constexpr std::array<Table, 28> kTables{{{"tenant", "id"},
                                          {"account", "id"},
                                          {"workspace", "id"},
                                          {"membership", nullptr},
@@ -46,7 +46,10 @@ constexpr std::array<Table, 25> kTables{{{"tenant", "id"},
                                          {"program_request", "id"},
                                          {"invitation", "id"},
                                          {"identity", nullptr},
-                                         {"provider_visit", nullptr}}};
+                                         {"provider_visit", nullptr},
+                                         {"team", "id"},
+                                         {"team_member", nullptr},
+                                         {"team_role", nullptr}}};
 
 void require(bool good, const QSqlQuery& query, const char* table)
 {

@@ -34,9 +34,9 @@ void addEvent(Connection& connection, qint64 tenant, qint64 account, const NewEv
     connection.run(
         "INSERT INTO event (tenant_id, workspace_id, account_id, audience_id, kind, item_id, attachment_id, "
         "version, created_at, request_id) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
-        {tenant, event.workspace, account, idOrNull(event.forSelf ? account : 0), QString(event.kind),
-         idOrNull(event.item), idOrNull(event.attachment), idOrNull(event.version), now(),
-         idOrNull(event.request)});
+        {tenant, event.workspace, account, idOrNull(event.forSelf ? account : event.forAccount),
+         QString(event.kind), idOrNull(event.item), idOrNull(event.attachment), idOrNull(event.version),
+         now(), idOrNull(event.request)});
     if (const QString last = connection.dialect().afterEvent(); !last.isEmpty())
         connection.runBuilt(last);
 }
@@ -49,7 +49,7 @@ std::vector<Event> eventsAfter(Connection& connection, qint64 tenant, qint64 acc
         "e.created_at, e.request_id FROM event e JOIN account a ON a.id = e.account_id WHERE e.tenant_id = ? "
         "AND "
         "e.serial > ? AND (e.audience_id = ? OR (e.audience_id IS NULL AND EXISTS (SELECT 1 FROM "
-        "membership m WHERE m.account_id = ? AND m.workspace_id IN (0, e.workspace_id)))) "
+        "held_role m WHERE m.account_id = ? AND m.workspace_id IN (0, e.workspace_id)))) "
         "ORDER BY e.serial LIMIT ?",
         {tenant, page.after, account, account, page.limit});
     while (rows.next())

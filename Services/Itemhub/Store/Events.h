@@ -20,7 +20,8 @@ struct NewEvent
     const char* kind;
     qint64 workspace = 0, item = 0, attachment = 0, version = 0;
     qint64 request = 0;
-    bool forSelf = false; ///< Nobody else's business, as a favourite.
+    bool forSelf = false;  ///< Nobody else's business, as a favourite.
+    qint64 forAccount = 0; ///< Whose business alone it is, where that is another account.
 };
 
 void addEvent(Connection& connection, qint64 tenant, qint64 account, const NewEvent& event);

@@ -6,23 +6,23 @@ void addVisit(Connection& connection, const ProviderVisit& visit)
 {
     Transaction change(connection);
     connection.run("DELETE FROM provider_visit WHERE expires_at < ?", {now()});
-    connection.run("INSERT INTO provider_visit (hash, account_id, verifier, nonce, expires_at) VALUES (?, ?, "
-                   "?, ?, ?)",
+    connection.run("INSERT INTO provider_visit (hash, account_id, verifier, nonce, expires_at, wish) VALUES "
+                   "(?, ?, ?, ?, ?, ?)",
                    {visit.hash, visit.account ? QVariant(visit.account) : QVariant(), visit.verifier,
-                    visit.nonce, visit.expiresAt});
+                    visit.nonce, visit.expiresAt, visit.wish});
     change.commit();
 }
 
 std::optional<ProviderVisit> takeVisit(Connection& connection, const QString& hash)
 {
     Transaction change(connection);
-    auto found = firstOf(
-        connection.run("DELETE FROM provider_visit WHERE hash = ? RETURNING hash, "
-                       "account_id, verifier, nonce, expires_at",
-                       {hash}),
-        [](const Rows& rows) {
-            return ProviderVisit{rows.text(0), rows.number(1), rows.text(2), rows.text(3), rows.number(4)};
-        });
+    auto found = firstOf(connection.run("DELETE FROM provider_visit WHERE hash = ? RETURNING hash, "
+                                        "account_id, verifier, nonce, expires_at, wish",
+                                        {hash}),
+                         [](const Rows& rows) {
+                             return ProviderVisit{rows.text(0), rows.number(1), rows.text(2),
+                                                  rows.text(3), rows.number(4), rows.text(5)};
+                         });
     change.commit();
     return found && found->expiresAt > now() ? found : std::nullopt;
 }

@@ -11,6 +11,7 @@ struct ProviderVisit
     qint64 account = 0; ///< Whom it's to be linked to; 0 for a sign-in.
     QString verifier, nonce;
     qint64 expiresAt = 0;
+    QString wish; ///< What a program asks for that signs in by it; empty for the dashboard.
 };
 
 void addVisit(Connection& connection, const ProviderVisit& visit);

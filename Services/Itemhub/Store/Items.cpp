@@ -13,11 +13,11 @@ const std::string kColumns = "SELECT i.id, i.workspace_id, i.caption, i.descript
 const std::string kFrom = " FROM item i JOIN account a ON a.id = i.created_by "
                           "LEFT JOIN favourite f ON f.item_id = i.id AND f.account_id = ? ";
 const std::string kSelect = kColumns + kFrom;
-const std::string kVisible = "EXISTS (SELECT 1 FROM membership m WHERE m.account_id = ? AND "
+const std::string kVisible = "EXISTS (SELECT 1 FROM held_role m WHERE m.account_id = ? AND "
                              "m.workspace_id IN (0, i.workspace_id)) ";
 
 const std::string kOneWithRole = kColumns +
-                                 ", (SELECT max(m.role) FROM membership m WHERE m.account_id = ? AND "
+                                 ", (SELECT max(m.role) FROM held_role m WHERE m.account_id = ? AND "
                                  "m.workspace_id IN (0, i.workspace_id))" +
                                  kFrom + "WHERE i.id = ? AND i.tenant_id = ? AND i.deleted_at IS NULL";
 const std::string kOne = kSelect + "WHERE i.id = ? AND i.deleted_at IS NULL";
@@ -87,7 +87,7 @@ std::vector<Workspace> workspacesOf(Connection& connection, qint64 tenant, qint6
 {
     std::vector<Workspace> workspaces;
     Rows rows =
-        connection.run("SELECT w.id, w.name, max(m.role), w.created_at FROM workspace w JOIN membership m ON "
+        connection.run("SELECT w.id, w.name, max(m.role), w.created_at FROM workspace w JOIN held_role m ON "
                        "m.account_id = ? AND m.workspace_id IN (0, w.id) WHERE w.tenant_id = ? AND w.id > ? "
                        "GROUP BY w.id, w.name, w.created_at ORDER BY w.id LIMIT ?",
                        {account, tenant, page.after, page.limit});

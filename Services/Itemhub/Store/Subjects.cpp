@@ -11,7 +11,7 @@ namespace {
 
 std::string select(const char* columns, const char* from, const char* where)
 {
-    return std::string("SELECT ") + columns + ", (SELECT coalesce(max(m.role), 0) FROM membership m WHERE " +
+    return std::string("SELECT ") + columns + ", (SELECT coalesce(max(m.role), 0) FROM held_role m WHERE " +
            "m.account_id = ? AND m.workspace_id IN (0, w.id)) FROM " + from + " WHERE " + where +
            " AND w.tenant_id = ?";
 }
@@ -77,7 +77,7 @@ std::optional<Subject> aboutComment(Connection& connection, qint64 tenant, qint6
 Role highestRole(Connection& connection, qint64 account)
 {
     Rows rows =
-        connection.run("SELECT coalesce(max(role), 0) FROM membership WHERE account_id = ?", {account});
+        connection.run("SELECT coalesce(max(role), 0) FROM held_role WHERE account_id = ?", {account});
     return rows.next() ? static_cast<Role>(rows.number(0)) : Role::None;
 }
 

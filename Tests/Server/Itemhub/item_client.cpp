@@ -6,6 +6,7 @@
 //     item_client PROFILE wait                   waits until all have arrived
 //     item_client PROFILE maps                   prints what of the network is mapped before a sign-in
 //     item_client PROFILE keep ADDRESS TOKEN     signs in and keeps the token in the keyring
+//     item_client PROFILE browser ADDRESS        prints the page to sign in at, and then who is
 //     item_client PROFILE resume                 goes on with that, and says who is signed in
 //     item_client PROFILE leave                  the same, and signs out
 
@@ -106,6 +107,13 @@ int run(const Words& words)
     }
     if (words[1] == "maps")
         return tellNetwork();
+    if (words[1] == "browser") {
+        hub().signInByBrowser(words[2], "acme", false, [](const std::string& page) {
+            std::cout << page << std::endl;
+            return true;
+        });
+        return tellAccount();
+    }
     if (words[1] == "keep") {
         Vs::Itemhub::Access access;
         access.address = words[2];

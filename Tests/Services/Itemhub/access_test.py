@@ -20,6 +20,9 @@ BODIES = {
     ("PUT", "/workspaces/{workspace}/members/{account}"): {"role": "reader"},
     ("POST", "/workspaces/{workspace}/invitations"): {"label": "Somebody"},
     ("PATCH", "/accounts/{account}"): {"disabled": False},
+    ("POST", "/teams"): {"name": "Another"},
+    ("PATCH", "/teams/{team}"): {"everywhere": None},
+    ("PUT", "/workspaces/{workspace}/teams/{team}"): {"role": "reader"},
     ("POST", "/workspaces/{workspace}/items"): {"caption": "New"},
     ("PATCH", "/items/{item}"): {"caption": "Changed"},
     ("POST", "/items/{item}/links"): {"itemId": 1},
@@ -58,6 +61,8 @@ class RolesTest(ServiceTest):
             names["comment"] = self.boss("POST", f"/items/{item}/comments", {"body": "x"}).json["id"]
         if "{invitation}" in pattern:
             names["invitation"] = self.boss("POST", f"/workspaces/{self.workspace}/invitations", {"label": "x"}).json["id"]
+        if "{team}" in pattern:
+            names["team"] = self.boss("POST", "/teams", {"name": f"With {item}"}).json["id"]
         if "{attachment}" in pattern:
             names["attachment"] = self.attachment(item=item)
         return pattern.format(**names)
@@ -71,7 +76,8 @@ class RolesTest(ServiceTest):
         # isn't a document has no picture, and this service knows no provider.
         own = {"/tokens/{token}", "/dashboard/provider", "/program/requests/{request}", "/program/requests/{request}/take", "/program/tickets", "/uploads/{upload}", "/items/{item}/picture",
                "/attachments/{attachment}/versions/{version}/picture"}
-        everywhere = {("POST", "/workspaces"), ("GET", "/accounts"), ("PATCH", "/accounts/{account}"), ("GET", "/audit")}
+        everywhere = {("POST", "/workspaces"), ("GET", "/accounts"), ("PATCH", "/accounts/{account}"), ("GET", "/audit")} | {
+            (method, pattern) for method, pattern, _ in routes() if pattern.startswith("/teams")}
         for method, pattern, role in routes():
             if role == "anybody":
                 continue
@@ -192,6 +198,65 @@ class PeopleTest(ServiceTest):
         self.assertEqual(self.boss("PATCH", "/accounts/boss", {"disabled": True}).json["code"], "own_account")
         for change in ({"disabled": 1}, {"everywhere": "owner"}, {"colour": "red"}):
             self.assertEqual(self.boss("PATCH", "/accounts/managed", change).json["code"], "bad_member", change)
+
+    def test_a_teams_roles_are_its_members_as_long_as_they_are_in_it(self):
+        item = self.boss("POST", f"/workspaces/{self.workspace}/items", {"caption": "Teamwork"}).json["id"]
+        here = f"/workspaces/{self.workspace}"
+        mate, lead = self.service.member("acme", "mate", None), self.service.member("acme", "lead", "admin", self.workspace)
+        team = self.boss("POST", "/teams", {"name": "Pumps & Valves"}).json["id"]
+        self.assertEqual(self.boss("POST", "/teams", {"name": "Pumps & Valves"}).status, 409)
+
+        def can():
+            """What the mate may do: see, find and hear of an item, change it, remove it."""
+            seen = {mate("GET", f"/items/{item}").status == 200, mate("GET", "/search?q=teamwork").json["items"] != [],
+                    any(event["itemId"] == item for event in mate("GET", "/events?limit=500").json["events"] if "itemId" in event),
+                    mate("GET", f"{here}/items?limit=500").status == 200,
+                    self.workspace in [each["id"] for each in mate("GET", "/workspaces").json["workspaces"]]}
+            self.assertEqual(len(seen), 1, seen)
+            writes = mate("POST", f"/items/{item}/comments", {"body": "x"}).status == 201
+            self.assertEqual(mate.begin(1).status == 201, writes)
+            return (seen.pop(), writes, mate("GET", f"{here}/members").status == 200)
+
+        self.assertEqual(can(), (False, False, False))
+        self.assertEqual(self.boss("PUT", f"/teams/{team}/members/mate").status, 204)
+        self.assertEqual(self.boss("PUT", f"/teams/{team}/members/mate").status, 204, "again")
+        self.assertEqual(can(), (False, False, False))
+        # Who administers a workspace gives roles there to teams that he has not made.
+        self.assertIn(("Pumps & Valves", None), [(each["name"], each["role"]) for each in lead("GET", f"{here}/teams").json["teams"]])
+        for role, expected in (("reader", (True, False, False)), ("writer", (True, True, False)), ("admin", (True, True, True))):
+            self.assertEqual(lead("PUT", f"{here}/teams/{team}", {"role": role}).status, 204)
+            self.assertEqual(can(), expected)
+        told = [each for each in lead("GET", f"{here}/members").json["members"] if each["account"] == "mate"]
+        self.assertEqual(told, [{"account": "mate", "role": "admin", "everywhere": False, "team": "Pumps & Valves"}])
+        # The highest counts, and a role of one's own stays.
+        self.service.admin("member", "set", "acme", "mate", self.workspace, "reader")
+        self.assertEqual(can(), (True, True, True))
+        self.assertEqual(lead("DELETE", f"{here}/teams/{team}").status, 204)
+        self.assertEqual(can(), (True, False, False))
+        self.assertEqual(self.boss("PATCH", f"/teams/{team}", {"everywhere": "writer"}).status, 204)
+        self.assertEqual(can(), (True, True, False))
+        self.assertEqual(self.boss("DELETE", f"/teams/{team}/members/mate").status, 204)
+        self.assertEqual(can(), (True, False, False))
+        self.boss("PUT", f"/teams/{team}/members/mate")
+        self.service.admin("member", "set", "acme", "mate", self.workspace, "none")
+        self.assertEqual(can(), (True, True, False))
+        self.assertEqual(self.boss("DELETE", f"/teams/{team}").status, 204)
+        self.assertEqual(can(), (False, False, False))
+        self.assertEqual(self.boss("DELETE", f"/teams/{team}").status, 404)
+
+        # Nobody takes his own roles away by mistake, and the shell does the same as the interface.
+        self.service.admin("team", "add", "acme", "Chiefs")
+        self.service.admin("team", "join", "acme", "Chiefs", "boss")
+        self.service.admin("team", "set", "acme", "Chiefs", "all", "admin")
+        chiefs = self.boss("GET", "/teams").json["teams"][0]
+        self.assertEqual((chiefs["name"], chiefs["everywhere"], chiefs["members"]), ("Chiefs", "admin", ["boss"]))
+        for method, path, body in (("DELETE", "", None), ("PATCH", "", {"everywhere": None}), ("DELETE", "/members/boss", None)):
+            self.assertEqual(self.boss(method, f"/teams/{chiefs['id']}{path}", body).json["code"], "own_team")
+        self.service.admin("team", "leave", "acme", "Chiefs", "boss")
+        self.service.admin("team", "remove", "acme", "Chiefs")
+        self.assertEqual(self.boss("GET", "/teams").json["teams"], [])
+        for path in (f"/teams/{team}/members/mate", "/teams/x", "/teams/99999999999999999999"):
+            self.assertEqual(self.boss("DELETE", path).status, 404, path)
 
     def test_an_administrator_reads_what_happened_to_his_customer_and_to_no_other(self):
         self.service.admin("customer", "add", "others")

@@ -73,6 +73,13 @@ class BrowserTest(ServiceTest):
         super().setUpClass()
         cls.address = f"http://127.0.0.1:{cls.service.port}/dashboard"
 
+    def setUp(self):
+        self.reconnect()
+
+    def reconnect(self):
+        """The service ends a connection on which nothing comes for as long as browsers may take."""
+        self.boss = self.service.client(self.boss.token)
+
     def browser(self, **more):
         made = Browser(**more)
         self.addCleanup(made.close)
@@ -87,6 +94,7 @@ class BrowserTest(ServiceTest):
         return made
 
     def link(self):
+        self.reconnect()
         return self.boss("POST", "/dashboard/links").json["url"]
 
     def test_a_person_finds_makes_comments_and_marks_by_clicks_and_keys(self):
@@ -191,6 +199,25 @@ class BrowserTest(ServiceTest):
         self.assertFalse([each for each in guest.all("main button") if "Neues Element" in each.text])
         page.click("header .account a")
         page.find("td", "invitation made")
+        # A team, of which she is one; what it may do here she may, too.
+        page.click("button", "New Team...")
+        page.type("dialog [name=name]", "Pumps")
+        page.click("dialog button", "Create")
+        page.type("input[aria-label='Name of an account for the team Pumps']", "grace")
+        page.click(".team form button", "Add")
+        page.find(".team .members li", "grace")
+        page.open(f"{self.address}#/workspaces/{self.workspace}/people")
+        page.click("select[aria-label='Role of Pumps'] option[value=writer]")
+        page.shows("The role of Pumps was changed.")
+        page.find("li .small", "In the team Pumps")
+        guest.driver.refresh()
+        guest.find("button", "Neues Element")
+        page.click("header .account a")
+        page.click("button[aria-label='Remove grace from the team Pumps']")
+        page.find(".team h3", "Pumps")
+        guest.driver.refresh()
+        guest.find("h1", "Designs")
+        self.assertFalse([each for each in guest.all("main button") if "Neues Element" in each.text])
         page.click("button[aria-label='Disable grace']")
         page.click("dialog button", "Disable")
         page.find("button[aria-label='Enable grace']")

@@ -119,6 +119,13 @@ class InterfaceTest(ServiceTest):
                                    ("DELETE", members + "/guest", None), ("GET", f"/workspaces/{workspace}", None)]:
             self.assertLess(call(method, path, body).status, 300)
 
+        team = call("POST", "/teams", {"name": "Described"}).json["id"]
+        for method, path, body in [("PUT", f"/teams/{team}/members/guest", None), ("PATCH", f"/teams/{team}", {"everywhere": "reader"}),
+                                   ("PUT", f"/workspaces/{workspace}/teams/{team}", {"role": "admin"}), ("GET", f"/workspaces/{workspace}/teams", None),
+                                   ("GET", members, None), ("GET", "/teams", None), ("DELETE", f"/workspaces/{workspace}/teams/{team}", None),
+                                   ("DELETE", f"/teams/{team}/members/guest", None), ("DELETE", f"/teams/{team}", None)]:
+            self.assertLess(call(method, path, body).status, 300)
+
         invitations = f"/workspaces/{workspace}/invitations"
         taken_back = call("POST", invitations, {"label": "Somebody", "role": "writer", "days": 1}).json
         self.assertEqual(call("GET", invitations).json["invitations"][0]["id"], taken_back["id"])
@@ -189,7 +196,7 @@ class InterfaceTest(ServiceTest):
             [service.PROGRAM, "--list-routes"], text=True).splitlines()} - call.seen
         # What signed requests get, and what needs a provider of sign-ins, is asked for where they are tested.
         self.assertEqual(missing, {"POST /oauth/access_token", "GET /dashboard/provider", "POST /dashboard/provider", "DELETE /dashboard/provider",
-                                   "GET /dashboard/back"})
+                                   "GET /dashboard/back", "GET /oauth/provider"})
 
     def test_what_the_description_forbids_is_refused_by_name(self):
         call = Checked(self.boss, self.description)

@@ -198,8 +198,10 @@ class ServerTest(Databases):
         boss("POST", f"/items/{made[0]['id']}/comments", {"body": "Good"})
         boss("PUT", f"/favourites/{made[1]['id']}")
         boss("DELETE", f"/items/{made[2]['id']}")
+        team = boss("POST", "/teams", {"name": "Pumps"}).json["id"]
+        boss("PUT", f"/teams/{team}/members/boss")
         # All that there is, as the account sees it.
-        paths = ["/workspaces", self.items, "/favourites", "/tokens", "/events?after=0&limit=500", "/accounts", "/search?q=fla", "/search?q=vlra",
+        paths = ["/workspaces", self.items, "/favourites", "/tokens", "/events?after=0&limit=500", "/accounts", "/teams", "/search?q=fla", "/search?q=vlra",
                  f"/items/{made[0]['id']}/links", f"/items/{made[0]['id']}/comments", f"/attachments/{attachment}/versions/1/content"]
         seen = lambda client: [client("GET", path).body for path in paths]
         before = seen(boss)

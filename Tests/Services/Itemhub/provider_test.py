@@ -1,17 +1,21 @@
 """Signing in to the page by an outside provider: a real one, and one that says what isn't so."""
 
 import base64
+import html
 import http.server
 import json
 import os
 import pathlib
+import re
 import shutil
+import subprocess
 import sys
 import tempfile
 import threading
 import time
 import unittest
 import urllib.parse
+import urllib.request
 
 import service
 from service import PASSWORD, ServiceTest
@@ -142,6 +146,39 @@ class RealProviderTest(Given, ServiceTest):
         place = late("GET", "/dashboard/provider").headers["location"]
         self.assertEqual(self.came_back(late, self.there(place)).status, 403)
         self.assertIsNone(late.account())
+
+    def test_a_program_signs_in_by_the_provider_on_the_page_that_it_opens(self):
+        with tempfile.TemporaryDirectory() as profile, subprocess.Popen(
+                [os.environ["QUILLET_ITEM_CLIENT"], profile, "browser", f"http://127.0.0.1:{self.service.port}/"],
+                stdout=subprocess.PIPE, text=True) as program:
+            page = program.stdout.readline().strip()
+            self.assertIn("/oauth/authorize?", page)
+            visitor, place = self.linking("ada")
+            self.came_back(visitor, self.there(place))
+            # Somebody else's page cannot begin it, and another browser cannot end it.
+            stranger = self.visitor()
+            shown = stranger("GET", page.removeprefix(f"http://127.0.0.1:{self.service.port}")).body.decode()
+            begin = "/oauth/" + html.unescape(re.search(r'<a href="(.*?)">Sign in with The company', shown).group(1))
+            self.assertEqual(stranger("GET", begin, headers={"Sec-Fetch-Site": "cross-site"}).status, 403)
+            self.assertEqual(stranger("GET", begin.replace("127.0.0.1", "example.org")).status, 400)
+            back = self.there(stranger("GET", begin).headers["location"])
+            self.assertEqual(self.came_back(self.visitor(), back).status, 400)
+            answer = self.came_back(stranger, back)
+            self.assertEqual(answer.status, 303, answer)
+            self.assertIsNone(stranger.account(), "the browser has no session by that")
+            with urllib.request.urlopen(answer.headers["location"], timeout=30) as last:
+                self.assertIn(b"You can close this page", last.read())
+            self.assertEqual(program.stdout.read().strip(), "ada online")
+            self.assertEqual(program.wait(), 0)
+        noted = self.boss("GET", "/audit?limit=1").json["records"][0]
+        self.assertEqual((noted["account"], noted["action"]), ("ada", "sign-in"))
+        self.assertRegex(noted["subject"], ".+ by the provider$")
+        # Who is linked to nobody may still type a password for the program.
+        self.assertEqual(visitor("DELETE", "/dashboard/provider", headers={"X-CSRF-Token": visitor.proof}).status, 204)
+        refused = self.came_back(stranger, self.there(stranger("GET", begin).headers["location"]))
+        self.assertEqual(refused.status, 403)
+        self.assertIn('action="../oauth/authorize"', refused.body.decode())
+        self.assertIn('name="code_challenge"', refused.body.decode())
 
     def test_what_comes_back_otherwise_signs_nobody_in(self):
         visitor = self.visitor()

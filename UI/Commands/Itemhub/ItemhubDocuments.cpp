@@ -13,6 +13,7 @@
 #include "UI/Commands/Itemhub/ItemhubCommands.h"
 #include "UI/Commands/Itemhub/ItemhubFeed.h"
 #include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
+#include "UI/Commands/Itemhub/ItemhubRoles.h"
 #include "UI/Commands/Itemhub/ItemhubSnapshots.h"
 #include "UI/Commands/Itemhub/ItemhubThreads.h"
 #include "UI/Commands/Localized.h"
@@ -84,6 +85,7 @@ private:
 
     ItemhubSnapshots m_snapshots;
     ItemhubFeed m_feed;
+    ItemhubRoles m_roles;
     DashboardRequests m_dashboard;
     const FilePlace m_place{placeOf};
 

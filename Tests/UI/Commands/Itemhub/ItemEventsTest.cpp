@@ -2,6 +2,7 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "Server/Itemhub/ItemhubOptionGroup.h"
+#include "Tests/Support/Process.h"
 #include "Tests/UI/Commands/Itemhub/WithItems.h"
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Program/Application.h"
@@ -155,18 +156,48 @@ TEST_F(ItemEventsTest, TheFeedOfAnItemsDocumentHasVersionsAndCommentsAndItsPrope
     answer(L"Itemhub.Comment " + std::to_wstring(item) + L" \"Sharper <b>edges</b>\"");
     EXPECT_TRUE(until([&] { return has(L"Sharper <b>edges</b>"); }));
     const std::wstring own = L"Item: " + std::to_wstring(item);
-    EXPECT_TRUE(until([&] { return facts() == own + L", Talked about; Version: 2; "; }))
+    const std::wstring role = L"Your role: Writer; ";
+    EXPECT_TRUE(until([&] { return facts() == own + L", Talked about; Version: 2; " + role; }))
         << Vs::Strings::narrow(facts());
     answer(L"Design.Box 1 1 1");
     answer(L"Commands.Start ItemhubSaveCommand \"ItemhubSaveLabel=For <b>review</b>\"");
     EXPECT_TRUE(until([&] {
-        return facts() == own + L", Talked about; Version: 3; Label: For <b>review</b>; ";
+        return facts() == own + L", Talked about; Version: 3; Label: For <b>review</b>; " + role;
     })) << Vs::Strings::narrow(facts());
     hub().signOut();
     EXPECT_FALSE(has(L"Version 2")) << "it is the account's to see";
     EXPECT_EQ(facts(), own + L"; Version: 3; ") << "the file's own record needs no service";
     answer(L"Design.New");
     EXPECT_FALSE(has(L"Version 2"));
+}
+
+TEST_F(ItemEventsTest, WhoMayOnlyReadIsToldBeforeASaveIsRefused)
+{
+    const auto role = [] {
+        for (const auto& fact : Vu::DocumentFacts::of(*activeDocument()))
+            if (fact.title == L"Your role")
+                return fact.value;
+        return std::wstring();
+    };
+    // As another administrator does it on the page, which the program hears.
+    const auto become = [&, boss = service().token("boss", "admin")](const std::string& role) {
+        const auto done = TestSupport::runProcess(
+            "/usr/bin/curl", {"-sfX", "PUT", "-H", "Authorization: Bearer " + boss, "-H",
+                              "Content-Type: application/json", "-d", R"({"role":")" + role + R"("})",
+                              service().address() + "workspaces/1/members/" + account()});
+        EXPECT_EQ(done.exitCode, 0) << done.errors;
+    };
+    service().admin({"member", "set", "acme", account(), "all", "none"});
+    service().admin({"member", "set", "acme", account(), "1", "writer"});
+    newItem(L"Looked at");
+    EXPECT_TRUE(until([&] { return role() == L"Writer"; })) << Vs::Strings::narrow(role());
+    become("reader");
+    EXPECT_TRUE(until([&] { return role() == L"Reader: saving makes no version"; }));
+    EXPECT_TRUE(hub().pendingUploads().empty()) << "nothing was refused yet";
+    become("admin");
+    EXPECT_TRUE(until([&] { return role() == L"Administrator"; }));
+    hub().signOut();
+    EXPECT_EQ(role(), L"") << "what it says is the account's";
 }
 
 TEST_F(ItemEventsTest, WhatWasClosedUnsavedIsAttachedToItsItemIfTheUserWantsIt)

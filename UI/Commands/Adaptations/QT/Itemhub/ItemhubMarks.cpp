@@ -10,6 +10,7 @@
 #include "UI/Base/Session/DocumentRemark.h"
 #include "UI/Base/Session/SavedNotice.h"
 #include "UI/Commands/Itemhub/ItemhubCommands.h"
+#include "UI/Commands/Itemhub/ItemhubRoles.h"
 #include "UI/Commands/Localized.h"
 
 #include <QApplication>
@@ -39,8 +40,11 @@ std::wstring remarkOf(const Vs::Document& document)
         case State::Outdated:
             return localized("ItemhubTitleOutdated", "another has made a newer version");
         }
-    return item->version == 0
-               ? std::wstring()
+    if (item->version == 0)
+        return {};
+    return ItemhubRoles::mayOnlyRead(document)
+               ? localizedFormat("ItemhubTitleReader", "item %1%, version %2%, you may only read",
+                                 item->itemId, item->version)
                : localizedFormat("ItemhubTitleVersion", "item %1%, version %2%", item->itemId, item->version);
 }
 
