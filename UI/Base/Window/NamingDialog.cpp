@@ -63,9 +63,8 @@ void NamingDialog::accept()
         return;
     if (quoted) {
         m_quoted = file.absoluteFilePath();
-        // NOLINTNEXTLINE(bugprone-parent-virtual-call): the base's would take the quotes for a part of the
-        // name.
-        QDialog::accept();
+        // The file dialog's own would take the quotes for a part of the name.
+        QDialog::accept(); // NOLINT(bugprone-parent-virtual-call)
         return;
     }
     // Qt's own question would take the name for HTML if it looks like that.

@@ -50,7 +50,8 @@ CommandBase* CurrentDocumentButtonCmdDef::onCreateCommand(CommandContext* contex
 
 InputControl* CurrentDocumentButtonCmdDef::onInputControl()
 {
-    return CommandDefinition::onInputControl();
+    // A button rather than the list.
+    return CommandDefinition::onInputControl(); // NOLINT(bugprone-parent-virtual-call)
 }
 
 bool CurrentDocumentListCmdDef::onIsApplicable(CommandContext*) const
