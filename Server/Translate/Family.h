@@ -6,8 +6,12 @@
 
 namespace Vs::Translate {
 
-// `readFile` and `writeFile` are what a worker program does: each defines them for its own formats, so that
-// it links, and loads at its start, nothing of the others.
+// `helpersFor`, `readFile` and `writeFile` are what a worker program does: each defines them for its own
+// formats, so that it links, and loads at its start, nothing of the others.
+
+/// Starts what is to help with a file, before the wall is raised and before there is a second thread; null
+/// where the file is read alone. Nothing of it has been read yet. `memory` is what this process may use.
+std::shared_ptr<Helpers> helpersFor(Exchange::Format format, const std::string& path, uint64_t memory);
 
 /// Reads the shapes with their names, colours and structure, in millimetres. Throws Unreadable.
 Reading readFile(Exchange::Format format, const std::string& path, const ReadingOptions& options,

@@ -49,12 +49,16 @@ private:
 };
 
 // Meshes each shape once, the big ones first, and reports by faces: they tell the work better than parts do.
-std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree, EarlyMeshing* early,
+std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree, const Reading& reading,
                                                      const std::vector<int>& faces, Reporter& reporter,
                                                      std::vector<std::string>& warnings)
 {
-    if (early)
-        early->finish();
+    if (reading.early)
+        reading.early->finish();
+    const auto isMeshed = [&](const TopoDS_Shape& shape) {
+        return (reading.early && reading.early->hasMeshed(shape)) ||
+               (reading.isMeshed && reading.isMeshed(shape));
+    };
     std::vector<std::shared_ptr<const BodyMesh>> meshes(tree.shapes.size());
     std::vector<size_t> order(tree.shapes.size());
     std::iota(order.begin(), order.end(), size_t{0});
@@ -72,7 +76,7 @@ std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree
                     const double added = fraction * faces[body];
                     reporter.progress((done.fetch_add(added) + added) / total);
                 });
-                if (!early || !early->hasMeshed(shape))
+                if (!isMeshed(shape))
                     Kernel::meshShape(shape, {}, progress->Start());
                 meshes[body] =
                     std::make_shared<const BodyMesh>(Kernel::extractMesh(shape, tree.colours[body]));
@@ -123,12 +127,12 @@ void importFile(Exchange::Format format, const std::string& path, const std::str
                     reading.later(reading.warnings);
                     reporter.stage("meshing the parts", 0.9, 0.95);
                 } else {
-                    meshes = meshAll(tree, reading.early.get(), faces, reporter, meshWarnings);
+                    meshes = meshAll(tree, reading, faces, reporter, meshWarnings);
                 }
             });
         } else {
             reporter.stage("meshing the parts", 0.65, 0.95);
-            meshes = meshAll(tree, reading.early.get(), faces, reporter, meshWarnings);
+            meshes = meshAll(tree, reading, faces, reporter, meshWarnings);
         }
         reading.warnings.insert(reading.warnings.end(), meshWarnings.begin(), meshWarnings.end());
     }

@@ -26,7 +26,7 @@ ReportingBuffer::int_type ReportingBuffer::underflow()
 {
     if (m_given == m_bytes.size())
         return traits_type::eof();
-    m_reporter.progress(double(m_given) / double(m_bytes.size()));
+    m_report(double(m_given) / double(m_bytes.size()));
     const size_t size = std::min(kPiece, m_bytes.size() - m_given);
     char* begin = const_cast<char*>(m_bytes.data()) + m_given;
     setg(begin, begin, begin + size);

@@ -7,6 +7,11 @@ namespace Vs::Translate {
 
 using Exchange::Format;
 
+std::shared_ptr<Helpers> helpersFor(Exchange::Format, const std::string&, uint64_t)
+{
+    return nullptr;
+}
+
 Reading readFile(Format format, const std::string& path, const ReadingOptions&, Reporter& reporter)
 {
     switch (format) {

@@ -20,12 +20,16 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+class Helpers;
+
 /// How a file is to be read.
 struct ReadingOptions
 {
     bool annotations = true;
     bool salvage = false;  ///< It is damaged: only what is sound of it, where the format can tell.
     bool isStrict = false; ///< It is refused if it is damaged.
+    /// Processes that read beside this one; null for none. They were started before the wall was raised.
+    std::shared_ptr<Helpers> helpers;
 };
 
 /// A file that was read: its model, and what is still to be done.
@@ -39,10 +43,19 @@ struct Reading
     std::function<void(std::vector<std::string>& warnings)> later;
     /// What has begun to mesh the shapes while the reader was still at work; may be null.
     std::unique_ptr<EarlyMeshing> early;
+    /// Tells whether a shape came with its triangles; may be empty.
+    std::function<bool(const TopoDS_Shape&)> isMeshed;
     /// Meshes that came with the file, in the order of the tree's bodies; empty where they are to be made.
     std::vector<std::shared_ptr<const BodyMesh>> meshes;
     /// What the model writes, if that is known already.
     std::string stored;
+};
+
+/// What a family of formats starts to be helped by.
+class Helpers
+{
+public:
+    virtual ~Helpers() = default;
 };
 
 /// How deep assemblies may lie within assemblies: below what exhausts the stack where the kernel's own

@@ -8,6 +8,11 @@
 
 namespace Vs::Translate {
 
+std::shared_ptr<Helpers> helpersFor(Exchange::Format, const std::string&, uint64_t)
+{
+    return nullptr;
+}
+
 Reading readFile(Exchange::Format format, const std::string& path, const ReadingOptions&, Reporter& reporter)
 {
     switch (format) {

@@ -3,14 +3,12 @@
 #include "Server/Translate/Beside.h"
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/Salvage/Salvage.h"
+#include "Server/Translate/Shares/BoundShares.h"
 #include "Server/Translate/StepActor.h"
-#include "Server/Translate/StepNumbers.h"
 #include "Server/Translate/StepReferences.h"
+#include "Server/Translate/StepSession.h"
 
-#include <Interface_InterfaceModel.hxx>
-#include <Interface_Static.hxx>
 #include <STEPCAFControl_ExternFile.hxx>
-#include <STEPCAFControl_Reader.hxx>
 #include <Standard_Failure.hxx>
 #include <StepShape_ShapeRepresentation.hxx>
 #include <TopExp_Explorer.hxx>
@@ -27,21 +25,13 @@ namespace Vs::Translate {
 
 namespace {
 
-// The kernel reads annotations only in one go with everything else; apart, their failure can't cost the
-// geometry.
-class StepReader : public STEPCAFControl_Reader
-{
-public:
-    void readAnnotations(Handle(TDocStd_Document) document) { ReadGDTs(Reader().WS(), document); }
-};
-
 // Looks, while the transfer goes on, for shapes that it is done with. The kernel tells its progress on the
 // thread that transfers, between one item and the next; what has a representation bound to it is complete
 // then: each of its solids was healed before, and what still comes only places it in assemblies.
 class TransferWatch : public KernelProgress
 {
 public:
-    TransferWatch(Reporter& reporter, StepReader& reader, EarlyMeshing& meshing)
+    TransferWatch(Reporter& reporter, StepSession& reader, EarlyMeshing& meshing)
         : KernelProgress(reporter), m_reader(reader), m_meshing(meshing)
     {
     }
@@ -66,14 +56,14 @@ private:
             m_meshing.add(shape);
     }
 
-    StepReader& m_reader;
+    StepSession& m_reader;
     EarlyMeshing& m_meshing;
     int m_seen = 0;
 };
 
 // What the parts that lie in other files come from. Those have files of their own, which the kernel doesn't
 // tell.
-void tellReferences(const StepReferences& references, StepReader& reader, const std::string& path,
+void tellReferences(const StepReferences& references, StepSession& reader, const std::string& path,
                     Reading& reading, Reporter& reporter)
 {
     std::vector<std::string> refused = references.refused;
@@ -99,39 +89,16 @@ bool holds(std::string_view text, std::initializer_list<std::string_view> words)
     return false;
 }
 
-std::shared_ptr<StepReader> makeReader()
+/// Loads a text, and tells of it as of the current step.
+bool load(StepSession& reader, const std::string& path, std::string_view bytes, Reporter& reporter)
 {
-    auto reader = std::make_shared<StepReader>();
-    reader->SetColorMode(true);
-    reader->SetNameMode(true);
-    reader->SetGDTMode(false);
-    reader->SetLayerMode(true);
-    reader->SetPropsMode(false);
-    return reader;
-}
-
-bool load(StepReader& reader, const std::string& path, std::string_view bytes, Reporter& reporter)
-{
-    ReportingBuffer buffer(bytes, reporter);
-    std::istream stream(&buffer);
-    return reader.ChangeReader().ReadStream(path.c_str(), stream) == IFSelect_RetDone;
-}
-
-/// Whether the kernel missed anything in an entity, as a reference that leads nowhere, doesn't know it, or
-/// took a number that can't be. It goes on, and says nothing, or stumbles over it later.
-bool lacksAnything(StepReader& reader)
-{
-    const Handle(Interface_InterfaceModel) model = reader.Reader().WS()->Model();
-    for (int i = 1; i <= model->NbEntities(); ++i)
-        if (model->IsErrorEntity(i) || model->IsUnknownEntity(i) || hasAbsurdNumber(model->Value(i)))
-            return true;
-    return false;
+    return reader.load(path, bytes, [&](double fraction) { reporter.progress(fraction); });
 }
 
 /// A file as far as the kernel has loaded it.
 struct Loaded
 {
-    std::shared_ptr<StepReader> reader = makeReader();
+    std::shared_ptr<StepSession> reader = StepSession::make();
     std::string salvaged; ///< What was loaded instead of the file's own text; empty for none.
 };
 
@@ -144,7 +111,7 @@ Loaded loadSound(const std::string& path, std::string_view file, const ReadingOp
     if (!options.salvage) {
         reporter.stage("reading the file", 0.0, 0.35);
         isWhole = load(*loaded.reader, path, file, reporter);
-        if (isWhole && !lacksAnything(*loaded.reader))
+        if (isWhole && !loaded.reader->lacksAnything())
             return loaded;
     }
     reporter.stage("looking for what is sound", 0.0, 0.0);
@@ -156,7 +123,7 @@ Loaded loadSound(const std::string& path, std::string_view file, const ReadingOp
     if (options.isStrict && sound.wasDamaged)
         throw Unreadable("is damaged" + (sound.losses.empty() ? "" : ": it lacks " + sound.losses));
     reporter.stage("reading what is sound", 0.0, 0.35);
-    loaded.reader = makeReader();
+    loaded.reader = StepSession::make();
     if (sound.text.empty() && isWhole)
         throw Unreadable("is damaged, and nothing that could be shown is sound");
     if (sound.text.empty() || !load(*loaded.reader, path, sound.text, reporter))
@@ -169,36 +136,55 @@ Loaded loadSound(const std::string& path, std::string_view file, const ReadingOp
     return loaded;
 }
 
+/// What shares hold has been bound and meshed; of the rest, what the transfer is done with is meshed
+/// meanwhile.
+bool transfer(StepSession& reader, Handle(TDocStd_Document) & document, bool isShared, Reading& reading,
+              Reporter& reporter)
+{
+    if (isShared) {
+        reporter.stage("transferring the shapes", 0.6, 0.65);
+        const Handle(KernelProgress) progress = new KernelProgress(reporter);
+        return reader.Transfer(document, progress->Start());
+    }
+    reporter.stage("transferring the shapes", 0.35, 0.65);
+    reading.early = std::make_unique<EarlyMeshing>();
+    const Handle(TransferWatch) progress = new TransferWatch(reporter, reader, *reading.early);
+    reader.Reader().WS()->TransferReader()->SetActor(new StepActor);
+    return reader.Transfer(document, progress->Start());
+}
+
 } // namespace
 
 Reading readStep(const std::string& path, const ReadingOptions& options, Reporter& reporter)
 {
     Reading reading;
     reading.model = std::make_unique<Kernel::XdeModel>();
-    std::shared_ptr<StepReader> reader;
-    bool annotated = false, tessellated = false;
+    std::shared_ptr<StepSession> reader;
+    bool annotated = false, tessellated = false, isShared = false;
     {
         const MappedFile file(path);
-        const Loaded loaded = loadSound(path, file.bytes(), options, reading, reporter);
+        std::string_view bytes = file.bytes();
+        Loaded loaded;
+        if (const auto shares = std::dynamic_pointer_cast<Shares::ShareReaders>(options.helpers))
+            isShared = Shares::readByShares(*shares, *loaded.reader, path, reading, reporter);
+        if (!isShared) {
+            loaded = loadSound(path, file.bytes(), options, reading, reporter);
+            bytes = loaded.salvaged.empty() ? bytes : loaded.salvaged;
+        }
         reader = loaded.reader;
-        const std::string_view bytes = loaded.salvaged.empty() ? file.bytes() : loaded.salvaged;
         annotated = options.annotations && loaded.salvaged.empty() &&
                     holds(bytes.substr(0, 4096), {"AP242", "ap242", "MANAGED_MODEL_BASED"}) &&
                     holds(bytes, {"GEOMETRIC_TOLERANCE", "DIMENSIONAL_SIZE", "DIMENSIONAL_LOCATION", "DATUM",
                                   "DRAUGHTING_CALLOUT", "ANNOTATION"});
         tessellated = holds(bytes, {"TESSELLATED_SOLID(", "TESSELLATED_SHELL(", "TESSELLATED_FACE("});
     }
-    reporter.stage("transferring the shapes", 0.35, 0.65);
     Handle(TDocStd_Document) document = reading.model->document();
-    reading.early = std::make_unique<EarlyMeshing>();
-    const Handle(TransferWatch) progress = new TransferWatch(reporter, *reader, *reading.early);
     if (tessellated)
         reading.ifEmpty = "holds only tessellated geometry, which can't be read";
     const StepReferences references = takeReferences(reader->Reader().WS(), path);
     if (!references.refused.empty())
         reading.ifEmpty = refusalOf(references.refused.front());
-    reader->Reader().WS()->TransferReader()->SetActor(new StepActor);
-    if (!reader->Transfer(document, progress->Start()))
+    if (!transfer(*reader, document, isShared, reading, reporter))
         throw Unreadable(reading.ifEmpty);
     tellReferences(references, *reader, path, reading, reporter);
     if (tessellated)

@@ -2,10 +2,16 @@
 
 #include "Server/Translate/Family.h"
 #include "Server/Translate/RefuseMeshes.h"
+#include "Server/Translate/Shares/ShareReaders.h"
 #include "Server/Translate/StepReader.h"
 #include "Server/Translate/StepWriter.h"
 
 namespace Vs::Translate {
+
+std::shared_ptr<Helpers> helpersFor(Exchange::Format format, const std::string& path, uint64_t memory)
+{
+    return format == Exchange::Format::Step ? Shares::ShareReaders::start(path, memory) : nullptr;
+}
 
 Reading readFile(Exchange::Format format, const std::string& path, const ReadingOptions& options,
                  Reporter& reporter)

@@ -194,9 +194,30 @@ std::vector<Call> callsByArgument()
 }
 // clang-format on
 
+// What it takes to start processes, which then raise walls of their own.
+std::vector<Call> callsOfForking()
+{
+    const auto is = [](unsigned argument, uint64_t value) {
+        return scmp_arg_cmp{argument, SCMP_CMP_EQ, value, 0};
+    };
+    return {
+        {SCMP_SYS(clone), {is(0, CLONE_CHILD_SETTID | CLONE_CHILD_CLEARTID | SIGCHLD)}},
+        {SCMP_SYS(wait4), {}},
+        {SCMP_SYS(kill), {is(1, SIGKILL)}},
+        {SCMP_SYS(tgkill), {}}, // a child's own signals to itself
+        {SCMP_SYS(prctl), {is(0, PR_SET_PDEATHSIG)}},
+        {SCMP_SYS(prctl), {is(0, PR_SET_NO_NEW_PRIVS)}},
+        {SCMP_SYS(prctl), {is(0, PR_SET_SECCOMP)}},
+        {SCMP_SYS(seccomp), {}},
+        {SCMP_SYS(landlock_create_ruleset), {}},
+        {SCMP_SYS(landlock_add_rule), {}},
+        {SCMP_SYS(landlock_restrict_self), {}},
+    };
+}
+
 // A call that isn't allowed fails as on a kernel that doesn't know it: the C library then falls back to older
 // ways, of which it knows one for everything that is needed here.
-bool shutCalls()
+bool shutCalls([[maybe_unused]] bool mayFork)
 {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) // they ask the system for more than we do
     return false;
@@ -213,6 +234,9 @@ bool shutCalls()
     for (const int call : kAllowed)
         seccomp_rule_add(filter, SCMP_ACT_ALLOW, call, 0);
     for (const Call& one : callsByArgument())
+        seccomp_rule_add_array(filter, SCMP_ACT_ALLOW, one.call, static_cast<unsigned>(one.arguments.size()),
+                               one.arguments.data());
+    for (const Call& one : mayFork ? callsOfForking() : std::vector<Call>())
         seccomp_rule_add_array(filter, SCMP_ACT_ALLOW, one.call, static_cast<unsigned>(one.arguments.size()),
                                one.arguments.data());
     const bool shut = seccomp_load(filter) == 0;
@@ -234,7 +258,7 @@ WallParts raiseWall(const Wall& wall)
 {
     prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
     s_raised.files = shutFiles(wall);
-    s_raised.calls = shutCalls();
+    s_raised.calls = shutCalls(wall.mayFork);
     return s_raised;
 }
 
@@ -256,6 +280,13 @@ void limitMemory([[maybe_unused]] uint64_t memory)
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they need more room than there is
     limit(RLIMIT_AS, memory);
 #endif
+}
+
+void endWithProcess(int parent)
+{
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent)
+        std::_Exit(3);
 }
 
 void endWithParent(int pipe)

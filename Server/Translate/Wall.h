@@ -14,6 +14,9 @@ struct Wall
 {
     std::vector<std::string> readable; ///< Files, and folders with all that lies in them.
     std::string writable;              ///< A file that is there already.
+    /// Processes can be started from this one, which stand behind the same wall until they raise one of their
+    /// own, and be ended. For one that touches nothing but with code of this program.
+    bool mayFork = false;
 };
 
 /// Which parts of a wall stand.
@@ -36,6 +39,9 @@ void limitFiles(uint64_t written);
 
 /// No more than so many bytes of address space. Behind the wall, which needs some itself.
 void limitMemory(uint64_t memory);
+
+/// Ends this process with the one that forked it.
+void endWithProcess(int parent);
 
 /// Ends this process with the one that started it, whatever that dies of. `pipe` is a descriptor of a pipe
 /// that the other one reads.

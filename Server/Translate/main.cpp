@@ -148,10 +148,12 @@ void exportFile(const Task& task, Reporter& reporter)
     }
 }
 
-int run(const Task& task)
+int run(Task& task)
 {
     Reporter reporter;
     try {
+        if (task.work == Task::Work::Import && !task.reading.salvage)
+            task.reading.helpers = helpersFor(task.format, task.source, task.memory);
         // The kernel takes what it is given for UTF-8, which the name of a folder need not be.
         if (task.work == Task::Work::Export)
             std::filesystem::current_path(std::filesystem::path(task.target).parent_path());

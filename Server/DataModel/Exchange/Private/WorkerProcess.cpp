@@ -63,6 +63,19 @@ char stateIn(const std::filesystem::path& file)
     return name != std::string::npos && name + 2 < text.size() ? text[name + 2] : '?';
 }
 
+/// A process and all that it has started, and those have.
+std::vector<pid_t> familyOf(pid_t process)
+{
+    std::vector<pid_t> family{process};
+    for (size_t i = 0; i < family.size(); ++i) {
+        const std::string id = std::to_string(family[i]);
+        std::ifstream children("/proc/" + id + "/task/" + id + "/children");
+        for (pid_t child; children >> child;)
+            family.push_back(child);
+    }
+    return family;
+}
+
 } // namespace
 
 WorkerProcess::~WorkerProcess()
@@ -103,20 +116,26 @@ int WorkerProcess::start(const std::string& path, std::vector<std::string> argum
 
 std::optional<std::chrono::milliseconds> WorkerProcess::processorTime() const
 {
-    clockid_t clock;
-    timespec time;
-    if (clock_getcpuclockid(m_process.id(), &clock) != 0 || clock_gettime(clock, &time) != 0)
-        return std::nullopt;
-    return std::chrono::seconds(time.tv_sec) + std::chrono::milliseconds(time.tv_nsec / 1'000'000);
+    std::optional<std::chrono::milliseconds> all;
+    for (const pid_t process : familyOf(m_process.id())) {
+        clockid_t clock;
+        timespec time;
+        if (clock_getcpuclockid(process, &clock) == 0 && clock_gettime(clock, &time) == 0)
+            all = all.value_or(0ms) + std::chrono::seconds(time.tv_sec) +
+                  std::chrono::milliseconds(time.tv_nsec / 1'000'000);
+    }
+    return all;
 }
 
 bool WorkerProcess::wantsProcessor() const
 {
-    std::error_code error;
-    std::filesystem::directory_iterator thread("/proc/" + std::to_string(m_process.id()) + "/task", error);
-    for (; !error && thread != std::filesystem::directory_iterator(); thread.increment(error))
-        if (const char state = stateIn(thread->path() / "stat"); state == 'R' || state == 'D')
-            return true;
+    for (const pid_t process : familyOf(m_process.id())) {
+        std::error_code error;
+        std::filesystem::directory_iterator thread("/proc/" + std::to_string(process) + "/task", error);
+        for (; !error && thread != std::filesystem::directory_iterator(); thread.increment(error))
+            if (const char state = stateIn(thread->path() / "stat"); state == 'R' || state == 'D')
+                return true;
+    }
     return false;
 }
 

@@ -29,9 +29,11 @@ public:
     /// Never blocks; -1 when there is none.
     int pipe() const { return m_pipe; }
 
-    /// What it has used of all processors so far, or nothing if the system doesn't tell.
+    /// What it and those that it has started have used of all processors so far, without those that have
+    /// ended; nothing if the system doesn't tell.
     std::optional<std::chrono::milliseconds> processorTime() const;
-    /// Whether it has work to do at this moment: a thread of it runs, waits for a processor or for the disk.
+    /// Whether it has work to do at this moment: a thread of it or of those that it has started runs, waits
+    /// for a processor or for the disk.
     bool wantsProcessor() const;
 
     /// Waits so long for its end, and ends it and all that it has started after that. Returns the state as

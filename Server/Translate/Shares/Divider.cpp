@@ -1,0 +1,343 @@
+#include "Server/Translate/Shares/Divider.h"
+
+#include "Server/DataModel/Exchange/LostFaces.h"
+#include "Server/DataModel/Exchange/WorkerProtocol.h"
+#include "Server/Translate/MappedFile.h"
+#include "Server/Translate/Salvage/Salvage.h"
+#include "Server/Translate/Shares/SharePlan.h"
+#include "Server/Translate/Shares/ShareReader.h"
+#include "Server/Translate/Wall.h"
+
+#include <Standard_Failure.hxx>
+#include <Standard_OutOfMemory.hxx>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <ctime>
+#include <deque>
+#include <new>
+#include <optional>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace Vs::Translate::Shares {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Exchange::WorkerMessage;
+using namespace std::chrono_literals;
+
+constexpr auto kBetweenLooks = 5ms;
+/// Less memory isn't worth a start.
+constexpr uint64_t kLeastMemory = uint64_t(2) << 30;
+
+/// How a reader ends, as its exit code; whatever else it is, it died.
+enum End { kRead = 0, kUnsound = 4, kNoMemory = 5, kNothing = 6 };
+
+/// How a share is read after its reader has died.
+enum class Way { Whole, Cleaned, Alone };
+
+struct Try
+{
+    size_t share = 0;
+    Way way = Way::Whole;
+    size_t item = 0;     ///< Of those that are read alone, which one.
+    bool isLast = false; ///< With all memory, while no other runs.
+};
+
+struct Running
+{
+    Try what;
+    pid_t process = -1;
+    off_t begin = 0; ///< Of what it writes.
+    double progress = 0;
+    Clock::time_point moved;
+    std::chrono::milliseconds work{0}; ///< Processor time when it last moved.
+    Clock::duration patience{};
+};
+
+std::chrono::milliseconds processorTimeOf(pid_t process)
+{
+    clockid_t clock;
+    timespec time;
+    if (clock_getcpuclockid(process, &clock) != 0 || clock_gettime(clock, &time) != 0)
+        return 0ms;
+    return std::chrono::seconds(time.tv_sec) + std::chrono::milliseconds(time.tv_nsec / 1'000'000);
+}
+
+class Divider
+{
+public:
+    Divider(const Division& division, const StepScan& scan, const SharePlan& plan)
+        : m_division(division), m_scan(scan), m_plan(plan)
+    {
+    }
+
+    bool run()
+    {
+        for (size_t i = 0; i < m_plan.shares().size(); ++i) {
+            m_waiting.push_back({i});
+            m_division.board->weigh(i, m_plan.shares()[i].bytes);
+        }
+        while (!m_waiting.empty() || !m_running.empty()) {
+            while (canStart())
+                if (!start())
+                    return false;
+            if (!collect())
+                return false;
+            look();
+        }
+        return true;
+    }
+
+    static void tell(int pipe, const WorkerMessage& message)
+    {
+        const std::string frame = Exchange::encode(message);
+        for (size_t sent = 0; sent < frame.size();) {
+            const ssize_t count = write(pipe, frame.data() + sent, frame.size() - sent);
+            if (count > 0)
+                sent += static_cast<size_t>(count);
+            else if (errno != EINTR)
+                std::_Exit(0); // Nobody listens any more.
+        }
+    }
+
+private:
+    const Share& shareOf(const Try& what) const { return m_plan.shares()[what.share]; }
+    int fileOf(const Try& what) const { return m_division.files[what.share + 1]; }
+
+    bool canStart() const
+    {
+        if (m_waiting.empty() || m_running.size() >= m_division.readers)
+            return false;
+        const bool isAlone = std::any_of(m_running.begin(), m_running.end(),
+                                         [](const Running& one) { return one.what.isLast; });
+        return m_running.empty() || (!isAlone && !m_waiting.front().isLast);
+    }
+
+    bool start()
+    {
+        Running running{.what = m_waiting.front()};
+        m_waiting.pop_front();
+        running.begin = lseek(fileOf(running.what), 0, SEEK_END);
+        constexpr uint64_t kMegabyte = 1 << 20;
+        running.patience = 8s + 2s * (shareOf(running.what).bytes / kMegabyte);
+        running.moved = Clock::now();
+        const pid_t divider = getpid();
+        running.process = fork();
+        if (running.process == 0)
+            read(running.what, divider);
+        if (running.process < 0)
+            return false;
+        m_running.push_back(running);
+        return true;
+    }
+
+    /// In the reader's process.
+    [[noreturn]] void read(const Try& what, pid_t divider)
+    {
+        endWithProcess(divider);
+        close(m_division.pipe);
+        raiseWall({});
+        limitMemory(what.isLast ? m_division.memory
+                                : std::max(kLeastMemory, m_division.memory / m_division.readers));
+        try {
+            ShareBoard* const board = m_division.board;
+            const size_t share = what.share;
+            const std::optional<ShareJob> job = jobFor(what);
+            if (!job)
+                std::_Exit(kNothing);
+            ShareResult result = readShare(*job, what.way == Way::Whole, [=](double fraction) {
+                board->progress(share, std::max(fraction, board->progress(share)));
+            });
+            result.warnings = job->warnings;
+            if (what.way != Way::Whole)
+                tellMissing(what, result);
+            result.write(fileOf(what));
+            std::_Exit(kRead);
+        } catch (const Unsound&) {
+            std::_Exit(kUnsound);
+        } catch (const std::bad_alloc&) {
+            std::_Exit(kNoMemory);
+        } catch (const Standard_OutOfMemory&) {
+            std::_Exit(kNoMemory);
+        } catch (...) {
+            std::_Exit(1);
+        }
+    }
+
+    /// Nothing if there is nothing sound to read.
+    std::optional<ShareJob> jobFor(const Try& what) const
+    {
+        Share share = shareOf(what);
+        if (what.way == Way::Alone)
+            share.items = {share.items[what.item]};
+        ShareJob job{.text = m_plan.text(share, what.way != Way::Whole),
+                     .representations = m_plan.representations(share),
+                     .wanted = m_plan.wanted(share)};
+        if (what.way == Way::Whole)
+            return job;
+        Salvage::Salvaged sound = Salvage::salvage(job.text);
+        job.text = std::move(sound.text);
+        // Of what belongs to no item any more, nobody asks for.
+        for (std::string& warning : sound.warnings)
+            if (Exchange::LostFaces::ofWarning(warning))
+                job.warnings.push_back(std::move(warning));
+        // Its representation needn't be the same any more.
+        for (SharedRepresentation& one : job.representations)
+            one.isWhole = false;
+        return job.text.empty() ? std::nullopt : std::optional(job);
+    }
+
+    /// Of items of which nothing is left.
+    void tellMissing(const Try& what, ShareResult& result) const
+    {
+        for (const uint32_t item : shareOf(what).items)
+            for (const auto& [number, shape] : result.shapes)
+                if (number == m_scan.number(item) && shape.IsNull())
+                    result.warnings.push_back(lossOf(item));
+    }
+    std::string lossOf(uint32_t item) const
+    {
+        const size_t faces = std::max<size_t>(1, m_plan.facesOf(item));
+        return "lacks " + Exchange::LostFaces{faces, faces, m_plan.partOf(item)}.text();
+    }
+
+    /// Takes what has ended; false if the file has to be read as a whole.
+    bool collect()
+    {
+        int state = 0;
+        const pid_t ended = waitpid(-1, &state, WNOHANG | WUNTRACED);
+        if (ended <= 0) {
+            std::this_thread::sleep_for(kBetweenLooks);
+            return true;
+        }
+        const auto found = std::find_if(m_running.begin(), m_running.end(),
+                                        [&](const Running& one) { return one.process == ended; });
+        if (found == m_running.end())
+            return true;
+        if (WIFSTOPPED(state)) { // Nobody would let it go on.
+            kill(ended, SIGKILL);
+            return true;
+        }
+        const Running running = *found;
+        m_running.erase(found);
+        const int code = WIFEXITED(state) ? WEXITSTATUS(state) : -1;
+        if (code == kRead) {
+            finish(running.what);
+            return true;
+        }
+        if (ftruncate(fileOf(running.what), running.begin) != 0 || code == kUnsound)
+            return false;
+        return code == kNoMemory ? giveMemory(running.what) : tryAgain(running.what);
+    }
+
+    void finish(const Try& what)
+    {
+        if (what.way == Way::Alone && what.item + 1 < shareOf(what).items.size()) {
+            m_waiting.push_back({what.share, Way::Alone, what.item + 1});
+            return;
+        }
+        m_division.board->progress(what.share, 1);
+        tell(m_division.pipe, {WorkerMessage::Kind::Done, double(what.share), {}});
+    }
+
+    bool giveMemory(Try what)
+    {
+        if (what.isLast)
+            return false;
+        what.isLast = true;
+        m_waiting.push_back(what);
+        return true;
+    }
+
+    bool tryAgain(const Try& what)
+    {
+        if (what.way == Way::Whole) {
+            m_waiting.push_back({what.share, Way::Cleaned});
+        } else if (what.way == Way::Cleaned) {
+            m_waiting.push_back({what.share, Way::Alone});
+        } else {
+            ShareResult result;
+            result.shapes.emplace_back(m_scan.number(shareOf(what).items[what.item]), TopoDS_Shape());
+            result.warnings = {lossOf(shareOf(what).items[what.item])};
+            result.write(fileOf(what));
+            finish(what);
+        }
+        return true;
+    }
+
+    /// Ends readers that don't come on.
+    void look()
+    {
+        const auto now = Clock::now();
+        for (Running& one : m_running) {
+            if (const double progress = m_division.board->progress(one.what.share);
+                progress != one.progress) {
+                one.progress = progress;
+                one.moved = now;
+                one.work = processorTimeOf(one.process);
+            } else if (now - one.moved > 4 * one.patience ||
+                       (now - one.moved > one.patience &&
+                        processorTimeOf(one.process) - one.work > one.patience)) {
+                kill(one.process, SIGKILL);
+            }
+        }
+    }
+
+    const Division& m_division;
+    const StepScan& m_scan;
+    const SharePlan& m_plan;
+    std::deque<Try> m_waiting;
+    std::vector<Running> m_running;
+};
+
+bool writeAll(int descriptor, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+        if (written > 0)
+            bytes.remove_prefix(static_cast<size_t>(written));
+        else if (written == 0 || errno != EINTR)
+            return false;
+    }
+    return true;
+}
+
+bool divideFile(const Division& division)
+{
+    const MappedFile file(division.path);
+    const std::optional<StepScan> scan = StepScan::of(file.bytes());
+    const std::optional<SharePlan> plan =
+        scan ? SharePlan::of(*scan, {division.readers, division.isAlways}) : std::nullopt;
+    if (!plan || !writeAll(division.files.front(), plan->structure()))
+        return false;
+    Divider::tell(division.pipe, {WorkerMessage::Kind::Progress, double(plan->shares().size()), {}});
+    return Divider(division, *scan, *plan).run();
+}
+
+} // namespace
+
+void divide(const Division& division)
+{
+    bool isDone = false;
+    try {
+        raiseWall({.readable = {division.path}, .writable = {}, .mayFork = true});
+        // Nothing of the file has been looked at yet.
+        warmUp();
+        isDone = divideFile(division);
+    } catch (...) {
+        // It is read as a whole then, and what is wrong with it told.
+    }
+    if (!isDone)
+        Divider::tell(division.pipe, {WorkerMessage::Kind::Error, 0, {}});
+    std::_Exit(0);
+}
+
+} // namespace Vs::Translate::Shares

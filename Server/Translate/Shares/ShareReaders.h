@@ -1,0 +1,58 @@
+#pragma once
+
+#include "Server/DataModel/Exchange/WorkerProtocol.h"
+#include "Server/DataModel/Model/FileMapping.h"
+#include "Server/Translate/Reading.h"
+#include "Server/Translate/Shares/ShareResult.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Vs::Translate::Shares {
+
+class ShareBoard;
+
+/// Processes that read a STEP file's shares. One divides the file and starts a reader for each share, several
+/// at once; it stays behind a wall of its own that lets it start processes, and never touches what the kernel
+/// made of a file. The readers are behind the same wall as the worker, which this object belongs to.
+///
+/// A share whose reader dies or hangs is read again: without what is unsound in it, then each item by itself.
+class ShareReaders : public Helpers
+{
+public:
+    /// Null if the file is too small to be divided, or there is nothing to divide it for: one processor, say.
+    /// The environment's QUILLET_SHARES, "never" or "always", decides otherwise.
+    static std::shared_ptr<ShareReaders> start(const std::string& path, uint64_t memory);
+    ~ShareReaders() override;
+    ShareReaders(const ShareReaders&) = delete;
+    ShareReaders& operator=(const ShareReaders&) = delete;
+
+    /// Waits until the file is divided; false if it is to be read as a whole.
+    bool waitForPlan();
+    /// The file without its shares; see SharePlan::structure.
+    std::string_view structure() const { return m_structure->bytes(); }
+
+    /// Takes what the next share holds as soon as it is there, and tells the progress of all meanwhile. False
+    /// at the end; then `isComplete` tells whether anything is there for each.
+    bool next(std::vector<ShareResult>& results, const std::function<void(double)>& progress);
+    /// False if the file has to be read as a whole after all.
+    bool isComplete() const { return m_isComplete; }
+
+private:
+    ShareReaders() = default;
+    std::optional<Exchange::WorkerMessage> receive(const std::function<void(double)>& progress);
+
+    int m_pipe = -1;
+    std::vector<int> m_files; ///< Without names: the structure's, then one for each share.
+    std::unique_ptr<ShareBoard> m_board;
+    Exchange::WorkerMessageReader m_reader;
+    std::shared_ptr<const FileMapping> m_structure;
+    size_t m_open = 0; ///< Shares that haven't come yet.
+    bool m_isComplete = false;
+};
+
+} // namespace Vs::Translate::Shares

@@ -1,0 +1,181 @@
+#include "Server/Translate/Shares/ShareResult.h"
+
+#include <BRep_Builder.hxx>
+#include <BinTools.hxx>
+#include <TopoDS_Compound.hxx>
+#include <TopoDS_Iterator.hxx>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <istream>
+#include <ostream>
+#include <stdexcept>
+#include <streambuf>
+#include <unistd.h>
+
+namespace Vs::Translate::Shares {
+
+namespace {
+
+struct Head
+{
+    uint64_t bytes = 0; ///< Of all that follows.
+    uint32_t numbers = 0, shapes = 0, words = 0;
+};
+
+[[noreturn]] void refuse(const char* why)
+{
+    throw std::runtime_error(why);
+}
+
+void writeAll(int descriptor, const void* data, size_t size)
+{
+    for (const char* at = static_cast<const char*>(data); size > 0;) {
+        const ssize_t written = ::write(descriptor, at, size);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            refuse("there is no room for what was read");
+        at += written;
+        size -= static_cast<size_t>(written);
+    }
+}
+
+/// A stream's way into a file.
+class FileBuffer : public std::streambuf
+{
+public:
+    explicit FileBuffer(int descriptor) : m_descriptor(descriptor)
+    {
+        setp(m_piece.data(), m_piece.data() + m_piece.size());
+    }
+
+protected:
+    int_type overflow(int_type c) override
+    {
+        sync();
+        return traits_type::eq_int_type(c, traits_type::eof()) ? traits_type::not_eof(c)
+                                                               : sputc(traits_type::to_char_type(c));
+    }
+    int sync() override
+    {
+        writeAll(m_descriptor, pbase(), static_cast<size_t>(pptr() - pbase()));
+        setp(m_piece.data(), m_piece.data() + m_piece.size());
+        return 0;
+    }
+
+private:
+    int m_descriptor;
+    std::array<char, 1 << 16> m_piece;
+};
+
+/// Bytes in memory, in which a reader may go back.
+class BytesBuffer : public std::streambuf
+{
+public:
+    explicit BytesBuffer(std::string_view bytes)
+    {
+        char* begin = const_cast<char*>(bytes.data());
+        setg(begin, begin, begin + bytes.size());
+    }
+
+protected:
+    pos_type seekoff(off_type offset, std::ios_base::seekdir from, std::ios_base::openmode) override
+    {
+        const off_type base = from == std::ios_base::beg   ? 0
+                              : from == std::ios_base::cur ? gptr() - eback()
+                                                           : egptr() - eback();
+        const off_type at = base + offset;
+        if (at < 0 || at > egptr() - eback())
+            return pos_type(off_type(-1));
+        setg(eback(), eback() + at, egptr());
+        return pos_type(at);
+    }
+    pos_type seekpos(pos_type at, std::ios_base::openmode which) override
+    {
+        return seekoff(off_type(at), std::ios_base::beg, which);
+    }
+};
+
+} // namespace
+
+void ShareResult::write(int descriptor) const
+{
+    const off_t start = lseek(descriptor, 0, SEEK_END);
+    Head head;
+    std::vector<uint32_t> numbers;
+    const BRep_Builder builder;
+    TopoDS_Compound all;
+    builder.MakeCompound(all);
+    // Those without a shape stand at the end.
+    for (const bool isNull : {false, true})
+        for (const auto& [number, shape] : shapes)
+            if (shape.IsNull() == isNull) {
+                numbers.push_back(number);
+                if (!isNull)
+                    builder.Add(all, shape);
+                head.shapes += !isNull;
+            }
+    for (const TopoDS_Shape& body : bodies)
+        builder.Add(all, body);
+    std::string words;
+    for (const std::string& warning : warnings)
+        words += warning + '\0';
+    head.numbers = static_cast<uint32_t>(numbers.size());
+    head.words = static_cast<uint32_t>(words.size());
+    writeAll(descriptor, &head, sizeof head);
+    writeAll(descriptor, numbers.data(), numbers.size() * sizeof(uint32_t));
+    writeAll(descriptor, words.data(), words.size());
+    FileBuffer buffer(descriptor);
+    std::ostream stream(&buffer);
+    stream.exceptions(std::ios::badbit | std::ios::failbit);
+    BinTools::Write(all, stream, true, false, BinTools_FormatVersion_CURRENT);
+    stream.flush();
+    head.bytes = static_cast<uint64_t>(lseek(descriptor, 0, SEEK_END) - start) - sizeof head;
+    // Only now it is whole.
+    if (pwrite(descriptor, &head, sizeof head, start) != ssize_t(sizeof head))
+        refuse(std::strerror(errno));
+}
+
+bool ShareResult::take(std::string_view& bytes, ShareResult& result)
+{
+    if (bytes.empty())
+        return false;
+    Head head;
+    if (bytes.size() < sizeof head)
+        refuse("what was read is cut off");
+    std::memcpy(&head, bytes.data(), sizeof head);
+    bytes.remove_prefix(sizeof head);
+    const uint64_t listed = uint64_t(head.numbers) * sizeof(uint32_t);
+    if (head.bytes > bytes.size() || listed + head.words >= head.bytes || head.shapes > head.numbers)
+        refuse("what was read is cut off");
+    result = {};
+    std::vector<uint32_t> numbers(head.numbers);
+    std::memcpy(numbers.data(), bytes.data(), listed);
+    for (std::string_view words = bytes.substr(listed, head.words); !words.empty();) {
+        result.warnings.emplace_back(words.substr(0, words.find('\0')));
+        words.remove_prefix(std::min(words.size(), result.warnings.back().size() + 1));
+    }
+    BytesBuffer buffer(bytes.substr(listed + head.words, head.bytes - listed - head.words));
+    bytes.remove_prefix(head.bytes);
+    std::istream stream(&buffer);
+    TopoDS_Shape all;
+    BinTools::Read(all, stream);
+    if (all.IsNull())
+        refuse("what was read is no shape");
+    for (TopoDS_Iterator each(all); each.More(); each.Next()) {
+        if (result.shapes.size() < head.shapes)
+            result.shapes.emplace_back(numbers[result.shapes.size()], each.Value());
+        else
+            result.bodies.push_back(each.Value());
+    }
+    if (result.shapes.size() != head.shapes)
+        refuse("what was read lacks shapes");
+    for (size_t i = head.shapes; i < numbers.size(); ++i)
+        result.shapes.emplace_back(numbers[i], TopoDS_Shape());
+    return true;
+}
+
+} // namespace Vs::Translate::Shares

@@ -1,0 +1,39 @@
+#include "Server/Translate/StepSession.h"
+
+#include "Server/Translate/StepNumbers.h"
+
+#include <Interface_InterfaceModel.hxx>
+#include <XSControl_WorkSession.hxx>
+
+#include <istream>
+
+namespace Vs::Translate {
+
+std::shared_ptr<StepSession> StepSession::make()
+{
+    auto session = std::make_shared<StepSession>();
+    session->SetColorMode(true);
+    session->SetNameMode(true);
+    session->SetGDTMode(false);
+    session->SetLayerMode(true);
+    session->SetPropsMode(false);
+    return session;
+}
+
+bool StepSession::load(const std::string& path, std::string_view bytes, const ReportingBuffer::Report& report)
+{
+    ReportingBuffer buffer(bytes, report);
+    std::istream stream(&buffer);
+    return ChangeReader().ReadStream(path.c_str(), stream) == IFSelect_RetDone;
+}
+
+bool StepSession::lacksAnything() const
+{
+    const Handle(Interface_InterfaceModel) model = Reader().WS()->Model();
+    for (int i = 1; i <= model->NbEntities(); ++i)
+        if (model->IsErrorEntity(i) || model->IsUnknownEntity(i) || hasAbsurdNumber(model->Value(i)))
+            return true;
+    return false;
+}
+
+} // namespace Vs::Translate
