@@ -4,6 +4,8 @@
 #include "Server/Scene/Rendra/CommonShaders.h"
 #include "Server/Scene/Rendra/EdgeShaders.h"
 #include "Server/Scene/Rendra/FaceShaders.h"
+#include "Server/Scene/Rendra/GlassShaders.h"
+#include "Server/Scene/Rendra/ScreenBounds.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,13 +18,16 @@ namespace {
 /// How far bodies keep the light from each other, as a part of the scene's size.
 constexpr double kOcclusionReach = 0.05;
 
-constexpr float kEdgeColour[3] = {0.10f, 0.115f, 0.14f};
-constexpr float kEdgeOpacity = 0.88f;
 constexpr float kHiddenOpacity = 0.34f;
 /// Of edges in which faces go on smoothly, as a part of what others have.
 constexpr float kTangentOpacity = 0.28f;
 /// A dash and the gap behind it, in pixels of the picture.
 constexpr float kDashPixels = 9;
+
+/// Around what is drawn transparently, for the lines on it; and what is looked at at most to tell where it
+/// is.
+constexpr int kLineMargin = 4;
+constexpr size_t kMostBoxes = 4000;
 
 /// What a visual style draws.
 struct Style
@@ -91,6 +96,9 @@ Occlusion::Source sourceOf(const Frame& frame, const Area& depths, double radius
 
 } // namespace
 
+// Dark whatever is behind.
+const BodyPainter::LineLook BodyPainter::kLookOnFaces{{0.10f, 0.115f, 0.14f, 0.88f}, 0};
+
 bool BodyPainter::make(Vs::Status& status)
 {
     return makeFaces(kPlainFaces, status) &&
@@ -102,18 +110,19 @@ bool BodyPainter::makeFaces(unsigned kind, Vs::Status& status)
 {
     using namespace Shaders;
     m_triedFaces[kind] = true;
-    if (kind == kQuickFaces)
+    const char* const glass = kind & kGlassFaces ? "#define GLASS\n" : "";
+    if (kind & kQuickFaces)
         return m_faces[kind].make("quick faces",
-                                  {kInstance, kFaceColours, kSurroundings, ObjectShadow::kNoLookUp,
+                                  {glass, kInstance, kFaceColours, kSurroundings, ObjectShadow::kNoLookUp,
                                    kPlainLight, kFaceFinish, kQuickFaceVertex},
-                                  {kQuickFaceFragment}, status);
+                                  {glass, kFaceResult, kQuickFaceFragment}, status);
     const bool realistic = kind & kRealisticFaces;
-    return m_faces[kind].make("faces", {kInstance, kFaceColours, kFaceVertex},
-                              {realistic ? "#define REALISTIC\n" : "",
-                               kind & kOccludedFaces ? "#define OCCLUDED\n" : "", kSurroundings,
-                               kind & kShadowedFaces ? ObjectShadow::kLookUp : ObjectShadow::kNoLookUp,
-                               realistic ? kRealisticLight : kPlainLight, kFaceFinish, kFaceFragment},
-                              status);
+    return m_faces[kind].make(
+        "faces", {glass, kInstance, kFaceColours, kFaceVertex},
+        {glass, realistic ? "#define REALISTIC\n" : "", kind & kOccludedFaces ? "#define OCCLUDED\n" : "",
+         kSurroundings, kind & kShadowedFaces ? ObjectShadow::kLookUp : ObjectShadow::kNoLookUp,
+         realistic ? kRealisticLight : kPlainLight, kFaceFinish, kFaceResult, kFaceFragment},
+        status);
 }
 
 void BodyPainter::release()
@@ -124,6 +133,7 @@ void BodyPainter::release()
     m_outlines.release();
     m_occlusion.release();
     m_shadows.release();
+    m_glass.release();
 }
 
 void BodyPainter::draw(const Frame& frame)
@@ -137,14 +147,14 @@ void BodyPainter::draw(const Frame& frame)
     const Program& faces = useFaces(frame, occluded);
     frame.drawIntoPicture();
     if (style.faces || style.depthOnly) {
-        // Faces give way to the edges that lie in them.
+        // Faces give way to the edges that lie in them, and a little more to transparent ones.
         glEnable(GL_POLYGON_OFFSET_FILL);
-        glPolygonOffset(1.0f, 1.0f);
+        glPolygonOffset(1.0f, 192.0f);
         if (style.depthOnly)
             glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
-        frame.drawFaces(false);
+        drawOpaqueFaces(frame, faces);
         if (style.depthOnly)
-            frame.drawFaces(true);
+            frame.drawFaces(Frame::Faces::OfGlass);
         glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
         glDisable(GL_POLYGON_OFFSET_FILL);
     }
@@ -152,7 +162,7 @@ void BodyPainter::draw(const Frame& frame)
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
     // On faces, edges are dark whatever is behind them; alone, they have to stand out from what is.
-    LineLook look{{kEdgeColour[0], kEdgeColour[1], kEdgeColour[2], kEdgeOpacity}, 0};
+    LineLook look = kLookOnFaces;
     if (!style.faces) {
         const Vs::Colour& line = frame.environment.line;
         const float channels[3] = {line.r, line.g, line.b};
@@ -169,10 +179,6 @@ void BodyPainter::draw(const Frame& frame)
     }
     if (style.edges && !(frame.coarse && style.faces))
         drawLines(frame, look, style.outlines && !frame.coarse);
-    if (style.faces) {
-        faces.use();
-        frame.drawFaces(true);
-    }
     glDepthMask(GL_TRUE);
     glDisable(GL_BLEND);
 }
@@ -181,22 +187,90 @@ void BodyPainter::drawFaces(const Frame& frame)
 {
     if (!styleOf(frame.params().visualStyle()).faces)
         return;
+    drawOpaqueFaces(frame, useFaces(frame, false));
+    drawGlass(frame, false);
+}
+
+void BodyPainter::drawOpaqueFaces(const Frame& frame, const Program& faces)
+{
+    frame.drawFaces(Frame::Faces::OfOpaque);
+    glUniform1i(faces.uniform("opaqueOnly"), true);
+    frame.drawFaces(Frame::Faces::OfMixed);
+    glUniform1i(faces.uniform("opaqueOnly"), false);
+}
+
+void BodyPainter::drawGlass(const Frame& frame)
+{
+    const Style style = styleOf(frame.params().visualStyle());
+    if (style.faces)
+        drawGlass(frame, style.edges && !frame.coarse);
+}
+
+void BodyPainter::drawGlass(const Frame& frame, bool lined)
+{
+    ScreenBounds bounds(frame);
+    size_t boxes = 0;
+    for (size_t i = 0; i < frame.scene.list.batches().size(); ++i) {
+        const Batch& batch = *frame.scene.list.batches()[i];
+        if (!batch.transparent || frame.scene.instances.ranges()[i].count == 0)
+            continue;
+        boxes += batch.boxes.size();
+        for (size_t box = 0; box < batch.boxes.size() && boxes < kMostBoxes; ++box)
+            bounds.add(batch.boxes[box]);
+    }
+    if (boxes == 0)
+        return;
+    const Area touched = boxes < kMostBoxes ? bounds.area(kLineMargin) : frame.part;
+    const Program& faces = useFaces(frame, false, true);
+    if (!faces || !m_glass.begin(frame, touched)) {
+        drawUnsorted(frame);
+        return;
+    }
+    glUniform2f(faces.uniform("clipRange"), float(frame.projection.clipNear()),
+                float(frame.projection.clipFar()));
+    glUniform1i(faces.uniform("parallel"), !frame.projection.perspective());
+    glViewport(frame.part.x - frame.tile.x, frame.part.y - frame.tile.y, frame.part.width, frame.part.height);
+    using Step = GlassLayers::Step;
+    // One sample to a pixel is the choice of who wants it quick: the mean of all layers does then.
+    const bool fine = frame.target.samples > 1 || frame.target.pixelScale > 1;
+    m_glass.take(Step::Sum);
+    frame.drawFaces(Frame::Faces::OfGlass);
+    if (fine) {
+        m_glass.take(Step::Foremost);
+        frame.drawFaces(Frame::Faces::OfGlass);
+    }
+    lined = lined && fine;
+    if (lined) {
+        m_glass.beginLines();
+        LineLook look = kLookOnFaces;
+        look.ofGlass = true;
+        drawLines(frame, look, false);
+    }
+    m_glass.finish(frame, lined);
+}
+
+// For drivers that can't do better.
+void BodyPainter::drawUnsorted(const Frame& frame)
+{
     useFaces(frame, false);
-    frame.drawFaces(false);
+    frame.drawIntoPicture();
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
-    frame.drawFaces(true);
-    glDepthMask(GL_TRUE);
-    glDisable(GL_BLEND);
+    frame.drawFaces(Frame::Faces::OfGlass);
+    frame.drawIntoPicture();
 }
 
 // A driver that refuses the program still shades, only less well: that is better than no picture.
 const Program& BodyPainter::faceProgram(unsigned kind)
 {
     Vs::Status ignored;
-    if (!m_triedFaces[kind])
-        makeFaces(kind, ignored);
-    return m_faces[kind] ? m_faces[kind] : m_faces[kPlainFaces];
+    for (const unsigned each : {kind, kind & unsigned(kGlassFaces)}) {
+        if (!m_triedFaces[each])
+            makeFaces(each, ignored);
+        if (m_faces[each])
+            return m_faces[each];
+    }
+    return m_faces[kind & kGlassFaces];
 }
 
 bool BodyPainter::findOcclusion(const Frame& frame, double radius)
@@ -209,7 +283,7 @@ bool BodyPainter::findOcclusion(const Frame& frame, double radius)
         return false;
     const Area reach{depths.x, depths.y, depths.width * scale, depths.height * scale};
     frame.setView(m_occlusion.depthProgram(), reach);
-    frame.drawFaces(false);
+    frame.drawFaces(Frame::Faces::OfOpaque);
     const Area& area = frame.area;
     const auto partOf = [](int at, int from, int length) { return double(at - from) / length; };
     m_occlusion.finish(frame.projection, partOf(reach.x, area.x, area.width),
@@ -219,7 +293,7 @@ bool BodyPainter::findOcclusion(const Frame& frame, double radius)
     return true;
 }
 
-const Program& BodyPainter::useFaces(const Frame& frame, bool occluded)
+const Program& BodyPainter::useFaces(const Frame& frame, bool occluded, bool glass)
 {
     const bool realistic = frame.params().visualStyle() == Vs::Scene::kRealistic;
     const bool shadowed = styleOf(frame.params().visualStyle()).faces && findShadows(frame);
@@ -227,7 +301,11 @@ const Program& BodyPainter::useFaces(const Frame& frame, bool occluded)
     kind |= realistic ? kRealisticFaces : kPlainFaces;
     kind |= shadowed ? kShadowedFaces : kPlainFaces;
     kind |= occluded ? kOccludedFaces : kPlainFaces;
-    const Program& program = faceProgram(kind == kPlainFaces && frame.quick ? kQuickFaces : kind);
+    if (kind == kPlainFaces && frame.quick)
+        kind = kQuickFaces;
+    const Program& program = faceProgram(glass ? kind | kGlassFaces : kind);
+    if (!program)
+        return program;
     frame.setView(program);
     frame.setLight(program);
     frame.setHighlights(program);
@@ -280,7 +358,7 @@ void BodyPainter::drawEdges(const Frame& frame, const LineLook& look)
     for (size_t i = 0; i < scene.list.batches().size(); ++i) {
         const Batch& batch = *scene.list.batches()[i];
         const InstanceStore::Range& range = scene.instances.ranges()[i];
-        if (range.count == 0 || batch.mesh->edgePoints.empty())
+        if (range.count == 0 || batch.mesh->edgePoints.empty() || (look.ofGlass && !batch.transparent))
             continue;
         const GlMesh& mesh = frame.meshes.get(batch.mesh, frame.statistics.uploadedMeshes);
         if (mesh.edgeIndexCount == 0)

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "Server/Scene/Rendra/Frame.h"
+#include "Server/Scene/Rendra/GlassLayers.h"
 #include "Server/Scene/Rendra/Occlusion.h"
 
 namespace Rendra {
 
-/// Draws the bodies of a fragment in its visual style: faces, edges, what is seen through.
+/// Draws the bodies of a fragment in its visual style: faces, edges, and at last what is seen through.
 class BodyPainter : public Pass
 {
 public:
@@ -16,21 +17,29 @@ public:
     /// Whether the bodies throw shadows on each other in this frame (see ObjectShadow, whose uniforms can be
     /// set then).
     bool findShadows(const Frame& frame) { return m_shadows.find(frame); }
-    /// Draws nothing but the lit faces, into what is bound and for the view and part of the frame: for a
-    /// mirror. Nothing in a style without faces.
+    /// Draws nothing but the lit faces, for a mirror. Nothing in a style without faces.
     void drawFaces(const Frame& frame);
+    /// Draws what is transparent, which `draw` left out; and frees what that needed only for a large picture.
+    void drawGlass(const Frame& frame);
+    void collectGlass() { m_glass.releaseIfLarge(); }
 
 private:
     struct LineLook
     {
         float colour[4];
-        float dashPixels; ///< Of the picture; 0 for a line without gaps.
+        float dashPixels;     ///< Of the picture; 0 for a line without gaps.
+        bool ofGlass = false; ///< Only those of transparent bodies.
     };
+
+    static const LineLook kLookOnFaces;
 
     bool makeFaces(unsigned kind, Vs::Status& status);
     const Program& faceProgram(unsigned kind);
+    void drawOpaqueFaces(const Frame& frame, const Program& faces);
+    void drawGlass(const Frame& frame, bool lined);
+    void drawUnsorted(const Frame& frame);
     bool findOcclusion(const Frame& frame, double radius);
-    const Program& useFaces(const Frame& frame, bool occluded);
+    const Program& useFaces(const Frame& frame, bool occluded, bool glass = false);
     void drawLines(const Frame& frame, const LineLook& look, bool withOutlines);
     void drawEdges(const Frame& frame, const LineLook& look);
     void drawOutlines(const Frame& frame, const LineLook& look);
@@ -42,8 +51,9 @@ private:
         kRealisticFaces = 1,
         kShadowedFaces = 2,
         kOccludedFaces = 4,
-        kQuickFaces = 8, ///< Lit at their corners alone. Goes with none of the others.
-        kFaceKinds = 9,
+        kQuickFaces = 8,  ///< Lit at their corners alone. Goes with none of those before.
+        kGlassFaces = 16, ///< Transparent, into GlassLayers.
+        kFaceKinds = 32,
     };
 
     Program m_faces[kFaceKinds];
@@ -51,6 +61,7 @@ private:
     bool m_triedFaces[kFaceKinds] = {}, m_triedOutlines = false;
     Occlusion m_occlusion;
     ObjectShadow m_shadows;
+    GlassLayers m_glass;
 };
 
 } // namespace Rendra

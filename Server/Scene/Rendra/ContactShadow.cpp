@@ -124,11 +124,28 @@ bool ContactShadow::find(const Frame& frame, const Ground& ground)
         return false;
     const int width = std::max(4, int(std::ceil(kept.width / pixel)));
     const int height = std::max(4, int(std::ceil(kept.depth / pixel)));
-    if (!drawColumns(frame, ground, kept, width, height) || !m_raw.make(Layer::Kind::Value, width, height) ||
-        !m_twice.make(Layer::Kind::Value, width, height) ||
+    if (!m_lowest.make(Layer::Kind::Depth, width, height) ||
+        !m_highest.make(Layer::Kind::Depth, width, height) ||
+        !m_raw.make(Layer::Kind::Value, width, height) || !m_twice.make(Layer::Kind::Value, width, height) ||
         !kept.darkness.make(Layer::Kind::Value, width, height))
         return false;
+    findDarkness(frame, ground, kept, {reach / pixel, ground.height() / pixel}, false);
+    // What is transparent takes of the light as much as it is opaque.
+    if (const float opacity = frame.scene.list.opacityOfGlass(); opacity > 0) {
+        glBlendColor(0, 0, 0, opacity);
+        findDarkness(frame, ground, kept, {reach / pixel, ground.height() / pixel}, true);
+    }
+    kept.shapes = shapes;
+    kept.up = ground.up;
+    for (Layer* layer : {&m_lowest, &m_highest, &m_raw, &m_twice})
+        layer->release();
+    return true;
+}
 
+void ContactShadow::findDarkness(const Frame& frame, const Ground& ground, const Kept& kept,
+                                 const Lengths& pixels, bool withGlass)
+{
+    drawColumns(frame, ground, kept, withGlass);
     glDisable(GL_DEPTH_TEST);
     glBindVertexArray(m_noArray);
     m_raw.begin();
@@ -139,31 +156,34 @@ bool ContactShadow::find(const Frame& frame, const Ground& ground)
     glBindTexture(GL_TEXTURE_2D, m_lowest.texture());
     glUniform1i(m_find.uniform("lowest"), 0);
     glUniform1i(m_find.uniform("highest"), 1);
-    glUniform1f(m_find.uniform("height"), float(ground.height() / pixel));
-    glUniform1f(m_find.uniform("farthest"), float(reach / pixel));
+    glUniform1f(m_find.uniform("height"), float(pixels.height));
+    glUniform1f(m_find.uniform("farthest"), float(pixels.reach));
     glDrawArrays(GL_TRIANGLES, 0, 3);
 
     m_blur.use();
     glUniform1i(m_blur.uniform("raw"), 0);
-    for (const auto& [from, to] : {std::pair(&m_raw, &m_twice), {&m_twice, &kept.darkness}}) {
-        to->begin();
-        glBindTexture(GL_TEXTURE_2D, from->texture());
-        glDrawArrays(GL_TRIANGLES, 0, 3);
+    m_twice.begin();
+    glBindTexture(GL_TEXTURE_2D, m_raw.texture());
+    glDrawArrays(GL_TRIANGLES, 0, 3);
+    if (withGlass) {
+        glEnable(GL_BLEND);
+        glBlendFunc(GL_CONSTANT_ALPHA, GL_ONE_MINUS_CONSTANT_ALPHA);
     }
+    kept.darkness.begin();
+    glBindTexture(GL_TEXTURE_2D, m_twice.texture());
+    glDrawArrays(GL_TRIANGLES, 0, 3);
+    glBindTexture(GL_TEXTURE_2D, 0);
+    glDisable(GL_BLEND);
     glEnable(GL_DEPTH_TEST);
-    kept.shapes = shapes;
-    kept.up = ground.up;
-    for (Layer* layer : {&m_lowest, &m_highest, &m_raw, &m_twice})
-        layer->release();
-    return true;
 }
 
-bool ContactShadow::drawColumns(const Frame& frame, const Ground& ground, const Kept& kept, int width,
-                                int height)
+void ContactShadow::drawColumns(const Frame& frame, const Ground& ground, const Kept& kept, bool withGlass)
 {
-    if (!m_lowest.make(Layer::Kind::Depth, width, height) ||
-        !m_highest.make(Layer::Kind::Depth, width, height))
-        return false;
+    const auto drawFaces = [&] {
+        frame.drawFaces(Frame::Faces::OfOpaque);
+        if (withGlass)
+            frame.drawFaces(Frame::Faces::OfGlass);
+    };
     // From the draw list's coordinates to the rectangle, with the height above the ground as the depth.
     const auto row = [](const GkVector3d& direction, double from, double length, double(&out)[4]) {
         const double factor = 2 / length;
@@ -186,18 +206,17 @@ bool ContactShadow::drawColumns(const Frame& frame, const Ground& ground, const 
     m_lowest.begin();
     glFrontFace(GL_CW); // from below
     glClear(GL_DEPTH_BUFFER_BIT);
-    frame.drawFaces(false);
+    drawFaces();
     m_highest.begin();
     glFrontFace(GL_CCW);
     glClearDepth(0);
     glClear(GL_DEPTH_BUFFER_BIT);
     glClearDepth(1);
     glDepthFunc(GL_GEQUAL);
-    frame.drawFaces(false);
+    drawFaces();
     glDepthFunc(GL_LEQUAL);
     glDisable(GL_DEPTH_CLAMP);
     frame.scene.instances.update(frame.scene.list, frame.projection, frame.smallest);
-    return true;
 }
 
 void ContactShadow::release()

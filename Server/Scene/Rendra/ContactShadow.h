@@ -30,7 +30,14 @@ public:
 
 private:
     bool makePrograms();
-    bool drawColumns(const Frame& frame, const Ground& ground, const Kept& kept, int width, int height);
+    struct Lengths
+    {
+        double reach, height;
+    };
+
+    void findDarkness(const Frame& frame, const Ground& ground, const Kept& kept, const Lengths& pixels,
+                      bool withGlass);
+    void drawColumns(const Frame& frame, const Ground& ground, const Kept& kept, bool withGlass);
 
     Program m_depthOnly, m_find, m_blur;
     Layer m_lowest, m_highest, m_raw, m_twice;

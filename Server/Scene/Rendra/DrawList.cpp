@@ -268,7 +268,8 @@ void DrawList::put(Batch::Slot& slot, Batch* batch, const Instance& instance, co
         batch->count(batch->instances[slot.index], -1);
         batch->count(instance, 1);
         const auto sameRow = [](const auto& a, const auto& b) { return std::ranges::equal(a, b); };
-        if (!std::ranges::equal(batch->instances[slot.index].rows, instance.rows, sameRow))
+        if (!std::ranges::equal(batch->instances[slot.index].rows, instance.rows, sameRow) ||
+            batch->instances[slot.index].colour[3] != instance.colour[3])
             ++m_shapeRevision;
         batch->instances[slot.index] = instance;
         batch->markDirty(slot.index);
@@ -319,6 +320,7 @@ Batch* DrawList::batchFor(const std::shared_ptr<const Vs::BodyMesh>& mesh, bool 
         batch = m_batches.back().get();
         batch->mesh = mesh;
         batch->transparent = transparent;
+        batch->mixed = transparent && hasTransparentFaces(*mesh);
     }
     return batch;
 }
@@ -342,6 +344,19 @@ uint64_t DrawList::triangles() const
     for (const auto& batch : m_batches)
         sum += batch->mesh->triangles.size() / 3 * batch->instances.size();
     return sum;
+}
+
+float DrawList::opacityOfGlass() const
+{
+    uint64_t sum = 0, count = 0;
+    for (const auto& batch : m_batches)
+        if (batch->transparent)
+            for (const Instance& instance : batch->instances) {
+                // Of faces with colours of their own, some may be opaque.
+                sum += batch->mixed ? instance.colour[3] / 2u : instance.colour[3];
+                ++count;
+            }
+    return count > 0 ? float(sum) / float(255 * count) : 0;
 }
 
 bool DrawList::cull(const Batch& batch, const Vs::Scene::Projection& projection, float smallest,

@@ -37,7 +37,8 @@ struct Batch
     struct Slot;
 
     std::shared_ptr<const Vs::BodyMesh> mesh;
-    bool transparent = false;
+    bool transparent = false; ///< At least some faces are.
+    bool mixed = false;       ///< Others may be opaque.
     std::vector<Instance> instances;
     std::vector<Box> boxes; ///< Around each instance, relative to the origin.
     std::vector<Slot*> slots;
@@ -92,6 +93,8 @@ public:
     size_t instances() const { return m_instances; }
     /// Of all instances together.
     uint64_t triangles() const;
+    /// How much of the light transparent bodies keep away, at a mean; 0 if there are none.
+    float opacityOfGlass() const;
     /// Those of the lowest depth priority first.
     const std::vector<Helper>& helpers() const { return m_helpers; }
     const std::vector<PartlyLit>& partlyLit() const { return m_partlyLit; }
@@ -100,7 +103,8 @@ public:
     const GkVector3d& origin() const { return m_origin; }
     /// Grows whenever batches or their lengths change, so that their storage has to be laid out anew.
     uint64_t layoutRevision() const { return m_layoutRevision; }
-    /// Grows whenever a body comes, goes, moves or gets another mesh; not with colours and highlights.
+    /// Grows whenever a body comes, goes, moves, or gets another mesh or opacity; not with colours and
+    /// highlights.
     uint64_t shapeRevision() const { return m_shapeRevision; }
 
     /// Which instances of a batch are inside the view and at least `smallest` pixels across. Returns true if

@@ -13,6 +13,7 @@ layout(location = 7) in uint flags;
 uniform bool tinted;
 uniform float cover; // more where no outline tells as well
 uniform bool cycling;
+uniform bool opaqueOnly;
 
 // A colour of its own for each number. Hues go on by the golden section, which keeps any few neighbours
 // apart; brightness changes as well, since hues alone are hard to tell for some.
@@ -29,6 +30,19 @@ vec4 baseOfVertex()
     vec4 own = cycling ? vec4(cycled(flags >> 8), colour.a)
                : faceColour.a > 0.0 ? vec4(faceColour.rgb, faceColour.a * colour.a) : colour;
     return vec4(pow(own.rgb, vec3(2.2)), own.a);
+}
+
+// Faces of one body may be opaque and others not. All corners of a face are alike, so that it vanishes as a whole.
+vec4 faceAt(vec4 place, vec4 own)
+{
+#ifdef GLASS
+    bool isDrawn = own.a < 0.999;
+    // Which of two faces in the same place is the foremost follows from their colours, and not from their order.
+    place.z += place.w * 1.6e-5 * fract(dot(own, vec4(7.13, 17.41, 31.79, 3.37)));
+#else
+    bool isDrawn = !opaqueOnly || own.a >= 0.999;
+#endif
+    return isDrawn ? place : vec4(2.0, 2.0, 2.0, 1.0);
 }
 
 // With how much of it covers the own colour.
@@ -52,7 +66,7 @@ void main()
     viewNormal = normalize(turned(normal.xyz));
     base = baseOfVertex();
     glow = glowOfVertex();
-    gl_Position = projection * seen;
+    gl_Position = faceAt(projection * seen, base);
 }
 )";
 
@@ -158,7 +172,6 @@ uniform bool perspective;
 uniform sampler2D occlusion;
 uniform vec4 occlusionPlace; // from pixels of the framebuffer: factors and offsets
 #endif
-out vec4 result;
 
 void main()
 {
@@ -184,7 +197,7 @@ void main()
         open *= 1.0 - 0.32 * (1.0 - reaching) * smoothstep(0.0, 0.35, dot(flatNormal, toLamp));
     }
     vec3 shade = shaded(base.rgb, n, toViewer, open, reaching);
-    result = vec4(finished(shade, glow, dot(n, toViewer)), base.a);
+    give(vec4(finished(shade, glow, dot(n, toViewer)), base.a));
 }
 )";
 
@@ -202,17 +215,16 @@ void main()
         n = -n;
     vec4 base = baseOfVertex();
     shade = vec4(finished(shaded(base.rgb, n, toViewer, 1.0, 1.0), glowOfVertex(), dot(n, toViewer)), base.a);
-    gl_Position = projection * seen;
+    gl_Position = faceAt(projection * seen, base);
 }
 )";
 
 inline constexpr const char* kQuickFaceFragment = R"(
 in vec4 shade;
-out vec4 result;
 
 void main()
 {
-    result = shade;
+    give(shade);
 }
 )";
 

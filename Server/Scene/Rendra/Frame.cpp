@@ -93,16 +93,27 @@ const GlMesh& Frame::meshOf(const Batch& batch, const InstanceStore::Range& rang
     return meshes.get(batch.mesh, statistics.uploadedMeshes);
 }
 
-void Frame::drawFaces(bool transparent) const
+bool Frame::showsGlass() const
 {
+    for (size_t i = 0; i < scene.list.batches().size(); ++i)
+        if (scene.list.batches()[i]->transparent && scene.instances.ranges()[i].count > 0)
+            return true;
+    return false;
+}
+
+void Frame::drawFaces(Faces which) const
+{
+    const auto isMeant = [&](const Batch& batch) {
+        return which == Faces::OfMixed ? batch.mixed : batch.transparent == (which == Faces::OfGlass);
+    };
     for (size_t i = 0; i < scene.list.batches().size(); ++i) {
         const Batch& batch = *scene.list.batches()[i];
         const InstanceStore::Range& range = scene.instances.ranges()[i];
-        if (batch.transparent != transparent || range.count == 0)
+        if (!isMeant(batch) || range.count == 0)
             continue;
         const GlMesh& mesh = meshOf(batch, range);
         // Half of the triangles of a solid face away; leaving them out early is what saves most in software.
-        const bool outsideOnly = mesh.closed && batch.mirrored == 0 && !transparent;
+        const bool outsideOnly = mesh.closed && batch.mirrored == 0 && which == Faces::OfOpaque;
         outsideOnly ? glEnable(GL_CULL_FACE) : glDisable(GL_CULL_FACE);
         glBindVertexArray(mesh.faceArray);
         InstanceStore::bind(range);

@@ -38,6 +38,7 @@ struct KeptScene
         instances.release();
         contact.darkness.release();
         lit.depths.release();
+        lit.glass.release();
     }
 };
 
@@ -104,9 +105,16 @@ struct Frame
     /// The mesh of a batch in the form that suits the picture.
     const GlMesh& meshOf(const Batch& batch, const InstanceStore::Range& range) const;
 
-    /// Draws the faces of the scene with the program that is current, which takes the attributes of
-    /// Attribute: those of the batches that have transparent parts, or those of the others.
-    void drawFaces(bool transparent) const;
+    /// Whether anything in view is transparent.
+    bool showsGlass() const;
+
+    enum class Faces {
+        OfOpaque, ///< Of the batches that have nothing transparent.
+        OfMixed,  ///< Of those in which some faces are, and others not.
+        OfGlass,  ///< Of all that have anything transparent.
+    };
+    /// Draws faces of the scene with the program that is current, which takes the attributes of Attribute.
+    void drawFaces(Faces which) const;
 };
 
 /// One thing that is drawn of every fragment, after the others in a fixed order (see Renderer.cpp). Owns the

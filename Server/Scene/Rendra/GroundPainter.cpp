@@ -223,12 +223,14 @@ bool GroundPainter::drawMirror(const Frame& frame, const Ground& ground)
     if (!m_mirror.make(Layer::Kind::Colour, into.width, into.height))
         return false;
     const Vs::Scene::Projection projection = mirroredView(frame, ground);
-    const Frame mirror{frame.fragment, frame.scene,  frame.meshes, projection,       frame.target,
+    RenderTarget target = frame.target;
+    target.framebuffer = m_mirror.framebuffer();
+    target.samples = 1;
+    const Frame mirror{frame.fragment, frame.scene,  frame.meshes, projection,       target,
                        frame.area,     into,         into,         frame.statistics, frame.environment,
                        frame.light,    frame.coarse, frame.quick,  frame.smallest};
     frame.scene.instances.update(frame.scene.list, projection, frame.smallest);
     mirror.drawIntoPicture();
-    m_mirror.begin();
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     glFrontFace(GL_CW);
     m_bodies.drawFaces(mirror);
@@ -283,8 +285,7 @@ void GroundPainter::drawPlane(const Frame& frame, const Ground& ground, const Lo
     glUniform1i(m_program.uniform("darkened"), look.shadowed);
     glUniform1i(m_program.uniform("lit"), look.lit);
     glUniform1i(m_program.uniform("mirrored"), look.mirrored);
-    // Samplers of different kinds may not share a unit, whether they are used or not.
-    glUniform1i(m_program.uniform("shadows"), 2);
+    ObjectShadow::setUnits(m_program);
     if (look.lit)
         ObjectShadow::set(m_program, frame);
     if (look.mirrored)

@@ -2,6 +2,7 @@
 
 #include "Server/Scene/Rendra/CommonShaders.h"
 #include "Server/Scene/Rendra/HighlightShaders.h"
+#include "Server/Scene/Rendra/ScreenBounds.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,33 +20,6 @@ constexpr float kHiddenSelected = 0.25f;
 constexpr int kBlockLevel = 3, kBlock = 1 << kBlockLevel;
 /// More lines than this help nobody to see what is selected.
 constexpr size_t kMostVertices = 400000;
-
-/// The rectangle, in pixels of the framebuffer, that bounds what is highlighted; the whole part if that
-/// cannot be told because something reaches behind the viewer.
-Area boundsOf(const Frame& frame, int margin)
-{
-    double low[2] = {1e300, 1e300}, high[2] = {-1e300, -1e300};
-    for (const InstanceStore::Lit& lit : frame.scene.instances.lit()) {
-        const Batch::Box& box = lit.batch->boxes[lit.index];
-        for (int corner = 0; corner < 8; ++corner) {
-            GkPoint3d at = GkPoint3d() + frame.scene.list.origin();
-            at.x += box.centre[0] + (corner & 1 ? box.half[0] : -box.half[0]);
-            at.y += box.centre[1] + (corner & 2 ? box.half[1] : -box.half[1]);
-            at.z += box.centre[2] + (corner & 4 ? box.half[2] : -box.half[2]);
-            const GkPoint3d seen = frame.projection.worldToScreen(at);
-            if (frame.projection.perspective() && seen.z <= 0)
-                return frame.part;
-            low[0] = std::min(low[0], seen.x);
-            low[1] = std::min(low[1], seen.y);
-            high[0] = std::max(high[0], seen.x);
-            high[1] = std::max(high[1], seen.y);
-        }
-    }
-    const auto pixel = [](double value) { return int(std::lround(std::clamp(value, -1e6, 1e6))); };
-    const int x = frame.area.x + pixel(low[0]) - margin, y = frame.area.y + pixel(low[1]) - margin;
-    return intersection(frame.part,
-                        {x, y, pixel(high[0] - low[0]) + 2 * margin, pixel(high[1] - low[1]) + 2 * margin});
-}
 
 int wholeBlocks(int pixels)
 {
@@ -104,7 +78,10 @@ void HighlightPainter::drawOutline(const Frame& frame)
 {
     const float logical = std::max(1.0f, frame.target.lineWidth);
     const int margin = int(std::ceil(kGlowPixels * logical)) + 1;
-    const Area touched = boundsOf(frame, margin);
+    ScreenBounds bounds(frame);
+    for (const InstanceStore::Lit& lit : frame.scene.instances.lit())
+        bounds.add(lit.batch->boxes[lit.index]);
+    const Area touched = bounds.area(margin);
     if (touched.width == 0 || touched.height == 0 || !makeOutline())
         return;
     const int width = wholeBlocks(frame.part.width + 2 * margin);

@@ -25,6 +25,7 @@ public:
     /// Releases what only large pictures need, which are not drawn again and again as those of a canvas are.
     void releaseIfLarge();
 
+    GLuint framebuffer() const { return m_framebuffer; }
     GLuint texture() const { return m_texture; }
     /// The depths of a layer that has some beside its colours.
     GLuint depths() const { return m_depths; }

@@ -139,7 +139,30 @@ void LayoutGrid::release()
     m_stream.release();
 }
 
+bool LayoutGrid::isUnderGlass(const Frame& frame)
+{
+    // A drawing is made of what is there by then, and not of helps.
+    if (!frame.target.grid || !frame.showsGlass() || frame.params().nprEffect() != 0)
+        return false;
+    const GkVector3d up = frame.params().groundPlaneOrientation();
+    const Vs::Scene::Projection& view = frame.projection;
+    return view.perspective() ? frame.fragment.camera()->position().asVector().dotProduct(up) >= 0
+                              : (view.view() * up).z >= 0;
+}
+
+void GridUnderGlass::draw(const Frame& frame)
+{
+    if (LayoutGrid::isUnderGlass(frame))
+        m_grid.drawNow(frame);
+}
+
 void LayoutGrid::draw(const Frame& frame)
+{
+    if (!isUnderGlass(frame))
+        drawNow(frame);
+}
+
+void LayoutGrid::drawNow(const Frame& frame)
 {
     if (!frame.target.grid || !frame.showsModel() || !makePrograms())
         return;

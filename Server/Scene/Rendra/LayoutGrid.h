@@ -17,6 +17,10 @@ public:
     void draw(const Frame& frame) override;
     void release() override;
 
+    /// Whether transparent bodies are to be drawn over the grid of a frame, not under it: where one looks
+    /// down on its plane.
+    static bool isUnderGlass(const Frame& frame);
+
 private:
     /// Where the grid is for one picture. Coordinates are along `axes`, in millimetres.
     struct Plane
@@ -32,6 +36,8 @@ private:
         float opacity;
     };
 
+    friend class GridUnderGlass;
+    void drawNow(const Frame& frame);
     bool makePrograms();
     void drawLines(const Frame& frame, const Plane& plane);
     void drawNumbers(const Frame& frame, const Plane& plane, const GridScale& scale);
@@ -41,6 +47,19 @@ private:
     VertexStream m_stream;
     bool m_tried = false;
     std::vector<Vertex> m_vertices;
+};
+
+/// The grid once more, for its other place among the passes: drawn there alone if it is under glass.
+class GridUnderGlass : public Pass
+{
+public:
+    explicit GridUnderGlass(LayoutGrid& grid) : m_grid(grid) {}
+    bool make(Vs::Status&) override { return true; }
+    void draw(const Frame& frame) override;
+    void release() override {}
+
+private:
+    LayoutGrid& m_grid;
 };
 
 } // namespace Rendra

@@ -35,6 +35,9 @@ uniform sampler2DShadow shadows;
 uniform mat4 toShadows; // from the camera's coordinates to 0 .. 1
 uniform float shadowTexel; // in millimetres
 uniform int shadowWidth;
+uniform bool glassShades;
+uniform sampler2D glassLight;
+uniform sampler2DShadow glassDepths;
 
 float lampReaches(vec3 place, vec3 normal)
 {
@@ -57,6 +60,14 @@ float lampReaches(vec3 place, vec3 normal)
             vec2 off = (vec2(x, y) - float(shadowWidth - 1) * 0.5) * step;
             sum += texture(shadows, vec3(at.xy + off, min(at.z + dot(slope, off) - bias, 1.0)));
         }
+    if (glassShades) {
+        float behind = 0.0;
+        for (int i = 0; i < 4; ++i) {
+            vec2 off = (vec2(i & 1, i >> 1) - 0.5) * step;
+            behind += 0.25 - 0.25 * texture(glassDepths, vec3(at.xy + off, min(at.z + dot(slope, off) - 2.0 * bias, 1.0)));
+        }
+        sum *= mix(1.0, texture(glassLight, at.xy).r, behind);
+    }
     // Where the light only grazes a face, its own roundness would shade it in steps; there is hardly any light.
     return mix(1.0, sum / float(shadowWidth * shadowWidth), smoothstep(0.04, 0.24, facing));
 }
@@ -72,12 +83,39 @@ float lampReaches(vec3 place, vec3 normal)
 }
 )";
 
+namespace {
+
+constexpr const char* kGlassVertex = R"(
+layout(location = 2) in vec4 faceColour;
+layout(location = 6) in vec4 colour;
+flat out float opacity;
+
+void main()
+{
+    gl_Position = projection * placed(position);
+    opacity = faceColour.a > 0.0 ? faceColour.a * colour.a : colour.a;
+}
+)";
+
+/// Light passes two sides of most bodies.
+constexpr const char* kGlassFragment = R"(
+flat in float opacity;
+out vec4 result;
+
+void main()
+{
+    result = vec4(0.0, 0.0, 0.0, 0.6 * opacity);
+}
+)";
+
+} // namespace
+
 bool ObjectShadow::find(const Frame& frame)
 {
     const int type = std::clamp(frame.params().objectShadowType(), 0, 3);
     Kept& kept = frame.scene.lit;
     if (type == kNone && std::exchange(kept.shapes, 0) != 0)
-        kept.depths.release();
+        kept.depths.release(), kept.glass.release();
     if (type == kNone || !frame.target.effects || frame.scene.list.instances() == 0)
         return false;
     const GkVector3d toLamp =
@@ -94,6 +132,7 @@ bool ObjectShadow::find(const Frame& frame)
     if (!std::exchange(m_tried, true)) {
         Vs::Status ignored;
         m_depthOnly.make("shadows", {kInstance, kDepthVertex}, {kDepthFragment}, ignored);
+        m_glass.make("shadows of glass", {kInstance, kGlassVertex}, {kGlassFragment}, ignored);
     }
     const BBox bounds = frame.fragment.viewFragmentNode()->boundingBox();
     const double radius = bounds.diagonal() / 2;
@@ -120,14 +159,19 @@ bool ObjectShadow::find(const Frame& frame)
     m_depthOnly.setMatrix("projection", kept.place.entry);
     kept.depths.begin();
     glClear(GL_DEPTH_BUFFER_BIT);
-    frame.drawFaces(false);
+    frame.drawFaces(Frame::Faces::OfOpaque);
+    drawGlass(frame, kept);
     frame.scene.instances.update(list, frame.projection, frame.smallest);
 
-    glBindTexture(GL_TEXTURE_2D, kept.depths.texture());
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_MODE, GL_COMPARE_REF_TO_TEXTURE);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_FUNC, GL_LEQUAL);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    for (const GLuint texture : {kept.depths.texture(), kept.glass.depths()}) {
+        glBindTexture(GL_TEXTURE_2D, texture);
+        if (texture == 0)
+            continue;
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_MODE, GL_COMPARE_REF_TO_TEXTURE);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_FUNC, GL_LEQUAL);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    }
     glBindTexture(GL_TEXTURE_2D, 0);
     kept.shapes = list.shapeRevision();
     kept.type = type;
@@ -136,9 +180,44 @@ bool ObjectShadow::find(const Frame& frame)
     return true;
 }
 
-void ObjectShadow::set(const Program& program, const Frame& frame)
+// All that is transparent takes of the light, in whatever order.
+void ObjectShadow::drawGlass(const Frame& frame, Kept& kept)
+{
+    const bool isThere = frame.scene.list.opacityOfGlass() > 0;
+    if (!isThere)
+        kept.glass.release();
+    kept.hasGlass =
+        isThere && m_glass && kept.glass.make(Layer::Kind::Colour, kept.depths.width(), kept.depths.height());
+    if (!kept.hasGlass)
+        return;
+    kept.glass.begin();
+    glClearColor(1, 1, 1, 1);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glClearColor(0, 0, 0, 0);
+    m_glass.use();
+    m_glass.setMatrix("view", GkMatrix3d().entry);
+    m_glass.setMatrix("projection", kept.place.entry);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_ZERO, GL_ONE_MINUS_SRC_ALPHA);
+    glDepthMask(GL_FALSE);
+    frame.drawFaces(Frame::Faces::OfGlass);
+    glDepthMask(GL_TRUE);
+    glDisable(GL_BLEND);
+    glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+    frame.drawFaces(Frame::Faces::OfGlass);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+}
+
+void ObjectShadow::setUnits(const Program& program)
 {
     glUniform1i(program.uniform("shadows"), 2);
+    glUniform1i(program.uniform("glassLight"), 5);
+    glUniform1i(program.uniform("glassDepths"), 6);
+}
+
+void ObjectShadow::set(const Program& program, const Frame& frame)
+{
+    setUnits(program);
     const Kept& kept = frame.scene.lit;
     GkMatrix3d toUnit = GkMatrix3d::translation({0.5, 0.5, 0.5}) * GkMatrix3d::scaling(0.5);
     const GkMatrix3d view = frame.projection.view() * GkMatrix3d::translation(kept.origin);
@@ -147,14 +226,20 @@ void ObjectShadow::set(const Program& program, const Frame& frame)
     glUniform3f(program.uniform("toLamp"), float(toLamp.x), float(toLamp.y), float(toLamp.z));
     glUniform1f(program.uniform("shadowTexel"), float(kept.texel));
     glUniform1i(program.uniform("shadowWidth"), widthOf(kept.type));
-    glActiveTexture(GL_TEXTURE2);
-    glBindTexture(GL_TEXTURE_2D, kept.depths.texture());
+    glUniform1i(program.uniform("glassShades"), kept.hasGlass);
+    for (const auto& [unit, texture] : {std::pair(GL_TEXTURE2, kept.depths.texture()),
+                                        {GL_TEXTURE5, kept.glass.texture()},
+                                        {GL_TEXTURE6, kept.glass.depths()}}) {
+        glActiveTexture(GLenum(unit));
+        glBindTexture(GL_TEXTURE_2D, texture);
+    }
     glActiveTexture(GL_TEXTURE0);
 }
 
 void ObjectShadow::release()
 {
     m_depthOnly.release();
+    m_glass.release();
     *this = ObjectShadow();
 }
 

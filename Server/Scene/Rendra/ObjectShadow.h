@@ -20,6 +20,8 @@ public:
     struct Kept
     {
         Layer depths;
+        Layer glass; ///< How much light comes through what is transparent, and how far that is.
+        bool hasGlass = false;
         GkMatrix3d place;    ///< From coordinates relative to the draw list's origin to the picture, -1 to 1.
         double texel = 0;    ///< Width of its pixels, in millimetres.
         uint64_t shapes = 0; ///< Of which revision; 0 for none.
@@ -32,8 +34,10 @@ public:
     /// of its own.
     bool find(const Frame& frame);
     /// Sets the uniforms of `kLookUp` for a program that is current; `find` must have returned true. Uses
-    /// texture unit 2.
+    /// texture units 2, 5 and 6.
     static void set(const Program& program, const Frame& frame);
+    /// Names these units alone. Samplers of different kinds may not share one, whether they are used or not.
+    static void setUnits(const Program& program);
 
     void release();
 
@@ -45,7 +49,9 @@ public:
     static const char* const kNoLookUp;
 
 private:
-    Program m_depthOnly;
+    void drawGlass(const Frame& frame, Kept& kept);
+
+    Program m_depthOnly, m_glass;
     bool m_tried = false;
 };
 

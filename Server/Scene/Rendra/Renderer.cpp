@@ -6,6 +6,7 @@
 #include "Server/Scene/Rendra/Background.h"
 #include "Server/Scene/Rendra/BodyPainter.h"
 #include "Server/Scene/Rendra/Frame.h"
+#include "Server/Scene/Rendra/GlassPainter.h"
 #include "Server/Scene/Rendra/GroundPainter.h"
 #include "Server/Scene/Rendra/HelperPainter.h"
 #include "Server/Scene/Rendra/HighlightPainter.h"
@@ -42,13 +43,16 @@ struct Renderer::Data
     Background background;
     BodyPainter bodies;
     GroundPainter ground{bodies};
+    GlassPainter glass{bodies};
     Sketch sketch;
     LayoutGrid grid;
+    GridUnderGlass gridUnderGlass{grid};
     HighlightPainter highlights;
     PartPainter parts;
     HelperPainter helpers;
     /// What is drawn of each fragment, in this order.
-    const std::array<Pass*, 7> passes{&ground, &bodies, &sketch, &grid, &highlights, &parts, &helpers};
+    const std::array<Pass*, 9> passes{&ground, &bodies,     &gridUnderGlass, &glass,  &sketch,
+                                      &grid,   &highlights, &parts,          &helpers};
     EnvironmentLight light;
     const Vs::Scene::Environment* environment = nullptr;
     MeshStore meshes;

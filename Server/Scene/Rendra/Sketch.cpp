@@ -266,8 +266,8 @@ bool Sketch::drawShapes(const Frame& frame)
     m_shapes.begin();
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     frame.setView(m_shape, into);
-    frame.drawFaces(false);
-    frame.drawFaces(true);
+    frame.drawFaces(Frame::Faces::OfOpaque);
+    frame.drawFaces(Frame::Faces::OfGlass);
     return true;
 }
 

@@ -1,0 +1,94 @@
+#pragma once
+
+/// What programs of faces write where they draw transparent ones, and how the layers of these come into the
+/// picture (see GlassLayers).
+namespace Rendra::Shaders {
+
+/// How the fragment shader of a face hands on its colour.
+inline constexpr const char* kFaceResult = R"(
+#ifdef GLASS
+uniform vec2 clipRange; // near and far
+uniform bool parallel;
+layout(location = 0) out vec4 sum;     // added up; its opacity is multiplied instead
+layout(location = 1) out vec2 weights; // of all, which are added up, and of the foremost
+layout(location = 2) out vec4 foremost;
+
+// What lies farther back counts less. Only places between the foremost and the last are weighed by this.
+void give(vec4 colour)
+{
+    float ahead = parallel ? gl_FragCoord.z : (1.0 / gl_FragCoord.w - clipRange.x) / (clipRange.y - clipRange.x);
+    float weight = colour.a * exp2(-6.0 * clamp(ahead, 0.0, 1.0));
+    sum = vec4(colour.rgb * weight, colour.a);
+    weights = vec2(weight);
+    foremost = vec4(colour.rgb * colour.a, colour.a);
+}
+#else
+out vec4 result;
+
+void give(vec4 colour)
+{
+    result = colour;
+}
+#endif
+)";
+
+/// The foremost layer is known by itself; what is behind it is the mean of the others, which is exact for
+/// one. The layers have one sample to a pixel, the picture may have several: each is as deep as the foremost
+/// layer, so that those of an opaque body before it stay as they are; and where such a body has the one
+/// sample, a pixel beside tells what is behind.
+inline constexpr const char* kGlassFragment = R"(
+uniform sampler2D sums;
+uniform sampler2D weights;
+uniform sampler2D foremost;
+uniform sampler2D lines;
+uniform sampler2D depths;
+uniform bool lined;
+uniform bool sampled;
+out vec4 result; // multiplied by its opacity
+
+float depthAt(ivec2 at)
+{
+    return texelFetch(depths, at, 0).r;
+}
+
+void main()
+{
+    ivec2 at = ivec2(gl_FragCoord.xy);
+    vec4 sum = texelFetch(sums, at, 0);
+    vec4 line = lined ? texelFetch(lines, at, 0) : vec4(0.0);
+    float depth = 0.0;
+    if (sampled) {
+        const ivec2 ways[4] = ivec2[](ivec2(1, 0), ivec2(-1, 0), ivec2(0, 1), ivec2(0, -1));
+        float here = depthAt(at), slope = 1.0;
+        ivec2 behind = at;
+        for (int i = 0; i < 4; ++i) {
+            ivec2 beside = clamp(at + ways[i], ivec2(0), textureSize(depths, 0) - 1);
+            float there = depthAt(beside);
+            slope = min(slope, beside == at ? 1.0 : abs(there - here));
+            if (there > here + 1e-6 && texelFetch(sums, beside, 0).a < 1.0)
+                behind = beside;
+        }
+        if (sum.a == 1.0 && behind != at) {
+            at = behind;
+            sum = texelFetch(sums, at, 0);
+            line = lined ? texelFetch(lines, at, 0) : vec4(0.0);
+            here = depthAt(at);
+            slope = 0.0;
+        }
+        depth = here - slope - 1e-6;
+    }
+    gl_FragDepth = depth;
+    if (sum.a == 1.0 && line.a == 0.0)
+        discard;
+    vec4 front = texelFetch(foremost, at, 0);
+    vec2 weight = texelFetch(weights, at, 0).rg;
+    vec3 seen = front.rgb;
+    float behind = 1.0 - clamp(sum.a / max(1.0 - front.a, 1e-3), 0.0, 1.0);
+    vec3 others = sum.rgb - front.rgb / max(front.a, 1e-3) * weight.g;
+    if (weight.r - weight.g > 1e-3 * weight.g)
+        seen += (1.0 - front.a) * behind * clamp(others / (weight.r - weight.g), 0.0, 1.0);
+    result = vec4(line.rgb + (1.0 - line.a) * seen, 1.0 - (1.0 - line.a) * sum.a);
+}
+)";
+
+} // namespace Rendra::Shaders
