@@ -3,6 +3,10 @@
 #include "Server/Itemhub/Client/Signature.h"
 #include "Server/Network/OAuth.h"
 
+#include <QDateTime>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocale>
 #include <QUrlQuery>
 
 namespace Vs::Itemhub {
@@ -48,7 +52,7 @@ std::unique_ptr<Network::Http> Connections::make() const
     auto http = std::make_unique<Network::Http>(credentialsOf(access));
     if (access.kind == Access::Kind::Signed)
         http->signature(
-            [this](const Network::Request& request) { return signatureOf(request, this->access()); });
+            [this](const Network::Request& request) { return signatureOf(request, this->access(), now()); });
     return http;
 }
 
@@ -70,6 +74,8 @@ Network::Answer Connections::ask(const Network::Request& request, const Network:
     auto http = take();
     const std::string token = access().token;
     Network::Answer answer = http->ask(request, watch);
+    if (answer.status == 401 && tellsTime(answer))
+        answer = http->ask(request, watch);
     if (answer.status == 401 && renew(token)) {
         http = make();
         answer = http->ask(request, watch);
@@ -80,6 +86,25 @@ Network::Answer Connections::ask(const Network::Request& request, const Network:
         (m_access.kind == Access::Kind::Signed || http->credentials().secret == m_access.token))
         m_idle.push_back(std::move(http));
     return answer;
+}
+
+std::int64_t Connections::now() const
+{
+    return QDateTime::currentSecsSinceEpoch() + m_ahead;
+}
+
+bool Connections::tellsTime(const Network::Answer& refusal)
+{
+    const QJsonObject problem = QJsonDocument::fromJson(refusal.content).object();
+    if (access().kind != Access::Kind::Signed || problem["code"] != QLatin1String("clock"))
+        return false;
+    QDateTime time = QLocale::c().toDateTime(QString::fromLatin1(refusal.header("Date")),
+                                             QStringLiteral("ddd, dd MMM yyyy HH:mm:ss 'GMT'"));
+    time.setTimeSpec(Qt::UTC);
+    if (!time.isValid())
+        return false;
+    m_ahead = time.toSecsSinceEpoch() - QDateTime::currentSecsSinceEpoch();
+    return true;
 }
 
 bool Connections::renew(const std::string& refused)
@@ -113,8 +138,8 @@ bool Connections::renew(const std::string& refused)
 bool Connections::renewSigned(Access& access) const
 {
     Network::Http http({});
-    http.signature([&access](const Network::Request& request) {
-        return signatureOf(request, access, access.sessionHandle);
+    http.signature([this, &access](const Network::Request& request) {
+        return signatureOf(request, access, now(), access.sessionHandle);
     });
     const QUrl url(QString::fromStdString(access.address) + "oauth/access_token");
     const Network::Answer answer = http.ask({.method = "POST", .url = url});

@@ -3,7 +3,6 @@
 #include "Server/Network/Json.h"
 
 #include <QCryptographicHash>
-#include <QDateTime>
 #include <QMessageAuthenticationCode>
 #include <QUrlQuery>
 
@@ -46,13 +45,14 @@ QByteArray baseOf(const Network::Request& request, const std::vector<Pair>& para
 
 } // namespace
 
-QByteArray signatureOf(const Network::Request& request, const Access& access, const std::string& handle)
+QByteArray signatureOf(const Network::Request& request, const Access& access, std::int64_t now,
+                       const std::string& handle)
 {
     std::vector<Pair> parameters{
         {"oauth_consumer_key", encoded(access.consumerKey)},
         {"oauth_nonce", Network::randomName()},
         {"oauth_signature_method", "HMAC-SHA256"},
-        {"oauth_timestamp", QByteArray::number(QDateTime::currentSecsSinceEpoch())},
+        {"oauth_timestamp", QByteArray::number(qint64(now))},
         {"oauth_token", encoded(access.token)},
         {"oauth_version", "1.0"},
     };

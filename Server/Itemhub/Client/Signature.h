@@ -8,8 +8,9 @@
 namespace Vs::Itemhub {
 
 /// The header "Authorization" of a request that is signed by OAuth 1.0a (HMAC-SHA256), another one at each
-/// call. `handle` is the session handle where the request asks for a new token; otherwise empty.
-[[nodiscard]] QByteArray signatureOf(const Network::Request& request, const Access& access,
+/// call. `now` is the service's time in seconds since 1970. `handle` is the session handle where the request
+/// asks for a new token; otherwise empty.
+[[nodiscard]] QByteArray signatureOf(const Network::Request& request, const Access& access, std::int64_t now,
                                      const std::string& handle = {});
 
 } // namespace Vs::Itemhub

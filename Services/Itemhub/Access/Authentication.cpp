@@ -4,6 +4,9 @@
 #include "Services/Itemhub/Access/PageSession.h"
 #include "Services/Itemhub/Store/Memo.h"
 
+#include <QDateTime>
+#include <QLocale>
+
 #include <cstdlib>
 #include <optional>
 
@@ -19,6 +22,14 @@ Http::Problem unauthorized(const char* code, const std::string& detail)
 {
     return Http::Problem(401, code, detail)
         .with("WWW-Authenticate", std::string("Bearer realm=\"itemhub\", error=\"") + code + '"');
+}
+
+std::string httpTime(qint64 seconds)
+{
+    return QLocale::c()
+               .toString(QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC), "ddd, dd MMM yyyy HH:mm:ss")
+               .toStdString() +
+           " GMT";
 }
 
 void requireGood(const TokenRecord& token)
@@ -67,9 +78,11 @@ TokenRecord bySignature(Store::Connection& connection, const MasterKey& key, con
                         const QMap<QString, QString>& parameters, const QString& base)
 {
     const qint64 seconds = Store::now() / 1000, stamp = parameters.value("oauth_timestamp").toLongLong();
+    // With what the time is here, a client whose clock is wrong can sign anew.
     if (std::abs(seconds - stamp) > kClockSeconds)
         throw unauthorized("clock", "The request's time is " + std::to_string(std::abs(seconds - stamp)) +
-                                        " seconds from the service's; set the clock.");
+                                        " seconds from the service's; set the clock.")
+            .with("Date", httpTime(seconds));
     const QString consumerKey = parameters.value("oauth_consumer_key"),
                   name = parameters.value("oauth_token");
     const auto token = Store::findToken(connection, name);

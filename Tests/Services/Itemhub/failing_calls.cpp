@@ -3,15 +3,22 @@
 //
 //     ITEMHUB_KILL_AT=N       at the Nth such call after the file ITEMHUB_ARMED exists
 //     ITEMHUB_DISK_FULL=FILE  while that file exists
+//
+// It also sets its clock:
+//
+//     ITEMHUB_AHEAD=SECONDS   which is so much ahead of the system's
 
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
 #include <cstdlib>
+#include <ctime>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/time.h>
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -101,5 +108,31 @@ int mkdir(const char* path, mode_t mode) noexcept
 {
     count();
     return isFull() ? -1 : real<int (*)(const char*, mode_t)>("mkdir")(path, mode);
+}
+int clock_gettime(clockid_t clock, timespec* time)
+{
+    const long result = ::syscall(SYS_clock_gettime, clock, time);
+    const char* const ahead = std::getenv("ITEMHUB_AHEAD");
+    if (ahead && result == 0 && (clock == CLOCK_REALTIME || clock == CLOCK_REALTIME_COARSE))
+        time->tv_sec += std::atol(ahead);
+    return static_cast<int>(result);
+}
+
+int gettimeofday(timeval* time, void*)
+{
+    timespec now{};
+    const int result = clock_gettime(CLOCK_REALTIME, &now);
+    constexpr long kNanosecondsInMicrosecond = 1000;
+    *time = {now.tv_sec, now.tv_nsec / kNanosecondsInMicrosecond};
+    return result;
+}
+
+time_t time(time_t* told)
+{
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    if (told)
+        *told = now.tv_sec;
+    return now.tv_sec;
 }
 }
