@@ -3,6 +3,9 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Document.h"
 #include "Server/Itemhub/ItemhubOptionGroup.h"
+#include "Tests/Server/Skyvault/Client/ScriptedServer.h"
+#include "Tests/Support/Process.h"
+#include "Tests/Support/Servers/TestServer.h"
 #include "Tests/UI/Commands/Itemhub/WithItems.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
@@ -20,6 +23,8 @@
 #include "UI/Commands/Adaptations/QT/Itemhub/SearchResult.h"
 
 #include <QCheckBox>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -365,6 +370,62 @@ TEST_F(ItemsWindowTest, APersonSignsInWithTheBrowserWhileTheDialogWaits)
     ASSERT_TRUE(person.shown.valid());
     EXPECT_NE(person.shown.get().find("You can close this page"), std::string::npos);
     Vu::CommandMgr::get()->GetAlertController()->clearAllAlerts();
+}
+
+TEST_F(ItemsWindowTest, ATrackerIsSignedInToByALineWithAKeyAndByTheDialogWithAPassword)
+{
+    const ScriptedServer tracker("issue_tracker.py");
+    if (!tracker.missing().empty() && TestSupport::serversAreRequired())
+        FAIL() << "Not installed: " << tracker.missing();
+    if (!tracker.missing().empty())
+        GTEST_SKIP() << "NOTICE: not installed: " << tracker.missing();
+    const QJsonObject told = QJsonDocument::fromJson(QByteArray::fromStdString(tracker.address())).object();
+    const std::string address = "redmine+" + told["address"].toString().toStdString();
+    hub().signOut();
+
+    // By a line, in a program of its own, which makes an item there.
+    const auto lines = TestSupport::runQuillet(
+        {"--headless", "--command", "Itemhub.SignIn " + address + ' ' + told["ada"].toString().toStdString(),
+         "--command", "Dashboard.NewItemCmd 1 \"Tracked wheel\" 0 0 VeloraAssetType", "--command",
+         "Design.Box 10 20 30", "--command", "Document.Save", "--command", "Itemhub.Wait 60", "--command",
+         "Itemhub.Account", "--command", "Itemhub.Search Tracked"},
+        {.secondsLimit = 120});
+    EXPECT_EQ(lines.exitCode, 0) << lines.output << lines.errors;
+    EXPECT_NE(lines.output.find("ada"), std::string::npos) << lines.output;
+    const size_t row = lines.output.find("\tTracked wheel");
+    ASSERT_NE(row, std::string::npos) << lines.output;
+    const size_t begin = lines.output.find_last_of('\n', row) + 1;
+    const std::string item = lines.output.substr(begin, row - begin);
+
+    // By the dialog, as somebody else, who opens it.
+    QTItemhubSignInDialog dialog(nullptr);
+    dialog.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    for (const auto& [name, text] :
+         {std::pair("itemhubAddress", address), {"itemhubCustomer", ""}, {"itemhubAccount", "bob"}}) {
+        auto* field = part<QLineEdit>(dialog, name);
+        field->setFocus();
+        field->selectAll();
+        QTest::keyClick(field, Qt::Key_Delete);
+        QTest::keyClicks(field, QString::fromStdString(text));
+    }
+    for (QCheckBox* keep : dialog.findChildren<QCheckBox*>())
+        keep->setChecked(false);
+    auto* password = part<QLineEdit>(dialog, "itemhubPassword");
+    password->setFocus();
+    QTest::keyClicks(password, QStringLiteral("not the password"));
+    QTest::keyClick(password, Qt::Key_Return);
+    const auto* message = part<QLabel>(dialog, "itemhubMessage");
+    EXPECT_TRUE(message->isVisible());
+    EXPECT_FALSE(hub().isAuthenticated());
+    password->selectAll();
+    QTest::keyClicks(password, QString::fromStdString(TestSupport::ItemService::password()));
+    QTest::keyClick(password, Qt::Key_Return);
+    EXPECT_EQ(dialog.result(), QDialog::Accepted) << message->text().toStdString();
+    EXPECT_EQ(hub().accountName(), L"bob");
+    answer(L"Itemhub.Open " + Vs::Strings::widen(item));
+    EXPECT_EQ(activeDocument()->displayName(), L"Tracked wheel");
+    EXPECT_EQ(itemOfShown(), std::stoi(item));
 }
 
 TEST_F(ItemsWindowTest, ALabelIsOneLineThatIsNotEmpty)
