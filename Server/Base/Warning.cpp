@@ -5,22 +5,30 @@
 
 #include <cstdio>
 #include <mutex>
+#include <utility>
+#include <vector>
 
 namespace Vs {
 
 namespace {
 
-struct Handler
+struct Handlers
 {
+    struct Entry
+    {
+        const WarningHandler* owner;
+        std::function<void(const std::wstring&)> function;
+    };
+
     std::mutex mutex;
-    std::function<void(const std::wstring&)> function;
+    std::vector<Entry> all;
 };
 
 // Never destroyed: options are written, and may warn, until the very end of the process.
-Handler& handler()
+Handlers& handlers()
 {
-    static Handler& handler = *new Handler;
-    return handler;
+    static Handlers& handlers = *new Handlers;
+    return handlers;
 }
 
 } // namespace
@@ -29,8 +37,9 @@ void warn(const std::wstring& message)
 {
     std::function<void(const std::wstring&)> function;
     {
-        std::lock_guard lock(handler().mutex);
-        function = handler().function;
+        std::lock_guard lock(handlers().mutex);
+        if (!handlers().all.empty())
+            function = handlers().all.back().function;
     }
     if (function)
         function(message);
@@ -38,11 +47,18 @@ void warn(const std::wstring& message)
         std::fprintf(stderr, "%s\n", Strings::forTerminal(Strings::narrow(message)).c_str());
 }
 
-void warningHandler(std::function<void(const std::wstring&)> function)
+WarningHandler::WarningHandler(std::function<void(const std::wstring&)> function)
 {
     assertMainThread();
-    std::lock_guard lock(handler().mutex);
-    handler().function = std::move(function);
+    require(function != nullptr, "a handler of warnings has a function");
+    std::lock_guard lock(handlers().mutex);
+    handlers().all.push_back({this, std::move(function)});
+}
+
+WarningHandler::~WarningHandler()
+{
+    std::lock_guard lock(handlers().mutex);
+    std::erase_if(handlers().all, [this](const auto& each) { return each.owner == this; });
 }
 
 } // namespace Vs

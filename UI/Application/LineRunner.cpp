@@ -47,10 +47,10 @@ private:
 
 } // namespace
 
-LineRunner::LineRunner(Options options) : m_options(options)
+LineRunner::LineRunner(Options options)
+    : m_options(options), m_handler([this](const std::wstring& text) { warn(text); })
 {
     Vs::TextCommandMgr::get()->output(this);
-    Vs::warningHandler([this](const std::wstring& text) { warn(text); });
     Vu::PerfTestingContext::failureHandler([this](const std::wstring& text) {
         if (m_lineRuns)
             m_missedBounds.push_back(text);
@@ -64,7 +64,6 @@ LineRunner::~LineRunner()
     tellWarnings();
     flush();
     Vu::PerfTestingContext::failureHandler(nullptr);
-    Vs::warningHandler(nullptr);
     Vs::TextCommandMgr::get()->output(nullptr);
 }
 

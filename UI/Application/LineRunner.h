@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/Warning.h"
 
 #include <atomic>
 #include <mutex>
@@ -60,6 +61,7 @@ private:
     std::atomic<bool> m_lineRuns = false;
     bool m_failed = false;
     int m_scriptCode = 0;
+    Vs::WarningHandler m_handler; ///< The last: it may be called once it exists.
 };
 
 } // namespace Quillet

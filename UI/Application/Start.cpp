@@ -56,9 +56,10 @@ void takeLanguage(bool headless)
 bool loadAddIns(bool& whole)
 {
     Vs::Status status;
-    Vs::warningHandler([&](const std::wstring& text) { status.addError(text); });
-    Vs::AddInMgr::get()->loadAddIns(status);
-    Vs::warningHandler(nullptr);
+    {
+        const Vs::WarningHandler handler([&](const std::wstring& text) { status.addError(text); });
+        Vs::AddInMgr::get()->loadAddIns(status);
+    }
     whole = !status.isError();
     if (!whole)
         complain(

@@ -30,13 +30,8 @@ protected:
         fs::create_symlink(fs::path(QUILLET_TEST_ROOT) / "lib", root.path() / "lib");
         fs::create_directories(root.path() / "Server");
         fs::create_symlink(fs::path(QUILLET_TEST_ROOT) / "Server/AddInMgr", root.path() / "Server/AddInMgr");
-        Vs::warningHandler([this](const std::wstring& text) { log += text + L';'; });
     }
-    ~AddInMgrTest() override
-    {
-        manager->unloadAddIns();
-        Vs::warningHandler({});
-    }
+    ~AddInMgrTest() override { manager->unloadAddIns(); }
 
     fs::path write(const std::string& folder, const std::string& content)
     {
@@ -53,6 +48,7 @@ protected:
 
     TestSupport::ScratchFolder root;
     std::wstring log;
+    const Vs::WarningHandler handler{[this](const std::wstring& text) { log += text + L';'; }};
     Vs::AddInMgr* manager = Vs::AddInMgr::get();
 };
 

@@ -34,7 +34,6 @@ protected:
     {
         Vs::OptionGroup::saveLater(nullptr);
         Vs::RunOptions::clear();
-        Vs::warningHandler({});
         Vs::PathInfo::profileDirectory({});
     }
     fs::path file() const { return Vs::PathInfo::optionsDirectory() / "Probe.json"; }
@@ -142,7 +141,7 @@ TEST_F(OptionsTest, TellTheirSitesOfRealChangesOnly)
 TEST_F(OptionsTest, AreDefaultsWithOneWarningWhenTheFileIsBroken)
 {
     std::vector<std::wstring> warnings;
-    Vs::warningHandler([&](const std::wstring& text) { warnings.push_back(text); });
+    const Vs::WarningHandler handler([&](const std::wstring& text) { warnings.push_back(text); });
     for (const std::string& broken :
          {std::string("{\"count\": 3,\n nonsense}"), std::string("{\"text\": \"open\n"), std::string("[3]"),
           std::string(), std::string("\0\1\2\xff\xfe", 5), std::string("{\"count\": 3} 4"),
@@ -205,7 +204,7 @@ TEST_F(OptionsTest, AreWrittenOnceForManyChangesWhereAQueueIsThere)
 TEST_F(OptionsTest, ThatCannotBeWrittenStayInForceAndWarn)
 {
     std::vector<std::wstring> warnings;
-    Vs::warningHandler([&](const std::wstring& text) { warnings.push_back(text); });
+    const Vs::WarningHandler handler([&](const std::wstring& text) { warnings.push_back(text); });
     ProbeOptions options;
     EXPECT_EQ(options.count(), 7);
     fs::create_directories(file() / "in the way");

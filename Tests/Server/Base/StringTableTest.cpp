@@ -21,11 +21,7 @@ using Vs::StringTable::getLocalizedString;
 class StringTableTest : public testing::Test
 {
 protected:
-    ~StringTableTest() override
-    {
-        Vs::StringTable::language("en");
-        Vs::warningHandler({});
-    }
+    ~StringTableTest() override { Vs::StringTable::language("en"); }
     static std::wstring save(const char* key) { return getLocalizedString(L"BaseTest", key, "Save"); }
 };
 
@@ -74,7 +70,6 @@ protected:
     {
         fs::ifstream stream(m_folder / "BaseTest.mo", std::ios::binary);
         good.assign(std::istreambuf_iterator<char>(stream), {});
-        Vs::warningHandler([&](const std::wstring& text) { warnings.push_back(text); });
     }
     ~BrokenCatalogueTest() override { fs::remove(m_folder / "Broken.mo"); }
 
@@ -88,6 +83,7 @@ protected:
 
     std::string good;
     std::vector<std::wstring> warnings;
+    const Vs::WarningHandler handler{[this](const std::wstring& text) { warnings.push_back(text); }};
 
 private:
     fs::path m_folder = Vs::PathInfo::rootDirectory() / "Localization/de/LC_MESSAGES";

@@ -12,12 +12,6 @@ namespace {
 class AssetSettings : public SceneTests::OneAsset
 {
 protected:
-    AssetSettings()
-    {
-        Vs::warningHandler([this](const std::wstring& message) { warnings.push_back(message); });
-    }
-    ~AssetSettings() override { Vs::warningHandler({}); }
-
     Vs::CommonData::CommonDataAssetSettings& settings()
     {
         return *Vs::cast<Vs::CommonData::CommonDataAssetSettings>(asset->adapter()->assetSettings());
@@ -29,6 +23,7 @@ protected:
     }
 
     std::vector<std::wstring> warnings;
+    const Vs::WarningHandler handler{[this](const std::wstring& text) { warnings.push_back(text); }};
 };
 
 TEST_F(AssetSettings, AModelStandsOnZAndFacesTheViewerUntilItIsTurned)

@@ -21,12 +21,7 @@ using Vs::Scene::Camera;
 class NamedViewsTest : public SceneTests::OneAsset
 {
 protected:
-    NamedViewsTest()
-    {
-        Vs::StringTable::language("en");
-        Vs::warningHandler([this](const std::wstring& message) { warnings.push_back(message); });
-    }
-    ~NamedViewsTest() override { Vs::warningHandler({}); }
+    NamedViewsTest() { Vs::StringTable::language("en"); }
 
     Vs::CommonData::CommonDataAssetSettings& settings()
     {
@@ -71,6 +66,7 @@ protected:
     }
 
     std::vector<std::wstring> warnings;
+    const Vs::WarningHandler handler{[this](const std::wstring& text) { warnings.push_back(text); }};
 };
 
 using Names = std::vector<std::wstring>;

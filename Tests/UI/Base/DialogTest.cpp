@@ -31,12 +31,9 @@ namespace {
 class DialogTest : public UiTest
 {
 protected:
-    DialogTest()
-    {
-        Vs::warningHandler([this](const std::wstring& text) { warned += text; });
-    }
     bool saidSomethingOf(const wchar_t* text) const { return warned.find(text) != std::wstring::npos; }
     std::wstring warned;
+    const Vs::WarningHandler handler{[this](const std::wstring& text) { warned += text; }};
     std::wstring name;
 };
 

@@ -1,7 +1,6 @@
 #include "Tests/UI/Base/Fixture.h"
 
 #include "Server/Base/PathInfo.h"
-#include "Server/Base/Warning.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Tests/UI/Restore.h"
@@ -44,7 +43,6 @@ UiTest::~UiTest()
 {
     Vu::MessageBox::responder(nullptr);
     Vu::FileDialog::responder(nullptr);
-    Vs::warningHandler({});
     Vu::Application::get()->flushDeferredTasks();
     Vu::SessionMgr::get()->deactivate();
     Vu::WorkspaceMgr::get()->closeAll();

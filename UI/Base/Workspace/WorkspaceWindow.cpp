@@ -10,6 +10,8 @@
 #include "UI/Base/Workspace/Private/CanvasHost.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 
+#include <optional>
+
 namespace Vu {
 namespace {
 
@@ -21,6 +23,7 @@ enum WindowState { kNormal = 0, kMinimized = 1, kZoomed = 2 };
 struct WorkspaceWindow::Data
 {
     std::unique_ptr<WindowFrame> window;
+    std::optional<Vs::WarningHandler> warnings; ///< While there is a window to show them.
     int stateBeforeShow = kNormal;
 };
 
@@ -33,7 +36,7 @@ WorkspaceWindow::WorkspaceWindow(Workspace* workspace)
 
 WorkspaceWindow::~WorkspaceWindow()
 {
-    Vs::warningHandler({});
+    m_data->warnings.reset();
     // The arrangement's areas own the canvases, the window owns their widgets: the window goes first.
     m_data->window.reset();
 }
@@ -79,7 +82,7 @@ void WorkspaceWindow::show()
         Application::get()->needGui();
         ProgressBar::get(); // From now on there is somewhere to show progress.
         m_data->window = Display::get()->makeWindow(this);
-        Vs::warningHandler([](const std::wstring& text) {
+        m_data->warnings.emplace([](const std::wstring& text) {
             // From any thread; the window is the main one's.
             Application::get()->deferredTasks()->post([text] { Application::get()->inform(text); });
         });

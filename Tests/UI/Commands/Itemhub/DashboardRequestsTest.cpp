@@ -251,9 +251,10 @@ TEST_F(DashboardRequestsTest, ClicksInABrowserOpenInsertAndMakeDesigns)
 TEST_F(DashboardRequestsTest, ThePageIsOpenedByALinkThatServesOnce)
 {
     std::wstring address;
-    Vs::warningHandler([&](const std::wstring& text) { address = text; });
-    answer(L"Commands.Start ItemhubDashboardCommand");
-    Vs::warningHandler(nullptr);
+    {
+        const Vs::WarningHandler handler([&](const std::wstring& text) { address = text; });
+        answer(L"Commands.Start ItemhubDashboardCommand");
+    }
     EXPECT_EQ(address.find(Vs::Strings::widen(service().address()) + L"dashboard/enter?code="), 0u)
         << Vs::Strings::narrow(address);
     const auto status = [&] {

@@ -209,17 +209,13 @@ TEST_F(AreasTest, TheNextWindowHasTheAreasWhereTheLastOneLeftThem)
 TEST_F(AreasTest, ABrokenKeptLayoutIsToldAndTheDefaultOneShows)
 {
     std::wstring told;
-    // A window that goes takes the handler along.
-    const auto listen = [&] {
-        told.clear();
-        Vs::warningHandler([&](const std::wstring& text) { told += text; });
-    };
+    const Vs::WarningHandler handler([&](const std::wstring& text) { told += text; });
     for (const char* content :
          {"<layout><area name=\"Browser\" placement=\"right\"/>\n<area", "", "\x01\x02\xff", "<toolbars/>",
           "<layout><area name=\"Browser\" contents=\"BrowserWindow\" placement=\"upstairs\"/></layout>"}) {
         WorkspaceMgr::get()->closeAll();
         fs::ofstream(keptFile()) << content;
-        listen();
+        told.clear();
         WorkspaceMgr::get()->create();
         answer(L"Design.New");
         EXPECT_EQ(area(L"Browser")->placement(), EPlacement::Left);
@@ -231,14 +227,13 @@ TEST_F(AreasTest, ABrokenKeptLayoutIsToldAndTheDefaultOneShows)
     fs::ofstream(keptFile())
         << "<layout><area name=\"Other\" contents=\"Strange\"/>"
            "<area name=\"Canvas\" contents=\"BrowserWindow\" placement=\"right\"/></layout>";
-    listen();
+    told.clear();
     WorkspaceMgr::get()->create();
     answer(L"Design.New");
     EXPECT_EQ(told, L"");
     EXPECT_EQ(area(L"Other"), nullptr);
     EXPECT_NE(area(L"Canvas")->canvas(), nullptr);
     EXPECT_EQ(area(L"Canvas")->placement(), EPlacement::Fill);
-    Vs::warningHandler(nullptr);
 }
 
 TEST_F(AreasTest, AToolbarComesBackFromTheListAndWhatTheUserHidStaysHidden)
