@@ -223,10 +223,11 @@ TEST_F(DashboardRequestsTest, ALinkIsFollowedOnceAndOnlyIfItIsOne)
     EXPECT_EQ(documents(), 0u);
 }
 
-TEST_F(DashboardRequestsTest, ClicksInABrowserOpenInsertAndMakeDesigns)
+TEST_F(DashboardRequestsTest, AllThatClicksInABrowserDoIsOneTranscriptThatAnotherAccountPlays)
 {
     const int wheel = newItem(L"Wheel"), car = newItem(L"Car");
     answer(L"Document.CloseAll");
+    record(L"clicks.txt");
     constexpr int kNoBrowser = 77;
     constexpr double kPatience = 120;
     const std::vector<std::string> words{"-B", CLICKS, hub().dashboardAddress(), std::to_string(car),
@@ -241,11 +242,31 @@ TEST_F(DashboardRequestsTest, ClicksInABrowserOpenInsertAndMakeDesigns)
     if (result.exitCode == kNoBrowser && !TestSupport::serversAreRequired())
         GTEST_SKIP() << "NOTICE: not installed: " << result.output;
     ASSERT_EQ(result.exitCode, 0) << result.output << result.errors;
-    EXPECT_EQ(questions.size(), 3u);
+    EXPECT_EQ(questions.size(), 5u);
     EXPECT_EQ(activeDocument()->displayName(), L"By a click");
     ASSERT_TRUE(arrives());
     EXPECT_EQ(labels(itemOfShown()), std::vector<std::string>{"Document created"});
     EXPECT_EQ(mostParts, 2u) << "what shows before the new item is the car with a wheel";
+    answer(L"Itemhub.Wait");
+    stop();
+    ASSERT_FALSE(labels(car).empty());
+    EXPECT_EQ(labels(car)[0], "With a wheel");
+    EXPECT_EQ(hub().getFavorites().size(), 1u);
+    EXPECT_EQ(hub().getComments(hub().getItemById(car)).size(), 1u);
+
+    const std::string transcript = boost::algorithm::join(linesOf(L"clicks.txt"), "\n");
+    EXPECT_NE(transcript.find("${ITEMHUB_TOKEN}"), std::string::npos) << transcript;
+    EXPECT_EQ(transcript.find(token()), std::string::npos);
+    const auto before = labels(car);
+    const auto played =
+        TestSupport::runQuillet({"--headless", "--replay", Vs::Strings::narrow(file(L"clicks.txt")), "--set",
+                                 "ITEMHUB_TOKEN=" + service().token("bob", "writer")},
+                                {.secondsLimit = kPatience});
+    EXPECT_EQ(played.exitCode, 0) << played.output << played.errors << transcript;
+    EXPECT_EQ(labels(car).size(), before.size() + 1);
+    EXPECT_EQ(labels(car)[0], "With a wheel");
+    const auto made = hub().search(L"By a click");
+    EXPECT_EQ(std::ranges::count(made, "bob", [](const auto& item) { return item.createdBy(); }), 1);
 }
 
 TEST_F(DashboardRequestsTest, ThePageIsOpenedByALinkThatServesOnce)

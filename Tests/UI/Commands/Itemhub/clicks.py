@@ -1,15 +1,14 @@
 #!/usr/bin/python3
 """What a person does on the item service's page in a browser, beside a program that is tested.
 
-    clicks.py LINK ITEM OTHER    opens the page by a link that signs in, and has the program open an item's design, insert another one's
-                                 into it, and make an item
+    clicks.py LINK ITEM OTHER    opens the page by a link that signs in, and has the program sign in anew, open an item's design that is found,
+                                 insert another one's into it, mark that version, and make an item; comments, links and bookmarks besides
 
 Prints what the page says each time. Ends with 77 where no browser is installed, and says what is missing.
 """
 
 import pathlib
 import sys
-import urllib.parse
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[3] / "Services/Itemhub"))
 import browser  # noqa: E402
@@ -23,12 +22,38 @@ def main(link, item, other):
     try:
         page.open(link)
         page.find("h1", "Home")
-        for shown, button in ((item, "Open in Quillet"), (other, "Insert into the Shown Design")):
-            page.open(urllib.parse.urljoin(page.driver.current_url, f"#/items/{shown}"))
-            page.find("p.small", f"Item {shown} ")
-            page.click("button", button)
+        here = page.driver.current_url.split("#")[0]
+
+        def asks(button, *inputs):
+            """Has the program do something, after what a dialog asks for it."""
+            page.click("main button", button)
+            for name, value, choice in inputs:
+                page.type(f"dialog [name={name}]", value)
+                page.click("dialog button", choice)
             page.find(".program p", "Done in Quillet.")
             print(button, flush=True)
+
+        asks("Sign Quillet In Anew")
+        page.type("header [name=q]", "Car")
+        page.click("header form button", "Search")
+        page.click(f".card a[href='#/items/{item}']")
+        page.find("p.small", f"Item {item} ")
+        asks("Open in Quillet")
+        page.open(f"{here}#/items/{other}")
+        page.find("p.small", f"Item {other} ")
+        asks("Insert into the Shown Design")
+        page.open(f"{here}#/items/{item}")
+        page.find("p.small", f"Item {item} ")
+        asks("Mark a Version...", ("label", "With a wheel", "Save and Mark"))
+        page.find(".versions .label", "With a wheel")
+        page.type("section textarea", "It turns.")
+        page.click("section form button", "Send")
+        page.find(".comments .written", "It turns.")
+        page.click("button", "Link an Item...")
+        page.type("dialog [name=other]", other)
+        page.click("dialog button", "Link")
+        page.find(f".card a[href='#/items/{other}']")
+        page.click("main .head .star")
         page.click("p.small a")
         page.click("button", "New Item")
         page.type("dialog [name=caption]", "By a click")
@@ -36,6 +61,10 @@ def main(link, item, other):
         page.find(".program p", "Done in Quillet.")
         page.find(".card", "By a click")
         print("New Item", flush=True)
+        page.click("header a.name")
+        page.find(".card .caption", "Car")
+        page.click("header button", "Sign Out")
+        page.find("[name=password]")
     finally:
         page.close()
     return 0
