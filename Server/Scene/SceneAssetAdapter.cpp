@@ -264,6 +264,7 @@ void SceneAssetAdapter::removeBranches(const std::vector<std::string>& ids)
         if (!group || nodes.size() <= kFew)
             continue;
         std::vector<StrongRef<Node>> staying = group->children();
+        // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): each is one of the group's.
         std::erase_if(staying, [&](const StrongRef<Node>& node) { return nodes.contains(node.get()); });
         NodeChange change(group);
         change.removeAll();

@@ -35,14 +35,14 @@ RECENT = 5
 AT_A_TIME = 2
 
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
-# What it says of others' headers and is wrong about.
+# What it says of headers and is wrong about.
 MISTAKEN = (
     # The class has an operator delete of its own, whose argument is taken for something that was freed already.
     (re.compile(r"/QtCore/qsharedpointer_impl\.h$"), "clang-analyzer-cplusplus.NewDelete"),
     # What is to be called goes over to a function of Qt, which isn't seen.
     (re.compile(r"/QtCore/qtimer\.h$"), "clang-analyzer-cplusplus.NewDeleteLeaks"),
-    # The kernel's handles count their references, which it loses sight of.
-    (re.compile(r"/opencascade/"), "clang-analyzer-cplusplus.NewDelete"),
+    # The kernel's handles and ours count their references, which it loses sight of.
+    (re.compile(r"/opencascade/|/Server/Base/StrongRef\.h$"), "clang-analyzer-cplusplus.NewDelete"),
 )
 CRASH = re.compile(r"Processing '(?P<check>[\w.-]+)' against")
 FINDING = re.compile(r"^(?P<path>/[^:]+):(?P<line>\d+):(?P<column>\d+): (?:warning|error): .*\[(?P<check>[^\]]+)\]$")

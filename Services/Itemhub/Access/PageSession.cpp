@@ -1,5 +1,7 @@
 #include "Services/Itemhub/Access/PageSession.h"
 
+#include <QStringList>
+
 namespace Itemhub::Access {
 
 namespace {

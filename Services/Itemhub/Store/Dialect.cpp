@@ -10,4 +10,9 @@ std::unique_ptr<Dialect> Dialect::of(const DatabaseOptions& options)
     return options.driver == "postgresql" ? postgresqlDialect(options) : sqliteDialect(options);
 }
 
+QString Dialect::quoted(const QString& text)
+{
+    return '\'' + QString(text).replace('\'', "''") + '\'';
+}
+
 } // namespace Itemhub::Store

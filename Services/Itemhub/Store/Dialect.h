@@ -114,6 +114,14 @@ public:
     /// The statement that writes a whole copy to a file, or empty if a program of the database's own does
     /// that.
     [[nodiscard]] virtual QString backup(const QString& file) const = 0;
+
+protected:
+    /// Among how many matches, the newest, ranking looks for the best: a word that every item has must not
+    /// cost as much as there are items.
+    static constexpr int kRankedMatches = 1000;
+
+    /// A text as a statement holds it.
+    [[nodiscard]] static QString quoted(const QString& text);
 };
 
 } // namespace Itemhub::Store

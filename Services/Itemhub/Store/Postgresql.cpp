@@ -7,15 +7,6 @@ namespace Itemhub::Store {
 
 namespace {
 
-/// Among how many matches, the newest, ranking looks for the best: a word that every item has must not cost
-/// as much as there are items.
-constexpr int kRankedMatches = 1000;
-
-QString quoted(const QString& text)
-{
-    return '\'' + QString(text).replace('\'', "''") + '\'';
-}
-
 class Postgresql : public Dialect
 {
 public:

@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QPainter>
+#include <QPalette>
 #include <QPixmap>
 
 #include <algorithm>

@@ -64,7 +64,8 @@ void MeasureHuds::hide()
 void MeasureHuds::place()
 {
     const GraphicsView* view = SceneUtilities::getActiveAssetGraphicView();
-    for (size_t i = 0; i < m_places.size(); ++i) {
+    static_assert(std::size(kHuds) == std::tuple_size_v<decltype(m_places)>);
+    for (size_t i = 0; i < std::size(kHuds); ++i) {
         const auto seen = view && m_places[i] ? view->worldToWindow(*m_places[i]) : std::nullopt;
         if (seen)
             HUDManager::get()->showHUD(kHuds[i], *seen);
