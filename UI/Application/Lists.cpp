@@ -6,7 +6,6 @@
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "UI/Application/CommandLine.h"
-#include "UI/Base/Command/CommandArguments.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 
@@ -83,7 +82,7 @@ void listDefinitions()
         line.add("title", definition->info()->name());
         line.add("icon", iconPath(definition->info()->icon()));
         line.add("groups", groups);
-        if (const auto declared = Vu::DeclaredArguments::of(definition->id())) {
+        if (const auto& declared = definition->info()->arguments()) {
             QJsonArray arguments;
             for (const std::wstring& argument : *declared)
                 arguments.append(QString::fromStdWString(argument));

@@ -34,7 +34,6 @@
 #include "UI/Commands/Cloud/CloudSaveCmd.h"
 #include "UI/Commands/Cloud/CloudSessionCmds.h"
 #include "UI/Commands/Cloud/ShareCmd.h"
-#include "UI/Commands/CommandArgumentsTable.h"
 #include "UI/Commands/CommandsAddInIdentifier.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Documents/CurrentDocumentCmds.h"
@@ -287,8 +286,6 @@ private:
     UpdateNamedViewNameCmdDef m_updateNamedViewNameCmdDef;
     RestoreCameraCmdDef m_restoreCameraCmdDef;
     NotifyAutoSaveFilesCmdDef m_notifyAutoSaveFilesCmdDef;
-
-    DeclaredArguments m_arguments{commandArguments()};
 };
 
 const boost::filesystem::path& resourceDirectory()

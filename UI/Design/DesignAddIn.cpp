@@ -1,6 +1,5 @@
 #include "Server/AddInMgr/IUIAddIn.h"
 #include "Server/Base/Warning.h"
-#include "UI/Base/Command/CommandArguments.h"
 #include "UI/Base/Workspace/MenuBar.h"
 #include "UI/Base/Workspace/ToolbarPersister.h"
 #include "UI/Design/DocumentKinds.h"
@@ -20,28 +19,6 @@
 
 namespace Vu::Design {
 namespace {
-
-// clang-format off
-/// What the commands can be given at their start; those of the editing commands are the keys of their inputs.
-constinit const CommandArguments kArguments[] = {
-    {L"VeloraOpenDocumentCommand", {L"Path", L"Strict"}},
-    {L"VeloraImportCommand", {L"Path"}},
-    {L"VeloraExportCommand",
-     {L"Path", L"CombineObjects", L"DisplayUnit", L"HiddenToo", L"SelectedOnly", L"Separate", L"AsText", L"Unit", L"UpAxis",
-      L"Refinement"}},
-    {L"BoxCommand", {L"Dx", L"Dy", L"Dz", L"Origin", L"Direction"}},
-    {L"CylinderCommand", {L"Radius", L"Height", L"Origin", L"Direction"}},
-    {L"SphereCommand", {L"Radius", L"Origin", L"Direction"}},
-    {L"ConeCommand", {L"Radius", L"TopRadius", L"Height", L"Origin", L"Direction"}},
-    {L"TorusCommand", {L"Radius", L"TubeRadius", L"Origin", L"Direction"}},
-    {L"HideCommand", {L"Objects"}},
-    {L"ShowCommand", {L"Objects"}},
-    {L"ShowAllCommand"},
-    {L"ToggleVisibilityCommand", {L"Objects"}},
-    {L"SeparateCommand", {L"Objects"}},
-    {L"EditComponentCommand", {L"Component"}},
-};
-// clang-format on
 
 /// The design add-in's root object: its types and its commands, in the order in which the host lists them.
 class DesignAddIn : public Vs::IUIAddIn
@@ -91,7 +68,6 @@ private:
     EditCmdDef<ColourCmd> m_colourCmdDef;
     EditComponentCmdDef m_editComponentCmdDef;
     EditByDoubleClick m_editByDoubleClick;
-    DeclaredArguments m_arguments{kArguments};
 };
 
 } // namespace

@@ -130,7 +130,8 @@ constinit const CommandRow EditComponentCmdDef::kRow = {
     .title = "Edit Component",
     .tooltip = "Work within the component alone, the rest being a ghost",
     .groups = {&CommandGroup::VeloraSolidGroup},
-    .readonly = true};
+    .readonly = true,
+    .arguments = {L"Component"}};
 
 const Vs::UniqueString* EditComponentCmdDef::componentArgumentName()
 {

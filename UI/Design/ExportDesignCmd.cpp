@@ -60,12 +60,15 @@ void tellExported(const std::wstring& path, size_t files)
 
 } // namespace
 
-constinit const CommandRow VeloraExportCmdDef::kRow = {.key = L"VeloraExportCommand",
-                                                       .title = "Export Design...",
-                                                       .icon = &Resources::Export,
-                                                       .hotkey = "Ctrl+E",
-                                                       .groups = {&CommandGroup::DocumentGroup},
-                                                       .readonly = true};
+constinit const CommandRow VeloraExportCmdDef::kRow = {
+    .key = L"VeloraExportCommand",
+    .title = "Export Design...",
+    .icon = &Resources::Export,
+    .hotkey = "Ctrl+E",
+    .groups = {&CommandGroup::DocumentGroup},
+    .readonly = true,
+    .arguments = {L"Path", L"CombineObjects", L"DisplayUnit", L"HiddenToo", L"SelectedOnly", L"Separate",
+                  L"AsText", L"Unit", L"UpAxis", L"Refinement"}};
 
 const Vs::UniqueString* VeloraExportCmdDef::combineArgumentName()
 {

@@ -75,7 +75,8 @@ void translate(Vs::Translator* translator, const std::wstring& path, bool isStri
 constinit const CommandRow VeloraOpenDocumentCmdDef::kRow = {.key = L"VeloraOpenDocumentCommand",
                                                              .title = "Open in New Tab...",
                                                              .groups = {&CommandGroup::DocumentGroup},
-                                                             .readonly = true};
+                                                             .readonly = true,
+                                                             .arguments = {L"Path", L"Strict"}};
 
 const Vs::UniqueString* VeloraOpenDocumentCmdDef::strictArgumentName()
 {
@@ -129,7 +130,8 @@ constinit const CommandRow VeloraImportCmdDef::kRow = {
     .key = L"VeloraImportCommand",
     .title = "Import...",
     .icon = &Resources::Import,
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup},
+    .arguments = {L"Path"}};
 
 bool VeloraImportCmdDef::onIsApplicable(CommandContext* context) const
 {

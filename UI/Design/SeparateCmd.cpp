@@ -93,7 +93,8 @@ constinit const CommandRow SeparateCmdDef::kRow = {.key = L"SeparateCommand",
                                                    .title = "Separate Pattern",
                                                    .tooltip =
                                                        "Have each copy of a pattern be a component by itself",
-                                                   .groups = {&CommandGroup::VeloraSolidGroup}};
+                                                   .groups = {&CommandGroup::VeloraSolidGroup},
+                                                   .arguments = {L"Objects"}};
 
 const Vs::UniqueString* SeparateCmdDef::objectsArgumentName()
 {

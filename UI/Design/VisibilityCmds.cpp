@@ -23,10 +23,10 @@ using Kind = VisibilityCmdDef::Kind;
 using Paths = std::vector<Vs::ObjectPath>;
 
 // clang-format off
-constexpr CommandRow kHide    = {.key = L"HideCommand", .title = "Hide", .tooltip = "Hide what is selected"};
-constexpr CommandRow kShow    = {.key = L"ShowCommand", .title = "Show", .tooltip = "Show what is selected and hidden"};
+constexpr CommandRow kHide    = {.key = L"HideCommand", .title = "Hide", .tooltip = "Hide what is selected", .arguments = {L"Objects"}};
+constexpr CommandRow kShow    = {.key = L"ShowCommand", .title = "Show", .tooltip = "Show what is selected and hidden", .arguments = {L"Objects"}};
 constexpr CommandRow kShowAll = {.key = L"ShowAllCommand", .title = "Show All", .tooltip = "Show everything that is hidden", .hotkey = "Shift+V"};
-constexpr CommandRow kToggle  = {.key = L"ToggleVisibilityCommand", .title = "Show or Hide", .tooltip = "Hide what is selected, or show it if it is hidden", .hotkey = "V"};
+constexpr CommandRow kToggle  = {.key = L"ToggleVisibilityCommand", .title = "Show or Hide", .tooltip = "Hide what is selected, or show it if it is hidden", .hotkey = "V", .arguments = {L"Objects"}};
 // clang-format on
 Paths selectedPaths(AssetSession& session)
 {

@@ -56,8 +56,10 @@ class LookAlongCmd : public Vs::Implements<LookAlongCmd, Vu::SimpleCommand>
 };
 
 // 3. The row: everything about the command that is data.
-constinit const Vu::CommandRow LookAlongCmdDef::kRow = {
-    .key = L"LookAlongCommand", .title = "Look Along", .groups = {&Vu::CommandGroup::CameraGroup}};
+constinit const Vu::CommandRow LookAlongCmdDef::kRow = {.key = L"LookAlongCommand",
+                                                        .title = "Look Along",
+                                                        .groups = {&Vu::CommandGroup::CameraGroup},
+                                                        .arguments = {L"Direction"}};
 
 const Vs::UniqueString* LookAlongCmdDef::directionArgumentName()
 {

@@ -1,6 +1,5 @@
 #include "UI/Base/Command/CommandArguments.h"
 
-#include "Server/Base/Require.h"
 #include "Server/Base/TextCommandHelp.h"
 #include "Server/Base/UniqueString.h"
 #include "UI/Base/Command/CommandContext.h"
@@ -9,47 +8,8 @@
 #include <boost/algorithm/string/join.hpp>
 
 #include <algorithm>
-#include <unordered_map>
 
 namespace Vu {
-namespace {
-
-using Rows = std::unordered_map<std::wstring, const CommandArguments*>;
-
-Rows& declared()
-{
-    // Never destroyed: add-ins go after the host's own statics.
-    static auto* const rows = new Rows;
-    return *rows;
-}
-
-} // namespace
-
-DeclaredArguments::DeclaredArguments(std::span<const CommandArguments> rows) : m_rows(rows)
-{
-    Vs::assertMainThread();
-    for (const CommandArguments& row : m_rows)
-        Vs::require(declared().emplace(row.command, &row).second,
-                    "the arguments of a command are declared once");
-}
-
-DeclaredArguments::~DeclaredArguments()
-{
-    for (const CommandArguments& row : m_rows)
-        declared().erase(row.command);
-}
-
-std::optional<std::vector<std::wstring>> DeclaredArguments::of(const std::wstring& command)
-{
-    const auto found = declared().find(command);
-    if (found == declared().end())
-        return std::nullopt;
-    std::vector<std::wstring> names;
-    for (const wchar_t* name : found->second->names)
-        if (name)
-            names.emplace_back(name);
-    return names;
-}
 
 bool hasOnlyKnownArguments(const CommandContext& context, const std::wstring& title,
                            const std::vector<std::wstring>& known, Vs::Status& status)

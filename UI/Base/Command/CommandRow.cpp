@@ -4,6 +4,8 @@
 #include "Server/Base/Strings.h"
 #include "UI/Base/Command/CommandTitles.h"
 
+#include <algorithm>
+
 namespace Vu {
 
 Info makeInfo(const CommandRow& row, const wchar_t* domain)
@@ -20,8 +22,11 @@ Info makeInfo(const CommandRow& row, const wchar_t* domain)
         tooltip = ToolTipInfo(Vs::StringTable::getLocalizedString(domain, tooltipKey.c_str(), row.tooltip));
     }
     Vs::ImageSetResource* icon = row.icon ? row.icon() : nullptr;
-    return Info(row.key, std::move(title), icon, std::move(tooltip), row.hotkey ? row.hotkey : "",
+    Info record(row.key, std::move(title), icon, std::move(tooltip), row.hotkey ? row.hotkey : "",
                 row.hotkeyMode);
+    record.arguments(std::vector<std::wstring>(
+        row.arguments.begin(), std::find(row.arguments.begin(), row.arguments.end(), nullptr)));
+    return record;
 }
 
 bool hasAssetSession(const CommandContext* context)

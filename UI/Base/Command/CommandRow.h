@@ -29,6 +29,7 @@ struct CommandRow
     bool readonly = false;
     bool reportable = true;
     bool scriptable = true;
+    std::array<const wchar_t*, 10> arguments = {}; ///< The names of what it can be given at its start.
 };
 
 /// The identity record of a row, with its texts in the user's language, from the add-in's domain of the

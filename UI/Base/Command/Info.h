@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace Vs {
 class ImageSetResource;
@@ -73,6 +76,11 @@ public:
     const ToolTipInfo& tooltip() const { return m_tooltip; }
     void tooltip(ToolTipInfo tooltip) { m_tooltip = std::move(tooltip); }
 
+    /// The names of what a command can be given at its start, whoever starts it; nothing, which is the
+    /// default, if it takes whatever comes.
+    const std::optional<std::vector<std::wstring>>& arguments() const { return m_arguments; }
+    void arguments(std::optional<std::vector<std::wstring>> names) { m_arguments = std::move(names); }
+
     /// Gives the record another title and icon. A control that shows it takes notice when it is handed the
     /// record anew (InputControl::info).
     void changeAppearance(std::wstring name, Vs::ImageSetResource* icon);
@@ -83,6 +91,7 @@ private:
     Vs::ImageSetResource* m_icon;
     ToolTipInfo m_tooltip;
     HotKeyBinding m_hotkey;
+    std::optional<std::vector<std::wstring>> m_arguments;
 };
 
 } // namespace Vu

@@ -96,7 +96,7 @@ public:
         if (CommandDefinition* definition =
                 CommandDefinitionMgr::get()->findCommandDefinitionById(parameters[0])) {
             Vs::Status status;
-            const auto known = DeclaredArguments::of(definition->id());
+            const auto& known = definition->info()->arguments();
             if (known && !hasOnlyKnownArguments(context, definition->info()->name(), *known, status))
                 return answerOf(status);
             return answerOf(definition->executeCommand(context));

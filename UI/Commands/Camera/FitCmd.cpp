@@ -11,7 +11,8 @@
 
 namespace Vu::Commands {
 
-constinit const CommandRow FitCmdDef::kRow = {.key = L"FitCommand", .title = "Fit", .icon = &Resources::Fit};
+constinit const CommandRow FitCmdDef::kRow = {
+    .key = L"FitCommand", .title = "Fit", .icon = &Resources::Fit, .arguments = {L"Passive"}};
 
 ECommandType FitCmd::onCommandType() const
 {

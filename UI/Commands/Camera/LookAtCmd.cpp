@@ -82,7 +82,7 @@ void face(const RawHitInfo& hit, const GkVector3d& groundUp, Camera& camera)
 } // namespace
 
 constinit const CommandRow LookAtCmdDef::kRow = {
-    .key = L"LookAtCommand", .title = "Look At", .icon = &Resources::LookAt};
+    .key = L"LookAtCommand", .title = "Look At", .icon = &Resources::LookAt, .arguments = {L"Passive"}};
 
 Vs::CompositeSelectionFilter* lookAtFilter()
 {

@@ -26,11 +26,11 @@ using Vs::NameView::UpdateNamedViewNameRequest;
 using Vs::Scene::Camera;
 
 // clang-format off
-constinit const CommandRow AddNamedViewCmdDef::kRow          = {.key = L"AddNamedViewCommand", .title = "New Named View", .icon = &Resources::NewNamedView};
-constinit const CommandRow RemoveNamedViewCmdDef::kRow       = {.key = L"RemoveNamedViewCommand", .title = "Delete", .icon = &Resources::DeleteNamedView};
-constinit const CommandRow RestoreCameraCmdDef::kRow         = {.key = L"RestoreCameraCommand", .title = "Restore Named View"};
-constinit const CommandRow UpdateNamedViewCameraCmdDef::kRow = {.key = L"UpdateNamedViewCameraCommand", .title = "Update Named View", .icon = &Resources::UpdateNamedView};
-constinit const CommandRow UpdateNamedViewNameCmdDef::kRow   = {.key = L"UpdateNamedViewNameCommand", .title = "Update Named View Name"};
+constinit const CommandRow AddNamedViewCmdDef::kRow          = {.key = L"AddNamedViewCommand", .title = "New Named View", .icon = &Resources::NewNamedView, .arguments = {L"NamedViewName"}};
+constinit const CommandRow RemoveNamedViewCmdDef::kRow       = {.key = L"RemoveNamedViewCommand", .title = "Delete", .icon = &Resources::DeleteNamedView, .arguments = {L"NamedViewName"}};
+constinit const CommandRow RestoreCameraCmdDef::kRow         = {.key = L"RestoreCameraCommand", .title = "Restore Named View", .arguments = {L"NamedViewName"}};
+constinit const CommandRow UpdateNamedViewCameraCmdDef::kRow = {.key = L"UpdateNamedViewCameraCommand", .title = "Update Named View", .icon = &Resources::UpdateNamedView, .arguments = {L"NamedViewName"}};
+constinit const CommandRow UpdateNamedViewNameCmdDef::kRow   = {.key = L"UpdateNamedViewNameCommand", .title = "Update Named View Name", .arguments = {L"NamedViewName", L"NewNamedViewName"}};
 // clang-format on
 
 namespace {

@@ -17,9 +17,9 @@ Vs::ImageSetResource* usedOrbitIcon()
 } // namespace
 
 // clang-format off
-constinit const CommandRow FreeOrbitCmdDef::kRow        = {.key = L"FreeOrbitCommand", .title = "Free Orbit", .icon = &Resources::FreeOrbit};
-constinit const CommandRow ConstrainedOrbitCmdDef::kRow = {.key = L"ConstrainedOrbitCommand", .title = "Constrained Orbit", .icon = &Resources::ConstrainedOrbit};
-constinit const CommandRow OrbitCmdDef::kRow            = {.key = L"OrbitCommand", .title = "Orbit", .icon = &usedOrbitIcon};
+constinit const CommandRow FreeOrbitCmdDef::kRow        = {.key = L"FreeOrbitCommand", .title = "Free Orbit", .icon = &Resources::FreeOrbit, .arguments = {L"Passive"}};
+constinit const CommandRow ConstrainedOrbitCmdDef::kRow = {.key = L"ConstrainedOrbitCommand", .title = "Constrained Orbit", .icon = &Resources::ConstrainedOrbit, .arguments = {L"Passive"}};
+constinit const CommandRow OrbitCmdDef::kRow            = {.key = L"OrbitCommand", .title = "Orbit", .icon = &usedOrbitIcon, .arguments = {L"orbitType", L"Passive"}};
 // clang-format on
 
 Info* FreeOrbitCmdDef::info()

@@ -13,7 +13,8 @@ namespace Vu::Commands {
 using Vs::Scene::RawHitInfo;
 using Vs::Scene::ViewFragmentTransformer;
 
-constinit const CommandRow PanCmdDef::kRow = {.key = L"PanCommand", .title = "Pan", .icon = &Resources::Pan};
+constinit const CommandRow PanCmdDef::kRow = {
+    .key = L"PanCommand", .title = "Pan", .icon = &Resources::Pan, .arguments = {L"Passive"}};
 
 PanCmd::PanCmd(PanCmdDef* definition, CommandContext* context)
     : Implements(definition, context, Resources::PanCursor())

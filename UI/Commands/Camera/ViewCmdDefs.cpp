@@ -148,7 +148,7 @@ constexpr CommandRow kColorCyclingItems[] = {
 };
 
 constexpr CommandRow kLayoutGridItems[] = {
-    {.key = L"ViewLayoutGridOnCommand",  .title = "Grid On"},
+    {.key = L"ViewLayoutGridOnCommand",  .title = "Grid On", .arguments = {L"CmdId"}},
     {.key = L"ViewLayoutGridOffCommand", .title = "Grid Off"},
 };
 
@@ -159,22 +159,22 @@ constexpr CommandRow kGridRefNumbersItems[] = {
 
 } // namespace
 
-constinit const CommandRow ViewDisplayCmdDef::kRow          = {.key = L"ViewDisplayCommand", .title = "View Display", .icon = &Resources::ViewDisplay, .groups = kGroups};
-constinit const CommandRow ViewDomeCmdDef::kRow             = {.key = L"ViewDomeCommand", .title = "Environment Dome", .groups = kGroups};
-constinit const CommandRow ViewGroundPlaneCmdDef::kRow      = {.key = L"ViewGroundPlaneCommand", .title = "Ground Plane", .groups = kGroups};
-constinit const CommandRow ViewGroundShadowCmdDef::kRow     = {.key = L"ViewGroundShadowCommand", .title = "Ground Shadow", .icon = &Resources::ViewGroundShadowOn, .groups = kGroups};
-constinit const CommandRow ViewGroundReflectionCmdDef::kRow = {.key = L"ViewGroundReflectionCommand", .title = "Ground Reflection", .icon = &Resources::ViewGroundReflectionOn, .groups = kGroups};
-constinit const CommandRow ViewAmbientOcclusionCmdDef::kRow = {.key = L"ViewAmbientOcclusionCommand", .title = "Ambient Occlusion", .icon = &Resources::ViewAmbientOcclusionOn, .groups = kGroups};
-constinit const CommandRow ViewNPREffectCmdDef::kRow        = {.key = L"ViewNPREffectCommand", .title = "NPR Effect", .icon = &Resources::ViewNPREffect, .groups = kGroups};
-constinit const CommandRow ViewEnvironmentCmdDef::kRow      = {.key = L"ViewEnvCommand", .title = "Environment", .icon = &Resources::ViewEnvironment, .groups = kGroups};
-constinit const CommandRow ViewMSAACmdDef::kRow             = {.key = L"ViewMSAACommand", .title = "Anti-Aliasing", .icon = &Resources::ViewMSAA, .groups = kGroups};
-constinit const CommandRow ViewSelectionEffectCmdDef::kRow  = {.key = L"ViewSelectionEffectCommand", .title = "Selection Effect", .icon = &Resources::ViewSelectionEffect, .groups = kGroups};
-constinit const CommandRow ViewVisualStyleCmdDef::kRow      = {.key = L"ViewVisualStyleCommand", .title = "Visual Style", .icon = &Resources::ViewShadedWithEdges, .groups = kGroups};
-constinit const CommandRow ViewCameraCmdDef::kRow           = {.key = L"ViewCameraCommand", .title = "Camera", .icon = &Resources::ViewCameraPersp, .groups = kGroups};
-constinit const CommandRow ViewObjectShadowCmdDef::kRow     = {.key = L"ViewObjectShadowCommand", .title = "Object Shadow", .icon = &Resources::ViewObjectShadowOn, .groups = kGroups};
-constinit const CommandRow ViewColorCyclingCmdDef::kRow     = {.key = L"ViewColorCyclingCommand", .title = "Component Color Cycling", .icon = &Resources::ViewColorCyclingOn, .groups = kGroups};
-constinit const CommandRow ViewLayoutGridOnCmdDef::kRow     = {.key = L"ViewLayoutGridOnCommand", .title = "Layout Grid", .titleKey = "ViewLayoutGridCommand", .icon = &Resources::Grid, .groups = kGroups};
-constinit const CommandRow ViewGridRefNumbersCmdDef::kRow   = {.key = L"ViewGridRefNumeralsCommand", .title = "Grid Reference Numbers", .groups = kGroups};
+constinit const CommandRow ViewDisplayCmdDef::kRow          = {.key = L"ViewDisplayCommand", .title = "View Display", .icon = &Resources::ViewDisplay, .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewDomeCmdDef::kRow             = {.key = L"ViewDomeCommand", .title = "Environment Dome", .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewGroundPlaneCmdDef::kRow      = {.key = L"ViewGroundPlaneCommand", .title = "Ground Plane", .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewGroundShadowCmdDef::kRow     = {.key = L"ViewGroundShadowCommand", .title = "Ground Shadow", .icon = &Resources::ViewGroundShadowOn, .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewGroundReflectionCmdDef::kRow = {.key = L"ViewGroundReflectionCommand", .title = "Ground Reflection", .icon = &Resources::ViewGroundReflectionOn, .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewAmbientOcclusionCmdDef::kRow = {.key = L"ViewAmbientOcclusionCommand", .title = "Ambient Occlusion", .icon = &Resources::ViewAmbientOcclusionOn, .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewNPREffectCmdDef::kRow        = {.key = L"ViewNPREffectCommand", .title = "NPR Effect", .icon = &Resources::ViewNPREffect, .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewEnvironmentCmdDef::kRow      = {.key = L"ViewEnvCommand", .title = "Environment", .icon = &Resources::ViewEnvironment, .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewMSAACmdDef::kRow             = {.key = L"ViewMSAACommand", .title = "Anti-Aliasing", .icon = &Resources::ViewMSAA, .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewSelectionEffectCmdDef::kRow  = {.key = L"ViewSelectionEffectCommand", .title = "Selection Effect", .icon = &Resources::ViewSelectionEffect, .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewVisualStyleCmdDef::kRow      = {.key = L"ViewVisualStyleCommand", .title = "Visual Style", .icon = &Resources::ViewShadedWithEdges, .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewCameraCmdDef::kRow           = {.key = L"ViewCameraCommand", .title = "Camera", .icon = &Resources::ViewCameraPersp, .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewObjectShadowCmdDef::kRow     = {.key = L"ViewObjectShadowCommand", .title = "Object Shadow", .icon = &Resources::ViewObjectShadowOn, .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewColorCyclingCmdDef::kRow     = {.key = L"ViewColorCyclingCommand", .title = "Component Color Cycling", .icon = &Resources::ViewColorCyclingOn, .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewLayoutGridOnCmdDef::kRow     = {.key = L"ViewLayoutGridOnCommand", .title = "Layout Grid", .titleKey = "ViewLayoutGridCommand", .icon = &Resources::Grid, .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewGridRefNumbersCmdDef::kRow   = {.key = L"ViewGridRefNumeralsCommand", .title = "Grid Reference Numbers", .groups = kGroups, .arguments = {L"CmdId"}};
 
 constinit const ViewChoices ViewDomeCmdDef::kChoices               = {kDomeItems, [](const ViewState&) { return onOrOff(options().displayDome()); }};
 constinit const ViewChoices ViewGroundPlaneCmdDef::kChoices        = {kGroundPlaneItems, [](const ViewState& s) { return onOrOff(s.render->groundPlaneEnabled()); }};

@@ -13,8 +13,8 @@
 namespace Vu::Commands {
 
 // clang-format off
-constinit const CommandRow ViewEffectCmdDef::kRow     = {.key = L"ViewEffectCommand", .title = "Effects", .icon = &Resources::ViewGroundShadowOn, .groups = {&CommandGroup::VisualizationGroup, &CommandGroup::BaseGroup}};
-constinit const CommandRow ViewLayoutGridCmdDef::kRow = {.key = L"ViewLayoutGridCommand", .title = "Layout Grid", .icon = &Resources::Grid, .groups = {&CommandGroup::VisualizationGroup, &CommandGroup::BaseGroup}};
+constinit const CommandRow ViewEffectCmdDef::kRow     = {.key = L"ViewEffectCommand", .title = "Effects", .icon = &Resources::ViewGroundShadowOn, .groups = {&CommandGroup::VisualizationGroup, &CommandGroup::BaseGroup}, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewLayoutGridCmdDef::kRow = {.key = L"ViewLayoutGridCommand", .title = "Layout Grid", .icon = &Resources::Grid, .groups = {&CommandGroup::VisualizationGroup, &CommandGroup::BaseGroup}, .arguments = {L"CmdId"}};
 
 namespace {
 

@@ -32,7 +32,7 @@ GkPoint3d inTargetPlane(const GkPlane& plane, const GkPoint3d& eye, const GkPoin
 } // namespace
 
 constinit const CommandRow ZoomCmdDef::kRow = {
-    .key = L"ZoomCommand", .title = "Zoom", .icon = &Resources::Zoom};
+    .key = L"ZoomCommand", .title = "Zoom", .icon = &Resources::Zoom, .arguments = {L"Passive"}};
 
 ZoomCmd::ZoomCmd(ZoomCmdDef* definition, CommandContext* context)
     : Implements(definition, context, Resources::ZoomCursor())

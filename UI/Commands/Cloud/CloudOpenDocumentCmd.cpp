@@ -24,7 +24,7 @@ using Vs::SkyvaultUtilities;
 // clang-format off
 constinit const CommandRow CloudOpenDocumentCmdDef::kRow = {
     .key = L"CloudOpenDocumentCommand", .title = "Open from ", .icon = &Resources::CloudOpen,
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .arguments = {L"Path"}};
 // clang-format on
 
 namespace {

@@ -25,7 +25,7 @@ namespace fs = boost::filesystem;
 // clang-format off
 constinit const CommandRow CloudSaveAsCmdDef::kRow = {
     .key = L"CloudSaveAsCommand", .title = "Save As in ", .icon = &Resources::CloudSave,
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .arguments = {L"DocumentSession", L"Path"}};
 // clang-format on
 
 namespace {

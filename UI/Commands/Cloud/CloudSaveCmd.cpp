@@ -39,11 +39,11 @@ namespace fs = boost::filesystem;
 // clang-format off
 constinit const CommandRow CloudSaveCmdDef::kRow = {
     .key = L"CloudSaveCommand", .title = "Save to ", .icon = &Resources::CloudSave,
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .arguments = {L"DocumentSession", L"Path"}};
 
 constinit const CommandRow CloudSaveQATCmdDef::kRow = {
     .key = L"CloudSaveQATCommand", .title = "Save to ", .icon = &Resources::CloudSave,
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"DocumentSession", L"Path"}};
 // clang-format on
 
 namespace {

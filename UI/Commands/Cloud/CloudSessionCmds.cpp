@@ -28,7 +28,7 @@ constinit const CommandRow CloudCmdDef::kRow = {
 
 constinit const CommandRow CloudLoginCmdDef::kRow = {
     .key = L"CloudLoginCommand", .title = "Sign In to ", .icon = &Resources::CloudLogin,
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"CLOUD_LOGIN_USER", L"CLOUD_LOGIN_PASSWORD"}};
 
 constinit const CommandRow CloudLogoutCmdDef::kRow = {
     .key = L"CloudLogoutCommand", .title = "Sign Out of ", .icon = &Resources::CloudLogout,
@@ -44,7 +44,7 @@ constinit const CommandRow CloudListFilesCmdDef::kRow = {
 
 constinit const CommandRow CloudUploadCmdDef::kRow = {
     .key = L"CloudUploadCommand", .title = "Skyvault Test Command", .icon = &Resources::CloudTest,
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .arguments = {L"DocumentSession"}};
 // clang-format on
 
 namespace {

@@ -19,15 +19,15 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow CloseDocumentCmdDef::kRow = {
     .key = L"CloseDocumentCommand", .title = "Close", .icon = &Resources::Close, .hotkey = "ctrl+w",
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"DocumentSession", L"DocumentCloseSilently"}};
 
 constinit const CommandRow CloseAllDocumentsCmdDef::kRow = {
     .key = L"CloseAllDocumentsCommand", .title = "Close All", .icon = &Resources::CloseAll,
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"DocumentSession", L"DocumentCloseSilently"}};
 
 constinit const CommandRow CloseWndCmdDef::kRow = {
     .key = L"CloseWndCommand", .title = "Close Document",
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"DocumentSession"}};
 // clang-format on
 
 namespace {

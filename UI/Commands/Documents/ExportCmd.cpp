@@ -26,11 +26,11 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow ExportCmdDef::kRow = {
     .key = L"ExportCommand", .title = "Export...", .icon = &Resources::Export,
-    .groups = {&CommandGroup::BaseGroup, &CommandGroup::DebugGroup}};
+    .groups = {&CommandGroup::BaseGroup, &CommandGroup::DebugGroup}, .arguments = {L"Path", L"CombineObjects", L"Tesselletion"}};
 
 constinit const CommandRow ExportAsCmdDef::kRow = {
     .key = L"ExportAsCommand", .title = "Export As...", .icon = &Resources::Export,
-    .groups = {&CommandGroup::BaseGroup, &CommandGroup::DebugGroup}};
+    .groups = {&CommandGroup::BaseGroup, &CommandGroup::DebugGroup}, .arguments = {L"Path", L"CombineObjects", L"Tesselletion"}};
 
 /// What each value of "Tesselletion" means to the translator; any other resets it.
 struct RefinementRow

@@ -27,11 +27,11 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow RevertDocumentCmdDef::kRow = {
     .key = L"RevertDocumentCommand", .title = "Revert",
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"DocumentSession"}};
 
 constinit const CommandRow SaveDocumentCopyCmdDef::kRow = {
     .key = L"SaveDocumentCopyCommand", .title = "Save a Copy...", .icon = &Resources::Save,
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"DocumentSession", L"Path"}};
 
 constinit const CommandRow SaveAllDocumentsCmdDef::kRow = {
     .key = L"SaveAllDocumentsCommand", .title = "Save All", .icon = &Resources::Save,

@@ -25,12 +25,12 @@ constinit const CommandRow NewDocumentCmdDef::kRow = {
     .key = L"NewDocumentCommand", .title = "New Document", .icon = &Resources::New,
     .hotkey = "ctrl+n",
     .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup, &CommandGroup::DebugGroup},
-    .readonly = true};
+    .readonly = true, .arguments = {L"AssetType", L"Uuid"}};
 
 constinit const CommandRow NewSingleDocumentCmdDef::kRow = {
     .key = L"NewSingleDocumentCommand", .title = "New Single Document", .icon = &Resources::New,
     .hotkey = "ctrl+n",
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"AssetType", L"Uuid"}};
 // clang-format on
 
 namespace {

@@ -35,7 +35,7 @@ constinit const CommandRow OpenDocumentCmdDef::kRow = {
     .key = L"OpenDocumentCommand", .title = "Open...", .icon = &Resources::Open,
     .hotkey = "ctrl+o",
     .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup, &CommandGroup::DebugGroup},
-    .readonly = true};
+    .readonly = true, .arguments = {L"Path", L"DragAndDrop"}};
 // clang-format on
 
 namespace {

@@ -17,7 +17,7 @@ namespace Vu::Commands {
 
 // clang-format off
 constinit const CommandRow SaveAsImageCmdDef::kRow = {
-    .key = L"SaveAsImageCommand", .title = "Capture Image...", .icon = &Resources::SaveAsImage};
+    .key = L"SaveAsImageCommand", .title = "Capture Image...", .icon = &Resources::SaveAsImage, .arguments = {L"Path", L"Width", L"Height", L"Transparent", L"AntiAliasing"}};
 // clang-format on
 
 namespace {

@@ -30,11 +30,11 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow SaveDocumentCmdDef::kRow = {
     .key = L"SaveDocumentCommand", .title = "Save", .icon = &Resources::Save, .hotkey = "ctrl+s",
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup, &CommandGroup::DebugGroup}};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup, &CommandGroup::DebugGroup}, .arguments = {L"DocumentSession", L"Path"}};
 
 constinit const CommandRow SaveDocumentAsCmdDef::kRow = {
     .key = L"SaveDocumentAsCommand", .title = "Save As...", .icon = &Resources::Save, .hotkey = "ctrl+shift+s",
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup, &CommandGroup::DebugGroup}};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup, &CommandGroup::DebugGroup}, .arguments = {L"DocumentSession", L"Path"}};
 // clang-format on
 
 namespace {

@@ -29,7 +29,7 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow NewTabCmdDef::kRow = {
     .key = L"NewTabCommand", .title = "New Tab", .icon = &Resources::New, .hotkey = "ctrl+t",
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"Uuid"}};
 
 constinit const CommandRow PreviousOpenDocumentCmdDef::kRow = {
     .key = L"PreviousOpenDocumentCommand", .title = "Previous Document", .icon = &Resources::Open,

@@ -22,9 +22,9 @@ using Vs::Services::ApplicationEditionService;
 constinit const CommandRow HelpCmdDef::kRow           = {.key = L"HelpCommand", .title = "Help", .icon = &Resources::Help, .groups = {&CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow FeedbackCmdDef::kRow       = {.key = L"FeedbackCommand", .title = "Feedback", .icon = &Resources::Feedback, .groups = {&CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow JoinDiscussionCmdDef::kRow = {.key = L"JoinDiscussionCommand", .title = "Join Discussion", .groups = {&CommandGroup::BaseGroup}, .readonly = true};
-constinit const CommandRow VideosCmdDef::kRow         = {.key = L"VideosCommand", .title = "Essential Videos", .icon = &Resources::EssentialVideos, .groups = {&CommandGroup::BaseGroup}, .readonly = true};
-constinit const CommandRow SuggestboxCmdDef::kRow     = {.key = L"SuggestboxCommand", .title = "Suggestbox", .groups = {&CommandGroup::BaseGroup}, .readonly = true};
-constinit const CommandRow OpenWebBrowserCmdDef::kRow = {.key = L"OpenWebBrowserCommand", .title = "Open Web Browser", .titleKey = "OpenWebBrowserCommandDesc", .icon = &Resources::WebShell, .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+constinit const CommandRow VideosCmdDef::kRow         = {.key = L"VideosCommand", .title = "Essential Videos", .icon = &Resources::EssentialVideos, .groups = {&CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"Address"}};
+constinit const CommandRow SuggestboxCmdDef::kRow     = {.key = L"SuggestboxCommand", .title = "Suggestbox", .groups = {&CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"Address"}};
+constinit const CommandRow OpenWebBrowserCmdDef::kRow = {.key = L"OpenWebBrowserCommand", .title = "Open Web Browser", .titleKey = "OpenWebBrowserCommandDesc", .icon = &Resources::WebShell, .groups = {&CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"Address"}};
 // clang-format on
 
 namespace {

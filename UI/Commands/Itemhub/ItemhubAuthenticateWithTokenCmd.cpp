@@ -12,7 +12,7 @@ using Def = ItemhubAuthenticateWithTokenCmdDef;
 // clang-format off
 constinit const CommandRow ItemhubAuthenticateWithTokenCmdDef::kRow = {
     .key = L"ItemhubAuthenticateWithTokenCommand", .title = "Itemdesk Authenticate", .icon = &Resources::CloudSave,
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .arguments = {L"ItemhubTenantUri", L"ItemhubTenant", L"OAuthToken", L"OAuthTokenSecret", L"OAuthSessionHandle", L"ConsumerKey", L"ConsumerSecret"}};
 // clang-format on
 
 namespace {

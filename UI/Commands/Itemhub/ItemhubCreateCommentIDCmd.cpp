@@ -16,7 +16,7 @@ using Def = ItemhubCreateCommentIDCmdDef;
 
 // clang-format off
 constinit const CommandRow ItemhubCreateCommentIDCmdDef::kRow = {
-    .key = L"ItemhubCreateCommentID", .title = "", .titleKey = "ItemhubCreateCommentID", .icon = &Resources::CloudOpen};
+    .key = L"ItemhubCreateCommentID", .title = "", .titleKey = "ItemhubCreateCommentID", .icon = &Resources::CloudOpen, .arguments = {L"postID", L"postTitle", L"postUrl"}};
 // clang-format on
 
 namespace {

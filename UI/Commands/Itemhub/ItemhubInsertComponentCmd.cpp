@@ -16,7 +16,7 @@ using Vs::ItemhubUtilities;
 
 // clang-format off
 constinit const CommandRow ItemhubInsertComponentCmdDef::kRow = {
-    .key = L"ItemhubInsertComponentCommand", .title = "Itemdesk Insert Component", .icon = &Resources::CloudSave};
+    .key = L"ItemhubInsertComponentCommand", .title = "Itemdesk Insert Component", .icon = &Resources::CloudSave, .arguments = {L"ItemhubWorkspaceId", L"ItemhubItemId", L"ItemhubDocType"}};
 // clang-format on
 
 namespace {

@@ -17,11 +17,11 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow ItemhubNewItemCmdDef::kRow = {
     .key = L"ItemhubNewItemCommand", .title = "Itemdesk New Item", .icon = &Resources::New,
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .arguments = {L"ItemhubWorkspaceId", L"ItemhubItemName", L"ItemhubLinkedItemId", L"ItemhubLinkedItemWorkspaceId", L"ItemhubAssetType", L"ItemhubItemDescription"}};
 
 constinit const CommandRow ItemhubNewDesignCmdDef::kRow = {
     .key = L"ItemhubNewDesignCommand", .title = "New Design", .icon = &Resources::New,
-    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}};
+    .groups = {&CommandGroup::DocumentGroup, &CommandGroup::BaseGroup}, .arguments = {L"ItemhubWorkspaceId", L"ItemhubItemName", L"ItemhubLinkedItemId", L"ItemhubLinkedItemWorkspaceId", L"ItemhubAssetType", L"ItemhubItemDescription"}};
 
 constinit const CommandRow ItemhubNewDocumentationCmdDef::kRow = {
     .key = L"ItemhubNewDocumentationCommand", .title = "New Documentation", .icon = &Resources::New,

@@ -17,7 +17,7 @@ using Def = ItemhubOpenAttachmentCmdDef;
 // clang-format off
 constinit const CommandRow ItemhubOpenAttachmentCmdDef::kRow = {
     .key = L"ItemhubOpenAttachmentCommand", .title = "", .titleKey = "ItemhubOpenAttachmentCommand",
-    .icon = &Resources::CloudOpen};
+    .icon = &Resources::CloudOpen, .arguments = {L"fileUri"}};
 // clang-format on
 
 namespace {

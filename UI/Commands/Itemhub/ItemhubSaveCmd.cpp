@@ -16,7 +16,7 @@ namespace Vu::Commands {
 
 // clang-format off
 constinit const CommandRow ItemhubSaveCmdDef::kRow = {
-    .key = L"ItemhubSaveCommand", .title = "Version Marker", .icon = &Resources::CloudSave};
+    .key = L"ItemhubSaveCommand", .title = "Version Marker", .icon = &Resources::CloudSave, .arguments = {L"DocumentSession", L"Path", L"ItemhubSaveLabel"}};
 // clang-format on
 
 namespace {

@@ -19,7 +19,7 @@ namespace Vu::Commands {
 constinit const CommandRow MeasureCmdDef::kRow = {
     .key = L"MeasureCommand", .title = "Measure", .icon = &Resources::Measure,
     .tooltip = "Measures lengths, areas, volumes, distances and angles of what you select", .tooltipKey = "VeloraMeasureCommandToolTip",
-    .hotkey = "Shift+M", .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+    .hotkey = "Shift+M", .groups = {&CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"MeasureTypes", L"Passive"}};
 // clang-format on
 
 RealValueCommandInput* MeasureCmdDef::s_pToMeasure = nullptr;

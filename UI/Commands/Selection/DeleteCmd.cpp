@@ -19,8 +19,10 @@ namespace Vu::Commands {
 
 using Vs::DataModel::IDeletable;
 
-constinit const CommandRow DeleteCmdDef::kRow = {
-    .key = L"DeleteCommand", .title = "Delete", .groups = {&CommandGroup::BaseGroup}};
+constinit const CommandRow DeleteCmdDef::kRow = {.key = L"DeleteCommand",
+                                                 .title = "Delete",
+                                                 .groups = {&CommandGroup::BaseGroup},
+                                                 .arguments = {L"Alone"}};
 
 namespace {
 

@@ -5,7 +5,8 @@
 
 namespace Vu::Commands {
 
-constinit const CommandRow RenameCommandDef::kRow = {.key = L"RenameCommand", .title = "Rename"};
+constinit const CommandRow RenameCommandDef::kRow = {
+    .key = L"RenameCommand", .title = "Rename", .arguments = {L"NewName"}};
 
 const Vs::UniqueString* RenameCommandDef::newNameArgument()
 {

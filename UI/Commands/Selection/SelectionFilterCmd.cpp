@@ -26,7 +26,7 @@ using Vs::Scene::GraphicsOptionGroup;
 // clang-format off
 constinit const CommandRow SelectionFilterCmdDef::kRow = {
     .key = L"SelectionFilterCommand", .title = "Selection Filters", .icon = &Resources::Cursor,
-    .groups = {&CommandGroup::SelectGroup, &CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::SelectGroup, &CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"Marked"}};
 // clang-format on
 
 /// An entry of the menu, with the record of a category, which nobody else keeps.

@@ -17,12 +17,12 @@ using DropDown = UndoRedoDropDownCommandDef;
 constinit const CommandRow UndoCmdDef::kRow = {
     .key = L"UndoCommand", .title = "Undo", .icon = &Resources::Undo,
     .tooltip = "Undo", .tooltipKey = "UndoCommandDesc", .hotkey = "Ctrl+Z",
-    .groups = {&CommandGroup::BaseGroup}};
+    .groups = {&CommandGroup::BaseGroup}, .arguments = {L"TxnIndex"}};
 
 constinit const CommandRow RedoCmdDef::kRow = {
     .key = L"RedoCommand", .title = "Redo", .icon = &Resources::Redo,
     .tooltip = "Redo", .tooltipKey = "RedoCommandDesc", .hotkey = "Ctrl+Y",
-    .groups = {&CommandGroup::BaseGroup}};
+    .groups = {&CommandGroup::BaseGroup}, .arguments = {L"TxnIndex"}};
 // clang-format on
 
 bool UndoCmdDef::onIsApplicable(CommandContext* context) const

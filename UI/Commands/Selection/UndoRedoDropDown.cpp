@@ -19,8 +19,10 @@ namespace {
 
 using DropDown = UndoRedoDropDownCommandDef;
 
-constexpr CommandRow kUndoRow = {.key = L"UndoDropDown", .title = "Undo Multiple", .icon = &Resources::Undo};
-constexpr CommandRow kRedoRow = {.key = L"RedoDropDown", .title = "Redo Multiple", .icon = &Resources::Redo};
+constexpr CommandRow kUndoRow = {
+    .key = L"UndoDropDown", .title = "Undo Multiple", .icon = &Resources::Undo, .arguments = {L"TxnIndex"}};
+constexpr CommandRow kRedoRow = {
+    .key = L"RedoDropDown", .title = "Redo Multiple", .icon = &Resources::Redo, .arguments = {L"TxnIndex"}};
 constexpr const wchar_t* kTextCommandKey = L"TextCommand";
 /// What stands behind the command's name in the name of a step that is a part of another.
 constexpr const wchar_t* kInnerStep = L" Inner Step";

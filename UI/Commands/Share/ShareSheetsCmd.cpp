@@ -22,7 +22,7 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow ShareSheetsCmdDef::kRow = {
     .key = L"ShareSheetsCommand", .title = "Share Picture", .icon = &Resources::SharePicture,
-    .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"CmdId", L"Path"}};
 // clang-format on
 
 namespace {

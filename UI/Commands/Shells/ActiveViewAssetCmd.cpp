@@ -18,7 +18,7 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow ActiveViewAssetCmdDef::kRow = {
     .key = L"ActiveViewAssetCommand", .title = "", .icon = &Resources::ActiveAsset,
-    .groups = {&CommandGroup::BaseGroup}};
+    .groups = {&CommandGroup::BaseGroup}, .arguments = {L"AssetSessionName"}};
 // clang-format on
 
 namespace {

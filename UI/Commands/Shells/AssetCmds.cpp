@@ -22,7 +22,7 @@ constinit const CommandRow PreviousAssetCmdDef::kRow = {
 
 constinit const CommandRow SwitchAssetCmdDef::kRow = {
     .key = L"SwitchAssetCommand", .title = "Switch Asset",
-    .groups = {&CommandGroup::BaseGroup}};
+    .groups = {&CommandGroup::BaseGroup}, .arguments = {L"AssetSession"}};
 
 constinit const CommandRow CloseAssetCmdDef::kRow = {
     .key = L"CloseAssetCommand", .title = "Close Asset", .icon = &Resources::CloseAsset,

@@ -16,7 +16,7 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow ActivateEnvironmentCmdDef::kRow = {
     .key = L"ActivateEnvironmentCommand", .title = "Workspace",
-    .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"EnvironmentType"}};
 
 constinit const CommandRow CycleWorkspacesForwardCmdDef::kRow = {
     .key = L"CycleWorkspacesForwardCommand", .title = "Cycle Workspaces Forward", .icon = &Resources::Open,

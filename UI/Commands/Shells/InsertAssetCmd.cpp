@@ -18,7 +18,7 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow InsertAssetCmdDef::kRow = {
     .key = L"InsertAssetCommand", .title = "Insert Asset", .icon = &Resources::NewAsset,
-    .groups = {&CommandGroup::BaseGroup}};
+    .groups = {&CommandGroup::BaseGroup}, .arguments = {L"AssetType", L"DocumentSession", L"Uuid", L"Hidden"}};
 // clang-format on
 
 namespace {

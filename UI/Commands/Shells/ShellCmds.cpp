@@ -19,7 +19,7 @@ constinit const CommandRow ManagementShellCmdDef::kRow = {
 
 constinit const CommandRow AssetShellCmdDef::kRow = {
     .key = L"AssetShellCommand", .title = "Asset Shell", .icon = &Resources::AssetShell,
-    .groups = {&CommandGroup::ShellGroup, &CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::ShellGroup, &CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"AssetSession"}};
 // clang-format on
 
 bool ManagementShellCmdDef::onIsApplicable(CommandContext*) const

@@ -35,7 +35,7 @@ std::wstring filterOf(const std::wstring& layout)
 // clang-format off
 constinit const CommandRow SplitViewLayoutCmdDef::kRow = {
     .key = L"SplitViewLayoutCommand", .title = "Split View",
-    .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"Layout"}};
 // clang-format on
 
 void SplitViewLayoutCmdDef::createCommandDef()

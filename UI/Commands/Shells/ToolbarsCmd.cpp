@@ -18,7 +18,7 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow ToolbarsCmdDef::kRow = {
     .key = L"ToolbarsCommand", .title = "Toolbars",
-    .groups = {&CommandGroup::BaseGroup}, .readonly = true};
+    .groups = {&CommandGroup::BaseGroup}, .readonly = true, .arguments = {L"Toolbar", L"Visible"}};
 // clang-format on
 
 namespace {

@@ -14,7 +14,7 @@ namespace Vu::Commands {
 // clang-format off
 constinit const CommandRow RunScriptCmdDef::kRow = {
     .key = L"RunScriptCommand", .title = "Run Script...", .icon = &Resources::RunScript,
-    .groups = {&CommandGroup::BaseGroup}};
+    .groups = {&CommandGroup::BaseGroup}, .arguments = {L"Path"}};
 // clang-format on
 
 namespace {

@@ -10,6 +10,8 @@ namespace Vu::Design {
 
 EditCmdDefBase::EditCmdDefBase(Info* info) : Implements(info)
 {
+    // The keys of its inputs, which the command itself checks.
+    info->arguments(std::nullopt);
     joinCommandGroup(CommandGroup::VeloraSolidGroup());
 }
 
