@@ -131,7 +131,7 @@ bool AddInMgr::loadAddIn(const fs::path& root, const AddInManifest& manifest, St
     try {
         IAddIn* const object = entry();
         if (!object)
-            return refused(L"its library gives no add-in.");
+            return refused(L"its library provides no add-in.");
         object->load();
         m_addIns.push_back({manifest, object});
     } catch (const Exception& error) {

@@ -17,7 +17,7 @@ void refuseOthers(const std::string& file)
     if (!S_ISREG(status.st_mode))
         throw Exception(file + " is not a regular file");
     if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0)
-        throw Exception(file + " can be used by others than its owner; its permissions must be 0600");
+        throw Exception(file + " can be used by others besides its owner; its permissions must be 0600");
 }
 
 } // namespace

@@ -40,7 +40,7 @@ std::wstring helpOnAll(const TextCommandRegistry& registry)
     std::wstring text = L"A line is <area>.<name>, its parameters and its /flags. The areas are:";
     for (const auto& [name, description] : rows)
         text.append(L"\n  ").append(name).append(L"  ").append(description);
-    return text + L"\nhelp <area> lists the commands of one, help <area>.<name> tells about a command.";
+    return text + L"\nhelp <area> lists the commands of one, help <area>.<name> describes a command.";
 }
 
 std::wstring helpOnArea(const TextCommandRegistry& registry, const TextCommandSubjectArea& area)
@@ -102,7 +102,7 @@ std::wstring unknownCommandMessage(TextCommandRegistry& registry, std::wstring_v
         return L"There is no text command area \"" + shown(area) + L"\"." + suggest(near);
     }
     if (dot == std::wstring_view::npos || dot + 1 == word.size())
-        return L"\"" + shown(word) + L"\" needs the name of a command behind it. Try: help " +
+        return L"\"" + shown(word) + L"\" must be followed by the name of a command. Try: help " +
                std::wstring(area);
     std::vector<std::wstring> names;
     for (const TextCommand* command : registry.commands)

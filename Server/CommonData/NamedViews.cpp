@@ -229,7 +229,7 @@ bool NamedViews::isFree(const std::wstring& name, Status& status) const
     }
     if (find(name)) {
         status.addError(localizedFormat("NamedViewNameTaken",
-                                        "There is a named view \"%1%\" already; choose another name.", name));
+                                        "There is already a named view \"%1%\"; choose another name.", name));
         return false;
     }
     return true;

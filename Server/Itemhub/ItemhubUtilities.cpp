@@ -205,7 +205,7 @@ std::wstring ItemhubUtilities::addNewItem(const DocumentType* type, long workspa
     const std::string key = Itemhub::SignIn::newKey(), account = Session::get().facts().name;
     const std::string extension = Strings::narrow(type->extension());
     const Itemhub::NewItem wanted{workspaceId, Strings::narrow(name), Strings::narrow(notes), linkedItemId};
-    return ask(localized("ItemhubMakingItem", "Making an item of the lifecycle service"),
+    return ask(localized("ItemhubMakingItem", "Creating an item on the lifecycle service"),
                [&](ItemStore& store, const Watch& watch) {
                    return Itemhub::Documents::addNewItem(store, account, wanted, key, extension,
                                                          type->identifier(), watch)

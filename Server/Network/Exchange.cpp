@@ -181,7 +181,7 @@ void Exchange::look()
     if (m_cutAt)
         return end({CloudErrorState::Unreachable, "the connection was cut"});
     end({CloudErrorState::Unreachable,
-         "not a byte came or went for " + std::to_string(m_patience.count() / 1000) + " s"});
+         "not a byte was sent or received for " + std::to_string(m_patience.count() / 1000) + " s"});
 }
 
 void Exchange::end(Result cause)

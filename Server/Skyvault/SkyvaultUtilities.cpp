@@ -41,7 +41,7 @@ std::wstring plainText(CloudErrorState state)
             "You could not be signed out: the keyring still has your password for the cloud drive.");
     case CloudErrorState::TooManyRequests:
         return localized("CloudStateTooManyRequests",
-                         "The server of the cloud drive is busy and asks to wait. Try again later.");
+                         "The server of the cloud drive is busy and asks you to wait. Try again later.");
     case CloudErrorState::NotOnDisk:
         return localized("CloudStateNotOnDisk", "The document has no file yet. Save it first.");
     case CloudErrorState::NotFound:
@@ -73,14 +73,14 @@ std::wstring plainText(CloudErrorState state)
     case CloudErrorState::Redirected:
         return localized(
             "CloudStateRedirected",
-            "The server of the cloud drive sends the program elsewhere, where it does not follow.");
+            "The server of the cloud drive redirects to a place that the program does not follow.");
     case CloudErrorState::BadName:
-        return localized("CloudStateBadName", "The cloud drive cannot have a file of this name.");
+        return localized("CloudStateBadName", "The cloud drive cannot hold a file with this name.");
     case CloudErrorState::CacheFailed:
         return localized("CloudStateCacheFailed",
                          "The local copies of the cloud drive's files cannot be read or written.");
     case CloudErrorState::NotKept:
-        return localized("CloudStateNotKept", "What the server keeps is not what was sent. Save again.");
+        return localized("CloudStateNotKept", "What the server stored is not what was sent. Save again.");
     case CloudErrorState::Unsupported:
         return localized("CloudStateUnsupported", "The server of the cloud drive cannot do this.");
     }

@@ -32,30 +32,28 @@ struct OptionRow
 constexpr OptionRow kOptions[] = {
     {"headless", nullptr, "Run without a window; no display is needed. Ends after the last line."},
     {"hand-over", nullptr, "Open the files in the window that was active last; start one if none is there."},
-    {"export", "FILE", "Write the model that was opened last, in the format of the suffix, and end."},
-    {"info", nullptr, "Tell the structure, the size, the volume and the area of each file, and end."},
+    {"export", "FILE", "Write the model that was opened last, in the format of the suffix, and exit."},
+    {"info", nullptr, "Print the structure, the size, the volume and the area of each file, and exit."},
     {"json", nullptr, "With --info: one line of JSON for each file."},
-    {"density", "G/CM3", "With --info: tell the mass as well, at so many grams in a cubic centimetre."},
+    {"density", "G/CM3",
+     "With --info: print the mass as well, at this density in grams per cubic centimetre."},
     {"thumbnail", nullptr,
-     "Draw a file as a square picture (PNG), and end. It goes with three arguments: the file, the pixels on "
-     "a "
+     "Draw a file as a square picture (PNG), and exit. Takes three arguments: the file, the pixels on a "
      "side, the picture."},
     {"command", "LINE", "Run one text line."},
     {"replay", "FILE", "Run a transcript of text lines."},
     {"script", "FILE", "Run a Python script."},
     {"console", nullptr, "Read text lines from standard input."},
     {"python", nullptr, "Read Python from standard input; on a terminal as Python's own console."},
-    {"keep-going", nullptr, "Go on after a line that failed; the exit code still tells of it."},
+    {"keep-going", nullptr, "Go on after a line that failed; the exit code still reports it."},
     {"echo", nullptr, "Print each line before its answer."},
     {"set", "NAME=VALUE", "What ${NAME} stands for in transcripts; quillet.parameters of scripts."},
     {"references", "compare|fill|update",
-     "What checks do with their references: compare (one that is missing fails; the default "
-     "of --test), fill (makes those that are missing; the default otherwise), update "
-     "(makes them all anew)."},
+     "What checks do with their references: compare (one that is missing fails; the default of --test), fill "
+     "(makes those that are missing; the default otherwise), update (makes all of them again)."},
     {"compare-recordings", nullptr,
-     "Tell what the one of two recordings, A and B, has and the other hasn't, by the meaning of their "
-     "lines."},
-    {"verbose", nullptr, "Have checks that are right tell what they have found."},
+     "Print what one of two recordings, A and B, has and the other hasn't, by the meaning of their lines."},
+    {"verbose", nullptr, "Have checks that pass print what they have found."},
     {"coverage", "FILE",
      "Write which lines and commands were run, and how often; with --test by all together."},
     {"profile-dir", "DIR", "Keep all settings, caches and recovery files in DIR."},
@@ -63,12 +61,12 @@ constexpr OptionRow kOptions[] = {
     {"test", "DIR",
      "Run all transcripts and scripts in a folder, or the one file, each in a process of its own."},
     {"filter", "PATTERN",
-     "With --test: run only those whose names below the folder fit; may be given often."},
+     "With --test: run only those whose names below the folder match; may be given several times."},
     {"list", nullptr, "With --test: print the names of those that would be run."},
     {"retry", "N", "With --test: run what failed up to N times more."},
     {"results", "FILE",
-     "With --test: keep how each ended, for --failed and for parts that take alike long; with --shard it is "
-     "only read."},
+     "With --test: keep how each ended, for --failed and for parts that take equally long; with --shard it "
+     "is only read."},
     {"failed", nullptr, "With --test and --results: run only what failed the last time."},
     {"artifacts", "DIR", "With --test: keep what those that failed wrote."},
     {"jobs", "N", "With --test: how many run side by side (default: as many as there are processors)."},
@@ -333,9 +331,10 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
                                   [&](const char* option) { return parser.isSet(QLatin1String(option)); });
     result.handOver = parser.isSet(QStringLiteral("hand-over"));
     if (result.handOver && (result.headless || !result.steps.empty()))
-        result.error = "--hand-over opens files in a window, and goes with no --headless and nothing to run.";
+        result.error = "--hand-over opens files in a window, so it can't be combined with --headless or "
+                       "anything to run.";
     if (result.headless && !result.links.empty())
-        result.error = "A link is followed in a window, and goes with no --headless.";
+        result.error = "A link is followed in a window, so it can't be combined with --headless.";
     result.autorun = !parser.isSet(QStringLiteral("no-autorun"));
     result.keepGoing = parser.isSet(QStringLiteral("keep-going"));
     result.echo = parser.isSet(QStringLiteral("echo"));

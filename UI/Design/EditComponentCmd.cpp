@@ -67,8 +67,7 @@ protected:
         if (path)
             enter(*assetSession(), path->component);
         else if (status.isOk())
-            status.addError(
-                localized("NoComponentToEdit", "Name one component to be edited, or select one."));
+            status.addError(localized("NoComponentToEdit", "Name one component to edit, or select one."));
     }
 };
 
@@ -128,7 +127,7 @@ std::string meantBy(const std::string& under, const AssetSession& session)
 constinit const CommandRow EditComponentCmdDef::kRow = {
     .key = L"EditComponentCommand",
     .title = "Edit Component",
-    .tooltip = "Work within the component alone, the rest being a ghost",
+    .tooltip = "Work within the component alone, with the rest shown as a ghost",
     .groups = {&CommandGroup::VeloraSolidGroup},
     .readonly = true,
     .arguments = {L"Component"}};

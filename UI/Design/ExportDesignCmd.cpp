@@ -216,7 +216,7 @@ void VeloraExportCmd::writeParts(Vs::Asset& asset, Vs::Status& status)
 {
     const std::vector<ExportedPart> parts = partsToExport(asset, m_options);
     if (parts.empty()) {
-        status.addError(localized("NoPartToExport", "There is no part that could be exported."));
+        status.addError(localized("NoPartToExport", "There is no part to export."));
         return;
     }
     const std::vector<std::wstring> files = filesOfParts(m_path, parts);

@@ -140,7 +140,7 @@ ExportOptions ExportOptions::read(CommandContext& context, Vs::Status& status)
     options.unit = Vs::Strings::narrow(unit);
     if (!unit.empty() && !Vs::LengthUnit::find(options.unit))
         status.addError(
-            localizedFormat("ExportUnitWrong", "\"%1%\" is none of these units: %2%.", unit, unitKeys()));
+            localizedFormat("ExportUnitWrong", "\"%1%\" is not one of these units: %2%.", unit, unitKeys()));
     const std::wstring axis = context.argumentAsString(Definition::upAxisArgumentName());
     if (!readUpAxis(axis, options.upAxis))
         status.addError(
@@ -175,7 +175,7 @@ std::wstring ExportOptions::refusal(const Vs::Translator& translator) const
     if (!unit.empty() && !choices.unit)
         return localizedFormat("ExportNoUnit", "%1% have no choice of the unit.", translator.name());
     if (selectedOnly && selectedComponents().empty())
-        return localized("ExportNothingSelected", "Nothing is selected that could be exported.");
+        return localized("ExportNothingSelected", "Nothing that can be exported is selected.");
     return {};
 }
 

@@ -68,8 +68,7 @@ bool insertNativeFile(const std::wstring& path, const std::string& into,
         return false;
     const auto request = document->activeAsset() ? pasteOf(*document->activeAsset()) : nullptr;
     if (!request) {
-        status.addError(
-            localizedFormat("NothingToInsert", "%1%: there is nothing in it to be inserted.", path));
+        status.addError(localizedFormat("NothingToInsert", "%1%: there is nothing in it to insert.", path));
         return false;
     }
     request->into(into);

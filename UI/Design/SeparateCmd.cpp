@@ -92,7 +92,7 @@ TextCmdSeparate theSeparate;
 constinit const CommandRow SeparateCmdDef::kRow = {.key = L"SeparateCommand",
                                                    .title = "Separate Pattern",
                                                    .tooltip =
-                                                       "Have each copy of a pattern be a component by itself",
+                                                       "Make each copy of a pattern a component by itself",
                                                    .groups = {&CommandGroup::VeloraSolidGroup},
                                                    .arguments = {L"Objects"}};
 

@@ -41,8 +41,8 @@ void showDesign(Vs::Document* document, Vs::Status& status)
     AssetSession* session =
         document->activeAsset() ? SessionMgr::get()->assetSession(document->activeAsset()) : nullptr;
     if (!session) {
-        status.addError(localizedFormat("NothingToShow", "\"%1%\" holds nothing that could be shown.",
-                                        document->displayName()));
+        status.addError(
+            localizedFormat("NothingToShow", "\"%1%\" contains nothing to show.", document->displayName()));
         return;
     }
     CommandContext context = CommandContext::activeContext();

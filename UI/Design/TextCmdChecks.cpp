@@ -75,7 +75,7 @@ std::wstring cameraText(const GraphicsView* view)
 {
     const Vs::Scene::ViewFragment* fragment = view ? view->modelFragment() : nullptr;
     if (!fragment)
-        throw Vs::Exception(localized("CheckNoCamera", "There is no view whose camera could be checked."));
+        throw Vs::Exception(localized("CheckNoCamera", "There is no view whose camera can be checked."));
     const Vs::Scene::Camera& camera = *fragment->camera();
     std::wstring text = camera.projection() == Vs::Scene::kParallelProjection ? L"parallel" : L"perspective";
     const GkPoint3d& position = camera.position();

@@ -72,8 +72,7 @@ Paths namedBy(const ColourEdit& edit)
 std::wstring whyWrong(const GkMatrix3d& motion)
 {
     if (!isMotion(motion))
-        return localized("EditNoMotion",
-                         "things are moved and turned, but not scaled or mirrored, by a motion.");
+        return localized("EditNoMotion", "a motion can move and turn things, but not scale or mirror them.");
     if (!isNear(motion))
         return localized("EditTooFar", "that is farther than a thousand kilometres.");
     return {};
@@ -87,7 +86,7 @@ std::wstring whyWrong(const MoveEdit& edit)
 std::wstring whyWrong(const CopyEdit& edit)
 {
     if (edit.motions.size() * edit.components.size() > kMostCopies)
-        return localizedFormat("EditTooMany", "more than %1% copies at once would be made.", kMostCopies);
+        return localizedFormat("EditTooMany", "that would make more than %1% copies at once.", kMostCopies);
     for (const GkMatrix3d& motion : edit.motions)
         if (std::wstring why = whyWrong(motion); !why.empty())
             return why;
@@ -98,7 +97,7 @@ std::wstring whyWrong(const MirrorEdit& edit)
 {
     const double length = edit.normal.length();
     if (!(length > 1e-12 && std::isfinite(length)))
-        return localized("EditNoMirror", "a mirror needs a direction that it faces.");
+        return localized("EditNoMirror", "a mirror needs a direction to face.");
     return whyWrong(GkMatrix3d::translation(edit.point - GkPoint3d()));
 }
 
@@ -125,7 +124,7 @@ std::wstring whyWrong(const ColourEdit& edit)
     const Colour colour = edit.colour.value_or(Colour());
     return isShare(colour.r) && isShare(colour.g) && isShare(colour.b) && isShare(colour.a)
                ? std::wstring()
-               : localized("EditWrongColour", "the shares of a colour are numbers from 0 to 1.");
+               : localized("EditWrongColour", "the components of a colour are numbers from 0 to 1.");
 }
 
 /// Why the copies that are made are too many, once it is known that what they are of is there.
@@ -149,7 +148,7 @@ std::wstring textOf(const EditError& error)
                                "\"%1%\" is not a solid: it has faces that don't enclose a space.",
                                error.subject());
     case EditFault::Triangles:
-        return localizedFormat("EditTriangles", "\"%1%\" is made of triangles alone and has no exact shape.",
+        return localizedFormat("EditTriangles", "\"%1%\" consists of triangles only and has no exact shape.",
                                error.subject());
     case EditFault::OwnTool:
         return localizedFormat("EditOwnTool", "\"%1%\" can't be combined with itself.", error.subject());
@@ -158,8 +157,7 @@ std::wstring textOf(const EditError& error)
     case EditFault::NothingLeft:
         return localizedFormat("EditNothingLeft", "nothing would be left of \"%1%\".", error.subject());
     case EditFault::Apart:
-        return localizedFormat("EditApart", "\"%1%\" and the other bodies have no space in common.",
-                               error.subject());
+        return localizedFormat("EditApart", "\"%1%\" and the other bodies don't overlap.", error.subject());
     case EditFault::NoSuchPart:
         return localizedFormat("EditNoSuchPart", "\"%1%\" has no such edge or face.", error.subject());
     case EditFault::FreeEdge:
@@ -168,29 +166,28 @@ std::wstring textOf(const EditError& error)
     case EditFault::SmoothEdge:
         return localizedFormat(
             "EditSmoothEdge",
-            "at an edge of \"%1%\" the faces go over into each other smoothly, so that there is "
-            "nothing to be rounded or cut off.",
+            "at an edge of \"%1%\" the faces meet smoothly, so there is nothing to round or cut off.",
             error.subject());
     case EditFault::TooLarge:
         return localizedFormat("EditTooLarge",
                                "there is no room for that size at the edges of \"%1%\", or they can't be "
-                               "worked on together; try a smaller one, or fewer edges.",
+                               "changed together; try a smaller size or fewer edges.",
                                error.subject());
     case EditFault::Invalid:
-        return localizedFormat("EditInvalid",
-                               "the geometry kernel can't combine \"%1%\" with these bodies: what came of it "
-                               "is not a sound body.",
-                               error.subject());
+        return localizedFormat(
+            "EditInvalid",
+            "the geometry kernel can't combine \"%1%\" with these bodies: the result is not a valid body.",
+            error.subject());
     case EditFault::Crashed:
         return localizedFormat("EditCrashed",
-                               "the geometry kernel broke down at \"%1%\". The model is as it was.",
+                               "the geometry kernel crashed on \"%1%\". The model is unchanged.",
                                error.subject());
     case EditFault::TooLong:
-        return localizedFormat("EditTooLong", "the geometry kernel came to no end with \"%1%\".",
+        return localizedFormat("EditTooLong", "the geometry kernel did not finish with \"%1%\".",
                                error.subject());
     case EditFault::Cancelled:
         return localizedFormat(
-            "EditCancelled", "the change of \"%1%\" was cancelled. The model is as it was.", error.subject());
+            "EditCancelled", "the change of \"%1%\" was cancelled. The model is unchanged.", error.subject());
     case EditFault::Refused:
         break;
     }
@@ -229,7 +226,7 @@ void EditRequest::onExecute(Asset& asset, Status& status)
     const Paths named = std::visit([](const auto& edit) { return namedBy(edit); }, m_edit);
     std::wstring why = std::visit([](const auto& edit) { return whyWrong(edit); }, m_edit);
     if (named.empty() || &asset != m_asset)
-        why = localized("EditNothing", "nothing of this model is named that could be changed.");
+        why = localized("EditNothing", "no object of this model that can be changed was given.");
     if (!why.empty()) {
         status.addError(name() + L": " + why);
         return;

@@ -37,7 +37,7 @@ void SeparateRequest::onExecute(Asset& asset, Status& status)
     if (!any)
         status.addError(DataModel::localized(
             "SeparateNothing",
-            "Nothing is named that belongs to a pattern, so there is nothing to separate."));
+            "None of the given components belongs to a pattern, so there is nothing to separate."));
 }
 
 } // namespace Vs

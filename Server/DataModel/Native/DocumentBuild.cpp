@@ -55,8 +55,8 @@ std::vector<Native::FileCheck::Part> partsToCheck(const Native::NativeLoad& load
                                                         load.manifest.assets[i].name),
                              load.models[i].model});
     if (load.hasPicture)
-        parts.push_back({Native::kThumbnailName,
-                         DataModel::localized("DamagedPicture", "the picture for lists"), nullptr});
+        parts.push_back(
+            {Native::kThumbnailName, DataModel::localized("DamagedPicture", "the preview picture"), nullptr});
     for (const Native::Manifest::Extra& extra : load.manifest.extras)
         parts.push_back({extra.entry, L"\"" + Strings::widen(extra.entry) + L"\"", nullptr});
     return parts;
@@ -65,11 +65,11 @@ std::vector<Native::FileCheck::Part> partsToCheck(const Native::NativeLoad& load
 void tellOfDamage(Document* document, const std::vector<std::wstring>& damaged)
 {
     Status status;
-    status.addError(DataModel::localizedFormat("DamagedFile",
-                                               "\"%1%\" was damaged on the disk since it was saved. What "
-                                               "can't be read any more: %2%. The rest is as it "
-                                               "was; look for an older copy of the file.",
-                                               document->path(), boost::algorithm::join(damaged, L", ")));
+    status.addError(
+        DataModel::localizedFormat("DamagedFile",
+                                   "\"%1%\" has been damaged on the disk since it was saved. No longer "
+                                   "readable: %2%. The rest is intact; look for an older copy of the file.",
+                                   document->path(), boost::algorithm::join(damaged, L", ")));
     DocumentFailureEvent event(document, status);
     FileDamageEventSource::get()->fireFileDamaged(&event);
 }

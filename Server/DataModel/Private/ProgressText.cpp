@@ -50,16 +50,16 @@ std::wstring measuring()
 std::wstring stoppedMeasuring(bool cancelled)
 {
     return cancelled ? DataModel::localized("MeasureCancelled", "it was cancelled.")
-                     : DataModel::localized("MeasureTooHard", "the geometry kernel came to no end.");
+                     : DataModel::localized("MeasureTooHard", "the geometry kernel did not finish.");
 }
 
 std::wstring stoppedMeshing(EditFault why)
 {
     if (why == EditFault::Crashed)
-        return DataModel::localized("MeshingCrashed", "the geometry kernel broke down at its shape");
+        return DataModel::localized("MeshingCrashed", "the geometry kernel crashed on its shape");
     return why == EditFault::Cancelled
                ? DataModel::localized("MeshingCancelled", "it was cancelled")
-               : DataModel::localized("MeshingTooHard", "the geometry kernel came to no end with its shape");
+               : DataModel::localized("MeshingTooHard", "the geometry kernel did not finish with its shape");
 }
 
 std::wstring step(const std::string& english)

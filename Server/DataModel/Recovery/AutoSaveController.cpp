@@ -110,7 +110,7 @@ void tellDamaged(const std::string& file)
     AutoSaveEvent event(
         path, DataModel::localizedFormat(
                   "RecoveryFileDamaged",
-                  "A recovery file is damaged and can't be opened. It was put aside as \"%1%\".", path));
+                  "A recovery file is damaged and can't be opened. It was set aside as \"%1%\".", path));
     AutoSaveEventSource::get()->fireAutoSavedRecoveryFileDamaged(&event);
 }
 

@@ -66,7 +66,7 @@ std::optional<std::vector<std::wstring>> splitSteps(std::wstring_view text, Stat
     } catch (const boost::escaped_list_error&) {
         status.addError(localizedFormat(
             "PathEscapeWrong",
-            "\"%1%\" is not a path: a backslash stands only before a slash, a quote or another backslash.",
+            "\"%1%\" is not a path: a backslash may only stand before a slash, a quote or another backslash.",
             std::wstring(text)));
         return std::nullopt;
     }
@@ -269,7 +269,7 @@ const Component* resolvePath(const ObjectPath& path, const Asset& asset, Status&
     const Component* found = asset.findComponent(path.component);
     if (!found || (path.leaf != Leaf::Component && !found->body)) {
         status.addError(
-            localizedFormat("PathStale", "What was named isn't in \"%1%\" any more.", asset.name()));
+            localizedFormat("PathStale", "The named object is no longer in \"%1%\".", asset.name()));
         return nullptr;
     }
     if (path.leaf != Leaf::Face && path.leaf != Leaf::Edge)

@@ -38,7 +38,7 @@ bool RenameRequest::isPossible(const Asset& asset, Status& status) const
         return false;
     }
     if (m_paths.empty() || &asset != m_asset) {
-        status.addError(localized("RenameNothing", "Rename: nothing is named that could be renamed."));
+        status.addError(localized("RenameNothing", "Rename: no object that can be renamed was given."));
         return false;
     }
     return std::all_of(m_paths.begin(), m_paths.end(), [&](const ObjectPath& path) {

@@ -35,7 +35,7 @@ void VisibilityRequest::onExecute(Asset& asset, Status& status)
             components.push_back(path.component);
     }
     if (m_paths.empty())
-        status.addError(localized("VisibilityNothing", "There is nothing to show or to hide."));
+        status.addError(localized("VisibilityNothing", "There is nothing to show or hide."));
     else if (!components.empty())
         asset.data().history().changeModel(
             [&](ModelKernel& kernel) { kernel.setVisible(components, m_visible); });

@@ -81,7 +81,7 @@ Network::Result Fetch::take(const QByteArray& piece)
 {
     m_size += static_cast<std::uint64_t>(piece.size());
     if (m_size > m_content.size)
-        return {CloudErrorState::BadAnswer, "more came than was announced"};
+        return {CloudErrorState::BadAnswer, "more was received than announced"};
     m_hash->add(piece);
     if (m_file.write(piece) != piece.size())
         return {CloudErrorState::CacheFailed, m_file.errorString().toStdString()};
@@ -91,9 +91,10 @@ Network::Result Fetch::take(const QByteArray& piece)
 void Fetch::checkWhole()
 {
     if (m_size != m_content.size)
-        throw Web::PayloadException(m_action + " failed: less came than was announced");
+        throw Web::PayloadException(m_action + " failed: less was received than announced");
     if (m_hash->digits() != m_content.sha256)
-        throw Web::PayloadException(m_action + " failed: what came has another hash than was announced");
+        throw Web::PayloadException(m_action +
+                                    " failed: what was received has a different hash than announced");
 }
 
 } // namespace Vs::Itemhub

@@ -200,7 +200,7 @@ std::wstring QueueEntry::reasonText() const
         return Strings::widen(reason);
     const std::wstring name = document.filename().wstring();
     if (other.author.empty())
-        return localizedFormat("ItemhubOutdated", "There is a newer version of %1% at the lifecycle service.",
+        return localizedFormat("ItemhubOutdated", "There is a newer version of %1% on the lifecycle service.",
                                name);
     const QDateTime at =
         QDateTime::fromString(QString::fromStdString(other.createdAt), Qt::ISODateWithMs).toLocalTime();

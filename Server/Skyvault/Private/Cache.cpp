@@ -35,11 +35,10 @@ fs::path real(const fs::path& path)
 
 void indexWasDamaged(const fs::path& root)
 {
-    warn(localizedFormat(
-        "CloudIndexDamaged",
-        "The index of the cloud drive's local copies was damaged, and is made anew. No file was "
-        "touched: those in %1% are compared with the drive when they are opened.",
-        root.wstring()));
+    warn(localizedFormat("CloudIndexDamaged",
+                         "The index of the cloud drive's local copies was damaged and is being rebuilt. No "
+                         "file was touched: those in %1% are compared with the drive when they are opened.",
+                         root.wstring()));
 }
 
 } // namespace

@@ -95,7 +95,7 @@ TEST(Expressions, WhatMakesNoSenseIsRefusedWithItsPlace)
     const std::pair<const wchar_t*, const char*> lengths[] = {
         {L"5 deg", "This is an angle, but a length is needed: character 1 of \"5 deg\"."},
         {L"2 mm * 3 mm", "This is an area, but a length is needed: character 1 of \"2 mm * 3 mm\"."},
-        {L"2 mm + 3 deg", "a length and an angle have no sum: character 8 of \"2 mm + 3 deg\"."},
+        {L"2 mm + 3 deg", "a length and an angle can't be added: character 8 of \"2 mm + 3 deg\"."},
         {L"12 mm / 0", "Division by zero: character 9 of \"12 mm / 0\"."},
         {L"1/(3 mm - 3 mm)", "Division by zero: character 3"},
         {L"0^-1", "Division by zero"},

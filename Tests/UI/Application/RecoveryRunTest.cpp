@@ -236,8 +236,8 @@ print('as it was:', state == Model.Digest())
                                "\" can't be saved: No space left on device.\n" + "refused: \"" +
                                (disk / "b.vlra").string() + "\" can't be saved: No space left on device.\n" +
                                "the same: True\ndocuments: ['a.vlra']\nas it was: True\n");
-    const size_t told = full.errors.find("can't be kept for recovery since");
+    const size_t told = full.errors.find("haven't been kept for recovery since");
     EXPECT_NE(told, std::string::npos) << full.errors;
-    EXPECT_EQ(full.errors.find("can't be kept for recovery since", told + 1), std::string::npos)
+    EXPECT_EQ(full.errors.find("haven't been kept for recovery since", told + 1), std::string::npos)
         << full.errors;
 }

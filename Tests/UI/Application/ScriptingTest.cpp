@@ -567,9 +567,9 @@ TEST_F(ScriptingTest, AnswersThatDoNotFitFailTheirLines)
     };
     fails("Transcripting.Answer Perhaps\nDocument.Close\n", "answers.txt:4: \"Perhaps\" is not an answer");
     fails("Transcripting.Answer Yes\nDesign.Box 2 2 2\n",
-          "answers.txt:4: Nothing asked for the answer \"Yes\"");
+          "answers.txt:4: The answer \"Yes\" given before this line was not asked for.");
     fails("Transcripting.AnswerFiles a.stp\nDesign.Box 2 2 2\n",
-          "answers.txt:4: Nothing asked for the answer \"a.stp\"");
+          "answers.txt:4: The answer \"a.stp\" given before this line was not asked for.");
     fails("Document.Close\n", "answers.txt:3: ");
     const ProcessResult answered = replay("Transcripting.Answer 1\nDocument.Close\n");
     EXPECT_EQ(answered.exitCode, 0) << answered.errors;

@@ -18,10 +18,10 @@ using Vs::TextCommandResult;
 constexpr const wchar_t* kAssetArea = L"AssetMgt";
 constexpr const wchar_t* kDocumentArea = L"DocumentMgt";
 
-constexpr AreaRow kAssetMgtAreaRow = {kAssetArea, L"Commands that tell what assets there can be", false,
+constexpr AreaRow kAssetMgtAreaRow = {kAssetArea, L"Commands that list what assets there can be", false,
                                       AreaRow::Checks::Nothing};
 
-constexpr AreaRow kDocumentMgtAreaRow = {kDocumentArea, L"Commands that tell what documents are open", false,
+constexpr AreaRow kDocumentMgtAreaRow = {kDocumentArea, L"Commands that list what documents are open", false,
                                          AreaRow::Checks::Nothing};
 
 class TextCmdAssetTypes : public Vs::PythonEntry<TextCmdAssetTypes, Vs::TextCommand>
@@ -29,7 +29,7 @@ class TextCmdAssetTypes : public Vs::PythonEntry<TextCmdAssetTypes, Vs::TextComm
 public:
     TextCmdAssetTypes()
         : PythonEntry(kAssetArea, L"AssetTypes",
-                      L"Lists the types that an asset can be of, each with its identifier and its name", "",
+                      L"Lists the types that an asset can have, each with its identifier and its name", "",
                       true, true)
     {
     }

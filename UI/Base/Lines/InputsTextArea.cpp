@@ -43,9 +43,10 @@ class TextCmdCommandsSetInput : public Vs::PythonEntry<TextCmdCommandsSetInput, 
 {
 public:
     TextCmdCommandsSetInput()
-        : PythonEntry(kArea, L"SetInput",
-                      L"<input> <value> Gives an input of the running command a value, such as \"12.5 mm\".",
-                      "%s%s", true, true)
+        : PythonEntry(
+              kArea, L"SetInput",
+              L"<input> <value> Sets an input of the running command to a value, such as \"12.5 mm\".",
+              "%s%s", true, true)
     {
     }
 

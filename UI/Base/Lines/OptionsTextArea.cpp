@@ -59,7 +59,7 @@ class TextCmdOptionsGet : public Vs::PythonEntry<TextCmdOptionsGet, Vs::TextComm
 {
 public:
     TextCmdOptionsGet()
-        : PythonEntry(kArea, L"Get", L"<option> Tells the value of one of the user's preferences.", "%s",
+        : PythonEntry(kArea, L"Get", L"<option> Prints the value of one of the user's preferences.", "%s",
                       true, true)
     {
     }
@@ -105,7 +105,7 @@ class TextCmdOptionsTourGuide : public Vs::PythonEntry<TextCmdOptionsTourGuide, 
 public:
     TextCmdOptionsTourGuide()
         : PythonEntry(kArea, L"TourGuide",
-                      L"Leads through the parts of the window; without a window, tells what the tour says.",
+                      L"Leads through the parts of the window; without a window, prints what the tour says.",
                       "", true, true)
     {
     }
@@ -124,7 +124,7 @@ public:
         if (window && window->shown() && !Application::testing())
             return window->showTour(steps)
                        ? TextCommandResult{0, {}}
-                       : TextCommandResult{1, L"Nothing that the tour tells of is shown now."};
+                       : TextCommandResult{1, L"Nothing that the tour describes is shown now."};
         std::wstring lines;
         for (const TourStep& step : steps)
             lines += (lines.empty() ? L"" : L"\n") + step.title + L": " + step.text;

@@ -16,7 +16,7 @@ using Vs::TextCommandResult;
 constexpr const wchar_t* kArea = L"References";
 constexpr const wchar_t* kModeHelp =
     L"[<mode>] Tells or sets what checks and metrics do with their references: Fill makes those that are "
-    L"missing, Update makes them all anew, Compare makes none and fails where one is missing";
+    L"missing, Update makes all of them again, Compare makes none and fails where one is missing";
 
 /// In the order of References::Mode.
 constexpr std::array kModes = {L"Fill", L"Update", L"Compare"};
@@ -47,7 +47,7 @@ class TextCmdReferencesFile : public Vs::PythonEntry<TextCmdReferencesFile, Vs::
 {
 public:
     TextCmdReferencesFile()
-        : PythonEntry(kArea, L"File", L"Tells in which file checks find their references now", "", false,
+        : PythonEntry(kArea, L"File", L"Prints the file in which checks find their references now", "", false,
                       true)
     {
     }

@@ -50,7 +50,7 @@ auto asked(const ScriptLines::Place& place, Ask&& ask)
     try {
         return ask(*place.component->body);
     } catch (const std::runtime_error& error) {
-        throw Vs::Exception(localizedFormat("ScriptNoParts", "The parts of \"%1%\" can't be told: %2%",
+        throw Vs::Exception(localizedFormat("ScriptNoParts", "The parts of \"%1%\" can't be listed: %2%",
                                             place.component->name, Vs::Strings::widen(error.what())));
     }
 }
@@ -91,7 +91,7 @@ TextCommandResult extents(const TextCommandParameters& parameters)
 {
     const bool ofFaces = parameters.parameters() == 2 && parameters[1] == L"Faces";
     if (!ofFaces && !(parameters.parameters() == 2 && parameters[1] == L"Edges"))
-        throw Vs::Exception(localized("ScriptExtentsOfWhat", "Say Faces or Edges behind the path."));
+        throw Vs::Exception(localized("ScriptExtentsOfWhat", "Write Faces or Edges after the path."));
     const ScriptLines::Place place = bodyPlace(parameters);
     const auto leaf = ofFaces ? Vs::ObjectPath::Leaf::Face : Vs::ObjectPath::Leaf::Edge;
     const double scale = Vs::scaleOf(place.matrix);
@@ -132,7 +132,7 @@ TextCommandResult successor(const TextCommandParameters& parameters)
     if (!found)
         throw Vs::Exception(localizedFormat("ScriptPartGone",
                                             "%1%%2% of \"%3%\" isn't there any more, since the body has "
-                                            "changed: ask the body anew for its parts.",
+                                            "changed: ask the body for its parts again.",
                                             parameters[1], *number, place.component->name));
     return {0, Vs::pathText(*found, asset)};
 }

@@ -40,7 +40,8 @@ void openAddress(const std::wstring& address, AddressOf source, Vs::Status& stat
     }
     if (!isOfTheWeb(address) && !(source == AddressOf::Edition && isFile(address))) {
         status.addError(localizedFormat(
-            "BadAddress", "\"%1%\" can't be opened: it is no address that begins with http, https or mailto.",
+            "BadAddress",
+            "\"%1%\" can't be opened: it is not an address that begins with http, https or mailto.",
             address));
         return;
     }
@@ -50,7 +51,7 @@ void openAddress(const std::wstring& address, AddressOf source, Vs::Status& stat
     }
     const auto tellFailure = [address] {
         Application::get()->inform(
-            localizedFormat("AddressNotTaken", "No program of this desktop opens \"%1%\".", address));
+            localizedFormat("AddressNotTaken", "No program on this desktop opens \"%1%\".", address));
     };
     if (!Vs::OS::platformShellOpen(address,
                                    [tellFailure] { Application::get()->deferredTasks()->post(tellFailure); }))

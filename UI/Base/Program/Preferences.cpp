@@ -78,13 +78,13 @@ std::vector<Preference> makeAll()
     constexpr int kDecimals = Vs::Units::UnitDisplaySettings::kAllDecimals;
     // clang-format off
     return {
-        {Page::General, L"UIBase.language", "PreferenceLanguage", "Language (from the next start on)", Preference::TextChoice{&OptionOf<&UI::language>::get, &languages}},
+        {Page::General, L"UIBase.language", "PreferenceLanguage", "Language (takes effect at the next start)", Preference::TextChoice{&OptionOf<&UI::language>::get, &languages}},
         {Page::General, L"UIBase.theme", "PreferenceTheme", "Theme", Preference::TextChoice{&OptionOf<&UI::theme>::get, &themes}},
         {Page::General, L"UIBase.undoSelectionAndCamera", "PreferenceUndoSelection", "Undo brings back the selection and the camera", toggle<&UI::undoSelectionAndCamera>()},
         {Page::General, L"UIBase.analytics", "PreferenceAnalytics", "Count the usage of commands", toggle<&UI::analytics>()},
         {Page::Files, L"AutoSave.performAutoSave", "PreferenceAutoSave", "Keep unsaved work in recovery files", toggle<&Vs::AutoSaveOptionsGroup::performAutoSave>()},
         {Page::Files, L"MultiThread.openMultipleFiles", "PreferenceSeveralFiles", "Open several files at a time", toggle<&Vs::MultiThreadOptionGroup::openMultipleFiles>()},
-        {Page::Files, L"MultiThread.multiThreadLoad", "PreferenceParallelLoad", "Load several files beside one another", toggle<&Vs::MultiThreadOptionGroup::multiThreadLoad>()},
+        {Page::Files, L"MultiThread.multiThreadLoad", "PreferenceParallelLoad", "Load several files in parallel", toggle<&Vs::MultiThreadOptionGroup::multiThreadLoad>()},
         {Page::Units, L"Units.lengthUnit", "PreferenceLengthUnit", "Unit of length", Preference::TextChoice{&OptionOf<&Vs::UnitsOptionGroup::lengthUnit>::get, &lengthUnits}},
         {Page::Units, L"Units.generalPrecision", "PreferencePrecision", "Decimals", Preference::Count{&OptionOf<&Vs::UnitsOptionGroup::generalPrecision>::get, 0, kDecimals}},
         {Page::Navigation, L"UIBase.useContrainedOrbit", "PreferenceConstrainedOrbit", "Orbit keeps the vertical upright", toggle<&UI::useContrainedOrbit>()},
@@ -93,14 +93,14 @@ std::vector<Preference> makeAll()
         {Page::Navigation, L"UIBase.reverseZoomDirection", "PreferenceReverseZoom", "Reverse the direction of zooming", toggle<&UI::reverseZoomDirection>()},
         {Page::Navigation, L"UIBase.animateCamera", "PreferenceAnimateCamera", "The camera glides to its new place", toggle<&UI::animateCamera>()},
         {Page::Display, L"Graphics.MSAA", "PreferenceSmoothEdges", "Smooth edges", toggle<&Graphics::MSAA>()},
-        {Page::Display, L"Graphics.tangentEdges", "PreferenceTangentEdges", "Edges between faces that go on smoothly", Preference::TextChoice{&OptionOf<&Graphics::tangentEdges>::get, &tangentEdges}},
+        {Page::Display, L"Graphics.tangentEdges", "PreferenceTangentEdges", "Edges between faces that meet smoothly", Preference::TextChoice{&OptionOf<&Graphics::tangentEdges>::get, &tangentEdges}},
         {Page::Display, L"Graphics.ambientOccludedEnabled", "PreferenceDarkCorners", "Darker corners", toggle<&Graphics::ambientOccludedEnabled>()},
         {Page::Display, L"Graphics.groundShadowEnabled", "PreferenceGroundShadow", "Shadow on the ground", toggle<&Graphics::groundShadowEnabled>()},
         {Page::Display, L"Graphics.groundReflectionEnabled", "PreferenceReflection", "Reflection in the ground", toggle<&Graphics::groundReflectionEnabled>()},
         {Page::Display, L"Graphics.displayDome", "PreferenceDome", "Shaded background", toggle<&Graphics::displayDome>()},
         {Page::Display, L"Graphics.displayGroundPlane", "PreferenceGround", "Ground plane", toggle<&Graphics::displayGroundPlane>()},
         {Page::Display, L"Graphics.showLayoutGrid", "PreferenceGrid", "Grid", toggle<&Graphics::showLayoutGrid>()},
-        {Page::Display, L"Graphics.selectClosestItemOnly", "PreferenceSeenOnly", "Clicks take only what is seen", toggle<&Graphics::selectClosestItemOnly>()},
+        {Page::Display, L"Graphics.selectClosestItemOnly", "PreferenceSeenOnly", "Clicks select only what is visible", toggle<&Graphics::selectClosestItemOnly>()},
     };
     // clang-format on
 }
@@ -149,7 +149,7 @@ std::wstring set(const Preference::TextChoice& choice, const std::wstring& text)
         }
         values.push_back(each.value);
     }
-    return localizedFormat("PreferenceNoChoice", "\"%1%\" is none of these: %2%.", text,
+    return localizedFormat("PreferenceNoChoice", "\"%1%\" is not one of these: %2%.", text,
                            boost::join(values, L", "));
 }
 

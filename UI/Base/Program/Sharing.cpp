@@ -15,14 +15,15 @@ std::wstring notTaken(ShareWith with, const std::wstring& path)
 {
     switch (with) {
     case ShareWith::Mail:
-        return localizedFormat(
-            "ShareNoMail", "No mail program of this desktop takes a file. The picture is in \"%1%\".", path);
+        return localizedFormat("ShareNoMail",
+                               "No mail program on this desktop accepts a file. The picture is in \"%1%\".",
+                               path);
     case ShareWith::Program:
-        return localizedFormat("ShareNoProgram", "No program of this desktop opens \"%1%\".", path);
+        return localizedFormat("ShareNoProgram", "No program on this desktop opens \"%1%\".", path);
     case ShareWith::Folder:
         break;
     }
-    return localizedFormat("ShareNoFolder", "No file manager of this desktop shows \"%1%\".", path);
+    return localizedFormat("ShareNoFolder", "No file manager on this desktop shows \"%1%\".", path);
 }
 
 } // namespace

@@ -123,8 +123,8 @@ void DocumentWatch::takeOver(const std::wstring& path)
     if (!user)
         return;
     MessageBox box(localizedFormat("TakeOverHeld",
-                                   "Take over \"%1%\"?\n%2%\nIf that is still so, what one of you saves is "
-                                   "lost when the other one saves.",
+                                   "Take over \"%1%\"?\n%2%\nIf that is still the case, what one of you "
+                                   "saves is lost when the other one saves.",
                                    document->displayName(), whoHasIt(*user)));
     box.icon(kQuestionIcon);
     box.addButton(localized("TakeOver", "Take over"));

@@ -33,7 +33,7 @@ std::optional<Vs::AutoSavedFileInfo> recordOf(const std::wstring& file)
 void tellGone(const std::wstring& name)
 {
     Application::get()->inform(
-        localizedFormat("LeftDocumentGone", "What was kept of \"%1%\" is not there any more.", name));
+        localizedFormat("LeftDocumentGone", "What was kept of \"%1%\" no longer exists.", name));
 }
 
 /// The document comes back beside what is open, as changed as it was.

@@ -191,8 +191,9 @@ bool PerfTestingContext::validate(EMetricType type, const std::wstring& descript
         return fail(localizedFormat("PerfNotStarted", "The metric %1% was not started.", metric));
     std::vector<MetricTime> times = probe.mapped()->times();
     if (times.empty())
-        return fail(localizedFormat(
-            "PerfNothing", "Since the metric %1% was started there was nothing that it measures.", metric));
+        return fail(localizedFormat("PerfNothing",
+                                    "Nothing that the metric %1% measures has happened since it was started.",
+                                    metric));
     const std::wstring kind = probe.mapped()->windowless() ? L" windowless" : L"";
     return compare(resultOf(std::move(times), metric, description), kind);
 }

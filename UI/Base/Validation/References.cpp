@@ -56,8 +56,8 @@ QString qt(const std::wstring& text)
 
 [[noreturn]] void wrong(const std::wstring& complaint)
 {
-    throw Vs::Exception(localizedFormat("ReferencesWrong",
-                                        "%1%. Mend the file, or remove it to have it made anew.", complaint));
+    throw Vs::Exception(localizedFormat(
+        "ReferencesWrong", "%1%. Repair the file, or remove it to have it created again.", complaint));
 }
 
 [[noreturn]] void wrong(const fs::path& file, const std::wstring& what)

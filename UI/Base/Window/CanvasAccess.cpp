@@ -81,7 +81,8 @@ public:
         if (kind == QAccessible::Name)
             return Vu::text("CubeName", "Orientation cube");
         return kind == QAccessible::Description
-                   ? Vu::text("CubeDescription", "Shows how the model is turned; its actions look at a side")
+                   ? Vu::text("CubeDescription",
+                              "Shows how the model is turned; its actions turn the view to a side")
                    : QString();
     }
     void setText(QAccessible::Text, const QString&) override {}

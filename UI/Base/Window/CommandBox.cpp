@@ -319,7 +319,7 @@ void CommandBox::showClicked(const std::wstring& line)
     m_edit->setPlaceholderText(
         m_clicked.isEmpty()
             ? QString::fromStdWString(
-                  localized("CommandLineHint", "Type a command; Tab completes, \"help\" tells what there is"))
+                  localized("CommandLineHint", "Type a command; Tab completes, \"help\" lists what there is"))
             : m_clicked);
 }
 

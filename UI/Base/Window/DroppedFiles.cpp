@@ -48,7 +48,8 @@ bool areMeant(size_t files)
     if (files <= kMany)
         return true;
     MessageBox box(Vs::filledText(
-        localized("DropMany", "%1% files were dropped, and each of them stays open. Open them all?"), files));
+        localized("DropMany", "%1% files were dropped, and each of them will stay open. Open them all?"),
+        files));
     box.icon(kQuestionIcon);
     box.addButton(kYesButton);
     box.addButton(kNoButton, true);

@@ -43,8 +43,8 @@ EditedBar::EditedBar(QWidget* parent)
     m_name->setFont(bold);
     auto* leave = new QPushButton(QString::fromStdWString(localized("EditedBarOk", "OK")), this);
     leave->setObjectName(QStringLiteral("EditedLeave"));
-    PlainText::setTooltip(leave,
-                          QString::fromStdWString(localized("EditedBarOkDesc", "Go back to what it is in")));
+    PlainText::setTooltip(
+        leave, QString::fromStdWString(localized("EditedBarOkDesc", "Go back to what contains it")));
     leave->setFocusPolicy(Qt::NoFocus);
     const QFontMetrics metrics = leave->fontMetrics();
     leave->setFixedWidth(metrics.horizontalAdvance(leave->text()) + 3 * metrics.height());

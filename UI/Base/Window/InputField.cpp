@@ -269,8 +269,7 @@ public:
                 m_button->setChecked(selection->isCurrent());
             }
         });
-        const QString tip =
-            QString::fromStdWString(localized("InputClearSelection", "Take the selection back"));
+        const QString tip = QString::fromStdWString(localized("InputClearSelection", "Clear the selection"));
         m_clear->setProperty("flat", true);
         m_clear->setText(QString(QChar(u'\u00d7')));
         m_clear->setFixedWidth(kBesideWidth);

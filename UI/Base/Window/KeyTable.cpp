@@ -165,7 +165,7 @@ void KeyTable::readChange(const QString& line)
     if (others.empty())
         return;
     m_problems << told("KeysConflict",
-                       "The table of keys gives \"%1%\" keys that \"%2%\" has, which keeps them.",
+                       "The table of keys gives \"%1%\" keys that belong to \"%2%\", which keeps them.",
                        definition->info()->name(), others.front()->info()->name());
     for (const CommandDefinition* other : others)
         for (const QKeySequence& key : keysOf(*other))

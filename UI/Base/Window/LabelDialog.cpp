@@ -24,7 +24,8 @@ LabelDialog::LabelDialog(const QString& proposal, int longest, QWidget* parent)
     auto* column = new QVBoxLayout(this);
     QLabel* what = PlainText::label(
         this,
-        told("LabelWhat", "What is this version to be called? The label stands in the item's versions."));
+        told("LabelWhat",
+             "What should this version be called? The label appears in the list of the item's versions."));
     what->setWordWrap(true);
     what->setBuddy(m_label);
     m_label->setObjectName(QStringLiteral("label"));

@@ -91,8 +91,8 @@ bool QtPictures::writePicture(const Vs::Scene::Image& image, const std::wstring&
         if (!writer.write(picture))
             reason = writer.errorString();
         else if (!file.flush() || !file.complete())
-            reason =
-                QString::fromStdWString(localized("PictureIncomplete", "the disk took only a part of it"));
+            reason = QString::fromStdWString(
+                localized("PictureIncomplete", "only a part of it could be written to the disk"));
         else if (!file.commit())
             reason = file.errorString();
     }

@@ -124,7 +124,7 @@ void SearchPalette::tellRow()
     const int row = m_list->currentIndex().row();
     const SearchEntry* entry = m_found->entry(row);
     if (!entry)
-        m_note->setText(told("PaletteNothing", "Nothing is called so."));
+        m_note->setText(told("PaletteNothing", "Nothing has that name."));
     else if (!m_found->canStart(row))
         m_note->setText(QString::fromStdWString(
             localizedFormat("PaletteCannotStart", "\"%1%\" can't start now.", entry->title.toStdWString())));

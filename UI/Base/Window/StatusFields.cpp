@@ -83,7 +83,7 @@ StatusFields::StatusFields(QWidget* parent)
       m_prompt(field("prompt", this)),
       m_selection(field("selection", this)),
       m_unit(listButton("unit", told("StatusUnit", "Unit of length"), this)),
-      m_snap(listButton("snap", told("StatusSnap", "Snapping of distances"), this)),
+      m_snap(listButton("snap", told("StatusSnap", "Distance snapping"), this)),
       m_recording(field("recording", this))
 {
     auto* row = new QHBoxLayout(this);
@@ -212,7 +212,7 @@ void StatusFields::chooseSnap()
         action->setChecked(on);
         connect(action, &QAction::triggered, menu, [command] { runByMenu(command); });
     };
-    add(told("StatusSnapAdaptive", "Snap by what the zoom shows"), snap->adaptiveSnap(),
+    add(told("StatusSnapAdaptive", "Snap according to the zoom"), snap->adaptiveSnap(),
         L"EnableAdaptiveSnapCmd");
     add(told("StatusSnapFixed", "Snap to a fixed distance"), !snap->adaptiveSnap(),
         L"DisableAdaptiveSnapCmd");

@@ -31,7 +31,7 @@ protected:
         Vs::AssetAdapter* adapter = asset.adapter();
         auto* settings = Vs::cast<CommonDataAssetSettings>(adapter ? adapter->assetSettings() : nullptr);
         if (!settings || !settings->homeView(m_view))
-            status.addError(localized("SetHomeImpossible", "The view has no direction that could be kept."));
+            status.addError(localized("SetHomeImpossible", "The view has no direction to keep."));
     }
 
 private:

@@ -48,7 +48,7 @@ void tellOutcome(const std::wstring& path, const std::string& newest)
     const unsigned version = Vs::SoftwareVersion::versionInfo(newest);
     if (version == 0) {
         Application::get()->inform(
-            localizedFormat("NoNewestVersion", "\"%1%\" doesn't tell the newest version.", path));
+            localizedFormat("NoNewestVersion", "\"%1%\" doesn't say which version is the newest.", path));
         return;
     }
     if (version <= Vs::SoftwareVersion::currentVersionNumber()) {
@@ -114,8 +114,8 @@ void SubscriptionCmd::onExecute(Vs::Status& status)
 {
     const std::wstring path = editionAddress(&Vs::Services::ApplicationEditionService::newestVersionPath);
     if (path.empty()) {
-        status.addError(
-            localized("NoUpdates", "This edition of the program doesn't say where its updates are told."));
+        status.addError(localized(
+            "NoUpdates", "This edition of the program doesn't say where its updates are announced."));
         return;
     }
     std::thread([path] {

@@ -215,7 +215,7 @@ std::wstring question(const Request& request, const std::wstring& who, const std
                                "%1% wants to save \"%2%\" in Quillet as the version \"%3%\".", who, what,
                                widen(given(request, "ItemhubSaveLabel")));
     if (request.command == "ItemhubAuthenticateWithTokenCommand")
-        return localizedFormat("DashboardToken", "%1% wants to sign Quillet in anew.", who);
+        return localizedFormat("DashboardToken", "%1% wants to sign Quillet in again.", who);
     return localizedFormat("DashboardOpen", "%1% wants to open \"%2%\" in Quillet.", who, what);
 }
 

@@ -106,7 +106,7 @@ void run(const Request& request, CommandDefinition& definition)
     DashboardCommands::fill(request, context);
     if (DashboardCommands::isAboutShown(request) && !isShown(DashboardCommands::itemOf(request)))
         return fail(request.id,
-                    localized("DashboardNotShown", "Quillet shows another document than that item's."));
+                    localized("DashboardNotShown", "Quillet is showing another document than that item's."));
     if (!definition.isApplicable(&context))
         return fail(request.id, localizedFormat("DashboardNotNow", "\"%1%\" cannot be done at the moment.",
                                                 definition.info()->name()));
@@ -194,7 +194,7 @@ std::function<void()> taken(const Request& request, const Asker& asker)
 void refuseLink()
 {
     ItemhubUtilities::get()->fireErrorMessage(
-        localized("DashboardBadLink", "The link to Quillet is not one that an item service's page makes."));
+        localized("DashboardBadLink", "The link to Quillet does not come from an item service's page."));
 }
 
 } // namespace

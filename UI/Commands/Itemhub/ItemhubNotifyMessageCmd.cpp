@@ -110,9 +110,9 @@ void ItemhubNotifyMessageCmd::onExecute(Vs::Status& status)
         return;
     // Nobody's silence gives an upload up.
     if (!MessageBox::canAsk()) {
-        status.addError(localizedFormat(
-            "ItemhubFailedUploads", "Uploads have failed, and nobody is there to be asked what to do: %1%",
-            namesOf(files)));
+        status.addError(localizedFormat("ItemhubFailedUploads",
+                                        "Uploads have failed, and nobody is there to ask what to do: %1%",
+                                        namesOf(files)));
         return;
     }
     MessageBox box(localizedFormat("ItemhubUploadAgain",

@@ -72,14 +72,14 @@ constexpr DirectTextRow kWorkspaces  = {kArea, L"Workspaces", L"Lists the worksp
 constexpr DirectTextRow kItems       = {kArea, L"Items", L"<workspace> Lists the items of a workspace: number, caption, who made it.", "%d"};
 constexpr DirectTextRow kAttachments = {kArea, L"Attachments", L"<item> Lists the attachments of an item: number, name, kind of document, newest version, address.", "%d"};
 constexpr DirectTextRow kVersions    = {kArea, L"Versions", L"<item> Lists the versions of an item's attachments, the newest first: attachment, number, label, who made it and when.", "%d"};
-constexpr DirectTextRow kSearch      = {kArea, L"Search", L"<text> Lists the items that hold words which begin so: number, caption.", "%s"};
+constexpr DirectTextRow kSearch      = {kArea, L"Search", L"<text> Lists the items that contain words beginning like this: number, caption.", "%s"};
 constexpr DirectTextRow kFavourites  = {kArea, L"Favourites", L"Lists the bookmarked items: number, caption."};
 constexpr DirectTextRow kFavourite   = {kArea, L"Favourite", L"<item> [/Off] Bookmarks an item; with /Off no more.", "%d"};
 constexpr DirectTextRow kOpen        = {kArea, L"Open", L"<item> Opens the design of an item.", "%d"};
 constexpr DirectTextRow kInsert      = {kArea, L"Insert", L"<item> Inserts the design of an item into the active one.", "%d"};
 constexpr DirectTextRow kComment     = {kArea, L"Comment", L"<item> <text> Comments on an item.", "%d%s"};
 constexpr DirectTextRow kComments    = {kArea, L"Comments", L"<item> Lists the comments on an item: who wrote it, when, text.", "%d"};
-constexpr DirectTextRow kPending     = {kArea, L"Pending", L"Lists the saves that aren't at the service yet: file, label, state, reason."};
+constexpr DirectTextRow kPending     = {kArea, L"Pending", L"Lists the saves that have not reached the service yet: file, label, state, reason."};
 constexpr DirectTextRow kWait        = {kArea, L"Wait", L"[<seconds>] Waits until all saves have arrived, at most a minute or so long; fails if some have not.", "%f"};
 // clang-format on
 

@@ -26,7 +26,7 @@ constexpr CommandRow kSelections[] = {
     {.key = L"SelectionInput2", .title = "Select 2", .tooltip = "The second object, to which distance and angle are measured", .tooltipKey = "infoSel2"},
     {.key = L"SelectionInput3", .title = "Select 3", .tooltip = "The third object, for the angle at the second", .tooltipKey = "infoSel3"},
 };
-constexpr CommandRow kRestart = {.key = L"RestartSelectionInput", .title = "Clear", .icon = &Resources::RestartSelection, .tooltip = "Take all three selections back", .tooltipKey = "infoRestart"};
+constexpr CommandRow kRestart = {.key = L"RestartSelectionInput", .title = "Clear", .icon = &Resources::RestartSelection, .tooltip = "Clear all three selections", .tooltipKey = "infoRestart"};
 constexpr CommandRow kResultsGroup = {.key = L"ResultsGroupInput", .title = "Results"};
 constexpr CommandRow kMeasureTypes = {.key = L"MeasureTypesInput", .title = "Measure Types", .tooltip = "What is measured of the selections", .tooltipKey = "infoMeasureTypes"};
 constexpr CommandRow kPrecision = {.key = L"PrecisionInput", .title = "Precision", .tooltip = "How many decimals are shown at most", .tooltipKey = "infoPrecision"};

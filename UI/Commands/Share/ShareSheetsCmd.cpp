@@ -124,8 +124,8 @@ void ShareSheetsCmd::onExecute(Vs::Status& status)
     const ShareWay* way = wayNamed(name);
     if (!way) {
         status.addError(localizedFormat("ShareUnknownWay",
-                                        "A picture can't be shared by \"%1%\". CmdId is one of %2%.", name,
-                                        allNames()));
+                                        "A picture can't be shared by \"%1%\". CmdId must be one of %2%.",
+                                        name, allNames()));
         return;
     }
     GraphicsView* view = SceneUtilities::getActiveAssetGraphicView();

@@ -53,7 +53,7 @@ void takeLastPlaces(Layout& layout)
         const std::unique_ptr<Layout> last(Layout::load(file, std::wstring(), status));
         if (status.isError())
             Application::get()->inform(localizedFormat(
-                "LastLayoutBroken", "The window begins with its default layout. %1%", status.toString()));
+                "LastLayoutBroken", "The window starts with its default layout. %1%", status.toString()));
         else
             Layout::carryPlaces(*last, layout);
     } catch (const std::exception& error) {

@@ -36,7 +36,7 @@ std::wstring ResetToDefaultLayoutCmdDef::refusal(CommandContext& context)
 {
     return hasAssetSession(&context)
                ? L""
-               : localized("NoLayoutToReset", "There is no model open whose window could be put back.");
+               : localized("NoLayoutToReset", "No model is open whose window could be reset.");
 }
 
 void ResetToDefaultLayoutCmd::onWindow(WorkspaceWindow& window)

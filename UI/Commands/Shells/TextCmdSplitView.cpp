@@ -114,7 +114,7 @@ public:
             parameters.parameters() > 0 ? Vs::readNumber<size_t>(parameters[0]) : std::optional<size_t>();
         if (!number || *number < 1 || *number > canvases.size() || !canvases[*number - 1]->view())
             return {1,
-                    localizedFormat("NoSuchView", "There is no such view: the number is one from 1 to %1%.",
+                    localizedFormat("NoSuchView", "There is no such view: the number must be from 1 to %1%.",
                                     canvases.size())};
         SplitViewMgr::get()->activeCanvas(canvases[*number - 1]);
         return {0, {}};

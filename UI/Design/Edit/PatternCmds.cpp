@@ -85,7 +85,8 @@ std::wstring LinearPatternCmd::onWhyInvalid() const
     if (!isCount(m_count[0]) || (isGrid() && !isCount(m_count[1])))
         return whyNoCount();
     if (m_spacing[0]->value() == 0 || (isGrid() && m_spacing[1]->value() == 0))
-        return localized("EditNoSpacing", "The copies need a spacing, or all lie in one place.");
+        return localized("EditNoSpacing",
+                         "The copies need a spacing; without one they all lie in one place.");
     return {};
 }
 
@@ -118,7 +119,8 @@ std::wstring CircularPatternCmd::onWhyInvalid() const
     if (!isCount(m_count))
         return whyNoCount();
     if (m_angle->value() == 0 || std::abs(m_angle->value()) > kWholeTurn * (1 + 1e-9))
-        return localized("EditWrongAngle", "The angle of a pattern is up to a whole turn, but not zero.");
+        return localized("EditWrongAngle",
+                         "The angle of a pattern must not be zero nor more than a full turn.");
     return {};
 }
 

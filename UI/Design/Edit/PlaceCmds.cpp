@@ -20,7 +20,7 @@ constinit const EditRow MoveCmd::kRow = {
     .key = L"MoveCommand", .title = "Move", .icon = &Resources::Move, .tooltip = "Move components along the axes"};
 
 constinit const EditRow CopyCmd::kRow = {
-    .key = L"CopyCommand", .title = "Copy", .icon = &Resources::Copy, .tooltip = "Put one more of each component beside it"};
+    .key = L"CopyCommand", .title = "Copy", .icon = &Resources::Copy, .tooltip = "Put a copy of each component beside it"};
 
 constinit const EditRow RotateCmd::kRow = {
     .key = L"RotateCommand", .title = "Rotate", .icon = &Resources::Rotate, .tooltip = "Turn components about an axis"};

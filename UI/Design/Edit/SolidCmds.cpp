@@ -7,13 +7,13 @@ namespace Vu::Design {
 
 // clang-format off
 constinit const EditRow JoinCmd::kRow = {
-    .key = L"JoinCommand", .title = "Join", .icon = &Resources::Join, .tooltip = "Make one body of several"};
+    .key = L"JoinCommand", .title = "Join", .icon = &Resources::Join, .tooltip = "Make one body out of several"};
 
 constinit const EditRow SubtractCmd::kRow = {
     .key = L"SubtractCommand", .title = "Subtract", .icon = &Resources::Cut, .tooltip = "Take bodies away from another one"};
 
 constinit const EditRow IntersectCmd::kRow = {
-    .key = L"IntersectCommand", .title = "Intersect", .icon = &Resources::Intersect, .tooltip = "Leave of a body what it has in common with others"};
+    .key = L"IntersectCommand", .title = "Intersect", .icon = &Resources::Intersect, .tooltip = "Keep only what a body has in common with others"};
 
 constinit const EditRow FilletCmd::kRow = {
     .key = L"FilletCommand", .title = "Fillet", .icon = &Resources::Fillet, .tooltip = "Round edges"};

@@ -56,7 +56,7 @@ constexpr Place kRotatePlaces[] = {{"Components"}, {"Axis"}, {"Angle"}, {"About"
 
 // clang-format off
 constexpr EditLine kMove   = {L"Move",   L"<path> <dx> <dy> <dz> Moves the component along the axes; lengths as \"12.5 mm\" or \"1/2 in\"", &EditCmdDef<MoveCmd>::info, 4, kMovePlaces};
-constexpr EditLine kCopy   = {L"Copy",   L"<path> <dx> <dy> <dz> Puts one more of the component that far from it", &EditCmdDef<CopyCmd>::info, 4, kMovePlaces};
+constexpr EditLine kCopy   = {L"Copy",   L"<path> <dx> <dy> <dz> Puts a copy of the component that far from it", &EditCmdDef<CopyCmd>::info, 4, kMovePlaces};
 constexpr EditLine kRotate = {L"Rotate", L"<path> <axis> <angle> [Middle|Origin|Point <x> <y> <z>] Turns the component about X, Y or Z through its middle, the origin or a point", &EditCmdDef<RotateCmd>::info, 3, kRotatePlaces, false, 3};
 
 constexpr EditLine kJoin      = {L"Join",      L"<target> <tool> ... [/Keep] Makes one body of the target and the others, which are used up unless they are to be kept", &EditCmdDef<JoinCmd>::info, 2, kCombinePlaces, true};

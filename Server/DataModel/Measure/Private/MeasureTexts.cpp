@@ -105,10 +105,10 @@ std::wstring reason(const std::wstring& name, NoAnswer why, ShapeKind kind, EMea
         return localizedFormat("MeasureDegenerate", "\"%1%\" is degenerate and has no %2%.", name,
                                nameOf(type));
     case NoAnswer::Unbounded:
-        return localizedFormat("MeasureUnbounded", "\"%1%\" reaches to infinity and has no %2%.", name,
+        return localizedFormat("MeasureUnbounded", "\"%1%\" extends to infinity and has no %2%.", name,
                                nameOf(type));
     case NoAnswer::Triangles:
-        return localizedFormat("MeasureTriangles", "\"%1%\" is made of triangles alone and has no exact %2%.",
+        return localizedFormat("MeasureTriangles", "\"%1%\" consists of triangles only and has no exact %2%.",
                                name, nameOf(type));
     case NoAnswer::Missing:
         return localizedFormat("MeasureMissing", "\"%1%\" isn't in the exact shape of its body.", name);
@@ -138,7 +138,7 @@ std::wstring kernelFailed(const std::wstring& name, const std::string& message)
 
 std::wstring noExactShape(const std::wstring& name)
 {
-    return localizedFormat("MeasureNoShape", "\"%1%\" has no shape that could be measured.", name);
+    return localizedFormat("MeasureNoShape", "\"%1%\" has no shape to measure.", name);
 }
 
 std::wstring otherModel(const std::wstring& name)
@@ -155,7 +155,8 @@ std::wstring samePlaces(const std::wstring& name)
 
 std::wstring wrongCount(EMeasureType type)
 {
-    return localizedFormat("MeasureWrongCount", "The %1% isn't measured on that many objects.", nameOf(type));
+    return localizedFormat("MeasureWrongCount", "The %1% can't be measured on that number of objects.",
+                           nameOf(type));
 }
 
 std::wstring nothingSelected()
@@ -165,7 +166,7 @@ std::wstring nothingSelected()
 
 std::wstring closedModel()
 {
-    return localized("MeasureClosedModel", "What was to be measured belongs to a model that is closed.");
+    return localized("MeasureClosedModel", "The objects to measure belong to a model that was closed.");
 }
 
 } // namespace Vs::MeasureTexts

@@ -382,7 +382,7 @@ void AutoSaver::failed(Watched& watched, const Document& document, const std::st
     AutoSaveEvent event(
         {}, DataModel::localizedFormat(
                 "AutoSaveFailed",
-                "Changes of \"%1%\" can't be kept for recovery since %2%: %3%. Save the document.",
+                "Changes to \"%1%\" haven't been kept for recovery since %2%: %3%. Save the document.",
                 document.displayName(), time, Strings::widen(cause)));
     AutoSaveEventSource::get()->fireAutoSaveFailed(&event);
 }

@@ -26,7 +26,7 @@ DriveResult DavDrive::checkPath(const char* doing, const std::string& path) cons
 {
     if (isDrivePath(path))
         return {};
-    return failed(CloudErrorState::BadName, m_session.action(doing, path), "nothing can be called so");
+    return failed(CloudErrorState::BadName, m_session.action(doing, path), "nothing can have that name");
 }
 
 DriveResult DavDrive::connect(const std::optional<DriveTraits>& known, const DriveWatch& watch)

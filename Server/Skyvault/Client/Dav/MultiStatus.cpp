@@ -68,7 +68,7 @@ struct MultiStatus::Events
     }
     static void onDocumentType(void* reader, const xmlChar*, const xmlChar*, const xmlChar*)
     {
-        readerOf(reader).fail("the answer declares a document type, which no such answer has");
+        readerOf(reader).fail("the answer declares a document type, which such an answer never has");
     }
     static void onFault(void*, xmlError*) {} // It is asked for; nothing is printed.
 

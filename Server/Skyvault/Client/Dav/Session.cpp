@@ -154,7 +154,7 @@ DriveResult Session::makeFolders(const std::string& path)
 {
     if (!isDrivePath(path))
         return failed(CloudErrorState::BadName, action("Making the folder", path),
-                      "no folder can be called so");
+                      "no folder can have that name");
     DriveEntry there;
     DriveResult result = find(path, there);
     if (result.isOk() && !there.isFolder)

@@ -39,7 +39,7 @@ DriveResult Upload::run(DriveEntry& entry)
 DriveResult Upload::save(DriveEntry& entry)
 {
     if (!isDrivePath(m_upload.path) || m_upload.path == "/")
-        return failed(CloudErrorState::BadName, m_action, "no file can be called so");
+        return failed(CloudErrorState::BadName, m_action, "no file can have that name");
     if (DriveResult opened = m_source.open(m_action); !opened.isOk())
         return opened;
     if (m_session.traits.locks) {
@@ -135,7 +135,7 @@ DriveResult Upload::compareAgain()
     if (!found.isOk() || (m_isThere && strongPart(now.etag) == strongPart(m_before.etag)))
         return found;
     m_after = m_before = now;
-    return changed("another version came to be there meanwhile");
+    return changed("another version has appeared there meanwhile");
 }
 
 DriveResult Upload::write()
@@ -214,7 +214,7 @@ DriveResult Upload::putAfterAWhile()
         return found;
     m_after = m_before = now;
     if (!wasWeak || strongPart(now.etag) != strongPart(before))
-        return changed("another version came to be there meanwhile");
+        return changed("another version has appeared there meanwhile");
     // It stays weak where the file's time is one to come. Nobody else writes under our lock.
     const bool isStillWeak = now.etag.starts_with("W/") && m_lock && !m_lock->isLost();
     const Headers headers = isStillWeak ? Headers{m_lock->condition()} : conditions();
@@ -226,7 +226,7 @@ DriveResult Upload::putAfterAWhile()
     if (answer.isOk())
         wasWritten();
     m_putEtag = answer.header("ETag").toStdString();
-    return answer.status == 412 ? changed("another version came to be there meanwhile")
+    return answer.status == 412 ? changed("another version has appeared there meanwhile")
                                 : resultOf(answer, m_action);
 }
 
@@ -312,7 +312,7 @@ DriveResult Upload::moveFrom(const QUrl& place)
     }
     if (moved.status == 412) {
         const DriveResult compared = compareAgain();
-        return compared.isOk() ? changed("another file came to be there meanwhile") : compared;
+        return compared.isOk() ? changed("another file has appeared there meanwhile") : compared;
     }
     if (!mayBeDone(moved))
         return resultOf(moved, m_action);
@@ -393,7 +393,7 @@ DriveResult Upload::readBack()
         std::string etag;
         DriveResult compared = hasContent(m_session, m_upload.path, m_upload.source, etag);
         if (compared.state == CloudErrorState::Changed)
-            return changed("another version came to be there meanwhile");
+            return changed("another version has appeared there meanwhile");
         if (!compared.isOk())
             return compared;
         if (!etag.empty())

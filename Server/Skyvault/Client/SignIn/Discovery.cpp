@@ -66,7 +66,7 @@ DriveResult discover(const std::string& typed, DriveOffer& offer)
     const std::string action = "Looking for a drive at \"" + typed + "\"";
     QUrl url = addressTyped(typed);
     if (url.isEmpty())
-        return failed(CloudErrorState::BadName, action, "this is no address");
+        return failed(CloudErrorState::BadName, action, "this is not an address");
     url.setUserInfo(QString());
     if (!isProtected(url))
         return failed(CloudErrorState::Redirected, action, "only an https address is protected");
@@ -79,7 +79,7 @@ DriveResult discover(const std::string& typed, DriveOffer& offer)
     if (!isDrive(answer)) {
         DriveResult result = resultOf(answer, action);
         if (result.isOk() || result.state == CloudErrorState::Forbidden)
-            result = failed(CloudErrorState::NotFound, action, "what answers there is no WebDAV server");
+            result = failed(CloudErrorState::NotFound, action, "what answers there is not a WebDAV server");
         return result;
     }
     const QByteArray challenge = answer.header("WWW-Authenticate");
@@ -111,7 +111,7 @@ DriveResult signInByBrowser(const DriveOffer& offer, const std::function<bool(co
         return resultOf(answer, action);
     const auto server = findTokenServer(http, url, answer.header("WWW-Authenticate"));
     if (!server)
-        return failed(CloudErrorState::BadAnswer, action, "the server no longer says who gives tokens");
+        return failed(CloudErrorState::BadAnswer, action, "the server no longer says who issues tokens");
     return signInByOAuth(*server, open, credentials, watch);
 }
 

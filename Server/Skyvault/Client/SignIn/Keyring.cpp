@@ -53,7 +53,7 @@ DriveResult keptInKeyring(const std::string& key, DriveCredentials& credentials)
     std::string text;
     DriveResult result = Network::keptInKeyring(key, text);
     if (result.isOk() && !read(text, credentials))
-        return {CloudErrorState::NotFound, "What the keyring has of this drive is no credential"};
+        return {CloudErrorState::NotFound, "What the keyring has for this drive is not a credential"};
     return result;
 }
 

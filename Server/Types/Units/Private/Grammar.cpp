@@ -142,8 +142,8 @@ BOOST_SPIRIT_DEFINE(digits, decimal, word, symbol, raised, sum, product, signed_
     if (from == text.end())
         throw ExpressionError{Types::localized("ExpressionEndsEarly", "Something is missing"), position};
     if (*from == L',')
-        throw ExpressionError{Types::localized("ExpressionComma", "Decimals have a point in front, no comma"),
-                              position};
+        throw ExpressionError{
+            Types::localized("ExpressionComma", "Decimals are written with a point, not a comma"), position};
     throw ExpressionError{Types::localizedFormat("ExpressionUnexpected", "\"%1%\" makes no sense",
                                                  std::wstring(from, text.end())),
                           position};

@@ -48,10 +48,10 @@ double plainOf(const Magnitude& argument, const std::wstring& function)
 Magnitude squareRoot(const Magnitude& argument)
 {
     if (argument.number < 0 || argument.powers.length % 2 != 0 || argument.powers.angle % 2 != 0)
-        throw ExpressionError{
-            localized("ExpressionNoRoot",
-                      "A square root can be taken of no negative number, and of an area but no length"),
-            argument.position};
+        throw ExpressionError{localized("ExpressionNoRoot",
+                                        "A square root can't be taken of a negative number, and can be "
+                                        "taken of an area but not of a length"),
+                              argument.position};
     return {std::sqrt(argument.number), {argument.powers.length / 2, argument.powers.angle / 2}, {}, 0};
 }
 
@@ -73,7 +73,7 @@ Magnitude toAngle(const Magnitude& argument, const std::wstring& name)
     const double result = F(plainOf(argument, name));
     if (std::isnan(result))
         throw ExpressionError{
-            localizedFormat("ExpressionOutside", "%1% is there for numbers from -1 to 1 only", name),
+            localizedFormat("ExpressionOutside", "%1% is defined only for numbers from -1 to 1", name),
             argument.position};
     return {result, Powers::of(Quantity::Angle), {}, 0};
 }
@@ -123,7 +123,7 @@ std::wstring nameOf(const Powers& powers)
         return localized("QuantityVolume", "a volume");
     if (powers == Powers::of(Quantity::Angle))
         return localized("QuantityAngle", "an angle");
-    return localized("QuantityOther", "nothing that has a name");
+    return localized("QuantityOther", "a quantity without a name");
 }
 
 Magnitude Magnitude::settled() const
@@ -143,7 +143,7 @@ Magnitude Magnitude::sum(const Magnitude& other, double sign, const Unit& field)
     else if (right.powers.plain() && left.powers == wanted)
         right = right.withUnit({field.size(), wanted}).settled();
     if (left.powers != right.powers)
-        throw ExpressionError{localizedFormat("ExpressionNoSum", "%1% and %2% have no sum",
+        throw ExpressionError{localizedFormat("ExpressionNoSum", "%1% and %2% can't be added",
                                               nameOf(left.powers), nameOf(right.powers)),
                               other.position};
     return finite({left.number + sign * right.number, left.powers, {}, position});
@@ -196,7 +196,8 @@ Magnitude Magnitude::withUnit(const UnitPower& behind) const
 {
     if (!powers.plain())
         throw ExpressionError{
-            localized("ExpressionSecondUnit", "What has a unit already can't be given another"), position};
+            localized("ExpressionSecondUnit", "What has a unit already can't be given another one"),
+            position};
     Magnitude result = *this;
     result.unit = behind;
     return result;

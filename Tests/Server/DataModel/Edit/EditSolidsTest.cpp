@@ -204,7 +204,7 @@ TEST_F(EditSolidsTest, WhatCantBeCombinedIsNamed)
 {
     const std::string a = box(10, 10, 10, {}, L"A");
     expectRefused(Vs::CombineEdit{Kind::Join, a, {a}}, "\"A\" can't be combined with itself");
-    expectRefused(Vs::CombineEdit{Kind::Join, a, {}}, "nothing of this model is named");
+    expectRefused(Vs::CombineEdit{Kind::Join, a, {}}, "no object of this model");
     expectRefused(Vs::CombineEdit{Kind::Join, a, {"0:1:1:99"}}, "any more");
     SKIP_WITHOUT_REAL_DATA();
     const auto folder = TestSupport::realDataFolder();

@@ -323,7 +323,7 @@ TEST_F(SavingTest, ABodyThatTheMesherHangsOrBreaksDownAtCostsOnlyTheExport)
             });
             EXPECT_FALSE(save(asset, scratch(name), endless));
         }
-        EXPECT_NE(status.toString().find(L"\"Ball\" can't be meshed: the geometry kernel broke down"),
+        EXPECT_NE(status.toString().find(L"\"Ball\" can't be meshed: the geometry kernel crashed"),
                   std::wstring::npos)
             << Strings::narrow(status.toString());
         EXPECT_FALSE(boost::filesystem::exists(scratch(name)));

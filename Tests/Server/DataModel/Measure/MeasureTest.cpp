@@ -218,8 +218,8 @@ TEST_F(MeasureTest, WhatHasNoAnswerSaysWhy)
         {{at(L"Box/Edge", 12, {5, 0, 0}), face(L"Box", {5, 10, 30})}, Type::Angle, "is parallel"},
         {{L"Box", L"Box/Face1"}, Type::Angle, "\"Box:1\": a component has no angle"},
         {{L"Box/Vertex1", L"Box/Vertex1", L"Box/Vertex2"}, Type::Angle, "lies at the apex"},
-        {{L"Box", L"Post"}, Type::Volume, "isn't measured on that many"},
-        {{L"Box"}, Type::Distance, "isn't measured on that many"},
+        {{L"Box", L"Post"}, Type::Volume, "can't be measured on that number"},
+        {{L"Box"}, Type::Distance, "can't be measured on that number"},
     };
     for (const auto& each : cases) {
         MeasureResult result;

@@ -87,7 +87,7 @@ TEST_F(RecoveryBadInputTest, AFolderThatMayNotBeWrittenIsToldOnceUntilItWorksAga
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     const std::vector<std::string> told = linesOf(result.output, "event:");
     ASSERT_EQ(told.size(), 1u) << result.output;
-    EXPECT_TRUE(told[0].starts_with("event: failed: Changes of \"Part\" can't be kept")) << told[0];
+    EXPECT_TRUE(told[0].starts_with("event: failed: Changes to \"Part\" haven't been kept")) << told[0];
 }
 
 TEST_F(RecoveryBadInputTest, ASourceThatIsGoneOrIsNoFileAnyMoreIsNoReasonToLoseTheDocument)

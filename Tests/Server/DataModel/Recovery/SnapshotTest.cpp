@@ -90,7 +90,7 @@ TEST_F(SnapshotTest, AFolderThatCannotBeUsedIsToldAndBreaksNothing)
     TestSupport::overwrite(recoveryFolder(), "a file where the folder belongs");
     const std::vector<std::string> lines = finished({"list", "new", "Part", "box", "write", "end"});
     ASSERT_EQ(lines.size(), 2u);
-    EXPECT_TRUE(lines[0].starts_with("event: failed: Changes of \"Part\" can't be kept")) << lines[0];
+    EXPECT_TRUE(lines[0].starts_with("event: failed: Changes to \"Part\" haven't been kept")) << lines[0];
     EXPECT_EQ(lines[1], "not written");
 }
 

@@ -85,7 +85,7 @@ TEST_F(ObjectPathTest, EachWrongPathHasItsOwnReason)
         {L"Plate/Edge13", "\"Plate\" has no Edge13: the last is number 12"},
         {L"Plate/Face1/Edge1", "no \"Edge1\""},
         {L"Plate/Face1/", "no \"\""},
-        {L"Pla\\te", "a backslash stands only"},
+        {L"Pla\\te", "a backslash may only stand"},
     };
     for (const auto& [text, reason] : wrong) {
         EXPECT_EQ(found(*asset, text), -1);

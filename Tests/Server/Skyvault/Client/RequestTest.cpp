@@ -292,7 +292,7 @@ TEST_F(RequestTest, WhatStopsALargeFileOnItsWayIsToldAndTheOldOneStays)
     };
     EXPECT_EQ(put(Fault::reset()).state, CloudErrorState::Unreachable);
     EXPECT_EQ(put(Fault::cutRequest(5'000'000)).state, CloudErrorState::Unreachable);
-    EXPECT_EQ(put(Fault::stall()).detail, "Writing failed: not a byte came or went for 1 s");
+    EXPECT_EQ(put(Fault::stall()).detail, "Writing failed: not a byte was sent or received for 1 s");
     EXPECT_EQ(put(Fault::answer(507)).state, CloudErrorState::DriveFull);
     EXPECT_EQ(put(Fault::stall(), {[](auto, auto) { return false; }}).state, CloudErrorState::Cancelled);
     std::uint64_t inAll = 0;

@@ -152,7 +152,7 @@ TEST_F(ExportTest, WhatIsHiddenOrNotSelectedStaysOutOfEveryFormat)
     }
     answer(L"Selection.Clear");
     EXPECT_EQ(failure(L"Design.Export " + scratch(L"n.stl") + L" /Selected"),
-              L"Nothing is selected that could be exported.");
+              L"Nothing that can be exported is selected.");
     for (const std::wstring& suffix : suffixes)
         for (const auto& [name, size] :
              {std::pair(L"selected", 10.0), std::pair(L"visible", 20.0), std::pair(L"all", 30.0)}) {

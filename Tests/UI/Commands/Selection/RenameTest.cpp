@@ -74,7 +74,7 @@ TEST_F(RenameComponents, TheRequestTellsWhyNot)
         return status.toString();
     };
     EXPECT_EQ(why({path(L"Box1")}, L"\t"), L"Rename: a name needs at least one letter or digit that shows.");
-    EXPECT_EQ(why({}, L"Plate"), L"Rename: nothing is named that could be renamed.");
+    EXPECT_EQ(why({}, L"Plate"), L"Rename: no object that can be renamed was given.");
     EXPECT_EQ(why({path(L"Box1/Body1")}, L"Plate"),
               L"Rename: \"Box1:1/Body1\" has no name of its own; only components have one.");
     EXPECT_NE(why({{"0:9:9"}}, L"Plate").find(L"any more"), std::wstring::npos);

@@ -288,7 +288,7 @@ TEST_F(TranscriptTest, AnswersToQuestionsAreRecordedAndGivenAgain)
     fs::ofstream(fs::path(file(L"stale.txt"))) << "Transcripting.Answer 1\nDesign.New\nDesign.Box 1 1 1\n"
                                                   "Document.Close\n";
     TranscriptMgr::get()->replay(file(L"stale.txt"), status, Vs::kTextTranscript);
-    EXPECT_TRUE(status.matchingError("stale.txt:2: Nothing asked for the answer"));
+    EXPECT_TRUE(status.matchingError("stale.txt:2: The answer"));
     EXPECT_EQ(documents(), 1u);
     answer(L"Design.Box 1 1 1");
     answer(L"Transcripting.Answer 1");

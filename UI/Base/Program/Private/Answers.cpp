@@ -63,9 +63,9 @@ void Answers::lineRan()
 {
     if (!std::exchange(state().fresh, false) && !state().expected.empty()) {
         const Answer unused = std::exchange(state().expected, {}).front();
-        Vs::TranscriptMgr::get()->lineFails(localizedFormat(
-            "AnswerNotAsked", "Nothing asked for the answer \"%1%\" that came before this line.",
-            boost::algorithm::join(unused.words, L" ")));
+        Vs::TranscriptMgr::get()->lineFails(
+            localizedFormat("AnswerNotAsked", "The answer \"%1%\" given before this line was not asked for.",
+                            boost::algorithm::join(unused.words, L" ")));
     }
 }
 

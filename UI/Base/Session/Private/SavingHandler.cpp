@@ -99,12 +99,10 @@ Vs::EDocMgmtOpCode SavingHandler::onSavingReadOnlyFiles(const Documents& documen
     return askAboutFiles(documents, [&](const std::wstring& place) {
         for (const Vs::Document* document : documents)
             if (const Vs::FileUser* user = Vs::HeldFiles::holder(document))
-                return localizedFormat("SavingHeldFile",
-                                       "%1%\nDo you want to overwrite \"%2%\" all the same?",
+                return localizedFormat("SavingHeldFile", "%1%\nDo you want to overwrite \"%2%\" anyway?",
                                        DocumentWatch::whoHasIt(*user), place);
         return localizedFormat("SavingReadOnlyFile",
-                               "\"%1%\" is write-protected.\nDo you want to overwrite it all the same?",
-                               place);
+                               "\"%1%\" is write-protected.\nDo you want to overwrite it anyway?", place);
     });
 }
 

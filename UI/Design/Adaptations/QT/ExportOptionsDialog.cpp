@@ -99,7 +99,7 @@ void ExportOptionsDialog::addLists(QFormLayout* form)
     }
     if (m_choices.upAxis) {
         m_axis = addList(form, "upAxis", text("ExportUpAxis", "Axis that points upwards"));
-        m_axis->addItem(text("ExportUsualAxis", "As is usual in such files"), int(Vs::UpAxis::Usual));
+        m_axis->addItem(text("ExportUsualAxis", "As usual in such files"), int(Vs::UpAxis::Usual));
         m_axis->addItem(QStringLiteral("Y"), int(Vs::UpAxis::Y));
         m_axis->addItem(QStringLiteral("Z"), int(Vs::UpAxis::Z));
         m_axis->setCurrentIndex(m_axis->findData(int(m_options.upAxis)));
@@ -158,7 +158,7 @@ void ExportOptionsDialog::showTriangles()
         m_translator.countTriangles(*options, context, [&] { return clock.elapsed() < kLongestCount; });
     QApplication::restoreOverrideCursor();
     m_triangles->setText(count > 0 ? QLocale().toString(qulonglong(count))
-                                   : text("ExportNotCounted", "not counted: it would take long"));
+                                   : text("ExportNotCounted", "not counted: it would take too long"));
 }
 
 void ExportOptionsDialog::accept()

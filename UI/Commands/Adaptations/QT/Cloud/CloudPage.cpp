@@ -53,7 +53,7 @@ CloudPage::CloudPage(QWidget* parent)
     m_send = addButton("Send", text("CloudSendNow", "Send Now"));
     addHead(text("CloudCopies", "Copies on this computer"));
     m_cache = addText("Cache");
-    m_clear = addButton("Clear", text("CloudClear", "Clear What the Drive Has Too"));
+    m_clear = addButton("Clear", text("CloudClear", "Clear What the Drive Also Has"));
     connect(onOff(), &QCheckBox::clicked, this,
             [](bool on) { Vs::CloudOptionGroup::get()->cloudDisabled(!on); });
     connect(m_sign, &QPushButton::clicked, this, &CloudPage::signInOrOut);

@@ -89,9 +89,8 @@ QString away(CloudDialog::Kind kind)
 {
     return kind == CloudDialog::Kind::Document
                ? text("CloudListedHere", "The drive was not reached. These are its files on this computer.")
-               : text("CloudSavedHere",
-                      "The drive was not reached. What you save waits on this computer, and "
-                      "is sent when the drive is there again.");
+               : text("CloudSavedHere", "The drive was not reached. What you save waits on this computer, "
+                                        "and is sent when the drive is back.");
 }
 
 QString nothingListed(bool isRead, bool hasEntries, bool isAway)
@@ -99,18 +98,17 @@ QString nothingListed(bool isRead, bool hasEntries, bool isAway)
     if (!isRead)
         return text("CloudNotRead", "Nothing has been read.");
     if (hasEntries)
-        return text("CloudNothingFound", "Nothing here is of that name and kind.");
-    return isAway ? text("CloudNothingHere", "Nothing of this folder is on this computer.")
+        return text("CloudNothingFound", "Nothing here has that name and kind.");
+    return isAway ? text("CloudNothingHere", "Nothing from this folder is on this computer.")
                   : text("CloudEmptyFolder", "This folder is empty.");
 }
 
 QString unsafe()
 {
-    return text(
-        "CloudUnsafe",
-        "This server cannot lock files, nor refuse a save that is older than what it has. If two people "
-        "work on the same file at the same time, it cannot be told reliably. What another has changed "
-        "is kept as a file beside yours wherever it is noticed.");
+    return text("CloudUnsafe",
+                "This server cannot lock files, nor refuse a save that is older than what it has. If two "
+                "people work on the same file at the same time, this cannot be detected reliably. Where it "
+                "is noticed, the other person's changes are kept as a file beside yours.");
 }
 
 QStringList traits(const Vs::Cloud::DriveTraits& traits)
@@ -123,26 +121,27 @@ QStringList traits(const Vs::Cloud::DriveTraits& traits)
     choose(traits.locks, text("CloudTraitLocks", "A file is locked for others while it is saved."),
            text("CloudTraitNoLocks", "Files cannot be locked while they are saved."));
     choose(traits.refusesStale,
-           text("CloudTraitStale", "A save over a newer version of somebody else is refused."),
+           text("CloudTraitStale", "A save over somebody else's newer version is refused."),
            text("CloudTraitNoStale",
-                "The server itself does not refuse a save over a newer version of somebody else."));
+                "The server itself does not refuse a save over somebody else's newer version."));
     choose(traits.keepsOldOnBreak, text("CloudTraitBreak", "If a save breaks off, the old version stays."),
            text("CloudTraitNoBreak",
                 "If a save breaks off, the server may lose the old version; so each save goes to "
                 "another name first, or is sent again."));
     if (!traits.isKnown())
-        lines << text("CloudTraitUnknown",
-                      "Not all that the server does could be tried out; it is tried again before a save.");
+        lines << text(
+            "CloudTraitUnknown",
+            "Not everything that the server does could be tested; it is tested again before a save.");
     choose(traits.versions, text("CloudTraitVersions", "Older versions of a file are kept."),
            text("CloudTraitNoVersions", "Older versions of a file are not kept."));
     if (traits.chunkedUpload)
-        lines << text("CloudTraitChunks", "Large files are sent in parts, and go on where they broke off.");
+        lines << text("CloudTraitChunks", "Large files are sent in parts, and resume where they broke off.");
     if (traits.checksums)
         lines << text("CloudTraitChecksums", "Checksums show whether a file arrived as it was sent.");
     using std::chrono::duration_cast;
     const auto seconds = duration_cast<std::chrono::seconds>(traits.probed.time_since_epoch()).count();
     if (seconds > 0)
-        lines << text("CloudTraitProbed", "Tried out on %1.")
+        lines << text("CloudTraitProbed", "Tested on %1.")
                      .arg(QLocale().toString(QDateTime::fromSecsSinceEpoch(seconds).date(),
                                              QLocale::LongFormat));
     return lines;

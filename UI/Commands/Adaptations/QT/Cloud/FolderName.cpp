@@ -37,7 +37,7 @@ QString faultOfName(const QString& name)
     };
     if (name == QLatin1String(".") || name == QLatin1String("..") ||
         std::any_of(name.begin(), name.end(), isUnfit))
-        return text("CloudNameSigns", "A name cannot have slashes or control characters.");
+        return text("CloudNameSigns", "A name cannot contain slashes or control characters.");
     if (name.toUtf8().size() > kLongest)
         return text("CloudNameLong", "The name is too long: at most 255 bytes.");
     return {};

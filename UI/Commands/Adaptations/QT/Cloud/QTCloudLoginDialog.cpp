@@ -143,10 +143,9 @@ QWidget* QTCloudLoginDialog::makeWays()
     m_password->setEchoMode(QLineEdit::Password);
     form->addRow(text("CloudLoginUser", "User"), m_user);
     form->addRow(text("CloudLoginPassword", "Password"), m_password);
-    form->addRow(
-        faint(m_fields, text("CloudLoginAppPassword",
-                             "Best a password for this program alone, which many servers give you in "
-                             "the settings of your account.")));
+    form->addRow(faint(m_fields,
+                       text("CloudLoginAppPassword", "Preferably a password for this program alone, which "
+                                                     "many servers offer in the settings of your account.")));
     m_keep =
         new QCheckBox(text("CloudLoginKeep", "Keep me signed in (in the keyring of this desktop)"), m_ways);
     m_keep->setObjectName(QStringLiteral("cloudKeep"));
@@ -279,7 +278,7 @@ void QTCloudLoginDialog::signIn()
     credentials.kind = DriveCredentials::Kind::Password;
     credentials.user = m_user->text().toStdString();
     credentials.secret = m_password->text().toStdString();
-    finish(wait(text("CloudLoginTrying", "Signing in, and trying out what the server can do..."),
+    finish(wait(text("CloudLoginTrying", "Signing in, and testing what the server can do..."),
                 [&](Vs::MeshportAuth& auth) {
                     return auth.signIn(m_offer.address, credentials, m_keep->isChecked());
                 }));
@@ -287,15 +286,16 @@ void QTCloudLoginDialog::signIn()
 
 void QTCloudLoginDialog::signInByBrowser()
 {
-    finish(wait(
-        text("CloudLoginInBrowser", "Finish signing in in your browser. This dialog goes on by itself then."),
-        [&](Vs::MeshportAuth& auth) {
-            return auth.signInByBrowser(m_offer, m_keep->isChecked(), [this](const std::string& address) {
-                m_browserAddress = address;
-                m_again->setVisible(true);
-                return openBrowser(address);
-            });
-        }));
+    finish(wait(text("CloudLoginInBrowser",
+                     "Finish signing in in your browser. This dialog then continues by itself."),
+                [&](Vs::MeshportAuth& auth) {
+                    return auth.signInByBrowser(m_offer, m_keep->isChecked(),
+                                                [this](const std::string& address) {
+                                                    m_browserAddress = address;
+                                                    m_again->setVisible(true);
+                                                    return openBrowser(address);
+                                                });
+                }));
 }
 
 bool QTCloudLoginDialog::openBrowser(const std::string& address)

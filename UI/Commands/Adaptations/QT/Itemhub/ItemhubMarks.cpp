@@ -38,7 +38,7 @@ std::wstring remarkOf(const Vs::Document& document)
         case State::Failed:
             return localized("ItemhubTitleFailed", "version could not be sent");
         case State::Outdated:
-            return localized("ItemhubTitleOutdated", "another has made a newer version");
+            return localized("ItemhubTitleOutdated", "somebody else has made a newer version");
         }
     if (item->version == 0)
         return {};
