@@ -45,8 +45,9 @@ private:
     posix_spawnattr_t m_attributes;
 };
 
-/// Its descriptors and its folder. Each descriptor is copied to above all wanted numbers first: otherwise one
-/// could lie where another is to go, and one that lies where it belongs would keep its flag and close.
+/// Its descriptors and its folder. Each descriptor is first copied above all wanted numbers: otherwise one
+/// could occupy another's target, and one already at its target would keep its close-on-exec flag and be
+/// closed.
 class Descriptors
 {
 public:
@@ -81,7 +82,7 @@ public:
     Descriptors(const Descriptors&) = delete;
     Descriptors& operator=(const Descriptors&) = delete;
 
-    /// 0, or why they can't be handed over.
+    /// 0, or the reason why they can't be handed over.
     int error() const { return m_error; }
     const posix_spawn_file_actions_t* get() const { return &m_actions; }
 
@@ -128,7 +129,7 @@ int ChildProcess::start(ChildSetup setup)
     require(!exists(), "a child process is started once");
     std::vector<std::string> words{setup.name.empty() ? setup.program : setup.name};
     std::move(setup.arguments.begin(), setup.arguments.end(), std::back_inserter(words));
-    // A text that ends early would be another one.
+    // A text cut off at a zero byte would be a different one.
     const auto isCut = [](const std::string& text) { return text.find('\0') != text.npos; };
     if (isCut(setup.program) || std::any_of(words.begin(), words.end(), isCut))
         return EINVAL;
@@ -154,7 +155,7 @@ bool ChildProcess::endsWithin(std::chrono::milliseconds time) const
     const auto until = std::chrono::steady_clock::now() + time;
     for (;;) {
         siginfo_t info{};
-        // Where the system collects children itself, it isn't there any more.
+        // Where the system reaps children itself, it is already gone.
         if (waitid(P_PID, static_cast<id_t>(m_id), &info, WEXITED | WNOHANG | WNOWAIT) != 0 && errno != EINTR)
             return true;
         if (info.si_pid == m_id)

@@ -12,7 +12,7 @@ std::string folderName(std::string text)
         [](unsigned char letter) { return !std::isalnum(letter) && letter != '.' && letter != '_'; }, '-');
     constexpr size_t kLongest = 60;
     text.resize(std::min(text.size(), kLongest));
-    // No hidden folder, and none that leads upwards.
+    // Neither a hidden folder nor one that leads upwards.
     if (text.starts_with('.'))
         text.front() = '-';
     return text;

@@ -25,13 +25,13 @@ std::string& mailProgram()
     return name;
 }
 
-/// Starts a program, which is looked for in PATH.
+/// Starts a program that is found in PATH.
 bool start(std::string name, std::vector<std::string> words, std::function<void()> failed)
 {
     ChildProcess child;
     if (child.start({.program = std::move(name), .arguments = std::move(words), .leadsGroup = false}) != 0)
         return false;
-    // Somebody must take the child's exit code, or it stays as a zombie for as long as the program runs.
+    // Somebody must collect the child's exit code, or it stays a zombie for as long as the program runs.
     std::thread([child = std::move(child), failed = std::move(failed)]() mutable {
         const std::optional<int> state = child.collect();
         if (failed && state && !(WIFEXITED(*state) && WEXITSTATUS(*state) == 0))

@@ -24,7 +24,7 @@ namespace {
 Tasks* s_saveLater = nullptr;
 } // namespace
 
-// Never destroyed: groups are statics that go in any order.
+// Never destroyed: groups are statics, which are destroyed in any order.
 std::set<OptionGroup*>& optionGroups()
 {
     static auto& all = *new std::set<OptionGroup*>;
@@ -71,7 +71,7 @@ struct OptionGroup::Data
         try {
             path = file();
         } catch (const Exception&) {
-            return; // Told once there is something to keep.
+            return; // Reported once there is something to keep.
         }
         try {
             onDisk = values = JsonFile::read(path).value_or(QJsonObject());

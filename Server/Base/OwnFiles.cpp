@@ -62,8 +62,8 @@ bool writeAll(int file, std::string_view content)
     return true;
 }
 
-/// Of one step of the way; a folder that all may write into, but in which nobody may touch what belongs to
-/// others, is none of anybody's unless it is the last step.
+/// About one step of the path. A folder that everybody may write into, but where nobody may touch what
+/// belongs to others, counts as nobody's unless it is the last step.
 std::string othersMayChangeStep(const Path& step, bool last)
 {
     struct stat state = {};
@@ -105,7 +105,7 @@ void makeFolder(const Path& folder)
                         (cause == EEXIST ? "what is there is not a folder" : std::strerror(cause)) + '.');
     const Descriptor there(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     struct stat state = {};
-    // On a medium that is only read, or knows no permissions, it stays as it is.
+    // On a read-only medium, or one without permissions, it stays as it is.
     if (there >= 0 && fstat(there, &state) == 0 && state.st_uid == getuid() && (state.st_mode & kOthers))
         std::ignore = fchmod(there, kOwnFolder);
 }
@@ -119,7 +119,7 @@ bool isOwnFolder(const Path& folder)
 
 void write(const Path& file, std::string_view content)
 {
-    // Made for this user alone, under a name that wasn't there.
+    // Created for this user alone, under a name that was free.
     std::string scratch = file.string() + ".XXXXXX";
     const Descriptor made(mkostemp(scratch.data(), O_CLOEXEC));
     if (made < 0)
@@ -151,7 +151,7 @@ std::optional<std::string> read(const Path& file)
 
 std::string othersMayChange(const Path& path)
 {
-    // Both the way that was given, whose links somebody might turn, and the one that it leads to.
+    // Both the path as given, whose links somebody might redirect, and the one that it resolves to.
     const Path given = PathInfo::absolute(path).lexically_normal();
     if (std::string why = othersMayChangeWay(given); !why.empty())
         return why;

@@ -84,7 +84,7 @@ const bool s_imbued = [] {
     return true;
 }();
 
-// Never destroyed: options are written while statics go.
+// Never destroyed: options are written while statics are destroyed.
 Path& profile()
 {
     static Path& folder = *new Path;
@@ -94,12 +94,12 @@ Path& profile()
 Path environmentPath(const char* name)
 {
     const char* value = std::getenv(name);
-    // The base directory rules say that relative values are to be passed over.
+    // The base directory specification says that relative values are ignored.
     return value && value[0] == '/' ? Path(value) : Path();
 }
 
-/// As the system knows it; empty if it isn't there. That of a user who is to have none may be there and be
-/// somebody else's.
+/// As the system knows it; empty if it doesn't exist. For a user who is meant to have none, it may exist and
+/// belong to somebody else.
 Path registeredHome()
 {
     std::vector<char> buffer(1024);
@@ -121,14 +121,14 @@ Path homeDirectory()
     return home.empty() ? registeredHome() : home;
 }
 
-// Never destroyed: options are written while statics go. Empty until it is asked for.
+// Never destroyed: options are written while statics are destroyed. Empty until it is asked for.
 std::string& processFolder()
 {
     static std::string& folder = *new std::string;
     return folder;
 }
 
-/// A folder that is made by this process and goes with it.
+/// A folder that this process makes and removes at its end.
 Path processDirectory()
 {
     std::string& folder = processFolder();
@@ -142,7 +142,7 @@ Path processDirectory()
     return folder;
 }
 
-/// Behind all static objects.
+/// After all static objects.
 __attribute__((destructor)) void removeProcessFolder()
 {
     std::error_code ignored;
@@ -173,10 +173,10 @@ Path findRoot()
     if (!configured.empty())
         return configured.lexically_normal();
     Dl_info info{};
-    // Any symbol of this library tells where it lies: <root>/lib.
+    // Any symbol of this library tells where the library lies: <root>/lib.
     if (dladdr(reinterpret_cast<const void*>(&rootDirectory), &info) && info.dli_fname) {
         boost::system::error_code error;
-        // With a base, as this function would ask for the working folder else, which may be gone.
+        // With a base, since this function would otherwise ask for the working folder, which may be gone.
         const Path library = fs::canonical(info.dli_fname, "/", error);
         if (!error)
             return library.parent_path().parent_path();
@@ -262,7 +262,7 @@ Path temporaryDirectory(bool create)
     try {
         OwnFiles::makeFolder(folder);
     } catch (const Exception&) {
-        // The name is taken, and by no folder.
+        // The name is taken, but not by a folder.
     }
     return OwnFiles::isOwnFolder(folder) ? folder : processDirectory();
 }

@@ -18,7 +18,7 @@ std::atomic<Hook> s_hook{nullptr};
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<Hook>::is_always_lock_free);
 
 ProgressSink* s_sink = nullptr;
-ProgressSink* s_shownBy = nullptr; // The sink that the outermost progress scope began with.
+ProgressSink* s_shownBy = nullptr; // The sink with which the outermost progress scope began.
 int s_progressScopes = 0;
 double s_fraction = 0; // What was shown last.
 
@@ -40,7 +40,7 @@ void Progress::sink(ProgressSink* sink)
 {
     assertMainThread();
     s_sink = sink;
-    // Whoever leaves while it shows something is not called any more.
+    // Whoever leaves while something is shown is no longer called.
     if (s_shownBy && s_shownBy != sink)
         s_shownBy = nullptr;
 }
@@ -109,7 +109,7 @@ ProgressScope::~ProgressScope()
 bool ProgressScope::update(double fraction, const std::wstring& step)
 {
     assertMainThread();
-    // A fraction that is no number counts as the start.
+    // A fraction that is not a number counts as the start.
     s_fraction = fraction > 0 ? std::min(fraction, 1.0) : 0.0;
     if (s_shownBy && !s_shownBy->update(s_fraction, step))
         s_cancelled.store(true);

@@ -167,7 +167,7 @@ void PythonAutorunScripts::run(Status& status)
 {
     for (const auto& folder : folders())
         for (const boost::filesystem::path& script : scriptsOf(folder)) {
-            // What lies beside the script is what it imports.
+            // The script imports from its own folder.
             std::string why = OwnFiles::othersMayChange(folder);
             if (why.empty())
                 why = OwnFiles::othersMayChange(script);

@@ -17,7 +17,7 @@ namespace {
 
 using Parameter = PythonSignature::Parameter;
 
-/// Those in lower case; a parameter cannot be called so.
+/// Those in lower case; no parameter can have such a name.
 constexpr std::string_view kPythonWords[] = {
     "and",    "as",   "assert", "async",  "await",  "break",   "class",    "continue",
     "def",    "del",  "elif",   "else",   "except", "finally", "for",      "from",
@@ -98,7 +98,7 @@ private:
 
     void readOptional(std::string_view inner, bool repeated)
     {
-        // Choices that take words of their own are as many as they are.
+        // Choices that take words themselves may be any number of words.
         if (inner.find('|') != inner.npos && inner.find('<') != inner.npos)
             rest = identifier("more", m_taken);
         else

@@ -18,7 +18,7 @@ void promiseBroken(const char* promise, const std::source_location& where)
 
 bool onMainThread()
 {
-    // Before this library's own start nobody can have made a thread.
+    // No thread can have been started before this library was initialised.
     return mainThread == pthread_t{} || pthread_equal(mainThread, pthread_self());
 }
 

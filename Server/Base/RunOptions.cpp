@@ -12,7 +12,7 @@ namespace {
 
 std::vector<std::pair<std::string, std::string>>& all()
 {
-    // Groups are statics that go in any order, and are written then.
+    // Groups are statics, destroyed in any order, and are written then.
     static auto* const added = new std::vector<std::pair<std::string, std::string>>;
     return *added;
 }

@@ -68,7 +68,7 @@ void ScriptDebugInfo::needToReload(bool value)
 void ScriptDebugInfo::changed()
 {
     assertMainThread();
-    // One that is told may make or unmake others.
+    // A notified one may create or remove others.
     for (IScriptDebugInfoObserver* observer : std::vector(m_observers))
         if (std::find(m_observers.begin(), m_observers.end(), observer) != m_observers.end())
             observer->onScriptDebugInfoChanged();

@@ -14,7 +14,7 @@ namespace Vs {
 
 namespace {
 
-// Never destroyed: factories are statics of many libraries and leave in any order.
+// Never destroyed: factories are statics of many libraries and unregister in any order.
 std::vector<SerializableObjectFactory*>& factories()
 {
     static auto& all = *new std::vector<SerializableObjectFactory*>;

@@ -8,7 +8,7 @@ namespace Vs {
 
 namespace {
 
-// An address of this library, by which the system finds its file.
+// An address in this library, by which the system finds its file.
 const char here = 0;
 
 } // namespace

@@ -53,7 +53,7 @@ std::string environmentLanguage()
     for (const char* name : {"LC_MESSAGES", "LANG"})
         if (locale.empty())
             locale = variable(name);
-    // The list of preferred languages counts for everybody but those who want no language at all.
+    // The list of preferred languages counts for everybody except those who want no language at all.
     if (!locale.empty() && locale != "C" && locale != "POSIX")
         for (std::string_view list = variable("LANGUAGE"); !list.empty();) {
             const size_t colon = std::min(list.find(':'), list.size());
@@ -101,7 +101,7 @@ std::wstring getLocalizedString(std::wstring_view domain, const char* key, const
     assertMainThread();
     require(key != nullptr && defaultText != nullptr, "a text has a key and a default");
     Table& all = table();
-    // English needs no catalogue: its texts stand in the code.
+    // English needs no catalogue: its texts are in the code.
     if (all.language != kEnglish)
         if (const char* text = all.catalogue(domain).find(key, defaultText); text && *text)
             return Strings::widen(text);

@@ -10,7 +10,8 @@ namespace Vs::Strings {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
-/// Plus a byte that is no UTF-8, among the values that only stand in pairs, and those in UTF-16 alone.
+/// Plus the value of a byte that is not UTF-8: a value reserved for surrogates, which valid text has in pairs
+/// and in UTF-16 alone.
 constexpr char32_t kBytes = 0xDC00;
 constexpr char32_t kFirstByte = kBytes + 0x80, kLastByte = kBytes + 0xFF;
 
@@ -19,8 +20,8 @@ bool isCodePoint(char32_t value)
     return value < 0x110000 && (value < 0xD800 || value > 0xDFFF);
 }
 
-// Decodes one code point at `at` and moves `at` behind it. A bad byte is skipped alone and gives kBytes and
-// itself.
+// Decodes one code point at `at` and moves `at` past it. A bad byte is skipped by itself and gives kBytes
+// plus itself.
 char32_t decode(std::string_view text, size_t& at)
 {
     const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
@@ -83,7 +84,7 @@ std::string encoded(std::wstring_view wide)
     for (const wchar_t character : wide) {
         const auto value = static_cast<char32_t>(character);
         if (value < 0x80)
-            text.push_back(static_cast<char>(value)); // Nearly all of what comes here.
+            text.push_back(static_cast<char>(value)); // Nearly every call.
         else if (kBad == BadBytes::Kept && value >= kFirstByte && value <= kLastByte)
             text.push_back(static_cast<char>(value - kBytes));
         else

@@ -122,7 +122,7 @@ void Tasks::runOnce()
 void Tasks::Data::runRound(Tasks& tasks)
 {
     assertMainThread();
-    // Whatever happens in a task, those behind it go back into the queue and the round is over.
+    // Whatever happens in a task, those after it go back into the queue and the round is over.
     struct Guard
     {
         Tasks& tasks;

@@ -16,7 +16,7 @@ bool TextCommandParameters::hasFlag(std::wstring_view name) const
 
 TextFormat::Value TextCommandParameters::value(unsigned i, TextFormat::Type type) const
 {
-    // The values stand in the order of the types; a vector and a point are one.
+    // The values are in the order of the types; vectors and points share one type.
     const size_t alternative =
         std::min(static_cast<size_t>(type), std::variant_size_v<TextFormat::Value> - 1);
     const std::wstring& text = parameter(i);

@@ -59,7 +59,7 @@ std::wstring helpOnArea(const TextCommandRegistry& registry, const TextCommandSu
 
 std::wstring nearestName(std::wstring_view wrong, const std::vector<std::wstring>& names)
 {
-    // A megabyte of nonsense is near to nothing, and need not be measured.
+    // A megabyte of nonsense resembles nothing and need not be compared.
     if (wrong.empty() || wrong.size() > 100)
         return {};
     const std::wstring* nearest = nullptr;

@@ -94,8 +94,8 @@ struct TextCommandMgr::Data
         }
     }
 
-    /// Why a line has what its command doesn't take; empty if it takes all. The flags get the spelling that
-    /// the command knows.
+    /// What the line has that its command doesn't accept; empty if it accepts everything. Flags get the
+    /// spelling that the command knows.
     static std::wstring notTaken(const TextCommandRegistry::Entry& entry, TextCommandParameters& parameters)
     {
         using Checks = TextCommandSubjectArea::Checks;

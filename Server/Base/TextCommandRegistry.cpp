@@ -18,7 +18,7 @@ void TextCommandRegistry::index()
             if (!command->format().empty())
                 entry.format.emplace(command->format());
         } catch (const Exception&) {
-            // validate() tells of it; until then the command checks its parameters alone.
+            // validate() reports it; until then the command checks its parameters by itself.
         }
         m_areas[command->area()].emplace(command->name(), std::move(entry));
     }

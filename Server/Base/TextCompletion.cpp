@@ -23,12 +23,12 @@ using boost::algorithm::istarts_with;
 
 std::map<std::wstring, std::function<std::vector<std::wstring>()>>& firstParameters()
 {
-    // Never destroyed: statics of many libraries tell theirs.
+    // Never destroyed: statics of many libraries register here.
     static auto* const all = new std::map<std::wstring, std::function<std::vector<std::wstring>()>>;
     return *all;
 }
 
-/// What each area and command would add, those of areas for transcripts behind the others.
+/// What each area and command would add, areas for transcripts last.
 std::vector<std::wstring> commandNames(const TextCommandMgr& manager, std::wstring_view prefix)
 {
     std::set<std::pair<bool, std::wstring>> found;
@@ -79,12 +79,12 @@ bool takesFiles(const std::wstring& placeholders)
            placeholders.find(L"path") != std::wstring::npos;
 }
 
-/// The last word of the text, as it stands there and without its quotes.
+/// The last word of the text, as written and without its quotes.
 struct LastWord
 {
     std::wstring raw;
     std::wstring text;
-    size_t before = 0; ///< How many words stand before it.
+    size_t before = 0; ///< How many words precede it.
 };
 
 LastWord lastWord(std::wstring_view line)
@@ -179,7 +179,7 @@ size_t TextCompletion::wordStart(std::wstring_view line, size_t cursor)
 
 std::wstring TextCompletion::placeholders(const TextCommand& command)
 {
-    // Some texts tell it at the end, as "Usage: Area.Name <filename>".
+    // Some texts put it at the end, as "Usage: Area.Name <filename>".
     const std::wstring whole = command.usage();
     std::wstring_view help = whole;
     const std::wstring usage = L"Usage: " + command.area() + L'.' + command.name();

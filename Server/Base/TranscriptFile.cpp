@@ -57,7 +57,7 @@ void TranscriptFile::giveUp(const std::string& why)
     throw Exception("The transcript cannot be read further: " + why + '.');
 }
 
-/// Has something to take a line from, unless the file is at its end.
+/// Makes bytes available for a line, unless the file is at its end.
 bool TranscriptFile::fill()
 {
     if (m_at < m_chunk.size())
@@ -67,7 +67,7 @@ bool TranscriptFile::fill()
     m_at = 0;
     m_chunk.resize(kBufferSize);
     ssize_t got = -1;
-    do // A pipe gives what it has.
+    do // A pipe returns what it has.
         got = read(fileno(m_file.get()), m_chunk.data(), kBufferSize);
     while (got < 0 && errno == EINTR);
     if (got < 0)
@@ -84,8 +84,8 @@ bool TranscriptFile::atEnd()
     return !fill();
 }
 
-/// Takes the bytes up to the end of the line into the buffer, as many as a line may have; returns how many
-/// there were.
+/// Appends the bytes up to the end of the line to the buffer, at most as many as a line may have; returns how
+/// many there were.
 size_t TranscriptFile::readRaw()
 {
     m_buffer.clear();

@@ -224,7 +224,7 @@ std::wstring TranscriptMgr::portable(const std::wstring& path) const
         return path;
     fs::path whole(path);
     if (!whole.is_absolute()) {
-        // Where the replay is started the same words may lead elsewhere; but what leads nowhere is no path.
+        // Where the replay starts, the same words may lead elsewhere; but what leads nowhere is not a path.
         const fs::path here = PathInfo::absolute(locate(path)).lexically_normal();
         if (!isThere(here) && !(whole.has_parent_path() && isThere(here.parent_path())))
             return path;
@@ -236,7 +236,7 @@ std::wstring TranscriptMgr::portable(const std::wstring& path) const
 
 TextCommandResult TranscriptMgr::settled(const std::function<TextCommandResult()>& line)
 {
-    // A line that runs others has a failure of its own.
+    // A line that runs others reports a failure itself.
     std::wstring outer;
     outer.swap(m_lateFailure);
     ++m_settled;

@@ -47,7 +47,7 @@ std::wstring literal(std::wstring_view text)
     return result + L'"';
 }
 
-/// Empty if the line is no call of a function that Python could name.
+/// Empty if the line is not a call of a function that Python can name.
 std::wstring callOf(std::wstring_view line)
 {
     TextLine words(line);
@@ -67,7 +67,7 @@ std::wstring callOf(std::wstring_view line)
         else
             return {};
     }
-    // Python takes a keyword once, and behind all else.
+    // Python accepts a keyword once, after everything else.
     std::sort(flags.begin(), flags.end());
     flags.erase(std::unique(flags.begin(), flags.end()), flags.end());
     parameters.insert(parameters.end(), flags.begin(), flags.end());

@@ -26,7 +26,7 @@ namespace {
 constexpr size_t kMostErrors = 100;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-/// Without the marks that an editor may have left.
+/// Without the byte order mark and line end that an editor may have left.
 std::string firstLine(const std::wstring& path)
 {
     boost::filesystem::ifstream stream{boost::filesystem::path(path)};
@@ -55,7 +55,7 @@ std::wstring firstCommand(const std::wstring& path)
             }
         }
     } catch (const Exception&) {
-        // It can't be read, or has a line that is longer than any of a transcript.
+        // It can't be read, or has a line longer than a transcript's may be.
     }
     return {};
 }
@@ -87,7 +87,7 @@ void tell(const ReplayOptions& options, const std::wstring& failure)
         output->error(failure);
 }
 
-/// Who started the replay in a window sees what its lines answer there.
+/// Whoever started the replay in a window sees the answers of its lines there.
 void tellAnswer(const std::wstring& answer)
 {
     for (TextOutput* output : {TextCommandMgr::get()->output(), PythonManager::get()->display()})
@@ -122,7 +122,7 @@ public:
 
     ReplayResult run()
     {
-        // The debugger may go on later with what it has begun.
+        // The debugger may resume later what it has begun.
         std::optional<TranscriptMgr::Run> run;
         if (!m_debug)
             run.emplace();
@@ -152,7 +152,7 @@ private:
         tell(m_options, text);
     }
 
-    /// The debugger follows the transcript that it has loaded, unless another one replays that.
+    /// The debugger follows the transcript that it has loaded, unless another one is replaying it.
     static ScriptDebugInfo* debugInfoFor(const std::wstring& path)
     {
         TranscriptMgr* transcripts = TranscriptMgr::get();
@@ -165,13 +165,13 @@ private:
         m_file.emplace(m_path);
         if (!m_debug || passOver(m_debug->stepLine()))
             return;
-        // It had come to its end: this is a new pass.
+        // It had reached its end: this is a new pass.
         m_file.emplace(m_path);
         m_debug->stepLine(0);
         m_debug->resetBreakPoints();
     }
 
-    /// Returns whether there is anything left behind so many lines.
+    /// Returns whether anything is left after that many lines.
     bool passOver(int lines)
     {
         std::wstring line;
@@ -186,7 +186,7 @@ private:
         try {
             return m_file->next(line);
         } catch (const Exception&) {
-            return true; // It was told when the line's turn came.
+            return true; // It was reported when the line was reached.
         }
     }
 
@@ -216,7 +216,7 @@ private:
         return !m_result.cancelled && !m_options.oneLine;
     }
 
-    /// Where a person has stopped or stepped, execution goes on from there.
+    /// Where a person has stopped or stepped, execution resumes from there.
     bool stopsBefore(int line)
     {
         const bool stops = m_debug->stopsAt(line);
@@ -255,7 +255,7 @@ private:
         return !words.skipBlanks() || line[words.position()] == L'#';
     }
 
-    /// Takes the mark of a line that has to fail off it. Returns whether there was one.
+    /// Removes the mark of a line that has to fail. Returns whether there was one.
     static bool takeMark(std::wstring& line)
     {
         TextLine words(line);
@@ -286,7 +286,7 @@ private:
         return substituteParameters(last, TranscriptMgr::get()->parameters());
     }
 
-    /// What a line that has to fail gave, as a line that is as it has to be.
+    /// The result of a line that has to fail, as that of a line that behaved as required.
     static TextCommandResult judged(const TextCommandResult& answer, const std::wstring& reason)
     {
         if (answer.first == 0)

@@ -14,7 +14,7 @@ namespace Vs {
 
 namespace {
 
-/// The names, by the forms in which the texts may stand in lines.
+/// The names, by the forms in which the texts may appear in lines.
 std::map<std::wstring, std::wstring, std::less<>>& secrets()
 {
     static std::map<std::wstring, std::wstring, std::less<>> known;
@@ -89,7 +89,7 @@ std::wstring TranscriptSecrets::hidden(std::wstring line)
 std::wstring TranscriptSecrets::hiddenInPython(std::wstring statement)
 {
     assertMainThread();
-    // Texts are literals: each is cut in two, and a half of which nothing is left goes.
+    // Texts are literals: each is cut in two, and an empty half is dropped.
     const auto ask = [](const std::wstring& name) {
         return L"\" + quillet.parameters[\"" + name + L"\"] + \"";
     };

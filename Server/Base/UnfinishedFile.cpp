@@ -19,7 +19,7 @@ struct Register
 
 Register& theRegister()
 {
-    // Outlives everything: it is asked at the very end.
+    // Outlives everything: it is used at the very end.
     static auto* const made = new Register;
     return *made;
 }

@@ -26,7 +26,8 @@ using Owned = std::unique_ptr<T, Free>;
 /// No network, no entities from other files, no DTD; libxml's own limits on size and depth stay in force.
 constexpr int kParseOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
 
-/// While it lives, nothing is loaded that a document points to: a schema that the file names for itself, say.
+/// While this exists, nothing that a document points to is loaded, such as a schema that the file names for
+/// itself.
 class NothingElseIsLoaded
 {
 public:

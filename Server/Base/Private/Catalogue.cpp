@@ -26,8 +26,8 @@ std::vector<char> readCatalogue(const std::string& file)
     if (!stream && !fs::exists(file, error))
         return {};
     std::vector<char> content(std::istreambuf_iterator<char>(stream), {});
-    // A whole catalogue ends with the end of its last text. The reader looks for the ends of texts, so that
-    // one that is cut short must not get there.
+    // A complete catalogue ends with the end of its last text. The reader searches for the ends of texts, so
+    // a truncated catalogue must not reach it.
     if (content.empty() || content.back() != '\0')
         throw Exception(stream ? "it is cut short" : "it cannot be opened");
     return content;
@@ -36,9 +36,9 @@ std::vector<char> readCatalogue(const std::string& file)
 /// One domain's catalogue in one language.
 ///
 /// Boost.Locale reads it, and not the C library's gettext: that one takes its language from the process's
-/// locale and environment, which other threads read while we would write them, and it never looks whether a
-/// table lies within the file, so that a damaged catalogue ends the program. Here no global state is touched,
-/// and such damage is an exception.
+/// locale and environment, which other threads may read while we write them, and it never checks whether a
+/// table lies within the file, so a damaged catalogue would crash the program. Here no global state is
+/// touched, and such damage is an exception.
 class GettextCatalogue : public Catalogue
 {
 public:
@@ -68,8 +68,8 @@ public:
 private:
     using Messages = boost::locale::message_format<char>;
 
-    /// A damaged catalogue is told of once, and from then on has no translations. Damage may show at a later
-    /// text than the first.
+    /// A damaged catalogue is reported once and has no translations from then on. The damage may not show
+    /// before a later text.
     template <class Action>
     void guarded(Action action)
     {

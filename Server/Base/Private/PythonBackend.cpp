@@ -10,14 +10,14 @@ namespace Vs {
 
 namespace {
 
-// Never destroyed: shutdown() ends it at its proper time, and a script's objects must not outlive Python.
+// Never destroyed: shutdown() ends it at the right time, since a script's objects must not outlive Python.
 PythonBackend* s_backend = nullptr;
 bool s_adopted = false;
 
 PythonBackend* load()
 {
     const auto library = PathInfo::rootDirectory() / "lib" / "libVsPython10.so";
-    // Python's own extension modules find its symbols only when they are global.
+    // Python's own extension modules find its symbols only if these are global.
     void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_GLOBAL);
     void* entry = handle ? dlsym(handle, kPythonBackendEntry) : nullptr;
     if (!entry)

@@ -23,7 +23,7 @@ Count larger(Count a, Count b)
     return a && b ? Count(std::max(*a, *b)) : std::nullopt;
 }
 
-/// Takes a piece in brackets, or a word, off the front of `text`.
+/// Takes a bracketed piece, or a word, off the front of `text`.
 std::wstring_view takePiece(std::wstring_view& text)
 {
     size_t depth = 0, end = 0;

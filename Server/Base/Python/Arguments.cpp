@@ -71,7 +71,7 @@ TextCommandParameters textParameters(const py::tuple& arguments, const py::dict&
 
 py::str pythonText(std::wstring_view text)
 {
-    // What stands for a byte of a file's name is the same in Python.
+    // Python uses the same stand-in for a byte of a file's name.
     auto made = py::reinterpret_steal<py::str>(
         PyUnicode_FromWideChar(text.data(), static_cast<Py_ssize_t>(text.size())));
     if (!made)

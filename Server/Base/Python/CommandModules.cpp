@@ -96,7 +96,7 @@ py::object CommandModules::makeFunction(TextCommand& command, const py::str& mod
 {
     FunctionDefinition& definition = m_definitions.emplace_back();
     definition.name = Strings::narrow(command.name());
-    // In the form from which Python's inspect and help take the signature.
+    // In the form that Python's inspect and help read the signature from.
     definition.help =
         definition.name + PythonSignature(command).text() + "\n--\n\n" + Strings::narrow(command.help());
     const PythonFunction entry = command.pythonEntry();

@@ -35,14 +35,15 @@ namespace py = pybind11;
 
 namespace {
 
-constexpr const char* kInterpreter = "/usr/bin/python3"; ///< The system's own, whatever is first on the PATH.
+constexpr const char* kInterpreter =
+    "/usr/bin/python3"; ///< The system's own, whatever comes first on the PATH.
 
 constexpr const char* kClosingDown = "quillet.on_closing_down";
 
 /// What replaces the standard streams: a script's output is the program's, which puts it between its answers.
-/// The numbers of the descriptors are the process's own, for programs that a script starts. What a script
-/// reads is what the program was given, unless that is for others to read; then it is nothing.
-/// A script that sleeps on the main thread looks up now and then, so that it can be cancelled.
+/// The numbers of the descriptors are the process's own, for programs that a script starts. A script reads
+/// the program's own input, unless that is for others to read; then it reads nothing. A script that sleeps on
+/// the main thread wakes up now and then, so that it can be cancelled.
 constexpr const char* kStreams = R"(
 import codecs, io, signal, sys, threading, time
 
@@ -91,7 +92,7 @@ sys.stdin = sys.__stdin__ = (open(0, encoding='utf-8', errors='surrogateescape',
 signal.signal(signal.SIGINT, signal.default_int_handler)
 )";
 
-/// The console on a terminal: as Python's own, but for the line editor.
+/// The console on a terminal: like Python's own, except for the line editor.
 constexpr const char* kConsole = R"(
 import builtins, code, keyword, re, sys
 
@@ -116,8 +117,8 @@ def completions(names, beginning):
                    and (start or dot) and (start.startswith('_') or not one.startswith('_'))})
 )";
 
-/// Finds the modules of the areas for a Python that isn't the program's own, after all others: a module that
-/// somebody else calls Model or Options is theirs.
+/// Finds the modules of the areas for a Python that isn't the program's own, after all others: somebody
+/// else's module called Model or Options stays theirs.
 constexpr const char* kFinder = R"(
 import importlib.machinery, sys
 
@@ -136,7 +137,7 @@ def offer(module):
     sys.meta_path.append(_Areas(module))
 )";
 
-/// Threads that are meant to outlive their script get a moment to come to an end of their own.
+/// Threads that are meant to outlive their script get a moment to finish by themselves.
 constexpr const char* kWaitForThreads = R"(
 import sys, time
 
@@ -185,7 +186,7 @@ void startPython()
     PyConfig_InitPythonConfig(&config);
     config.install_signal_handlers = 0;
     config.parse_argv = 0;
-    // Variables for another Python on the user's PATH must not lead this one astray.
+    // Variables meant for another Python on the user's PATH must not affect this one.
     config.use_environment = 0;
     const std::string environment = activeEnvironment(kInterpreter);
     const char* const interpreter = environment.empty() ? kInterpreter : environment.c_str();
@@ -241,7 +242,7 @@ Interpreter::Interpreter(std::function<void()> end) : m_end(std::move(end))
     py::module_::import("atexit").attr("register")(py::cpp_function([this] { this->end(); }));
 }
 
-// Functions that are left in the script's hands stay what they are, and refuse.
+// Functions that the script still holds remain valid objects, and refuse to run.
 void Interpreter::end()
 {
     m_ended = true;
@@ -273,7 +274,7 @@ Interpreter::~Interpreter()
         m_held = nullptr;
         Py_FinalizeEx();
     } else {
-        // The interpreter's lock is never given back: the threads stand still until the process ends.
+        // The interpreter's lock is never released: the threads stay blocked until the process ends.
         static_cast<void>(m_held.release());
     }
     m_streams.flush();
@@ -292,7 +293,7 @@ void Interpreter::prepare()
     };
     names["_write_output"] = writer(ScriptStreams::Kind::Output);
     names["_write_error"] = writer(ScriptStreams::Kind::Error);
-    // Whoever writes to the descriptor itself must not come before what was printed.
+    // Output written to the descriptor directly must not precede what was printed.
     names["_flush"] = py::cpp_function([] { std::fflush(nullptr); });
     names["_reads_input"] = PythonManager::get()->readsInput();
     // Python must know the signal to raise KeyboardInterrupt, but the handler stays the program's.
@@ -306,7 +307,7 @@ void Interpreter::prepare()
 
 void Interpreter::makeQuilletModule()
 {
-    // Of a kind that an import takes from a library, too.
+    // Of a kind that an import also takes from a library.
     static PyModuleDef definition = {
         PyModuleDef_HEAD_INIT, "_quillet", "What the package quillet stands on.", -1, {}, {}, {}, {}, {}};
     auto module = py::reinterpret_steal<py::module_>(PyModule_Create(&definition));
@@ -421,10 +422,10 @@ void Interpreter::runStatements(const std::string& path, const ScriptSteps& step
         Status failure;
         bool goesOn = true;
         try {
-            // Compiling it once more tells what is wrong with it.
+            // Compiling it again tells what is wrong with it.
             evaluate(compiled.is_none() ? own["compiled"](source, line, name) : compiled, main.names());
         } catch (py::error_already_set& error) {
-            // Of what isn't Python there is no traceback but our own.
+            // For what isn't Python there is no traceback but our own.
             goesOn = tell(error, path, compiled.is_none() ? Traceback::Silent : Traceback::Printed, failure);
         }
         m_streams.flush();
@@ -447,7 +448,7 @@ void Interpreter::defineCommand(const std::string& name, const std::wstring& tit
                                 const std::wstring& description, const std::string& key)
 {
     defineInModel({Strings::widen(name), title, description, key, [name] {
-                       // It may be asked for until the process ends.
+                       // It may be needed until the process ends.
                        auto* const running = static_cast<Interpreter*>(PythonBackend::running());
                        if (!running || running->m_ended)
                            throw Exception("Python has come to its end.");
@@ -579,7 +580,7 @@ bool Interpreter::threadsEnded()
             warn(L"Scripts have left threads running, which end with the program: " + waitedFor + L'.');
         return left.empty();
     } catch (const std::exception&) {
-        return false; // Scripts may have put anything in the place of Python's own modules.
+        return false; // Scripts may have replaced Python's own modules by anything.
     }
 }
 

@@ -18,8 +18,8 @@ namespace Vs::Python {
 
 namespace py = pybind11;
 
-/// While it lives, the script that runs stops every now and then for a moment, in which a window draws and
-/// takes a cancel.
+/// While this exists, the running script pauses every now and then, so that a window can draw and accept a
+/// cancel.
 class Interruptible::KeptAlive
 {
 public:
@@ -36,7 +36,7 @@ private:
             m_wake.wait_for(lock, stop, kInterval, never);
             if (stop.stop_requested() || s_asked.exchange(true))
                 continue;
-            // The script sees what waits for it when it gets the interpreter back.
+            // The script sees the pending request when it gets the interpreter back.
             const Lock interpreter;
             s_asked = Py_AddPendingCall(&comeBy, nullptr) == 0;
         }
@@ -66,7 +66,7 @@ Interruptible::Interruptible(const std::string& script)
     Progress::cancelHook([] { PyErr_SetInterruptEx(SIGINT); });
 }
 
-// What releases the interpreter throws only where there is none, and this is run by one.
+// Releasing the interpreter throws only where there is none, and this code is run by one.
 Interruptible::~Interruptible() // NOLINT(bugprone-exception-escape)
 {
     // Scripts run scripts; the outer one goes on.
@@ -77,7 +77,7 @@ Interruptible::~Interruptible() // NOLINT(bugprone-exception-escape)
         m_keptAlive.reset();
     }
     Progress::cancelHook(nullptr);
-    // A request that came too late for this script must not hit the next one.
+    // A request that came too late for this script must not affect the next one.
     if (PyErr_CheckSignals() != 0)
         PyErr_Clear();
 }

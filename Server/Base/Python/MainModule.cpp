@@ -31,7 +31,7 @@ MainModule::MainModule(const std::string& path, const std::vector<std::wstring>&
     m_path.insert(0, m_folder);
 }
 
-// The script may have put anything in the place of what is the interpreter's own.
+// The script may have replaced the interpreter's own objects by anything.
 MainModule::~MainModule()
 {
     const auto put = [this](const char* name, const py::object& value) {

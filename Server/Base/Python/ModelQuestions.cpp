@@ -27,7 +27,7 @@ py::buffer_info described(const Buffer& buffer)
 {
     const bool isFloat = buffer.number == Buffer::Number::Float;
     const auto size = py::ssize_t(isFloat ? sizeof(float) : sizeof(uint32_t));
-    // A buffer without numbers may lie nowhere, which Python takes for one that failed.
+    // An empty buffer may have a null address, which Python takes for a failure.
     static const uint32_t none = 0;
     void* data = const_cast<void*>(buffer.rows ? buffer.data : &none);
     const auto rows = py::ssize_t(buffer.rows), columns = py::ssize_t(buffer.columns);

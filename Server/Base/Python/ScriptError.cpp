@@ -55,7 +55,7 @@ std::wstring lastLineOfTraceback(const py::error_already_set& error)
     return text;
 }
 
-/// As a shell would see it; what is no number there has failed all the same.
+/// As a shell would see it; what is not a number is a failure all the same.
 int exitCodeOf(const py::object& code)
 {
     if (!PyLong_Check(code.ptr()))

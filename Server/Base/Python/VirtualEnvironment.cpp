@@ -17,7 +17,7 @@ namespace Vs::Python {
 
 namespace {
 
-/// The lines `name = value` of what describes an environment; none if it can't be read.
+/// The lines `name = value` of the file that describes an environment; none if it can't be read.
 std::map<std::string, std::string> described(const fs::path& file)
 {
     std::map<std::string, std::string> values;
@@ -49,7 +49,7 @@ std::string activeEnvironment(const std::string& interpreter)
         const auto found = values.find(name);
         return found == values.end() ? std::string() : found->second;
     };
-    // Who makes environments calls the version by one of these names.
+    // The tools that make environments use one of these names for the version.
     const std::string version = value("version").empty() ? value("version_info") : value("version");
     boost::system::error_code error;
     std::wstring why;
