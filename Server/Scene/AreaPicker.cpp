@@ -20,12 +20,12 @@ using Rendra::Graphics::Part;
 
 namespace {
 
-/// Along each side of the rectangle so many rays tell what is seen in it; what they miss is asked at so many
-/// places of its own.
+/// This many rays along each side of the rectangle tell what is visible in it; what they miss is sampled at
+/// this many places of its own.
 constexpr int kRays = 48;
 constexpr size_t kPlacesAsked = 6;
-/// A line is asked so often on its way through the rectangle; a short one less often, as its places are near
-/// to each other, in pixels.
+/// A line is sampled this often on its way through the rectangle, and a short one less often, since its
+/// samples lie close together in pixels.
 constexpr double kPlacesOnLine = 12, kLeastPlacesOnLine = 2, kBetweenPlaces = 8;
 
 GkPoint3d pointAt(const std::vector<float>& points, size_t index)
@@ -59,9 +59,9 @@ public:
                m_vertex.has_value();
     }
 
-    /// Whether `ask` says yes of one of about so many places on surfaces: the middle of a triangle with two
-    /// of its corners; or of the vertex, three times. Lines are asked otherwise (`linesWithin`): the ends of
-    /// an edge say nothing of what is between them.
+    /// Whether `ask` accepts one of about that many places on surfaces: the middle of a triangle with two of
+    /// its corners; or of the vertex, three times. Lines are sampled differently (`linesWithin`): the ends of
+    /// an edge say nothing about what lies between them.
     template <class Ask>
     bool anyPlace(size_t places, Ask&& ask) const
     {
@@ -81,7 +81,7 @@ public:
     }
 
     using Line = std::pair<GkPoint3d, GkPoint3d>;
-    /// What of the edges lies within a region.
+    /// Which parts of the edges lie within a region.
     std::vector<Line> linesWithin(const ViewRegion& region) const
     {
         std::vector<Line> lines;
@@ -114,7 +114,7 @@ public:
     }
 
 private:
-    /// Of the straight pieces of the edges, in their order, until one is answered with true.
+    /// Called for the straight pieces of the edges, in order, until one returns true.
     template <class Ask>
     bool eachLine(Ask&& ask) const
     {
@@ -243,8 +243,8 @@ private:
                });
     }
 
-    /// Asks at even distances on the screen along all of the lines, and so between their ends, which are
-    /// seen even of a line that is hidden by what they belong to.
+    /// Samples all lines at even distances on the screen, strictly between their ends, because the ends are
+    /// visible even where the line is hidden by what it belongs to.
     bool isAnySeen(const std::vector<Outline::Line>& lines, const GkMatrix3d& toWorld) const
     {
         const auto length = [&](const Outline::Line& line) {

@@ -13,7 +13,7 @@ namespace {
 /// Half a degree for each pixel: a drag over a third of a screen turns a model around.
 constexpr double kRadiansPerPixel = 0.0087266462599716477;
 constexpr double kRightAngle = 1.5707963267948966;
-/// Of a direction of length one: it doesn't show at all.
+/// For a direction of length one: too small to show at all.
 constexpr double kNoPart = 1e-9;
 /// Beyond these sizes single-precision positions cannot be told apart on the screen.
 constexpr double kSmallestExtent = 1e-9;
@@ -31,8 +31,8 @@ bool isFinite(const GkVector3d& v)
     return isFinite(v.x) && isFinite(v.y) && isFinite(v.z);
 }
 
-/// Tells every state of a camera from any other, of whichever camera. A renderer makes cameras on its own
-/// thread.
+/// Distinguishes every state of a camera from any other state of any camera. A renderer makes cameras on its
+/// own thread.
 uint64_t newRevision()
 {
     static std::atomic<uint64_t> last = 0;
@@ -223,7 +223,7 @@ void Camera::upright(const GkVector3d& up)
         m_upright = up.normal();
 }
 
-// Of a turn about `right`, as much as leaves up on the screen what is up on it now.
+// As much of a turn about `right` as keeps what is now up on the screen up.
 double Camera::withinPoles(double radians, const GkVector3d& axis) const
 {
     const auto partAcross = [&](const GkVector3d& v) {

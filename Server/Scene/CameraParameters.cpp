@@ -10,7 +10,7 @@ namespace {
 
 double between(double from, double to, double part)
 {
-    // By even factors where that can be done, so that a zoom looks even.
+    // By even factors where possible, so that a zoom looks even.
     if (from > 0 && to > 0)
         return from * std::pow(to / from, part);
     return from + (to - from) * part;
@@ -54,7 +54,7 @@ CameraParameters CameraParameters::towards(const CameraParameters& other, double
     other.applyTo(to);
     const GkVector3d before[3] = {from.right(), from.screenUp(), -from.direction()};
     const GkVector3d after[3] = {to.right(), to.screenUp(), -to.direction()};
-    // The rotation that takes the one frame into the other, as a matrix and then as axis and angle.
+    // The rotation that takes one frame into the other, as a matrix and then as axis and angle.
     double m[3][3] = {};
     const auto component = [](const GkVector3d& v, int i) { return i == 0 ? v.x : i == 1 ? v.y : v.z; };
     for (int i = 0; i < 3; ++i)
@@ -64,7 +64,7 @@ CameraParameters CameraParameters::towards(const CameraParameters& other, double
     GkVector3d axis(m[2][1] - m[1][2], m[0][2] - m[2][0], m[1][0] - m[0][1]);
     const double angle = std::atan2(axis.length(), m[0][0] + m[1][1] + m[2][2] - 1);
     if (axis.length() < 1e-9 && angle > 1) {
-        // Half a turn: each column of m + 1 lies along the axis, the longest one is the surest.
+        // Half a turn: each column of m + 1 lies along the axis, and the longest is the most precise.
         axis = {};
         for (int j = 0; j < 3; ++j) {
             const GkVector3d column(m[0][j] + (j == 0), m[1][j] + (j == 1), m[2][j] + (j == 2));

@@ -12,7 +12,7 @@ namespace {
 /// GraphicsOptionGroup::activeEnvironment.
 constexpr const char* kOption = "activeEnvironment";
 
-/// A colour as it is named for the screen, 0xRRGGBB.
+/// A colour in screen values, 0xRRGGBB.
 Colour screen(unsigned rgb)
 {
     const auto linear = [&](int shift) { return float(std::pow(((rgb >> shift) & 255) / 255.0, 2.2)); };

@@ -9,7 +9,7 @@ namespace Vs::Scene {
 
 namespace {
 
-/// What the driver said last; 0 as long as none was asked. Written by whichever thread draws.
+/// What the driver said last; 0 until one was asked. Written by whichever thread draws.
 std::atomic<int> offeredSamples = 0;
 
 } // namespace

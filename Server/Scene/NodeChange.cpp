@@ -23,7 +23,7 @@ bool hangsUnder(const Node* node, const Node* above)
                                 [&](const auto& child) { return hangsUnder(node, child.get()); });
 }
 
-/// A full circle of so many lines looks round at any size that a reticle has.
+/// A full circle of this many lines looks round at any size that a reticle has.
 constexpr int kLinesOfCircle = 180;
 
 } // namespace
@@ -51,7 +51,7 @@ StrongRef<InstanceNode> NodeChange::createGroupNode(GroupNode* parent, int, bool
 
 NodeChange& NodeChange::name(const std::string& name)
 {
-    // It shows nowhere, so that nothing is to be drawn again.
+    // It is shown nowhere, so nothing needs to be drawn again.
     if (name != m_node->name())
         m_node->rare().name = name;
     return *this;
@@ -80,7 +80,7 @@ NodeChange& NodeChange::transform(const GkPlacement& transform)
     return *this;
 }
 
-// What can be picked is another thing than looks.
+// What can be picked is a different matter from looks.
 NodeChange& NodeChange::ghost(std::optional<bool> ghost)
 {
     if (m_node->m_ghost != ghost) {
@@ -255,7 +255,7 @@ NodeChange& NodeChange::remove(const Node* child)
     auto* group = cast<GroupNode>(m_node);
     if (!group || !child || !group->has(child))
         return *this;
-    // What came last is most likely to go, as when it is undone.
+    // What was added last is the most likely to be removed, as by an undo.
     const auto found = std::find_if(group->m_children.rbegin(), group->m_children.rend(),
                                     [&](const auto& other) { return other.get() == child; });
     (*found)->losesParent(group);

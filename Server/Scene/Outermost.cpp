@@ -17,8 +17,8 @@ public:
     const std::optional<GkPoint3d>& found() const { return m_found; }
 
 private:
-    /// How far points lie in the direction, by their coordinates under a matrix: found once for it, in place
-    /// of each point's own way into the world.
+    /// How far points lie in the direction, by their coordinates under a matrix: computed once for the
+    /// direction, instead of transforming each point into the world.
     struct Lengths
     {
         double origin, x, y, z;

@@ -19,9 +19,9 @@ namespace {
 
 /// A body has to be so many times the tolerance across for its edges to be told from it.
 constexpr double kTellApart = 3;
-/// Of things as near as that, in pixels, the one nearer to the viewer is meant.
+/// Of things this close together, in pixels, the one nearer to the viewer is meant.
 constexpr double kAsNear = 1.5;
-/// How many of a kind are answered, and how many are asked whether anything hides them.
+/// How many of a kind are returned, and how many are tested for being hidden.
 constexpr size_t kMostAnswers = 8, kMostAsked = 64;
 
 /// A vertex, or a place on an edge, near the place that is asked for.
@@ -56,7 +56,7 @@ public:
     }
 
 private:
-    /// Beyond this depth everything around the place is hidden: as far as rays around it tell.
+    /// Beyond this depth everything around the place is hidden, as far as rays around it can tell.
     double deepestSurface(const std::optional<SurfaceHit>& surface) const
     {
         constexpr int kRays = 8;
@@ -178,7 +178,7 @@ private:
         const GkPoint3d b = m_projection.cameraToScreen(camera[1]);
         const double dx = b.x - a.x, dy = b.y - a.y, squared = dx * dx + dy * dy;
         double part = squared > 0 ? std::clamp(((m_x - a.x) * dx + (m_y - a.y) * dy) / squared, 0.0, 1.0) : 0;
-        // What is halfway on the screen is nearer to the viewer than halfway in space.
+        // The midpoint on the screen is nearer to the viewer than the midpoint in space.
         if (m_projection.perspective())
             part = part * a.z / (b.z + part * (a.z - b.z));
         const GkPoint3d local = ends[0] + (ends[1] - ends[0]) * part;

@@ -30,7 +30,7 @@ private:
 [[maybe_unused]] const int kFactory = AssetAdapter::addFactory(
     [](Asset* asset) -> std::unique_ptr<AssetAdapter> { return std::make_unique<SceneAssetAdapter>(asset); });
 
-/// Otherwise thousands that come have the table made anew again and again.
+/// Otherwise adding thousands would rehash the table again and again.
 template <class Table>
 void expect(Table& table, size_t coming)
 {
@@ -253,7 +253,7 @@ void SceneAssetAdapter::setBody(Entry& entry, const Component& component)
 
 void SceneAssetAdapter::removeBranches(const std::vector<std::string>& ids)
 {
-    // Out of a group of thousands, many are taken by hanging up the others anew.
+    // Many children are removed from a group of thousands by adding the remaining ones again.
     constexpr size_t kFew = 64;
     std::unordered_map<GroupNode*, std::unordered_set<const Node*>> going;
     if (ids.size() > kFew)

@@ -17,7 +17,7 @@ constexpr double kSmall = 0.66, kHalfSmall = kSmall / 2;
 /// The height of a dot: in letters of 9 pixels it still covers one and a half, wherever it falls between
 /// them.
 constexpr double kDot = 0.17;
-/// An arc has a corner each so many degrees: round enough for a letter of some hundred pixels.
+/// An arc has a corner every this many degrees: round enough for a letter of some hundred pixels.
 constexpr double kArcStep = 15;
 
 /// Draws a glyph.
@@ -36,7 +36,7 @@ public:
         m_glyph.lines.back().push_back({x, y});
         return *this;
     }
-    /// Continues the line along an ellipse; degrees run against the clock from the right.
+    /// Continues the line along an ellipse; degrees run counter-clockwise from the right.
     Pen& arcTo(double x, double y, double radiusX, double radiusY, double from, double to)
     {
         const int steps = std::max(2, int(std::lround(std::abs(to - from) / kArcStep)));

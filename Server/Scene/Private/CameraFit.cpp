@@ -7,11 +7,11 @@ namespace Vs::Scene {
 
 namespace {
 
-/// What is left free around the content, as a part of its size.
+/// The margin left around the content, as a fraction of its size.
 constexpr double kMargin = 0.06;
-/// What has no width in one direction still gets a rectangle.
+/// Content without width in one direction still gets a rectangle.
 constexpr double kThinnestPart = 1e-3;
-/// Of the content's size: what nobody sees.
+/// A fraction of the content's size that nobody sees.
 constexpr double kExactness = 1e-4;
 /// Each round knows the content, and the shape that it has in the picture, better than the one before.
 constexpr int kRounds = 12;
@@ -110,7 +110,7 @@ Fitted CameraFit::parallel(const Frame& frame) const
     const double extent = std::max(fitted.width, fitted.height);
     fitted.target = m_centre + m_look.across * (x.middle() - frame.offset.x * extent) +
                     m_look.upward * (y.middle() - frame.offset.y * extent);
-    // Far enough to stand before the box, so that a perspective made from this view sees all of it.
+    // Far enough in front of the box that a perspective made from this view sees all of it.
     fitted.distance = std::max(extent / double(Camera::s_normalPersLens), m_box.diagonal());
     return fitted;
 }
@@ -138,9 +138,9 @@ double CameraFit::middle(double GkVector3d::*axis, double depth, double aim) con
     return at;
 }
 
-// The eye moves back along the direction until the sides of the lens' pyramid touch the outermost points; it
-// stands where the touching points on the left and on the right, and below and above, are equally far off
-// the place where the middle of the content is to be.
+// The eye moves back along the direction until the sides of the lens' pyramid touch the outermost points;
+// there the touching points on the left and right, and at the bottom and top, are equally far from where the
+// middle of the content should be.
 Fitted CameraFit::perspective(const Frame& frame) const
 {
     const double slope = m_lens / 2 / (1 + kMargin) / frame.scale;
@@ -189,7 +189,7 @@ CameraFit::Frame CameraFit::frameFor(const Fitted& fitted) const
     return frame;
 }
 
-/// Asks at the sides of the picture whether there is content beyond what is known of it, which is learnt.
+/// Probes the sides of the picture for content beyond what is known so far, and learns it.
 bool CameraFit::protrudes(const Fitted& fitted)
 {
     if (m_cornersAlone || !m_look.perspective)

@@ -12,11 +12,11 @@ namespace Vs::Scene {
 
 namespace {
 
-/// Meshes of fewer triangles, pieces of edges and vertices are asked as quickly as their tree could be.
+/// Meshes with fewer triangles, pieces of edges and vertices are searched as quickly without a tree.
 constexpr size_t kSmall = 96;
-/// Trees of no more are made at once; that takes some milliseconds.
+/// Trees of at most this many are built at once, which takes some milliseconds.
 constexpr size_t kMadeAtOnce = 30000;
-/// After so many new trees it is looked which ones are of meshes that are gone.
+/// After this many new trees, those whose meshes are gone are looked for.
 constexpr size_t kCollectAfter = 256;
 
 size_t sizeOf(const BodyMesh& mesh)

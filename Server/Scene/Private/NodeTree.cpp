@@ -8,10 +8,10 @@ namespace Vs::Scene {
 
 namespace {
 
-/// Fewer children are asked as quickly one by one.
+/// Fewer children are searched as quickly one by one.
 constexpr size_t kFew = 16;
-/// Trees of groups that are gone are found by throwing all away when there are so many; the others are made
-/// anew in no time.
+/// At this many, all trees are thrown away, which drops those of groups that are gone; the others are quickly
+/// rebuilt.
 constexpr size_t kMost = 4096;
 
 struct Entry

@@ -21,12 +21,12 @@ class ReadyParts
 public:
     using Mesh = std::shared_ptr<const BodyMesh>;
 
-    /// Null if it isn't known to be ready.
+    /// Null unless it is known to be ready.
     const Mesh& find(const Mesh& mesh)
     {
         static const Mesh none;
         const Entry& entry = at(mesh);
-        // Told by who owns them: another mesh may stand at the same place by now.
+        // Told apart by owner: another mesh may have the same address by now.
         return entry.source.owner_before(mesh) || mesh.owner_before(entry.source) ? none : entry.parts;
     }
     const Mesh& keep(const Mesh& mesh, Mesh parts)

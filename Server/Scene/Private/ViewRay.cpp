@@ -5,7 +5,7 @@
 
 namespace Vs::Scene {
 
-// A parallel view has no position that bodies would have to stand before.
+// A parallel view has no eye that bodies would have to be in front of.
 ViewRay::ViewRay(const Rendra::Graphics::Node& root, const Projection& projection) : m_projection(projection)
 {
     if (projection.perspective() || root.boundingBox().isEmpty())
