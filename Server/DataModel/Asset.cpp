@@ -109,7 +109,7 @@ bool Asset::isDirty(bool includeReferenced) const
 {
     if (m_dirty || !includeReferenced)
         return m_dirty;
-    // Many may refer to one, which is looked at once.
+    // Many may refer to the same one, which is visited once.
     std::unordered_set<const Asset*> known{this};
     std::vector<const Asset*> waiting{this};
     while (!waiting.empty()) {

@@ -34,7 +34,7 @@ Document::Document(DocumentType* type, const std::wstring& displayName)
 Document::~Document()
 {
     assertMainThread();
-    // Hidden assets go before the ones that they belong to.
+    // Hidden assets are destroyed before the ones that they belong to.
     for (auto* list : {&m_hiddenAssets, &m_assets})
         while (!list->empty()) {
             AssetEvent event(list->back().get(), Timing::Before);
@@ -88,7 +88,7 @@ void Document::clearPath()
 bool Document::save(Status& status)
 {
     Status own;
-    // A handler may ask the user for a name. One that is refused there is nothing to tell of.
+    // A handler may ask the user for a name. If the user declines, there is nothing to report.
     if (m_path.empty() && IDocMgmtHandler::notifySavingUnnamed({this}) == eDocMgmtStop)
         return false;
     if (m_path.empty())

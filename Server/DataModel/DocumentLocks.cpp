@@ -63,7 +63,7 @@ bool DocumentLocks::take(Document* document, Held& held, bool anyway)
         held.lock =
             Native::FileLock::take(Native::followedPath(Strings::toBytes(document->path())), user, anyway);
     } catch (const std::exception&) {
-        return true; // A path that leads nowhere is nobody's.
+        return true; // A path that leads nowhere belongs to nobody.
     }
     if (held.lock || user.name.empty())
         return true;
@@ -78,7 +78,7 @@ bool DocumentLocks::isChangedOutside(const Document& document)
 
 void DocumentLocks::follow(Document* document)
 {
-    // A document that has lost its path, which nobody tells, mustn't keep the next one from the file.
+    // A document that has lost its path, which is not announced, mustn't keep the next one from the file.
     for (auto& [other, held] : m_documents)
         if (other != document && held.path != other->path()) {
             held.path.clear();

@@ -37,8 +37,8 @@ Document* onlyOne(const std::vector<Document*>& found)
 
 DocumentMgr* DocumentMgr::get()
 {
-    // Never destroyed: where the process just ends, with documents open, those who would hear of their
-    // closing are gone already.
+    // Never destroyed: where the process just ends with documents open, those who would be notified of their
+    // closing are already gone.
     static auto* const manager = new DocumentMgr;
     return manager;
 }
@@ -177,7 +177,7 @@ Document* DocumentMgr::openNative(const std::wstring& path, Status& status)
 void DocumentMgr::close(Document* document)
 {
     assertMainThread();
-    // Of many, what came last goes first.
+    // Of many, the last is removed first.
     const auto place = [&] {
         return std::find_if(m_documents.rbegin(), m_documents.rend(),
                             [&](const auto& candidate) { return candidate.get() == document; });

@@ -70,7 +70,7 @@ void readAll(std::vector<NativeJob>& jobs)
         while (threads.size() < std::min(most, jobs.size()))
             threads.emplace_back(read);
     } catch (const std::system_error&) {
-        // Where the system gives no more threads, those that there are read, or this one.
+        // Where the system gives no more threads, the existing ones read, or this one.
         if (threads.empty())
             read();
     }

@@ -15,7 +15,7 @@ std::vector<IDocMgmtHandler*>& handlers()
     return list;
 }
 
-// `silence` is the answer if no handler has an opinion.
+// `silence` is the answer where no handler has an opinion.
 template <class Argument>
 EDocMgmtOpCode ask(EDocMgmtOpCode (IDocMgmtHandler::*question)(Argument), Argument argument,
                    EDocMgmtOpCode silence = eDocMgmtGoOn)

@@ -30,7 +30,7 @@ public:
         for (const float part : {colour.r, colour.g, colour.b, colour.a})
             add(part);
     }
-    /// The size counts as well, so that what ends one list can't begin the next.
+    /// The size is hashed as well, so that the end of one list can't pass for the beginning of the next.
     template <class List>
     void addAll(const List& list)
     {

@@ -11,7 +11,7 @@ namespace Vs::NativeFile {
 
 namespace {
 
-/// A package that can't be looked into may well have one.
+/// A package that can't be examined may well have one.
 bool hasManifest(const std::string& path)
 {
     try {

@@ -38,7 +38,7 @@ NewFile::NewFile(const std::wstring& path) : m_path(Strings::toBytes(path))
     if (descriptor < 0)
         fail();
     m_unfinished.emplace(m_scratch);
-    // The rights of a file that is replaced stay; a new one gets the usual ones.
+    // A file that is replaced keeps its permissions; a new one gets the default ones.
     struct stat old;
     fchmod(descriptor, stat(m_path.c_str(), &old) == 0 ? old.st_mode & 07777 : permissionsOfNewFiles());
     close(descriptor);

@@ -16,7 +16,7 @@ using namespace ChangeSteps;
 
 namespace {
 
-/// Whether the session's steps can be walked now.
+/// Whether the session's steps can be undone or redone now.
 bool isFree(Asset* asset)
 {
     const ChangeHistory& history = asset->data().history();

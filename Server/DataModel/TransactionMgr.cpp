@@ -12,7 +12,7 @@ namespace {
 
 TransactionMgr::CmdKeySource theSource = nullptr;
 
-/// Whether the session's steps can be walked now.
+/// Whether the session's steps can be undone or redone now.
 bool isFree(const ChangeHistory& history)
 {
     return !history.isOpen() && !history.group();

@@ -127,7 +127,7 @@ std::wstring whyWrong(const ColourEdit& edit)
                : localized("EditWrongColour", "the components of a colour are numbers from 0 to 1.");
 }
 
-/// Why the copies that are made are too many, once it is known that what they are of is there.
+/// Why there would be too many copies, once their originals are known to exist.
 std::wstring whyTooMany(const Asset& asset, const ModelEdit& edit)
 {
     if (const auto* copy = std::get_if<CopyEdit>(&edit))
@@ -194,7 +194,7 @@ std::wstring textOf(const EditError& error)
     return localizedFormat("EditRefused", "the geometry kernel refuses to change \"%1%\".", error.subject());
 }
 
-// A body that came from a file is told which shape it stands for before that becomes another one.
+// A body that came from a file learns which shape it stands for before that shape changes.
 void meetShapes(const Component& component, ModelKernel& kernel)
 {
     if (auto* body = cast<ModelBody>(component.body.get()); body && body->revision() == 0)

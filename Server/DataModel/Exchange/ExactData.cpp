@@ -24,13 +24,13 @@ KnownData& knownData()
     return known;
 }
 
-/// What is being noted. At the end of the program it is waited for.
+/// What is being noted. The end of the program waits for it.
 class Notes
 {
 public:
     static Notes& get()
     {
-        // What is used there must still be there.
+        // What it uses must still exist.
         knownData();
         static Notes notes;
         return notes;
@@ -57,7 +57,7 @@ private:
     std::shared_future<void> m_last;
 };
 
-// Exact data are dense: reading them takes longer than reading as much of a foreign file.
+// Exact data are dense: reading them takes longer than reading as many bytes of a foreign file.
 WorkerLimits limitsFor(uint64_t bytes)
 {
     constexpr uint64_t kDense = 10;
@@ -110,7 +110,7 @@ void noteOwn(std::shared_ptr<const FileMapping> file, std::vector<Place> models)
                 knownData().add(digestOf(model->kernelData()));
                 file->unneeded(model->kernelData());
             } catch (const std::runtime_error&) {
-                // It is read as anybody's, then.
+                // Then it is read as a stranger's.
             }
         }
     });

@@ -18,7 +18,7 @@ namespace {
 constexpr uint32_t kNone = UINT32_MAX;
 constexpr size_t kBufferSize = 1 << 18;
 
-/// Nothing if it was cancelled; throws std::runtime_error if the body can't be meshed.
+/// No value if it was cancelled; throws std::runtime_error if the body can't be meshed.
 std::optional<std::shared_ptr<const BodyMesh>>
 meshOf(const Body& body, const TranslatorRefinement& refinement, const std::function<bool(double)>& goOn)
 {

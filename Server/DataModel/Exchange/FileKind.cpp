@@ -68,7 +68,7 @@ bool isObj(std::string_view head)
     while (!head.empty()) {
         const size_t end = head.find('\n');
         std::string_view line = head.substr(0, end);
-        // The last line may be cut off by the end of what was looked at.
+        // The last line may be truncated by the end of the bytes examined.
         if (end == std::string_view::npos && any)
             break;
         head.remove_prefix(end == std::string_view::npos ? head.size() : end + 1);
@@ -117,7 +117,7 @@ Format recognise(const std::wstring& path, Status& status)
         status.addError(L"\"" + path + L"\" " + text);
         return Format::Unknown;
     };
-    // Without blocking: a name may be that of a pipe which nobody writes to.
+    // Without blocking: the name may be that of a pipe that nobody writes to.
     const int descriptor = open(Strings::toBytes(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0)
         return fault(errno == ENOENT ? L"doesn't exist."

@@ -40,7 +40,7 @@ void ForeignImport::expect(const std::wstring& path, ImportCache& cache)
         s_expected->m_worker->start();
 }
 
-// Goes on with what was begun for this file.
+// Continues what was begun for this file.
 bool ForeignImport::takeExpected()
 {
     if (!s_expected || s_expected.get() == this || s_expected->m_path != m_path || !s_expected->m_worker)
@@ -118,10 +118,10 @@ void ForeignImport::keep(ImportCache& cache)
 {
     std::error_code ignored;
     const std::vector<std::string>& others = m_worker->others();
-    // The key is of no use either if the file was written meanwhile.
+    // Nor is the key of any use if the file was written meanwhile.
     const bool same = FileIdentity::of(Strings::toBytes(m_path)) == m_identity;
     const bool known = same && std::all_of(others.begin(), others.end(), [&](const std::string& other) {
-                           // A file that changed while it was read may have been read as it was before.
+                           // A file that changed while it was read may have been read in its old state.
                            const auto changed = std::filesystem::last_write_time(other, ignored);
                            return !other.empty() && (ignored || changed < m_started);
                        });
@@ -137,7 +137,7 @@ void ForeignImport::keep(ImportCache& cache)
     takeModel(cache.store(cache.fullKey(m_key, folderOf(m_path)), m_scratch));
 }
 
-/// Whether there is another way to read it, which is begun then.
+/// Whether there is another way to read it; if so, it is begun.
 bool ForeignImport::tryAgain(ImportCache& cache)
 {
     const Worker::End end = m_worker->end();
@@ -156,7 +156,7 @@ bool ForeignImport::tryAgain(ImportCache& cache)
     return true;
 }
 
-/// What the worker died of or says, with the file's name.
+/// What the worker died of or reported, with the file's name.
 std::wstring ForeignImport::fault() const
 {
     const std::wstring clause = Strings::widen(m_worker->fault());

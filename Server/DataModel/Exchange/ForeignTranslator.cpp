@@ -74,7 +74,7 @@ const LengthUnit& unitOf(TranslatorSaveOptions& options)
     return options.exportInDisplayUnit() ? LengthUnit::display() : LengthUnit::all().front();
 }
 
-// What the model's exact data may take.
+// The room that the model's exact data may take.
 uint64_t roomFor(const Asset& asset)
 {
     constexpr uint64_t kUnknown = uint64_t(64) << 20;

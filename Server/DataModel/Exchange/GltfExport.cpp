@@ -125,7 +125,7 @@ public:
         return std::exchange(m_positions, {}) + std::exchange(m_normals, {}) + std::exchange(m_triangles, {});
     }
 
-    /// All but `kEnd`, before which the buffer may still be told where its numbers are. Call before
+    /// All but `kEnd`, until which the positions of the numbers in the buffer may still be set. Call before
     /// `numbers`.
     std::string text() const
     {

@@ -33,7 +33,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Part of every key. Goes up whenever the same file would give another model.
+// Part of every key. Raised whenever the same file would give a different model.
 constexpr const char* kReader = "5-" QUILLET_KERNEL_VERSION;
 constexpr const char* kSuffix = ".model";
 constexpr const char* kOthersSuffix = ".others"; // one path a line, as seen from the file
@@ -73,7 +73,7 @@ private:
     std::string m_path;
 };
 
-/// The usual folder, or where it hasn't the room, one in the temporary folder or in memory that has.
+/// The usual folder or, where it lacks the room, one in the temporary folder or in memory that has it.
 std::string folderWith(uint64_t room, const std::string& usual)
 {
     static std::mutex mutex;
@@ -100,14 +100,14 @@ std::string faultOf(const std::string& folder)
     struct stat info;
     if (stat(folder.c_str(), &info) != 0 || access(folder.c_str(), W_OK | X_OK) != 0)
         return std::string("cannot be written: ") + std::strerror(errno);
-    // Whoever can write there could have this program read what no worker of its own has made.
+    // Whoever can write there could make this program read what none of its workers produced.
     if (info.st_uid != geteuid() || (info.st_mode & kOthersWrite) != 0)
         return "can be written by other users";
     return {};
 }
 
 /// Where imported models lie while they are open: the cache, or where that cannot be used (a home that is
-/// read-only, say) a folder of this process's own, which goes with it.
+/// read-only, say) a folder of this process's own, which is removed with it.
 class ModelFolder
 {
 public:
@@ -126,7 +126,7 @@ public:
         }
         m_own.emplace(fs::temp_directory_path().string());
         if (m_own->path().empty())
-            return; // The import that cannot write then says so.
+            return; // The import that cannot write reports it then.
         m_path = m_own->path();
         warn(Strings::widen(cause + " Imported models are kept in " + m_path + " until the end."));
     }
@@ -145,7 +145,7 @@ ImportCache::ImportCache(std::string folder, uint64_t limit) : m_folder(std::mov
     try {
         OwnFiles::makeFolder(m_folder);
     } catch (const Exception&) {
-        // The import that cannot write says so.
+        // The import that cannot write reports it.
     }
 }
 
@@ -157,7 +157,7 @@ std::optional<std::string> ImportCache::keyOf(const std::string& path, const cha
         const std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state(XXH3_createState(),
                                                                                     &XXH3_freeState);
         XXH3_128bits_reset(state.get());
-        // No name of a file holds a zero, so that name and content can't be taken for another pair.
+        // No file name contains a zero byte, so name and content can't be confused with another pair.
         const std::string name = fs::path(path).stem().string();
         XXH3_128bits_update(state.get(), name.c_str(), name.size() + 1);
         const auto piece = std::make_unique_for_overwrite<char[]>(kPiece);

@@ -19,7 +19,7 @@ namespace {
 
 using Digests = std::vector<DataDigest>;
 
-/// What the kernel of one version can read, that of another may break down on.
+/// What one version of the kernel can read may crash another.
 constexpr std::string_view kReader = "1-" QUILLET_KERNEL_VERSION "-";
 constexpr size_t kMostDigests = 20'000;
 
@@ -78,7 +78,7 @@ void KnownData::add(const DataDigest& digest)
         return;
     constexpr mode_t kOwnerAlone = 0600;
     if (known.size() < kMostDigests) {
-        // Another program may add to it at the same time: one write of this kind is whole, and at the end.
+        // Another program may append at the same time: a write of this kind is atomic, and at the end.
         const int descriptor =
             open(m_path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_CLOEXEC, kOwnerAlone);
         if (descriptor < 0)

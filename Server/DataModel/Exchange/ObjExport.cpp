@@ -23,7 +23,7 @@ void addNumber(std::string& text, auto number)
     text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
 }
 
-// A name ends with its line.
+// A name ends at the end of its line.
 std::string oneLine(const std::wstring& name)
 {
     std::string text = Strings::narrow(name);
@@ -32,7 +32,7 @@ std::string oneLine(const std::wstring& name)
     return text.find_first_not_of(' ') == std::string::npos ? "part" : text;
 }
 
-// By this line, which only a comment can hold, a later export of the same file knows its colours again.
+// By this comment line, a later export of the same file recognises its colours.
 std::string signatureOf(const boost::filesystem::path& file)
 {
     return "# The colours of " + oneLine(file.filename().wstring()) + ", written by Quillet";
@@ -48,7 +48,7 @@ boost::filesystem::path colourFileOf(const boost::filesystem::path& file)
     boost::system::error_code error;
     for (int number = 2; boost::filesystem::exists(candidate, error); ++number) {
         std::string line;
-        // Nothing is to be waited for under such a name.
+        // Opening must not block under such a name.
         if (boost::filesystem::is_regular_file(candidate, error)) {
             boost::filesystem::ifstream stream(candidate);
             if (std::getline(stream, line) && line == own)
@@ -59,7 +59,7 @@ boost::filesystem::path colourFileOf(const boost::filesystem::path& file)
     return candidate;
 }
 
-// The format's colours are as a screen shows them, ours are linear.
+// The format's colours are in screen values, ours are linear.
 float screenValue(float linear)
 {
     return linear <= 0.0031308f ? linear * 12.92f : 1.055f * std::pow(linear, 1 / 2.4f) - 0.055f;
@@ -96,7 +96,7 @@ public:
     }
 
 private:
-    // What has the same name is the same group to a reader.
+    // To a reader, equal names mean the same group.
     std::string unusedName(const std::string& name)
     {
         std::string unused = name;
@@ -178,7 +178,7 @@ bool writeObj(const MeshExport& job, Status& status)
         if (job.combine)
             text.add(oneLine(path.stem().wstring()), all);
         file.write(text.take());
-        // The colours first, so that the file never refers to what isn't there.
+        // The colours first, so that the file never refers to something missing.
         ExportFile colours(library.wstring());
         colours.write(text.materials(signatureOf(path)));
         colours.commit();

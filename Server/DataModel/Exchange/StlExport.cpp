@@ -11,10 +11,10 @@ namespace Vs::Exchange {
 
 namespace {
 
-constexpr size_t kTriangleSize = 50; // 12 floats and two bytes that mean nothing
+constexpr size_t kTriangleSize = 50; // 12 floats and two unused bytes
 constexpr size_t kHeaderSize = 84;
 
-// Packs one occurrence's triangles; the normals come from the corners, as the format wants it.
+// Packs one occurrence's triangles; the normals are computed from the corners, as the format requires.
 void pack(const BodyMesh& mesh, const GkMatrix3d& placement, std::string& bytes)
 {
     std::vector<float> points(mesh.positions.size());
@@ -47,7 +47,7 @@ void pack(const BodyMesh& mesh, const GkMatrix3d& placement, std::string& bytes)
     }
 }
 
-/// What `pack` has packed, as words.
+/// What `pack` has packed, as text.
 std::string words(const std::string& bytes)
 {
     std::string text;

@@ -24,19 +24,19 @@ constexpr uint64_t kMegabyte = 1 << 20;
 constexpr long kFewMegabytes = 4;
 constexpr uint64_t kWrittenPerByte = 100;
 constexpr int kPollInterval = 40; // ms
-// Progress that moves less than this is noise.
+// Progress of less than this is noise.
 constexpr double kLeastMove = 1e-4;
 // The share of a processor, as a divisor, below which a process counts as asleep.
 constexpr int kLeastShare = 50;
-// What of `patience` it must have worked to be given up, as a divisor.
+// The share of `patience` that it must have worked to be given up, as a divisor.
 constexpr int kPatientShare = 8;
-// By the clock alone, limits are so many times as long.
+// By the clock alone, limits are this many times as long.
 constexpr int kByTheClock = 4;
-// One whose pipe has ended is about to end itself.
+// One whose pipe is closed is about to end itself.
 constexpr milliseconds kEndTakes{500};
 
-// What an honest worker never comes near. One that floods the program is read no faster than its other
-// business allows, and ended.
+// Bounds that an honest worker never comes near. One that floods the program is read no faster than other
+// work allows, and killed.
 constexpr int kBuffersPerTurn = 8;
 constexpr int kMostSteps = 50;
 constexpr size_t kMostTexts = 16 << 20;
@@ -44,7 +44,7 @@ constexpr size_t kTextCosts = 64; // beside its letters
 constexpr size_t kLongestStep = 200;
 constexpr size_t kLongestText = 4000;
 
-/// Less memory than this is not worth a start: the libraries and threads alone reserve nearly as much.
+/// With less memory than this, starting is pointless: the libraries and threads alone reserve nearly as much.
 constexpr uint64_t kLeastMemory = uint64_t(2) << 30;
 
 /// What all workers together may use.
@@ -65,7 +65,7 @@ std::string signalText(int signal)
 
 std::string howItEnded(std::optional<int> state)
 {
-    // Where somebody ignores the ends of children, all that is known is what the worker said.
+    // Where SIGCHLD is ignored, all that is known is what the worker said.
     if (!state)
         return {};
     if (WIFSIGNALED(*state))
@@ -78,7 +78,7 @@ std::string seconds(milliseconds time)
     return std::to_string(duration_cast<std::chrono::seconds>(time).count()) + " seconds";
 }
 
-/// For whoever looks after the machine; a user can do nothing about it.
+/// For the machine's administrator; a user can do nothing about it.
 void logOnce(const std::string& note)
 {
     static std::once_flag logged;
@@ -92,7 +92,7 @@ WorkerLimits WorkerLimits::forFile(uint64_t bytes)
     WorkerLimits limits;
     const auto megabytes = static_cast<long>(bytes / kMegabyte);
     limits.stalled += std::chrono::seconds(2 * megabytes);
-    // Of a few megabytes, no step takes long even on a processor that many share.
+    // With a few megabytes, no step takes long even on a heavily shared processor.
     limits.patience += std::chrono::seconds(10 * std::max(0L, megabytes - kFewMegabytes));
     limits.total += std::chrono::seconds(30 * megabytes);
     limits.written += kWrittenPerByte * bytes;
@@ -125,7 +125,7 @@ void Worker::start(uint64_t memory)
     }
 }
 
-// Forgets what came of the first try.
+// Forgets the results of the first try.
 void Worker::startAgain(uint64_t memory)
 {
     m_end = End::Running;
@@ -211,7 +211,7 @@ void Worker::noteProgress()
     m_movedWork = m_process.processorTime().value_or(m_movedWork);
 }
 
-// Its result is complete. It ends by itself now, or isn't asked.
+// Its result is complete. It ends by itself now, or is made to.
 void Worker::leave()
 {
     m_process.dismiss();
@@ -223,7 +223,7 @@ void Worker::waitForDeparting()
     WorkerProcess::waitForDismissed();
 }
 
-// The pipe has ended: so has the worker, or it is about to.
+// The pipe is closed: the worker has ended or is about to.
 void Worker::reap()
 {
     const std::optional<int> state = m_process.collect(kEndTakes);
@@ -246,8 +246,8 @@ void Worker::kill(End why, std::string fault)
     m_fault = std::move(fault);
 }
 
-// What hardly works at all isn't busy, unless it would and gets no processor: it waits for something that
-// won't come. A look may find it between two pieces of work, so that it takes many.
+// A process that hardly works isn't busy, unless it wants to and gets no processor: it waits for something
+// that won't come. A single look may catch it between two pieces of work, so it takes many.
 bool Worker::isAsleep(Clock::time_point now, milliseconds worked)
 {
     if (m_process.wantsProcessor())

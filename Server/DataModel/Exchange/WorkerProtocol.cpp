@@ -9,7 +9,7 @@ namespace Vs::Exchange {
 namespace {
 
 constexpr uint32_t kFixedPart = 1 + sizeof(double);
-// A worker has died in the middle of its memory's contents if it claims to have more to say than this.
+// A worker that claims to have more to say than this is sending garbage.
 constexpr uint32_t kLongestMessage = 1 << 20;
 
 } // namespace

@@ -18,7 +18,7 @@ namespace Vs::Kernel {
 
 namespace {
 
-// Edges at which the faces go over into each other are passed over by the kernel without a word.
+// The kernel silently skips edges at which the faces meet smoothly.
 std::shared_ptr<BRepFilletAPI_LocalOperation> makeOperation(BlendEdit::Kind kind, const TopoDS_Shape& body,
                                                             const std::vector<TopoDS_Shape>& edges,
                                                             double size, const std::wstring& name)
@@ -83,7 +83,7 @@ MadeShape blended(BlendEdit::Kind kind, const TopoDS_Shape& body, const std::vec
                 made->Build();
                 if (!made->IsDone())
                     return;
-                // The kernel wraps a single solid up.
+                // The kernel wraps a single solid in a compound.
                 result = body.ShapeType() == TopAbs_SOLID ? solidsOf(made->Shape()) : made->Shape();
                 sound = isSound(result, body);
                 operation = made;

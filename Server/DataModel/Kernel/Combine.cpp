@@ -35,7 +35,7 @@ std::shared_ptr<BRepAlgoAPI_BooleanOperation> makeOperation(Kind kind)
     return std::make_shared<BRepAlgoAPI_Common>();
 }
 
-/// Whether a result of that volume can come of these, given that volumes are rough.
+/// Whether these can give a result of that volume, given that volumes are approximate.
 bool isPossible(Kind kind, double volume, double target, const std::vector<double>& tools)
 {
     double sum = target, largest = target, least = target;
@@ -79,7 +79,7 @@ public:
     {
     }
 
-    /// Tries it at that tolerance on top of the shapes' own; false if there is no sound result.
+    /// Tries it at that tolerance on top of the shapes' own; false if there is no valid result.
     bool run(double tolerance, const Handle(Message_ProgressIndicator) & progress)
     {
         m_operation = makeOperation(m_kind);
@@ -175,7 +175,7 @@ MadeShape combined(Kind kind, const TopoDS_Shape& target, const std::vector<Topo
     if (kind != Kind::Intersect)
         // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the function that is handed out owns it.
         return combinedAtOnce(kind, target, tools, name);
-    // The kernel takes what is in any of the tools for common, so they come one by one.
+    // The kernel counts what is in any of the tools as common, so they are applied one by one.
     MadeShape made{target, [](const TopoDS_Shape& same) { return std::vector{same}; }};
     for (const TopoDS_Shape& tool : tools) {
         const MadeShape next = combinedAtOnce(kind, made.shape, {tool}, name);

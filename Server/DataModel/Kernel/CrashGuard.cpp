@@ -15,11 +15,11 @@ namespace Vs::Kernel {
 
 namespace {
 
-// The last one comes of exceptions that nobody catches, as where the kernel gets no more memory.
+// The last one is raised by uncaught exceptions, as when the kernel gets no more memory.
 constexpr int kSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
 constexpr size_t kStackSize = 64UL * 1024;
 
-/// What the guard of this thread has to know; null if it has none.
+/// The state of this thread's guard; null if it has none.
 thread_local std::atomic<bool>* guarded = nullptr;
 struct sigaction before[std::size(kSignals)];
 /// The handlers are there for as long as any guard is.
@@ -64,7 +64,7 @@ void broken(int signal)
 {
     if (guarded)
         standStill();
-    // Another thread's: whoever was there before gets it, when the instruction is met again.
+    // Another thread's: the previous handler gets it when the instruction is executed again.
     for (size_t i = 0; i < std::size(kSignals); ++i)
         if (kSignals[i] == signal)
             sigaction(signal, &before[i], nullptr);

@@ -28,8 +28,8 @@ Quantity_ColorRGBA toKernel(const Colour& colour)
     return Quantity_ColorRGBA(colour.r, colour.g, colour.b, colour.a);
 }
 
-/// The label of a colour, which stays when the change that needed it is taken back. It gets a number that the
-/// kernel never gives: it would do so again after its own changes were taken back.
+/// The label of a colour, which stays when the change that needed it is undone. It gets a tag that the kernel
+/// never assigns, since the kernel reuses its own tags after an undo.
 TDF_Label lastingLabel(const Document& document, const Quantity_ColorRGBA& colour)
 {
     constexpr int kFirstNumber = 1 << 20;
@@ -61,14 +61,14 @@ void paintPiece(const Document& document, const TDF_Label& part, const ObjectPat
     const TopoDS_Shape shape = SubShapes(body).part(piece.leaf, piece.index);
     if (shape.IsNull())
         throw EditError(EditFault::NoSuchPart, nameOf(part));
-    // Its parts are no shapes of the model, which could have a colour.
+    // Its parts are not shapes of the model, and so can't have a colour.
     if (isOfTriangles(body))
         throw EditError(EditFault::Triangles, nameOf(part));
     if (shape.IsSame(body)) {
         paint(document, part, edit.colour);
         return;
     }
-    // The colours of faces are a part of the mesh, which is made anew for a shape that has changed.
+    // Face colours are part of the mesh, which is remade for a shape that has changed.
     const TopoDS_Shape changed = renewed(body);
     replaceShape(document, part, changed, [](const TopoDS_Shape& same) { return std::vector{same}; });
     log.note(body, changed, nullptr);

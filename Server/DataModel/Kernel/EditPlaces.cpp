@@ -43,7 +43,7 @@ TDF_Label newOccurrenceLabel(const Document& document, const TDF_Label& assembly
     return assembly.IsNull() ? newRootLabel(document) : TDF_TagSource::NewChild(assembly);
 }
 
-/// Puts links of the same kinds as a state has them in front of all others, as copies have them.
+/// Puts links of the kinds that a state has in front of all others, as copies have them.
 void linkInFront(LabelState& state)
 {
     const auto renew = [](LabelLink& link, const Standard_GUID& kind) {
@@ -123,7 +123,7 @@ public:
         return m_images(shown);
     }
 
-    /// Where the image stands of what stands at a place, after a motion that mirrors.
+    /// Where the mirror image of what stands at a place stands, after a mirroring motion.
     gp_Trsf placeOf(const gp_Trsf& motion, const gp_Trsf& place) const { return motion * place * m_own; }
 
 private:
@@ -219,7 +219,7 @@ std::optional<std::vector<TDF_Label>> movedAlone(const Document& document, const
 
 std::vector<std::string> apply(const Document& document, const MoveEdit& edit)
 {
-    // A location that is set anew would be a change to be undone.
+    // Setting the location again would be a change that can be undone.
     if (edit.motion.isEqualTo({}, {0, 0}))
         return {};
     const gp_Trsf motion = toMotion(edit.motion);

@@ -132,7 +132,7 @@ BodyProperties EditableModel::measureBody(const TopoDS_Shape& body, BodyMeasure 
         BodyProperties properties;
     };
     const auto measuring = std::make_shared<Work>(Work{body, {}});
-    // How far all is of which this body is one is for others to say.
+    // Progress of the whole, of which this body is a part, is reported elsewhere.
     const auto goOn = [](double) {
         Progress::keepAlive();
         return !Progress::cancelled();
@@ -149,7 +149,7 @@ std::shared_ptr<const BodyMesh> EditableModel::makeMesh(const TopoDS_Shape& shap
                                                         const TranslatorRefinement& refinement,
                                                         const std::function<bool(double)>& goOn)
 {
-    // A child makes no threads, and its end is nobody else's.
+    // A child makes no threads, and nobody else handles its end.
     if (ForkedChild::is())
         return XdeModel::makeMesh(shape, colours, refinement, goOn);
     struct Work

@@ -1,6 +1,6 @@
 #include "Server/DataModel/Kernel/EditableModel.h"
 
-// What the data model finds when it opens this library.
+// The entry point that the data model finds when it opens this library.
 
 extern "C" Vs::ModelKernel* quilletMakeModel()
 {

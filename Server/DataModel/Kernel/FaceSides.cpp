@@ -38,7 +38,7 @@ void FaceSides::flip()
         waiting.push_back(side);
     // The order must not depend on how the table keeps them.
     std::sort(waiting.begin(), waiting.end());
-    // Among numbers that are rounded, the exchange might never end.
+    // With rounded numbers, the swapping might never end.
     for (size_t left = waiting.size() * 10; left > 0 && !waiting.empty(); --left) {
         const uint64_t side = waiting.back();
         waiting.pop_back();
@@ -74,7 +74,7 @@ std::optional<std::array<uint32_t, 4>> FaceSides::flip(uint64_t side)
     const uint32_t a = s[0], b = s[1], c = s[2], d = t[2];
     if (t[0] != b || m_sides.contains(key(c, d)))
         return std::nullopt;
-    // The angles opposite to the side are more than half a turn together.
+    // The angles opposite the side add up to more than half a turn.
     const auto cotangent = [&](uint32_t at) {
         const Vector p = m_all.from(at, a), q = m_all.from(at, b);
         return dot(p, q) / length(cross(p, q));

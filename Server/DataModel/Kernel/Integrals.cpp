@@ -46,7 +46,7 @@ bool weightsVary(const Geom_BSplineSurface& surface, bool alongU)
     return false;
 }
 
-/// Each span of the knots as several ones of the same shape.
+/// Splits each knot span into several without changing the shape.
 void splitSpans(Geom_BSplineSurface& surface, bool alongU, int pieces)
 {
     const int knots = alongU ? surface.NbUKnots() : surface.NbVKnots();

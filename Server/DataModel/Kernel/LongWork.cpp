@@ -21,11 +21,11 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-/// Most changes are done before anybody would have read that they go on.
+/// Most changes are done before anybody could have read a progress message.
 constexpr auto kQuiet = 400ms;
 constexpr auto kBetweenLooks = 40ms;
 constexpr auto kLongest = 2min;
-/// How long the kernel has to stop by itself, and then for lack of memory, which also takes apart what it
+/// How long the kernel has to stop by itself, and then by failing allocations, which also cleans up what it
 /// made.
 constexpr Clock::duration kGrace = 500ms, kUnwinding = 3s;
 
@@ -79,9 +79,9 @@ public:
         std::unique_lock lock(m_mutex);
         return m_ended.wait_for(lock, time, [this] { return m_done; }) || stands();
     }
-    /// It comes to its end as soon as it asks for memory.
+    /// It ends as soon as it asks for memory.
     void refuseMemory() { m_memory.stop(); }
-    /// It stands still, for good.
+    /// It is blocked for good.
     void stop() { m_guard.stop(m_thread.native_handle()); }
     bool stands() const { return m_guard.stands(); }
     /// After the end.

@@ -20,7 +20,7 @@ namespace Vs::Kernel {
 
 namespace {
 
-// A face that was read as triangles has no surface that the kernel could integrate.
+// A face that was read as triangles has no surface for the kernel to integrate.
 bool onlyTriangles(const TopoDS_Face& face)
 {
     return BRep_Tool::Surface(face).IsNull();
@@ -48,7 +48,7 @@ bool isClosed(const TopoDS_Shape& solid)
     return true;
 }
 
-/// Sums over triangles; right for a closed surface whose triangles all look outside, or all inside.
+/// Sums over triangles; right for a closed surface whose triangles all face outwards, or all inwards.
 class TriangleSums
 {
 public:
@@ -73,7 +73,7 @@ public:
             Kernel::addTo(result.area, result.areaCentre, m_area, m_areaMoment / m_area);
             return;
         }
-        // What the triangles of an open surface sum up to depends on where its origin lies.
+        // The sum over the triangles of an open surface depends on where the origin lies.
         if (m_sides == 0 && m_volume != 0)
             Kernel::addTo(result.volume, result.volumeCentre, std::abs(m_volume), m_volumeMoment / m_volume);
         else
@@ -93,8 +93,8 @@ private:
         addSide(r, p);
     }
 
-    // The two triangles of a side pass it in opposite senses. So a sum of hashes with signs becomes zero if
-    // each side has its two, and practically never else; no table of millions of sides is needed.
+    // The two triangles of a side traverse it in opposite directions. So a sum of hashes with signs becomes
+    // zero if each side has its two, and practically never else; no table of millions of sides is needed.
     void addSide(const gp_XYZ& from, const gp_XYZ& to)
     {
         const std::array<double, 3> a = {from.X(), from.Y(), from.Z()}, b = {to.X(), to.Y(), to.Z()};
@@ -111,7 +111,7 @@ private:
 void addVolume(const TopoDS_Shape& solid, BodyProperties& result)
 {
     const GProp_GProps properties = integratedVolume(solid);
-    // A solid that was written inside out has a negative volume, and still takes that room.
+    // A solid that was written inside out has a negative volume, but takes up the same room.
     addTo(result.volume, result.volumeCentre, std::abs(properties.Mass()), properties.CentreOfMass());
     result.closed &= isClosed(solid);
 }

@@ -42,7 +42,7 @@ void turnToShapes(Legs& legs, const Form& first, const Form& second)
         legs.second.Reverse();
 }
 
-// Two directions without a sense of their own enclose an acute angle. A right one is what it is.
+// Two undirected lines enclose an acute angle. A right angle stays one.
 void makeAcute(Legs& legs, const Form& first, const Form& second)
 {
     turnToShapes(legs, first, second);
@@ -134,7 +134,7 @@ bool leaveVertex(Legs& legs, const TopoDS_Shape& first, const TopoDS_Shape& seco
     return true;
 }
 
-/// Two flat faces within the body, from the edge that they share: the normals look outside.
+/// Two flat faces within the body, from the edge that they share: the normals point outwards.
 bool leaveEdge(Legs& legs, const TopoDS_Shape& first, const TopoDS_Shape& second, const Form& form1,
                const Form& form2)
 {

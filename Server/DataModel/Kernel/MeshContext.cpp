@@ -19,7 +19,7 @@ namespace Vs::Kernel {
 
 namespace {
 
-// What a face's triangles may lack of its outline, as a fraction: more than sums are inexact by.
+// How much of its outline a face's triangles may miss, as a fraction: more than the rounding of sums.
 constexpr double kTolerance = 1e-9;
 
 double doubledArea(const gp_Pnt2d& a, const gp_Pnt2d& b, const gp_Pnt2d& c)

@@ -146,7 +146,7 @@ private:
         fillFromTriangles(missing, first);
     }
 
-    // At a pole or another place where the surface has no normal of its own, the triangles around tell it.
+    // At a pole or another place where the surface has no normal, the surrounding triangles give it.
     void fillFromTriangles(const std::vector<uint32_t>& vertices, uint32_t first)
     {
         if (vertices.empty())
@@ -235,7 +235,7 @@ bool addFreeEdge(BodyMesh& mesh, const TopoDS_Edge& edge)
     return points.NbPoints() >= 2;
 }
 
-// Each edge gets its place among the lines, also one that can't be drawn: a place tells which edge it is.
+// Each edge gets its place among the lines, even one that can't be drawn: the place identifies the edge.
 void addEdges(BodyMesh& mesh, const TopoDS_Shape& shape)
 {
     for (const VisibleEdge& each : visibleEdges(shape)) {

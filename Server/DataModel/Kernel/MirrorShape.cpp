@@ -33,7 +33,7 @@ bool hasFacesOfTriangles(const TopoDS_Shape& shape)
     return false;
 }
 
-// What the triangles turn their outer side to is told by the order of their corners, which a mirror turns.
+// The order of the corners tells which side of the triangles is the outer one, and a mirror reverses it.
 Handle(Poly_Triangulation) imageOf(const Poly_Triangulation& mesh, const gp_Trsf& motion)
 {
     Handle(Poly_Triangulation) image =

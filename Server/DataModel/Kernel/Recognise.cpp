@@ -22,8 +22,8 @@ namespace {
 
 using Recognised = ModelKernel::Recognised;
 
-/// Directions that differ by less are the same; so are places that are no further apart, in parts of the
-/// solid's size.
+/// Directions that differ by less are the same; so are places no further apart, as a fraction of the solid's
+/// size.
 constexpr double kTolerance = 1e-6;
 
 /// The planes of one direction: where they lie along it.

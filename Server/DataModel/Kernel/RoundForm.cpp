@@ -24,7 +24,7 @@ namespace {
 
 /// Of the extent of what is looked at.
 constexpr double kTolerance = 1e-6;
-/// A curve that bends less over its extent tells nothing exact about its radius.
+/// A curve that bends less over its extent doesn't determine its radius.
 constexpr double kFlattest = 1e3;
 
 /// A place on a surface, with what tells how it is bent there.
@@ -78,7 +78,7 @@ bool allLie(const Samples& samples, Distance&& distance)
                        [&](const Sample& sample) { return std::abs(distance(sample)) <= samples.tolerance; });
 }
 
-/// Whether something bends that much that its radius can be told.
+/// Whether something bends enough for its radius to be determined.
 bool isBent(double bend, const Samples& samples)
 {
     return std::abs(bend) * kFlattest * samples.tolerance / kTolerance > 1;

@@ -18,7 +18,7 @@ namespace Vs::Kernel {
 
 namespace {
 
-// Writers of exchange files like to make splines of everything: one whose poles lie on a line is that line.
+// Writers of exchange files tend to turn everything into splines: one whose poles lie on a line is that line.
 template <class Curve>
 std::optional<gp_Lin> throughPoles(const Curve& curve)
 {

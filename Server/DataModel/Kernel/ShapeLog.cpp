@@ -56,7 +56,7 @@ uint32_t successorOf(uint32_t index, const NumberedParts& before, const Numbered
     try {
         found = successors(part);
     } catch (const Standard_Failure&) {
-        // The operation knows nothing of a part of that kind.
+        // The operation doesn't track parts of that kind.
     }
     if (found.size() != 1)
         return PartSuccessors::kNone;
@@ -105,7 +105,7 @@ private:
     std::map<Sides, Numbers> m_edges;
 };
 
-// Blends make some edges anew at which nothing has changed, and don't tell.
+// Blends recreate some edges at which nothing has changed, and don't report it.
 void findRemadeEdges(Numbers& edges, const Numbers& faces, const SubShapes& before, const SubShapes& after)
 {
     if (std::find(edges.begin(), edges.end(), PartSuccessors::kNone) == edges.end())
@@ -153,7 +153,7 @@ void ShapeLog::settle(bool committed)
     if (!committed)
         std::erase_if(m_changes, [](const Change& each) { return !each.settled && !each.parts; });
     for (Change& change : m_changes) {
-        // What made the shape keeps much more than the numbers.
+        // The operation that made the shape holds much more than the numbers.
         if (!change.settled)
             partsOf(change);
         change.settled = true;

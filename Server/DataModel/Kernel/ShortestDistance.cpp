@@ -26,7 +26,7 @@ namespace Vs::Kernel {
 
 namespace {
 
-/// So few pairs of faces are measured sooner than sorted.
+/// This few pairs of faces are measured faster than sorted.
 constexpr size_t kFewPairs = 64;
 
 bool hasBareTriangles(const TopoDS_Shape& shape)
@@ -93,7 +93,7 @@ TopoDS_Shape shapeOf(const Piece& piece)
     return face.IsDone() ? face.Shape() : TopoDS_Shape();
 }
 
-/// Finds the nearest of two trees. All that is looked at narrows down what is still to be.
+/// Finds the nearest pair of two trees. Each pair that is examined narrows down the rest.
 class Search
 {
 public:
@@ -117,7 +117,7 @@ public:
                 pair.least = std::max(pair.least, leastByMeshes(*pair.first, *pair.second));
             return pair.least > m_bound;
         });
-        // Wide faces last: what was found by then leaves little of them to look at.
+        // Wide faces last: what was found by then leaves little of them to examine.
         for (Pair& pair : m_pairs)
             pair.wide = wide(*pair.first) || wide(*pair.second);
         std::sort(m_pairs.begin(), m_pairs.end(), [](const Pair& a, const Pair& b) {
@@ -180,7 +180,7 @@ private:
         return -reachAlong(second, way.Reversed()) - reachAlong(first, way) >= enough;
     }
 
-    /// Two pieces, and how near they are at least.
+    /// Two pieces, and a lower bound of their distance.
     struct Pair
     {
         double least;

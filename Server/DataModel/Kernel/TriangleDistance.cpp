@@ -39,7 +39,7 @@ void offerSegments(const gp_XYZ& p, const gp_XYZ& d, const gp_XYZ& q, const gp_X
     const gp_XYZ r = p - q;
     const double a = d * d, b = d * e, c = d * r, f = e * e, g = e * r;
     const double determinant = a * f - b * b;
-    // Of parallel ones, the ends decide.
+    // For parallel ones, the ends decide.
     double s = determinant > 1e-14 * a * f ? share((b * g - c * f) / determinant) : 0;
     const double t = f > 0 ? share((b * s + g) / f) : 0;
     s = a > 0 ? share((b * t - c) / a) : 0;

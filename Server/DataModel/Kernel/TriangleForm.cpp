@@ -22,7 +22,7 @@ namespace {
 constexpr double kFlatTolerance = 2e-5, kRoundTolerance = 1e-4;
 /// A part of a circle or cylinder that bends less over its extent tells nothing about its radius.
 constexpr double kFlattest = 50;
-/// So many corners on a circle are no accident.
+/// This many corners on a circle are no accident.
 constexpr size_t kFewestCorners = 6;
 /// Of the sum of the squares of all normals: what is at right angles to them all.
 constexpr double kAcross = 1e-6;

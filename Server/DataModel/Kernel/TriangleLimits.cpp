@@ -17,7 +17,7 @@ constexpr int kMostPasses = 60;
 // a thin triangle needs shorter ones, but not many.
 constexpr float kLeastEdgeLength = 1e-3f;
 constexpr float kShortestSide = 5e-4f;
-// No splitting makes all triangles of any outline rounder than this.
+// No splitting can make all triangles of an arbitrary outline rounder than this.
 constexpr float kLeastRatio = 3;
 
 void limitLength(BodyMesh& mesh, float most)

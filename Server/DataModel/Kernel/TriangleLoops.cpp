@@ -66,7 +66,7 @@ std::vector<Edges> edgesOfFaces(const BodyMesh& mesh)
     return found;
 }
 
-/// Edges that hang together by their ends.
+/// Edges that are connected at their ends.
 std::vector<Edges> rimsOf(const BodyMesh& mesh, const Edges& edges)
 {
     std::vector<size_t> group(edges.size());

@@ -26,7 +26,7 @@ namespace Vs::Kernel {
 
 namespace {
 
-/// With fewer edges the kernel's search is as quick.
+/// With fewer edges the kernel's search is just as quick.
 constexpr int kManyEdges = 48;
 constexpr double kFar = std::numeric_limits<double>::max();
 

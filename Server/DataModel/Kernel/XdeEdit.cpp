@@ -47,7 +47,7 @@ TDF_Label occurrenceLabel(const Handle(TDocStd_Document) & document, const std::
     return label;
 }
 
-// The document's own way to do this is open to assemblies alone.
+// The document's own way to do this works for assemblies only.
 void makeReference(const TDF_Label& label, const TDF_Label& shown, const TopLoc_Location& place)
 {
     XCAFDoc_Location::Set(label, place);
@@ -92,7 +92,7 @@ void removeOccurrence(const TDF_Label& label)
     for (const TDF_Label& each : inside)
         removeOccurrence(each);
     label.ForgetAllAttributes(true);
-    // A part that nothing refers to any more would be shown by itself.
+    // A part that nothing refers to any more would appear by itself.
     if (!part.IsNull() && XCAFDoc_ShapeTool::IsFree(part))
         removeOccurrence(part);
 }

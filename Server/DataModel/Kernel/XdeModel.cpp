@@ -144,7 +144,7 @@ uint64_t XdeModel::revision(const std::string& entry)
     return guarded([&] { return revisionOf(bodyShape(bodyLabel(m_document, entry))); });
 }
 
-// Whoever can't edit has no changes to follow.
+// A model that can't be edited has no changes to follow.
 std::shared_ptr<const PartSuccessors> XdeModel::successors(uint64_t, uint64_t)
 {
     return nullptr;

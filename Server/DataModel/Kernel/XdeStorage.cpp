@@ -36,7 +36,7 @@ public:
 const Handle(Application) & application()
 {
     static const Handle(Application) instance = [] {
-        // The kernel talks to standard output, which belongs to the user.
+        // The kernel prints to standard output, which belongs to the user.
         Message::DefaultMessenger()->ChangePrinters().Clear();
         Handle(Application) made = new Application;
         made->newDrivers();
@@ -58,15 +58,15 @@ void withDrivers(Work&& work)
     }
 }
 
-// The application's list of documents isn't made for several threads.
+// The application's list of documents is not thread-safe.
 std::mutex& applicationMutex()
 {
     static std::mutex mutex;
     return mutex;
 }
 
-// Some of the kernel's readers print what they don't understand, and so whatever a stranger has put into a
-// file, past all messengers. Nobody else writes to these streams.
+// Some of the kernel's readers bypass its messengers and print what they don't understand, that is, whatever
+// a stranger has put into a file. Nobody else writes to these streams.
 class Hushed
 {
 public:
@@ -142,7 +142,7 @@ void writeXdeDocument(const Handle(TDocStd_Document) & document, std::ostream& s
     if (!ForkedChild::is())
         lock.lock();
     withDrivers([&] {
-        // Normals that came with triangles can't be had again from anywhere else.
+        // Normals that came with triangles can't be recovered from anywhere else.
         const auto driver =
             Handle(BinDrivers_DocumentStorageDriver)::DownCast(application()->WriterFromFormat("BinXCAF"));
         if (!driver.IsNull())

@@ -145,7 +145,8 @@ std::unique_ptr<ModelChange> XdeTransaction::commit()
     if (m_kernel.IsOpen()) {
         const Handle(TDF_Delta) delta = m_kernel.Commit(true);
         follow(delta);
-        // What was touched and is as before has moved the kernel's clock, by which older changes are known.
+        // Touching something and restoring it has advanced the kernel's clock, by which older changes are
+        // identified.
         if (delta->IsEmpty())
             m_document->GetData()->Undo(delta, false);
         else
@@ -162,7 +163,7 @@ void XdeTransaction::abort()
         m_kernel.Abort();
     for (const LabelDifference& each : small | std::views::reverse)
         each.before.putOn(each.label);
-    // Nobody can bring back what was never there.
+    // What was never there can't be brought back.
     for (const TDF_Label& part : std::exchange(m_added, {}) | std::views::reverse)
         clearLabel(part);
 }

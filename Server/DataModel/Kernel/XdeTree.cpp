@@ -89,7 +89,7 @@ public:
 private:
     static constexpr int kDeepestTree = 500;
 
-    /// What is the same for all occurrences of a part or assembly.
+    /// What all occurrences of a part or assembly share.
     struct Shown
     {
         std::string entry;

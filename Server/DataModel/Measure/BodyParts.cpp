@@ -18,7 +18,7 @@ BodyParts bodyParts(Body& body)
     if (!model)
         throw std::runtime_error(kNoShape);
     return model->source()->withKernel([&](ModelKernel& kernel) {
-        // What came from a file hasn't met the kernel yet.
+        // What came from a file has no kernel shape yet.
         if (model->revision() == 0)
             model->revision(kernel.revision(model->entry()));
         BodyParts parts = kernel.parts(model->entry());

@@ -68,7 +68,7 @@ MeasuredObject objectOf(const StrongRef<LogicalSelection>& selection)
     return MeasuredObject(*selection);
 }
 
-/// Runs `work`, which gives the result or throws what the status is told.
+/// Runs `work`, which returns the result or throws what goes into the status.
 template <class Work>
 bool answered(MeasureResult& result, Status* status, Work&& work)
 {

@@ -13,7 +13,7 @@ namespace Vs {
 
 namespace {
 
-/// Otherwise thousands that come have the table made anew again and again.
+/// Otherwise adding thousands would rehash the table again and again.
 template <class Table>
 void expect(Table& table, size_t coming)
 {

@@ -6,8 +6,8 @@
 
 namespace Vs {
 
-// A body's lock is never held while the kernel is waited for: whoever is in the kernel may ask for a body.
-// Two threads that ask for the same at once may both find it; the first one's answer stays.
+// A body's lock is never held while waiting for the kernel: whoever is in the kernel may ask for a body. Two
+// threads that ask for the same at once may both find it; the first one's answer stays.
 
 std::shared_ptr<const BodyMesh> ModelBody::mesh() const
 {
@@ -59,7 +59,7 @@ bool ModelBody::smart(std::wstring* kind, GkMatrix3d* placement, double* size1, 
     try {
         found = m_source->withKernel([&](ModelKernel& kernel) { return kernel.recognise(m_part.entry); });
     } catch (const std::runtime_error&) {
-        // A shape that the kernel can't look at is none of the simple ones.
+        // A shape that the kernel can't examine is not one of the simple ones.
     }
     if (!found)
         return false;

@@ -10,18 +10,18 @@ namespace Vs {
 
 namespace {
 
-// A tree from outside may be of any depth; ours never come near this one.
+// A tree from outside may have any depth; ours never come near this one.
 constexpr int kDeepestTree = 1000;
 
 constexpr int kBitsOfByte = 7; // of a short count; the eighth tells that more follow
 constexpr uint8_t kMore = 1 << kBitsOfByte;
 
-// Where a component lies is told by its matrix without the last row, which is that of all motions; of one
-// that is only shifted by the last column, and of one that isn't by nothing.
+// A component's place is stored as its matrix without the last row, which is the same for all motions; for a
+// pure shift as the last column, and for no motion as nothing.
 enum Flags : uint8_t { Visible = 1, Coloured = 2, BelowParent = 4, Shifted = 8, Turned = 16, Projected = 32 };
 constexpr size_t kRows = 3, kColumns = 4;
 
-/// To the bit: what is read again is what was written, signs of zeros included.
+/// Bit for bit: what is read back is what was written, including the signs of zeros.
 template <size_t kCount>
 bool isSame(const double* a, const double* b)
 {

@@ -46,7 +46,7 @@ std::optional<uint32_t> PartSuccessors::of(ObjectPath::Leaf leaf, uint32_t index
     require(leaf > ObjectPath::Leaf::Body, "only the parts of a body have numbers");
     if (m_same)
         return index;
-    // What becomes of a solid as a whole isn't followed.
+    // What becomes of a solid as a whole isn't tracked.
     if (leaf == ObjectPath::Leaf::Solid)
         return std::nullopt;
     const uint32_t found = at(m_lists[int(leaf) - int(ObjectPath::Leaf::Face)], index);

@@ -44,7 +44,7 @@ std::set<uuid> takenIdentifiers()
     return taken;
 }
 
-// What opening left alone. Entries that a crafted file lists and doesn't have are no damage.
+// What opening left unread. Entries that a crafted file lists but doesn't have don't count as damage.
 std::vector<Native::FileCheck::Part> partsToCheck(const Native::NativeLoad& load)
 {
     std::vector<Native::FileCheck::Part> parts;

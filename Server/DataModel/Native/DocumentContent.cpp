@@ -34,7 +34,7 @@ Manifest::Asset describe(const Asset& asset)
     return entry;
 }
 
-// A model that is as it was stored is copied as it lies; only a changed one is written anew.
+// An unchanged model is copied as bytes; only a changed one is rewritten.
 PackageWriter::Entry writeModel(const Asset& asset, Manifest::Asset& entry, PackageWriter& writer,
                                 const ModelData::Watch& watch)
 {

@@ -37,7 +37,7 @@ struct Declined
 {
 };
 
-/// Another date, or another file with the same in it, is no change.
+/// A different date, or a different file with the same content, is not a change.
 bool holdsWhatWasOpened(const std::string& target, const DocumentFile& opened)
 {
     if (!opened.file || !MappingGuard::keeps(opened.file->bytes().data()))
@@ -67,7 +67,7 @@ bool changedOutside(const std::string& target, const DocumentFile& opened)
            !holdsWhatWasOpened(target, opened);
 }
 
-/// One save, from the questions to the finished file. A failure throws std::runtime_error with a whole
+/// One save, from the questions to the finished file. A failure throws std::runtime_error with a full
 /// sentence, or Cancelled.
 class Save
 {

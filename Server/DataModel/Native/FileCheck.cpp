@@ -72,7 +72,7 @@ void askForLittle()
     syscall(SYS_ioprio_set, IOPRIO_WHO_PROCESS, thread, IOPRIO_PRIO_VALUE(IOPRIO_CLASS_IDLE, 0));
 }
 
-// What was just opened is about to be drawn, which wants the disk and all processors.
+// What was just opened is about to be drawn, which needs the disk and all processors.
 constexpr std::chrono::seconds kAfterOpening(2);
 
 /// The one thread, from the first file to the end of the program.
@@ -81,7 +81,7 @@ class Checker
 public:
     static Checker& get()
     {
-        // What is used there must still be there when it ends.
+        // What it uses must still exist when it ends.
         static_cast<void>(FileChecks::results());
         static Checker checker;
         return checker;

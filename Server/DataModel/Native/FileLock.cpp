@@ -51,7 +51,7 @@ QString machine()
     return ::gethostname(name.data(), name.size() - 1) == 0 ? QString::fromLocal8Bit(name.data()) : QString();
 }
 
-/// As the person is called, or else as the account is.
+/// The person's name, or else the account's.
 QString userName()
 {
     const passwd* entry = ::getpwuid(::geteuid());
@@ -118,7 +118,7 @@ Locked lockOfLiving(int descriptor)
     return locked;
 }
 
-/// Whoever had it may have removed it in the same moment.
+/// Its holder may have removed it at the same moment.
 bool isStill(int descriptor, const std::string& path)
 {
     struct stat opened = {}, there = {};
@@ -170,7 +170,7 @@ std::unique_ptr<FileLock> FileLock::takeAt(const std::string& path, FileUser& ho
             taken->note();
             return taken;
         }
-        // A dead one's that can't be written gives way to a new one, if the folder lets it.
+        // A dead process's lock that can't be written gives way to a new one, if the folder permits.
         const bool gone = writable || ::unlink(path.c_str()) == 0;
         ::close(descriptor);
         if (!gone)

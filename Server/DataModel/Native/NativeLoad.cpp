@@ -27,7 +27,7 @@ std::shared_ptr<const ModelFile> readInPlace(const Manifest::Asset& asset, const
     }
 }
 
-// The content is where the manifest says and is mapped there, unless another program packed the file anew.
+// The content is where the manifest says and is mapped there, unless another program repacked the file.
 std::shared_ptr<const ModelFile> readModel(const Manifest::Asset& asset, Package& package)
 {
     try {

@@ -64,7 +64,7 @@ uint16_t usualVersion(const PackageWriter::Entry& entry)
 
 uint32_t crcOf(uint32_t before, const void* data, size_t size)
 {
-    // Of no data at all, which may be at no address, the library gives the checksum of a beginning.
+    // For no data, whose address may be null, the library returns the initial checksum.
     if (size == 0)
         return before;
     return static_cast<uint32_t>(crc32_z(before, static_cast<const Bytef*>(data), size));
@@ -143,7 +143,7 @@ void PackageWriter::beginPart(const std::string& name)
     constexpr uint64_t kPlainHeader = 30;
     Entry entry{name, position()};
     const uint64_t bare = entry.header + kPlainHeader + name.size();
-    // Room for the wide sizes is kept always: how long the part gets is known at its end.
+    // Room for the wide sizes is always reserved, since the length of the part is known only at its end.
     m_padding = kWideLocalField + kFieldHeader;
     m_padding += (kAlignment - (bare + m_padding) % kAlignment) % kAlignment;
     entry.place = bare + m_padding;

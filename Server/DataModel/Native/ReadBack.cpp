@@ -20,7 +20,7 @@ namespace {
 
 constexpr size_t kPiece = size_t(1) << 20;
 
-/// Gives the bytes of a stretch in pieces, with how far into it each lies.
+/// Passes on the bytes of a range in pieces, each with its offset in the range.
 template <class Take>
 void readStretch(int descriptor, uint64_t place, uint64_t size, Take&& take)
 {

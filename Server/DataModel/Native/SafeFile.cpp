@@ -27,7 +27,7 @@ namespace {
     throw std::runtime_error(std::strerror(errno));
 }
 
-// A signal may come at any time and is no reason to give up.
+// A signal may arrive at any time and is no reason to give up.
 template <class Call>
 auto persistent(Call&& call)
 {
@@ -47,8 +47,8 @@ std::string scratchName(const fs::path& target)
     return (target.parent_path() / text).string();
 }
 
-// Checksums that the system keeps beside a file would be wrong for another content, and so shut the file
-// away.
+// Checksums that the system keeps with a file would be wrong for the new content and make the file
+// inaccessible.
 bool survivesTheContent(const std::string& attribute)
 {
     return !attribute.starts_with("security.") || attribute == "security.selinux";
@@ -85,7 +85,7 @@ void SafeFile::openScratch()
         if (m_descriptor >= 0) {
             if (isOurs(m_descriptor))
                 return;
-            break; // Another one took it for what a dead program left behind.
+            break; // Another program took it for a dead one's leftover.
         }
         if (errno != EEXIST)
             fail();
@@ -96,7 +96,7 @@ void SafeFile::openScratch()
             fail();
         if (!isOurs(m_descriptor))
             break;
-        // Nobody holds what a program that died left behind.
+        // Nobody holds what a dead program left behind.
         if (m_calls.remove(m_scratch.c_str()) != 0)
             abandon(errno, false);
         m_calls.close(std::exchange(m_descriptor, -1));
@@ -125,14 +125,15 @@ void SafeFile::abandon(int cause, bool remove)
     fail();
 }
 
-// A file that is replaced keeps its rights and, where that is allowed, its owner; a new one gets the usual
+// A file that is replaced keeps its permissions and, where allowed, its owner; a new one gets the default
 // ones.
 void SafeFile::takeRights()
 {
     struct stat old;
     mode_t mode = 0;
     if (stat(m_target.c_str(), &old) == 0) {
-        // Giving it away may be refused, and takes some of the rights with it; so the rights come after.
+        // Changing the owner may be refused, and clears some of the permissions; so the permissions come
+        // after.
         m_calls.giveTo(m_descriptor, old.st_uid, old.st_gid);
         mode = old.st_mode & 07777;
     } else {
@@ -145,8 +146,8 @@ void SafeFile::takeRights()
 }
 
 // Labels, comments and access lists that somebody gave to the file that is replaced. A file system that has
-// none, or keeps one for itself, is no reason not to save. They come after the rights, which are part of an
-// access list.
+// none, or keeps one for itself, is no reason not to save. They come after the permissions, which are part of
+// an access list.
 void SafeFile::takeAttributes()
 {
     std::vector<char> names(XATTR_LIST_MAX), value(XATTR_SIZE_MAX);
@@ -243,7 +244,8 @@ void SafeFile::flushFolder()
     const std::string folder = fs::path(m_target).parent_path().string();
     const int descriptor =
         persistent([&] { return m_calls.open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0); });
-    // A folder that may be written but not read, and file systems that can't flush one, are as they are.
+    // Folders that may be written but not read, and file systems that can't flush one, are accepted as they
+    // are.
     if (descriptor < 0 && errno == EACCES)
         return;
     if (descriptor < 0)

@@ -14,7 +14,7 @@ namespace Vs::Native {
 
 namespace {
 
-// No model packs better than this; what claims to is made to fill the memory.
+// No model compresses better than this; whatever claims to is made to exhaust the memory.
 constexpr uint64_t kBestRatio = 200;
 constexpr uint64_t kMostUnpacked = uint64_t(16) << 30;
 constexpr zip_int64_t kMostEntries = 100000;
@@ -102,7 +102,7 @@ private:
             if (zip_stat_index(m_zip, i, 0, &info) == 0 && (info.valid & ZIP_STAT_COMP_SIZE))
                 packed += std::min<uint64_t>(info.comp_size, m_size + 1);
         }
-        // One stretch of bytes that is many entries unpacks to many times what any limit on one allows.
+        // Entries that share a range of bytes would unpack to many times what the limit on each allows.
         if (packed > m_size)
             throw std::runtime_error("its package holds entries that lie one over the other");
     }
@@ -155,7 +155,7 @@ void LibzipReader::take(const std::string& name, const Found& found, zip_flags_t
     const std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> closer(file, zip_fclose);
     std::vector<char> piece(std::min<uint64_t>(size + 1, 1 << 20));
     uint64_t sum = 0;
-    // Read until nothing comes any more: only then is the checksum compared.
+    // Read to the end: only then is the checksum compared.
     for (;;) {
         const zip_int64_t got = zip_fread(file, piece.data(), piece.size());
         if (got < 0)

@@ -24,7 +24,7 @@ void ChangeSteps::tellComponents(Asset* asset)
     AssetEventSource::get()->fireAssetComponentsChanged(&event);
 }
 
-/// Tells of values that were put back; of new ones Asset::setting has told.
+/// Announces values that were restored; Asset::setting has announced new ones.
 void ChangeSteps::tellBack(Asset* asset, ChangeHistory::Extent extent)
 {
     if (extent.model)

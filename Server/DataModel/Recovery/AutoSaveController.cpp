@@ -38,7 +38,7 @@ public:
 
 namespace {
 
-/// Gives the file piece by piece.
+/// Passes on the file piece by piece.
 template <class Take>
 void readWhole(const std::string& path, Take&& take)
 {
@@ -79,7 +79,7 @@ Document* openedFrom(const std::wstring& path)
     return nullptr;
 }
 
-// A source that holds what it held is no other for having been copied back or touched.
+// A source whose content is the same doesn't count as changed for having been copied back or touched.
 void tellSource(Document& document, const Recovery::RecoveryRecord& record)
 {
     const auto now = Recovery::SourceState::of(Strings::toBytes(record.source));

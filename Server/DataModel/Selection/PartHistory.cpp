@@ -34,7 +34,7 @@ std::optional<ObjectPath> successorOf(const ObjectPath& path, uint64_t revision,
         parts = body->source()->withKernel(
             [&](ModelKernel& kernel) { return kernel.successors(revision, body->revision()); });
     } catch (const std::runtime_error&) {
-        // What can't be followed is given up.
+        // What can't be tracked is given up.
     }
     const std::optional<uint32_t> index = parts ? parts->of(path.leaf, path.index) : std::nullopt;
     return index ? std::optional(ObjectPath{path.component, path.leaf, *index}) : std::nullopt;

@@ -45,7 +45,7 @@ const wchar_t* wordOf(Leaf leaf)
         ->word;
 }
 
-/// A number from 1 that is written with digits alone; 0 for anything else.
+/// A number from 1, written with digits only; 0 for anything else.
 uint32_t readCount(std::wstring_view text)
 {
     return readNumber<uint32_t>(text).value_or(0);
@@ -180,7 +180,7 @@ private:
         return false;
     }
 
-    /// The steps that could follow, for who mistyped one; of many the first.
+    /// The steps that could follow, for somebody who mistyped one; of many only the first.
     std::wstring namesBelow() const
     {
         constexpr size_t kMost = 8;

@@ -14,11 +14,11 @@ namespace {
 
 constexpr const char* kPrefix = "ComponentGroup.";
 constexpr const char* kTo = "..";
-// No more are ever made at once; who wrote a file by hand doesn't make the program count for years.
+// No more are ever made at once, so that a handwritten file can't make the program count for years.
 constexpr int kMostMembers = 200000;
 constexpr int kHighestPlace = 1 << 30;
 
-/// What the member is called beside a component of its group: in the same occurrence of an assembly.
+/// What the member would be called next to a component of its group: in the same occurrence of an assembly.
 std::string beside(const std::string& component, const std::string& member)
 {
     const std::string parent = parentId(component);
@@ -111,7 +111,7 @@ void ComponentGroups::add(const std::vector<std::string>& components)
     Runs runs;
     for (const std::string& component : components)
         append(runs, beginningOf(component), lastNumber(component), lastNumber(component));
-    // No place is ever taken again by another component, so the key is the group's alone.
+    // No place is ever reused by another component, so the key is unique to the group.
     keep(kPrefix + placeOf(components.front()), runs);
 }
 

@@ -21,7 +21,7 @@ uint64_t countFrom(const Component& component)
     return count;
 }
 
-/// A component that is gone is for others to tell.
+/// Components that are gone are reported elsewhere.
 template <class Times>
 uint64_t sumOf(const Asset& asset, const std::vector<std::string>& components, const Times& times)
 {

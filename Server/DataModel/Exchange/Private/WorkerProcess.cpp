@@ -20,12 +20,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A process that was killed is gone at once, unless it waits for a disk that doesn't answer.
+// A killed process is gone at once, unless it waits for a disk that doesn't answer.
 constexpr auto kDeathTakes = 2s;
 
-/// Processes that were killed, and whose memory the system still takes apart. Nobody waits for that, since it
-/// takes as long as the reading of a small file; each is collected when a later one comes or goes. Those of
-/// the end of the program are the system's to collect.
+/// Killed processes whose memory the system is still releasing. Nobody waits for that, since it takes as long
+/// as reading a small file; each is reaped when a later one starts or ends. Those left at the end of the
+/// program are for the system to reap.
 class DepartingProcesses
 {
 public:
@@ -63,7 +63,7 @@ char stateIn(const std::filesystem::path& file)
     return name != std::string::npos && name + 2 < text.size() ? text[name + 2] : '?';
 }
 
-/// A process and all that it has started, and those have.
+/// A process and all its descendants.
 std::vector<pid_t> familyOf(pid_t process)
 {
     std::vector<pid_t> family{process};
@@ -88,7 +88,7 @@ std::string WorkerProcess::pathOf(const std::string& program)
 {
     Dl_info here;
     dladdr(reinterpret_cast<void*>(&stateIn), &here);
-    // A library that was found by way of another one has that way in its name.
+    // A library that was found through another one has that path in its name.
     const auto library = std::filesystem::path(here.dli_fname).lexically_normal();
     return (library.parent_path().parent_path() / "bin" / program).string();
 }
@@ -98,8 +98,8 @@ int WorkerProcess::start(const std::string& path, std::vector<std::string> argum
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
         return errno;
-    // A group of its own, so that Ctrl-C is for this program, which then ends the worker in its own way. And
-    // the kernel prints whatever it likes, in our user's way.
+    // A process group of its own, so that Ctrl-C reaches this program, which then ends the worker properly.
+    // And the kernel prints whatever it likes, in the user's way.
     const int error = m_process.start({.program = path,
                                        .arguments = std::move(arguments),
                                        .descriptors = {{ends[1], kWorkerPipe}},
@@ -143,7 +143,7 @@ std::optional<int> WorkerProcess::collect(std::chrono::milliseconds patience)
 {
     closePipe();
     static_cast<void>(m_process.endsWithin(patience));
-    // Even if it has ended, what it started may be there.
+    // Even if it has ended, what it started may still run.
     m_process.kill();
     if (m_process.endsWithin(kDeathTakes))
         return m_process.collect();

@@ -30,7 +30,7 @@ constexpr auto kLongestWait = 1s;  // for that quiet, where steps follow one ano
 constexpr auto kPause = 1s;        // between two files of one document, at least,
 constexpr int kPauseFactor = 10;   // and so many times what the last one took
 constexpr auto kPauseFailed = 10s; // before what failed is tried again
-constexpr auto kIdle = 3s;         // of the user, before the main thread writes by itself
+constexpr auto kIdle = 3s;         // since the last change, before the main thread writes by itself
 constexpr double kMostWait = 30;   // seconds, for a child where the run can't go on without
 
 AutoSaver* s_listening = nullptr;
@@ -133,8 +133,8 @@ void AutoSaver::documentClosed(DocumentEvent* event)
     if (event->timing() != Timing::Before || found == m_documents.end())
         return;
     Watched& watched = found->second;
-    // What isn't wanted is kept for a day as it was. Otherwise nobody waits for a child that gets what others
-    // leave: a script goes on, and in a window this process is quicker.
+    // What isn't wanted is kept for a day as it was. Otherwise nobody waits for a child at idle priority: a
+    // script goes on, and in a window this process is quicker.
     if (m_running && m_running->document == document) {
         if (watched.declined && !m_withoutLoop)
             ended(m_running->child->wait(kMostWait));
@@ -173,7 +173,7 @@ void AutoSaver::leave(Document& document, Watched& watched)
 void AutoSaver::drop(Watched& watched, bool unwanted)
 {
     watched.written = watched.changes;
-    // What comes now has no file to go on from.
+    // What follows has no file to build on.
     watched.notBefore = {};
     watched.name.clear();
     watched.recovered = false;
@@ -207,7 +207,7 @@ void AutoSaver::letGo(const std::string& file, bool unwanted)
 
 void AutoSaver::declined(Document* document)
 {
-    // Whoever doesn't watch documents doesn't hear that they go.
+    // Without watching documents, their closing goes unnoticed.
     if (m_started)
         m_documents[document].declined = true;
 }

@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A signal may come at any time and is no reason to give up.
+// A signal may arrive at any time and is no reason to give up.
 template <class Call>
 int persistent(Call&& call)
 {

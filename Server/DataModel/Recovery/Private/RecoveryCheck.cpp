@@ -24,7 +24,7 @@ namespace {
 
 constexpr uint64_t kMostRecord = uint64_t(1) << 20;
 
-// A link, a pipe or another user's file is nothing of ours.
+// A link, a pipe or another user's file is not ours.
 bool isOwnFile(const std::string& path)
 {
     struct stat state = {};
@@ -42,7 +42,7 @@ RecoveryRecord readThrough(const std::string& path)
     for (const Native::Manifest::Extra& extra : load.manifest.extras)
         package.check(extra.entry, goOn);
     auto record = RecoveryRecord::read(package.read(Native::kRecordName, kMostRecord));
-    // What stands there now may be something else than a document.
+    // What is there now may not be a document.
     boost::system::error_code error;
     const auto kind = boost::filesystem::status(record.source, error).type();
     if (kind != boost::filesystem::regular_file && kind != boost::filesystem::file_not_found)
@@ -83,7 +83,7 @@ RecoveryCheck RecoveryCheck::of(const std::string& path)
     try {
         return {Answer::Sound, readThrough(path)};
     } catch (const std::system_error&) {
-        return {}; // It is the system that can't, for want of a thread, say.
+        return {}; // It is the system that can't, for lack of a thread, say.
     } catch (const std::runtime_error&) {
         return {isOfNewerVersion(path) ? Answer::Strange : Answer::Damaged, {}};
     }

@@ -39,7 +39,7 @@ void RecoveryChecker::work(const Take& take)
     m_unable = !m_begun;
     if (m_begun && m_given > 0)
         answer({Answer::Strange, {}}, take);
-    // Nobody waits until it has gone.
+    // Nobody waits for its end.
     m_process->dismiss();
     m_process.reset();
 }

@@ -51,7 +51,7 @@ uintmax_t sizeOf(const std::string& folder)
     return size;
 }
 
-// Where it was doesn't matter any more; when it came here stands in the folder's name.
+// Where it was no longer matters; when it came here is in the folder's name.
 std::string putAside(const std::string& file, const char* where)
 {
     const fs::path folder =
@@ -359,7 +359,7 @@ void RecoveryStore::prune()
         const long long since = std::strtoll(fs::path(*folder).filename().c_str(), nullptr, 10);
         const uintmax_t own = sizeOf(*folder);
         size += own;
-        // A clock that was put back makes none of them older than it is.
+        // Setting the clock back makes none of them older than it is.
         if (now - since > kDiscardedFor || size > kMostDiscarded)
             FolderCalls::removeAll(*folder);
         else

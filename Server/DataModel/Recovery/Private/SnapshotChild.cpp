@@ -22,8 +22,8 @@ constexpr unsigned kSecondsLimit = 600; // one that hangs ends by itself
 constexpr size_t kMostTold = 512;
 constexpr char kDone = '+', kFailed = '-'; // what the child's message begins with
 
-// What the parent does at signals is nothing for the child: it finishes when the terminal, the session or
-// the parent ends, and dies of what is its own fault.
+// The parent's signal handling is not for the child: it finishes when the terminal, the session or the parent
+// ends, and dies of its own faults.
 void resetSignals()
 {
     struct sigaction action = {};
@@ -39,8 +39,8 @@ void resetSignals()
     pthread_sigmask(SIG_SETMASK, &none, nullptr);
 }
 
-// Whoever waits for the end of the parent's output doesn't wait for the child, and what others have to do
-// with a connection of the parent's is over when the parent closes it.
+// Whoever waits for the end of the parent's output must not wait for the child, and the parent's connections
+// must end when the parent closes them.
 void closeAllBut(int first, int second)
 {
     const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
@@ -74,7 +74,7 @@ void closeAllBut(int first, int second)
     } catch (...) {
         told = std::string(1, kFailed) + "of an unknown cause";
     }
-    // So short a text goes into the pipe whole.
+    // A text this short is written to the pipe in one piece.
     _exit(write(pipe, told.data(), std::min(told.size(), kMostTold)) < 0);
 }
 
@@ -123,7 +123,7 @@ std::optional<std::string> SnapshotChild::poll()
     if (found == 0)
         return std::nullopt;
     m_ended = true;
-    // Where somebody else has collected it, what it wrote tells all the same.
+    // Where somebody else has reaped it, what it wrote still tells.
     return ended(found == m_process ? state : 0);
 }
 
