@@ -45,7 +45,7 @@
 namespace Vu {
 namespace {
 
-/// Of the pictures in documents that are saved.
+/// For the pictures in saved documents.
 constexpr uint32_t kThumbnailSide = 256;
 
 /// The pointers that commands show over the canvases, each while its command is active in the active session.
@@ -230,14 +230,14 @@ void installHost()
     static bool installed = false;
     if (std::exchange(installed, true))
         return;
-    // They live to the end of the process: add-ins may still ask while they are destroyed.
+    // They live to the end of the process: add-ins may still use them while being destroyed.
     CommandHost::install(new ApplicationCommandHost);
     ApplicationHost::install(new WindowsOfApplication);
     CanvasHost::install(new CanvasesOfWindows);
     Vs::TransactionMgr::cmdKeySource(&cmdKeyOf);
     Vs::ThumbnailSource::install(
         [](const Vs::Document& document) { return thumbnailOf(document.activeAsset(), kThumbnailSide); });
-    // A run without a main loop tells between two lines.
+    // A run without a main loop reports between two lines.
     Vs::FileChecks::results().wakeUp(
         [] { Application::get()->deferredTasks()->post([] { Vs::FileChecks::results().runOnce(); }); });
     Application::get()->addService(std::make_unique<FileEdition>(Vs::PathInfo::rootDirectory() / "UI" /

@@ -13,7 +13,7 @@ namespace Vu {
 namespace {
 
 constexpr const wchar_t* kNone = L"None";
-constexpr unsigned kMost = 0xff; ///< Of one colour of the screen.
+constexpr unsigned kMost = 0xff; ///< Of one colour channel in screen values.
 
 // clang-format off
 constexpr ColourCommandInput::Swatch kSwatches[] = {
@@ -31,7 +31,7 @@ const ColourCommandInput::Swatch* swatchOf(const std::wstring& code)
     return found == std::end(kSwatches) ? nullptr : found;
 }
 
-/// The share of light that a share of the screen's signal stands for.
+/// The linear light that a screen value stands for.
 float light(unsigned number)
 {
     const double signal = double(number) / kMost;

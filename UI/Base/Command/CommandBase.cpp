@@ -113,7 +113,7 @@ void CommandBase::endStep(ETerminationReason reason)
         onPreStepEnd();
         steps.keep(m_openStepUndoable);
         m_stepsUndone = 0;
-        // What can't be taken back bars the way to the steps before it.
+        // What can't be undone blocks the way to the steps before it.
         m_stepsDone = m_openStepUndoable ? m_stepsDone + 1 : 0;
     } else {
         onPreStepAbort();
@@ -159,7 +159,7 @@ void CommandBase::applyStep()
 
 namespace {
 
-/// Of a command that has steps to walk: between them, its own transaction is the current one.
+/// For a command that has steps to undo or redo: between them, its own transaction is the current one.
 EMidCommandUndoRedoContext contextOf(const CommandBase& command, bool stepOpen)
 {
     const CommandSteps* steps = CommandSteps::find(&command);
@@ -223,7 +223,7 @@ bool CommandBase::executeRequest(Vs::Request* request, bool preview, ExecutionOp
     onPreExecuteRequest(requests, preview);
 
     CommandSteps* const steps = CommandSteps::find(this);
-    // Once there are steps everything is one, so that none is undone beneath another.
+    // Once there are steps, every change is one, so that none is undone beneath another.
     const bool asStep = !preview && (options.asStep || (steps && steps->isStepped() && !m_stepOpen));
     Vs::Status outcome;
     if (asStep && !beginStepFor(*this, steps && steps->isOpenOneChanged(), request->name(), outcome)) {

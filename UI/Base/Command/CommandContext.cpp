@@ -27,8 +27,8 @@ std::optional<int> exactInt(double value)
     return static_cast<int>(value);
 }
 
-/// An argument that is an object. An object that counts its references is held by the argument; any other may
-/// go.
+/// An argument that is an object. A reference-counted object is kept alive by the argument; any other may be
+/// destroyed.
 struct ObjectArgument
 {
     Vs::WeakRef<Vs::SerializableObject> object;
@@ -82,7 +82,7 @@ void CommandContext::addArgument(const Vs::UniqueString* key, Vs::SerializableOb
 {
     if (!object)
         return;
-    // Counting is what the object itself does or doesn't; who hands it over needn't know which.
+    // Whether references are counted is up to the object; the caller needn't know.
     own(key).value = ObjectArgument{object, Vs::StrongRef<Vs::SharedObject>(dynamic_cast<Vs::SharedObject*>(
                                                 static_cast<Vs::Object*>(object)))};
 }
@@ -255,7 +255,7 @@ bool CommandContext::isByHand() const
     case ECommandAccessPoint::Repeat:
         return false;
     }
-    return false; // A number that no route has.
+    return false; // A number that no route uses.
 }
 
 bool CommandContext::isByLine() const

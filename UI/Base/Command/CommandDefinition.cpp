@@ -102,7 +102,7 @@ void CommandDefinition::runByHand(ECommandAccessPoint point)
     context.accessPoint(point);
     if (!isAvailable(&context))
         return;
-    // The command may take the toolbar away that is still busy with the click.
+    // The command may remove the toolbar that is still handling the click.
     if (!CommandHost::get()->takesOver(this, context))
         executeLater(context);
 }

@@ -25,7 +25,7 @@ struct CommandDefinitionMgr::Index
 
 CommandDefinitionMgr* CommandDefinitionMgr::get()
 {
-    // Never destroyed: definitions take themselves out while the process is going down.
+    // Never destroyed: definitions unregister while the process is shutting down.
     static CommandDefinitionMgr* const manager = new CommandDefinitionMgr;
     return manager;
 }
@@ -56,13 +56,14 @@ CommandDefinitionMgr::commandDefinitionsOfGroup(const Vs::UniqueString* group) c
 
 std::vector<std::wstring> CommandDefinitionMgr::similarIds(std::wstring_view id, size_t maximum) const
 {
-    constexpr size_t kLongestId = 80; // Nobody mistypes more; a megabyte of text must not be compared.
+    constexpr size_t kLongestId =
+        80; // Nobody mistypes more than this, and a megabyte of text must not be compared.
     std::vector<std::pair<size_t, std::wstring_view>> ranked;
     for (const auto& [key, definition] : index().byId) {
         if (id.empty() || id.size() > kLongestId)
             break;
         size_t away = Vs::Strings::editDistance(id, key);
-        // "Fit" is short of "FitCommand" by a word that everybody leaves out.
+        // "Fit" lacks only the word of "FitCommand" that everybody leaves out.
         constexpr std::wstring_view kEnding = L"Command";
         if (key.ends_with(kEnding))
             away =

@@ -4,7 +4,7 @@ namespace Vu {
 
 CommandEventSource* CommandEventSource::get()
 {
-    // Never destroyed: add-ins unsubscribe while the process is going down, in an order nobody controls.
+    // Never destroyed: add-ins unsubscribe while the process is shutting down, in an order nobody controls.
     static CommandEventSource* const source = new CommandEventSource;
     return source;
 }

@@ -89,7 +89,8 @@ void CommandInputEventSource::forget(const CommandInputBase* input)
 
 void CommandInputEventSource::fire(CommandInputEvent* event)
 {
-    // By index and with marks in the place of removals: a site may come, go or end the command meanwhile.
+    // By index, and with marks in place of removals: meanwhile a site may subscribe, unsubscribe or end the
+    // command.
     ++m_depth;
     const CommandInputBase* const input = event->commandInput();
     for (size_t i = 0, count = m_subscriptions.size(); i < count; ++i) {
@@ -103,7 +104,7 @@ void CommandInputEventSource::fire(CommandInputEvent* event)
 
 CommandInputSetEventSource* CommandInputSetEventSource::get()
 {
-    // Never destroyed: commands may still end while the process goes down.
+    // Never destroyed: commands may still end while the process is shutting down.
     static auto* const source = new CommandInputSetEventSource;
     return source;
 }

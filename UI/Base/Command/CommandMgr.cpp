@@ -23,7 +23,7 @@ CommandMgr::~CommandMgr()
 
 CommandMgr* CommandMgr::get()
 {
-    // Never destroyed: commands may still be asked to end while the process is going down.
+    // Never destroyed: commands may still be asked to end while the process is shutting down.
     static CommandMgr* const manager = new CommandMgr;
     return manager;
 }

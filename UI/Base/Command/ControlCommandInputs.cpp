@@ -72,7 +72,7 @@ bool MenuCommandInput::valueFromString(const std::wstring& text)
     std::vector<bool> marks;
     for (const MenuItem* item : m_control.items())
         marks.push_back(named(item));
-    // What is left over names no item.
+    // What remains names no item.
     if (!keys.empty())
         return false;
     if (text == valueAsString())

@@ -53,7 +53,7 @@ bool TranscriptedCommandTextCommand::repeats(const std::vector<std::wstring>& pa
 {
     CommandContext made = CommandContext::emptyContext();
     try {
-        // It fills the context that it is given; what it says of the run beside that is asked anew each time.
+        // It fills the context that it is given; everything else about the run is asked for each time.
         const_cast<TranscriptedCommandTextCommand*>(this)->fillContext({parameters, {}}, made);
     } catch (const std::exception&) {
         return false;
@@ -87,8 +87,8 @@ Vs::TextCommandResult TranscriptedCommandTextCommand::execute(const Vs::TextComm
     m_useGlobalCmdMgr = false;
     m_flushDeferredTasks = false;
     fillContext(parameters, context);
-    // The run may come back to this very object, by a line that a command runs: what was asked for is read
-    // now.
+    // The run may re-enter this very object, through a line that a command runs, so what was asked for is
+    // read now.
     const bool flush = m_flushDeferredTasks;
     const Vs::Status status = m_useGlobalCmdMgr ? CommandMgr::get()->executeCommand(found, context)
                                                 : found->executeCommand(context);

@@ -1,4 +1,4 @@
-// The subject areas "AssetMgt" and "DocumentMgt": what there is to be named in other lines.
+// The subject areas "AssetMgt" and "DocumentMgt": what other lines can name.
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"

@@ -1,4 +1,4 @@
-// The part of the subject area "Commands" that tells the environments, which the user calls workspaces.
+// The part of the subject area "Commands" that lists the environments, which the user calls workspaces.
 
 #include "Server/Base/TextCommand.h"
 #include "UI/Base/Command/Private/Localized.h"

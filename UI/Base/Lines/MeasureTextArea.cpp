@@ -22,7 +22,7 @@ using Vs::Units::Quantity;
 constexpr const wchar_t* kArea = L"Measure";
 
 // clang-format off
-/// One row for each command; a value in three parts is told as three values, from `type` on.
+/// One row for each command; a value in three parts is printed as three values, from `type` on.
 struct MeasureRow
 {
     const wchar_t* name;

@@ -30,14 +30,14 @@ using Vs::Scene::Image;
 
 constexpr const wchar_t* kArea = L"View";
 constexpr uint32_t kUsualWidth = 640, kUsualHeight = 400, kLargestSide = 4096;
-/// In per cent of the picture. Another renderer draws edges a little otherwise.
+/// In per cent of the picture. Another renderer draws edges a little differently.
 constexpr double kUsualTolerance = 0.1;
-/// What nobody sees, as a share of the way from black to white.
+/// A difference that nobody sees, as a fraction of the way from black to white.
 constexpr double kUnseen = 0.06;
 
 constexpr AreaRow kViewAreaRow = {kArea, L"Commands about what a view shows", true};
 
-/// How far apart two colours are for an eye, from 0 to 1.
+/// How far apart two colours look to the eye, from 0 to 1.
 double apart(const uint8_t* a, const uint8_t* b)
 {
     const double red = a[0] - b[0], green = a[1] - b[1], blue = a[2] - b[2];
@@ -45,7 +45,7 @@ double apart(const uint8_t* a, const uint8_t* b)
 }
 
 /// Whether the pixel, or one beside it, looks like that of the other picture: a line that has moved by less
-/// than a pixel is the same to an eye.
+/// than a pixel looks the same.
 bool isNear(const Image& in, uint32_t x, uint32_t y, const uint8_t* other)
 {
     for (uint32_t row = y > 0 ? y - 1 : 0; row <= std::min(y + 1, in.height - 1); ++row)
@@ -138,7 +138,7 @@ void write(const Image& image, const fs::path& file)
         throw Vs::Exception(status.toString());
 }
 
-/// Where what was found is put for whoever looks into it: where results go.
+/// Where the picture that was found is kept for inspection: with the other results.
 fs::path beside(const fs::path& reference, const char* what)
 {
     const auto& parameters = Vs::TranscriptMgr::get()->parameters();

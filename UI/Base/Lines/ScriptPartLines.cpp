@@ -1,4 +1,4 @@
-// The lines of the subject area "Script" that tell the faces, edges and vertices of a body: all at once,
+// The lines of the subject area "Script" that list the faces, edges and vertices of a body: all at once,
 // since a script asks for thousands of them.
 
 #include "Server/Base/Exception.h"

@@ -31,7 +31,7 @@ namespace {
 
 using Vs::Scene::Camera;
 
-/// A line holds so many paths; more selected objects take several.
+/// A line holds this many paths; more selected objects take several lines.
 constexpr size_t kPathsOfLine = 500;
 
 /// The camera that the lines of the area Camera set.
@@ -47,7 +47,7 @@ const Camera* activeCamera()
 
 using CameraState = StateRecorder::CameraState;
 
-/// Writes the line by which the camera is there again.
+/// Writes the line that brings the camera back there.
 class CameraTrigger : public Vs::TranscriptTrigger
 {
 public:
@@ -140,7 +140,7 @@ void StateRecorder::writeDocuments(const std::wstring& line)
     std::vector<boost::uuids::uuid> now = identifiers();
     if (now == m_documents)
         return;
-    // Of files that were opened together each is known by its name.
+    // Files that were opened together are each known by name.
     const bool oneCame = now.size() == m_documents.size() + 1;
     m_documents = std::move(now);
     const std::wstring identifier =
@@ -182,7 +182,7 @@ void StateRecorder::accept()
     m_activeView = activeViewNumber();
     m_camera.reset();
     const Camera* camera = activeCamera();
-    // Where it glides to is known only when it is there.
+    // Where it glides to is known only when it has arrived.
     if (camera && !TransitionMgr::get()->playing())
         m_camera = stateOf(*camera);
 }

@@ -62,7 +62,7 @@ public:
     }
 
 private:
-    // The next line finds the camera where it is in a window, and there no picture may come between.
+    // The next line finds the camera where it would be in a window, where no picture may come in between.
     static void settleFit()
     {
         AssetSession* session = SessionMgr::get()->activeAssetSession();
@@ -75,8 +75,8 @@ private:
     std::vector<size_t> m_openBefore; ///< Transactions of scripts, when each run began.
 };
 
-/// The line by which a text command does again to the open document what it did; empty for those that open
-/// and close documents or run others, and for those that hang on what is selected or shown.
+/// The line by which a text command repeats what it did to the open document; empty for those that open and
+/// close documents or run others, and for those that depend on what is selected or shown.
 std::wstring lineThatRunsAgain(const Vs::TextCommand& command, const Vs::TextCommandParameters& parameters)
 {
     if (command.area() != L"Design")
@@ -114,7 +114,7 @@ public:
     }
 };
 
-/// Lives as long as the process: commands may still end while it goes down.
+/// Lives as long as the process: commands may still end during shutdown.
 StateRecorder* stateRecorder()
 {
     static auto* const recorder = new StateRecorder;

@@ -24,7 +24,7 @@
 namespace Vu {
 namespace {
 
-/// How often an idle task that asks to run again comes.
+/// How often an idle task that asks to run again does so.
 constexpr int kIdleInterval = 16;
 
 struct Start
@@ -56,7 +56,7 @@ struct Application::Data
 
 Application* Application::get()
 {
-    // Lives to the end of the process: add-ins may still queue and ask while they are destroyed.
+    // Lives to the end of the process: add-ins may still use it while being destroyed.
     static auto* const application = new Application;
     return application;
 }
@@ -75,7 +75,8 @@ void Application::initialize(int& count, char** arguments, bool headless)
     Vs::require(!start().count && arguments, "a program begins once, with its arguments");
     start() = {&count, arguments, headless, start().testing};
     if (headless) {
-        // What a script opens and saves is none of the user's own documents, and moves no dialog of theirs.
+        // What a script opens and saves doesn't count as the user's own documents, and moves no dialog of
+        // theirs.
         Vs::RunOptions::add("UIBase", "lastDirectory");
         for (const char* group : {"RecentDocuments", "RecentFiles", "RecentScripts"})
             Vs::RunOptions::add(group, "");
@@ -217,7 +218,7 @@ void Application::exit(bool closeDocuments)
         return;
     m_exiting = true;
     m_data->closesDocuments = closeDocuments;
-    // The one who asks may be a command of the window that goes.
+    // The caller may be a command of the window being closed.
     m_data->deferred.post([this] {
         if (m_data->gui)
             QCoreApplication::exit(m_data->exitCode);

@@ -21,7 +21,7 @@ namespace {
 /// What shells tell of a program that a signal ended.
 constexpr int kSignalBase = 128;
 /// How much processor time the program may use before the main thread hears of a signal, and how long that,
-/// and then keeping everything, may take at all; in seconds. By the clock alone a busy machine would cost
+/// and then keeping everything, may take at all; in seconds. By the clock alone, a busy machine would lose
 /// what isn't kept yet. The child that writes a recovery file goes on without its parent.
 constexpr time_t kLongestWork = 2;
 constexpr unsigned kLongest = 5;

@@ -30,7 +30,7 @@ FileDialog::Responder& installedResponder()
     return responder;
 }
 
-/// Whether a file lies where nobody works, so that no dialog begins there.
+/// Whether a file lies where nobody works, so that no dialog starts there.
 bool isPrivate(const boost::filesystem::path& file)
 {
     return Vs::AutoSaveController::isInRecoveryFolder(file.wstring());

@@ -118,7 +118,7 @@ std::wstring MessageBox::nameOf(size_t button) const
                                     : Vs::Strings::widen(kStandardButtons[standard].name);
 }
 
-/// What the transcript that is replayed answers; -1 if nothing. An answer that no button has cancels.
+/// The replayed transcript's answer; -1 if it has none. An answer that no button has cancels.
 int MessageBox::broughtAnswer() const
 {
     std::vector<std::wstring> answer;

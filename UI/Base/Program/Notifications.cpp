@@ -111,7 +111,7 @@ void NotificationCenter::removeAboutFile(const std::wstring& clientID, const std
     std::vector<Notification*> found;
     notificationsByClientID(clientID, found);
     for (Notification* notification : found) {
-        // A site that hears of one may have removed another.
+        // A site that is told of one may have removed another.
         if (exists(notification) && notification->file() == file)
             remove(notification);
     }

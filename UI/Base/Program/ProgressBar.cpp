@@ -12,7 +12,8 @@
 
 namespace Vu {
 namespace {
-/// Events are looked at this often while work runs; more often would slow the work, less often the person.
+/// Events are processed this often while work runs; more often would slow down the work, less often the
+/// person.
 constexpr int kInterval = 30;
 } // namespace
 

@@ -173,7 +173,8 @@ Vs::SerializableObject* AssetSessionSerializableObjectFactory::deserialize(const
     const boost::uuids::uuid guid = Vs::fromString(text);
     if (!guid.is_nil())
         return sessionOf(findByGuid(transcripts->actual(guid)));
-    // A path may hold any sign; of "path|name" only the last bar separates. An identifier holds no bar.
+    // A path may contain any character; in "path|name" only the last bar separates. An identifier contains no
+    // bar.
     const size_t first = text.find(kBar);
     const bool byIdentifier = first != std::wstring::npos && !Vs::fromString(text.substr(0, first)).is_nil();
     const size_t bar = byIdentifier ? first : text.rfind(kBar);

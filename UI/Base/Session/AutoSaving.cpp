@@ -14,7 +14,7 @@ namespace {
 
 bool s_waits = false; ///< A task is queued.
 
-/// Runs as long as there is something to wait for.
+/// Keeps running as long as there is something to wait for.
 class AutoSaveTask : public Vs::Implements<AutoSaveTask, Vs::Task>
 {
 public:
@@ -37,7 +37,7 @@ void wakeUp()
 
 void AutoSaving::begin()
 {
-    // It lives to the end of the process, as what it listens to does.
+    // It lives to the end of the process, like what it listens to.
     static auto* const messages = new AutoSaveMessages;
     static_cast<void>(messages);
     Vs::AutoSaveController* controller = Vs::AutoSaveController::get();

@@ -20,7 +20,7 @@ constexpr size_t kMost = 8; // What is told of more parts is a matter for the co
 
 void DamageNotice::begin()
 {
-    // It lives to the end of the process, as what it listens to does.
+    // It lives to the end of the process, like what it listens to.
     static auto* const notice = new DamageNotice;
     static_cast<void>(notice);
 }

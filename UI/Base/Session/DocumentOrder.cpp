@@ -21,7 +21,7 @@ DocumentOrder::DocumentOrder()
 
 void DocumentOrder::documentClosed(Vs::DocumentEvent* event)
 {
-    // Another one may come to lie at its address.
+    // Another one may come to have its address.
     if (event->timing() == Vs::Timing::After)
         std::erase(m_moved, event->document());
 }

@@ -29,7 +29,7 @@ constexpr const wchar_t* kHeld = L"DocumentHeld";
 constexpr const wchar_t* kChanged = L"DocumentChanged";
 /// Who writes a file does so in several steps. Milliseconds.
 constexpr int kQuiet = 400;
-/// A file that is gone may come back under its name: so often it is looked for.
+/// A file that is gone may come back under its name: this is how often it is looked for.
 constexpr int kMostLooks = 10;
 
 void removeAbout(const wchar_t* sender, const std::wstring& file)
@@ -46,7 +46,7 @@ std::wstring nameOf(const std::wstring& file)
 
 void DocumentWatch::begin()
 {
-    // It lives to the end of the process, as what it listens to does.
+    // It lives to the end of the process, like what it listens to.
     static auto* const watch = new DocumentWatch;
     static_cast<void>(watch);
 }
@@ -150,14 +150,14 @@ void DocumentWatch::follow(Vs::Document* document)
         leave(before);
         removeAbout(kChanged, file);
     }
-    // A file that was replaced is another one for the system.
+    // To the system, a replaced file is a different file.
     const QString name = QString::fromStdWString(file);
     if (!name.isEmpty() && !Vs::AutoSaveController::isRecoveryFile(file) &&
         !m_watcher->files().contains(name) && QFileInfo::exists(name))
         m_watcher->addPath(name);
 }
 
-/// A document that was read anew has the file of the one that goes.
+/// A reloaded document has the file of the one that it replaces.
 void DocumentWatch::leave(const std::wstring& file)
 {
     const bool isShared = std::any_of(m_documents.begin(), m_documents.end(),
@@ -182,7 +182,7 @@ void DocumentWatch::documentClosed(Vs::DocumentEvent* event)
 bool DocumentWatch::changed(const Vs::Document& document, const Watched& watched) const
 {
     const Watched now = lookAt(watched.file, watched.isForeign);
-    // What was told isn't told again, and a file that is gone may come back.
+    // Nothing is reported twice, and a file that is gone may come back.
     if (!now.modified.isValid() || (now.modified == watched.modified && now.size == watched.size))
         return false;
     return watched.isForeign || Vs::DocumentLocks::isChangedOutside(document);
@@ -206,7 +206,7 @@ void DocumentWatch::look()
 void DocumentWatch::offerReload(const Vs::Document& document, Watched& watched)
 {
     removeAbout(kChanged, watched.file);
-    // The next change is told anew.
+    // The next change is reported again.
     watched = lookAt(watched.file, watched.isForeign);
     Vs::NotificationRequest request;
     request.title = localizedFormat("DocumentChangedOutside", "Another program has changed \"%1%\"",

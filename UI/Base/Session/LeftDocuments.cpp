@@ -77,7 +77,7 @@ void saveCopy(const std::wstring& file, const std::wstring& name)
                                           localized("SaveACopy", "Save a Copy"), path, L""))
         return;
     auto* controller = Vs::AutoSaveController::get();
-    // What goes wrong is told, and the file kept.
+    // What goes wrong is reported, and the file kept.
     if (!controller->saveRecoveryFileAs(file, path))
         return;
     if (const size_t steps = controller->stepsBehind(file))

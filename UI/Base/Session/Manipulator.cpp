@@ -18,7 +18,7 @@ namespace {
 using Kind = ManipulatorHandle::Kind;
 using Vs::Scene::NodeChange;
 
-/// Logical pixels: the length of an arrow, and how near the mouse has to be.
+/// In logical pixels: the length of an arrow, and how near the mouse has to be.
 constexpr double kSize = 105, kReach = 7;
 /// The fewest pixels between two places that a drag snaps to while the step follows the zoom.
 constexpr double kAdaptiveStep = 10;

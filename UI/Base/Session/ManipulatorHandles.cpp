@@ -17,7 +17,7 @@ constexpr double kShaft = 0.012, kTip = 0.045, kTipLength = 0.18;
 constexpr double kSquareFrom = 0.26, kSquareTo = 0.48;
 constexpr double kRing = 0.78;
 constexpr int kSides = 12, kRingSteps = 72;
-/// The least sine of the angle to the viewer's direction at which a drag still means something.
+/// The smallest sine of the angle to the viewing direction at which a drag is still meaningful.
 constexpr double kFlat = 0.12;
 
 /// One point of a line that has a thickness.
@@ -37,7 +37,7 @@ GkVector3d axisOf(int axis)
     return {axis == 0 ? 1.0 : 0.0, axis == 1 ? 1.0 : 0.0, axis == 2 ? 1.0 : 0.0};
 }
 
-/// A skin around the beads. The normals are those of a tube, which does for a tip as well.
+/// A surface around the beads. The normals are those of a tube, which will do for a tip as well.
 std::shared_ptr<const Vs::BodyMesh> skin(const std::vector<Bead>& beads)
 {
     auto mesh = std::make_shared<Vs::BodyMesh>();

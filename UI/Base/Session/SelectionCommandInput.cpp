@@ -202,7 +202,7 @@ bool SelectionCommandInput::add(Vs::StrongRef<Vs::Selection> selection)
     if (m_exactly && m_quantity > 0 && all.size() >= m_quantity)
         all.erase(all.begin());
     all.push_back(std::move(selection));
-    // The same thing at another place is news as well.
+    // The same thing at a different place is also news.
     if (!selections().replace(all))
         selectionSetChanged();
     return true;
@@ -234,7 +234,7 @@ void SelectionCommandInput::leaveSession()
         left->unsubscribe(this);
 }
 
-// A command that closed its session has no manager any more, and the selection went with the session.
+// A command that closed its session no longer has a manager, and the selection is gone with the session.
 void SelectionCommandInput::commandEnded()
 {
     const CommandBase* command = commandInputSet()->command();
@@ -272,7 +272,7 @@ void SelectionCommandInput::click(const Vs::StrongRef<Vs::Selection>& selection,
     }
 }
 
-// It stands for all that lies in it and was taken before.
+// It stands for everything in it that was taken before.
 void SelectionCommandInput::takeHolder(const Vs::StrongRef<Vs::Selection>& holder)
 {
     const std::string id = Vs::cast<Vs::LogicalSelection>(holder.get())->componentId();
@@ -409,7 +409,7 @@ void SelectionCommandInput::mouseMove(MouseEvent* event)
         pointAt(under(*event));
 }
 
-// What others have lit up stays.
+// What others have highlighted stays.
 void SelectionCommandInput::mouseLeave(GraphicsCanvas*)
 {
     if (!m_pointing || !pickingManager())

@@ -60,7 +60,7 @@ AssetSession* SessionMgr::assetSession(Vs::Asset* asset)
     m_assets.push_back(std::make_unique<AssetSession>(asset, documentSession(asset->document())));
     AssetSession* made = m_assets.back().get();
     m_ofAsset[asset] = std::prev(m_assets.end());
-    // Whoever is told of the new command manager finds the session in its place.
+    // Whoever is notified of the new command manager finds the session already registered.
     made->m_commands = std::make_unique<CommandMgr>(made);
     SessionEvent event(made);
     SessionEventSource::get()->fireSessionCreated(&event);
@@ -210,7 +210,7 @@ void SessionMgr::assetClosed(Vs::AssetEvent* event)
 
 void SessionMgr::documentClosed(Vs::DocumentEvent* event)
 {
-    // The sessions go with the first event. Who hears of it later may have asked for them again.
+    // The first event removes the sessions. Later sites may have asked for them again.
     const Vs::Document* document = event->document();
     for (unsigned i = 0; i < document->assets(); ++i)
         if (AssetSession* session = getOpenAssetSession(document->asset(i)))

@@ -12,7 +12,7 @@
 
 namespace Vu {
 
-// The library of such devices, which few machines have: opened only where it is there.
+// The library for such devices, which few machines have: opened only where it exists.
 class SpaceMouseEventSite::Driver
 {
 public:

@@ -16,7 +16,7 @@ namespace Vu {
 
 namespace {
 
-/// Has a model show all that it holds alike while it lives, whatever is edited by itself.
+/// While this exists, a model shows everything that it contains alike, whatever is edited by itself.
 class WithoutGhosts
 {
 public:
@@ -68,7 +68,7 @@ std::string thumbnailOf(const Vs::Asset* asset, uint32_t side)
     options.highlights = false;
     const WithoutGhosts all(*asset);
     Vs::Scene::Image image;
-    Vs::Status ignored; // Without a picture the file is as good.
+    Vs::Status ignored; // A file without a picture is just as good.
     if (!Vs::Scene::OffscreenRenderer::get()->render({model}, side, side, options, image, ignored))
         return {};
     return Display::get()->pngOf(image);

@@ -103,8 +103,8 @@ private:
     const CommandBase* m_command = nullptr; ///< Null until it is made.
 };
 
-/// The sites that find and mark what lies under the mouse have subscribed before, so that each move comes
-/// here when they are done with it.
+/// The sites that find and highlight what lies under the mouse subscribed earlier, so each move arrives here
+/// when they are done with it.
 class PrehighlightProbe : public MetricProbe, private MouseEventSite, private FrameEventSite
 {
 public:

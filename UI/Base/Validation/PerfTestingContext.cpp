@@ -70,7 +70,7 @@ bool setLimit(Result& result, const ReferenceValues& values, double slower)
     return true;
 }
 
-/// The processors know no other program's work, and the clock no work that was spread over more of them. What
+/// Processor time ignores other programs' work, and the clock ignores work spread over more processors. What
 /// has become slower is so by both.
 bool isGood(const Result& result)
 {

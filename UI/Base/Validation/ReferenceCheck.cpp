@@ -21,7 +21,7 @@ std::wstring textOf(const ReferenceValue& value, const std::wstring& unit)
 {
     if (const auto* text = std::get_if<std::wstring>(&value))
         return *text;
-    // As many digits as it takes to see a difference of the size of a tolerance.
+    // As many digits as it takes to show a difference as large as a tolerance.
     const std::wstring number = (boost::wformat(L"%.10g") % std::get<double>(value)).str();
     return unit.empty() ? number : number + L' ' + unit;
 }
@@ -83,7 +83,7 @@ std::wstring reason(const std::wstring& name, const ReferenceValue& found, const
     return name + L": " + text;
 }
 
-/// What is told of a failed check beside the values that differ.
+/// What is reported of a failed check besides the values that differ.
 std::vector<std::wstring> reasons(const std::vector<CheckedValue>& values, ReferenceValues references)
 {
     std::erase_if(references, [](const auto& each) { return !isReason(each.first); });
@@ -166,7 +166,7 @@ std::wstring right(const std::vector<CheckedValue>& values, const ReferenceValue
     return text;
 }
 
-/// `first` has the difference that is told first.
+/// `first` has the difference that is reported first.
 Vs::TextCommandResult compare(const std::vector<CheckedValue>& values, const ReferenceValues& kept,
                               const std::function<std::wstring(const std::wstring& difference)>& first)
 {

@@ -30,11 +30,11 @@ using Vs::Scene::CameraParameters;
 constexpr double kSize = 116, kMargin = 6;
 constexpr double kLargestPart = 0.36;
 constexpr double kSmallestSize = 36;
-/// From the eye to the cube's middle: near enough that it looks like a cube.
+/// From the eye to the centre of the cube: near enough for it to look like a cube.
 constexpr double kDistance = 9;
 /// A drag over half of the cube's size turns it by about a right angle.
 constexpr double kTurnGain = 3.0;
-/// A hand that clicks shakes by this many pixels.
+/// A clicking hand shakes by this many pixels.
 constexpr double kShake = 3.0;
 /// Of the angle's cosine: a camera that was turned to a side by a command stands exactly there.
 constexpr double kStraight = 1 - 1e-9;
@@ -57,7 +57,7 @@ public:
     {
         if (m_fragment) {
             m_fragment->m_waiting = nullptr;
-            // The end of a glide tells of the camera once more.
+            // The end of a glide reports the camera once more.
             if (!TransitionMgr::get()->playing())
                 m_fragment->performCamOperations();
         }
@@ -69,7 +69,7 @@ private:
     AutoCamViewFragment* m_fragment;
 };
 
-/// Hears of the cameras for all cubes: of thousands of views, few are in a canvas.
+/// Listens to the cameras for all cubes: of thousands of views, few are in a canvas.
 class AutoCamViewFragment::Shown : private Vs::Scene::CameraEventSite
 {
 public:
@@ -193,7 +193,7 @@ void AutoCamViewFragment::covers(double width, double height, std::vector<Canvas
         parts.push_back({place.left, place.top, place.left + place.size, place.top + place.size});
 }
 
-// All of it is as it was if nothing changed, and then nothing is drawn anew.
+// If nothing changed, all of it stays as it was, and nothing is redrawn.
 void AutoCamViewFragment::followModel()
 {
     const Camera* model = modelCamera();
@@ -246,8 +246,8 @@ void AutoCamViewFragment::performCamOperations()
         model->toggleProjection(wanted);
 }
 
-/// What is up when the model is seen from there: the model's own up, and where that is the direction itself,
-/// the side of the model to which the view has to turn least.
+/// The up direction when the model is seen from there: the model's own up or, where that is the viewing
+/// direction itself, the side to which the view has to turn least.
 GkVector3d AutoCamViewFragment::upFor(const GkVector3d& direction, const Frame& axes) const
 {
     if (direction.x != 0 || direction.y != 0)
@@ -351,7 +351,7 @@ void AutoCamViewFragment::mouseDrag(MouseEvent* event)
         model->orbit(right, upward);
     } else {
         const GkVector3d up = frame().up;
-        // A model that stands on its head turns the other way, or it would flee from the hand.
+        // An upside-down model turns the other way, or it would move against the hand.
         const double sense = model->screenUp().dotProduct(up) < 0 ? -1 : 1;
         model->constrainedOrbit(-right * sense, false, up, model->target());
         model->constrainedOrbit(upward, true, up, model->target());

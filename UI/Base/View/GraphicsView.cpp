@@ -43,7 +43,7 @@ std::string imageFormat(const std::wstring& path)
     return "png";
 }
 
-/// Tells at once what would only show once a large picture is drawn.
+/// Reports at once what would otherwise only show when a large picture is drawn.
 bool folderTakesFiles(const std::wstring& path, Vs::Status& status)
 {
     const boost::filesystem::path folder =

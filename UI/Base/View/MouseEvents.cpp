@@ -16,7 +16,7 @@
 
 namespace Vu {
 namespace {
-/// A hand that presses a button shakes by this many pixels.
+/// A hand pressing a button shakes by this many pixels.
 constexpr double kDragDistance = 3.0;
 } // namespace
 
@@ -52,7 +52,7 @@ MouseOverlay* MouseEventSource::overlayOf(const GraphicsCanvas* canvas)
     return view ? view->mouseOverlay() : nullptr;
 }
 
-// A drag that began elsewhere goes on over the overlay.
+// A drag that began elsewhere continues over the overlay.
 bool MouseEventSource::overlayTakes(MouseEvent* event)
 {
     MouseOverlay* overlay = m_button == kNoMouseButton ? overlayOf(event->canvas()) : nullptr;

@@ -55,7 +55,7 @@ Vs::Scene::Camera* SceneEvaluator::camera() const
 
 SceneSelection* SceneEvaluator::sceneSelection(bool background)
 {
-    // What was found without the background is right with it; nothing found has to be asked again.
+    // What was found without the background also holds with it; finding nothing means asking again.
     if (!m_searched || (!m_found && background && !m_searchedBackground)) {
         m_found = SceneSelection::find(m_view->viewNode(), m_fragment.get(), m_canvas->width(),
                                        m_canvas->height(), m_position.x, m_position.y, background);

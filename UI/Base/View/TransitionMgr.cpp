@@ -22,7 +22,7 @@ bool somebodyLooks()
            !Vs::TranscriptMgr::get()->replaying() && !motionIsReduced();
 }
 
-/// Starts and arrives gently.
+/// Eases in and out.
 double eased(double fraction)
 {
     return fraction * fraction * (3.0 - 2.0 * fraction);
@@ -30,7 +30,7 @@ double eased(double fraction)
 
 } // namespace
 
-/// Plays the manager's transitions from the idle queue, a step a round.
+/// Plays the manager's transitions from the idle queue, one step each round.
 class PlayTransitionTask : public Vs::Implements<PlayTransitionTask, Vs::Task>
 {
 public:

@@ -108,7 +108,7 @@ QAccessibleInterface* interfaceOf(const QString&, QObject* object)
 
 void Accessible::begin()
 {
-    // The application object takes its own away when it goes, and with it what was put before.
+    // The application object removes its own when it is destroyed, and with it what was installed before.
     QAccessible::removeFactory(interfaceOf);
     QAccessible::installFactory(interfaceOf);
 }

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kUsualExtent = 260;
 constexpr int kUsualHeight = 180;
-/// What panels leave to the views between them, at the cost of their own width.
+/// What panels leave for the views between them, at the cost of their own width.
 constexpr int kLeastBetween = 300;
 
 /// Its handles have a name.
@@ -187,7 +187,7 @@ void AreaFrame::divideRow(const std::vector<Seat>& row)
     m_row->setSizes(sizes);
 }
 
-// A panel that had to give way has its width again as soon as there is room. Where several views fill, a
+// A panel that had to give way gets its width back as soon as there is room. Where several views fill, a
 // person may have divided them otherwise.
 void AreaFrame::resizeEvent(QResizeEvent* event)
 {
@@ -221,7 +221,7 @@ void AreaFrame::fillRows()
     const auto inRow = [](const Seat& one) {
         return one.side != EPlacement::Top && one.side != EPlacement::Bottom;
     };
-    // What shares the height with nothing takes all of it.
+    // What shares its height with nothing takes all of it.
     m_row->setHidden(m_shares && std::none_of(m_seats.begin(), m_seats.end(), inRow));
     m_rows->setSizes(sizes);
 }

@@ -86,7 +86,7 @@ AreaStage::~AreaStage()
 
 void AreaStage::show(Area* root, const std::vector<Area*>& others)
 {
-    // A widget that gets another parent gives the keyboard up.
+    // A widget that gets a new parent loses the keyboard focus.
     const QPointer<QWidget> focus = window()->focusWidget();
     std::set<unsigned long> shown, alive;
     for (const Area* other : others)

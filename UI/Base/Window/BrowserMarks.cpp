@@ -121,7 +121,7 @@ void BrowserMarks::mark(bool reveal)
     update(reveal);
 }
 
-// The tree keeps the marks of the others.
+// The tree keeps the selection of the others.
 void BrowserMarks::rowsCame(const QModelIndex& parent, int first, int last)
 {
     if (!m_session)
@@ -131,7 +131,7 @@ void BrowserMarks::rowsCame(const QModelIndex& parent, int first, int last)
     const auto isMarked = [&](const Vs::SelectionSet& set, const std::string& id) {
         return !set.empty() && (set.components().has(id) || set.components().hasBelow(id));
     };
-    // To look at all that is marked may be less work.
+    // Going through everything that is marked may be less work.
     bool isMarkedAgain = static_cast<size_t>(last - first) >= selected.size() + collected.size();
     for (int row = first; row <= last && !isMarkedAgain; ++row)
         if (const Vs::Component* component = m_model->component(m_model->index(row, 0, parent)))

@@ -21,7 +21,8 @@ namespace {
 
 constexpr int kIconSize = 32;
 
-/// A little box seen from a corner, or three of them for an assembly; the tones read on light and on dark.
+/// A small box seen from a corner, or three of them for an assembly; the tones are readable on light and
+/// dark.
 QPixmap drawBox(int boxes)
 {
     QPixmap picture(kIconSize, kIconSize);
@@ -51,7 +52,7 @@ QPixmap drawBox(int boxes)
     return picture;
 }
 
-/// A box with a sign of warning before it.
+/// A box with a warning sign in front.
 QPixmap drawDamagedBox()
 {
     QPixmap picture = drawBox(1);
@@ -66,7 +67,7 @@ QPixmap drawDamagedBox()
     return picture;
 }
 
-/// A little camera, in the tones of the boxes.
+/// A small camera, in the tones of the boxes.
 QPixmap drawCamera()
 {
     QPixmap picture(kIconSize, kIconSize);
@@ -81,7 +82,7 @@ QPixmap drawCamera()
     return picture;
 }
 
-// What an index points at if it is no component: the folder, or one of the views, which the row tells.
+// What an index points at if it isn't a component: the folder, or one of the views, which the row identifies.
 const char kFolder = 0, kView = 0;
 
 bool pointsAt(const QModelIndex& index, const char& mark)
@@ -350,7 +351,7 @@ void BrowserModel::assetComponentsChanged(Vs::ComponentsEvent* event)
     if (event->asset() != m_asset)
         return;
     const Vs::ComponentsEvent::Changes& changes = event->changes();
-    // What a filter leaves may be other components now, of which nobody could tell which come and go.
+    // A filter may now leave different components, and nobody can tell which were added or removed.
     if (changes.all || m_rows.isFiltered()) {
         // The view opens again what was open, by the components' ids.
         beginResetModel();

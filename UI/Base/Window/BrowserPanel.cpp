@@ -59,7 +59,7 @@ constexpr const char* kNameArgument = "NamedViewName";
 constexpr const char* kNewViewNameArgument = "NewNamedViewName";
 constexpr const char* kNewNameArgument = "NewName";
 
-/// Where a click means to pick for a tool, it doesn't begin to rename what is picked already.
+/// Where a click picks for a tool, it doesn't start renaming what is already picked.
 class Tree : public QTreeView
 {
 public:
@@ -195,11 +195,11 @@ void BrowserPanel::reopen()
             m_open.erase(id);
     }
     m_tree->expand(m_model->rootIndex());
-    // A reset has taken the marks away; what is still there gets them back.
+    // A reset has cleared the selection; what is still there gets it back.
     m_marks->mark(true);
 }
 
-/// Opens the branches that lead to what the filter has found, as far as anybody will look.
+/// Expands the branches that lead to what the filter has found, as far as anybody will look.
 void BrowserPanel::showFound()
 {
     constexpr size_t kMost = 200;

@@ -71,7 +71,7 @@ public:
     }
 
 private:
-    /// Many parts of one name stand beside each other.
+    /// Many parts of the same name are next to each other.
     bool passes(const std::wstring& name)
     {
         if (&name != m_last) {
@@ -259,8 +259,7 @@ void BrowserRows::insert(Row& parent, const Run& run)
 {
     std::vector<std::unique_ptr<Row>> rows;
     rows.reserve(run.ids.size());
-    if (run.ids.size() >
-        m_byId.size()) // Otherwise thousands that come have the table made anew again and again.
+    if (run.ids.size() > m_byId.size()) // Otherwise adding thousands would rehash the table again and again.
         m_byId.reserve(m_byId.size() + run.ids.size());
     for (const std::string& id : run.ids) {
         rows.push_back(std::make_unique<Row>(&parent, id));

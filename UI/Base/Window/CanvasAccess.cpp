@@ -48,7 +48,7 @@ const Side* sideOf(const QString& name)
     return found == std::end(kSides) ? nullptr : found;
 }
 
-/// The cube is drawn in the canvas and no widget, so nobody else tells of it.
+/// The cube is drawn in the canvas and is not a widget, so nobody else reports it.
 class CubeInterface : public QAccessibleInterface, public QAccessibleActionInterface
 {
 public:

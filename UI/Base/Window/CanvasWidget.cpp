@@ -45,7 +45,7 @@ namespace {
 
 /// What parts arrive meanwhile is shown this often.
 constexpr int kContentInterval = 60;
-/// A camera that has not moved for so long stands still.
+/// A camera that has not moved for this long counts as still.
 constexpr int kStillInterval = 180;
 constexpr double kRadiansPerDegree = 0.017453292519943295;
 
@@ -183,7 +183,7 @@ private:
         const bool trackpad = wheel.pointingDevice()->type() == QInputDevice::DeviceType::TouchPad;
         if (!trackpad || wheel.modifiers() != Qt::NoModifier)
             return false;
-        // Where the driver tells no pixels, a notch of a wheel is that many of them.
+        // Where the driver reports no pixels, a notch of the wheel counts as this many.
         constexpr double kPixelsOfOneNotch = 40.0;
         const QPointF moved = wheel.hasPixelDelta() ? QPointF(wheel.pixelDelta())
                                                     : QPointF(wheel.angleDelta()) / 120.0 * kPixelsOfOneNotch;
@@ -243,8 +243,8 @@ public:
 protected:
     bool event(QEvent* event) override { return m_link.handle(event) || QOpenGLWidget::event(event); }
 
-    // The base draws at each resize at once, while a layout goes from size to size until all have found room;
-    // the picture is made when the window draws.
+    // The base class draws at once at each resize, while a layout goes through several sizes until everything
+    // has found room; the picture is made when the window draws.
     void resizeEvent(QResizeEvent* event) override
     {
         m_resizing = true;
@@ -279,8 +279,8 @@ protected:
             target.grid = target.gridOrigin = true;
         target.width = m_link.canvas().pixelWidth();
         target.height = m_link.canvas().pixelHeight();
-        // Where the processor draws, a camera on its way must not wait for what costs much; the picture that
-        // follows when it stands still has it all.
+        // Where the processor draws, a moving camera must not wait for expensive effects; the picture that
+        // follows when it stands still has them all.
         const bool software = m_renderer->drawsInSoftware();
         const bool rich = !software || !m_link.moving() || m_richTime <= kFluentTime;
         if (rich)
@@ -322,7 +322,7 @@ private:
         format.setSamples(samples);
         format.setAttachment(QOpenGLFramebufferObject::Depth);
         m_smooth = std::make_unique<QOpenGLFramebufferObject>(size, format);
-        // A driver that has no room draws without.
+        // A driver that lacks the memory draws without.
         if (!m_smooth->isValid() || m_smooth->format().samples() <= 1)
             m_smooth.reset();
     }

@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kRadius = 3, kThickness = 1.4, kTickThickness = 2;
 
-/// Of a box that is one unit wide and high.
+/// For a box one unit wide and high.
 constexpr QPointF kTick[] = {{0.24, 0.52}, {0.43, 0.72}, {0.77, 0.30}};
 constexpr QPointF kDash[] = {{0.27, 0.5}, {0.73, 0.5}};
 

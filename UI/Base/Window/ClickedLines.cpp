@@ -10,7 +10,7 @@
 namespace Vu {
 namespace {
 
-/// Who ends a panel is told by what becomes of that one.
+/// Whoever ends a panel sees what becomes of it.
 bool endsAnother(const CommandDefinition& definition)
 {
     return definition.id() == L"CommitCommand" || definition.id() == L"CancelCommand";

@@ -13,7 +13,7 @@
 namespace Vu {
 namespace {
 
-/// Reads from the bottom upwards if it stands upright.
+/// Reads from the bottom up if it is vertical.
 class BarButton : public QToolButton
 {
 public:

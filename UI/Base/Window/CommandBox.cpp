@@ -33,7 +33,7 @@ namespace {
 constexpr qsizetype kLongestHistory = 200;
 constexpr int kVisibleCandidates = 10;
 constexpr int kOutputHeight = 140;
-/// A script that prints without end must not take all memory.
+/// A script that prints endlessly must not use up all memory.
 constexpr int kMostLines = 10000;
 
 QString commonStart(const QStringList& texts)
@@ -368,7 +368,7 @@ void CommandBox::run()
         return;
     const Vs::TextCommandResult result =
         Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line.toStdWString(), true);
-    // Now that it is known what of it was a secret.
+    // Only now, since what was secret in it is known by now.
     remember(QString::fromStdWString(Vs::TranscriptSecrets::hidden(line.toStdWString())));
     showClicked({});
     const bool failed = result.first != 0;

@@ -23,7 +23,7 @@
 namespace Vu {
 namespace {
 
-/// Behind a text that opens a list.
+/// After a text that opens a list.
 constexpr const char16_t* kListSign = u" \u25be";
 
 QString keysOf(const CommandDefinition& definition, const Info& info)
@@ -36,7 +36,7 @@ QString keysOf(const CommandDefinition& definition, const Info& info)
     return keys;
 }
 
-/// Under the title, a paragraph each.
+/// Below the title, one paragraph each.
 QStringList paragraphs(const Info& info, const ToolTipInfo& tooltip)
 {
     QStringList paragraphs;
@@ -186,8 +186,7 @@ bool CommandButton::event(QEvent* event)
     return QToolButton::event(event);
 }
 
-/// A corner marks what opens a list, where no arrow does: a command that runs at once may have the same
-/// picture.
+/// Without an arrow, a corner marks what opens a list: a command that runs at once may have the same picture.
 void CommandButton::paintEvent(QPaintEvent* event)
 {
     QToolButton::paintEvent(event);
@@ -233,7 +232,7 @@ void CommandButton::draw()
     setVisible(m_control->visible() && m_fits);
     const auto* button = Vs::cast<ButtonControl>(m_control);
     const bool lit = m_control->active() || (button && button->checked()) || runs(*m_definition);
-    // A button that is no longer checkable would keep the look of a checked one.
+    // A button that is no longer checkable would still look checked.
     setChecked(false);
     setCheckable(lit);
     setChecked(lit);

@@ -18,7 +18,7 @@
 namespace Vu {
 namespace {
 
-/// A name that holds "&", as files may have it, is no mark of a letter.
+/// An "&" in a name, which files may have, doesn't mark a letter.
 QString menuText(const std::wstring& name)
 {
     return QString::fromStdWString(name).replace(QLatin1Char('&'), QLatin1String("&&"));

@@ -28,7 +28,7 @@
 namespace Vu {
 namespace {
 
-/// So that usual texts of lists and of selections are seen whole.
+/// So that typical texts of lists and selections are fully visible.
 constexpr int kWidth = 370;
 /// From the canvas's edges.
 constexpr int kDistance = 12;
@@ -64,8 +64,8 @@ Problem problemOf(const CommandBase& command)
     return {};
 }
 
-/// What is only missing can wait where there are steps to be kept; what is wrong is mended first, or what was
-/// there before it would be taken for it.
+/// What is only missing can wait where there are steps to keep; what is wrong must be corrected first, or the
+/// previous value would be taken for it.
 bool mayCommit(CommandBase& command, const Problem& problem)
 {
     return problem.text.isEmpty() || (!problem.isError && command.getPossibleMidCommandUndoContext() ==
@@ -166,7 +166,8 @@ CommandBase* CommandPanel::wanted() const
 
 void CommandPanel::commandsChanged()
 {
-    // What ended is let go at once, before it is deleted; what began is shown at the end of the event.
+    // A command that ended is released at once, before it is deleted; one that began is shown at the end of
+    // the event.
     CommandBase* const command = wanted();
     if (m_command && command != m_command)
         close();

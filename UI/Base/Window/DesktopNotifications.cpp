@@ -28,7 +28,7 @@ QDBusMessage call(const QString& method)
     return QDBusMessage::createMethodCall(kService, kPath, kService, method);
 }
 
-/// Low 0, normal 1, critical 2, as the interface counts them.
+/// Low 0, normal 1, critical 2, by the interface's definition.
 uchar urgencyOf(const Vs::Notification& notification)
 {
     switch (notification.type().kind()) {

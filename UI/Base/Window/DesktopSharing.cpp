@@ -24,7 +24,7 @@ namespace {
 
 using Step = std::function<void()>;
 
-/// A desktop without a portal has nobody who would say so at once.
+/// On a desktop without a portal, nobody reports that at once.
 constexpr int kPatience = 5000; ///< In milliseconds.
 /// The window to stand over is named only where the desktop knows it by a handle, which ours isn't.
 const QString kNoWindow;

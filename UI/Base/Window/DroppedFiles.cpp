@@ -19,7 +19,7 @@ constexpr size_t kMany = 20;
 constexpr const wchar_t* kOpenCommand = L"OpenDocumentCommand";
 constexpr const wchar_t* kHomeCommand = L"ManagementShellCommand";
 
-/// Behind the event that dropped the files: a source that waits for the drop to end must not wait for a load.
+/// After the event that dropped the files: a source that waits for the drop to end must not wait for a load.
 void run(CommandDefinition* definition, const std::wstring& path)
 {
     CommandContext context = CommandContext::activeContext();
@@ -76,7 +76,7 @@ void openDroppedFiles(const std::vector<std::wstring>& paths)
     CommandDefinition* home = CommandDefinitionMgr::get()->findCommandDefinitionById(kHomeCommand);
     if (!open)
         return;
-    // Behind the event that dropped the files: a source that waits for the drop to end must not wait for an
+    // After the event that dropped the files: a source that waits for the drop to end must not wait for an
     // answer.
     Application::get()->deferredTasks()->post([open, home, paths] { openAll(open, home, filesOf(paths)); });
 }

@@ -31,7 +31,7 @@ FocusFrame::FocusFrame(QWidget* view) : QWidget(view)
     view->installEventFilter(this);
 }
 
-/// Only its four strips: what lies between them isn't painted anew with each picture.
+/// Only its four strips: what lies between them isn't repainted with each picture.
 void FocusFrame::cover()
 {
     setGeometry(parentWidget()->rect());

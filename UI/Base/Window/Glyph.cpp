@@ -13,7 +13,7 @@
 namespace Vu {
 namespace {
 
-/// All signs are drawn in a square of this side, whose middle is the origin.
+/// All glyphs are drawn in a square of this side, centred on the origin.
 constexpr double kSide = 24;
 constexpr double kRadius = 9;
 
@@ -78,7 +78,7 @@ void drawSign(QPainter& painter, Glyph glyph)
     }
 }
 
-/// `scale` is how many pixels a unit is: a line of less than one and a half of them fades.
+/// `scale` is the number of pixels per unit: a line thinner than one and a half of them looks faint.
 void draw(QPainter& painter, Glyph glyph, const QColor& colour, double scale)
 {
     constexpr double kWidth = 1.8, kLeastPixels = 1.5;

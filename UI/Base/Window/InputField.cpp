@@ -275,7 +275,7 @@ public:
         m_clear->setFixedWidth(kBesideWidth);
         PlainText::setTooltip(m_clear, tip);
         m_clear->setAccessibleName(tip);
-        // It has its keys, so that it is no stop on the way through the panel.
+        // It has its own keys, so it isn't a tab stop in the panel.
         m_clear->setFocusPolicy(Qt::NoFocus);
         add(m_clear);
         connect(m_clear, &QToolButton::clicked, this, &SelectionField::clear);

@@ -20,7 +20,7 @@ namespace Vu {
 namespace {
 
 constexpr int kColumns = 3;
-/// The place that stays free around it.
+/// The margin around it.
 constexpr int kBorder = 24;
 
 struct KeyRow

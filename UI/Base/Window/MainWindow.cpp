@@ -61,7 +61,7 @@ namespace {
 
 constexpr int kFirstWidth = 1280;
 constexpr int kFirstHeight = 800;
-/// About what a window manager adds at the top.
+/// About what a window manager's frame adds at the top.
 constexpr int kTitleBar = 36;
 constexpr int kMessageTime = 15000;
 constexpr const wchar_t* kExitCommand = L"ExitApplicationCommand";
@@ -108,7 +108,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
     m_message->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_message->setContentsMargins(kMargin, 0, 0, 0);
     showIn(m_message, {});
-    // A long message must not make the window wider.
+    // A long message must not widen the window.
     m_message->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     statusBar()->addWidget(m_message, 1);
     m_readOnly->setObjectName(QStringLiteral("readOnly"));

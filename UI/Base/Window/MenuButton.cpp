@@ -35,7 +35,7 @@ void MenuButton::draw()
 {
     const MenuHead head = headOf(m_item);
     QString title = fontMetrics().elidedText(head.title, Qt::ElideMiddle, kLongestTitle);
-    // An ampersand in a name is no letter's mark.
+    // An ampersand in a name doesn't mark a letter.
     title.replace(QLatin1Char('&'), QStringLiteral("&&"));
     setText(title + QString::fromUtf16(u" \u25be"));
     setAccessibleName(head.title);

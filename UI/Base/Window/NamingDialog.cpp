@@ -67,7 +67,7 @@ void NamingDialog::accept()
         QDialog::accept(); // NOLINT(bugprone-parent-virtual-call)
         return;
     }
-    // Qt's own question would take the name for HTML if it looks like that.
+    // Qt's own question would take the name for HTML if it looks like it.
     setOption(DontConfirmOverwrite);
     QFileDialog::accept();
 }

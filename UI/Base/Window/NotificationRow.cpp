@@ -107,7 +107,7 @@ void NotificationRow::addHead(QBoxLayout& column)
     QLabel* title = PlainText::label(this, shortened(m_notification->title()));
     title->setObjectName(QStringLiteral("notificationTitle"));
     title->setWordWrap(true);
-    // A long word must not make the list wider.
+    // A long word must not widen the list.
     title->setMinimumWidth(1);
     head->addWidget(title, 1, Qt::AlignTop);
     QLabel* time = PlainText::label(this, timeText());

@@ -107,7 +107,7 @@ PanelFrame::PanelFrame(QWidget* parent)
     m_close->setAccessibleName(told("PanelClose", "Hide"));
     PlainText::setTooltip(m_close, m_close->accessibleName());
     connect(m_close, &QToolButton::clicked, this, [this] { close(); });
-    // A long title must not make the panel wider.
+    // A long title must not widen the panel.
     m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto* row = new QHBoxLayout(m_head);
     row->setContentsMargins(kMargin + 2, 1, 2, 1);

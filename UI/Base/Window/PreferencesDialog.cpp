@@ -112,7 +112,7 @@ PreferencesDialog::PreferencesDialog(QWidget* parent)
     middle->addWidget(m_scroll, 1);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
-    // The style's picture is black on whatever ground.
+    // The style's picture is black on any background.
     buttons->button(QDialogButtonBox::Close)->setIcon({});
     QPushButton* defaults =
         buttons->addButton(told("PreferencesDefaults", "Restore Defaults"), QDialogButtonBox::ResetRole);
@@ -152,7 +152,7 @@ bool PreferencesDialog::enterPage(int page)
     return false;
 }
 
-/// From the list, the keys go on in the page that it leads to, not in the first one.
+/// From the list, the keyboard moves on to the page that it leads to, not to the first one.
 bool PreferencesDialog::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == m_pages && event->type() == QEvent::KeyPress) {

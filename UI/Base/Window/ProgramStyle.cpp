@@ -30,7 +30,7 @@ bool drawFramed(const QStyleOption* option, Draw&& draw)
     return true;
 }
 
-/// Fusion's is a faint shade, which is lost on what is checked or selected.
+/// Fusion's is a faint shade, which is invisible on what is checked or selected.
 void drawFocus(const QStyleOption& option, QPainter& painter)
 {
     if (!(option.state & QStyle::State_KeyboardFocusChange))

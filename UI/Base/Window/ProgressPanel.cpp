@@ -20,7 +20,7 @@ namespace {
 constexpr int kBarWidth = 180;
 constexpr int kBarHeight = 14;
 constexpr int kSteps = 1000;
-/// A file's long name must not make the window wider.
+/// A long file name must not widen the window.
 constexpr int kLongestText = 420;
 } // namespace
 
@@ -131,7 +131,7 @@ bool BusyFilter::eventFilter(QObject* object, QEvent* event)
             event->accept();
             return true;
         }
-        // Otherwise a letter that is a hot key as well never comes as a key.
+        // Otherwise a letter that is also a hot key never arrives as a key press.
         return !qobject_cast<QLineEdit*>(QApplication::focusWidget());
     case QEvent::KeyRelease:
     case QEvent::Shortcut:

@@ -186,7 +186,7 @@ void PropertiesPanel::sessionClosed(SessionEvent*)
     refreshSoon();
 }
 
-// All that is selected is read for one number.
+// The whole selection is read for one number.
 void PropertiesPanel::assetComponentsChanged(Vs::ComponentsEvent* event)
 {
     const bool shownStays = isVisible() && !m_followed.empty() && !m_measuresLater &&

@@ -44,7 +44,7 @@ PropertyValues::Kind kindOf(Leaf leaf, const Vs::Component& component)
 bool isFlat(const Vs::BodyMesh& mesh)
 {
     constexpr size_t kMost = 1'000'000;
-    // Normals are kept with the precision of a float.
+    // Normals have the precision of a float.
     constexpr float kSameDirection = 1e-5f;
     if (mesh.triangles.size() > kMost)
         return false;
@@ -180,7 +180,7 @@ private:
 
     void addPlace(const GkPoint3d& place)
     {
-        // What was turned has lost its last digits.
+        // Rotation has cost the last digits.
         constexpr double kDigits = 1e9;
         const double places[] = {place.x, place.y, place.z};
         for (size_t axis = 0; axis < 3; ++axis)

@@ -80,7 +80,7 @@ int QtDialogs::askMessage(const std::wstring& title, const std::wstring& text, i
     box.setIconPixmap(pictureOf(icon, box.devicePixelRatioF()));
     if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
         label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-        // A single line stands beside the middle of the picture.
+        // A single line is centred beside the picture.
         label->setMinimumHeight(kPictureSide);
     }
     constexpr int kBorder = 16;

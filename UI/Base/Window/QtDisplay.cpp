@@ -150,7 +150,7 @@ void QtDisplay::showAbout(const std::wstring& title, const std::wstring& text, Q
     }
     box->setStandardButtons(QMessageBox::Ok);
     box->setEscapeButton(QMessageBox::Ok);
-    // It copies, and leaves the box where it is.
+    // It copies, and leaves the original in place.
     QPushButton* copy =
         box->addButton(QString::fromStdWString(localized("AboutCopy", "Copy")), QMessageBox::ActionRole);
     copy->disconnect();

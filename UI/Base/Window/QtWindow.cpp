@@ -13,7 +13,7 @@
 namespace Vu {
 namespace {
 
-/// Whoever waited less has hardly gone elsewhere, in milliseconds.
+/// In milliseconds: whoever has waited less has hardly gone elsewhere.
 constexpr qint64 kLongWork = 4000;
 constexpr qint64 kSecond = 1000;
 
@@ -44,7 +44,7 @@ public:
     bool cancelled() const override { return m_panel->cancelled(); }
 
 private:
-    /// To who is elsewhere.
+    /// For a user who is elsewhere.
     void tellEnd() const
     {
         Vs::NotificationRequest request;

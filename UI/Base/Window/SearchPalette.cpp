@@ -24,7 +24,7 @@ namespace {
 
 constexpr int kWidth = 760;
 constexpr int kHeight = 420;
-/// The place that stays free around it.
+/// The margin around it.
 constexpr int kBorder = 24;
 /// Of the width, in per cent; the line has the rest.
 constexpr int kTitleShare = 45;

@@ -32,7 +32,7 @@ GkPoint3d pointAt(const std::vector<float>& list, size_t index)
 
 Measured measureFace(const Vs::BodyMesh& mesh, const Vs::BodyMesh::Face& face)
 {
-    // Normals are kept with the precision of a float.
+    // Normals have the precision of a float.
     constexpr double kSameDirection = 1e-6;
     Measured measured;
     GkVector3d first;

@@ -45,7 +45,7 @@ QToolButton* listButton(const char* name, const QString& what, QWidget* parent)
     return button;
 }
 
-/// A label that gives way when there is little room.
+/// A label that shrinks when there is little room.
 QLabel* field(const char* name, QWidget* parent)
 {
     QLabel* label = PlainText::label(parent);

@@ -40,7 +40,7 @@ TextField::TextField(CommandInputBase* input, QWidget* parent)
     m_list->setProperty("flat", true);
     m_list->setText(QString(QChar(u'\u25be')));
     m_list->setFixedWidth(kBesideWidth);
-    // The Down key opens it, so that it is no stop on the way through the panel.
+    // The Down key opens it, so it isn't a tab stop in the panel.
     m_list->setFocusPolicy(Qt::NoFocus);
     m_list->setPopupMode(QToolButton::InstantPopup);
     m_list->setMenu(m_menu);
@@ -85,7 +85,7 @@ void TextField::show(const CommandInputBase& input, bool failed)
 {
     m_line->setReadOnly(input.readOnly());
     m_list->setVisible(hasList(input));
-    // What makes no sense stays there, to be mended. To set the same text would drop what is marked in it.
+    // What makes no sense stays there to be corrected. Setting the same text would drop the selection in it.
     const QString text = QString::fromStdWString(input.displayText());
     if (!m_edited && !input.refused() && m_line->text() != text)
         m_line->setText(text);

@@ -19,10 +19,10 @@ namespace {
 struct Shades
 {
     QRgb window, base, alternate, button, text;
-    QRgb quiet;    ///< Of text that matters less: a contrast of 4.5 with all grounds, as any text has.
+    QRgb quiet;    ///< Of secondary text: a contrast of 4.5 with all backgrounds, like any text.
     QRgb disabled; ///< Of text that has to be readable only in passing.
-    QRgb line;     ///< Of what divides and needn't be seen to be used.
-    QRgb frame;    ///< Of the frames of controls: a contrast of 3 with all grounds.
+    QRgb line;     ///< Of separators, which needn't be seen to be used.
+    QRgb frame;    ///< Of the frames of controls: a contrast of 3 with all backgrounds.
     QRgb accent, onAccent, error;
 };
 

@@ -136,7 +136,7 @@ void ToastStack::tick()
         toast->setProperty(kLeft, left);
         if (left > 0)
             continue;
-        // It was before the user's eyes; what wants an answer or care is counted until the list was opened.
+        // The user has seen it; what needs an answer or attention is counted until the list is opened.
         if (notification->type().kind() == Vs::NotificationType::Information)
             Vs::NotificationCenter::get()->markSeen(notification);
         take(notification);

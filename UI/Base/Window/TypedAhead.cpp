@@ -50,7 +50,7 @@ bool TypedAhead::eventFilter(QObject* object, QEvent* event)
     if (event->type() != QEvent::KeyPress || event == m_sent || !object->isWindowType())
         return false;
     const bool waits = m_held > 0 || m_sent || !m_keys.empty();
-    // Escape is for who runs the work, and what asks something while it runs has to be answered.
+    // Escape is for whoever runs the work, and questions asked while it runs have to be answered.
     if (!waits || static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape ||
         QApplication::activeModalWidget() || QApplication::activePopupWidget() || !goesIntoField(object))
         return false;

@@ -30,10 +30,9 @@ constexpr std::array<PlacementName, 6> kPlacements = {{
     {EPlacement::Floating, "floating"},
 }};
 constexpr int kLargestExtent = 4000;
-/// Farther away no screen reaches.
+/// No screen reaches farther.
 constexpr int kLargestCoordinate = 32000;
-/// Deeper nesting is no layout that anybody can look at; a bound keeps a hostile file from using up the
-/// stack.
+/// Nobody can use a layout nested more deeply; the bound keeps a hostile file from exhausting the stack.
 constexpr int kDeepest = 32;
 
 QLatin1String nameOf(EPlacement placement)
@@ -188,7 +187,7 @@ Layout* Layout::load(const std::wstring& path, const std::wstring& filter, Vs::S
     if (xml.open())
         LayoutReader(filter, xml).readChildren(*layout, 0);
     if (xml.broken()) {
-        // What was read before the fault is not the layout that its author meant.
+        // What was read before the error is not the layout that its author intended.
         layout = std::make_unique<Layout>();
         layout->addChild(std::make_unique<Area>(L"Canvas", Area::graphicsCanvas()));
     } else if (layout->children().empty()) {

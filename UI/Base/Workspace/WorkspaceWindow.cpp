@@ -80,7 +80,7 @@ void WorkspaceWindow::show()
     Vs::assertMainThread();
     if (!m_data->window) {
         Application::get()->needGui();
-        ProgressBar::get(); // From now on there is somewhere to show progress.
+        ProgressBar::get(); // From now on progress can be shown.
         m_data->window = Display::get()->makeWindow(this);
         m_data->warnings.emplace([](const std::wstring& text) {
             // From any thread; the window is the main one's.

@@ -133,7 +133,7 @@ void AutoSaver::documentClosed(DocumentEvent* event)
     if (event->timing() != Timing::Before || found == m_documents.end())
         return;
     Watched& watched = found->second;
-    // What isn't wanted is kept for a day as it was. Otherwise nobody waits for a child at idle priority: a
+    // What isn't wanted is kept for a day as it was. Otherwise nobody waits for a child at low priority: a
     // script goes on, and in a window this process is quicker.
     if (m_running && m_running->document == document) {
         if (watched.declined && !m_withoutLoop)

@@ -9,7 +9,7 @@ namespace Vu {
 
 namespace {
 
-/// Observers may come and go from inside a call of one.
+/// Observers may be added and removed from inside a call of one.
 struct Observers
 {
     std::vector<ICommandObserver*> list;

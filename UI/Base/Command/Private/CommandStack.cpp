@@ -34,7 +34,7 @@ Stacks& allStacks()
     return *stacks;
 }
 
-/// Of these, those that have a simple command do its work: of thousands, one or none.
+/// Those of them that are executing a simple command: one or none of thousands.
 Stacks& executingStacks()
 {
     static auto* const stacks = new Stacks;
@@ -47,8 +47,8 @@ uint64_t nextNumber()
     return ++last;
 }
 
-/// Those that have run a command which was called in the session of another stack, or in one though they have
-/// none.
+/// Those that have run a command called in another stack's session, or in a session though they have none
+/// themselves.
 std::unordered_set<const CommandStack*>& stacksOfVisitors()
 {
     static auto* const stacks = new std::unordered_set<const CommandStack*>;
@@ -64,8 +64,8 @@ bool startedInCanvas(const CommandBase* command)
 
 } // namespace
 
-/// Counts the calls that are inside the stack's functions. When the outermost one returns, the stack comes to
-/// rest, or goes, if its manager went meanwhile.
+/// Counts the calls that are inside the stack's functions. When the outermost one returns, the stack settles,
+/// or is deleted if its manager has gone meanwhile.
 class CommandStack::UnderWay
 {
 public:
@@ -82,7 +82,7 @@ private:
     CommandStack& m_stack;
 };
 
-/// While it lives, no suspended command is resumed because the one above it went.
+/// While this exists, no suspended command is resumed because the one above it ended.
 class CommandStack::MakingRoom
 {
 public:
@@ -125,7 +125,7 @@ void CommandStack::close()
     }
 }
 
-/// A command may go on without the session that it was called in, as a script does that closes it.
+/// A command may outlive the session that it was called in, like a script that closes it.
 void CommandStack::forget(const AssetSession* session) const
 {
     for (const auto* commands : {&m_executing, &m_commands})
@@ -196,7 +196,7 @@ CommandBase* CommandStack::create(CommandDefinition* definition, const CommandCo
 
 namespace {
 
-/// What only looks at the model sees what became of it by an undo as well.
+/// A command that only inspects the model also sees the result of an undo.
 bool outlastsSteps(const CommandBase& running)
 {
     const CommandDefinition* definition = running.commandDefinition();
@@ -221,7 +221,7 @@ std::vector<CommandBase*> CommandStack::leavingFor(CommandBase* command) const
                                             [](const auto* running) { return outlastsSteps(*running); }))
         return {};
     if (behavior == EStackingBehavior::OverCategory) {
-        // A tool that was chosen comes back when the one that a mouse button holds goes.
+        // A chosen tool comes back when the one held by a mouse button ends.
         const bool held = startedInCanvas(command);
         first = std::find_if(m_commands.begin(), m_commands.end(), [&](const CommandBase* running) {
             return running->m_category == command->m_category &&
@@ -245,8 +245,8 @@ void CommandStack::makeRoomFor(CommandBase* command, bool stays)
     {
         MakingRoom making(*this);
         endAll(leavingFor(command), ETerminationReason::Cancel, problems);
-        // A command may start others as it goes or is put to sleep. They stay, beneath the new one, as long
-        // as the rules hold; one that never stops doing so must not stop the program.
+        // A command may start others as it ends or is suspended. They stay, beneath the new one, as long as
+        // the rules allow; one that never stops doing so must not hang the program.
         constexpr int kPatience = 16;
         for (int i = 0; i < kPatience; ++i) {
             if (stays && !m_commands.empty() && m_commands.back()->isActive()) {
@@ -307,7 +307,7 @@ void CommandStack::begin(CommandBase* command, Vs::Status& status)
         if (Command* withInputs = Vs::cast<Command>(command))
             withInputs->createCommandInputs();
         command->onBegin();
-        // What changes nothing has no steps: all that is selected would be written down for them.
+        // A command that changes nothing has no steps, for which the whole selection would be written down.
         if (command->commandInputSet() && !command->commandDefinition()->readonly())
             CommandSteps::of(*command);
     });
@@ -356,7 +356,7 @@ void CommandStack::resumeTop()
         return;
     CommandInUse inUse(command);
     Vs::Status problems;
-    // Told while it still counts as suspended: if it ends itself here, it isn't deactivated a second time.
+    // Called while it still counts as suspended: if it ends itself here, it isn't deactivated a second time.
     if (!guarded(problems, [&] { command->onResume(); }))
         end(command, ETerminationReason::Cancel, problems);
     else if (command->m_state == CommandBase::State::Suspended && m_commands.back() == command)

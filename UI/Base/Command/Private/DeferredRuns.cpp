@@ -70,7 +70,7 @@ bool DeferredRuns::add(CommandMgr* manager, CommandDefinition* definition, const
     Vs::Tasks* tasks = CommandHost::get()->deferredTasks();
     if (!tasks)
         return false;
-    // What runs as a part of something that is recorded as a whole is no run of its own.
+    // A run inside something that is recorded as a whole is not recorded separately.
     if (!context.partOfCaller() && Vs::TranscriptMgr::get()->takesEntries())
         ++s_added;
     tasks->add(std::make_unique<RunTask>(manager, definition, context));

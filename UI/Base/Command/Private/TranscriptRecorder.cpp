@@ -25,7 +25,7 @@
 namespace Vu {
 namespace {
 
-// Who ends a running command is part of it: its lines say how it ended.
+// A line that ends a running command is part of that command, whose own lines say how it ended.
 constexpr const wchar_t* kEnding[] = {L"CommitCommand", L"CancelCommand"};
 // Its lines are about commands, which record themselves.
 constexpr const wchar_t* kDispatching = L"Commands";
@@ -62,7 +62,7 @@ bool isLedByMouse(const CommandRun& run)
     return held || run.command->onStackingCategory() == StackingCategory::cameraStackingCategory();
 }
 
-/// Whether another command called it to have a value: what comes of it stands among the inputs of that one.
+/// Whether another command called it for a value: the result is among that command's inputs.
 bool isHelper(const CommandRun& run)
 {
     return isInteractive(run) && run.context->commandAccessPoint() == ECommandAccessPoint::Command;
@@ -160,7 +160,7 @@ void TranscriptRecorder::after(const CommandRun& run)
                 Vs::writeTranscriptLine(input);
         m_forwarded = true;
     }
-    // What it has shown of the running tool's preview isn't there when the line is played.
+    // What the running tool's preview has shown isn't there when the line is replayed.
     if (tool && tool->commandDefinition()->id() != CommandDefinition::selectCommandId() && m_around.camera)
         m_around.camera();
     if (m_around.after)

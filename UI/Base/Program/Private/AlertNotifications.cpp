@@ -43,7 +43,7 @@ void AlertNotifications::alertAdded(AlertController* controller, const Alert& al
     request.title = alert.text;
     request.clientID = clientID();
     request.type = typeOf(alert.severity);
-    // The command's panel shows what stands in its way, the status bar what is mere information.
+    // The command's panel shows what blocks it, the status bar mere information.
     request.quiet = alert.blocking || alert.severity == EAlertSeverity::Information;
     if (Vs::Notification* sent = Vs::NotificationCenter::get()->sendNotification(std::move(request)))
         m_origins[sent] = {controller, alert.blocking};

@@ -25,7 +25,7 @@ bool watching = false;
 std::thread::id mainThread;
 QtMessageHandler usualHandler = nullptr;
 
-/// What is open in the middle of a step stays as it was kept before that.
+/// A document in the middle of a step stays as it was kept before that step.
 void keepDocuments()
 {
     // Whoever ends the process from a thread of its own leaves what the last step has left.
@@ -34,7 +34,7 @@ void keepDocuments()
     try {
         static_cast<void>(Vs::AutoSaveController::get()->writeAll());
     } catch (const std::exception&) {
-        return; // That was told, and it is too late to do more.
+        return; // It was reported, and it is too late to do more.
     }
     Vs::DocumentLocks::get()->end();
 }
@@ -74,7 +74,7 @@ void onMessage(QtMsgType type, const QMessageLogContext& context, const QString&
 void SuddenEnd::watch()
 {
     mainThread = std::this_thread::get_id();
-    // Of all that is called at the end, the latest comes first.
+    // Exit handlers run in reverse order.
     on_exit(leave, nullptr);
     if (!watching)
         usualHandler = qInstallMessageHandler(onMessage);

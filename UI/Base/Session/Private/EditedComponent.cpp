@@ -42,7 +42,8 @@ void EditedComponent::show()
     WorkspaceWindow::invalidate(kInvalidateScene);
 }
 
-// A command would take up unseen what can't be picked; and what was clicked to enter is what is entered.
+// A command would pick up, unseen, what can't be picked; and what was clicked to enter it is entered, not
+// selected.
 void EditedComponent::dropSelection()
 {
     m_session.selectionManager()->highlightSet().clear();

@@ -22,7 +22,7 @@ std::wstring asField(std::wstring path)
     return L'"' + path + L'"';
 }
 
-/// None if the text is no list of fields.
+/// None if the text is not a list of fields.
 std::vector<std::wstring> fieldsOf(const std::wstring& text)
 {
     try {
@@ -36,7 +36,7 @@ std::vector<std::wstring> fieldsOf(const std::wstring& text)
     }
 }
 
-/// Null, with an error, if nothing is called so.
+/// Null, with an error, if nothing has that name.
 Vs::StrongRef<Vs::Selection> object(const std::wstring& path, Vs::Asset& asset, Vs::Status& status)
 {
     auto found = Vs::findPath(asset, path, status);
@@ -65,7 +65,7 @@ std::wstring text(const std::vector<std::wstring>& paths)
 std::optional<std::vector<Vs::StrongRef<Vs::Selection>>> objects(const std::wstring& text, Vs::Asset& asset,
                                                                  Vs::Status& status)
 {
-    // A name may hold a bar, so that the text is taken as one path first.
+    // A name may contain a bar, so the text is first taken as one path.
     if (auto only = object(text, asset, status))
         return std::vector{std::move(only)};
     const std::vector<std::wstring> fields = fieldsOf(text);

@@ -89,7 +89,7 @@ Vs::EDocMgmtOpCode SavingHandler::onSavingUnnamed(const Documents& documents)
 
 Vs::EDocMgmtOpCode SavingHandler::onSavingReadOnlyFiles(const Documents& documents)
 {
-    // Whoever had it may have let it go.
+    // Its holder may have released it.
     const auto isFreeAgain = [](Vs::Document* document) {
         auto* locks = Vs::DocumentLocks::get();
         return Vs::HeldFiles::holder(document) && locks->takeAgain(document) && !document->isReadOnly();

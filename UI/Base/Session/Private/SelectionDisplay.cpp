@@ -59,7 +59,7 @@ void SelectionDisplay::assetComponentsChanged(Vs::ComponentsEvent* event)
     WorkspaceWindow::invalidate(kInvalidateScene);
 }
 
-// Parts are told by their numbers, and the same number may mean another part of a body that has changed.
+// Parts are identified by number, and the same number may mean a different part of a body that has changed.
 void SelectionDisplay::dropPointed(const Changes& changes)
 {
     const auto isOfChanged = [&](const Vs::StrongRef<Vs::Selection>& selection) {
@@ -113,7 +113,7 @@ void SelectionDisplay::Layer::selectionSetChanged()
         light();
 }
 
-/// Lights what has been added since.
+/// Highlights what has been added since.
 void SelectionDisplay::Layer::lightAdded()
 {
     for (; m_seen < m_set.size(); ++m_seen) {
@@ -180,7 +180,7 @@ Node* SelectionDisplay::Layer::add(const Vs::StrongRef<Vs::Selection>& selection
     return node;
 }
 
-/// Whether to look at all that the set holds is no more work.
+/// Whether going through the whole set is no more work.
 bool SelectionDisplay::Layer::isMuch(const Changes& changes) const
 {
     return changes.all ||

@@ -14,7 +14,7 @@ namespace {
 
 constexpr const wchar_t* kUndo = L"UndoCommand";
 constexpr const wchar_t* kRedo = L"RedoCommand";
-/// The key of steps that a line of text made by itself.
+/// The key of steps made by a line of text alone.
 constexpr const wchar_t* kTextCommand = L"TextCommand";
 
 bool isWorkedOn(const Vs::Asset* asset)

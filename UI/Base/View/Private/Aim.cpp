@@ -21,7 +21,7 @@ Camera* cameraOf(const GraphicsView& view)
     return fragment && view.canvas() ? fragment->camera() : nullptr;
 }
 
-/// A surface, or where there is none an edge near by: a wire has nothing else.
+/// A surface or, where there is none, a nearby edge: a wire has nothing else.
 std::optional<GkPoint3d> modelPointAt(const GraphicsView& view, const Vs::Point2& place)
 {
     const auto found = SceneSelection::findAll(view.viewNode(), view.modelFragment()->viewFragmentNode(),

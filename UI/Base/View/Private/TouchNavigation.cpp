@@ -19,7 +19,7 @@ namespace {
 constexpr double kPixelsPerUnit = 1.0 / 60.0;
 constexpr double kRadiansPerUnit = 1.5e-4;
 constexpr double kZoomPerUnit = 1.0 / 20000.0;
-/// What a step of a controller takes as the width of a view, in pixels.
+/// What a controller's step takes for the width of a view, in pixels.
 constexpr double kControllerWidth = 1000.0;
 
 Camera* cameraOf(const GraphicsView* view)
@@ -28,7 +28,7 @@ Camera* cameraOf(const GraphicsView* view)
     return fragment ? fragment->camera() : nullptr;
 }
 
-/// What every step ends with. A glide that still plays is overtaken.
+/// The end of every step. A glide still playing is overtaken.
 void stepMade(Camera* camera)
 {
     if (Vs::TranscriptMgr::get()->recordSmoothCameraChange())

@@ -12,7 +12,7 @@ namespace Vu {
 
 namespace {
 
-/// A menu in a menu in a menu is as deep as anybody wants to go.
+/// Three levels of menus are as deep as anybody wants to go.
 constexpr int kDeepest = 4;
 
 void readPlace(XmlFile& xml, std::vector<ToolbarItem>& items)
