@@ -46,7 +46,7 @@ void CancelCmd::onExecute(Vs::Status&)
         return;
     if (CommandBase* command = activeCommandOf(session))
         command->destroy(ETerminationReason::Cancel);
-    // Whatever shows the document refreshes after the abort, even if there was nothing to abort.
+    // Everything that shows the document refreshes after the abort, even if there was nothing to abort.
     tellDocumentUpdated(*session);
 }
 

@@ -295,7 +295,7 @@ const boost::filesystem::path& resourceDirectory()
     return directory;
 }
 
-// What is missing or broken among the files doesn't stop the add-in: the commands work without toolbars.
+// Missing or broken files don't stop the add-in: the commands work without toolbars.
 void CommandsAddIn::load()
 {
     if (boost::filesystem::exists(resourceDirectory())) {

@@ -10,7 +10,7 @@ namespace Vu::Commands {
 void transcribeUuid(CommandContext& context, const Vs::UniqueString* key, const boost::uuids::uuid& made)
 {
     const Vs::TranscriptMgr* transcripts = Vs::TranscriptMgr::get();
-    // Read before it is replaced: a replay may be recorded.
+    // Read before it is replaced, since a replay may be recorded.
     const std::wstring recorded = context.argumentAsString(key);
     if (transcripts->recording())
         context.addArgument(key, Vs::fromUuid(made));

@@ -69,7 +69,7 @@ std::wstring inQuotes(const std::wstring& path)
     return quoted.starts_with(L'"') ? quoted : L'"' + quoted + L'"';
 }
 
-// What was opened from the service, or copied from there, is not in the file that stands for it here.
+// What was opened or copied from the service is not in the local file that stands for it.
 bool letGo(const Vs::AutoSavedFileInfo& file)
 {
     return Vs::AutoSaveController::get()->deleteARecoveryFile(

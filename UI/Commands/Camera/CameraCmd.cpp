@@ -7,7 +7,7 @@
 
 #include <utility>
 
-/// Ends a camera command. Known to the queue by its bare name.
+/// Ends a camera command. The queue knows it by its bare name.
 class TerminateCmdTask : public Vs::Implements<TerminateCmdTask, Vs::Task>
 {
 public:

@@ -10,7 +10,7 @@ namespace Vu::Commands {
 CameraDragCmd::CameraDragCmd(CameraCmdDef* definition, CommandContext* context, Vs::CursorResource* cursor)
     : Implements(definition, context), m_passive(CameraCmdDef::passive(context))
 {
-    // Repeating is for tools that were chosen.
+    // Only tools that were chosen can be repeated.
     repeatable(!m_passive);
     showToolCursor(*this, cursor);
 }

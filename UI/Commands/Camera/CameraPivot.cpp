@@ -34,7 +34,7 @@ bool hasPivot(const Vs::Scene::Camera* camera)
     return camera && camera->pivotEnabled() && UIBaseOptionGroup::get()->cameraPivotEnabled();
 }
 
-/// A picture that keeps its size, and shows faintly through what stands before it.
+/// A picture that keeps its size and shows faintly through what is in front of it.
 class CameraPivotMarker
 {
 public:
@@ -98,7 +98,7 @@ public:
 
     bool run() override
     {
-        // The time counts from the first turn, so that a slow picture doesn't eat it up.
+        // The time counts from the first round, so that a slow picture doesn't use it up.
         if (!m_timer)
             m_timer = std::make_unique<Vs::Utility::timer>();
         if (m_timer->elapsed() < kSecondsShown || !theMarker || !pivotMarkerShown)

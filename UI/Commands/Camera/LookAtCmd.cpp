@@ -23,7 +23,7 @@ namespace Vu::Commands {
 using Vs::Scene::Camera;
 using Vs::Scene::RawHitInfo;
 
-/// The hook to which rules are attached; it has none of its own.
+/// The hook that rules are attached to; it has none of its own.
 class LookAtSelectionFilter : public Vs::Implements<LookAtSelectionFilter, Vs::CompositeSelectionFilter>
 {
 public:
@@ -109,7 +109,7 @@ LookAtCmd::~LookAtCmd()
     CommandInputSetEventSource::get()->unsubscribe(this, CommandBase::commandInputSet());
 }
 
-// Unlike the other camera commands this one needs the selection that the base puts to sleep.
+// Unlike the other camera commands, this one needs the selection, which the base class suspends.
 void LookAtCmd::onActivate()
 {
     Implements::onActivate();
@@ -117,7 +117,7 @@ void LookAtCmd::onActivate()
         selection->resumeSelection();
 }
 
-// Whoever chose it in a face's menu has picked the face already.
+// Whoever chose it from a face's menu has already picked the face.
 void LookAtCmd::onPostActivate()
 {
     Implements::onPostActivate();

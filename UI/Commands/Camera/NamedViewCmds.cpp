@@ -56,7 +56,7 @@ bool modifiableViewSelected()
     return view && view->enableModify();
 }
 
-/// Takes the camera of the named view over, all at once.
+/// Takes over the camera of the named view, all at once.
 void restore(const NamedView& view, Camera& camera)
 {
     const Camera& kept = *view.camera();
@@ -153,7 +153,7 @@ void RemoveNamedViewCmd::onExecute(Vs::Status& status)
         runAndDestroy(DeleteNamedViewRequest::make(ActiveAssetUtils::asset(), name), status);
 }
 
-// The camera is at its end state at once; the transition only plays the way there.
+// The camera reaches its final state at once; the transition only animates the way there.
 void RestoreCameraCmd::onExecute(Vs::Status&)
 {
     NamedViews* views = namedViewsOfAsset();

@@ -183,7 +183,7 @@ double OrbitCmd::computeDeltaZ(const Vs::Point2& position) const
         return across == 0 && down == 0 ? 0.0 : std::atan(down / across);
     };
     double swept = slope(position) - slope(m_lastPosition);
-    // Whichever way it was wrapped, half a turn goes off: that is how this tool feels.
+    // Whichever way it was wrapped, half a turn is subtracted: that is how this tool feels.
     if (std::abs(swept) > kRightAngle)
         swept -= kHalfTurn;
     return -swept;
@@ -226,7 +226,7 @@ void OrbitCmd::mouseUp(MouseEvent* event)
         bringToMiddle(*selection, *selection->hitInfo());
 }
 
-// The camera is at its end state at once; the transition only plays the way there.
+// The camera reaches its final state at once; the transition only animates the way there.
 void OrbitCmd::bringToMiddle(const Vs::Scene::SceneSelection& selection, const RawHitInfo& hit)
 {
     Camera* camera = cameraOf(m_curViewFragmentNode.get());

@@ -35,7 +35,7 @@ PassiveCameraCmdAgent::PassiveCameraCmdAgent()
     m_subscriptions.add(MouseEventSource::get(), this);
 }
 
-// What the command answers is nobody's business: who presses a button in passing wants no message.
+// The command's answer is ignored: whoever presses a button in passing wants no message.
 void PassiveCameraCmdAgent::start(CommandDefinition* definition)
 {
     CommandMgr* manager = CommandMgr::getActiveCommandManager();

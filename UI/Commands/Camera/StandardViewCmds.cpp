@@ -143,7 +143,7 @@ ECommandType StandardViewCmd::onCommandType() const
     return ECommandType::Nested;
 }
 
-// The camera is at its end state at once; the transition only plays the way there.
+// The camera reaches its final state at once; the transition only animates the way there.
 void StandardViewCmd::onExecute(Vs::Status&)
 {
     GraphicsView* view = graphicsViewOf(assetSession());

@@ -36,11 +36,11 @@ bool same(const GkVector3d& a, const GkVector3d& b)
     return a.x == b.x && a.y == b.y && a.z == b.z;
 }
 
-/// What there is to tell, each with its sentence.
+/// The possible complaints, each with its sentence.
 using Faults = std::vector<std::pair<bool, std::wstring>>;
 
-/// What of a camera makes no sense; each is mended when a picture is made, and told so that a script finds
-/// its mistake.
+/// What makes no sense in a camera; each is corrected when a picture is made, and reported so that a script
+/// finds its mistake.
 Faults faultsOf(const Vs::Scene::Camera& camera)
 {
     const GkVector3d along = camera.target() - camera.position();
@@ -56,7 +56,7 @@ Faults faultsOf(const Vs::Scene::Camera& camera)
     };
 }
 
-/// What the camera did not take of what it was told.
+/// Which of the requested values the camera did not accept.
 Faults refusalsOf(const Vs::Scene::Camera& camera, const TextCommandParameters& parameters)
 {
     const auto isPoint = [&](unsigned at, const GkPoint3d& taken) {
@@ -78,8 +78,8 @@ Faults refusalsOf(const Vs::Scene::Camera& camera, const TextCommandParameters& 
     };
 }
 
-/// Empty if the camera is as it was told to be and can be. It is never left without a picture, so what is
-/// told here is for the script to be mended.
+/// Empty if the camera is as requested and valid. It never fails to give a picture, so these reports are for
+/// correcting the script.
 TextCommandResult answerFor(const Vs::Scene::Camera& camera, const TextCommandParameters& parameters)
 {
     std::wstring text;

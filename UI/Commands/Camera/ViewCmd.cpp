@@ -79,7 +79,7 @@ void objectShadow(const Setting& s)     { s.set(&RenderParams::objectShadowType,
 void layoutGrid(const Setting& s)       { s.options.showLayoutGrid(s.on()); }
 // clang-format on
 
-/// Belongs to the picture alone: it is gone with the view.
+/// Belongs to the picture only: it is gone with the view.
 void colorCycling(const Setting& s)
 {
     if (s.view.render)
@@ -182,7 +182,7 @@ void ViewCmd::onExecute(Vs::Status&)
         return;
     row->apply({*commandContext(), view, *GraphicsOptionGroup::get(), row->value, row->text});
     WorkspaceWindow::invalidate(kInvalidateAll);
-    // The lists show another item, and some items can be chosen or not.
+    // The lists show a different item, and some items become available or not.
     CommandEventSource::get()->fireCommandAvailabilitiesChanged();
 }
 

@@ -34,7 +34,7 @@ namespace Vu::Commands {
 namespace {
 
 constexpr const wchar_t* kSender = L"CloudConflict";
-/// How long what waits waits for the drive, before it is tried again.
+/// How long waiting files wait for the drive before they are tried again.
 constexpr int kRetryInterval = 60'000;
 
 /// One notification for each file, which is its sender then.
@@ -48,8 +48,8 @@ void forgetConflict(const boost::filesystem::path& file)
     Vs::NotificationCenter::get()->removeByClientID(senderOf(file));
 }
 
-/// Also below a dialog, which keeps waiting what is deferred; but not in the middle of long work, which may
-/// be about the same files.
+/// Also below a dialog, which holds back deferred tasks; but not in the middle of long work, which may
+/// concern the same files.
 void deliverResults()
 {
     if (ProgressBar::get()->busy())
@@ -70,7 +70,7 @@ std::optional<FilePlace::Answer> placeOf(const boost::filesystem::path& file)
     std::vector<boost::filesystem::path> stack;
     const boost::filesystem::path root =
         Vs::SkyvaultUtilities::currentCachePath(Vs::MeshportAuth::globalInstance());
-    // Of another account, the stack says nothing to a person.
+    // For another account, the path means nothing to a person.
     if (!Vs::SkyvaultUtilities::getRelativeStack(root, file, stack))
         stack.clear();
     answer.folder = answer.place;
@@ -154,7 +154,7 @@ void CloudDocuments::install()
     Vs::QtApplication::maker([] { Application::get()->needGui(); });
     Vs::CloudIdentifiers::source(
         [](const std::wstring& path) { return Vs::CloudCacheManager::getInstance()->identifier(path); });
-    // Where no main loop turns, between two lines.
+    // Without a main loop, between two lines.
     Vs::CloudCacheManager::results().wakeUp([] {
         Application::get()->deferredTasks()->post(&deliverResults);
         if (QCoreApplication* loop = QCoreApplication::instance())
@@ -175,7 +175,7 @@ bool CloudDocuments::isOfDrive(const Vs::Document& document)
 {
     if (document.isCloud() || document.path().empty() || !cloudIsEnabled())
         return document.isCloud();
-    // It is asked for each button again and again, and to look at the disk takes longer than all the rest.
+    // It is asked again and again for each button, and looking at the disk takes longer than all the rest.
     static std::pair<std::wstring, bool> last;
     if (last.first != document.path())
         last = {document.path(), Vs::PathInfo::isPathInCloudCache(document.path())};

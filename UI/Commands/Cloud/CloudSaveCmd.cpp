@@ -82,7 +82,7 @@ bool chooseGiven(const std::wstring& given, const Vs::Document& document, Target
         status.addError(errorText(CloudErrorState::OutsideCache));
         return false;
     }
-    // What differs by the kind of slash alone is looked for as the document's own file.
+    // A path that differs only in the kind of slash counts as the document's own file.
     const bool isOwn = document.isOnDisk() && isSamePath(document.path(), given);
     target.path = isOwn ? document.path() : given;
     target.ensureCloud = target.checkLocal = true;
@@ -130,8 +130,8 @@ bool choose(const std::wstring& given, const Vs::Document& document, Target& tar
     return Vs::DocumentMgr::get() && chooseName(document, target, status);
 }
 
-/// Whether the file has all of the document already, and the drive all of the file: another one would have
-/// another time in it, and be sent for that.
+/// Whether the file already has all of the document, and the drive all of the file: a new file would have a
+/// different time in it, and be sent for that alone.
 bool isAsSaved(const Vs::Document& document)
 {
     for (unsigned i = 0; i < document.assets(); ++i)
@@ -314,7 +314,7 @@ bool CloudSaveCmd::CancelToLocalSaveOnError(const std::wstring& error, const std
     if (!FileDialog::getTranscriptableFilenameForSaveAs(
             cloudFilter(*document), localized("SaveDocumentAsCaption", "Save Document As"), name, context))
         return false;
-    // It is no document of the drive any more.
+    // It is no longer a document of the drive.
     document->path(L"");
     CommandContext local = CommandContext::activeContext();
     local.addArgument(CommandContext::pathArgumentName(), name);

@@ -109,7 +109,7 @@ void CloudLoginCmd::onExecute(Vs::Status&)
     const std::wstring password =
         commandContext()->argumentAsString(CloudLoginCmdDef::passwordArgumentName());
     if (!user.empty() && !password.empty()) {
-        // No recording is to hold it.
+        // It must not appear in a recording.
         commandContext()->addArgument(CloudLoginCmdDef::passwordArgumentName(), L"***");
         return;
     }

@@ -55,7 +55,7 @@ ShareCmd::ShareCmd(ShareCmdDef* definition, CommandContext* context) : Implement
 
 namespace {
 
-/// What there is to sign in to, or out of, at the drive and at the lifecycle service.
+/// What can be signed in to or out of: the drive and the lifecycle service.
 void offerBoth(const CommandContext& context, Vs::Status& status)
 {
     const Vs::MeshportAuth* auth = Vs::MeshportAuth::globalInstance();

@@ -50,7 +50,7 @@ CommandBase* CurrentDocumentButtonCmdDef::onCreateCommand(CommandContext* contex
 
 InputControl* CurrentDocumentButtonCmdDef::onInputControl()
 {
-    // A button rather than the list.
+    // Uses a button rather than the list.
     return CommandDefinition::onInputControl(); // NOLINT(bugprone-parent-virtual-call)
 }
 

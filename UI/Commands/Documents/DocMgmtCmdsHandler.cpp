@@ -30,7 +30,7 @@ constexpr const wchar_t* kCloudSaveCommand = L"CloudSaveCommand";
 /// The buttons in the order in which they are added, which is what show() answers with.
 enum Answer { kSave = 0, kDontSave = 1, kCancel = 2 };
 
-/// The user is to see the document being asked about.
+/// The user should see the document being asked about.
 void bringUp(Vs::Document* document)
 {
     SessionMgr* sessions = SessionMgr::get();

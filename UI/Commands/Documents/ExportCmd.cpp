@@ -66,8 +66,8 @@ Vs::Asset* assetToExport()
     return asset && asset->assetType() ? asset : nullptr;
 }
 
-/// Tells the user in a box. The error in the status is for a line of text, which must not count as well done;
-/// it is marked as shown.
+/// Tells the user in a box. The error in the status is for a line of text, which must not count as
+/// successful; it is marked as shown.
 void refuse(const std::wstring& message, Vs::Status& status)
 {
     MessageBox::warning(message);

@@ -9,7 +9,7 @@ namespace Vu::Commands {
 std::wstring fileNameFor(const Vs::Document* document, const std::wstring& suffix)
 {
     std::wstring name = document->displayName();
-    // What a document is called may be anything; a file's name is no path.
+    // A document's name may be anything; a file's name must not be a path.
     std::replace(name.begin(), name.end(), L'/', L'_');
     return name + suffix;
 }

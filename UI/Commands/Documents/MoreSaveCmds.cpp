@@ -79,7 +79,7 @@ void revert(Vs::Document* document, Vs::Status& status)
     const ShownState before;
     const bool isNative = document->isOnDisk();
     const std::wstring name = document->displayName();
-    // Only one document can have the file; where that can't be read, this one has it again.
+    // Only one document can have the file; if it can't be read, this one gets it back.
     if (isNative)
         document->clearPath();
     OpenDocumentCmd::OpenSingleFile(file, status, document->cloudId());
@@ -196,7 +196,7 @@ void SaveAllDocumentsCmd::onExecute(Vs::Status& status)
         const WaitCursor wait;
         const bool saved = document->save(own);
         if (!saved && own.isOk() && !document->isOnDisk())
-            return; // The user named none, and wants it to end here.
+            return; // The user gave no name and wants to stop here.
         if (!failures.reason().empty() && !failures.reported())
             status.addError(failures.reason());
     }

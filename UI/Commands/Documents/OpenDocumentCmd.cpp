@@ -255,10 +255,10 @@ void OpenDocumentCmd::translatorOpen(Vs::Translator* translator, const std::wstr
         const WaitCursor wait;
         opened = translator->open(*options, context, status);
     }
-    // A translator that was cancelled says nothing of it, but a line of text must not count as well done.
+    // A cancelled translator doesn't report it, but a line of text must not count as successful.
     if (!opened && status.isOk())
         status.addError(localizedFormat("OpenCancelled", "Opening \"%1%\" was cancelled.", path));
-    // Without a document of its own the file failed; what is last in the list then was open before.
+    // Without a document of its own, the file failed; the last document in the list was open before.
     if (context.document() && showDocument(context.document(), AllSessions::No) && previous)
         closeSilently(previous);
 }
@@ -280,7 +280,7 @@ void OpenDocumentCmd::openDocuments(const std::vector<std::wstring>& paths, Vs::
         opened.push_back(opener.documentOpened(i)->path());
     for (const std::wstring& path : opened)
         openDocument(path, loading, "");
-    // What was loaded side by side fails silently for the caller, but not for the user.
+    // Files loaded in parallel fail silently for the caller, but not for the user.
     if (loading.isError() && !loading.reported())
         MessageBox::warning(loading.toString());
 }

@@ -22,7 +22,7 @@ constinit const CommandRow SaveAsImageCmdDef::kRow = {
 
 namespace {
 
-/// Reads integers of the context; one that is none is told.
+/// Reads integers from the context; a value that is not one is reported.
 class ArgumentReader
 {
 public:
@@ -61,8 +61,7 @@ private:
     Vs::Status& m_status;
 };
 
-/// Takes what the context says. Returns false if it says nothing about the size, so that the user is to be
-/// asked.
+/// Takes what the context says. Returns false if it doesn't give the size, so that the user has to be asked.
 bool takeArguments(const CommandContext& context, ImageOptions& options, Vs::Status& status)
 {
     ArgumentReader arguments(context, status);

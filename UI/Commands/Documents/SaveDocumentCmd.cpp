@@ -72,7 +72,7 @@ bool mayOverwrite(const std::wstring& name)
 /// Takes the new name from the context or from the user. False if there is none.
 ///
 /// A name with a dot was dealt with by the dialog, which appends suffixes and asks before it gives the name
-/// of a file that exists. That five refusals count as a consent is settled.
+/// of a file that exists. That five refusals count as consent is settled.
 bool askForName(const Vs::DocumentType& type, CommandContext& context, std::wstring& name, Vs::Status& status)
 {
     constexpr int kPasses = 5;
@@ -85,7 +85,7 @@ bool askForName(const Vs::DocumentType& type, CommandContext& context, std::wstr
         }
         if (name.find(L'.') != std::wstring::npos)
             return true;
-        // The suffix alone would make a hidden file in that folder.
+        // The suffix alone would create a hidden file in that folder.
         if (name.empty() || name.ends_with(L'/')) {
             status.addError(localizedFormat("NoFileName", "\"%1%\" is not the name of a file.", name));
             return false;
@@ -94,7 +94,7 @@ bool askForName(const Vs::DocumentType& type, CommandContext& context, std::wstr
         boost::system::error_code error;
         if (!boost::filesystem::exists(name, error) || mayOverwrite(name))
             return true;
-        // The next pass is to ask anew, also where this name was given as an argument.
+        // The next pass asks again, even where this name was given as an argument.
         if (pass + 1 < kPasses)
             context.removeArgument(CommandContext::pathArgumentName());
     }

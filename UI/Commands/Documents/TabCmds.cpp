@@ -49,7 +49,7 @@ Vs::Document* neighbourOf(const Vs::Document* document)
     return std::next(own) == documents.end() ? *std::prev(own) : *std::next(own);
 }
 
-/// The document may have gone since somebody asked for its end.
+/// The document may be gone since its close was requested.
 bool isOpen(const Vs::Document* document)
 {
     const std::vector<Vs::Document*> open = SessionMgr::get()->openDocuments();

@@ -175,7 +175,7 @@ public:
             return {1, L"There is no document for closing"};
         // One that stays open keeps none of the others.
         TextCommandResult answer{0, {}};
-        // As the menu's command does, so that no list of thousands goes from its front.
+        // Like the menu's command, so that a list of thousands isn't erased from its front.
         for (auto session = sessions.rbegin(); session != sessions.rend(); ++session) {
             if (!isOpen(*session))
                 continue;
@@ -295,7 +295,7 @@ public:
     }
 
 private:
-    // Until somebody names it, the root is called as what it is.
+    // Until somebody names it, the root is named after what it is.
     static bool isUnnamed(const Vs::Asset& asset)
     {
         return asset.name().empty() || (asset.assetType() && asset.name() == asset.assetType()->name());

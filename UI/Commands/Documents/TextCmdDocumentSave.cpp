@@ -114,7 +114,7 @@ public:
     }
 
 private:
-    /// The command ends well even if the save fails; a line that did not save must not count as well done.
+    /// The command succeeds even if the save fails; a line that did not save must not count as successful.
     static TextCommandResult save(DocumentSession* session, const std::wstring& path,
                                   const TextCommandParameters& parameters)
     {

@@ -32,7 +32,7 @@ std::string firstLine(const std::wstring& path)
 {
     boost::system::error_code ignored;
     std::string line;
-    // A pipe in its place would hold the thread for good.
+    // A pipe in its place would block the thread for good.
     if (fs::is_regular_file(fs::path(path), ignored)) {
         constexpr std::streamsize kMost = 100;
         char text[kMost] = {};

@@ -29,7 +29,7 @@ enum class Use {
     Needed,
     Optional,
     Zero, ///< 0 where it isn't given.
-    Guard ///< Said of what the request is about, and nothing for the command.
+    Guard ///< Describes what the request is about, and is not passed to the command.
 };
 
 struct Argument

@@ -37,7 +37,7 @@ using Vs::Strings::widen;
 
 constexpr const wchar_t* kOwnService = L"own";
 
-/// Whose page asked, which may no longer be who is signed in when it's answered.
+/// Whose page asked, which may no longer be the signed-in account when the request is answered.
 struct Asker
 {
     std::string service; ///< Empty for the program's own.
@@ -56,7 +56,7 @@ std::wstring keyOf(const std::string& service)
     return service.empty() ? kOwnService : widen(service);
 }
 
-/// As a person knows it.
+/// In terms that a person knows.
 std::wstring nameOf(const std::string& service)
 {
     if (service.empty())
@@ -85,7 +85,7 @@ void answerLater(std::int64_t request, Answer answer, const std::wstring& detail
     });
 }
 
-/// Tells both sides of the screen.
+/// Informs both the page and the program's user.
 void fail(std::int64_t request, const std::wstring& why)
 {
     answerLater(request, Answer::Failed, why);
@@ -122,7 +122,7 @@ void run(const Request& request, CommandDefinition& definition)
     }
 }
 
-/// Whether the person lets the page have its wish.
+/// Whether the person grants the page's request.
 bool isAllowed(const Request& request, const std::wstring& subject)
 {
     if (DashboardRequests::isTrusted())
@@ -162,7 +162,7 @@ void handle(const Request& request, const Asker& asker, const std::wstring& subj
         run(request, *definition);
 }
 
-/// In a handler, on a thread: has what is handled told on the main thread, which knows the user's language.
+/// In a handler, on a thread: has the exception reported on the main thread, which knows the user's language.
 std::function<void()> telling(std::function<void(const std::wstring&)> tell)
 {
     return [failure = std::current_exception(), tell = std::move(tell)] {
@@ -180,14 +180,14 @@ std::function<void()> taken(const Request& request, const Asker& asker)
     if (request.id == 0)
         return nullptr;
     std::wstring subject;
-    // What is refused anyway isn't looked for.
+    // What is refused anyway isn't looked up.
     if (!DashboardCommands::isRefused(request, asker.service))
         try {
             subject = subjectOf(request);
         } catch (const std::exception&) {
             return telling([id = request.id](const std::wstring& why) { fail(id, why); });
         }
-    // Behind an open dialog it waits.
+    // It waits behind an open dialog.
     return [=] { Application::get()->deferredTasks()->post([=] { handle(request, asker, subject); }); };
 }
 

@@ -23,7 +23,8 @@ namespace {
 
 Vs::Metrics::TimeMetric* const theMetric = timeMetric("ItemhubCreateCommentID");
 
-/// What the service would have to be told of the comment. Nobody sends it yet: its posts have no such place.
+/// What the service would have to be told of the comment. Nobody sends it yet: the service's posts have no
+/// field for it.
 std::wstring requestFor(const std::wstring& commentId, const std::wstring& postId)
 {
     return L"api?method=set_commentid&commentid=" + commentId + L"&postid=" + postId;

@@ -32,7 +32,7 @@ namespace {
 
 using Vs::ItemhubUtilities;
 
-/// Items that the service told to be gone, by their numbers, across starts: it tells so once.
+/// Items that the service reported as gone, by number, across starts: it reports each once.
 constexpr const char* kGoneOption = "removedItems";
 constexpr size_t kMostGone = 1000;
 
@@ -114,7 +114,7 @@ void notify(const std::wstring& title, const std::wstring& text, const std::wstr
     Vs::NotificationCenter::get()->sendNotification(std::move(request));
 }
 
-/// Also below a dialog, which keeps waiting what is deferred; but not in the middle of long work.
+/// Also below a dialog, which holds back deferred tasks; but not in the middle of long work.
 void deliverResults()
 {
     if (ProgressBar::get()->busy())
@@ -123,14 +123,14 @@ void deliverResults()
         ItemhubUtilities::results().runOnce();
 }
 
-/// Requests are given up by Qt, which does nothing any more once its application object is gone.
+/// Requests are cancelled by Qt, which does nothing any more once its application object is gone.
 void stopClient()
 {
     ItemhubUtilities::get()->stop();
 }
 
-/// What waits to be uploaded goes on without anybody asking for it. A run without a window goes on when a
-/// line needs it.
+/// Waiting uploads resume without anybody asking for it. A run without a window resumes them when a line
+/// needs it.
 void resume()
 {
     if (listener() && ItemhubUtilities::get()->canResume())
@@ -152,7 +152,7 @@ void ItemhubDocuments::install()
     qAddPostRoutine(stopClient);
     if (!Application::headless() && !Application::testing())
         Application::get()->idleTasks()->post(resume);
-    // A run without a main loop tells between two lines.
+    // A run without a main loop reports between two lines.
     ItemhubUtilities::results().wakeUp(
         [] { Application::get()->deferredTasks()->post([] { ItemhubUtilities::results().runOnce(); }); });
 }

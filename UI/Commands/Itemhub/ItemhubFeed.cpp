@@ -50,7 +50,7 @@ std::chrono::system_clock::time_point timeOf(const std::string& text)
         std::chrono::milliseconds(time.isValid() ? time.toMSecsSinceEpoch() : 0));
 }
 
-/// In one line, whatever was written.
+/// On one line, whatever was written.
 std::wstring inOneLine(std::wstring text)
 {
     std::ranges::replace_if(
@@ -127,7 +127,7 @@ void ItemhubFeed::ask(std::int64_t item)
                                                  labelsOf(happened.versions)});
             };
         } catch (const std::exception&) {
-            // The next thing that happens to the item asks anew.
+            // The next event about the item asks again.
             return [item] {
                 if (s_installed)
                     s_installed->m_known[item].isAsked = false;
@@ -145,7 +145,7 @@ void ItemhubFeed::answered(std::int64_t item, Known known)
     DocumentRemarkSource::get()->fireDocumentRemarksChanged(&event);
 }
 
-/// What its file goes back to is known at once, what the service calls it when it has answered.
+/// The version that its file is based on is known at once; the service's name for it, when it has answered.
 std::vector<DocumentFacts::Fact> ItemhubFeed::factsOf(const Vs::Document& document)
 {
     const ItemhubUtilities* service = ItemhubUtilities::get();

@@ -24,7 +24,7 @@ constinit const CommandRow ItemhubMyFavoritesChangedCmdDef::kRow = {
 namespace {
 
 constexpr size_t kMostFavorites = 8;
-/// Answers may overtake each other; those before the one that shows come too late.
+/// Answers may overtake each other; those older than the one shown come too late.
 unsigned long s_asked = 0, s_shown = 0;
 
 } // namespace
@@ -107,7 +107,7 @@ void ItemhubMyFavoritesCmdDef::rebuildFavorites(const std::vector<Entry>& favori
         items.push_back(std::make_unique<Info>(favorites[i].id, favorites[i].caption, nullptr));
         shown.push_back(items.back().get());
     }
-    // Whoever draws the list looks at the new ones before the old ones go.
+    // Whoever draws the list looks at the new ones before the old ones are deleted.
     m_list->items(std::move(shown));
     m_items = std::move(items);
 }

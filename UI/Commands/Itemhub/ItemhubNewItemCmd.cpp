@@ -35,7 +35,7 @@ Vs::Metrics::TimeMetric* const theMetric = timeMetric("ItemhubNewItem");
 constexpr const char* kDesignAssetType = "VeloraAssetType";
 constexpr int kCalledByACommand = 11;
 
-/// Each of the two roads to a new item counts by itself.
+/// Each of the two ways to a new item is counted separately.
 int theNewItems = 1;
 int theNewDesigns = 1;
 

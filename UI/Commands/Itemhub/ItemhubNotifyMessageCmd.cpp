@@ -108,7 +108,7 @@ void ItemhubNotifyMessageCmd::onExecute(Vs::Status& status)
     const Files files = failedUploads();
     if (files.empty())
         return;
-    // Nobody's silence gives an upload up.
+    // No answer doesn't mean giving up an upload.
     if (!MessageBox::canAsk()) {
         status.addError(localizedFormat("ItemhubFailedUploads",
                                         "Uploads have failed, and nobody is there to ask what to do: %1%",

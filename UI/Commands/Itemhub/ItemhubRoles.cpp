@@ -77,7 +77,7 @@ void ItemhubRoles::ask(std::int64_t workspace)
                     s_installed->answered(workspace, role);
             };
         } catch (const std::exception&) {
-            return {}; // The next change of the session asks anew.
+            return {}; // The next change of the session asks again.
         }
     });
 }

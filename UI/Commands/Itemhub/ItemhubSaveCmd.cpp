@@ -69,7 +69,7 @@ void ItemhubSaveCmd::onExecute(Vs::Status& status)
         // A recording plays without a question.
         commandContext()->addArgument(ItemhubNewItemCmdDef::labelArgument(), label);
     }
-    // A name alone has no folder to be made.
+    // A bare name has no folder to create.
     if (const auto folder = boost::filesystem::path(path).parent_path(); !folder.empty())
         boost::filesystem::create_directories(folder);
     Vs::ItemhubUtilities::get()->setCheckinDescription(path, label);

@@ -13,7 +13,7 @@
 namespace Vu::Commands {
 namespace {
 
-/// Requests are given up by then.
+/// Requests are cancelled by then.
 constexpr std::chrono::seconds kMomentAtTheEnd(2);
 
 struct Threads
@@ -24,7 +24,7 @@ struct Threads
     bool ended = false;
 };
 
-/// Never destroyed: a thread may be on its way out when the program goes.
+/// Never destroyed: a thread may still be ending when the program exits.
 Threads& threads()
 {
     static auto* const all = new Threads;

@@ -36,8 +36,7 @@ void newItem(const Parameters& parameters, CommandContext& context)
     context.addArgument(Def::assetType(), parameters[4]);
 }
 
-// What the commands read is called otherwise; the pages that run these lines rely on their doing nothing with
-// it.
+// The commands read it under other names; the pages that run these lines rely on its being ignored.
 void onePath(const Parameters& parameters, CommandContext& context)
 {
     if (parameters.parameters() == 1)

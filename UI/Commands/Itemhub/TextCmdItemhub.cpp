@@ -36,7 +36,7 @@ void beginSession()
 
 enum class Session { Needed, AsItIs };
 
-/// What a line asks the service for. Whatever the service says against it is the line's error.
+/// What a line asks the service for. Any refusal by the service is the line's error.
 Result asked(const std::function<Result()>& ask, Session session = Session::Needed)
 {
     if (ItemhubUtilities::get()->ItemhubDisabled())
@@ -55,7 +55,7 @@ Result missing(const wchar_t* what)
     return {1, std::wstring(L"No ") + what + L" specified as parameter"};
 }
 
-/// Throws Vs::Exception if the text is no number of anything.
+/// Throws Vs::Exception if the text is not a valid number.
 int idOf(const std::wstring& text)
 {
     const auto id = Vs::readNumber<int>(text);

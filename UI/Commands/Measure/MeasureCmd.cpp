@@ -183,13 +183,13 @@ void MeasureCmd::enableSelections()
     m_inputs->selections[1]->enabled(any[0] || any[1]);
     SelectionCommandInput* third = m_inputs->selections[2];
     third->enabled(points && (any[1] || any[2]));
-    // What can't be taken back by its field isn't shown either.
+    // What its field can't clear isn't shown either.
     if (Vs::SelectionMgr* manager = isRunning() ? selectionManager() : nullptr)
         manager->collect(third, third->enabled() ? third->selectionSet().selections()
                                                  : std::vector<Vs::StrongRef<Vs::Selection>>());
 }
 
-// A line begins with nothing; a person with what is selected.
+// A line starts with nothing; a person with what is selected.
 void MeasureCmd::onBegin()
 {
     Implements::onBegin();
@@ -197,7 +197,7 @@ void MeasureCmd::onBegin()
     const Vs::SelectionSet* selected = !byLine && !m_passive ? ActiveAssetUtils::selectionSet() : nullptr;
     if (!selected)
         return;
-    // What was hidden just now is selected still.
+    // What was just hidden is still selected.
     size_t taken = 0;
     for (const auto& object : std::vector(selected->selections()))
         if (taken < 2 && isSeen(*object))
@@ -280,7 +280,7 @@ void MeasureCmd::valueChanged(const CommandInputBase* input)
 
 void MeasureCmd::selectionTypesChanged()
 {
-    // What was chosen here belongs into a recording; what was kept from another day doesn't.
+    // What was chosen here belongs in a recording; what was kept from another day doesn't.
     m_inputs->selectionTypes->enableTranscript(true);
     Vs::MeasureMgr::get()->selectionTypes(m_inputs->chosenSelectionTypes());
     fillFilters();
@@ -298,7 +298,7 @@ void MeasureCmd::precisionChanged()
     showTexts();
 }
 
-// The inputs follow by themselves, and before: they were there first.
+// The inputs update by themselves, and earlier: they subscribed first.
 void MeasureCmd::optionChanged(Vs::OptionEvent*)
 {
     showTexts();
@@ -464,7 +464,7 @@ void MeasureCmd::hovered(const CommandInputBase* input, bool entering)
     lit->replace(loop);
 }
 
-// What a click would give, with what is picked already.
+// What a click would give together with what is already picked.
 void MeasureCmd::preselected(const Vs::Selection* selection)
 {
     clearHint();

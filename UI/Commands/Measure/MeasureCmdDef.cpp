@@ -105,7 +105,7 @@ void MeasureCmdDef::enableHostSelectionInput(bool enable)
 
 void MeasureCmdDef::endMeasure(double value, CommandBase* command)
 {
-    // The end of the command must not take back what it has found.
+    // The end of the command must not undo what it has found.
     m_measuring = nullptr;
     if (command)
         command->destroy(ETerminationReason::Commit);

@@ -49,7 +49,7 @@ constexpr ResultRow<MeasurePair> kPair[] = {
     {21, {.key = L"DeltaInputZ", .title = "Delta Z"}, Quantity::Length, &MeasurePair::deltaZ},
 };
 
-// Some numbers stand twice: inputs are told apart as objects.
+// Some numbers occur twice: inputs are told apart as objects.
 constexpr ResultRow<MeasureSide> kSides[2][8] = {{
     {3,  {.key = L"LengthInput1", .title = "Length 1", .tooltip = "The length of the first selection", .tooltipKey = "infoLength1"}, Quantity::Length, &MeasureSide::length},
     {5,  {.key = L"RadiusInput1", .title = "Radius 1", .tooltip = "The radius of the first selection", .tooltipKey = "infoRadius1"}, Quantity::Length, &MeasureSide::radius},

@@ -22,7 +22,8 @@ namespace {
 
 /// Below this a length or an angle has no extent.
 constexpr double kLeast = 1e-05;
-/// Of small angles the arc stands so far out, in parts of the legs, that there is room for the text.
+/// For small angles the arc is drawn this far out, as a fraction of the legs, so that there is room for the
+/// text.
 constexpr double kLeastArc = 0.5235987755982988;
 constexpr float kUsualWeight = 1.0f, kHighlightedWeight = 1.5f;
 

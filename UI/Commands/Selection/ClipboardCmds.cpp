@@ -54,7 +54,7 @@ bool any(const IPasteSource&)
     return true;
 }
 
-/// Fills the clipboard anew with those of the objects that say yes.
+/// Refills the clipboard with those of the objects that say yes.
 void putOnClipboard(const std::vector<Vs::StrongRef<Vs::LogicalSelection>>& objects, bool cut,
                     bool (*what)(const IPasteSource&))
 {
@@ -157,7 +157,7 @@ void PasteCmd::onExecute(Vs::Status& status)
     selectionManager()->selectionSet().replace(pasted);
 }
 
-// The objects say which of them one request takes; a request that takes none would go on forever.
+// The objects say which of them one request covers; a request that covers none would loop forever.
 std::vector<Vs::StrongRef<Vs::Selection>> PasteCmd::paste(Objects objects, bool cut, Vs::Status& status)
 {
     std::vector<Vs::StrongRef<Vs::Selection>> pasted;

@@ -94,7 +94,7 @@ void DeleteCmd::deleteSelections(Selections& selections, Vs::Status& status)
     }
 }
 
-// Who selected all copies means them all.
+// Whoever selected all copies means all of them.
 DeleteCmd::Copies DeleteCmd::copiesMeant(const Selections& selections, Vs::Asset& asset) const
 {
     int alone = 0;
@@ -142,7 +142,7 @@ void DeleteCmd::deleteEach(const Selections& selections, Vs::Asset& asset, Vs::S
     }
 }
 
-// The objects say which of them one request takes; a request that takes none would go on forever.
+// The objects say which of them one request covers; a request that covers none would loop forever.
 void DeleteCmd::deleteTogether(Selections selections, Vs::Asset& asset, Vs::Status& status)
 {
     while (!selections.empty()) {
@@ -157,7 +157,7 @@ void DeleteCmd::deleteTogether(Selections selections, Vs::Asset& asset, Vs::Stat
         if (!isThere)
             return;
         const size_t taken = takeOut(selections, std::move(handled));
-        // Those that give none are passed over.
+        // Those that give none are skipped.
         if (request) {
             run(request, status);
             if (status.isError())

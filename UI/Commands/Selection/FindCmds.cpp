@@ -29,7 +29,7 @@ constexpr bool kShowsAllFirst = true;
 /// Around what is framed.
 constexpr double kMargin = 1.1;
 
-/// What is selected in the active session, if that is one thing alone; else null.
+/// What is selected in the active session if that is a single thing; else null.
 Vs::Selection* onlySelection()
 {
     Vs::SelectionMgr* manager = ActiveAssetUtils::selectionManager();

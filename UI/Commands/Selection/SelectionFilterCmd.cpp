@@ -267,7 +267,7 @@ void SelectionFilterCmd::onExecute(Vs::Status&)
 
 void SelectionFilterCmd::updateCategories()
 {
-    // Since the menu was opened another command may have come.
+    // Another command may have started since the menu was opened.
     m_definition.findCategories();
     for (const BoolValueCommandInput* input : m_categoryInputs)
         for (SelectionCategory* category : m_definition.categories())

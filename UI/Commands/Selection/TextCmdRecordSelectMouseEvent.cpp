@@ -13,7 +13,7 @@ constexpr DirectTextRow kRow = {L"Transcripting",
                                 false,
                                 false};
 
-/// Nothing but the flag switches on, written large or, as the help has it, small.
+/// Only the flag switches it on, in upper case or, as in the help, lower case.
 class TextCmdTranscriptingRecordSelectMouseEvent : public DirectTextCommand<kRow>
 {
 public:

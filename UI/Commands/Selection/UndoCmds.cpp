@@ -73,7 +73,7 @@ bool UndoRedoCmd::runningToolTakesIt()
         possible != EMidCommandUndoRedoContext::ControllingStep)
         return false;
     CommandBase* active = CommandBase::getActiveCommand();
-    // The keys are the tool's own while it guards what is selected.
+    // The keys belong to the tool while it guards the selection.
     const auto* tool = Vs::cast<Command>(active);
     const bool guarded = tool && tool->selectionChangeAllowMode() == 1;
     if (!guarded || commandContext()->commandAccessPoint() != ECommandAccessPoint::HotKey)

@@ -24,7 +24,7 @@ constexpr CommandRow kUndoRow = {
 constexpr CommandRow kRedoRow = {
     .key = L"RedoDropDown", .title = "Redo Multiple", .icon = &Resources::Redo, .arguments = {L"TxnIndex"}};
 constexpr const wchar_t* kTextCommandKey = L"TextCommand";
-/// What stands behind the command's name in the name of a step that is a part of another.
+/// What follows the command's name in the name of a step that is part of another.
 constexpr const wchar_t* kInnerStep = L" Inner Step";
 
 bool canStep(const CommandBase& command, bool undo)
@@ -242,7 +242,7 @@ InputControl* UndoRedoDropDownCommandDef::onInputControl()
     OwnedList::Items items;
     if (const Vs::TransactionNode* txn = getControllingTxn(session, context))
         items = named ? stepsOfTool(*txn, *activeCommandOf(session)) : populateListItems(*txn);
-    // A menu may be open on the items: they stay as long as they say the same.
+    // A menu may be open on the items: they stay as long as their texts are the same.
     if (!sameNames(items, m_list.items()))
         m_list.items(std::move(items));
     return m_list.control();

@@ -35,7 +35,7 @@ using Vs::SkyvaultUtilities;
 
 const wchar_t* const kSuffix = L".png";
 
-/// For what another program reads in its own time. What nobody can be reading any more goes.
+/// For what another program reads in its own time. What nobody can still be reading is removed.
 fs::path passingFolder()
 {
     constexpr std::time_t kDay = std::time_t(24) * 60 * 60;

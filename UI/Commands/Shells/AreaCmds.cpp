@@ -51,7 +51,7 @@ void setCollapsedVisible(Area* area, bool show)
     }
 }
 
-/// That of the context's window; null if any part of it is missing.
+/// The one of the context's window; null if any part of it is missing.
 Layout* layoutOf(const CommandContext& context)
 {
     const Workspace* workspace = context.workspace();
@@ -76,7 +76,7 @@ void areaVisibility(CommandContext& context, const Vs::UniqueString* contents, b
             setCollapsedVisible(area, show);
         else
             setVisible(area, show);
-        // Whether it stands on a bar or not, it is what the user wants to see.
+        // Whether it is on a bar or not, the user wants to see it.
         if (each->name() == L"Browser")
             UIBaseOptionGroup::get()->wantToShowBrowser(show);
         else if (each->name() == L"DesignFeed")

@@ -42,7 +42,7 @@ std::wstring lastLayoutFile()
     return (Vs::PathInfo::optionsDirectory() / L"VULastDisplayedLayout.xml").wstring();
 }
 
-/// A file that cannot be read as a whole is told, and changes nothing: half of a layout is none.
+/// A file that cannot be read completely is reported and changes nothing: half a layout is useless.
 void takeLastPlaces(Layout& layout)
 {
     try {
@@ -131,7 +131,7 @@ void AssetShell::add(AssetSession* session)
 
 void AssetShell::remove(AssetSession* session, bool activateDefault)
 {
-    // The session goes with its document; neither may go while this runs.
+    // The session is closed with its document; neither may be closed while this runs.
     DocumentSession* document = session->documentSession();
     const Hold keep = holdOn(session);
     if (m_holds.erase(session) > 0) {
@@ -207,7 +207,7 @@ void AssetShell::onPostDeactivate()
         try {
             Layout::persist(lastLayoutFile(), m_arrangement->layout());
         } catch (const Vs::Exception& error) {
-            // The folder of the settings cannot be made; the shell goes all the same.
+            // The folder of the settings cannot be made; the shell closes anyway.
             Vs::warn(error.message());
         }
     Shell::onPostDeactivate();

@@ -41,7 +41,7 @@ std::wstring ResetToDefaultLayoutCmdDef::refusal(CommandContext& context)
 
 void ResetToDefaultLayoutCmd::onWindow(WorkspaceWindow& window)
 {
-    // A window that is divided begins again with one view.
+    // A divided window starts again with one view.
     if (auto* shell = Vs::cast<AssetShell>(window.workspace()->shellManager()->activeShell()))
         shell->updateArrangement(std::wstring());
     Arrangement* arrangement = window.activeArrangement();

@@ -78,7 +78,7 @@ void AssetShellCmd::onExecute(Vs::Status&)
         return;
     if (Workspace* active = WorkspaceMgr::activeWorkspace())
         active->resetCounter();
-    // A session may be brought up before anything else has made the shell.
+    // A session may be shown before anything else has made the shell.
     findOrMakeShell<AssetShell>(workspace->shellManager());
     SharedWorkflows::setCurrentAssetSessionForWorkspace(workspace, session, true, true);
 }

@@ -66,7 +66,7 @@ public:
     }
 };
 
-/// Unlike the command, it begins anew behind the last asset.
+/// Unlike the command, it starts over after the last asset.
 class TextCmdNextAsset : public DirectTextCommand<kNextAsset>
 {
 public:

@@ -70,7 +70,7 @@ bool RunPythonTask::run()
     Vs::Status status;
     if (!m_path.empty())
         Vs::PythonManager::get()->runScriptFile(m_path, status);
-    // The script has told why; who waits for the line that put it here must not go on as if all were well.
+    // The script has said why; whoever waits for the line that queued it must not go on as if all were well.
     if (status.isError())
         Vs::TranscriptMgr::get()->lineFails(
             localizedFormat("ScriptFailed", "The script %1% failed.", m_path));

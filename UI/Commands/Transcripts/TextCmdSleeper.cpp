@@ -10,7 +10,7 @@ namespace {
 constexpr DirectTextRow kSleep = {L"Sleeper", L"Sleep", L"<delay in milli seconds> Sleep for some time.",
                                   "%d", false};
 
-/// Transcripts wait with it for a slow window.
+/// Transcripts use it to wait for a slow window.
 class TextCmdSleeperSleep : public DirectTextCommand<kSleep>
 {
 public:

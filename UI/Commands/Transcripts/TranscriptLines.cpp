@@ -14,7 +14,7 @@
 namespace Vu::Commands {
 namespace {
 
-/// Writes its line by going out of scope.
+/// Writes its line when going out of scope.
 class TranscriptInsertScriptTrigger : public Vs::TranscriptTrigger
 {
 public:

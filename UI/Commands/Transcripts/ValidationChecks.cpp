@@ -12,7 +12,7 @@ struct Checks
     ValidationCheckTaker taker;
 };
 
-/// Never destroyed: add-ins register while libraries are loaded, in whatever order.
+/// Never destroyed: add-ins register while libraries are loaded, in any order.
 Checks& checks()
 {
     static auto& all = *new Checks;

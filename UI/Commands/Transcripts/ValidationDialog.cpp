@@ -37,7 +37,7 @@ void ValidationDialog::show(bool visible)
     }
 }
 
-/// The window has no button to close it, so it must not outlive what it belongs to.
+/// The window has no close button, so it must not outlive what it belongs to.
 void ValidationDialog::recordingEnds()
 {
     if (m_started)

@@ -38,7 +38,7 @@ void QTFileRecoveryListWidget::fill()
     updateGeometry();
 }
 
-// As wide as its rows, up to where a line can't be read at one glance any more.
+// As wide as its rows, up to the width at which a line can no longer be read at a glance.
 QSize QTFileRecoveryListWidget::sizeHint() const
 {
     constexpr int kMostLetters = 130;
@@ -68,7 +68,7 @@ void QTFileRecoveryListWidget::keyPressEvent(QKeyEvent* event)
         QListWidget::keyPressEvent(event);
 }
 
-// It doesn't wait: what is chosen may take the list away.
+// It doesn't wait: the choice may remove the list.
 void QTFileRecoveryListWidget::showMenu(const QPoint& place)
 {
     m_saveAs->setEnabled(selectedItems().size() < 2);

@@ -33,7 +33,7 @@ QString noteOf(const Vs::AutoSavedFileInfo& file)
     return note;
 }
 
-/// Gives way to the buttons where the window is narrow.
+/// Makes room for the buttons where the window is narrow.
 QLabel* line(const QString& content, QWidget* parent)
 {
     QLabel* label = PlainText::label(parent, content);
@@ -125,7 +125,7 @@ QWidget* RecoveredSection::makeRow(const Vs::AutoSavedFileInfo& file, QWidget* p
         made->setObjectName(QLatin1String(name));
         made->setAccessibleDescription(row->accessibleName());
         layout->addWidget(made);
-        // Behind the click: the row goes with the file.
+        // After the click, since the row goes with the file.
         connect(made, &QPushButton::clicked, this,
                 [this, file, action] { QTimer::singleShot(0, this, [file, action] { action(file); }); });
     };

@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = boost::filesystem;
 
-/// Only a file of which the index says so: all others, as the index itself, aren't copies of the drive's.
+/// Only a file for which the index says so: all others, like the index itself, aren't copies of the drive's.
 bool isRemovable(const fs::path& file)
 {
     return Vs::CloudCacheManager::getInstance()->state(file) == Vs::CloudFileState::Clean &&
@@ -29,7 +29,7 @@ Usage usage()
     boost::system::error_code error;
     if (root.empty() || !fs::is_directory(root, error))
         return usage;
-    // A file that goes meanwhile counts for nothing.
+    // A file that disappears meanwhile counts as nothing.
     for (fs::recursive_directory_iterator each(root, error), end; !error && each != end;
          each.increment(error)) {
         boost::system::error_code gone;

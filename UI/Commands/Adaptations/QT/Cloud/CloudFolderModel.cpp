@@ -17,7 +17,7 @@ namespace {
 
 QCollator naturalOrder()
 {
-    // Without a language Qt compares letter by letter, numbers too.
+    // Without a language, Qt compares letter by letter, even numbers.
     const bool hasLanguage = QLocale().language() != QLocale::C;
     QCollator order(hasLanguage ? QLocale() : QLocale(QLocale::English));
     order.setNumericMode(true);
@@ -160,7 +160,7 @@ QVariant CloudFolderModel::data(const QModelIndex& index, int role) const
         return PlainText::tooltip(row.name);
     if (role == Qt::TextAlignmentRole && index.column() == Size)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
-    // An empty cell is nothing that could be read out.
+    // An empty cell gives a screen reader nothing to read.
     if (role == Qt::AccessibleTextRole && index.column() == Size && row.isFolder)
         return CloudTexts::text("CloudIsFolder", "Folder");
     if (role == Qt::AccessibleTextRole && index.column() == Modified && !row.modified.isValid())

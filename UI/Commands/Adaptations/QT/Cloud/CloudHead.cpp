@@ -103,7 +103,7 @@ void CloudHead::enable(bool isRead, bool isBusy)
         each->setEnabled(!isBusy);
 }
 
-/// Who searches has not chosen yet: Return must not press the dialog's button.
+/// Whoever searches has not chosen yet: Return must not press the dialog's button.
 bool CloudHead::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == m_search && event->type() == QEvent::KeyPress) {

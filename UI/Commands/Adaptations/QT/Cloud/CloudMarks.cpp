@@ -1,5 +1,5 @@
-// What the window tells of documents on the cloud drive: their state behind their names, and the arrival of
-// what had waited.
+// What the window shows of documents on the cloud drive: their state after their names, and the arrival of
+// what had been waiting.
 
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Document.h"
@@ -14,7 +14,8 @@
 namespace Vu::Commands {
 namespace {
 
-/// What is as on the drive, or changed here alone, needs no words: the title's mark tells it as always.
+/// A document that is as on the drive, or changed only here, needs no words: the mark in the title says it as
+/// always.
 std::wstring remarkOf(const Vs::Document& document)
 {
     if (document.path().empty())

@@ -24,7 +24,7 @@ CloudName::CloudName(const CloudDialog::Request& request, const QString& name, A
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     m_name->setObjectName(QStringLiteral("cloudName"));
     m_kinds->setObjectName(QStringLiteral("cloudFilter"));
-    // A long list of suffixes must not make the dialog wider.
+    // A long list of suffixes must not widen the dialog.
     m_kinds->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     form->addRow(text("CloudName", "Name"), m_name);
     form->addRow(text("CloudKinds", "Files"), m_kinds);

@@ -107,8 +107,8 @@ void CloudPage::showWaiting()
 
 void CloudPage::signInOrOut()
 {
-    // By their commands, so that titles follow and a recording has them; at once, since what is deferred
-    // waits until the dialog is closed.
+    // Through their commands, so that titles follow and a recording has them; at once, since deferred runs
+    // wait until the dialog is closed.
     const wchar_t* key =
         Vs::MeshportAuth::globalInstance()->isLoggedIn() ? L"CloudLogoutCommand" : L"CloudLoginCommand";
     CommandDefinition* command = CommandDefinitionMgr::get()->findCommandDefinitionById(key);

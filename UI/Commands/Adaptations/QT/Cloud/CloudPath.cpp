@@ -56,7 +56,7 @@ void CloudPath::add(const QString& title, const std::string& folder, bool isLast
         button->setIcon(iconOf(Resources::Cloud()));
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     }
-    // An ampersand is one, and no letter's mark.
+    // An ampersand is just that, and doesn't mark a letter.
     QString shown = fontMetrics().elidedText(title, Qt::ElideMiddle, kLongest);
     shown.replace(QLatin1Char('&'), QStringLiteral("&&"));
     button->setText(isLast ? shown : shown + QStringLiteral("  \u203a"));
@@ -73,7 +73,7 @@ void CloudPath::fit()
         if (!button)
             continue;
         room -= button->sizeHint().width();
-        // Where one is can always be seen, and the root stays to be gone to.
+        // The current folder is always visible, and the root can always be reached.
         button->setVisible(room >= 0 || i == 0 || i + 2 == m_row->count());
     }
 }

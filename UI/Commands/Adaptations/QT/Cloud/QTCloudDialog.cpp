@@ -32,7 +32,7 @@ using Kind = CloudDialog::Kind;
 constexpr QSize kSize(720, 500);
 constexpr int kBorder = 16, kSpacing = 10;
 
-/// Where the last choice was made, of this run.
+/// Where the last choice of this run was made.
 std::string& lastFolder()
 {
     static std::string folder = "/";
@@ -107,7 +107,7 @@ CloudList* QTCloudDialog::makeList()
 CloudName* QTCloudDialog::makeName(const QString& name)
 {
     CloudName::Actions actions;
-    // Who types a name means the folder that is shown, and no longer one that he had touched in it.
+    // Whoever types a name means the folder that is shown, no longer one that was selected in it.
     actions.begin = [this] {
         if (const Vs::SkyvaultNodeData* selected = m_list->selected(); selected && selected->isFolder())
             m_list->clearSelection();
@@ -166,7 +166,8 @@ bool QTCloudDialog::open(std::string folder)
     const Vs::CloudErrorState state =
         Vs::SkyvaultUtilities::GetFolderNode(Vs::MeshportAuth::globalInstance(), folder, read);
     busy(false);
-    // Who doesn't wait for the first folder is shown what is here; later, what was there stays.
+    // A user who doesn't wait for the first folder sees what is stored on this computer; later, the previous
+    // folder stays.
     const bool isAway = state == Vs::CloudErrorState::Unreachable ||
                         (state == Vs::CloudErrorState::Cancelled && (m_folder.id().empty() || m_isAway));
     const bool isRead = state == Vs::CloudErrorState::Success || isAway;
@@ -190,7 +191,7 @@ void QTCloudDialog::take(Vs::SkyvaultNodeData folder, bool isAway)
     m_head->clearSearch();
     m_model->nodes(m_folder.children());
     m_head->show(m_folder.id());
-    // In a list where one chooses a place, nothing is chosen until the person does.
+    // In a list for choosing a place, nothing is selected until the person does so.
     m_list->stand(folderAbove(left) == m_folder.id() ? left.substr(left.rfind('/') + 1) : std::string(),
                   m_request.kind == Kind::Document);
     tell({});
@@ -343,7 +344,7 @@ void QTCloudDialog::reject()
 void QTCloudDialog::showEvent(QShowEvent* event)
 {
     QDialog::showEvent(event);
-    // Behind the first picture, so that nobody looks at nothing.
+    // After the first picture, so that the window isn't empty meanwhile.
     if (m_folder.id().empty())
         QMetaObject::invokeMethod(
             this,

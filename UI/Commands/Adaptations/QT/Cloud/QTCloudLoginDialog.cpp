@@ -115,7 +115,7 @@ QWidget* QTCloudLoginDialog::makeAddress()
     label->setBuddy(m_address);
     column->addWidget(label);
     column->addWidget(m_address);
-    // Another address is another server, with other ways.
+    // Another address means another server, with other ways to sign in.
     connect(m_address, &QLineEdit::textChanged, this, [this] {
         if (m_step == Step::Ways)
             go(Step::Address);
@@ -220,7 +220,7 @@ void QTCloudLoginDialog::go(Step step)
     showDefault();
 }
 
-/// The button that Return presses is the way that the person has begun to go.
+/// Return presses the button of the way that the person has begun.
 void QTCloudLoginDialog::showDefault()
 {
     const bool isTyped = !m_user->text().isEmpty() && !m_password->text().isEmpty();
@@ -380,7 +380,7 @@ const bool registered = [] {
         if (Application::headless() || Application::testing())
             return false;
         Application::get()->needGui();
-        // The preferences may be what asked.
+        // The caller may be the preferences.
         QWidget* above = QApplication::activeModalWidget();
         return QTCloudLoginDialog(above ? above : Application::get()->mainWidget()).exec() ==
                QDialog::Accepted;

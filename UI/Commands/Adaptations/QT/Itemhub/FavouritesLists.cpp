@@ -81,7 +81,7 @@ private:
         fill();
     }
 
-    /// There is a list from the first sign-in on.
+    /// The list exists from the first sign-in on.
     void follow()
     {
         ItemhubMyFavoritesCmdDef* definition = ItemhubMyFavoritesCmdDef::get();
@@ -124,11 +124,11 @@ private:
         button->setSizePolicy(home ? QSizePolicy::Fixed : QSizePolicy::Ignored, QSizePolicy::Fixed);
         if (home)
             button->setFixedWidth(kHomeWidth);
-        // An ampersand of a caption marks no letter. The style shortens what is too long.
+        // An ampersand in a caption doesn't mark a letter. The style elides what is too long.
         button->setText(u' ' + QString(caption).replace(u'&', QStringLiteral("&&")));
         button->setAccessibleName(caption);
         PlainText::setTooltip(button, caption);
-        // The list may be another one when the click comes.
+        // The list may have changed by the time of the click.
         connect(button, &QToolButton::clicked, this, [this, key = item.key()] { choose(key); });
         if (m_flow)
             m_flow->addWidget(button);

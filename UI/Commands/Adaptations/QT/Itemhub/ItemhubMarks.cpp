@@ -1,4 +1,4 @@
-// What the window tells of items' documents: behind their names how far their newest save has got, and that a
+// What the window shows of items' documents: after their names the progress of the newest save, and that a
 // version has arrived.
 
 #include "Server/Base/TranscriptMgr.h"

@@ -78,7 +78,7 @@ ItemhubPage::ItemhubPage(QWidget* parent)
             [](bool on) { Vs::ItemhubOptionGroup::get()->itemhubDisabled(!on); });
     connect(m_snapshots, &QCheckBox::clicked, this,
             [](bool on) { Vs::ItemhubOptionGroup::get()->recoverySnapshots(on); });
-    // By their commands, so that titles follow.
+    // Through their commands, so that titles follow.
     connect(m_sign, &QPushButton::clicked, this, [] {
         click(isSignedInToItemhub() ? ItemhubSignOutCmdDef::info()->key()
                                     : ItemhubSignInCmdDef::info()->key());

@@ -72,7 +72,7 @@ void ItemhubSearchHandler::onThreadFinished()
     }
 }
 
-// Nobody wants to see what he has typed over meanwhile.
+// Nobody wants results for a text that has been replaced meanwhile.
 void ItemhubSearchHandler::searchResultsReceived(Vs::ItemhubSearchResultsEvent* event)
 {
     if (m_panel && m_thread && event->query() == m_current && (m_pending.empty() || m_pending == m_current))

@@ -103,7 +103,7 @@ void QTSearchBar::search()
         m_panel->open();
 }
 
-/// What was found belongs to who was signed in.
+/// Results belong to the account that was signed in.
 void QTSearchBar::sessionChanged(Vs::ItemhubEvent*)
 {
     if (m_handler && m_panel && m_panel->isVisible())
@@ -138,7 +138,7 @@ bool QTSearchBar::eventFilter(QObject* watched, QEvent* event)
             return true;
         }
     } else if (event->type() == QEvent::FocusOut) {
-        // A click on what was found takes the keyboard from nobody.
+        // A click on a result takes the keyboard focus from nobody.
         leave();
     } else if (event->type() == QEvent::FocusIn && m_panel && !m_edit->text().simplified().isEmpty()) {
         m_panel->open();

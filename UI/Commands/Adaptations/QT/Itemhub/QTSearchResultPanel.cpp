@@ -20,7 +20,8 @@ namespace {
 
 constexpr int kSide = 2, kGap = 3;
 constexpr int kLeastWidth = 320;
-/// As many as a person looks through; the service is asked for more, so that it is known that there are.
+/// As many as a person looks through; the service is asked for more, so that it is known whether there are
+/// any.
 constexpr int kMostRows = 8;
 
 void mark(QWidget* widget, bool selected)

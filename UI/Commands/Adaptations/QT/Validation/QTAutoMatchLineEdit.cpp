@@ -53,7 +53,7 @@ void QTAutoMatchLineEdit::rememberText()
     rebuildCompleter();
 }
 
-// What was typed before is a help that a recording does without.
+// Suggestions of earlier texts are a convenience that a recording does without.
 boost::filesystem::path QTAutoMatchLineEdit::file() const
 {
     try {

@@ -41,7 +41,7 @@ QString titleOf(const QString& command)
 QTNormalValidationWidget::QTNormalValidationWidget(const ValidationCheck& check)
     : m_subjectArea(check.subjectArea), m_command(check.command)
 {
-    // The window has many of these, and stands beside the work.
+    // The window has many of these and stays beside the work.
     auto* contents = new QVBoxLayout;
     contents->setContentsMargins(0, 0, 0, 0);
     contents->setSpacing(4);
