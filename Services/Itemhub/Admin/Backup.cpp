@@ -61,7 +61,8 @@ void backup(Routes::Service& service, const QStringList& words)
         if (fs::exists(target))
             return;
         fs::create_directories(target.parent_path());
-        fs::copy_file(fs::path(service.config.blobs.toStdString()) / sha256.substr(0, 2) / sha256, part,
+        const Blobs::Descriptor content = service.blobs.open(sha256);
+        fs::copy_file("/proc/self/fd/" + std::to_string(content.get()), part,
                       fs::copy_options::overwrite_existing);
         fs::rename(part, target);
     });

@@ -8,8 +8,8 @@
 
 namespace Itemhub::Blobs {
 
-/// Where contents lie, by their SHA-256 in lower-case hexadecimal digits. Whoever has these four functions
-/// can hold them: a folder, also on a network, or a store of objects. Thread-safe, also between processes.
+/// Where contents lie, by their SHA-256 in lower-case hexadecimal digits. Whoever has these functions can
+/// hold them: a folder, also on a network, or a store of objects. Thread-safe, also between processes.
 class BlobStore
 {
 public:
@@ -23,6 +23,8 @@ public:
     /// @returns the size in bytes, or -1 if there is no such content
     [[nodiscard]] virtual int64_t size(const std::string& sha256) const = 0;
     virtual void remove(const std::string& sha256) = 0;
+    /// Tells of each content: its hash, and its age in seconds.
+    virtual void each(const std::function<void(const std::string& sha256, int64_t age)>& tell) const = 0;
 };
 
 /// Contents as files in folders of two digits.
@@ -36,8 +38,7 @@ public:
     [[nodiscard]] int64_t size(const std::string& sha256) const override;
     void remove(const std::string& sha256) override;
 
-    /// Tells of each file: its hash as its name says, and its age in seconds.
-    void each(const std::function<void(const std::string& sha256, int64_t age)>& tell) const;
+    void each(const std::function<void(const std::string& sha256, int64_t age)>& tell) const override;
 
 private:
     [[nodiscard]] std::string pathOf(const std::string& sha256) const;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <unistd.h>
 #include <utility>
 
@@ -24,6 +25,8 @@ public:
 
     [[nodiscard]] bool isValid() const { return m_descriptor >= 0; }
     [[nodiscard]] int get() const { return m_descriptor; }
+    /// Bytes, or -1 if it isn't valid.
+    [[nodiscard]] int64_t size() const { return ::lseek(m_descriptor, 0, SEEK_END); }
     /// The caller's from now on.
     [[nodiscard]] int release() { return std::exchange(m_descriptor, -1); }
 

@@ -26,6 +26,15 @@ Setter text(Part part)
 }
 
 template <class Part>
+Setter plainText(Part part)
+{
+    return [part](Config& config, const QJsonValue& value) {
+        part(config) = value.toString().toStdString();
+        return value.isString();
+    };
+}
+
+template <class Part>
 Setter number(Part part)
 {
     return [part](Config& config, const QJsonValue& value) {
@@ -61,6 +70,12 @@ const std::map<QString, Setter>& settings()
          }},
         {"database.patienceMs", number([](Config& c) -> int& { return c.database.patienceMs; })},
         {"blobs", text([](Config& c) -> QString& { return c.blobs; })},
+        {"objects.address", plainText([](Config& c) -> std::string& { return c.objects.address; })},
+        {"objects.bucket", plainText([](Config& c) -> std::string& { return c.objects.bucket; })},
+        {"objects.region", plainText([](Config& c) -> std::string& { return c.objects.region; })},
+        {"objects.keyId", plainText([](Config& c) -> std::string& { return c.objects.keyId; })},
+        {"objects.secret", plainText([](Config& c) -> std::string& { return c.objects.secret; })},
+        {"objects.nearBytes", number([](Config& c) -> uint64_t& { return c.objects.nearBytes; })},
         {"uploads", text([](Config& c) -> QString& { return c.uploads; })},
         {"keyFile", text([](Config& c) -> QString& { return c.keyFile; })},
         {"server.address", text([](Config& c) -> QString& { return c.address; })},
@@ -126,6 +141,10 @@ Config readConfig(const QString& file)
          {std::pair("database.name", &config.database.name), std::pair("blobs", &config.blobs)})
         if (value->isEmpty())
             refuse(std::string("\"") + name + "\" is missing");
+    while (config.objects.address.ends_with('/'))
+        config.objects.address.pop_back();
+    if (!config.objects.address.empty() && config.objects.bucket.empty())
+        refuse("\"objects.bucket\" is missing");
     if (config.uploads.isEmpty())
         config.uploads = config.blobs + "/uploads";
     if (config.keyFile.isEmpty())

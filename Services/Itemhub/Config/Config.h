@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Services/Itemhub/Blobs/ObjectBlobs.h"
 #include "Services/Itemhub/Store/Dialect.h"
 
 #include <QString>
@@ -18,7 +19,8 @@ struct ProviderConfig
 struct Config
 {
     Store::DatabaseOptions database;
-    QString blobs;   ///< The folder of contents.
+    QString blobs;                                                              ///< The folder of contents.
+    Blobs::ObjectPlace objects{.region = "us-east-1", .nearBytes = 4ULL << 30}; ///< No address: none.
     QString uploads; ///< The folder of what is being uploaded; on the same file system as the contents.
     QString keyFile; ///< See Access::MasterKey.
 

@@ -65,6 +65,8 @@ Problem problemOf(const std::system_error& error)
 {
     if (error.code().value() == ENOSPC || error.code().value() == EDQUOT)
         return Problem(507, "full", "The service's disk is full.");
+    if (error.code() == std::errc::host_unreachable)
+        return Problem(503, "no_contents", "Where the contents lie cannot be reached; try again later.");
     return Problem(500, "failed", "The service failed; its log says why.");
 }
 

@@ -199,7 +199,7 @@ Http::Response readContent(Call& call)
         return response;
     }
     Blobs::Descriptor content = call.service.blobs.open(sha256);
-    if (!content.isValid() || call.service.blobs.size(sha256) != version.size)
+    if (!content.isValid() || content.size() != version.size)
         throw Http::Problem(
             500, content.isValid() ? "content_damaged" : "content_missing",
             "The service no longer has the content of this version as it was; restore it from a backup.");

@@ -1,12 +1,27 @@
 #include "Services/Itemhub/Routes/Service.h"
 
+#include "Services/Itemhub/Blobs/ObjectBlobs.h"
+
 namespace Itemhub::Routes {
+
+namespace {
+
+std::unique_ptr<Blobs::BlobStore> contentsOf(const Config& config)
+{
+    const std::string folder = config.blobs.toStdString();
+    if (config.objects.address.empty())
+        return std::make_unique<Blobs::FolderBlobs>(folder);
+    return std::make_unique<Blobs::ObjectBlobs>(config.objects, folder);
+}
+
+} // namespace
 
 Service::Service(Config given)
     : config(std::move(given)),
       database(config.database),
       key(config.keyFile),
-      blobs(config.blobs.toStdString()),
+      contents(contentsOf(config)),
+      blobs(*contents),
       uploads(config.uploads.toStdString()),
       rateLimit(config.requestsPerSecond),
       provider(config.provider),

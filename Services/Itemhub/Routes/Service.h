@@ -9,7 +9,7 @@
 #include "Services/Itemhub/Routes/EventWatch.h"
 #include "Services/Itemhub/Store/Database.h"
 
-#include <functional>
+#include <memory>
 
 namespace Itemhub::Routes {
 
@@ -21,7 +21,8 @@ struct Service
     Config config;
     Store::Database database;
     Access::MasterKey key;
-    Blobs::FolderBlobs blobs;
+    const std::unique_ptr<Blobs::BlobStore> contents;
+    Blobs::BlobStore& blobs;
     Blobs::UploadFiles uploads;
     Access::RateLimit rateLimit;
     Access::Provider provider;
