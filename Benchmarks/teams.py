@@ -27,7 +27,7 @@ WORDS = "bracket housing plate shaft bearing flange gasket cover spindle lever p
 SEARCH = ("SELECT item_id, score FROM (SELECT item_id, -ts_rank(words, query) AS score FROM search, to_tsquery('simple', unaccent('{}')) AS query "
           "WHERE tenant_id = 1 AND words @@ query ORDER BY item_id DESC LIMIT 1000) AS matches ORDER BY score, item_id DESC LIMIT 400")
 READ = ("SELECT i.id, i.workspace_id, i.caption, i.description, i.revision, a.name, i.created_at, i.changed_at, f.item_id, (SELECT max(m.role) "
-        "FROM membership m WHERE m.account_id = 1 AND m.workspace_id IN (0, i.workspace_id)) FROM item i JOIN account a ON a.id = i.created_by "
+        "FROM held_role m WHERE m.account_id = 1 AND m.workspace_id IN (0, i.workspace_id)) FROM item i JOIN account a ON a.id = i.created_by "
         "LEFT JOIN favourite f ON f.item_id = i.id AND f.account_id = 1 WHERE i.id = :item AND i.tenant_id = 1 AND i.deleted_at IS NULL;")
 WRITE = """BEGIN;
 INSERT INTO item (tenant_id, workspace_id, caption, description, revision, created_by, created_at, changed_at) VALUES (1, 1, 'Load', '', 1, 1, 0, 0)

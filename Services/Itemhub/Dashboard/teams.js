@@ -19,7 +19,7 @@ function team(each, again) {
         await ask(method, `${path}/members/${encodeURIComponent(account())}`);
         again();
     });
-    const added = element("input", { required: true, maxlength: 128, autocomplete: "off", "aria-label": text("PageAddToTeam", each.name) });
+    const added = element("input", { required: true, maxlength: 128, autocomplete: "off", placeholder: text("PageAddMember"), "aria-label": text("PageAddToTeam", each.name) });
     return element("li", { class: "team" },
         element("h3", {}, element("bdi", {}, each.name)),
         element("div", { class: "controls" },
