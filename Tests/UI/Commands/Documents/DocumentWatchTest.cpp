@@ -11,9 +11,11 @@
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Notifications.h"
+#include "UI/Base/Session/DamageNotice.h"
 
 #include <QTest>
 
+#include <boost/algorithm/string.hpp>
 #include <boost/filesystem/operations.hpp>
 
 using namespace Vu;
@@ -90,6 +92,28 @@ protected:
 };
 
 } // namespace
+
+TEST_F(DocumentWatchTest, WhatADamagedFileLacksIsToldWhileItIsOpen)
+{
+    const DamageNotice notice;
+    const auto told = [] { return about(L"FileDamaged"); };
+    const std::wstring part = made(L"part.step", 1);
+    answer(L"Document.Open " + part);
+    EXPECT_EQ(told(), nullptr);
+    answer(L"Document.CloseAll");
+    std::string text = contentOf(part);
+    boost::replace_first(text, "ADVANCED_FACE", "ADVANCED_FOCE");
+    overwrite(part, text);
+    answer(L"Document.Open " + part);
+    ASSERT_NE(told(), nullptr);
+    EXPECT_NE(told()->title().find(L"part.step"), std::wstring::npos);
+    EXPECT_NE(told()->text().find(L"lacks 1 of 6 faces of \"Box1\""), std::wstring::npos) << told()->text();
+    // One that begins later tells of what is open, and nothing twice.
+    const DamageNotice later;
+    EXPECT_NE(told(), nullptr);
+    answer(L"Document.CloseAll");
+    EXPECT_EQ(told(), nullptr);
+}
 
 TEST_F(DocumentWatchTest, AForeignFileThatChangesIsReadAgainWithViewAndSelectionKept)
 {
