@@ -10,8 +10,8 @@ namespace Vs::Translate {
 // formats, so that it links, and loads at its start, nothing of the others.
 
 /// Starts what is to help with a file, before the wall is raised and before there is a second thread; null
-/// where the file is read alone. Nothing of it has been read yet. `memory` is what this process may use.
-std::shared_ptr<Helpers> helpersFor(Exchange::Format format, const std::string& path, uint64_t memory);
+/// where the file is read alone. Nothing of it has been read yet.
+std::shared_ptr<Helpers> helpersFor(Exchange::Format format, const std::string& path, const Help& help);
 
 /// Reads the shapes with their names, colours and structure, in millimetres. Throws Unreadable.
 Reading readFile(Exchange::Format format, const std::string& path, const ReadingOptions& options,

@@ -51,6 +51,13 @@ struct Reading
     std::string stored;
 };
 
+/// What helpers may use.
+struct Help
+{
+    uint64_t memory = 0; ///< Bytes.
+    std::string pieces;  ///< A folder for what they may need again; empty for none.
+};
+
 /// What a family of formats starts to be helped by.
 class Helpers
 {

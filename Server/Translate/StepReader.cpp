@@ -118,8 +118,13 @@ Loaded loadSound(const std::string& path, std::string_view file, const ReadingOp
     Salvage::Salvaged sound = Salvage::salvage(file);
     if (isWhole && !sound.wasDamaged)
         return loaded;
-    if (options.salvage && !sound.wasDamaged)
+    if (options.salvage && !sound.wasDamaged) {
+        // What broke down on the first try may have been its shares.
+        reporter.stage("reading the file", 0.0, 0.35);
+        if (Shares::ShareReaders::concern(path) && load(*loaded.reader, path, file, reporter))
+            return loaded;
         throw Unreadable("has no damage that can be seen");
+    }
     if (options.isStrict && sound.wasDamaged)
         throw Unreadable("is damaged" + (sound.losses.empty() ? "" : ": it lacks " + sound.losses));
     reporter.stage("reading what is sound", 0.0, 0.35);

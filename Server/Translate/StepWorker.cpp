@@ -8,9 +8,9 @@
 
 namespace Vs::Translate {
 
-std::shared_ptr<Helpers> helpersFor(Exchange::Format format, const std::string& path, uint64_t memory)
+std::shared_ptr<Helpers> helpersFor(Exchange::Format format, const std::string& path, const Help& help)
 {
-    return format == Exchange::Format::Step ? Shares::ShareReaders::start(path, memory) : nullptr;
+    return format == Exchange::Format::Step ? Shares::ShareReaders::start(path, help) : nullptr;
 }
 
 Reading readFile(Exchange::Format format, const std::string& path, const ReadingOptions& options,

@@ -5,7 +5,7 @@
 
 namespace Vs::Translate {
 
-std::shared_ptr<Helpers> helpersFor(Exchange::Format, const std::string&, uint64_t)
+std::shared_ptr<Helpers> helpersFor(Exchange::Format, const std::string&, const Help&)
 {
     return nullptr;
 }

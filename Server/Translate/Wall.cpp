@@ -133,6 +133,9 @@ bool shutFiles(const Wall& wall)
         rules.allow(place, kRead);
     if (!wall.writable.empty())
         rules.allow(wall.writable, kOfFiles);
+    if (!wall.folder.empty())
+        rules.allow(wall.folder, kRead | LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK_ACCESS_FS_MAKE_REG |
+                                     LANDLOCK_ACCESS_FS_REMOVE_FILE | kTruncate);
     return rules.enforce();
 }
 
@@ -209,6 +212,9 @@ std::vector<Call> callsOfForking()
         {SCMP_SYS(prctl), {is(0, PR_SET_NO_NEW_PRIVS)}},
         {SCMP_SYS(prctl), {is(0, PR_SET_SECCOMP)}},
         {SCMP_SYS(seccomp), {}},
+        {SCMP_SYS(rename), {}}, // what is kept in a folder
+        {SCMP_SYS(unlink), {}},
+        {SCMP_SYS(utimensat), {}},
         {SCMP_SYS(landlock_create_ruleset), {}},
         {SCMP_SYS(landlock_add_rule), {}},
         {SCMP_SYS(landlock_restrict_self), {}},

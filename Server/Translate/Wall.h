@@ -14,6 +14,7 @@ struct Wall
 {
     std::vector<std::string> readable; ///< Files, and folders with all that lies in them.
     std::string writable;              ///< A file that is there already.
+    std::string folder; ///< One in which files can be read, made, replaced and removed; empty for none.
     /// Processes can be started from this one, which stand behind the same wall until they raise one of their
     /// own, and be ended. For one that touches nothing but with code of this program.
     bool mayFork = false;

@@ -1,8 +1,8 @@
 // The worker: reads or writes one foreign file for the program that started it, and tells it over a pipe how
 // that goes. It may crash or be killed at any time; nothing of the program goes with it.
 //
-//     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [--salvage | --strict] [LIMITS]
-//     quillet-translate-FAMILY renew FORMAT DATA MODEL [LIMITS]
+//     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [--salvage | --strict]
+//     [--pieces=FOLDER] [LIMITS] quillet-translate-FAMILY renew FORMAT DATA MODEL [LIMITS]
 //     quillet-translate-FAMILY export FORMAT DATA FILE [--combine=NAME] [--unit=NAME] [--document=NAME]
 //         [--software=NAME] [LIMITS]
 //
@@ -43,7 +43,7 @@ struct Task
     enum class Work { Import, Renew, Export };
     Work work = Work::Import;
     Exchange::Format format = Exchange::Format::Unknown;
-    std::string source, target;
+    std::string source, target, pieces;
     ReadingOptions reading;
     Writing writing;
     uint64_t memory = RLIM_INFINITY, written = RLIM_INFINITY;
@@ -71,6 +71,8 @@ bool parse(const std::vector<std::string>& arguments, Task& task)
             task.reading.isStrict = true;
         else if (argument.starts_with("--memory="))
             task.memory = number(argument.substr(9));
+        else if (argument.starts_with("--pieces="))
+            task.pieces = argument.substr(9);
         else if (argument.starts_with("--written="))
             task.written = number(argument.substr(10));
         else if (argument.starts_with("--combine="))
@@ -153,7 +155,7 @@ int run(Task& task)
     Reporter reporter;
     try {
         if (task.work == Task::Work::Import && !task.reading.salvage)
-            task.reading.helpers = helpersFor(task.format, task.source, task.memory);
+            task.reading.helpers = helpersFor(task.format, task.source, {task.memory, task.pieces});
         // The kernel takes what it is given for UTF-8, which the name of a folder need not be.
         if (task.work == Task::Work::Export)
             std::filesystem::current_path(std::filesystem::path(task.target).parent_path());

@@ -109,6 +109,9 @@ void ForeignImport::startWorker(ImportCache& cache)
         arguments.push_back("--salvage");
     else if (m_isStrict)
         arguments.push_back("--strict");
+    // What a damaged file holds isn't kept as sound.
+    if (m_format == Format::Step && !m_firstFault)
+        arguments.push_back("--pieces=" + cache.pieces());
     m_worker =
         std::make_unique<Worker>(workerOf(m_format), std::move(arguments), WorkerLimits::forFile(m_size));
 }

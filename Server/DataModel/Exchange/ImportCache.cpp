@@ -38,6 +38,7 @@ constexpr const char* kReader = "5-" QUILLET_KERNEL_VERSION;
 constexpr const char* kSuffix = ".model";
 constexpr const char* kOthersSuffix = ".others"; // one path a line, as seen from the file
 constexpr const char* kScratchSuffix = ".part";
+constexpr const char* kPieces = "/pieces";
 constexpr auto kScratchAge = std::chrono::hours(24);
 
 std::string hexOf(const XXH128_hash_t& hash)
@@ -234,6 +235,17 @@ std::shared_ptr<const ModelFile> ImportCache::store(const std::string& key, cons
     return file;
 }
 
+std::string ImportCache::pieces() const
+{
+    const std::string path = m_folder + kPieces;
+    try {
+        OwnFiles::makeFolder(path);
+    } catch (const Exception&) {
+        // Nothing is kept then.
+    }
+    return path;
+}
+
 void ImportCache::trim(const std::string& keep)
 {
     struct Entry
@@ -244,25 +256,32 @@ void ImportCache::trim(const std::string& keep)
     };
     std::vector<Entry> entries;
     uint64_t sum = 0;
-    std::error_code error;
     const auto now = fs::file_time_type::clock::now();
-    for (fs::directory_iterator each(m_folder, error), end; each != end && !error; each.increment(error)) {
-        std::error_code gone;
-        const Entry entry{each->path(), each->last_write_time(gone), each->file_size(gone)};
-        if (gone)
-            continue;
-        if (entry.path.extension() == kScratchSuffix && now - entry.used > kScratchAge)
-            fs::remove(entry.path, gone); // left behind by a program that died
-        if (entry.path.extension() != kSuffix && entry.path.extension() != kOthersSuffix)
-            continue;
-        sum += entry.size;
-        if (entry.path != keep)
-            entries.push_back(entry);
-    }
+    const auto look = [&](const std::string& folder, const auto& isEntry) {
+        std::error_code error;
+        for (fs::directory_iterator each(folder, error), end; !error && each != end; each.increment(error)) {
+            std::error_code gone;
+            if (!each->is_regular_file(gone))
+                continue;
+            const Entry entry{each->path(), each->last_write_time(gone), each->file_size(gone)};
+            if (gone)
+                continue;
+            if (entry.path.extension() == kScratchSuffix && now - entry.used > kScratchAge)
+                fs::remove(entry.path, gone); // left behind by a program that died
+            if (!isEntry(entry.path.extension()))
+                continue;
+            sum += entry.size;
+            if (entry.path != keep)
+                entries.push_back(entry);
+        }
+    };
+    look(m_folder, [](const fs::path& suffix) { return suffix == kSuffix || suffix == kOthersSuffix; });
+    look(m_folder + kPieces, [](const fs::path&) { return true; });
     std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.used < b.used; });
     for (const Entry& entry : entries) {
         if (sum <= m_limit)
             break;
+        std::error_code error;
         fs::remove(entry.path, error);
         sum -= entry.size;
     }

@@ -24,6 +24,9 @@ public:
     explicit ImportCache(std::string folder, uint64_t limit = kUsualLimit);
 
     const std::string& folder() const { return m_folder; }
+    /// The folder of what workers keep of parts that may stand in other files as well, which the limit holds
+    /// for, too; it is there.
+    std::string pieces() const;
 
     /// The key of a file: of its contents, its name without folder and suffix, which parts get that have none
     /// of their own, the format it is read as, and the versions that read it. Nothing if it can't be read or

@@ -2,8 +2,10 @@
 
 #include "Server/DataModel/Exchange/LostFaces.h"
 #include "Server/DataModel/Exchange/WorkerProtocol.h"
+#include "Server/DataModel/Model/FileMapping.h"
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/Salvage/Salvage.h"
+#include "Server/Translate/Shares/PieceStore.h"
 #include "Server/Translate/Shares/SharePlan.h"
 #include "Server/Translate/Shares/ShareReader.h"
 #include "Server/Translate/Wall.h"
@@ -36,6 +38,9 @@ using namespace std::chrono_literals;
 constexpr auto kBetweenLooks = 5ms;
 /// Less memory isn't worth a start.
 constexpr uint64_t kLeastMemory = uint64_t(2) << 30;
+
+/// Among the shares, what was read before.
+constexpr size_t kKnown = kMostShares - 1;
 
 /// How a reader ends, as its exit code; whatever else it is, it died.
 enum End { kRead = 0, kUnsound = 4, kNoMemory = 5, kNothing = 6 };
@@ -75,15 +80,19 @@ class Divider
 {
 public:
     Divider(const Division& division, const StepScan& scan, const SharePlan& plan)
-        : m_division(division), m_scan(scan), m_plan(plan)
+        : m_division(division), m_scan(scan), m_plan(plan), m_store(division.pieces)
     {
     }
 
     bool run()
     {
-        for (size_t i = 0; i < m_plan.shares().size(); ++i) {
+        takeKnown();
+        tell(m_division.pipe, {WorkerMessage::Kind::Progress, double(m_shares.size() + m_hasKnown), {}});
+        if (m_hasKnown)
+            tell(m_division.pipe, {WorkerMessage::Kind::Done, double(kKnown), {}});
+        for (size_t i = 0; i < m_shares.size(); ++i) {
             m_waiting.push_back({i});
-            m_division.board->weigh(i, m_plan.shares()[i].bytes);
+            m_division.board->weigh(i, m_shares[i].bytes);
         }
         while (!m_waiting.empty() || !m_running.empty()) {
             while (canStart())
@@ -109,8 +118,50 @@ public:
     }
 
 private:
-    const Share& shareOf(const Try& what) const { return m_plan.shares()[what.share]; }
+    const Share& shareOf(const Try& what) const { return m_shares[what.share]; }
+    const Piece& pieceOf(uint32_t number) const { return m_plan.pieces()[number]; }
+    Items itemsOf(const Try& what) const
+    {
+        Items items;
+        for (const uint32_t piece : shareOf(what).pieces)
+            items.insert(items.end(), pieceOf(piece).items.begin(), pieceOf(piece).items.end());
+        std::sort(items.begin(), items.end());
+        return items;
+    }
+
     int fileOf(const Try& what) const { return m_division.files[what.share + 1]; }
+
+    /// Takes the pieces that were read before, in whatever file, and deals the others out.
+    void takeKnown()
+    {
+        std::vector<uint32_t> unknown;
+        PieceKeys keys(m_scan, m_plan);
+        for (uint32_t i = 0; i < m_plan.pieces().size(); ++i) {
+            m_keys.push_back(m_store.isUsed() ? keys.of(pieceOf(i)) : PieceKey());
+            if (m_store.find(m_keys[i], m_division.files[kKnown + 1]))
+                m_hasKnown = true;
+            else
+                unknown.push_back(i);
+        }
+        if (!unknown.empty())
+            m_shares = m_plan.shares(unknown, m_division.readers);
+    }
+
+    /// What a reader has made of sound pieces.
+    void keep(const Try& what)
+    {
+        if (!m_store.isUsed())
+            return;
+        try {
+            const auto file = FileMapping::adopt(dup(fileOf(what)));
+            std::string_view bytes = file->bytes();
+            for (const uint32_t piece : shareOf(what).pieces)
+                if (const auto block = ShareBlock::take(bytes))
+                    m_store.keep(m_keys[piece], *block);
+        } catch (const std::runtime_error&) {
+            // The worker finds it out as well.
+        }
+    }
 
     bool canStart() const
     {
@@ -153,13 +204,15 @@ private:
             const std::optional<ShareJob> job = jobFor(what);
             if (!job)
                 std::_Exit(kNothing);
-            ShareResult result = readShare(*job, what.way == Way::Whole, [=](double fraction) {
+            std::vector<ShareResult> results = readShare(*job, what.way == Way::Whole, [=](double fraction) {
                 board->progress(share, std::max(fraction, board->progress(share)));
             });
-            result.warnings = job->warnings;
-            if (what.way != Way::Whole)
-                tellMissing(what, result);
-            result.write(fileOf(what));
+            results.front().warnings = job->warnings;
+            for (ShareResult& result : results) {
+                if (what.way != Way::Whole)
+                    tellMissing(what, result);
+                result.write(fileOf(what));
+            }
             std::_Exit(kRead);
         } catch (const Unsound&) {
             std::_Exit(kUnsound);
@@ -175,12 +228,16 @@ private:
     /// Nothing if there is nothing sound to read.
     std::optional<ShareJob> jobFor(const Try& what) const
     {
-        Share share = shareOf(what);
-        if (what.way == Way::Alone)
-            share.items = {share.items[what.item]};
-        ShareJob job{.text = m_plan.text(share, what.way != Way::Whole),
-                     .representations = m_plan.representations(share),
-                     .wanted = m_plan.wanted(share)};
+        Items items = itemsOf(what);
+        ShareJob job;
+        if (what.way == Way::Alone) {
+            items = {items[what.item]};
+            job.parts.push_back(partOf(items));
+        } else {
+            for (const uint32_t piece : shareOf(what).pieces)
+                job.parts.push_back(partOf(pieceOf(piece).items));
+        }
+        job.text = m_plan.text(items, what.way != Way::Whole);
         if (what.way == Way::Whole)
             return job;
         Salvage::Salvaged sound = Salvage::salvage(job.text);
@@ -190,15 +247,25 @@ private:
             if (Exchange::LostFaces::ofWarning(warning))
                 job.warnings.push_back(std::move(warning));
         // Its representation needn't be the same any more.
-        for (SharedRepresentation& one : job.representations)
-            one.isWhole = false;
+        for (ShareJob::Part& part : job.parts)
+            for (SharedRepresentation& one : part.representations)
+                one.isWhole = false;
         return job.text.empty() ? std::nullopt : std::optional(job);
+    }
+
+    ShareJob::Part partOf(const Items& items) const
+    {
+        ShareJob::Part part{m_plan.representations(items), {}};
+        for (const uint32_t one : m_plan.closureOf(items))
+            if (m_plan.isStub(one))
+                part.wanted.push_back(m_scan.number(one));
+        return part;
     }
 
     /// Of items of which nothing is left.
     void tellMissing(const Try& what, ShareResult& result) const
     {
-        for (const uint32_t item : shareOf(what).items)
+        for (const uint32_t item : itemsOf(what))
             for (const auto& [number, shape] : result.shapes)
                 if (number == m_scan.number(item) && shape.IsNull())
                     result.warnings.push_back(lossOf(item));
@@ -230,6 +297,8 @@ private:
         m_running.erase(found);
         const int code = WIFEXITED(state) ? WEXITSTATUS(state) : -1;
         if (code == kRead) {
+            if (running.what.way == Way::Whole)
+                keep(running.what);
             finish(running.what);
             return true;
         }
@@ -240,7 +309,7 @@ private:
 
     void finish(const Try& what)
     {
-        if (what.way == Way::Alone && what.item + 1 < shareOf(what).items.size()) {
+        if (what.way == Way::Alone && what.item + 1 < itemsOf(what).size()) {
             m_waiting.push_back({what.share, Way::Alone, what.item + 1});
             return;
         }
@@ -265,8 +334,9 @@ private:
             m_waiting.push_back({what.share, Way::Alone});
         } else {
             ShareResult result;
-            result.shapes.emplace_back(m_scan.number(shareOf(what).items[what.item]), TopoDS_Shape());
-            result.warnings = {lossOf(shareOf(what).items[what.item])};
+            const uint32_t item = itemsOf(what)[what.item];
+            result.shapes.emplace_back(m_scan.number(item), TopoDS_Shape());
+            result.warnings = {lossOf(item)};
             result.write(fileOf(what));
             finish(what);
         }
@@ -294,6 +364,10 @@ private:
     const Division& m_division;
     const StepScan& m_scan;
     const SharePlan& m_plan;
+    const PieceStore m_store;
+    std::vector<PieceKey> m_keys; ///< Of the pieces.
+    std::vector<Share> m_shares;
+    bool m_hasKnown = false; ///< Whether pieces were read before.
     std::deque<Try> m_waiting;
     std::vector<Running> m_running;
 };
@@ -318,7 +392,6 @@ bool divideFile(const Division& division)
         scan ? SharePlan::of(*scan, {division.readers, division.isAlways}) : std::nullopt;
     if (!plan || !writeAll(division.files.front(), plan->structure()))
         return false;
-    Divider::tell(division.pipe, {WorkerMessage::Kind::Progress, double(plan->shares().size()), {}});
     return Divider(division, *scan, *plan).run();
 }
 
@@ -328,7 +401,7 @@ void divide(const Division& division)
 {
     bool isDone = false;
     try {
-        raiseWall({.readable = {division.path}, .writable = {}, .mayFork = true});
+        raiseWall({.readable = {division.path}, .writable = {}, .folder = division.pieces, .mayFork = true});
         // Nothing of the file has been looked at yet.
         warmUp();
         isDone = divideFile(division);

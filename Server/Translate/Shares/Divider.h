@@ -12,6 +12,7 @@ namespace Vs::Translate::Shares {
 struct Division
 {
     std::string path;
+    std::string pieces;  ///< The folder in which pieces are kept; empty for none.
     uint64_t memory = 0; ///< For all readers together.
     size_t readers = 2;  ///< At once.
     bool isAlways = false;

@@ -35,9 +35,9 @@ private:
     std::vector<uint32_t> m_parents;
 };
 
-bool isShared(const Share& share, uint32_t place)
+bool isAmong(const Items& items, uint32_t place)
 {
-    return std::binary_search(share.items.begin(), share.items.end(), place);
+    return std::binary_search(items.begin(), items.end(), place);
 }
 
 std::string reference(uint32_t number)
@@ -108,24 +108,24 @@ void SharePlan::findItems()
                 continue;
             isTaken[item] = true;
             m_items.push_back({item, i});
+            m_representations[item] = i;
         }
     }
 }
 
-template <class Visit>
-void SharePlan::walk(uint32_t from, std::vector<uint32_t>& seen, uint32_t mark, Visit visit) const
+/// Adds what is reached and hasn't the mark yet.
+void SharePlan::follow(uint32_t from, uint32_t mark, std::vector<uint32_t>& found) const
 {
-    std::vector<uint32_t> open{from};
-    seen[from] = mark;
-    while (!open.empty()) {
-        const uint32_t one = open.back();
-        open.pop_back();
-        visit(one);
-        for (const uint32_t next : m_scan.references(one)) {
-            if (seen[next] == mark)
+    if (m_seen[from] == mark)
+        return;
+    m_seen[from] = mark;
+    size_t next = found.size();
+    for (found.push_back(from); next < found.size(); ++next) {
+        for (const uint32_t one : m_scan.references(found[next])) {
+            if (m_seen[one] == mark)
                 continue;
-            seen[next] = mark;
-            open.push_back(next);
+            m_seen[one] = mark;
+            found.push_back(one);
         }
     }
 }
@@ -134,19 +134,22 @@ void SharePlan::walk(uint32_t from, std::vector<uint32_t>& seen, uint32_t mark, 
 uint64_t SharePlan::measureItems(std::vector<uint32_t>& joined)
 {
     Groups groups(m_items.size());
-    std::vector<uint32_t> seen(m_scan.size()), owners(m_scan.size());
+    std::vector<uint32_t> owners(m_scan.size()), closure;
+    m_seen.resize(m_scan.size());
     m_inItems.resize(m_scan.size());
     uint64_t all = 0;
     for (uint32_t i = 0; i < m_items.size(); ++i) {
-        walk(m_items[i].place, seen, i + 1, [&](uint32_t one) {
+        closure.clear();
+        follow(m_items[i].place, ++m_mark, closure);
+        for (const uint32_t one : closure) {
             m_items[i].bytes += m_scan.whole(one).size();
             m_inItems[one] = true;
             if (!isTopology(one))
-                return;
+                continue;
             if (owners[one] != 0)
                 groups.join(owners[one] - 1, i);
             owners[one] = i + 1;
-        });
+        }
         all += m_items[i].bytes;
     }
     joined.resize(m_items.size());
@@ -158,7 +161,7 @@ uint64_t SharePlan::measureItems(std::vector<uint32_t>& joined)
 bool SharePlan::divide(const Wish& wish)
 {
     std::vector<uint32_t> joined;
-    m_bytes = measureItems(joined);
+    const uint64_t bytes = measureItems(joined);
     Groups groups(m_items.size());
     for (uint32_t i = 0; i < m_items.size(); ++i)
         groups.join(joined[i], i);
@@ -168,40 +171,39 @@ bool SharePlan::divide(const Wish& wish)
     for (uint32_t i = 0; i < m_items.size(); ++i)
         representations.try_emplace(m_items[i].representation, i, 0).first->second.second += m_items[i].bytes;
     for (uint32_t i = 0; i < m_items.size(); ++i)
-        if (const auto& [first, bytes] = representations.at(m_items[i].representation);
-            bytes * wish.readers <= m_bytes)
+        if (const auto& [first, ofOne] = representations.at(m_items[i].representation);
+            ofOne * wish.readers <= bytes)
             groups.join(first, i);
 
-    std::unordered_map<uint32_t, Share> all;
+    std::unordered_map<uint32_t, Piece> all;
     for (uint32_t i = 0; i < m_items.size(); ++i) {
-        Share& share = all[groups.of(i)];
-        share.items.push_back(i);
-        share.bytes += m_items[i].bytes;
+        Piece& piece = all[groups.of(i)];
+        piece.items.push_back(m_items[i].place);
+        piece.bytes += m_items[i].bytes;
     }
-    std::vector<Share> pieces;
-    for (auto& [group, share] : all)
-        pieces.push_back(std::move(share));
-    std::sort(pieces.begin(), pieces.end(), [](const Share& a, const Share& b) {
+    for (auto& [group, piece] : all) {
+        std::sort(piece.items.begin(), piece.items.end());
+        m_pieces.push_back(std::move(piece));
+    }
+    std::sort(m_pieces.begin(), m_pieces.end(), [](const Piece& a, const Piece& b) {
         return a.bytes != b.bytes ? a.bytes > b.bytes : a.items < b.items;
     });
-    if (pieces.size() < 2 || (!wish.isAlways && (m_bytes < kLeastBytes ||
-                                                 double(pieces[0].bytes) > kLargestPart * double(m_bytes))))
-        return false;
-    m_shares.resize(std::min({pieces.size(), kMostShares, wish.readers * kSharesOfReader}));
-    const auto isSmaller = [](const Share& a, const Share& b) { return a.bytes < b.bytes; };
-    for (const Share& piece : pieces) {
-        Share& share = *std::min_element(m_shares.begin(), m_shares.end(), isSmaller);
-        share.items.insert(share.items.end(), piece.items.begin(), piece.items.end());
-        share.bytes += piece.bytes;
+    return m_pieces.size() > 1 &&
+           (wish.isAlways ||
+            (bytes >= kLeastBytes && double(m_pieces[0].bytes) <= kLargestPart * double(bytes)));
+}
+
+std::vector<Share> SharePlan::shares(const std::vector<uint32_t>& pieces, size_t readers) const
+{
+    std::vector<Share> shares(std::min({pieces.size(), kMostShares - 1, readers * kSharesOfReader}));
+    for (const uint32_t piece : pieces) {
+        Share& share = *std::min_element(shares.begin(), shares.end(),
+                                         [](const Share& a, const Share& b) { return a.bytes < b.bytes; });
+        share.pieces.push_back(piece);
+        share.bytes += m_pieces[piece].bytes;
     }
-    for (Share& share : m_shares) {
-        for (uint32_t& item : share.items)
-            item = m_items[item].place;
-        std::sort(share.items.begin(), share.items.end());
-    }
-    std::sort(m_shares.begin(), m_shares.end(),
-              [&](const Share& a, const Share& b) { return isSmaller(b, a); });
-    return true;
+    std::sort(shares.begin(), shares.end(), [](const Share& a, const Share& b) { return a.bytes > b.bytes; });
+    return shares;
 }
 
 /// False if the structure has a shape of its own that consists of what is in an item.
@@ -245,31 +247,29 @@ std::string SharePlan::structure() const
     return text + "ENDSEC;\nEND-ISO-10303-21;\n";
 }
 
-std::vector<bool> SharePlan::closureOf(const Share& share) const
+std::vector<uint32_t> SharePlan::closureOf(const Items& items) const
 {
-    std::vector<bool> in(m_scan.size());
-    std::vector<uint32_t> seen(m_scan.size());
-    const auto take = [&](uint32_t from) { walk(from, seen, 1, [&](uint32_t one) { in[one] = true; }); };
-    for (const uint32_t item : share.items)
-        if (!in[item])
-            take(item);
-    return in;
+    std::vector<uint32_t> closure;
+    const uint32_t mark = ++m_mark;
+    for (const uint32_t item : items)
+        follow(item, mark, closure);
+    return closure;
 }
 
-std::vector<SharedRepresentation> SharePlan::representations(const Share& share) const
+std::vector<SharePlan::Shown> SharePlan::shown(const Items& items) const
 {
-    std::vector<SharedRepresentation> all;
-    for (const Item& item : m_items) {
-        // Items lie here by their representations.
-        const uint32_t number = m_scan.number(item.representation);
-        if (!isShared(share, item.place) || (!all.empty() && all.back().number == number))
-            continue;
-        SharedRepresentation& one = all.emplace_back(SharedRepresentation{.number = number});
-        const auto references = m_scan.references(item.representation);
-        one.context = m_scan.number(references.back());
+    std::vector<uint32_t> places;
+    for (const uint32_t item : items)
+        places.push_back(m_representations.at(item));
+    std::sort(places.begin(), places.end());
+    places.erase(std::unique(places.begin(), places.end()), places.end());
+    std::vector<Shown> all;
+    for (const uint32_t place : places) {
+        const auto references = m_scan.references(place);
+        Shown& one = all.emplace_back(Shown{.representation = place, .context = references.back()});
         for (const uint32_t shown : references.first(references.size() - 1)) {
-            if (isShared(share, shown))
-                one.items.push_back(m_scan.number(shown));
+            if (isAmong(items, shown))
+                one.items.push_back(shown);
             else if (m_scan.entity(shown) != "AXIS2_PLACEMENT_3D")
                 one.isWhole = false;
         }
@@ -277,16 +277,31 @@ std::vector<SharedRepresentation> SharePlan::representations(const Share& share)
     return all;
 }
 
-std::string SharePlan::text(const Share& share, bool named) const
+std::vector<SharedRepresentation> SharePlan::representations(const Items& items) const
 {
-    std::vector<bool> in = closureOf(share);
-    std::vector<uint32_t> seen(m_scan.size());
-    for (const Item& item : m_items)
-        if (const uint32_t context = m_scan.references(item.representation).back();
-            isShared(share, item.place) && !in[context])
-            walk(context, seen, 1, [&](uint32_t one) { in[one] = true; });
+    std::vector<SharedRepresentation> all;
+    for (const Shown& shown : SharePlan::shown(items)) {
+        SharedRepresentation& one = all.emplace_back();
+        one.number = m_scan.number(shown.representation);
+        one.context = m_scan.number(shown.context);
+        one.isWhole = shown.isWhole;
+        for (const uint32_t item : shown.items)
+            one.items.push_back(m_scan.number(item));
+    }
+    return all;
+}
+
+std::string SharePlan::text(const Items& items, bool named) const
+{
+    std::vector<uint32_t> places;
+    const uint32_t mark = ++m_mark;
+    for (const uint32_t item : items) {
+        follow(item, mark, places);
+        follow(m_scan.references(m_representations.at(item)).back(), mark, places);
+    }
+    std::sort(places.begin(), places.end());
     std::string shown;
-    for (const SharedRepresentation& one : representations(share)) {
+    for (const SharedRepresentation& one : representations(items)) {
         std::string list;
         for (const uint32_t item : one.items)
             list += (list.empty() ? "" : ",") + reference(item);
@@ -294,13 +309,10 @@ std::string SharePlan::text(const Share& share, bool named) const
                  ");\n";
     }
     std::string text(m_scan.head());
-    text.reserve(share.bytes + share.bytes / 8);
     text += '\n';
-    for (uint32_t i = 0; i < m_scan.size(); ++i) {
-        if (!in[i])
-            continue;
+    for (const uint32_t i : places) {
         const std::string_view whole = m_scan.whole(i);
-        if (!named || !isShared(share, i) || whole.find('\'') == whole.npos) {
+        if (!named || !isAmong(items, i) || whole.find('\'') == whole.npos) {
             text.append(whole) += '\n';
             continue;
         }
@@ -312,22 +324,11 @@ std::string SharePlan::text(const Share& share, bool named) const
     return text + shown + "ENDSEC;\nEND-ISO-10303-21;\n";
 }
 
-std::vector<uint32_t> SharePlan::wanted(const Share& share) const
-{
-    const std::vector<bool> in = closureOf(share);
-    std::vector<uint32_t> numbers;
-    for (uint32_t i = 0; i < m_scan.size(); ++i)
-        if (in[i] && m_stubs[i])
-            numbers.push_back(m_scan.number(i));
-    return numbers;
-}
-
 size_t SharePlan::facesOf(uint32_t item) const
 {
-    size_t faces = 0;
-    std::vector<uint32_t> seen(m_scan.size());
-    walk(item, seen, 1, [&](uint32_t one) { faces += m_kinds[one] == Kind::Face; });
-    return faces;
+    const std::vector<uint32_t> closure = closureOf({item});
+    return static_cast<size_t>(std::count_if(closure.begin(), closure.end(),
+                                             [this](uint32_t one) { return m_kinds[one] == Kind::Face; }));
 }
 
 std::string SharePlan::partOf(uint32_t item) const
@@ -338,9 +339,7 @@ std::string SharePlan::partOf(uint32_t item) const
     std::vector<bool> shows(m_scan.size());
     std::vector<uint32_t> definitions;
     shows[item] = true;
-    for (const Item& one : m_items)
-        if (one.place == item)
-            shows[one.representation] = true;
+    shows[m_representations.at(item)] = true;
     constexpr int kRounds = 2; // The first finds relationships, the second what they lead to.
     for (int round = 0; round < kRounds; ++round)
         for (uint32_t i = 0; i < m_scan.size(); ++i) {

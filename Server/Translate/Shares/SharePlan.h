@@ -5,19 +5,29 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace Vs::Translate::Shares {
 
-/// What of a STEP file a reader of its own reads: some of the items (solids and surface models) of its
-/// representations, each with all that it consists of.
-struct Share
+/// Places of statements that are items (solids and surface models), in the order of the file.
+using Items = std::vector<uint32_t>;
+
+/// Items that are only read together, each with all that it consists of: the smallest part of a file.
+struct Piece
 {
-    std::vector<uint32_t> items; ///< Places of statements, in the order of the file.
-    uint64_t bytes = 0;          ///< How much text there is to read.
+    Items items;
+    uint64_t bytes = 0; ///< How much text there is to read.
 };
 
-/// Items that one representation lists, and that one share holds.
+/// What of a STEP file a reader of its own reads.
+struct Share
+{
+    std::vector<uint32_t> pieces; ///< Of the plan's.
+    uint64_t bytes = 0;
+};
+
+/// Items that one representation lists, and that are read together.
 struct SharedRepresentation
 {
     uint32_t number = 0;         ///< Of the representation's statement.
@@ -40,18 +50,30 @@ public:
     static std::optional<SharePlan> of(const StepScan& scan, const Wish& wish);
 
     /// The largest first.
-    const std::vector<Share>& shares() const { return m_shares; }
-    uint64_t bytes() const { return m_bytes; }
+    const std::vector<Piece>& pieces() const { return m_pieces; }
+    /// Deals some of the pieces out; the largest share first.
+    std::vector<Share> shares(const std::vector<uint32_t>& pieces, size_t readers) const;
 
     /// The file without what the items consist of: solids, shells, faces, edges and vertices that it refers
     /// to are there by name alone, and have to be known before it is transferred.
     std::string structure() const;
-    /// A share as a file: its items, in representations with units and tolerances.
-    /// With `named`, each item has the name of its part.
-    std::string text(const Share& share, bool named = false) const;
-    std::vector<SharedRepresentation> representations(const Share& share) const;
-    /// The numbers of what the structure knows by name alone, of all that the share holds.
-    std::vector<uint32_t> wanted(const Share& share) const;
+    /// Items as a file, in representations with units and tolerances. With `named`, each has the name of its
+    /// part.
+    std::string text(const Items& items, bool named = false) const;
+    /// Which of these items each representation shows, by places of statements.
+    struct Shown
+    {
+        uint32_t representation = 0, context = 0;
+        Items items;         ///< In the order of the representation.
+        bool isWhole = true; ///< These are all that it shows.
+    };
+    std::vector<Shown> shown(const Items& items) const;
+    std::vector<SharedRepresentation> representations(const Items& items) const;
+    /// All that the items consist of, in an order that depends on nothing but themselves: as it is referred
+    /// to.
+    std::vector<uint32_t> closureOf(const Items& items) const;
+    /// Whether the structure knows a statement by name alone.
+    bool isStub(uint32_t place) const { return m_stubs[place]; }
     /// What the part is called that shows the item, and how many faces that has.
     std::string partOf(uint32_t item) const;
     size_t facesOf(uint32_t item) const;
@@ -70,10 +92,8 @@ private:
     void findItems();
     bool divide(const Wish& wish);
     bool findStubs();
-    template <class Visit>
-    void walk(uint32_t from, std::vector<uint32_t>& seen, uint32_t mark, Visit visit) const;
-    std::vector<bool> closureOf(const Share& share) const;
     uint64_t measureItems(std::vector<uint32_t>& groups);
+    void follow(uint32_t from, uint32_t mark, std::vector<uint32_t>& found) const;
     bool isTopology(uint32_t place) const
     {
         return m_kinds[place] >= Kind::Item && m_kinds[place] <= Kind::Vertex;
@@ -82,11 +102,13 @@ private:
     const StepScan& m_scan;
     std::vector<Kind> m_kinds;
     std::vector<Item> m_items;
-    std::vector<Share> m_shares;
-    uint64_t m_bytes = 0;
-    std::vector<bool> m_inItems; ///< What items consist of.
-    std::vector<bool> m_kept;    ///< What the structure has of these.
-    std::vector<bool> m_stubs;   ///< What it has by name alone.
+    std::unordered_map<uint32_t, uint32_t> m_representations; ///< Of the items.
+    std::vector<Piece> m_pieces;
+    std::vector<bool> m_inItems;          ///< What items consist of.
+    std::vector<bool> m_kept;             ///< What the structure has of these.
+    std::vector<bool> m_stubs;            ///< What it has by name alone.
+    mutable std::vector<uint32_t> m_seen; ///< The last mark of each statement that was followed.
+    mutable uint32_t m_mark = 0;
 };
 
 } // namespace Vs::Translate::Shares

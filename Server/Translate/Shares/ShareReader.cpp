@@ -16,6 +16,7 @@
 #include <XSControl_TransferReader.hxx>
 #include <XSControl_WorkSession.hxx>
 
+#include <algorithm>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -67,10 +68,13 @@ public:
         m_process = transfer->TransientProcess();
         m_process->SetGraph(work->HGraph());
         const auto model = Handle(StepData_StepModel)::DownCast(work->Model());
-        std::unordered_set<uint32_t> needed(job.wanted.begin(), job.wanted.end());
-        for (const SharedRepresentation& one : job.representations) {
-            needed.insert(one.number);
-            needed.insert(one.items.begin(), one.items.end());
+        std::unordered_set<uint32_t> needed;
+        for (const ShareJob::Part& part : job.parts) {
+            needed.insert(part.wanted.begin(), part.wanted.end());
+            for (const SharedRepresentation& one : part.representations) {
+                needed.insert(one.number);
+                needed.insert(one.items.begin(), one.items.end());
+            }
         }
         for (int i = 1; i <= model->NbEntities(); ++i)
             if (const auto number = static_cast<uint32_t>(model->IdentLabel(model->Value(i)));
@@ -80,19 +84,49 @@ public:
 
     void transferItems(const Message_ProgressRange& range)
     {
-        Message_ProgressScope scope(range, "Items", double(m_job.representations.size()));
-        for (const SharedRepresentation& one : m_job.representations) {
-            const auto representation = Handle(StepRepr_Representation)::DownCast(entity(one.number));
-            if (representation.IsNull())
-                continue;
-            m_actor->PrepareUnits(representation, m_process);
-            Message_ProgressScope items(scope.Next(), "Items", double(one.items.size()));
-            for (const uint32_t number : one.items) {
-                const Message_ProgressRange next = items.Next();
-                if (const Handle(Standard_Transient) item = entity(number);
-                    !item.IsNull() && !m_process->IsBound(item))
-                    m_actor->TransferShape(item, m_process, true, false, next);
+        Message_ProgressScope scope(range, "Items", double(m_job.parts.size()));
+        for (const ShareJob::Part& part : m_job.parts) {
+            Message_ProgressScope inPart(scope.Next(), "Items", double(part.representations.size()));
+            for (const SharedRepresentation& one : part.representations)
+                transferItems(one, inPart.Next());
+        }
+    }
+
+    ShareResult result(const ShareJob::Part& part) const
+    {
+        ShareResult result;
+        std::unordered_set<uint32_t> taken;
+        for (const SharedRepresentation& one : part.representations) {
+            std::vector<TopoDS_Shape> shapes;
+            for (const uint32_t item : one.items) {
+                const TopoDS_Shape shape = shapeOf(item);
+                if (taken.insert(item).second)
+                    result.shapes.emplace_back(item, shape);
+                if (!shape.IsNull())
+                    shapes.push_back(shape);
             }
+            if (one.isWhole && !shapes.empty())
+                result.bodies.push_back(bodyOf(shapes));
+        }
+        for (const uint32_t number : part.wanted)
+            if (const TopoDS_Shape shape = shapeOf(number); !shape.IsNull() && taken.insert(number).second)
+                result.shapes.emplace_back(number, shape);
+        return result;
+    }
+
+private:
+    void transferItems(const SharedRepresentation& one, const Message_ProgressRange& range)
+    {
+        const auto representation = Handle(StepRepr_Representation)::DownCast(entity(one.number));
+        if (representation.IsNull())
+            return;
+        m_actor->PrepareUnits(representation, m_process);
+        Message_ProgressScope items(range, "Items", double(one.items.size()));
+        for (const uint32_t number : one.items) {
+            const Message_ProgressRange next = items.Next();
+            if (const Handle(Standard_Transient) item = entity(number);
+                !item.IsNull() && !m_process->IsBound(item))
+                m_actor->TransferShape(item, m_process, true, false, next);
         }
     }
 
@@ -103,7 +137,6 @@ public:
         return binder.IsNull() ? TopoDS_Shape() : TransferBRep::ShapeResult(binder);
     }
 
-private:
     Handle(Standard_Transient) entity(uint32_t number) const
     {
         const auto found = m_entities.find(number);
@@ -117,17 +150,20 @@ private:
 };
 
 /// One that can't be meshed is left to who puts all together, and tells of it.
-void meshBodies(std::vector<TopoDS_Shape>& bodies, const Message_ProgressRange& range)
+void meshBodies(std::vector<ShareResult>& results, const Message_ProgressRange& range)
 {
-    Message_ProgressScope scope(range, "Bodies", double(bodies.size()));
-    std::erase_if(bodies, [&](const TopoDS_Shape& body) {
-        try {
-            Kernel::meshShape(body, {}, scope.Next(), Kernel::MeshThreads::Own);
-            return false;
-        } catch (const Standard_Failure&) {
-            return true;
-        }
-    });
+    Message_ProgressScope scope(range, "Bodies", double(results.size()));
+    for (ShareResult& result : results) {
+        Message_ProgressScope inOne(scope.Next(), "Bodies", std::max(1.0, double(result.bodies.size())));
+        std::erase_if(result.bodies, [&](const TopoDS_Shape& body) {
+            try {
+                Kernel::meshShape(body, {}, inOne.Next(), Kernel::MeshThreads::Own);
+                return false;
+            } catch (const Standard_Failure&) {
+                return true;
+            }
+        });
+    }
 }
 
 } // namespace
@@ -142,7 +178,8 @@ void warmUp()
         [](double) {});
 }
 
-ShareResult readShare(const ShareJob& job, bool mustBeSound, const std::function<void(double)>& report)
+std::vector<ShareResult> readShare(const ShareJob& job, bool mustBeSound,
+                                   const std::function<void(double)>& report)
 {
     const std::shared_ptr<StepSession> session = StepSession::make();
     if (!session->load("share", job.text, part(report, 0, kParsed)) ||
@@ -151,28 +188,12 @@ ShareResult readShare(const ShareJob& job, bool mustBeSound, const std::function
     Transfer transfer(job, *session);
     const Handle(Progress) transferring = new Progress(part(report, kParsed, kTransferred));
     transfer.transferItems(transferring->Start());
-
-    ShareResult result;
-    std::unordered_set<uint32_t> taken;
-    for (const SharedRepresentation& one : job.representations) {
-        std::vector<TopoDS_Shape> shapes;
-        for (const uint32_t item : one.items) {
-            const TopoDS_Shape shape = transfer.shapeOf(item);
-            if (taken.insert(item).second)
-                result.shapes.emplace_back(item, shape);
-            if (!shape.IsNull())
-                shapes.push_back(shape);
-        }
-        if (one.isWhole && !shapes.empty())
-            result.bodies.push_back(bodyOf(shapes));
-    }
-    for (const uint32_t number : job.wanted)
-        if (const TopoDS_Shape shape = transfer.shapeOf(number);
-            !shape.IsNull() && taken.insert(number).second)
-            result.shapes.emplace_back(number, shape);
+    std::vector<ShareResult> results;
+    for (const ShareJob::Part& one : job.parts)
+        results.push_back(transfer.result(one));
     const Handle(Progress) meshing = new Progress(part(report, kTransferred, 1));
-    meshBodies(result.bodies, meshing->Start());
-    return result;
+    meshBodies(results, meshing->Start());
+    return results;
 }
 
 } // namespace Vs::Translate::Shares

@@ -13,9 +13,14 @@ namespace Vs::Translate::Shares {
 /// What one reader does.
 struct ShareJob
 {
+    /// What makes one result.
+    struct Part
+    {
+        std::vector<SharedRepresentation> representations;
+        std::vector<uint32_t> wanted; ///< Numbers of entities whose shapes are asked for besides.
+    };
     std::string text; ///< A STEP file.
-    std::vector<SharedRepresentation> representations;
-    std::vector<uint32_t> wanted;      ///< Numbers of entities whose shapes are asked for besides.
+    std::vector<Part> parts;
     std::vector<std::string> warnings; ///< Of what was left out of the text.
 };
 
@@ -30,7 +35,8 @@ public:
 void warmUp();
 
 /// Reads, transfers and meshes a share. `report` is told how much is done, from 0 to 1. Throws Unsound if the
-/// text has to be sound and isn't, and whatever the kernel throws.
-ShareResult readShare(const ShareJob& job, bool mustBeSound, const std::function<void(double)>& report);
+/// text has to be sound and isn't, and whatever the kernel throws. One result a part.
+std::vector<ShareResult> readShare(const ShareJob& job, bool mustBeSound,
+                                   const std::function<void(double)>& report);
 
 } // namespace Vs::Translate::Shares

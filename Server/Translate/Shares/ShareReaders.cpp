@@ -44,12 +44,17 @@ size_t processors()
 
 } // namespace
 
-std::shared_ptr<ShareReaders> ShareReaders::start(const std::string& path, uint64_t memory)
+bool ShareReaders::concern(const std::string& path)
 {
     const Wish wish = wishOfEnvironment();
     std::error_code error;
     const uint64_t size = std::filesystem::file_size(path, error);
-    if (error || wish.isNever || (!wish.isAlways && (size < kLeastFile || processors() < 2)))
+    return !error && !wish.isNever && (wish.isAlways || (size >= kLeastFile && processors() > 1));
+}
+
+std::shared_ptr<ShareReaders> ShareReaders::start(const std::string& path, const Help& help)
+{
+    if (!concern(path))
         return nullptr;
     std::shared_ptr<ShareReaders> readers(new ShareReaders);
     readers->m_board = std::make_unique<ShareBoard>();
@@ -69,9 +74,10 @@ std::shared_ptr<ShareReaders> ShareReaders::start(const std::string& path, uint6
         close(Exchange::kWorkerPipe);
         endWithProcess(worker);
         divide({.path = path,
-                .memory = memory,
+                .pieces = help.pieces,
+                .memory = help.memory,
                 .readers = std::max<size_t>(2, processors()),
-                .isAlways = wish.isAlways,
+                .isAlways = wishOfEnvironment().isAlways,
                 .pipe = ends[1],
                 .files = readers->m_files,
                 .board = readers->m_board.get()});

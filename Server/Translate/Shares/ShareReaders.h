@@ -26,7 +26,9 @@ class ShareReaders : public Helpers
 public:
     /// Null if the file is too small to be divided, or there is nothing to divide it for: one processor, say.
     /// The environment's QUILLET_SHARES, "never" or "always", decides otherwise.
-    static std::shared_ptr<ShareReaders> start(const std::string& path, uint64_t memory);
+    static std::shared_ptr<ShareReaders> start(const std::string& path, const Help& help);
+    /// Whether a file is one for them.
+    static bool concern(const std::string& path);
     ~ShareReaders() override;
     ShareReaders(const ShareReaders&) = delete;
     ShareReaders& operator=(const ShareReaders&) = delete;

@@ -139,27 +139,55 @@ void ShareResult::write(int descriptor) const
         refuse(std::strerror(errno));
 }
 
-bool ShareResult::take(std::string_view& bytes, ShareResult& result)
+std::optional<ShareBlock> ShareBlock::take(std::string_view& bytes)
 {
     if (bytes.empty())
-        return false;
+        return std::nullopt;
     Head head;
     if (bytes.size() < sizeof head)
         refuse("what was read is cut off");
     std::memcpy(&head, bytes.data(), sizeof head);
-    bytes.remove_prefix(sizeof head);
     const uint64_t listed = uint64_t(head.numbers) * sizeof(uint32_t);
-    if (head.bytes > bytes.size() || listed + head.words >= head.bytes || head.shapes > head.numbers)
+    if (head.bytes > bytes.size() - sizeof head || listed + head.words >= head.bytes ||
+        head.shapes > head.numbers)
         refuse("what was read is cut off");
+    ShareBlock block{.numbers = bytes.substr(sizeof head, listed),
+                     .whole = bytes.substr(0, sizeof head + head.bytes)};
+    block.rest = block.whole.substr(sizeof head + listed);
+    bytes.remove_prefix(block.whole.size());
+    return block;
+}
+
+std::optional<std::string>
+ShareBlock::renumbered(const std::function<std::optional<uint32_t>(uint32_t)>& other) const
+{
+    std::string changed(whole);
+    for (size_t at = 0; at < numbers.size(); at += sizeof(uint32_t)) {
+        uint32_t number;
+        std::memcpy(&number, numbers.data() + at, sizeof number);
+        const auto now = other(number);
+        if (!now)
+            return std::nullopt;
+        std::memcpy(changed.data() + sizeof(Head) + at, &*now, sizeof *now);
+    }
+    return changed;
+}
+
+bool ShareResult::take(std::string_view& bytes, ShareResult& result)
+{
+    const std::optional<ShareBlock> block = ShareBlock::take(bytes);
+    if (!block)
+        return false;
+    Head head;
+    std::memcpy(&head, block->whole.data(), sizeof head);
     result = {};
     std::vector<uint32_t> numbers(head.numbers);
-    std::memcpy(numbers.data(), bytes.data(), listed);
-    for (std::string_view words = bytes.substr(listed, head.words); !words.empty();) {
+    std::memcpy(numbers.data(), block->numbers.data(), block->numbers.size());
+    for (std::string_view words = block->rest.substr(0, head.words); !words.empty();) {
         result.warnings.emplace_back(words.substr(0, words.find('\0')));
         words.remove_prefix(std::min(words.size(), result.warnings.back().size() + 1));
     }
-    BytesBuffer buffer(bytes.substr(listed + head.words, head.bytes - listed - head.words));
-    bytes.remove_prefix(head.bytes);
+    BytesBuffer buffer(block->rest.substr(head.words));
     std::istream stream(&buffer);
     TopoDS_Shape all;
     BinTools::Read(all, stream);

@@ -158,6 +158,14 @@ TEST(ImportCache, DropsWhatWasNotUsedForLongestWhenItIsFull)
     EXPECT_NE(cache.find("a"), nullptr);
     EXPECT_NE(cache.find("c"), nullptr);
 
+    // What is kept of parts counts as well.
+    std::ofstream(cache.pieces() + "/one.piece") << std::string(kEntrySize, 'x');
+    makeOld(cache.pieces() + "/one.piece", 3);
+    cache.store("c", newModel(cache));
+    EXPECT_EQ(filesIn(cache.pieces()), 0u);
+    EXPECT_NE(cache.find("a"), nullptr);
+    std::filesystem::remove(cache.pieces());
+
     // An entry above the limit is kept as long as nothing else comes.
     ImportCache small(folder.path().string(), 1);
     const auto held = small.store("d", newModel(small));

@@ -15,6 +15,7 @@
 
 #include <boost/algorithm/string.hpp>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -67,6 +68,35 @@ std::vector<pid_t> childrenOf(pid_t process)
     return children;
 }
 
+/// The same file with its statements in another order, wider apart and with other numbers.
+std::string rewritten(const std::string& file)
+{
+    const size_t begin = file.find("DATA;") + 5, end = file.rfind("ENDSEC;");
+    std::vector<std::string> statements;
+    std::string data = file.substr(begin, end - begin);
+    boost::split(statements, data, boost::is_any_of(";"));
+    std::reverse(statements.begin(), statements.end());
+    std::string text = file.substr(0, begin);
+    for (const std::string& statement : statements)
+        if (!boost::trim_copy(statement).empty())
+            text += "\n" +
+                    std::regex_replace(std::regex_replace(statement, std::regex("#([0-9]+)"), "#4$010"),
+                                       std::regex(","), " ,\r\n ") +
+                    " /* as is */ ;";
+    return text + '\n' + file.substr(end);
+}
+
+void forgetPieces()
+{
+    std::filesystem::remove_all(Exchange::importCache().pieces());
+}
+
+size_t keptPieces()
+{
+    const std::filesystem::directory_iterator all(Exchange::importCache().pieces());
+    return static_cast<size_t>(std::distance(begin(all), end(all)));
+}
+
 /// The processes that read shares for this program's workers.
 std::vector<pid_t> readers()
 {
@@ -116,6 +146,7 @@ protected:
     void expectSame(const std::string& name, const std::string& text)
     {
         SCOPED_TRACE(name);
+        forgetPieces();
         EXPECT_EQ(seen(name, text, "always"), seen(name, text, "never"));
     }
 
@@ -124,6 +155,7 @@ protected:
                                               const std::function<void(pid_t)>& harm, size_t& met)
     {
         setenv("QUILLET_SHARES", "always", 1);
+        forgetPieces();
         Exchange::ForeignImport import(fresh("many.stp", text));
         Exchange::ForeignImport* imports[] = {&import};
         std::set<pid_t> known;
@@ -145,13 +177,13 @@ protected:
 TEST_F(SharesTest, AFileIsTheSameModelByBothRoads)
 {
     expectSame("whole.stp", whole);
-    const std::string many = copies(whole, 30);
+    const std::string many = copies(whole, 8);
     expectSame("many.stp", many);
     // Names may hold whatever looks like the file's own marks.
-    expectSame("names.stp", boost::replace_all_copy(many, "'Red box 7'", "'it''s #12=(;) \"x'"));
-    expectSame("comments.stp", boost::replace_all_copy(many, "=PLANE(", " /* #1=; ' */ = PLANE ("));
+    expectSame("names.stp", boost::replace_all_copy(many, "'Red box 5'", "'it''s #12=(;) \"x'"));
+    expectSame("comments.stp", boost::replace_all_copy(many, "= PLANE(", "/* #1=; ' */=PLANE ("));
     // One that lacks something is damaged by both.
-    expectSame("lacks.stp", boost::replace_first_copy(many, "=PLANE(", "=PLANET("));
+    expectSame("lacks.stp", boost::replace_first_copy(many, "= PLANE(", "= PLANET("));
     expectSame("refers.stp", std::regex_replace(many, std::regex("(VERTEX_POINT\\('',#)[0-9]+"),
                                                 "$01999999999", std::regex_constants::format_first_only));
     expectSame("twice.stp", boost::replace_first_copy(many, "DATA;", "DATA;\n#1=DIRECTION('',(0.,0.,1.));"));
@@ -170,7 +202,7 @@ TEST_F(SharesTest, RealFilesAreTheSameModelByBothRoads)
 
 TEST_F(SharesTest, ReadersThatAreKilledOrStoppedAreReplaced)
 {
-    const std::string many = copies(whole, 400);
+    const std::string many = copies(whole, 120);
     size_t met = 0;
     const auto parts = [](const ModelFile& model) { return model.tree().bodies.size(); };
     const auto sound = readWith(many, 0, {}, met);
@@ -184,4 +216,53 @@ TEST_F(SharesTest, ReadersThatAreKilledOrStoppedAreReplaced)
         EXPECT_EQ(Strings::narrow(status.toString()), "");
         EXPECT_GE(met, 3u);
     }
+}
+
+TEST_F(SharesTest, PartsThatAreTheSameInAnotherFileAreNotReadAgain)
+{
+    const std::string file = copies(whole, 3);
+    forgetPieces();
+    size_t known = keptPieces();
+    const std::string seenFirst = seen("parts.stp", file, "always");
+    EXPECT_GT(keptPieces(), known);
+    known = keptPieces();
+    const std::string again = rewritten(file);
+    EXPECT_EQ(seen("again.stp", again, "always"), seen("again.stp", again, "never"));
+    EXPECT_EQ(keptPieces(), known);
+    const std::string renamed = boost::replace_first_copy(file, "PRODUCT('Red box 1'", "PRODUCT('Blue'");
+    EXPECT_NE(renamed, file);
+    EXPECT_EQ(seen("renamed.stp", renamed, "always"), seen("renamed.stp", renamed, "never"));
+    EXPECT_EQ(keptPieces(), known);
+
+    // Whatever a part consists of tells it from others, and it is read then.
+    const std::pair<const char*, const char*> changes[] = {
+        {"(CARTESIAN_POINT\\('',\\(10\\.,0\\.,)0", "$011"},
+        {"(CYLINDRICAL_SURFACE\\('',#[0-9]+,)5", "$016"},
+        {"(CIRCLE\\('',#[0-9]+,)5", "$014"},
+        {"PLANE\\('", "PLANE('name"},
+        {"(\\.T\\.)(\\);\\s*#[0-9]+ = FACE_BOUND)", ".F.$2"}};
+    for (const auto& [from, to] : changes) {
+        SCOPED_TRACE(from);
+        const std::string changed =
+            std::regex_replace(file, std::regex(from), to, std::regex_constants::format_first_only);
+        ASSERT_NE(changed, file);
+        known = keptPieces();
+        EXPECT_EQ(seen("changed.stp", changed, "always"), seen("changed.stp", changed, "never"));
+        EXPECT_EQ(keptPieces(), known + 1);
+    }
+    // Units and tolerances are of all.
+    for (const auto& [from, to] : {std::pair(".MILLI.", ".CENTI."), std::pair("1.E-07", "1.E-06")}) {
+        const std::string changed = boost::replace_all_copy(file, from, to);
+        known = keptPieces();
+        EXPECT_EQ(seen("changed.stp", changed, "always"), seen("changed.stp", changed, "never"));
+        EXPECT_EQ(keptPieces(), known + 2) << from;
+    }
+
+    // One that the disk has damaged is read again.
+    for (const auto& each : std::filesystem::directory_iterator(Exchange::importCache().pieces())) {
+        std::string bytes = contentOf(each.path().string());
+        bytes[bytes.size() / 2] ^= 1;
+        overwrite(each.path().string(), bytes);
+    }
+    EXPECT_EQ(seen("parts.stp", file, "always"), seenFirst);
 }
