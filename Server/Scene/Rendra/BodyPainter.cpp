@@ -1,8 +1,6 @@
 #include "Server/Scene/Rendra/BodyPainter.h"
 
-#include "Server/Scene/Rendra/BufferOffset.h"
 #include "Server/Scene/Rendra/CommonShaders.h"
-#include "Server/Scene/Rendra/EdgeShaders.h"
 #include "Server/Scene/Rendra/FaceShaders.h"
 #include "Server/Scene/Rendra/GlassShaders.h"
 #include "Server/Scene/Rendra/ScreenBounds.h"
@@ -18,9 +16,10 @@ namespace {
 /// How far bodies keep the light from each other, as a part of the scene's size.
 constexpr double kOcclusionReach = 0.05;
 
+// On faces, edges are dark whatever is behind.
+const EdgePainter::Look kLookOnFaces{
+    .colour = {0.10f, 0.115f, 0.14f, 0.88f}, .dashPixels = 0, .onFaces = true};
 constexpr float kHiddenOpacity = 0.34f;
-/// Of edges in which faces go on smoothly, as a part of what others have.
-constexpr float kTangentOpacity = 0.28f;
 /// A dash and the gap behind it, in pixels of the picture.
 constexpr float kDashPixels = 9;
 
@@ -36,7 +35,7 @@ struct Style
     bool depthOnly = false;   ///< Faces that are not seen, but hide what is behind them.
     bool edges = false;       ///< Edges that nothing hides.
     bool hiddenEdges = false; ///< The others, faintly.
-    bool outlines = false;    ///< Lines where round faces turn away: without faces, nothing else shows these.
+    bool outlines = false;    ///< Lines where round faces turn away.
 };
 
 Style styleOf(int visualStyle)
@@ -46,7 +45,7 @@ Style styleOf(int visualStyle)
     case Vs::Scene::kRealistic:
         return {.faces = true};
     case Vs::Scene::kShadedWithHiddenEdges:
-        return {.faces = true, .edges = true, .hiddenEdges = true};
+        return {.faces = true, .edges = true, .hiddenEdges = true, .outlines = true};
     case Vs::Scene::kWireframe:
         return {.edges = true, .outlines = true};
     case Vs::Scene::kWireframeWithHiddenEdges:
@@ -56,7 +55,7 @@ Style styleOf(int visualStyle)
     case Vs::Scene::kHelpersOnly:
         return {};
     default:
-        return {.faces = true, .edges = true};
+        return {.faces = true, .edges = true, .outlines = true};
     }
 }
 
@@ -96,14 +95,9 @@ Occlusion::Source sourceOf(const Frame& frame, const Area& depths, double radius
 
 } // namespace
 
-// Dark whatever is behind.
-const BodyPainter::LineLook BodyPainter::kLookOnFaces{{0.10f, 0.115f, 0.14f, 0.88f}, 0};
-
 bool BodyPainter::make(Vs::Status& status)
 {
-    return makeFaces(kPlainFaces, status) &&
-           m_edges.make("edges", {kInstance, Shaders::kLineOfBody, Shaders::kEdgeVertex},
-                        {Shaders::kEdgeFragment}, status);
+    return makeFaces(kPlainFaces, status) && m_edges.make(status);
 }
 
 bool BodyPainter::makeFaces(unsigned kind, Vs::Status& status)
@@ -130,7 +124,6 @@ void BodyPainter::release()
     for (Program& program : m_faces)
         program.release();
     m_edges.release();
-    m_outlines.release();
     m_occlusion.release();
     m_shadows.release();
     m_glass.release();
@@ -149,7 +142,7 @@ void BodyPainter::draw(const Frame& frame)
     if (style.faces || style.depthOnly) {
         // Faces give way to the edges that lie in them, and a little more to transparent ones.
         glEnable(GL_POLYGON_OFFSET_FILL);
-        glPolygonOffset(1.0f, 192.0f);
+        glPolygonOffset(std::max(1.0f, 0.5f * frame.target.lineWidth + 0.5f), 192.0f);
         if (style.depthOnly)
             glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
         drawOpaqueFaces(frame, faces);
@@ -161,8 +154,9 @@ void BodyPainter::draw(const Frame& frame)
 
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
-    // On faces, edges are dark whatever is behind them; alone, they have to stand out from what is.
-    LineLook look = kLookOnFaces;
+    // Alone, they have to stand out from what is behind them.
+    EdgePainter::Look look = kLookOnFaces;
+    look.onFaces = style.faces;
     if (!style.faces) {
         const Vs::Colour& line = frame.environment.line;
         const float channels[3] = {line.r, line.g, line.b};
@@ -170,15 +164,15 @@ void BodyPainter::draw(const Frame& frame)
             look.colour[i] = std::pow(channels[i], 1 / 2.2f);
     }
     if (style.hiddenEdges && !frame.coarse) {
-        LineLook hidden = look;
+        EdgePainter::Look hidden = look;
         hidden.colour[3] = kHiddenOpacity;
         hidden.dashPixels = kDashPixels;
         glDepthFunc(GL_GREATER);
-        drawLines(frame, hidden, style.outlines);
+        m_edges.draw(frame, hidden, style.outlines && !style.faces);
         glDepthFunc(GL_LEQUAL);
     }
     if (style.edges && !(frame.coarse && style.faces))
-        drawLines(frame, look, style.outlines && !frame.coarse);
+        m_edges.draw(frame, look, style.outlines && !frame.coarse);
     glDepthMask(GL_TRUE);
     glDisable(GL_BLEND);
 }
@@ -242,9 +236,9 @@ void BodyPainter::drawGlass(const Frame& frame, bool lined)
     lined = lined && fine;
     if (lined) {
         m_glass.beginLines();
-        LineLook look = kLookOnFaces;
+        EdgePainter::Look look = kLookOnFaces;
         look.ofGlass = true;
-        drawLines(frame, look, false);
+        m_edges.draw(frame, look, true);
     }
     m_glass.finish(frame, lined);
 }
@@ -324,94 +318,6 @@ const Program& BodyPainter::useFaces(const Frame& frame, bool occluded, bool gla
     glUniform4f(program.uniform("occlusionPlace"), perX, perY, float(frame.tile.x - depths.x) * perX,
                 float(frame.tile.y - depths.y) * perY);
     return program;
-}
-
-void BodyPainter::drawLines(const Frame& frame, const LineLook& look, bool withOutlines)
-{
-    glLineWidth(frame.lineWidth(frame.target.lineWidth));
-    drawEdges(frame, look);
-    if (withOutlines)
-        drawOutlines(frame, look);
-}
-
-namespace {
-
-/// What both kinds of lines need to know of a body.
-void setBody(const Program& program, const Frame& frame, const Vs::BodyMesh& mesh)
-{
-    const GkPoint3d middle = mesh.bounds.centre();
-    glUniform4f(program.uniform("middle"), float(middle.x), float(middle.y), float(middle.z),
-                float(mesh.bounds.diagonal()));
-    glUniform1f(program.uniform("pixelsOfUnit"),
-                float(1 / frame.projection.pixelSize(1)) / std::max(1.0f, frame.target.lineWidth));
-}
-
-} // namespace
-
-void BodyPainter::drawEdges(const Frame& frame, const LineLook& look)
-{
-    frame.setView(m_edges);
-    frame.setHighlights(m_edges);
-    glUniform4fv(m_edges.uniform("edgeColour"), 1, look.colour);
-    glUniform1f(m_edges.uniform("dashLength"), look.dashPixels);
-    const KeptScene& scene = frame.scene;
-    for (size_t i = 0; i < scene.list.batches().size(); ++i) {
-        const Batch& batch = *scene.list.batches()[i];
-        const InstanceStore::Range& range = scene.instances.ranges()[i];
-        if (range.count == 0 || batch.mesh->edgePoints.empty() || (look.ofGlass && !batch.transparent))
-            continue;
-        const GlMesh& mesh = frame.meshes.get(batch.mesh, frame.statistics.uploadedMeshes);
-        if (mesh.edgeIndexCount == 0)
-            continue;
-        setBody(m_edges, frame, *batch.mesh);
-        glBindVertexArray(mesh.edgeArray);
-        InstanceStore::bind(range);
-        const auto drawRun = [&](GLsizei first, GLsizei end) {
-            const size_t size = mesh.edgeIndexType == GL_UNSIGNED_SHORT ? sizeof(uint16_t) : sizeof(uint32_t);
-            if (first == end)
-                return;
-            glDrawElementsInstanced(GL_LINES, end - first, mesh.edgeIndexType,
-                                    bufferOffset(size_t(first) * size), range.count);
-            ++frame.statistics.drawCalls;
-        };
-        const int tangent = frame.target.tangentEdges;
-        drawRun(0, tangent == kFullTangentEdges ? mesh.edgeIndexCount : mesh.sharpIndexCount);
-        if (tangent != kFaintTangentEdges || mesh.sharpIndexCount == mesh.edgeIndexCount)
-            continue;
-        glUniform4f(m_edges.uniform("edgeColour"), look.colour[0], look.colour[1], look.colour[2],
-                    look.colour[3] * kTangentOpacity);
-        drawRun(mesh.sharpIndexCount, mesh.edgeIndexCount);
-        glUniform4fv(m_edges.uniform("edgeColour"), 1, look.colour);
-    }
-}
-
-void BodyPainter::drawOutlines(const Frame& frame, const LineLook& look)
-{
-    if (!std::exchange(m_triedOutlines, true)) {
-        Vs::Status ignored;
-        m_outlines.make("outlines", {kInstance, Shaders::kLineOfBody, Shaders::kOutlineVertex},
-                        {Shaders::kEdgeFragment}, ignored, {Shaders::kOutlineGeometry});
-    }
-    if (!m_outlines)
-        return;
-    frame.setView(m_outlines);
-    frame.setHighlights(m_outlines);
-    glUniform4fv(m_outlines.uniform("edgeColour"), 1, look.colour);
-    glUniform1f(m_outlines.uniform("dashLength"), look.dashPixels * std::max(1.0f, frame.target.lineWidth));
-    glUniform2f(m_outlines.uniform("pixels"), float(frame.part.width) / 2, float(frame.part.height) / 2);
-    const KeptScene& scene = frame.scene;
-    for (size_t i = 0; i < scene.list.batches().size(); ++i) {
-        const Batch& batch = *scene.list.batches()[i];
-        const InstanceStore::Range& range = scene.instances.ranges()[i];
-        if (range.count == 0)
-            continue;
-        const GlMesh& mesh = frame.meshes.get(batch.mesh, frame.statistics.uploadedMeshes);
-        setBody(m_outlines, frame, *batch.mesh);
-        glBindVertexArray(mesh.faceArray);
-        InstanceStore::bind(range);
-        glDrawElementsInstanced(GL_TRIANGLES, mesh.indexCount, mesh.indexType, nullptr, range.count);
-        ++frame.statistics.drawCalls;
-    }
 }
 
 } // namespace Rendra

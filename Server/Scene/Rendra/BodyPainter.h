@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Scene/Rendra/EdgePainter.h"
 #include "Server/Scene/Rendra/Frame.h"
 #include "Server/Scene/Rendra/GlassLayers.h"
 #include "Server/Scene/Rendra/Occlusion.h"
@@ -13,6 +14,7 @@ public:
     bool make(Vs::Status& status) override;
     void draw(const Frame& frame) override;
     void release() override;
+    void collect() override { m_edges.collect(); }
 
     /// Whether the bodies throw shadows on each other in this frame (see ObjectShadow, whose uniforms can be
     /// set then).
@@ -24,15 +26,6 @@ public:
     void collectGlass() { m_glass.releaseIfLarge(); }
 
 private:
-    struct LineLook
-    {
-        float colour[4];
-        float dashPixels;     ///< Of the picture; 0 for a line without gaps.
-        bool ofGlass = false; ///< Only those of transparent bodies.
-    };
-
-    static const LineLook kLookOnFaces;
-
     bool makeFaces(unsigned kind, Vs::Status& status);
     const Program& faceProgram(unsigned kind);
     void drawOpaqueFaces(const Frame& frame, const Program& faces);
@@ -40,9 +33,6 @@ private:
     void drawUnsorted(const Frame& frame);
     bool findOcclusion(const Frame& frame, double radius);
     const Program& useFaces(const Frame& frame, bool occluded, bool glass = false);
-    void drawLines(const Frame& frame, const LineLook& look, bool withOutlines);
-    void drawEdges(const Frame& frame, const LineLook& look);
-    void drawOutlines(const Frame& frame, const LineLook& look);
 
     /// What a program of faces can do; all together are the kinds of programs. All but the plain one, and the
     /// outlines, are made at the first need; most sessions never show them.
@@ -57,8 +47,8 @@ private:
     };
 
     Program m_faces[kFaceKinds];
-    Program m_edges, m_outlines;
-    bool m_triedFaces[kFaceKinds] = {}, m_triedOutlines = false;
+    EdgePainter m_edges;
+    bool m_triedFaces[kFaceKinds] = {};
     Occlusion m_occlusion;
     ObjectShadow m_shadows;
     GlassLayers m_glass;

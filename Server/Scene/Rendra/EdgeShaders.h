@@ -29,24 +29,114 @@ vec4 lineAt(vec3 seen)
 /// crawl when the camera moves nor begin anew at each piece of a curve.
 inline constexpr const char* kEdgeVertex = R"(
 layout(location = 1) in float along;
-flat out vec4 line;
-out float dash;
+#ifdef PLAIN
+#define endLine line
+#define endDash dash
+flat
+#endif
+out vec4 endLine;
+out float endDash;
 
 void main()
 {
     vec4 seen = placed(position);
     gl_Position = projection * seen;
-    dash = along * pixelsOfUnit / (perspective ? max(-placed(middle.xyz).z, 1e-6) : 1.0);
-    line = lineAt(seen.xyz);
+    endDash = along * pixelsOfUnit / (perspective ? max(-placed(middle.xyz).z, 1e-6) : 1.0);
+    endLine = lineAt(seen.xyz);
+#ifdef PLAIN
     // What cannot be seen goes where it is thrown away before it costs pixels.
     if (line.a < 0.02)
         gl_Position = vec4(2.0, 2.0, 2.0, 1.0);
+#endif
+}
+)";
+
+/// The same for outlines, whose ends come in the scene's coordinates and with the size of their body.
+inline constexpr const char* kOutlineVertex = R"(
+layout(location = 0) in vec4 place;  // and how visible the line is
+layout(location = 1) in vec4 body;   // its size, flags and opacity
+uniform mat4 view;
+uniform mat4 projection;
+uniform vec4 edgeColour;
+uniform bool tinted;
+uniform vec3 pointedColour;
+uniform vec3 selectedColour;
+uniform bool perspective;
+uniform vec2 pixels;
+out vec4 endLine;
+out float endDash;
+
+void main()
+{
+    vec3 seen = (view * vec4(place.xyz, 1.0)).xyz;
+    // A little nearer, so that the flat pieces which a round face is made of do not hide its outline.
+    seen += (perspective ? -normalize(seen) : vec3(0.0, 0.0, 1.0)) * 0.003 * body.x;
+    gl_Position = projection * vec4(seen, 1.0);
+    vec3 tint = !tinted || body.y == 0.0 ? edgeColour.rgb : body.y >= 2.0 ? selectedColour : pointedColour;
+    endLine = vec4(tint, edgeColour.a * place.w * body.z);
+    // Without a length of their own, they are dashed along rows or columns.
+    vec2 at = gl_Position.xy / max(gl_Position.w, 1e-6) * pixels;
+    endDash = at.x + at.y;
+}
+)";
+
+/// Lines as strips of pixels: no driver limits their width then, and how much of a pixel they cover is known
+/// and not sampled.
+inline constexpr const char* kLineGeometry = R"(
+layout(lines) in;
+layout(triangle_strip, max_vertices = 4) out;
+in vec4 endLine[];
+in float endDash[];
+uniform vec2 pixels; // half the size of what is drawn into
+uniform float lineWidth;
+flat out vec4 line;
+out float dash;
+noperspective out float across; // in pixels, from the middle
+
+void main()
+{
+    vec4 a = gl_in[0].gl_Position, b = gl_in[1].gl_Position;
+    // Faint lines are left out before they cost pixels.
+    if (max(endLine[0].a, endLine[1].a) < 0.02)
+        return;
+    // What lies behind the viewer is cut off.
+    float nearA = a.z + a.w, nearB = b.z + b.w;
+    if (nearA <= 0.0 && nearB <= 0.0)
+        return;
+    if (nearA < 0.0)
+        a = mix(b, a, nearB / (nearB - nearA) * 0.9999);
+    if (nearB < 0.0)
+        b = mix(a, b, nearA / (nearA - nearB) * 0.9999);
+    vec2 from = a.xy / a.w * pixels, to = b.xy / b.w * pixels;
+    vec2 along = to - from;
+    float length2 = dot(along, along);
+    along = length2 > 1e-12 ? along * inversesqrt(length2) : vec2(1.0, 0.0);
+    float half_ = 0.5 * lineWidth + 0.5;
+    vec2 aside = vec2(-along.y, along.x) * half_;
+    // A little longer than it is, so that nothing opens where it goes on in a slightly other direction.
+    from -= along * 0.2;
+    to += along * 0.2;
+    line = endLine[0].a < endLine[1].a ? endLine[0] : endLine[1];
+    for (int i = 0; i < 4; ++i) {
+        bool first = i < 2;
+        float side = (i & 1) == 0 ? -1.0 : 1.0;
+        vec4 end = first ? a : b;
+        dash = first ? endDash[0] : endDash[1];
+        across = side * half_;
+        gl_Position = vec4(((first ? from : to) + aside * side) / pixels * end.w, end.zw);
+        EmitVertex();
+    }
+    EndPrimitive();
 }
 )";
 
 inline constexpr const char* kEdgeFragment = R"(
 flat in vec4 line;
 in float dash;
+#ifndef PLAIN
+noperspective in float across;
+uniform float lineWidth;
+#endif
 uniform float dashLength; // in the units of `dash`, the gap included; 0 for a line without gaps
 out vec4 result;
 
@@ -54,69 +144,13 @@ void main()
 {
     if (dashLength > 0.0 && fract(dash / dashLength) > 0.58)
         discard;
-    result = line;
-}
-)";
-
-/// The outline of round faces: within a triangle, the line on which the surface turns away from the viewer,
-/// found from the normals of its corners. Flat faces have none but their edges.
-inline constexpr const char* kOutlineVertex = R"(
-layout(location = 1) in vec4 normal;
-out vec3 cornerPlace;
-out float cornerFacing;
-out vec4 cornerLine;
-
-void main()
-{
-    cornerPlace = placed(position).xyz;
-    cornerFacing = dot(turned(normal.xyz), perspective ? -normalize(cornerPlace) : vec3(0.0, 0.0, 1.0));
-    cornerLine = lineAt(cornerPlace);
-}
-)";
-
-inline constexpr const char* kOutlineGeometry = R"(
-layout(triangles) in;
-layout(line_strip, max_vertices = 2) out;
-in vec3 cornerPlace[];
-in float cornerFacing[];
-in vec4 cornerLine[];
-uniform mat4 projection;
-uniform vec4 middle;
-uniform bool perspective;
-uniform vec2 pixels; // half the size of what is drawn into
-flat out vec4 line;
-out float dash;
-
-void main()
-{
-    // Corners that face neither way, to rounding, count as facing away: planes seen from their side have no line.
-    bool seen0 = cornerFacing[0] > 1e-6, seen1 = cornerFacing[1] > 1e-6, seen2 = cornerFacing[2] > 1e-6;
-    if (seen0 == seen1 && seen1 == seen2)
-        return;
-    if (cornerLine[0].a < 0.02)
-        return;
-    // The line runs between the two sides that meet in the corner which differs from the others.
-    int tip = seen1 == seen2 ? 0 : seen0 == seen2 ? 1 : 2;
-    vec4 ends[2];
-    for (int i = 0; i < 2; ++i) {
-        int other = (tip + 1 + i) % 3;
-        float part = cornerFacing[tip] / (cornerFacing[tip] - cornerFacing[other]);
-        vec3 place = mix(cornerPlace[tip], cornerPlace[other], clamp(part, 0.0, 1.0));
-        // A little nearer, so that the flat pieces which a round face is made of do not hide its outline.
-        float nearer = 0.003 * middle.w;
-        place += perspective ? -normalize(place) * nearer : vec3(0.0, 0.0, nearer);
-        ends[i] = projection * vec4(place, 1.0);
-    }
-    vec2 from = ends[0].xy / ends[0].w * pixels, to = ends[1].xy / ends[1].w * pixels;
-    bool level = abs(to.x - from.x) > abs(to.y - from.y);
-    for (int i = 0; i < 2; ++i) {
-        line = cornerLine[tip];
-        vec2 at = i == 0 ? from : to;
-        dash = level ? at.x : at.y;
-        gl_Position = ends[i];
-        EmitVertex();
-    }
-    EndPrimitive();
+    float cover = 1.0;
+#ifndef PLAIN
+    cover = clamp(0.5 * lineWidth + 0.5 - abs(across), 0.0, 1.0) * min(lineWidth, 1.0);
+    if (cover <= 0.0)
+        discard;
+#endif
+    result = vec4(line.rgb, line.a * cover);
 }
 )";
 

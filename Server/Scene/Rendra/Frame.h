@@ -69,7 +69,8 @@ struct Frame
     bool coarse = false;
     /// The view moves, and there is no graphics unit: fine shading is left for when it stands still.
     bool quick = false;
-    float smallest = 0; ///< Bodies that are fewer pixels across are left out.
+    bool software = false; ///< No graphics unit does the work, but the processor.
+    float smallest = 0;    ///< Bodies that are fewer pixels across are left out.
 
     const Vs::Scene::RenderParams& params() const { return *fragment.renderParams(); }
     /// Whether the fragment shows a model, with what stands around it, and not only helps over another.

@@ -226,9 +226,21 @@ bool GroundPainter::drawMirror(const Frame& frame, const Ground& ground)
     RenderTarget target = frame.target;
     target.framebuffer = m_mirror.framebuffer();
     target.samples = 1;
-    const Frame mirror{frame.fragment, frame.scene,  frame.meshes, projection,       target,
-                       frame.area,     into,         into,         frame.statistics, frame.environment,
-                       frame.light,    frame.coarse, frame.quick,  frame.smallest};
+    const Frame mirror{.fragment = frame.fragment,
+                       .scene = frame.scene,
+                       .meshes = frame.meshes,
+                       .projection = projection,
+                       .target = target,
+                       .area = frame.area,
+                       .part = into,
+                       .tile = into,
+                       .statistics = frame.statistics,
+                       .environment = frame.environment,
+                       .light = frame.light,
+                       .coarse = frame.coarse,
+                       .quick = frame.quick,
+                       .software = frame.software,
+                       .smallest = frame.smallest};
     frame.scene.instances.update(frame.scene.list, projection, frame.smallest);
     mirror.drawIntoPicture();
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);

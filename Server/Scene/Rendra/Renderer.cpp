@@ -247,6 +247,7 @@ void Renderer::Data::drawFragment(ViewFragment& fragment, const RenderTarget& ta
                       .light = light,
                       .coarse = coarse,
                       .quick = target.moving && software,
+                      .software = software,
                       .smallest = smallest};
     for (Pass* pass : passes) {
         frame.drawIntoPicture();

@@ -198,6 +198,36 @@ TEST_F(StylePicture, AnEdgeInWhichFacesGoOnSmoothlyIsFaintFullOrLeftOutAsTheOpti
     option(usual);
 }
 
+TEST_F(StylePicture, LinesAreAsWideAsTheScreenIsDenseWhateverWayTheyRun)
+{
+    const auto mesh = std::make_shared<Vs::BodyMesh>();
+    mesh->edgePoints = {-50, 0, 0, 50, 0, 0};
+    mesh->edgeStarts = {0, 2};
+    mesh->bounds.add({-50, -50, -50});
+    mesh->bounds.add({50, 50, 50});
+    show(mesh, {}, {0.5f, 0.5f, 0.5f, 1});
+    options.transparentBackground = true;
+    fragment->camera()->projection(kParallelProjection);
+    for (const auto& [smooth, fine] : {std::pair(false, false), {true, false}, {true, true}})
+        for (const float ratio : {1.0f, 1.5f, 2.0f})
+            for (const double slope : {0.0, 0.05, 0.3, 0.7, 1.0}) {
+                options.antiAliasing = smooth;
+                options.fine = fine;
+                options.pixelRatio = ratio;
+                fragment->camera()->look({0, 1, 0}, {slope, 0, 1});
+                fragment->camera()->fit(fragment->bounds());
+                draw(kWireframe);
+                constexpr double kOpacity = 0.88;
+                double ink = 0;
+                for (size_t i = 3; i < image.pixels.size(); i += 4)
+                    ink += image.pixels[i] / 255.0 / kOpacity;
+                const Projection view(*fragment->camera(), kWidth, kHeight, fragment->bounds());
+                const double width = ink * view.pixelSize(1) / 100;
+                EXPECT_NEAR(width, 1.15 * double(ratio), 0.1 * double(ratio))
+                    << smooth << fine << ", ratio " << ratio << ", slope " << slope;
+            }
+}
+
 TEST_F(StylePicture, HiddenEdgesAreFainterThanSeenOnesAndDashed)
 {
     show(Shapes::box(100, 100, 100), {-50, -50, -50}, {0.6f, 0.6f, 0.6f, 1});
@@ -271,7 +301,47 @@ TEST_F(StylePicture, RoundBodiesHaveAnOutlineInWireframesThatFollowsTheView)
                 }
             EXPECT_GT(onCircle, size_t(4 * radius)) << "style " << style;
             EXPECT_LT(elsewhere, onCircle / 20) << "style " << style;
+            for (double angle = 0; angle < 6.28; angle += 0.01) {
+                int most = 0;
+                for (double away = radius - 2; away <= radius + 2; away += 0.1)
+                    most =
+                        std::max(most, int(image.pixel(uint32_t(kWidth / 2.0 + away * std::cos(angle)),
+                                                       uint32_t(kHeight / 2.0 + away * std::sin(angle)))[3]));
+                EXPECT_GT(most, 40) << "a gap at " << angle;
+            }
         }
+}
+
+TEST_F(StylePicture, RoundBodiesHaveAnOutlineOnTheirFacesWhereEdgesAreDrawn)
+{
+    show(Shapes::ball(50), {}, {0.7f, 0.7f, 0.7f, 1});
+    for (const int projection : {kParallelProjection, kPerspectiveProjection}) {
+        fragment->camera()->projection(projection);
+        fragment->camera()->fit(fragment->bounds());
+        const Image plain = draw(kShaded);
+        for (const int style : {kShadedWithVisibleEdges, kShadedWithHiddenEdges}) {
+            draw(style);
+            std::vector<GkPoint2d> darker;
+            GkPoint2d middle;
+            for (uint32_t y = 0; y < kHeight; ++y)
+                for (uint32_t x = 0; x < kWidth; ++x)
+                    if (plain.pixel(x, y)[1] - image.pixel(x, y)[1] >= 40) {
+                        darker.emplace_back(x, y);
+                        middle.x += x;
+                        middle.y += y;
+                    }
+            ASSERT_FALSE(darker.empty()) << style;
+            double nearest = 1e9, farthest = 0;
+            for (const GkPoint2d& each : darker) {
+                const double away = std::hypot(each.x - middle.x / double(darker.size()),
+                                               each.y - middle.y / double(darker.size()));
+                nearest = std::min(nearest, away);
+                farthest = std::max(farthest, away);
+            }
+            EXPECT_GT(double(darker.size()), 4 * nearest) << style << ", all around";
+            EXPECT_LT(farthest - nearest, 5) << style << ", and nowhere else";
+        }
+    }
 }
 
 TEST_F(StylePicture, EveryEnvironmentLightsTheBodiesInItsOwnWay)
