@@ -42,6 +42,9 @@ HomeList::HomeList(const QString& title, QWidget* parent) : QFrame(parent), m_ro
 
 void HomeList::add(QWidget* row)
 {
+    // One that comes later was made after all that follows this list.
+    if (QWidget* last = m_rows->itemAt(m_rows->count() - 1)->widget())
+        QWidget::setTabOrder(last, row);
     m_rows->addWidget(row);
 }
 

@@ -198,14 +198,28 @@ void Tile::focusOutEvent(QFocusEvent* event)
     showCornerButtons();
 }
 
+QToolButton* Tile::buttonOf(const QKeyEvent& event) const
+{
+    if (event.modifiers() != Qt::NoModifier)
+        return nullptr;
+    return event.key() == Qt::Key_Delete ? m_remove : event.key() == Qt::Key_P ? m_pin : nullptr;
+}
+
+bool Tile::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride && buttonOf(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QAbstractButton::event(event);
+}
+
 void Tile::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         click();
-    } else if (event->key() == Qt::Key_Delete && m_remove) {
-        m_remove->click();
-    } else if (event->key() == Qt::Key_P && event->modifiers() == Qt::NoModifier && m_pin) {
-        m_pin->click();
+    } else if (QToolButton* button = buttonOf(*event)) {
+        button->click();
     } else if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right || event->key() == Qt::Key_Up ||
                event->key() == Qt::Key_Down) {
         event->ignore(); // The list knows its rows.

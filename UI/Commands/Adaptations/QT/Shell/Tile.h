@@ -60,6 +60,8 @@ protected:
     void leaveEvent(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    /// Its keys are its own, also where the window has a hot key of the same letter.
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -73,6 +75,8 @@ private:
     void paintTexts(QPainter& painter) const;
     void describe();
     void showCornerButtons();
+    /// The corner's button that a key presses; null if none.
+    QToolButton* buttonOf(const QKeyEvent& event) const;
 
     QIcon m_icon, m_mark;
     QImage m_picture;

@@ -44,6 +44,7 @@ TileSection::TileSection(const QString& title, QWidget* parent)
 void TileSection::addToHeading(QWidget* widget)
 {
     m_heading->addWidget(widget);
+    m_last = widget;
 }
 
 void TileSection::arrange(const std::vector<Tile*>& tiles)
@@ -62,8 +63,14 @@ void TileSection::arrange(const std::vector<Tile*>& tiles)
         m_flow->addWidget(tile);
         tile->show();
     }
-    for (size_t i = 1; i < tiles.size(); ++i)
-        QWidget::setTabOrder(tiles[i - 1], tiles[i]);
+    // They were made after all that follows this section. What takes no focus has no place in the order.
+    m_flowing->setFocusPolicy(Qt::TabFocus);
+    QWidget* previous = m_last ? m_last : m_flowing;
+    for (Tile* tile : tiles) {
+        QWidget::setTabOrder(previous, tile);
+        previous = tile;
+    }
+    m_flowing->setFocusPolicy(Qt::NoFocus);
     m_tiles = tiles;
     if (held && !stays && !tiles.empty())
         tiles[std::min(static_cast<size_t>(before), tiles.size() - 1)]->setFocus();

@@ -40,6 +40,7 @@ private:
 
     QLabel* m_title;
     QHBoxLayout* m_heading;
+    QWidget* m_last = nullptr; ///< In the heading; the keyboard goes from there to the tiles.
     QWidget* m_flowing;
     FlowLayout* m_flow;
     QWidget* m_placeholder = nullptr;

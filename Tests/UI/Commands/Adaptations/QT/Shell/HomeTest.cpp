@@ -254,6 +254,15 @@ TEST_F(HomeTest, ArrowKeysGoAlongAndAcrossTheRows)
     EXPECT_EQ(press(Qt::Key_Down), "e") << "the last row is short";
     EXPECT_EQ(press(Qt::Key_Up), "c");
     EXPECT_EQ(press(Qt::Key_Delete), "d") << "the next one takes its place";
+    EXPECT_EQ(press(Qt::Key_P), "d") << "the window's hot key of this letter has to wait";
+    EXPECT_TRUE(recent()[0]->pinned());
+    EXPECT_EQ(recent()[0]->text().toStdString(), "d");
+    // Tab leads from the field above the tiles into them, although they were made later.
+    auto* filter = window->findChild<QLineEdit*>("recentFilter");
+    filter->setFocus();
+    EXPECT_EQ(press(Qt::Key_Tab), "d");
+    QTest::keyClick(window->focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(window->focusWidget(), filter);
 }
 
 TEST_F(HomeTest, OpenAssetsStandAboveAndAPressGoesBackToThem)
