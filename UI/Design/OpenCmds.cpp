@@ -1,5 +1,6 @@
 #include "UI/Design/OpenCmds.h"
 
+#include "Server/Base/DiskAnswer.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
@@ -28,8 +29,13 @@ namespace {
 bool askForFile(const Vs::TranslatorFileRecognizer& recognizer, CommandContext* context, std::wstring& path,
                 Vs::Status& status)
 {
-    if (FileDialog::getTranscriptableFilename(recognizer.fileFilter(), path, context, true, L""))
-        return !path.empty();
+    if (FileDialog::getTranscriptableFilename(recognizer.fileFilter(), path, context, true, L"")) {
+        if (path.empty() || Vs::diskAnswers(path))
+            return !path.empty();
+        status.addError(localizedFormat(
+            "OpenNoAnswer", "\"%1%\" can't be opened: the disk on which it lies doesn't answer.", path));
+        return false;
+    }
     FileDialog::tellMissing(status);
     return false;
 }

@@ -196,6 +196,36 @@ TEST_F(PrimitivePanelsTest, SizesThatMakeNoSenseAreToldAndKeepOkGrey)
     EXPECT_EQ(parts(), 3u);
 }
 
+TEST_F(PrimitivePanelsTest, TheFirstSizesSuitWhatTheViewShows)
+{
+    const auto length = [&](double shown) {
+        camera()->fit({GkPoint3d(), GkPoint3d(shown, shown, shown)});
+        start(L"BoxCommand");
+        const BBox box = last()->body->mesh()->bounds;
+        key(Qt::Key_Escape);
+        return box.high().x - box.low().x;
+    };
+    const double small = length(4);
+    EXPECT_GT(small, 0.4);
+    EXPECT_LT(small, 4);
+    EXPECT_NEAR(length(400), 100 * small, 1e-6);
+}
+
+TEST_F(PrimitivePanelsTest, ThePanelComesUpWhereItDoesNotHideTheNewPart)
+{
+    const auto isAtRight = [&] {
+        const QPoint middle = canvas->mapTo(canvas->window(), canvas->rect().center());
+        return panel()->geometry().center().x() > middle.x();
+    };
+    start(L"BoxCommand");
+    EXPECT_TRUE(isAtRight()) << "the origin is on the left";
+    key(Qt::Key_Escape);
+    select({L"Box3/Face1"});
+    start(L"BoxCommand");
+    EXPECT_FALSE(isAtRight());
+    key(Qt::Key_Escape);
+}
+
 TEST_F(PrimitivePanelsTest, TheViewMovesOnlyIfTheNewPartIsNotToBeSeenThere)
 {
     const auto make = [&](const char* x) {

@@ -13,6 +13,7 @@
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/Theme.h"
+#include "UI/Base/Workspace/HUDManager.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 
 #include <QApplication>
@@ -24,6 +25,7 @@
 #include <QScrollArea>
 
 #include <algorithm>
+#include <utility>
 
 namespace Vu {
 namespace {
@@ -273,6 +275,9 @@ void CommandPanel::place()
     corner.setY(std::clamp(corner.y(), 0, std::max(0, window->height() - kGrip)));
     move(corner);
     raise();
+    // What tells of values in the view keeps off the panel.
+    if (std::exchange(m_told, geometry()) != geometry())
+        HUDManager::get()->changed();
 }
 
 void CommandPanel::commit()

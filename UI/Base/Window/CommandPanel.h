@@ -86,6 +86,7 @@ private:
     QWidget* m_foot; ///< With the buttons.
     QPushButton* m_ok;
     QTimer m_soon;
+    QRect m_told;     ///< Where it was told to be.
     QPoint m_dragged; ///< How far from its usual place the panel was dragged.
     QPoint m_grabbed; ///< Where in the window the pointer was last, while it drags.
     Vs::Subscriptions m_subscriptions;

@@ -101,6 +101,7 @@ void PlacedHuds::refresh()
         }
         plate->layout()->activate();
         put(plate, hud.place());
+        keepOffPanel(*plate);
         if (plate->geometry().intersects(before))
             plate->move(plate->x(), std::min(lowest + 2, m_frame->height() - plate->height()));
         before = before.united(plate->geometry());
@@ -120,6 +121,19 @@ void PlacedHuds::showHint()
     m_hint->setText(QString::fromStdWString(text));
     put(m_hint, HUDManager::get()->hintPlace());
     m_hint->raise();
+}
+
+/// Beside the panel of the running command, at its inner side.
+void PlacedHuds::keepOffPanel(QWidget& plate) const
+{
+    const auto* panel = m_frame->window()->findChild<QWidget*>(QStringLiteral("commandPanel"));
+    if (!panel || !panel->isVisible())
+        return;
+    const QRect covered(m_frame->mapFrom(m_frame->window(), panel->pos()), panel->size());
+    if (!covered.intersects(plate.geometry()))
+        return;
+    const bool atLeft = covered.center().x() < m_frame->width() / 2;
+    plate.move(atLeft ? covered.right() + 1 + kMargin : covered.left() - kMargin - plate.width(), plate.y());
 }
 
 // Beside the place, and within the frame.

@@ -29,6 +29,7 @@ private:
     void hudsChanged() override { m_soon.start(0); }
     void refresh();
     QFrame* plateOf(const PlacedHUD& hud);
+    void keepOffPanel(QWidget& plate) const;
     void showHint();
     void put(QWidget* widget, const Vs::Point2& place);
 

@@ -50,7 +50,7 @@ private:
 class HUDEventSite : public Vs::EventSite
 {
 public:
-    /// A HUD came, went or moved, or there is another hint.
+    /// A HUD came, went or moved, there is another hint, or something else lies over the canvas.
     virtual void hudsChanged() = 0;
 };
 
@@ -73,9 +73,11 @@ public:
     const std::wstring& hintText() const { return m_hint; }
     const Vs::Point2& hintPlace() const { return m_hintPlace; }
 
+    /// Tells the sites.
+    void changed();
+
 private:
     HUDManager() = default;
-    void changed();
 
     std::deque<PlacedHUD> m_huds; ///< In the order in which they were asked for.
     std::wstring m_hint;

@@ -25,6 +25,7 @@
 #include <QCoreApplication>
 #include <QTimer>
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -175,11 +176,17 @@ bool CloudDocuments::isOfDrive(const Vs::Document& document)
 {
     if (document.isCloud() || document.path().empty() || !cloudIsEnabled())
         return document.isCloud();
-    // It is asked again and again for each button, and looking at the disk takes longer than all the rest.
-    static std::pair<std::wstring, bool> last;
-    if (last.first != document.path())
-        last = {document.path(), Vs::PathInfo::isPathInCloudCache(document.path())};
-    return last.second;
+    // It is asked for each button again and again, and to look at the disk takes longer than all the rest.
+    // What was found when the file was opened holds: later the disk may not answer, and another tab would
+    // never come.
+    constexpr size_t kMost = 10000;
+    static std::map<std::wstring, bool> found;
+    const auto known = found.find(document.path());
+    if (known != found.end())
+        return known->second;
+    if (found.size() >= kMost)
+        found.clear();
+    return found[document.path()] = Vs::PathInfo::isPathInCloudCache(document.path());
 }
 
 void CloudDocuments::saveConflictCopy(const boost::filesystem::path& file)

@@ -1,5 +1,6 @@
 #include "UI/Commands/Documents/OpenDocumentCmd.h"
 
+#include "Server/Base/DiskAnswer.h"
 #include "Server/Base/Metrics.h"
 #include "Server/Base/OptionGroup.h"
 #include "Server/Base/PathInfo.h"
@@ -52,6 +53,16 @@ bool refusedAsCloudPath(const std::wstring& path, Vs::Status& status)
     if (Vs::MeshportAuth::globalInstance()->cloudDisabled() || !Vs::PathInfo::isPathInCloudCache(path))
         return false;
     status.addError(Vs::SkyvaultUtilities::msgErrorOpenCloudLocal());
+    return true;
+}
+
+/// Whoever asked a disk that doesn't answer would take the whole window along.
+bool refusedByDisk(const std::wstring& path, Vs::Status& status)
+{
+    if (Vs::diskAnswers(path))
+        return false;
+    status.addError(localizedFormat(
+        "OpenNoAnswer", "\"%1%\" can't be opened: the disk on which it lies doesn't answer.", path));
     return true;
 }
 
@@ -138,7 +149,7 @@ void OpenDocumentCmd::openSeveral(const Vs::TranslatorFileRecognizer& recognizer
 {
     if (Application::testing()) {
         const std::wstring path = commandContext()->argumentAsString(CommandContext::pathArgumentName());
-        if (path.empty() || refusedAsCloudPath(path, status))
+        if (path.empty() || refusedByDisk(path, status) || refusedAsCloudPath(path, status))
             return;
         theOpenMetric->start();
         openNativeOrForeign(recognizer, path, status);
@@ -166,14 +177,15 @@ void OpenDocumentCmd::openOne(const Vs::TranslatorFileRecognizer& recognizer, co
     static const Vs::UniqueString* const dragAndDrop = Vs::UniqueString::find("DragAndDrop", true);
     std::wstring name;
     if (commandContext()->argument(dragAndDrop, CommandContext::EArgType::String, &name)) {
-        openNativeOrForeign(recognizer, name, status);
+        if (!refusedByDisk(name, status))
+            openNativeOrForeign(recognizer, name, status);
         return;
     }
     if (!FileDialog::getTranscriptableFilename(filter, name, commandContext(), true, L"")) {
         FileDialog::tellMissing(status);
         return;
     }
-    if (refusedAsCloudPath(name, status))
+    if (refusedByDisk(name, status) || refusedAsCloudPath(name, status))
         return;
     theOpenMetric->start();
     Vs::Translator* translator = recognizer.translator(name);
