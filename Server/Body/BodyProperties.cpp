@@ -27,12 +27,36 @@ double scaleOf(const GkMatrix3d& placement)
     return std::abs(scale - 1) < kRigid ? 1 : scale;
 }
 
+Spread inertiaOf(const Spread& s)
+{
+    return {s.yy + s.zz, s.xx + s.zz, s.xx + s.yy, -s.xy, -s.xz, -s.yz};
+}
+
+namespace {
+
+/// The spread after a linear map, whose volume is `volumes` times as large.
+Spread mapped(const Spread& s, const GkMatrix3d& map, double volumes)
+{
+    const double of[3][3] = {{s.xx, s.xy, s.xz}, {s.xy, s.yy, s.yz}, {s.xz, s.yz, s.zz}};
+    const auto product = [&](int i, int k) {
+        double sum = 0;
+        for (int a = 0; a < 3; ++a)
+            for (int b = 0; b < 3; ++b)
+                sum += map.entry[i][a] * of[a][b] * map.entry[k][b];
+        return sum * volumes;
+    };
+    return {product(0, 0), product(1, 1), product(2, 2), product(0, 1), product(0, 2), product(1, 2)};
+}
+
+} // namespace
+
 BodyProperties placed(BodyProperties properties, const GkMatrix3d& placement)
 {
     const double scale = scaleOf(placement), square = scale * scale;
     properties.volume *= square * scale;
     properties.area *= square;
     properties.freeArea *= square;
+    properties.spread = mapped(properties.spread, placement, square * scale);
     properties.volumeCentre = placement * properties.volumeCentre;
     properties.areaCentre = placement * properties.areaCentre;
     return properties;

@@ -34,6 +34,29 @@ void addTo(double& sum, GkPoint3d& centre, double size, const gp_Pnt& place)
         centre = centre + (GkPoint3d(place.X(), place.Y(), place.Z()) - centre) * (size / sum);
 }
 
+/// The volume of a part, whose spread is about its own place.
+void addVolume(BodyProperties& whole, double size, const gp_Pnt& place, const gp_Mat& spread)
+{
+    const double before = whole.volume;
+    const gp_XYZ way = place.XYZ() - gp_XYZ(whole.volumeCentre.x, whole.volumeCentre.y, whole.volumeCentre.z);
+    addTo(whole.volume, whole.volumeCentre, size, place);
+    // Both move away from their own centres to the one of the whole.
+    const double apart = whole.volume > 0 ? before * size / whole.volume : 0;
+    const auto product = [&](int i, int k) { return spread(i, k) + apart * way.Coord(i) * way.Coord(k); };
+    Spread& sum = whole.spread;
+    sum.xx += product(1, 1);
+    sum.yy += product(2, 2);
+    sum.zz += product(3, 3);
+    sum.xy += product(1, 2);
+    sum.xz += product(1, 3);
+    sum.yz += product(2, 3);
+}
+
+gp_Mat outerProduct(const gp_XYZ& v)
+{
+    return {v.X() * v, v.Y() * v, v.Z() * v};
+}
+
 void addArea(double& sum, GkPoint3d& centre, const TopoDS_Shape& shape)
 {
     const GProp_GProps properties = integratedArea(shape);
@@ -73,10 +96,13 @@ public:
             Kernel::addTo(result.area, result.areaCentre, m_area, m_areaMoment / m_area);
             return;
         }
-        // The sum over the triangles of an open surface depends on where the origin lies.
-        if (m_sides == 0 && m_volume != 0)
-            Kernel::addTo(result.volume, result.volumeCentre, std::abs(m_volume), m_volumeMoment / m_volume);
-        else
+        // What the triangles of an open surface sum up to depends on where its origin lies.
+        if (m_sides == 0 && m_volume != 0) {
+            const gp_XYZ centre = m_volumeMoment / m_volume;
+            const double sign = m_volume > 0 ? 1 : -1;
+            addVolume(result, std::abs(m_volume), centre,
+                      (m_spread - outerProduct(centre) * m_volume) * sign);
+        } else
             result.closed = false;
     }
 
@@ -88,6 +114,9 @@ private:
         m_areaMoment += (p + q + r) * (area / 3);
         m_volume += volume;
         m_volumeMoment += (p + q + r) * (volume / 4);
+        // Of the tetrahedron whose fourth corner is the origin.
+        m_spread +=
+            (outerProduct(p) + outerProduct(q) + outerProduct(r) + outerProduct(p + q + r)) * (volume / 20);
         addSide(p, q);
         addSide(q, r);
         addSide(r, p);
@@ -105,14 +134,20 @@ private:
 
     double m_area = 0, m_volume = 0;
     gp_XYZ m_areaMoment{0, 0, 0}, m_volumeMoment{0, 0, 0};
+    gp_Mat m_spread; ///< About the origin.
     uint64_t m_sides = 0;
 };
 
 void addVolume(const TopoDS_Shape& solid, BodyProperties& result)
 {
     const GProp_GProps properties = integratedVolume(solid);
-    // A solid that was written inside out has a negative volume, but takes up the same room.
-    addTo(result.volume, result.volumeCentre, std::abs(properties.Mass()), properties.CentreOfMass());
+    // A solid that was written inside out has a negative volume, and still takes that room.
+    const double sign = properties.Mass() < 0 ? -1 : 1;
+    const gp_Mat inertia = properties.MatrixOfInertia() * sign;
+    gp_Mat spread = inertia * -1;
+    for (int i = 1; i <= 3; ++i)
+        spread(i, i) += (inertia(1, 1) + inertia(2, 2) + inertia(3, 3)) / 2;
+    addVolume(result, std::abs(properties.Mass()), properties.CentreOfMass(), spread);
     result.closed &= isClosed(solid);
 }
 

@@ -133,6 +133,35 @@ assert part.visible
 )");
 }
 
+TEST_F(DesignScriptTest, InertiaIsThatOfTheFormulasWhereverABodyLiesAndWhateverItIsMadeOf)
+{
+    holds(R"(
+def moments(body): return [body.inertia[i][i] for i in range(3)]
+def products(body): return [body.inertia[0][1], body.inertia[0][2], body.inertia[1][2]]
+box = design.box(10, 20, 30, (500, 0, 0))
+formula = [6000 / 12 * (b * b + c * c) for b, c in ((20, 30), (10, 30), (10, 20))]
+assert near(moments(box.body), formula, 1e-3) and near(products(box.body), (0, 0, 0), 1e-3)
+ball = design.sphere(5, (0, 0, 70))
+assert near(moments(ball.body), [8 / 15 * math.pi * 5 ** 5] * 3, 1e-2)
+# Turned by half of a right angle, half of the difference is a product, with the sign that the tensor gives it.
+design.rotate(box, 'Z', math.pi / 4, 'Origin')
+x, y, z = formula
+assert near(moments(box.body), ((x + y) / 2, (x + y) / 2, z), 1e-3)
+assert near(products(box.body), ((x - y) / 2, 0, 0), 1e-3)
+# Several solids of one body, about the centre of all.
+two = design.join(design.box(10, 10, 10), design.box(10, 10, 10, (30, 0, 0)))
+assert two.body.solids == 2 and near(two.body.centre, (20, 5, 5))
+assert near(moments(two.body), [1000 / 6 * 100 * 2] + [1000 / 6 * 100 * 2 + 2000 * 225] * 2, 1e-3)
+# Triangles, far away.
+quillet.new_document()
+design.box(10, 20, 30, (1000, 2000, 3000))
+quillet.active_document().export(sys.argv[0] + '.stl')
+quillet.open_document(sys.argv[0] + '.stl')
+(mesh,) = (c for c in quillet.model().walk() if c.body)
+assert all(abs(a - b) < 1e-3 * b for a, b in zip(moments(mesh.body), formula)), mesh.body.inertia
+)");
+}
+
 TEST_F(DesignScriptTest, FacesEdgesAndVerticesTellWhatTheyAreAndWhoTheirNeighboursAre)
 {
     holds(R"(

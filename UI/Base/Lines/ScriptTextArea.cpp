@@ -124,12 +124,16 @@ TextCommandResult body(const TextCommandParameters& parameters)
     if (!properties)
         throw Vs::Exception(status.toString());
     properties = Vs::placed(*properties, place.matrix);
+    const Vs::Spread inertia = Vs::inertiaOf(properties->spread);
     return answer(QJsonDocument(
         QJsonObject{{"name", json(place.component->body->name())},
                     {"volume", properties->volume},
                     {"area", properties->area},
                     {"closed", properties->closed},
                     {"centre", json(properties->closed ? properties->volumeCentre : properties->areaCentre)},
+                    {"inertia", QJsonArray{QJsonArray{inertia.xx, inertia.xy, inertia.xz},
+                                           QJsonArray{inertia.xy, inertia.yy, inertia.yz},
+                                           QJsonArray{inertia.xz, inertia.yz, inertia.zz}}},
                     {"solids", properties->solids},
                     {"faces", properties->faces}}));
 }

@@ -63,6 +63,15 @@ class Body:
         return (x, y, z)
 
     @property
+    def inertia(self) -> Tuple[Triple, Triple, Triple]:
+        """The tensor of inertia about the centre of mass, along the model's axes, in mm5: times a density it is that of
+        a mass. The products of inertia stand off the diagonal, with their sign. CommandError if the body isn't closed."""
+        if not self.closed:
+            raise _quillet.CommandError(f'"{self._component.name}" isn\'t closed, so that it has no volume.')
+        x, y, z = self._fact("inertia")
+        return (tuple(x), tuple(y), tuple(z))  # type: ignore[return-value]
+
+    @property
     def closed(self) -> bool:
         """Whether it encloses a space, so that its volume is one."""
         return bool(self._fact("closed"))
