@@ -187,7 +187,7 @@ def main(program, docs, folder, *menus):
         own = [line for line in lines if line.definition == each["id"]]
         (folder / "commands" / f"{each['id']}.html").write_text(command_page(each, own, found), encoding="utf-8")
     (folder / "reference.html").write_text(reference(program, definitions, lines, found), encoding="utf-8")
-    (folder / "python.html").write_text(page("Python", scripts.reference(program)), encoding="utf-8")
+    (folder / "python.html").write_text(page("Python", scripts.reference(program, docs)), encoding="utf-8")
     if dead := list(dead_links(folder)):
         sys.exit("\n".join(dead))
 

@@ -1,9 +1,11 @@
 """The reference of what Python scripts import, as HTML: the package by its sources, the modules of lines by the stubs that the
-program writes. Both are read as Python reads them."""
+program writes. Both are read as Python reads them. What shows how to use each is a piece of a script that the tests run
+(Docs/python, a script for each module)."""
 
 import ast
 import html
 import pathlib
+import re
 import subprocess
 import tempfile
 
@@ -20,6 +22,27 @@ def signature(node, name=None):
 
 def entry(text, told):
     return f"<dt><code>{html.escape(text)}</code></dt>\n<dd>{html.escape(told or '')}</dd>\n"
+
+
+def examples(folder):
+    """For each module, the piece of a script that each of its names has: a line "#: Module.name, ..." begins one."""
+    found = {}
+    for file in sorted(folder.glob("*.py")):
+        parts = re.split(r"^#: (.*)$", file.read_text(encoding="utf-8"), flags=re.MULTILINE)
+        for names, code in zip(parts[1::2], parts[2::2]):
+            for whole in names.split(", "):
+                module, _, name = whole.rpartition(".")
+                if name in found.setdefault(module, {}):
+                    raise SystemExit(f"{file}: {whole} has two pieces")
+                found[module][name] = code.strip("\n")
+    return found
+
+
+def with_example(row, code):
+    """The row of a name, with what shows how to use it."""
+    if not code:
+        return row
+    return row.removesuffix("</dd>\n") + f"\n<pre><code>{html.escape(code)}</code></pre></dd>\n"
 
 
 def is_property(node):
@@ -51,6 +74,11 @@ def members(tree, wanted):
     return rows
 
 
+def functions(file):
+    """The names of a file's functions that scripts call."""
+    return {node.name for node in parsed(file).body if isinstance(node, ast.FunctionDef) and public(node.name)}
+
+
 def heading(name, tree):
     told = html.escape(ast.get_docstring(tree) or "")
     return f"<h2 id=\"{name}\">{name}</h2>\n<p class=\"told\">{told}</p>\n"
@@ -73,7 +101,12 @@ def exported(tree):
     return names, {name: row for name, row in made.items() if name in names}
 
 
-def package(folder):
+def listed(tree, shown):
+    rows = members(tree, lambda name: name and public(name))
+    return f"<dl>\n{''.join(with_example(row, shown.get(name)) for name, row in rows.items())}</dl>\n"
+
+
+def package(folder, shown):
     first = parsed(folder / "__init__.py")
     names, own = exported(first)
     # What stands in no file of its own comes from the program, which describes it beside the package.
@@ -81,26 +114,26 @@ def package(folder):
         if file.stem == "__init__" or not public(file.stem) or file.suffix == ".pyi":
             own |= members(parsed(file), lambda name: name in names)
     body = heading("quillet", first)
-    body += f"<dl>\n{''.join(own[name] for name in sorted(own, key=str.lower))}</dl>\n"
+    rows = (with_example(own[name], shown.get("quillet", {}).get(name)) for name in sorted(own, key=str.lower))
+    body += f"<dl>\n{''.join(rows)}</dl>\n"
     for file in sorted(folder.glob("*.py")):
         if public(file.stem):
             tree = parsed(file)
-            body += heading(f"quillet.{file.stem}", tree)
-            body += f"<dl>\n{''.join(members(tree, lambda name: name and public(name)).values())}</dl>\n"
+            body += heading(f"quillet.{file.stem}", tree) + listed(tree, shown.get(f"quillet.{file.stem}", {}))
     return body
 
 
-def modules_of_lines(program):
+def modules_of_lines(program, shown):
     body = "<h1>Modules of lines</h1>\n<p>Each area of lines is a module of the same name, each line a function of it.</p>\n"
     with tempfile.TemporaryDirectory(prefix="quillet-stubs-") as folder:
         subprocess.run([program, "--write-stubs", folder], check=True, stdout=subprocess.DEVNULL)
         for file in sorted(pathlib.Path(folder).glob("*.pyi")):
             tree = parsed(file)
-            body += heading(file.stem, tree)
-            body += f"<dl>\n{''.join(members(tree, lambda name: name and public(name)).values())}</dl>\n"
+            body += heading(file.stem, tree) + listed(tree, shown.get(file.stem, {}))
     return body
 
 
-def reference(program):
+def reference(program, docs):
     folder = pathlib.Path(program).resolve().parents[1] / "lib/python/quillet"
-    return "<h1>Python</h1>\n" + package(folder) + modules_of_lines(program)
+    shown = examples(docs / "python")
+    return "<h1>Python</h1>\n" + package(folder, shown) + modules_of_lines(program, shown)

@@ -122,6 +122,58 @@ TEST_F(ExamplesTest, EachExampleDoesWhatItSaysInTheProgramAndInAnyPython)
         EXPECT_GT(count, 0) << script << " is never run";
 }
 
+TEST_F(ExamplesTest, WhatTheReferenceOfScriptsShowsRunsAndShowsEverythingThatNeedsNoServer)
+{
+    const fs::path shown = QUILLET_SOURCE_DIR "/Docs/python";
+    const std::string there = folder
+                                  .write("there.py", "import os, runpy, sys\nos.chdir(sys.argv[1])\n"
+                                                     "runpy.run_path(sys.argv[2], run_name='__main__')\n")
+                                  .string();
+    size_t scripts = 0;
+    for (const auto& entry : fs::directory_iterator(shown)) {
+        if (entry.path().extension() != ".py")
+            continue;
+        const fs::path work = folder.path() / entry.path().stem();
+        fs::create_directory(work);
+        const ProcessResult result =
+            runQuillet({"--headless", "--script", there, "--", work.string(), entry.path().string()});
+        EXPECT_EQ(result.exitCode, 0) << entry.path() << result.errors;
+        ++scripts;
+    }
+    EXPECT_GE(scripts, 5u);
+    const std::string stubs = (folder.path() / "stubs").string();
+    ASSERT_EQ(runQuillet({"--write-stubs", stubs}).exitCode, 0);
+    const std::string names = folder
+                                  .write("names.py", R"(
+import pathlib, sys
+sys.path.insert(0, sys.argv[1])
+import scripts
+package, docs, stubs = map(pathlib.Path, sys.argv[2:])
+shown = scripts.examples(docs)
+wanted = {'quillet': scripts.exported(scripts.parsed(package / '__init__.py'))[0] - {'design', 'measure'}}
+for file in [package / 'design.py', package / 'measure.py', *stubs.glob('*.pyi')]:
+    module = 'quillet.' + file.stem if file.suffix == '.py' else file.stem
+    names = scripts.members(scripts.parsed(file), lambda name: name and scripts.public(name))
+    wanted[module] = {name for name in names if file.suffix == '.pyi' or name in scripts.functions(file)}
+# Commands have pages of their own; the others want a server or a window.
+for module in ('VuCommands', 'Itemhub', 'Dashboard'):
+    del wanted[module]
+wanted['View'].remove('SaveWindow')
+# Recordings alone have it.
+wanted['Transcripting'].remove('Document')
+missing = sorted(m + '.' + n for m, names in wanted.items() for n in names - set(shown.get(m, ())))
+extra = sorted(m + '.' + n for m, names in shown.items() for n in names if n not in wanted.get(m, ()) and n not in ('design', 'measure'))
+assert not missing and not extra, (missing, extra)
+assert sum(map(len, shown.values())) > 200
+)")
+                                  .string();
+    const ProcessResult checked = TestSupport::runProcess(
+        "/usr/bin/python3",
+        {"-B", names, QUILLET_SOURCE_DIR "/Tools/Manual",
+         (TestSupport::runningTree() / "lib/python/quillet").string(), shown.string(), stubs});
+    EXPECT_EQ(checked.exitCode, 0) << checked.errors;
+}
+
 TEST_F(ExamplesTest, ThePackageTheStubsAndTheExamplesAreTypedThroughout)
 {
     if (!fs::exists("/usr/bin/mypy"))
