@@ -115,6 +115,15 @@ bool PythonManager::consoleLine(const std::wstring& line, Status& status)
     return goesOn;
 }
 
+void PythonManager::abandonConsoleLines()
+{
+    Status ignored;
+    guarded(ignored, [&](PythonBackend& backend) {
+        backend.abandonConsoleLines();
+        return std::wstring();
+    });
+}
+
 std::vector<std::wstring> PythonManager::completions(const std::wstring& beginning)
 {
     std::vector<std::wstring> all;

@@ -46,6 +46,8 @@ public:
     /// goes wrong is printed as well, and only sys.exit is an error. Returns whether the statement goes on in
     /// the next line.
     bool consoleLine(const std::wstring& line, Status& status);
+    /// Forgets the lines of a statement that goes on.
+    void abandonConsoleLines();
     /// What the last word of this beginning of such a line may be.
     [[nodiscard]] std::vector<std::wstring> completions(const std::wstring& beginning);
     /// The same for a file that is played as a transcript: its statements are run one by one, each may fail

@@ -45,6 +45,8 @@ const std::vector<int>& ImageSetResource::sizes()
 
 std::wstring ImageSetResource::fileForSize(int pixels) const
 {
+    if (path().ends_with(L".png"))
+        return localPath();
     int chosen = sizes().back();
     for (auto size = sizes().rbegin(); size != sizes().rend() && *size >= pixels; ++size)
         chosen = *size;

@@ -30,7 +30,8 @@ private:
     std::wstring m_path;
 };
 
-/// One icon in several sizes: a folder of `16x16.png`, `24x24.png`, `32x32.png`, `64x64.png`.
+/// One icon in several sizes: a folder of `16x16.png`, `24x24.png`, `32x32.png`, `64x64.png`. A single PNG
+/// file serves for all sizes.
 class ImageSetResource : public Implements<ImageSetResource, Resource>
 {
 public:

@@ -31,7 +31,8 @@ public:
     {
         std::wstring name; ///< Of its line, Scripts.NAME.
         std::wstring title, description;
-        std::string key;           ///< As "Ctrl+Shift+F"; empty for none.
+        std::string key;   ///< As "Ctrl+Shift+F"; empty for none.
+        std::wstring icon; ///< A PNG file, or a folder of them as ImageSetResource has; empty for none.
         std::function<void()> run; ///< Throws Vs::Exception.
     };
 

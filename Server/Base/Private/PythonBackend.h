@@ -23,6 +23,7 @@ public:
     virtual void runStatements(const std::string& path, const ScriptSteps& steps, Status& status) = 0;
     virtual std::wstring runString(const std::string& code, Status& status) = 0;
     virtual bool consoleLine(const std::string& line, Status& status) = 0;
+    virtual void abandonConsoleLines() = 0;
     virtual std::vector<std::string> completions(const std::string& beginning) = 0;
     virtual void* callCommand(TextCommand& command, void* arguments, void* keywords) = 0;
     virtual void* makeModule(TextCommandSubjectArea& area) = 0;

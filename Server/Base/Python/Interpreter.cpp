@@ -342,9 +342,11 @@ void Interpreter::makeQuilletModule()
     module.def(
         "define",
         [this](const std::string& name, const py::str& title, const py::str& description,
-               const std::string& key, const py::function& function) {
+               const std::string& key, const py::str& icon, const py::function& function) {
             m_held->commands[name.c_str()] = function;
-            defineCommand(name, wideText(title), wideText(description), key);
+            defineCommand(
+                {Strings::widen(name), wideText(title), wideText(description), key, wideText(icon), {}},
+                name);
         },
         "Makes a function a command, with a line Scripts.NAME.");
     module.def(
@@ -444,16 +446,16 @@ std::wstring Interpreter::runString(const std::string& code, Status& status)
     return run(code, "<string>", m_held->console, Traceback::Silent, status);
 }
 
-void Interpreter::defineCommand(const std::string& name, const std::wstring& title,
-                                const std::wstring& description, const std::string& key)
+void Interpreter::defineCommand(ScriptModel::Command command, const std::string& name)
 {
-    defineInModel({Strings::widen(name), title, description, key, [name] {
-                       // It may be needed until the process ends.
-                       auto* const running = static_cast<Interpreter*>(PythonBackend::running());
-                       if (!running || running->m_ended)
-                           throw Exception("Python has come to its end.");
-                       running->runCommand(name);
-                   }});
+    command.run = [name] {
+        // It may be asked for until the process ends.
+        auto* const running = static_cast<Interpreter*>(PythonBackend::running());
+        if (!running || running->m_ended)
+            throw Exception("Python has come to its end.");
+        running->runCommand(name);
+    };
+    defineInModel(std::move(command));
 }
 
 void Interpreter::runCommand(const std::string& name)
@@ -489,8 +491,22 @@ bool Interpreter::consoleLine(const std::string& line, Status& status)
         return goesOn;
     } catch (py::error_already_set& error) {
         tell(error, "<console>", Traceback::Printed, status);
+        // Whoever leaves with a code of 0 leaves as well.
+        if (error.matches(PyExc_SystemExit) && status.isOk())
+            status.addError(L"The console was left by sys.exit.");
         m_streams.flush();
         return false;
+    }
+}
+
+void Interpreter::abandonConsoleLines()
+{
+    const Lock lock;
+    try {
+        if (m_held->push)
+            m_held->push.attr("__self__").attr("resetbuffer")();
+    } catch (const std::exception&) {
+        // Scripts may have put anything in its place.
     }
 }
 

@@ -3,6 +3,7 @@
 #include "Server/Base/Private/PythonBackend.h"
 #include "Server/Base/Python/CommandModules.h"
 #include "Server/Base/Python/ScriptStreams.h"
+#include "Server/Base/ScriptModel.h"
 
 #include <functional>
 #include <memory>
@@ -35,6 +36,7 @@ public:
     void runStatements(const std::string& path, const ScriptSteps& steps, Status& status) override;
     std::wstring runString(const std::string& code, Status& status) override;
     bool consoleLine(const std::string& line, Status& status) override;
+    void abandonConsoleLines() override;
     std::vector<std::string> completions(const std::string& beginning) override;
     void* callCommand(TextCommand& command, void* arguments, void* keywords) override;
     void* makeModule(TextCommandSubjectArea& area) override;
@@ -47,8 +49,7 @@ private:
     /// Puts the areas' modules where imports find them.
     void updateModules();
     void offerAreas();
-    void defineCommand(const std::string& name, const std::wstring& title, const std::wstring& description,
-                       const std::string& key);
+    void defineCommand(ScriptModel::Command command, const std::string& name);
     /// Throws Vs::Exception.
     void runCommand(const std::string& name);
     void end();

@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QToolButton>
 #include <QtTest/QTest>
 
 using namespace Vu;
@@ -175,4 +176,58 @@ TEST_F(CommandBoxTest, TheHistoryOutlivesTheBox)
     box = std::make_unique<CommandBox>(nullptr);
     press(Qt::Key_Up);
     EXPECT_EQ(line(), "BoxTest.SayHello kept");
+}
+
+TEST_F(CommandBoxTest, PythonIsTypedStatementByStatementWithAHistoryOfItsOwn)
+{
+    const auto output = [&] { return box->output()->toPlainText().toStdString(); };
+    const auto prompt = [&] { return box->language()->text().toStdString(); };
+    type("BoxTest.SayHello x");
+    press(Qt::Key_Return);
+    type(">>>");
+    ASSERT_TRUE(box->takesPython());
+    EXPECT_EQ(line(), "");
+    type("answer = 6 * 7");
+    press(Qt::Key_Return);
+    type("answer");
+    press(Qt::Key_Return);
+    EXPECT_EQ(output(), ">>> answer = 6 * 7\n>>> answer\n42");
+    type("for i in range(2):");
+    press(Qt::Key_Return);
+    EXPECT_EQ(prompt(), "...");
+    EXPECT_EQ(line(), "    ");
+    type("print('row', i)");
+    press(Qt::Key_Return);
+    press(Qt::Key_Return);
+    EXPECT_EQ(prompt(), ">>>");
+    EXPECT_TRUE(output().ends_with("row 0\nrow 1")) << output();
+    type("answ");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(line(), "answer");
+    type(".bit_l");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(line(), "answer.bit_length");
+    press(Qt::Key_Escape);
+    press(Qt::Key_Up);
+    EXPECT_EQ(line(), "    print('row', i)");
+    // What goes wrong is shown, and a statement can be left.
+    press(Qt::Key_Escape);
+    type("1 / 0");
+    press(Qt::Key_Return);
+    EXPECT_NE(output().find("ZeroDivisionError"), std::string::npos);
+    type("if answer:");
+    press(Qt::Key_Return);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(prompt(), ">>>");
+    EXPECT_FALSE(box->failed());
+    press(Qt::Key_Backspace);
+    EXPECT_FALSE(box->takesPython());
+    press(Qt::Key_Up);
+    EXPECT_EQ(line(), "BoxTest.SayHello x");
+    press(Qt::Key_Escape);
+    box->language()->click();
+    EXPECT_TRUE(box->takesPython());
+    type("import sys; sys.exit()");
+    press(Qt::Key_Return);
+    EXPECT_FALSE(box->takesPython());
 }

@@ -60,6 +60,12 @@ const UniqueString* CommandGroup::VeloraSolidGroup()
     return name;
 }
 
+const UniqueString* CommandGroup::ScriptGroup()
+{
+    static const UniqueString* const name = UniqueString::find("ScriptGroup");
+    return name;
+}
+
 const UniqueString* StackingCategory::defaultStackingCategory()
 {
     static const UniqueString* const name = UniqueString::find("DefaultStackingCategory");

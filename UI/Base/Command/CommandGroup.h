@@ -19,6 +19,7 @@ public:
     static const Vs::UniqueString* CameraGroup();
     static const Vs::UniqueString* SelectGroup();
     static const Vs::UniqueString* VeloraSolidGroup();
+    static const Vs::UniqueString* ScriptGroup(); ///< What scripts bring (quillet.command).
 };
 
 /// The categories in which commands stack over the active one. There is at most one running command of a

@@ -9,6 +9,7 @@
 #include "Server/Types/Units/UnitDisplaySettings.h"
 #include "Server/Types/UnitsOptionGroup.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Program/UnitName.h"
 
@@ -191,6 +192,28 @@ const Preference* Preferences::find(const std::wstring& id)
     const auto found = std::ranges::find_if(
         all(), [&](const Preference& preference) { return boost::iequals(preference.id(), id); });
     return found == all().end() ? nullptr : &*found;
+}
+
+namespace {
+
+std::wstring& searchedText()
+{
+    static std::wstring text;
+    return text;
+}
+
+} // namespace
+
+void Preferences::show(const std::wstring& text)
+{
+    searchedText() = text;
+    Application::get()->showPreferences();
+    searchedText().clear();
+}
+
+const std::wstring& Preferences::searched()
+{
+    return searchedText();
 }
 
 std::wstring Preferences::titleOf(Preference::Page page)

@@ -70,6 +70,11 @@ namespace Preferences {
 [[nodiscard]] const std::vector<Preference>& all();
 /// Null if there is none; the case of letters doesn't matter.
 [[nodiscard]] const Preference* find(const std::wstring& id);
+/// Shows the dialog with what a search for the text finds: a preference, or a command by its identifier for
+/// its keys.
+void show(const std::wstring& text);
+/// The text that the dialog is to begin with.
+[[nodiscard]] const std::wstring& searched();
 /// The page's title.
 [[nodiscard]] std::wstring titleOf(Preference::Page page);
 

@@ -1,9 +1,11 @@
 #include "UI/Base/Script/ScriptedCommands.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/ResourceMgr.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/CommandGroup.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Command/SimpleCommand.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
@@ -50,7 +52,10 @@ private:
 class ScriptedCommandDef : public Vs::Implements<ScriptedCommandDef, CommandDefinition>
 {
 public:
-    explicit ScriptedCommandDef(Info* info) : Implements(info) {}
+    explicit ScriptedCommandDef(Info* info) : Implements(info)
+    {
+        joinCommandGroup(CommandGroup::ScriptGroup());
+    }
 
     std::function<void()> run;
 
@@ -96,6 +101,13 @@ struct Known
     std::unique_ptr<ScriptedLine> line;
 };
 
+/// For a picture there is one record, which the window keeps what it has read of it by.
+Vs::ImageSetResource* iconAt(const std::wstring& path)
+{
+    static auto& known = *new std::map<std::wstring, Vs::ImageSetResource>;
+    return path.empty() ? nullptr : &known.try_emplace(path, path).first->second;
+}
+
 } // namespace
 
 void ScriptedCommands::define(Vs::ScriptModel::Command command)
@@ -115,7 +127,7 @@ void ScriptedCommands::define(Vs::ScriptModel::Command command)
         own.definition = std::make_unique<ScriptedCommandDef>(own.info.get());
         own.line = std::make_unique<ScriptedLine>(command.name, command.description, key);
     }
-    own.info->changeAppearance(command.title, nullptr);
+    own.info->changeAppearance(command.title, iconAt(command.icon));
     own.info->tooltip(ToolTipInfo(command.description));
     own.definition->run = std::move(command.run);
 }

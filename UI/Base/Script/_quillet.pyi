@@ -23,7 +23,7 @@ def parameters() -> Dict[str, str]:
 def on_closing_down(function: Callable[[], object]) -> None:
     """Has a function called before the application closes; if it returns False, the application stays."""
 
-def define(name: str, title: str, description: str, key: str, function: Callable[[], object]) -> None:
+def define(name: str, title: str, description: str, key: str, icon: str, function: Callable[[], object]) -> None:
     """Makes a function a command, with a line Scripts.NAME."""
 
 def listen(function: Callable[[str], object]) -> None:

@@ -10,10 +10,12 @@
 #include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/KeyboardHold.h"
 #include "UI/Base/Window/PlainText.h"
+#include "UI/Base/Window/PythonLine.h"
 #include "UI/Base/Window/Theme.h"
 #include "UI/Base/Window/TypedAhead.h"
 
 #include <QFontDatabase>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -23,6 +25,7 @@
 #include <QStyle>
 #include <QTextCharFormat>
 #include <QTextCursor>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -30,7 +33,6 @@
 namespace Vu {
 namespace {
 
-constexpr qsizetype kLongestHistory = 200;
 constexpr int kVisibleCandidates = 10;
 constexpr int kOutputHeight = 140;
 /// A script that prints endlessly must not use up all memory.
@@ -62,13 +64,19 @@ CommandBox::CommandBox(QWidget* parent)
       m_edit(new QLineEdit(this)),
       m_answer(PlainText::label(m_answers)),
       m_output(new QPlainTextEdit(m_answers)),
-      m_popup(new QListWidget(this))
+      m_popup(new QListWidget(this)),
+      m_language(new QToolButton(this)),
+      m_history(UIBaseOptionGroup::get()->commandHistory)
 {
     setObjectName(QStringLiteral("commandBox"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     column->setSpacing(kMargin / 2);
-    column->addWidget(m_edit);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(kMargin / 2);
+    row->addWidget(m_language);
+    row->addWidget(m_edit);
+    column->addLayout(row);
     m_answers->setObjectName(QStringLiteral("commandAnswer"));
     m_answers->setAutoFillBackground(true);
     m_answers->hide();
@@ -79,7 +87,18 @@ CommandBox::CommandBox(QWidget* parent)
 
     m_edit->setObjectName(QStringLiteral("commandLine"));
     m_edit->setAccessibleName(QString::fromStdWString(localized("AreaCommandLine", "Command Line")));
+    m_language->setObjectName(QStringLiteral("lineLanguage"));
+    m_language->setAutoRaise(true);
+    m_language->setCheckable(true);
+    m_language->setFocusPolicy(Qt::TabFocus);
+    m_language->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    m_language->setAccessibleName(QStringLiteral("Python"));
+    connect(m_language, &QToolButton::clicked, this, [this](bool python) {
+        takesPython(python);
+        m_edit->setFocus();
+    });
     showClicked({});
+    showLanguage();
     m_edit->installEventFilter(this);
     m_answer->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_answer->setWordWrap(true);
@@ -100,19 +119,12 @@ CommandBox::CommandBox(QWidget* parent)
     m_popup->setUniformItemSizes(true);
     m_popup->hide();
 
-    connect(m_edit, &QLineEdit::textEdited, this, [this] {
-        showFailed(false);
-        m_place = m_history.size();
-        offer();
-    });
+    connect(m_edit, &QLineEdit::textEdited, this, &CommandBox::typed);
     // Only now, because the picture of that button is Qt's, which loads the plugins of all formats for it.
     connect(m_edit, &QLineEdit::textChanged, this, [this] { Accessible::clearButton(m_edit); });
     connect(m_popup, &QListWidget::itemClicked, this,
             [this](QListWidgetItem* item) { accept(m_popup->row(item)); });
 
-    for (const std::wstring& line : UIBaseOptionGroup::get()->commandHistory())
-        m_history << QString::fromStdWString(line);
-    m_place = m_history.size();
     Vs::PythonManager::get()->display(this);
 }
 
@@ -178,6 +190,8 @@ bool CommandBox::key(int key)
         return down();
     case Qt::Key_Escape:
         return escape();
+    case Qt::Key_Backspace:
+        return backspace();
     case Qt::Key_Return:
     case Qt::Key_Enter:
         if (m_popup->isVisible() && m_popup->currentRow() >= 0)
@@ -194,6 +208,8 @@ QString CommandBox::word() const
 {
     const QString line = m_edit->text();
     const int cursor = m_edit->cursorPosition();
+    if (takesPython())
+        return line.left(cursor).mid(PythonLine::wordStart(line, cursor));
     const size_t start = Vs::TextCompletion::wordStart(line.toStdWString(), static_cast<size_t>(cursor));
     return line.mid(static_cast<qsizetype>(start), cursor - static_cast<qsizetype>(start));
 }
@@ -205,15 +221,42 @@ void CommandBox::replaceWord(const QString& text)
     m_edit->insert(text);
 }
 
+LineHistory& CommandBox::history()
+{
+    return takesPython() ? m_python->history() : m_history;
+}
+
+void CommandBox::typed()
+{
+    showFailed(false);
+    history().begin();
+    if (takesPython()) {
+        // Asking objects what they have runs their code, which nobody wants at each letter.
+        hideOffer();
+    } else if (m_edit->text() == QLatin1String(">>>")) {
+        m_edit->clear();
+        takesPython(true);
+    } else {
+        offer();
+    }
+}
+
 void CommandBox::offer()
 {
     const QString line = m_edit->text();
     QStringList candidates;
-    if (!line.trimmed().isEmpty())
+    if (takesPython())
+        candidates = PythonLine::completions(line, m_edit->cursorPosition());
+    else if (!line.trimmed().isEmpty())
         for (const std::wstring& candidate :
              Vs::TextCompletion::complete(line.toStdWString(), static_cast<size_t>(m_edit->cursorPosition())))
             candidates << QString::fromStdWString(candidate);
     candidates.removeAll(word());
+    showOffer(candidates);
+}
+
+void CommandBox::showOffer(const QStringList& candidates)
+{
     m_popup->clear();
     m_popup->addItems(candidates);
     m_popup->setCurrentRow(-1);
@@ -242,7 +285,9 @@ void CommandBox::accept(int row)
     const QString text = item->text();
     hideOffer();
     showFailed(false);
-    if (goesOn(text)) {
+    if (takesPython()) {
+        replaceWord(text);
+    } else if (goesOn(text)) {
         replaceWord(text);
         offer();
     } else {
@@ -252,8 +297,13 @@ void CommandBox::accept(int row)
 
 bool CommandBox::tab()
 {
-    if (m_edit->text().isEmpty())
+    const bool inStatement = takesPython() && m_python->goesOn();
+    if (m_edit->text().isEmpty() && !inStatement)
         return false; // On to the next part of the window.
+    if (takesPython() && m_edit->text().left(m_edit->cursorPosition()).trimmed().isEmpty()) {
+        m_edit->insert(QStringLiteral("    "));
+        return true;
+    }
     if (!m_popup->isVisible())
         offer();
     if (!m_popup->isVisible())
@@ -306,15 +356,69 @@ bool CommandBox::escape()
         return false;
     m_edit->clear();
     showFailed(false);
-    m_answer->hide();
-    m_output->hide();
+    if (takesPython() && m_python->goesOn()) {
+        m_python->abandon();
+        showLanguage();
+    } else {
+        m_answer->hide();
+        m_output->hide();
+    }
     placeAnswers();
-    m_place = m_history.size();
+    history().begin();
     return true;
+}
+
+bool CommandBox::backspace()
+{
+    if (!takesPython() || m_python->goesOn() || !m_edit->text().isEmpty())
+        return false;
+    takesPython(false);
+    return true;
+}
+
+void CommandBox::takesPython(bool takes)
+{
+    hideOffer();
+    if (takes && !m_python) {
+        m_python = std::make_unique<PythonLine>();
+        PythonLine::start();
+    }
+    if (takesPython() && m_python->goesOn())
+        m_python->abandon();
+    if (takes != m_takesPython) {
+        m_edit->clear();
+        m_answer->hide();
+        m_output->clear();
+        m_output->hide();
+        placeAnswers();
+    }
+    m_takesPython = takes;
+    history().begin();
+    showFailed(false);
+    showLanguage();
+    showClicked({});
+}
+
+void CommandBox::showLanguage()
+{
+    m_language->setText(takesPython() ? m_python->prompt().trimmed() : QStringLiteral(">"));
+    m_language->setChecked(takesPython());
+    PlainText::setTooltip(
+        m_language,
+        QString::fromStdWString(
+            takesPython()
+                ? localized("CommandLineToLines", "Lines of Python. Click for lines of commands")
+                : localized("CommandLineToPython", "Lines of commands. Click for lines of Python")));
 }
 
 void CommandBox::showClicked(const std::wstring& line)
 {
+    if (takesPython()) {
+        m_clicked.clear();
+        m_edit->setPlaceholderText(QString::fromStdWString(
+            localized("PythonLineHint", "Type Python; Tab completes, Backspace leads back to commands")));
+        return;
+    }
     m_clicked = QString::fromStdWString(Vs::TranscriptSecrets::hidden(line)).simplified();
     m_edit->setPlaceholderText(
         m_clicked.isEmpty()
@@ -330,32 +434,20 @@ void CommandBox::recall(int step)
         showFailed(false);
         return;
     }
-    if (m_place == m_history.size())
-        m_unfinished = m_edit->text();
-    const qsizetype place = std::clamp<qsizetype>(m_place + step, 0, m_history.size());
-    if (place == m_place)
+    QString text = m_edit->text();
+    if (!history().recall(step, text))
         return;
-    m_place = place;
-    m_edit->setText(place == m_history.size() ? m_unfinished : m_history[place]);
+    m_edit->setText(text);
     showFailed(false);
-}
-
-void CommandBox::remember(const QString& line)
-{
-    m_history.removeAll(line);
-    m_history << line;
-    while (m_history.size() > kLongestHistory)
-        m_history.removeFirst();
-    m_place = m_history.size();
-    std::vector<std::wstring> lines;
-    for (const QString& old : m_history)
-        lines.push_back(old.toStdWString());
-    UIBaseOptionGroup::get()->commandHistory(lines);
 }
 
 void CommandBox::run()
 {
     hideOffer();
+    if (takesPython()) {
+        runPython();
+        return;
+    }
     const QString line = m_edit->text().trimmed();
     if (line.isEmpty() || ProgressBar::get()->busy())
         return;
@@ -368,13 +460,37 @@ void CommandBox::run()
         return;
     const Vs::TextCommandResult result =
         Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line.toStdWString(), true);
-    // Only now, since what was secret in it is known by now.
-    remember(QString::fromStdWString(Vs::TranscriptSecrets::hidden(line.toStdWString())));
+    // Now that it is known what of it was a secret.
+    m_history.remember(QString::fromStdWString(Vs::TranscriptSecrets::hidden(line.toStdWString())));
     showClicked({});
     const bool failed = result.first != 0;
     if (!failed)
         m_edit->clear();
     showAnswer(QString::fromStdWString(result.second).trimmed(), failed);
+}
+
+void CommandBox::runPython()
+{
+    const QString line = m_edit->text();
+    if ((line.trimmed().isEmpty() && !m_python->goesOn()) || ProgressBar::get()->busy())
+        return;
+    const TypedAhead::Hold typed;
+    const QPointer<CommandBox> self = this;
+    KeyboardHold::handOut(*window());
+    if (!self)
+        return;
+    QColor muted = palette().color(QPalette::PlaceholderText);
+    print((m_python->prompt() + line).toStdWString(), muted);
+    m_edit->clear();
+    const bool stays = m_python->run(line);
+    if (!self)
+        return;
+    if (!stays) {
+        takesPython(false);
+        return;
+    }
+    m_edit->setText(m_python->indentation());
+    showLanguage();
 }
 
 void CommandBox::showFailed(bool failed)

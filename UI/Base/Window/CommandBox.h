@@ -2,17 +2,23 @@
 
 #include "Server/Base/TextCommandMgr.h"
 #include "UI/Base/Window/ClickedLines.h"
+#include "UI/Base/Window/LineHistory.h"
 
 #include <QFrame>
 #include <QPointer>
 #include <QStringList>
 
+#include <memory>
+
 class QLabel;
 class QLineEdit;
 class QListWidget;
 class QPlainTextEdit;
+class QToolButton;
 
 namespace Vu {
+
+class PythonLine;
 
 /// The line in which text commands are typed. Tab completes, Up and Down go through the lines that were run
 /// before, Return runs the line. While it is empty, it shows the line of what was done by hand last, which Up
@@ -21,6 +27,10 @@ namespace Vu {
 /// Answers lie over what is above the line, which keeps its place; Escape takes them away.
 ///
 /// What scripts print, and where they fail, comes into the output below what is there, as they run.
+///
+/// The button before the line, or ">>>" in an empty one, makes it a line of Python, with a history of its
+/// own, whose statements and answers stand below each other. Backspace in an empty line makes it one of
+/// commands.
 class CommandBox : public QFrame, private Vs::TextOutput
 {
 public:
@@ -35,6 +45,10 @@ public:
     /// Answers of several lines.
     QPlainTextEdit* output() const { return m_output; }
     bool failed() const { return m_failed; }
+    /// Chooses between lines of commands and of Python.
+    QToolButton* language() const { return m_language; }
+    bool takesPython() const { return m_python != nullptr && m_takesPython; }
+    void takesPython(bool takes);
 
     void run();
 
@@ -49,12 +63,17 @@ private:
     bool down();
     bool escape();
     void offer();
+    void showOffer(const QStringList& candidates);
     void hideOffer();
     void accept(int row);
     void replaceWord(const QString& text);
     QString word() const;
     void recall(int step);
-    void remember(const QString& line);
+    LineHistory& history();
+    void typed();
+    void runPython();
+    void showLanguage();
+    bool backspace();
     void showFailed(bool failed);
     void showAnswer(const QString& text, bool failed);
     void message(const std::wstring& text) override;
@@ -73,9 +92,10 @@ private:
     QLabel* m_answer;
     QPlainTextEdit* m_output;
     QListWidget* m_popup;
-    QStringList m_history;
-    QString m_unfinished; ///< What was typed before Up was pressed first.
-    qsizetype m_place = 0;
+    QToolButton* m_language;
+    LineHistory m_history;
+    std::unique_ptr<PythonLine> m_python; ///< Null until it is wanted.
+    bool m_takesPython = false;
     bool m_failed = false;
     bool m_printed = false; ///< The line that runs has run a script that printed.
 };

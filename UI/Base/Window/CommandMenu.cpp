@@ -251,6 +251,9 @@ void CommandMenu::refresh()
             continue;
         definition->updateInputControl(&context);
         const InputControl* control = definition->inputControl();
+        // A control may be off while the command could run, as that which stops what isn't there.
+        if (control && !on && !control->enabled())
+            entry.action->setEnabled(false);
         const auto* button = Vs::cast<ButtonControl>(control);
         const bool lit = on || (control && (control->active() || (button && button->checked())));
         entry.action->setCheckable(lit);

@@ -179,6 +179,8 @@ bool KeysPage::filter(const QString& text)
                            item->data(0, Qt::UserRole).toString().contains(text, Qt::CaseInsensitive);
         item->setHidden(!found);
         any = any || found;
+        if (found && m_list->currentItem() && m_list->currentItem()->isHidden())
+            m_list->setCurrentItem(item);
     }
     return any;
 }

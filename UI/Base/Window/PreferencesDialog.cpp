@@ -131,6 +131,7 @@ PreferencesDialog::PreferencesDialog(QWidget* parent)
     connect(defaults, &QPushButton::clicked, this, &PreferencesDialog::resetAll);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     resize(kSize);
+    m_search->setText(QString::fromStdWString(Preferences::searched()));
     m_search->setFocus();
 }
 

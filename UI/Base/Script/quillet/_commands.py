@@ -1,3 +1,4 @@
+import os
 import re
 from typing import Any, Callable, Optional, TypeVar, Union, overload
 
@@ -12,24 +13,38 @@ def command(name: Function) -> Function: ...
 
 @overload
 def command(name: Optional[str] = None, *, title: Optional[str] = None,
-            key: str = "") -> Callable[[Function], Function]: ...
+            key: str = "", icon: Union[str, "os.PathLike[str]"] = "") -> Callable[[Function], Function]: ...
 
 
 def command(name: Union[str, Callable[[], object], None] = None, *, title: Optional[str] = None,
-            key: str = "") -> Any:
-    """Makes a function a command of the program: @quillet.command(title="Flange", key="Ctrl+Shift+F"). The search
-    finds it by its title, the key runs it, and so does its line, Scripts.NAME, which a recording has of it. The
-    name is the function's own unless another is given, and its docstring tells what it does. To have a command at
-    each start, put the script into the folder autorun."""
+            key: str = "", icon: Union[str, "os.PathLike[str]"] = "") -> Any:
+    """Makes a function a command of the program: @quillet.command(title="Flange", key="Ctrl+Shift+F",
+    icon="flange.png"). The menu Tools has it among the scripts, the search finds it by its title, the key runs it,
+    and so does its line, Scripts.NAME, which a recording has of it. The name is the function's own unless another
+    is given, and its docstring tells what it does. The icon is a PNG file, or a folder with 16x16.png, 24x24.png,
+    32x32.png and 64x64.png, beside the script if its path isn't a whole one. To have a command at each start, put
+    the script into the folder autorun."""
     if callable(name):
-        return _define(name, None, None, "")
-    return lambda function: _define(function, name, title, key)
+        return _define(name, None, None, "", "")
+    return lambda function: _define(function, name, title, key, os.fspath(icon))
 
 
-def _define(function: Function, name: Optional[str], title: Optional[str], key: str) -> Function:
+def _picture(function: Callable[[], object], icon: str) -> str:
+    if not icon:
+        return ""
+    code = getattr(function, "__code__", None)
+    path = os.path.abspath(os.path.join(os.path.dirname(code.co_filename) if code else "", icon))
+    known = os.path.isfile(path) and path.endswith(".png") or os.path.isfile(os.path.join(path, "16x16.png"))
+    if not known:
+        raise ValueError(f'"{icon}" is neither a PNG file nor a folder with 16x16.png')
+    return path
+
+
+def _define(function: Function, name: Optional[str], title: Optional[str], key: str, icon: str) -> Function:
     own = name or str(getattr(function, "__name__", ""))
     if not re.fullmatch(r"[A-Za-z]\w*", own, re.ASCII):
         raise ValueError(f'"{own}" is not a name for a command: it is made of letters, digits and _')
     description = (function.__doc__ or "").strip().split("\n")[0]
-    _quillet.define(own, title or own.replace("_", " ").capitalize(), description, key, function)
+    _quillet.define(own, title or own.replace("_", " ").capitalize(), description, key, _picture(function, icon),
+                    function)
     return function
