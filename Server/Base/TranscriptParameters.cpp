@@ -104,6 +104,21 @@ std::wstring escapeParameters(std::wstring_view line)
     return result;
 }
 
+std::vector<NamedParameter> parametersIn(std::wstring_view line)
+{
+    std::vector<NamedParameter> found;
+    for (size_t i = 0; i < line.size(); ++i) {
+        if (line.substr(i).starts_with(L"$${"))
+            i += 2;
+        else if (const auto reference = referenceAt(line.substr(i))) {
+            found.push_back({Strings::narrow(reference->name),
+                             std::wstring(reference->otherwise.value_or(L"")), !reference->otherwise});
+            i += reference->length - 1;
+        }
+    }
+    return found;
+}
+
 bool readParameter(std::string_view text, TranscriptParameters& parameters)
 {
     const size_t equals = text.find('=');

@@ -3,6 +3,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Vs {
 
@@ -17,6 +18,16 @@ using TranscriptParameters = std::map<std::string, std::string>;
                                                 const TranscriptParameters& parameters);
 /// The line as a recording must write it, so that substituteParameters gives it back.
 [[nodiscard]] std::wstring escapeParameters(std::wstring_view line);
+
+/// A parameter that a line asks for.
+struct NamedParameter
+{
+    std::string name;
+    std::wstring otherwise;  ///< What holds without a value, where the line says so.
+    bool isRequired = false; ///< It doesn't.
+};
+/// In their order, each as often as the line has it.
+[[nodiscard]] std::vector<NamedParameter> parametersIn(std::wstring_view line);
 
 /// Reads `NAME=VALUE` into the parameters. Returns false if it isn't that.
 [[nodiscard]] bool readParameter(std::string_view text, TranscriptParameters& parameters);

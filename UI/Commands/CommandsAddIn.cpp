@@ -89,7 +89,10 @@
 #include "UI/Commands/Shells/ToolbarsCmd.h"
 #include "UI/Commands/Shells/WindowCmds.h"
 #include "UI/Commands/Transcripts/DebugDialogCmds.h"
+#include "UI/Commands/Transcripts/MacroCmds.h"
+#include "UI/Commands/Transcripts/Macros.h"
 #include "UI/Commands/Transcripts/RunScriptCmd.h"
+#include "UI/Commands/Transcripts/ScriptsCmd.h"
 #include "UI/Commands/Transcripts/TranscriptingCmds.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -117,6 +120,8 @@ public:
         RevertDocumentCmdDef::createCommandDef();
         SaveAllDocumentsCmdDef::createCommandDef();
         SaveDocumentCopyCmdDef::createCommandDef();
+        ScriptsCmdDef::createCommandDef();
+        createMacroCommandDefs();
         SearchCommandsCmdDef::createCommandDef();
         SelectAllCmdDef::createCommandDef();
         ShowPropertiesCmdDef::createCommandDef();
@@ -309,6 +314,7 @@ void CommandsAddIn::load()
     HUDPersister::get()->loadHUDs(Resources::HUDXml()->localPath(), status);
     if (status.isError())
         Vs::warn(status.toString());
+    Macros::defineAll();
     CommandEventSource::get()->subscribe(this);
     CloudDocuments::install();
     ItemhubDocuments::install();

@@ -174,6 +174,7 @@ const Session kSessions[] = {
     {L"Options.Set",                   L"Options.Set Units.generalPrecision 5"},
     {L"NotifyAutoSaveFilesCommand",    L"Commands.Start NotifyAutoSaveFilesCommand"},
     {L"RunScriptCommand",              L"VuCommands.RunScriptCmd {given}/boxes.py"},
+    {L"ScriptsCommand",                L"Commands.Start ScriptsCommand"},
     // Camera and views
     {L"OrbitCommand",                  kModel + L"Commands.Start OrbitCommand orbitType=ConstrainedOrbitCommand;@drag 40 30;Commands.Cancel", L"Camera.Set"},
     {L"FreeOrbitCommand",              kModel + L"Commands.Start FreeOrbitCommand;@drag 40 30;Commands.Cancel", L"Camera.Set"},

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "UI/Commands/Transcripts/MacroForm.h"
+
+#include <QDialog>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace Vu::Commands {
+
+/// A line for each field. OK needs a value in each that is required, and what the check says.
+class QTMacroForm : public QDialog
+{
+public:
+    QTMacroForm(const std::wstring& title, std::vector<MacroForm::Field> fields, MacroForm::Check check,
+                QWidget* parent);
+
+    /// As the lines stand.
+    std::vector<MacroForm::Field> fields() const;
+
+private:
+    void refresh();
+
+    std::vector<MacroForm::Field> m_fields;
+    MacroForm::Check m_check;
+    std::vector<QLineEdit*> m_lines;
+    QLabel* m_wrong;
+    QPushButton* m_ok;
+};
+
+} // namespace Vu::Commands

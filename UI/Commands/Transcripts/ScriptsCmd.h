@@ -1,0 +1,44 @@
+#pragma once
+
+#include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Commands/CommandRow.h"
+#include "UI/Commands/OwnedList.h"
+
+namespace Vu::Commands {
+
+class ScriptsCmd;
+
+/// The list of what scripts bring: the commands that they define, then the scripts of the user's folder. It
+/// is read anew each time.
+class ScriptsCmdDef
+    : public CommandRowDefinition<ScriptsCmdDef, ScriptsCmd, CommandDefinition, IListControlHandler>
+{
+public:
+    static const CommandRow kRow;
+
+    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    static void createCommandDef();
+
+    void onListSelectionChanged(Info* item) override;
+
+protected:
+    InputControl* onInputControl() override;
+    void onUpdateInputControl(CommandContext* context) override;
+
+private:
+    void refresh();
+
+    OwnedList m_list;
+};
+
+/// Does nothing: the list is the command.
+class ScriptsCmd : public Vs::Implements<ScriptsCmd, SimpleCommand>
+{
+public:
+    ScriptsCmd(ScriptsCmdDef* definition, CommandContext* context);
+
+protected:
+    void onExecute(Vs::Status&) override {}
+};
+
+} // namespace Vu::Commands
