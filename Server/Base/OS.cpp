@@ -3,6 +3,8 @@
 #include "Server/Base/ChildProcess.h"
 #include "Server/Base/Strings.h"
 
+#include <QUrl>
+
 #include <optional>
 #include <sys/wait.h>
 #include <thread>
@@ -19,13 +21,26 @@ std::string& program()
     return name;
 }
 
+constexpr const char* kUsualMailProgram = "xdg-email";
+
 std::string& mailProgram()
 {
-    static std::string name = "xdg-email";
+    static std::string name = kUsualMailProgram;
     return name;
 }
 
-/// Starts a program that is found in PATH.
+/// Some mail programs pass over the attachment of an address, which is all that xdg-email gives them, and
+/// take it as an argument. $1 is the address with the subject, $2 the file, and the others are for xdg-email.
+constexpr const char* kMailScript = R"(
+handler=$(xdg-mime query default x-scheme-handler/mailto 2>/dev/null)
+case $handler in
+    sylpheed.desktop) exec sylpheed --compose "$1" --attach "$2" ;;
+esac
+shift 2
+exec xdg-email "$@"
+)";
+
+/// Starts a program, which is looked for in PATH.
 bool start(std::string name, std::vector<std::string> words, std::function<void()> failed)
 {
     ChildProcess child;
@@ -55,9 +70,13 @@ bool platformEmail(const std::wstring& subject, const std::wstring& attachment, 
     std::string file = Strings::toBytes(attachment);
     if (file.empty() || file.front() != '/')
         return false;
-    return start(mailProgram(),
-                 {"--utf8", "--subject", Strings::toBytes(subject), "--attach", std::move(file)},
-                 std::move(failed));
+    const std::string title = Strings::toBytes(subject);
+    std::vector<std::string> words = {"--utf8", "--subject", title, "--attach", file};
+    if (mailProgram() != kUsualMailProgram)
+        return start(mailProgram(), std::move(words), std::move(failed));
+    const QByteArray encoded = QUrl::toPercentEncoding(QString::fromStdWString(subject));
+    words.insert(words.begin(), {"-c", kMailScript, "sh", "mailto:?subject=" + encoded.toStdString(), file});
+    return start("/bin/sh", std::move(words), std::move(failed));
 }
 
 void emailProgram(const std::string& name)

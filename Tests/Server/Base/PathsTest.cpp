@@ -310,6 +310,32 @@ TEST_F(PathsTest, AreHandedToTheDesktopWithoutAShell)
     Vs::OS::emailProgram("xdg-email");
 }
 
+TEST_F(PathsTest, GoToAMailProgramThatPassesOverAttachmentsOfAddressesAsArguments)
+{
+    const fs::path received = folder.path() / "received";
+    const auto script = [&](const char* name, const std::string& body) {
+        fs::permissions(folder.write(name, "#!/bin/sh\n" + body + '\n'), fs::owner_all);
+    };
+    const std::string tell = "printf '%s|' ${0##*/} \"$@\" > " + received.string() + ".new && mv " +
+                             received.string() + ".new " + received.string();
+    script("sylpheed", tell);
+    script("xdg-email", tell);
+    const std::string path = std::getenv("PATH");
+    setenv("PATH", (folder.path().string() + ':' + path).c_str(), 1);
+    const std::pair<const char*, const char*> kPrograms[] = {
+        {"sylpheed.desktop", "sylpheed|--compose|mailto:?subject=a%26b%C3%A9|--attach|/a b.png|"},
+        {"other.desktop", "xdg-email|--utf8|--subject|a&b\u00e9|--attach|/a b.png|"}};
+    for (const auto& [handler, arguments] : kPrograms) {
+        script("xdg-mime", std::string("echo ") + handler);
+        fs::remove(received);
+        EXPECT_TRUE(Vs::OS::platformEmail(L"a&b\u00e9", L"/a b.png"));
+        for (int i = 0; i < 1000 && !fs::exists(received); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        EXPECT_EQ(TestSupport::contentOf(received), arguments) << handler;
+    }
+    setenv("PATH", path.c_str(), 1);
+}
+
 TEST(SoftwareVersionTest, TurnsVersionsIntoNumbersAndBack)
 {
     using namespace Vs::SoftwareVersion;

@@ -11,9 +11,14 @@ public:
     /// Whether the panel shows when it is its turn. Default true.
     bool shown() const { return m_shown; }
     void show(bool value);
+    /// On which side of the view the panel comes up, so that it doesn't hide what the command is about.
+    /// Default left.
+    bool atRight() const { return m_atRight; }
+    void atRight(bool value) { m_atRight = value; }
 
 private:
     bool m_shown = true;
+    bool m_atRight = false;
 };
 
 } // namespace Vu

@@ -152,8 +152,9 @@ std::wstring SelectionCommandInput::onWhyInvalid() const
 {
     if (isComplete() || !m_required)
         return {};
-    return localizedFormat("InputNeedsSelection",
-                           "Something must be selected in the view: %1% of %2% so far.",
+    if (m_quantity <= 1)
+        return localized("InputNeedsOneSelection", "Select something in the view.");
+    return localizedFormat("InputNeedsSelection", "Select %2% things in the view; so far there are %1%.",
                            selectionSet().size(), m_quantity);
 }
 

@@ -6,7 +6,9 @@
 #include "UI/Base/Command/CommandDialog.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/View/AutoCamViewFragment.h"
 #include "UI/Base/View/GraphicsCanvas.h"
+#include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Base/Window/InputField.h"
 #include "UI/Base/Window/InputForm.h"
@@ -30,8 +32,10 @@
 namespace Vu {
 namespace {
 
-/// So that typical texts of lists and selections are fully visible.
-constexpr int kWidth = 370;
+/// So that usual texts of lists and of selections are seen whole; in a small view less, so that most of that
+/// is left to the model.
+constexpr int kWidth = 370, kLeastWidth = 290;
+constexpr double kShareOfView = 0.38;
 /// From the canvas's edges.
 constexpr int kDistance = 12;
 /// The head and foot of the panel stay free of the window's edge by this, however it is dragged.
@@ -43,6 +47,17 @@ struct Problem
     QString text; ///< Empty if nothing does.
     bool isError = true;
 };
+
+/// Where the orientation cube of the view ends; 0 if it shows none.
+int cubeBottom(const GraphicsCanvas& canvas)
+{
+    double bottom = 0;
+    if (const GraphicsView* view = canvas.view())
+        for (const Vs::Scene::ViewFragment* fragment : view->viewFragments())
+            if (const auto* cube = Vs::cast<AutoCamViewFragment>(fragment))
+                bottom = std::max(bottom, cube->place().top + cube->place().size);
+    return int(bottom);
+}
 
 /// What is wrong comes before what is only missing yet.
 Problem problemOf(const CommandBase& command)
@@ -255,23 +270,29 @@ void CommandPanel::place()
         return;
     QWidget* const window = parentWidget();
     QPoint corner(kDistance, kDistance);
-    int room = window->height() - 2 * kDistance;
+    int room = window->height() - 2 * kDistance, width = kWidth;
     const GraphicsCanvas* canvas = SplitViewMgr::get()->activeCanvas();
     const QWidget* widget = canvas ? canvas->existingWidget() : nullptr;
     if (widget && widget->window() == window) {
         corner += widget->mapTo(window, QPoint(0, 0));
         room = widget->height() - 2 * kDistance;
+        width = std::clamp(int(kShareOfView * widget->width()), kLeastWidth, kWidth);
+        if (const CommandDialog* dialog = m_command->commandDialog(); dialog && dialog->atRight()) {
+            const int below = cubeBottom(*canvas);
+            corner += QPoint(widget->width() - width - 2 * kDistance, below);
+            room -= below;
+        }
     }
     corner += m_dragged;
     // Not asked of the layout, which still has the size of what was scrolled before.
     const QMargins margins = contentsMargins() + layout()->contentsMargins();
-    const int inner = kWidth - margins.left() - margins.right();
+    const int inner = width - margins.left() - margins.right();
     const int fixed = margins.top() + margins.bottom() + m_head->sizeHint().height() +
                       m_foot->sizeHint().height() +
                       (m_message->isHidden() ? 0 : m_message->heightForWidth(inner));
     const int wished = fixed + m_form->sizeHint().height();
-    resize(kWidth, std::min(wished, std::max(room, fixed + kGrip)));
-    corner.setX(std::clamp(corner.x(), kGrip - kWidth, std::max(0, window->width() - kGrip)));
+    resize(width, std::min(wished, std::max(room, fixed + kGrip)));
+    corner.setX(std::clamp(corner.x(), kGrip - width, std::max(0, window->width() - kGrip)));
     corner.setY(std::clamp(corner.y(), 0, std::max(0, window->height() - kGrip)));
     move(corner);
     raise();

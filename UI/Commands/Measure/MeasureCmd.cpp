@@ -1,6 +1,7 @@
 #include "UI/Commands/Measure/MeasureCmd.h"
 
 #include "Server/Base/Progress.h"
+#include "Server/Base/TranscriptMgr.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
@@ -189,12 +190,12 @@ void MeasureCmd::enableSelections()
                                                  : std::vector<Vs::StrongRef<Vs::Selection>>());
 }
 
-// A line starts with nothing; a person with what is selected.
+// A recording says what was measured; whoever else begins does so with what is selected.
 void MeasureCmd::onBegin()
 {
     Implements::onBegin();
-    const bool byLine = commandContext()->isByLine();
-    const Vs::SelectionSet* selected = !byLine && !m_passive ? ActiveAssetUtils::selectionSet() : nullptr;
+    const bool isReplayed = commandContext()->isByLine() && Vs::TranscriptMgr::get()->replaying();
+    const Vs::SelectionSet* selected = !isReplayed && !m_passive ? ActiveAssetUtils::selectionSet() : nullptr;
     if (!selected)
         return;
     // What was just hidden is still selected.

@@ -4,9 +4,15 @@
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/Scene/Camera.h"
+#include "Server/Scene/Projection.h"
+#include "Server/Scene/ViewFragment.h"
 #include "Server/Types/PointText.h"
 #include "UI/Base/Command/CommandContext.h"
+#include "UI/Base/Command/CommandDialog.h"
+#include "UI/Base/Session/ActiveAssetUtils.h"
 #include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/View/GraphicsView.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/Primitives/FaceFrame.h"
 #include "UI/Design/Primitives/NewPart.h"
@@ -14,6 +20,7 @@
 #include "UI/Design/Primitives/PrimitiveRequest.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace Vu::Design {
 namespace {
@@ -22,6 +29,31 @@ using Kind = ManipulatorHandle::Kind;
 
 /// How far from the origin it may be put, in mm: farther away the kernel doesn't count exactly enough.
 constexpr double kFarthest = 1e8;
+/// Of what the view shows across, in ordinary sizes of 100 mm.
+constexpr double kShareOfView = 0.25, kOrdinary = 100;
+
+/// The nearest of 1, 2 and 5, times a power of ten.
+double roundNumber(double number)
+{
+    const double power = std::pow(10, std::floor(std::log10(number)));
+    const double digit = number / power;
+    return power * (digit < std::sqrt(2) ? 1 : digit < std::sqrt(10) ? 2 : digit < std::sqrt(50) ? 5 : 10);
+}
+
+/// By what the ordinary sizes are multiplied at the start, so that a new part neither hides what is looked at
+/// nor is lost beside it.
+double startScale(const Vs::Asset* asset, const GraphicsView* view)
+{
+    const Vs::Scene::ViewFragment* fragment = view ? view->modelFragment() : nullptr;
+    if (!fragment || !asset || asset->components()->children.empty())
+        return 1;
+    const double width = view->canvasWidth(), height = view->canvasHeight();
+    const Vs::Scene::Camera& camera = *fragment->camera();
+    const double across =
+        std::min(width, height) * Vs::Scene::Projection(camera, width, height).pixelSize(camera.distance());
+    const double wanted = kShareOfView * across / kOrdinary;
+    return std::isfinite(wanted) && wanted > 0 ? std::clamp(roundNumber(wanted), 1e-4, 1e4) : 1;
+}
 
 } // namespace
 
@@ -39,8 +71,10 @@ PrimitivePanelCmd::PrimitivePanelCmd(CommandDefinition* definition, CommandConte
 
 void PrimitivePanelCmd::onMakeInputs(EditInputs& inputs)
 {
+    const double scale = startScale(commandContext()->asset(), ActiveAssetUtils::graphicsView());
     for (const PrimitiveRow::Size& size : m_row.sizes) {
-        m_sizes.push_back(inputs.length(Vs::Strings::widen(size.name).c_str(), size.title(), size.ordinary));
+        m_sizes.push_back(
+            inputs.length(Vs::Strings::widen(size.name).c_str(), size.title(), scale * size.ordinary));
         m_sizes.back()->minimumValue(true, size.smallest(), true);
         m_sizes.back()->maximumValue(true, Vs::ModelBuilder::kLargestSize, true);
     }
@@ -143,6 +177,25 @@ void PrimitivePanelCmd::onShown()
         m_grips[i].show(graphicsView(),
                         valid ? std::optional(place * GkMatrix3d::translation(m_row.grip(values.data(), i)))
                               : std::nullopt);
+}
+
+bool PrimitivePanelCmd::isAtLeft() const
+{
+    constexpr double kLeftPart = 0.45;
+    const GraphicsView* view = graphicsView();
+    const std::vector<double> values = sizes();
+    GkVector3d middle;
+    for (size_t i = 0; i < values.size(); ++i)
+        middle = middle + m_row.grip(values.data(), i) * (1.0 / double(values.size()));
+    const auto seen = view ? view->worldToWindow(placement() * (GkPoint3d() + middle)) : std::nullopt;
+    return seen && seen->x < kLeftPart * view->canvasWidth();
+}
+
+void PrimitivePanelCmd::onBegin()
+{
+    Implements::onBegin();
+    if (CommandDialog* dialog = commandDialog())
+        dialog->atRight(isAtLeft());
 }
 
 void PrimitivePanelCmd::onDeactivate()

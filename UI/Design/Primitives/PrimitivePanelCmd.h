@@ -19,6 +19,7 @@ public:
     /// The row must outlive the command.
     PrimitivePanelCmd(CommandDefinition* definition, CommandContext* context, const PrimitiveRow& row);
 
+    void onBegin() override;
     void onPostActivate() override { onShown(); }
     void onDeactivate() override;
     void onEnd(ETerminationReason reason) override;
@@ -44,6 +45,8 @@ private:
     /// From the primitive's own coordinates to those of the ground, but for the shift.
     GkVector3d foot(const std::vector<double>& sizes) const;
     GkMatrix3d placement() const;
+    /// Whether the part is seen in the left part of the view, where panels come up.
+    bool isAtLeft() const;
     void dragPlace(const Manipulator::Drag& drag);
     void dragSize(size_t which, const Manipulator::Drag& drag);
     double gripPerSize(size_t which) const;

@@ -173,10 +173,11 @@ protected:
         return normal(run.firstTriangle).dotProduct(normal(run.firstTriangle + run.triangleCount / 2)) < 0.99;
     }
 
-    /// Where an arrow shows on the display that drags a size of the cylinder, and where it leads.
+    /// Where an arrow shows on the display that drags a size of the cylinder, and where it leads. Its tip may
+    /// be outside of the view.
     struct Arrow
     {
-        QPoint tip;
+        QPoint shaft;
         QPointF way;
     };
     /// It begins there, in radii and heights.
@@ -195,9 +196,9 @@ protected:
             const GkPoint3d found = projection.worldToScreen(placement * place);
             return QPointF(found.x, view->canvasHeight() - found.y);
         };
-        const QPointF tip = seen(from + along * (0.85 * kSize * projection.pixelSize(depth)));
-        const QPointF unit = tip - seen(from);
-        return {view->canvas()->existingWidget()->mapToGlobal(tip.toPoint()), unit};
+        const QPointF shaft = seen(from + along * (0.2 * kSize * projection.pixelSize(depth)));
+        const QPointF unit = shaft - seen(from);
+        return {view->canvas()->existingWidget()->mapToGlobal(shaft.toPoint()), unit};
     }
 
     void expectWork(size_t faces) const
@@ -362,10 +363,15 @@ TEST_F(WalkTest, ByTheMouseAloneNoStepTakesMoreThanThreeClicks)
         });
         visitor.step("make it 20 x 40", [&] {
             EXPECT_TRUE(Visitor::becomes(isStill));
-            const Arrow height = Visitor::see([] { return arrow({0, 0, 1}, {0, 0, 1}); });
-            visitor.drag(height.tip, -height.way, [] { return field(L"Height") == L"40 mm"; });
-            const Arrow radius = Visitor::see([] { return arrow({1, 0, 0.5}, {1, 0, 0}); });
-            visitor.drag(radius.tip, -radius.way, [] { return field(L"Radius") == L"10 mm"; });
+            const auto dragTo = [&](const wchar_t* key, int size, const GkVector3d& begin,
+                                    const GkVector3d& along) {
+                const Arrow grip = Visitor::see([&] { return arrow(begin, along); });
+                const bool grows = Visitor::see([&] { return std::stod(field(key)) < size; });
+                visitor.drag(grip.shaft, grows ? grip.way : -grip.way,
+                             [&] { return field(key) == std::to_wstring(size) + L" mm"; });
+            };
+            dragTo(L"Height", 40, {0, 0, 1}, {0, 0, 1});
+            dragTo(L"Radius", 10, {1, 0, 0.5}, {1, 0, 0});
             visitor.press(Visitor::button("OK"));
             EXPECT_TRUE(
                 Visitor::becomes([] { return component(L"Cylinder1") && !isRunning(L"CylinderCommand"); }));

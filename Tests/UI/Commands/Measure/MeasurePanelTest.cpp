@@ -353,7 +353,7 @@ TEST_F(MeasurePanel, FillsTheFieldOfAnotherCommand)
         << "what the user measures next is the usual";
 }
 
-TEST_F(MeasurePanel, BeginsByHandWithWhatIsSelectedAndAnewWithWhatTheThirdCantTake)
+TEST_F(MeasurePanel, BeginsWithWhatIsSelectedAndAnewWithWhatTheThirdCantTake)
 {
     const auto content = [](const wchar_t* key) { return input<SelectionCommandInput>(key)->displayText(); };
     Vs::Status status;
@@ -386,7 +386,7 @@ TEST_F(MeasurePanel, BeginsByHandWithWhatIsSelectedAndAnewWithWhatTheThirdCantTa
     click(Vu::kLeftButton, 0, 0);
     EXPECT_EQ(content(L"SelectionInput1"), L"Plane of Box2");
     EXPECT_EQ(content(L"SelectionInput2"), L"Select in the view");
-    // With both keys a click takes what holds the face; a line begins with nothing.
+    // With both keys a click takes what holds the face.
     answer(L"Commands.SetInput RestartSelectionInput \"\"");
     click(Vu::kLeftButton, 0, 0, Vu::kShiftModifier | Vu::kControlModifier);
     EXPECT_EQ(content(L"SelectionInput1"), L"Box2");
@@ -396,9 +396,16 @@ TEST_F(MeasurePanel, BeginsByHandWithWhatIsSelectedAndAnewWithWhatTheThirdCantTa
     start(L"MeasureCommand");
     EXPECT_EQ(content(L"SelectionInput1"), L"Cylinder of Cylinder1") << "and not what nobody sees";
     answer(L"Commands.Commit");
-    Vu::ActiveAssetUtils::selectionSet()->replace({object(L"Box2")});
+    // So does a line, but for one of a recording, which says itself what was measured.
+    Vu::ActiveAssetUtils::selectionSet()->replace({object(L"Cylinder1/Face1")});
     begin();
+    EXPECT_NE(results(), L"");
+    answer(L"Commands.Commit");
+    const std::wstring recording = scratch(L"measure.txt");
+    std::ofstream(Vs::Strings::narrow(recording)) << "Commands.Start MeasureCommand\n";
+    answer(L"Transcripting.Replay \"" + recording + L'"');
     EXPECT_EQ(results(), L"");
+    answer(L"Commands.Commit");
 }
 
 TEST_F(MeasurePanel, AThirdSelectionThatIsBarredIsNeitherMeasuredNorLit)

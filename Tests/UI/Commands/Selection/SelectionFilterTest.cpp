@@ -11,6 +11,7 @@
 
 #include <QToolButton>
 
+#include <cmath>
 #include <map>
 
 using namespace Vu;
@@ -145,6 +146,12 @@ TEST_F(SelectionFilters, OfAllKindsAClickTakesTheComponentAndOneMoreItsPart)
     clickAt(placeOf(L"Box3"));
     QTest::keyClick(canvas, Qt::Key_Escape);
     EXPECT_TRUE(selected().empty());
+    // So it does just beside it, at the edge that is its outline.
+    const Vs::Scene::Projection projection(*camera(), canvas->width(), canvas->height());
+    const GkPoint3d corner = projection.worldToScreen({13, 0, 1.5});
+    clickAt({int(std::lround(corner.x)) + 2, int(std::lround(canvas->height() - corner.y))});
+    ASSERT_EQ(selected().size(), 1u);
+    EXPECT_EQ(pathOf(*selected().selections().front()), L"Box3:1");
 }
 
 TEST_F(SelectionFilters, TheSolidsOfOnePartAreToldApartOnceTheUserWantsIt)

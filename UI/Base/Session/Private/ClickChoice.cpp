@@ -72,7 +72,11 @@ ClickChoice::Object ClickChoice::componentOrPart(const Objects& objects, bool ad
         const auto* object = inModel(each);
         return first && object && object->path() == Vs::ObjectPath{first->componentId(), kComponent};
     });
-    if (component == objects.end())
+    // An edge at the outline is taken also where the pointer is just beside its component.
+    Object whole = component != objects.end() ? *component
+                   : first ? Object(new Vs::LogicalSelection(first->asset(), first->componentId(), nullptr))
+                           : nullptr;
+    if (!whole || !m_accepts(whole))
         return objects.front();
     const auto& taken = m_taken.selections();
     const bool wantsPart = std::any_of(taken.begin(), taken.end(), [&](const Object& each) {
@@ -80,7 +84,7 @@ ClickChoice::Object ClickChoice::componentOrPart(const Objects& objects, bool ad
         return object &&
                (adds ? object->path().leaf != kComponent : object->componentId() == first->componentId());
     });
-    return wantsPart ? objects.front() : *component;
+    return wantsPart ? objects.front() : whole;
 }
 
 } // namespace Vu
