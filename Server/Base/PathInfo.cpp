@@ -228,6 +228,9 @@ Path optionsDirectory()
 
 Path cacheDirectory()
 {
+    // Runs with profiles of their own, as those of tests, may share what others have read.
+    if (const Path own = environmentPath("QUILLET_CACHE_DIR"); !own.empty())
+        return made(own);
     return made(userDirectory("XDG_CACHE_HOME", ".cache", "cache"));
 }
 

@@ -33,7 +33,8 @@ void profileDirectory(const Path& folder);
 
 /// Where the user's options lie; made if it isn't there.
 [[nodiscard]] Path optionsDirectory();
-/// Where things lie that can be made anew; made if it isn't there.
+/// Where things lie that can be made anew; made if it isn't there. QUILLET_CACHE_DIR, if that is set, also
+/// with a profile.
 [[nodiscard]] Path cacheDirectory();
 /// Where recovery files lie; made if it isn't there.
 [[nodiscard]] Path recoveryDirectory();

@@ -43,6 +43,7 @@ constexpr OptionRow kOptions[] = {
     {"command", "LINE", "Run one text line."},
     {"replay", "FILE", "Run a transcript of text lines."},
     {"script", "FILE", "Run a Python script."},
+    {"exit", nullptr, "End after the last line, also with a window."},
     {"console", nullptr, "Read text lines from standard input."},
     {"python", nullptr, "Read Python from standard input; on a terminal as Python's own console."},
     {"keep-going", nullptr, "Go on after a line that failed; the exit code still reports it."},
@@ -61,7 +62,9 @@ constexpr OptionRow kOptions[] = {
     {"test", "DIR",
      "Run all transcripts and scripts in a folder, or the one file, each in a process of its own."},
     {"filter", "PATTERN",
-     "With --test: run only those whose names below the folder match; may be given several times."},
+     "With --test: run only those whose names below the folder fit; may be given often."},
+    {"window", nullptr,
+     "With --test: run each in a window, on the desktop or, without one, on a display that Xvfb makes."},
     {"list", nullptr, "With --test: print the names of those that would be run."},
     {"retry", "N", "With --test: run what failed up to N times more."},
     {"results", "FILE",
@@ -84,8 +87,8 @@ constexpr OptionRow kOptions[] = {
 };
 
 /// What is about test runs alone.
-constexpr const char* kOfTestRunAlone[] = {"jobs", "timeout", "junit",   "tap",    "shard",    "filter",
-                                           "list", "retry",   "results", "failed", "artifacts"};
+constexpr const char* kOfTestRunAlone[] = {"jobs", "timeout", "junit",   "tap",    "shard",     "filter",
+                                           "list", "retry",   "results", "failed", "artifacts", "window"};
 /// What may stand beside --test as well, since it holds for such a run, too.
 constexpr const char* kBesideTestRun[] = {"coverage", "verbose",    "test", "set",    "references",
                                           "headless", "no-autorun", "help", "version"};
@@ -227,6 +230,7 @@ std::string readTestRun(const QCommandLineParser& parser, TestRun& run)
     run.resultsFile = bytesOf(value("results"));
     run.artifactsDirectory = bytesOf(value("artifacts"));
     run.list = given("list");
+    run.window = given("window");
     run.failedOnly = given("failed");
     for (const QString& pattern : parser.values(QStringLiteral("filter")))
         run.filters.push_back(bytesOf(pattern));
@@ -336,6 +340,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
     if (result.headless && !result.links.empty())
         result.error = "A link is followed in a window, so it can't be combined with --headless.";
     result.autorun = !parser.isSet(QStringLiteral("no-autorun"));
+    result.exit = parser.isSet(QStringLiteral("exit"));
     result.keepGoing = parser.isSet(QStringLiteral("keep-going"));
     result.echo = parser.isSet(QStringLiteral("echo"));
     result.listCommands = parser.isSet(QStringLiteral("list-commands"));

@@ -40,6 +40,7 @@ struct CommandLine
     bool headless = false;
     bool handOver = false; ///< The files go to the window that runs already, if there is one.
     bool autorun = true;
+    bool exit = false; ///< A window closes after the last step.
     bool keepGoing = false;
     bool echo = false;
     bool compareRecordings = false; ///< The two files are compared, and nothing else is done.

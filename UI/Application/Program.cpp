@@ -198,9 +198,10 @@ int runWorkspace(const CommandLine& line)
         Vu::ProgramLink::follow(link);
     int code = kExitOk;
     // Whoever hands files over must not wait for those that this start was given.
-    if (!line.headless && !application->exiting())
+    const bool stays = !line.headless && !line.exit && !application->exiting();
+    if (stays)
         receiver = std::make_unique<HandOverReceiver>(HandOverReceiver::openInWindow);
-    if (!line.headless && !application->exiting())
+    if (stays)
         code = application->run();
     application->flushDeferredTasks();
     if (runner.scriptCode() != 0)

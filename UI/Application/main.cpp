@@ -1,5 +1,6 @@
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
+#include "UI/Application/CrashStack.h"
 #include "UI/Application/Lists.h"
 #include "UI/Application/Program.h"
 #include "UI/Application/Revision.h"
@@ -48,6 +49,7 @@ int run(int count, char** arguments)
         return compareRecordings(line.files[0], line.files[1]);
     if (!line.test.directory.empty())
         return runTests(line.test);
+    tellStackOfCrash();
     return runProgram(line, count, arguments);
 }
 

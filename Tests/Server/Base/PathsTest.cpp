@@ -42,6 +42,11 @@ TEST_F(PathsTest, LieInTheProfileWhereOneIsGiven)
         EXPECT_EQ(path.parent_path(), folder.path() / "profile");
         EXPECT_TRUE(fs::is_directory(path));
     }
+    // But for a cache that several of them share.
+    setenv("QUILLET_CACHE_DIR", (folder.path() / "shared").c_str(), 1);
+    EXPECT_EQ(Vs::PathInfo::cacheDirectory(), folder.path() / "shared");
+    EXPECT_EQ(Vs::PathInfo::optionsDirectory().parent_path(), folder.path() / "profile");
+    unsetenv("QUILLET_CACHE_DIR");
 }
 
 TEST_F(PathsTest, FollowTheDesktopsVariablesUnlessTheyAreRelative)

@@ -1,6 +1,7 @@
 #include "UI/Application/Testing/TestProcess.h"
 
 #include "Server/Base/TranscriptReplay.h"
+#include "UI/Application/Testing/ReadableStack.h"
 
 #include <cerrno>
 #include <csignal>
@@ -95,9 +96,9 @@ TestProcess::TestProcess(const boost::filesystem::path& transcript, const boost:
                          const std::vector<std::string>& options)
     : m_transcript(transcript)
 {
-    std::vector<std::string> words = {
-        "--headless", "--no-autorun",          "--echo", "--profile-dir", (folder / "profile").string(),
-        "--set",      "out=" + folder.string()};
+    std::vector<std::string> words = {"--no-autorun",  "--echo",
+                                      "--profile-dir", (folder / "profile").string(),
+                                      "--set",         "out=" + folder.string()};
     words.insert(words.end(), options.begin(), options.end());
     words.insert(words.end(),
                  {Vs::isTranscript(transcript.wstring()) ? "--replay" : "--script", transcript.string()});
@@ -172,7 +173,7 @@ std::string TestProcess::failure() const
 
 TestResult TestProcess::result() const
 {
-    TestResult result{TestResult::Kind::Passed, {}, m_seconds, m_output.text(), m_errors.text()};
+    TestResult result{TestResult::Kind::Passed, {}, m_seconds, {}, m_output.text(), m_errors.text()};
     const std::string at = lastEcho(m_output.text());
     // Of a script there is one line, which says no more than its name.
     const std::string during = at.empty() || at == m_transcript.string() ? "." : ", in the line: " + at;
@@ -185,6 +186,7 @@ TestResult TestProcess::result() const
         result.kind = TestResult::Kind::Crashed;
         result.message =
             m_transcript.string() + ": The program was ended by " + signalName(WTERMSIG(m_state)) + during;
+        result.stack = readableStack(m_errors.text());
     } else if (WEXITSTATUS(m_state) != 0) {
         // A script may end with any number, and says so.
         const bool said = m_errors.text().find(m_transcript.string() + ':') != std::string::npos;

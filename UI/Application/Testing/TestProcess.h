@@ -24,6 +24,7 @@ struct TestResult
     Kind kind = Kind::Passed;
     std::string message; ///< One line; empty if all is well.
     double seconds = 0;
+    std::string stack;          ///< Of a crash, the calls that led to it, one a line.
     std::string output, errors; ///< The ends of what the process wrote.
 };
 

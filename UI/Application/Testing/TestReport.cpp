@@ -80,7 +80,7 @@ void writeCase(QXmlStreamWriter& xml, const QString& suite, const TestCase& test
         xml.writeEndElement();
     }
     writeStream(xml, "system-out", result.output);
-    writeStream(xml, "system-err", result.errors);
+    writeStream(xml, "system-err", result.errors + (result.stack.empty() ? "" : "\n" + result.stack));
     xml.writeEndElement();
 }
 

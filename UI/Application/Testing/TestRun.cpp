@@ -3,6 +3,7 @@
 #include "Server/Base/Strings.h"
 #include "UI/Application/CommandLine.h"
 #include "UI/Application/Coverage.h"
+#include "UI/Application/Testing/TestDisplay.h"
 #include "UI/Application/Testing/TestHistory.h"
 #include "UI/Application/Testing/TestReport.h"
 #include "UI/Application/Testing/TestSelection.h"
@@ -18,7 +19,9 @@
 #include <exception>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <poll.h>
+#include <sstream>
 #include <thread>
 
 namespace Quillet {
@@ -77,7 +80,7 @@ class Runner
 public:
     Runner(const TestRun& run, const std::vector<TestFile>& files) : m_run(run)
     {
-        m_options = {"--references", run.references};
+        m_options = {run.window ? "--exit" : "--headless", "--references", run.references};
         if (run.verbose)
             m_options.push_back("--verbose");
         for (const auto& [name, value] : run.parameters)
@@ -222,6 +225,9 @@ private:
                     Vs::Strings::forTerminal(test.name).c_str(), tries.c_str());
         if (!test.result.message.empty())
             std::printf("    %s\n", Vs::Strings::forTerminal(test.result.message).c_str());
+        std::istringstream calls(test.result.stack);
+        for (std::string call; std::getline(calls, call);)
+            std::printf("      %s\n", Vs::Strings::forTerminal(call).c_str());
         std::fflush(stdout);
     }
 
@@ -259,6 +265,9 @@ int runIn(const TestRun& run, const fs::path& folder)
     // A pattern that is mistyped must not pass.
     if (files.empty() && !run.filters.empty() && !run.failedOnly && run.shards == 1)
         return complain(run.directory + ": No transcript has a name like that.");
+    std::optional<TestDisplay> display;
+    if (run.window)
+        display.emplace();
     const auto start = std::chrono::steady_clock::now();
     Runner runner(run, files);
     runner.run();

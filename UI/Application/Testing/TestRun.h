@@ -15,6 +15,7 @@ struct TestRun
         filters;          ///< Only names that one of these patterns (`*`, `?`, `[...]`) fits; empty for all.
     bool verbose = false; ///< Checks tell their values, which the report has then.
     bool failedOnly = false;        ///< Only those that failed when they were run last.
+    bool window = false;            ///< Each in a window (TestDisplay).
     bool list = false;              ///< Tells the names, and runs nothing.
     int retries = 0;                ///< How often one that fails is run again.
     std::string resultsFile;        ///< How they ended last (TestHistory); empty for nowhere.
@@ -30,12 +31,12 @@ struct TestRun
     std::string references = "compare";            ///< What checks do with theirs: compare, fill or update.
 };
 
-/// Runs each transcript and script of the folder in a process of its own, without a window and with settings
-/// that are as good as new. Files whose name begins with `_` are helpers of others, and a text is one that
-/// looks like a transcript (looksLikeTextTranscript). What measures performance runs after all others and
-/// alone, up to three times, of which the best counts. Tells how each ended on
-/// standard output. Returns the exit code: 0 if all passed, 1 if not, 2 if there was nothing to run or no
-/// report could be written.
+/// Runs each transcript and script of the folder in a process of its own, without a window unless told
+/// otherwise and with settings that are as good as new. Files whose name begins with `_` are helpers of
+/// others, and a text is one that looks like a transcript (looksLikeTextTranscript). What measures
+/// performance runs after all others and alone, up to three times, of which the best counts. Tells how each
+/// ended on standard output. Returns the exit code: 0 if all passed, 1 if not, 2 if there was nothing to run
+/// or no report could be written.
 int runTests(const TestRun& run);
 
 } // namespace Quillet
