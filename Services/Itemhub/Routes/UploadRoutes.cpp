@@ -82,6 +82,14 @@ std::optional<UploadWriter> writerOf(Call& call, Store::Upload& upload)
     return writer;
 }
 
+/// Once the record says that it's needed no more. A request that may be repeated is a transaction as a whole,
+/// which may still be taken back, and the file is all that there is then.
+void removeFile(Call& call, const std::string& id)
+{
+    Store::Connection& store = call.store;
+    store.afterCommit([&files = call.service.uploads, id] { files.remove(id); });
+}
+
 /// Keeps what came. What is killed in between is done again: each step may be repeated.
 void keep(Call& call, const Store::Upload& upload, UploadWriter& writer, const std::string& sha256)
 {
@@ -96,7 +104,7 @@ void keep(Call& call, const Store::Upload& upload, UploadWriter& writer, const s
         Store::finishUpload(call.store, upload.id, QString::fromStdString(sha256));
         return 0;
     });
-    call.service.uploads.remove(id);
+    removeFile(call, id);
 }
 
 /// The same for a file whose hash isn't known.
@@ -327,6 +335,7 @@ QString takeUpload(Call& call, const QString& id)
     if (call.service.blobs.size(upload.sha256.toStdString()) != upload.length)
         throw Problem(409, "upload_lost", "The service lost what was uploaded; send it again.");
     Store::removeUpload(call.store, id);
+    removeFile(call, id.toStdString()); // Left by a request that ended between the two.
     return upload.sha256;
 }
 

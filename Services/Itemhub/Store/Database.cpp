@@ -233,12 +233,21 @@ Rows Connection::runBuilt(const QString& statement, std::initializer_list<QVaria
     return run(std::string_view(statement.toStdString()), values);
 }
 
+void Connection::afterCommit(std::function<void()> what)
+{
+    if (m_depth == 0)
+        what();
+    else
+        m_afterCommit.push_back(std::move(what));
+}
+
 Transaction::Transaction(Connection& connection) : m_connection(connection)
 {
     if (m_connection.m_depth == 0) {
         m_connection.dialect().requireSame();
         m_connection.runPlain(m_connection.dialect().beginWriting());
         m_connection.m_broken = false;
+        m_connection.m_afterCommit.clear();
     }
     ++m_connection.m_depth;
 }
@@ -270,6 +279,8 @@ void Transaction::commit()
     m_connection.runPlain("COMMIT");
     m_connection.m_depth = 0;
     m_open = false;
+    for (const auto& what : std::exchange(m_connection.m_afterCommit, {}))
+        what();
 }
 
 Database::Database(DatabaseOptions options)

@@ -4,6 +4,7 @@
 
 #include <QVariant>
 
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <optional>
@@ -99,6 +100,10 @@ public:
     /// two connections the same; never 0. What a thread keeps between requests is good as long as it stays.
     [[nodiscard]] quint64 state();
 
+    /// Runs what can't be taken back once all transactions that are open now are committed; at once if none
+    /// is, and never if they are taken back.
+    void afterCommit(std::function<void()> what);
+
 private:
     friend class Transaction;
 
@@ -125,6 +130,7 @@ private:
     qint64 m_mark = -1;             ///< Its answer; -1 after a change of this connection's own.
     quint64 m_state = 0;
     int m_depth = 0; ///< Of transactions.
+    std::vector<std::function<void()>> m_afterCommit;
     bool m_broken = false, m_isLost = false;
     bool m_isFresh = false; ///< Nothing was run since it arrived.
 };

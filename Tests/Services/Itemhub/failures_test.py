@@ -93,6 +93,19 @@ class DatabaseTest(ServiceTest):
             self.assertEqual(self.boss("GET", self.items).status, 200)
         self.assertEqual(self.boss("POST", self.items, {"caption": "x"}).status, 201)
 
+    def test_what_was_sent_outlives_a_request_that_was_taken_back(self):
+        attachment, data = self.attachment(b"first"), b"second" * 500
+        upload = self.boss.begin(len(data)).headers["location"].rsplit("/", 1)[1]
+        with self.service.locked():
+            # All bytes are here, and the record doesn't say so yet; on the other database it does.
+            self.assertEqual(self.boss.send(upload, 0, data).status, 204 if service.ON_POSTGRESQL else 503)
+        make = lambda made_from, key: self.boss("POST", f"/attachments/{attachment}/versions", {"upload": upload, "madeFrom": made_from},
+                                                {"Idempotency-Key": key})
+        self.assertEqual(make(0, "outdated").json["code"], "outdated")
+        self.assertEqual(make(1, "right").status, 201)
+        self.assertEqual(self.boss("GET", f"/attachments/{attachment}/versions/2/content").body, data)
+        self.assertEqual([path.name for path in (self.service.blobs / "uploads").iterdir()], [], "no file is left")
+
     @unittest.skipIf(service.ON_POSTGRESQL, "a server is another matter: see postgresql_test.py")
     def test_a_database_that_was_taken_away_gets_no_changes_that_would_be_lost(self):
         aside = self.service.database.with_suffix(".aside")

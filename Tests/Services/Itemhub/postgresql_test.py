@@ -3,6 +3,7 @@
 import concurrent.futures
 import os
 import random
+import re
 import signal
 import threading
 import time
@@ -275,7 +276,9 @@ class ServerTest(Databases):
                     continue
                 made = patiently(lambda client: client("POST", f"/attachments/{attachment}/versions", {"upload": upload, "madeFrom": number - 1},
                                                        {"Idempotency-Key": f"version {number}"}))
-                self.assertEqual(made.status, 201, made)
+                if made.status != 201:
+                    told = [line for line in (self.server_.folder / "log").read_text().splitlines() if re.search("ERROR|FATAL|PANIC", line)]
+                    self.fail("\n".join([str(made), first.log(), second.log(), *told[-10:]]))
                 return made.json
 
         def work():
