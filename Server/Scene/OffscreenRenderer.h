@@ -71,6 +71,12 @@ public:
     /// the first picture.
     virtual std::wstring description() const = 0;
 
+    /// Begins to start the driver in the thread that draws; a picture that is asked for meanwhile waits for
+    /// that. Returns at once.
+    virtual void expect() = 0;
+    /// Waits for what `expect` has begun. Needed before the process ends, as a driver at work may not.
+    virtual void settle() = 0;
+
 protected:
     // Never destroyed: the driver may end before the last object of static storage does.
     ~OffscreenRenderer() = default;

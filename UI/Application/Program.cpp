@@ -11,6 +11,7 @@
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptSecrets.h"
 #include "Server/DataModel/DocumentOpener.h"
+#include "Server/Scene/OffscreenRenderer.h"
 #include "UI/Application/Console.h"
 #include "UI/Application/Coverage.h"
 #include "UI/Application/HandOverReceiver.h"
@@ -209,6 +210,37 @@ int runWorkspace(const CommandLine& line)
     return runner.failed() || Vs::TranscriptMgr::get()->recordingLost() ? kExitLineFailed : code;
 }
 
+/// A driver that starts while the first file is still being read, where the lines ask for a picture of it:
+/// both take about as long.
+class ExpectedPicture
+{
+public:
+    explicit ExpectedPicture(const CommandLine& line) : m_isExpected(line.headless && asksFor(line))
+    {
+        if (m_isExpected)
+            Vs::Scene::OffscreenRenderer::get()->expect();
+    }
+    ~ExpectedPicture()
+    {
+        if (m_isExpected)
+            Vs::Scene::OffscreenRenderer::get()->settle();
+    }
+    ExpectedPicture(const ExpectedPicture&) = delete;
+    ExpectedPicture& operator=(const ExpectedPicture&) = delete;
+
+private:
+    static bool asksFor(const CommandLine& line)
+    {
+        return !line.files.empty() && std::ranges::any_of(line.steps, [](const Step& step) {
+            return step.kind == Step::Kind::Command &&
+                   (step.text.find("SaveAsImageCommand") != std::string::npos ||
+                    step.text.find("Design.Picture") != std::string::npos);
+        });
+    }
+
+    bool m_isExpected;
+};
+
 int runLists(const CommandLine& line)
 {
     if (line.listCommands)
@@ -256,6 +288,7 @@ int runProgram(CommandLine line, int& count, char** arguments)
     Vu::installHost();
     Vu::Application::initialize(count, arguments, line.headless);
     takeLanguage(line.headless);
+    const ExpectedPicture picture(line);
     bool whole = true;
     if (!loadAddIns(whole))
         return kExitUsage;

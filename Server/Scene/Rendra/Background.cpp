@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 namespace Rendra {
@@ -74,14 +75,27 @@ void main()
 
 bool Background::make(Vs::Status& status)
 {
-    const auto make = [&](Program& program, const char* name, const char* kind) {
-        return program.make(name, {kBackgroundVertex}, {kind, kSurroundings, kBackgroundFragment}, status);
-    };
-    if (!make(m_program, "background", "") || !make(m_quick, "quick background", "#define QUICK\n") ||
-        !make(m_glowing, "glowing background", "#define GLOW\n"))
-        return false;
     glGenVertexArrays(1, &m_noArray);
-    return true;
+    return make(m_program, "background", "", status);
+}
+
+bool Background::make(Program& program, const char* name, const char* kind, Vs::Status& status)
+{
+    return program.make(name, {kBackgroundVertex}, {kind, kSurroundings, kBackgroundFragment}, status);
+}
+
+// Of the others, few pictures need any.
+const Program& Background::programFor(bool glowing, bool quick)
+{
+    Program& program = glowing ? m_glowing : m_quick;
+    if (!glowing && !quick)
+        return m_program;
+    if (!std::exchange(glowing ? m_triedGlowing : m_triedQuick, true)) {
+        Vs::Status ignored;
+        make(program, glowing ? "glowing background" : "quick background",
+             glowing ? "#define GLOW\n" : "#define QUICK\n", ignored);
+    }
+    return program ? program : m_program;
 }
 
 void Background::release()
@@ -131,8 +145,7 @@ void Background::draw(const RenderTarget& target, const Area& tile, const Vs::Sc
     const GLint filter = target.height > kUsualHeight ? GL_LINEAR : GL_NEAREST;
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, filter);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, filter);
-    const bool glowing = environment.glow > 0 || environment.stars > 0;
-    const Program& program = glowing ? m_glowing : quick ? m_quick : m_program;
+    const Program& program = programFor(environment.glow > 0 || environment.stars > 0, quick);
     program.use();
     glUniform1i(program.uniform("table"), 0);
     light.set(program, EnvironmentLight::orientation(up) * projection.view().inverse());

@@ -19,8 +19,11 @@ public:
 
 private:
     void prepareTable(const Vs::Scene::Environment& environment);
+    static bool make(Program& program, const char* name, const char* kind, Vs::Status& status);
+    const Program& programFor(bool glowing, bool quick);
 
     Program m_program, m_quick, m_glowing;
+    bool m_triedQuick = false, m_triedGlowing = false;
     /// What is seen in each elevation, without the glow: a look-up takes a fraction of working it out.
     GLuint m_table = 0;
     const Vs::Scene::Environment* m_inTable = nullptr;

@@ -25,7 +25,8 @@ constexpr int kSamples = 4;
 constexpr int64_t kTilePixels = int64_t(1) << 21;
 constexpr int64_t kFineTilePixels = int64_t(1) << 20;
 
-/// Runs one piece of work after the other in a thread of its own; the caller waits for each.
+/// Runs one piece of work after the other in a thread of its own. The caller waits for each, or for what was
+/// begun before.
 class Worker
 {
 public:
@@ -39,9 +40,17 @@ public:
         m_changed.notify_all();
         m_thread.join();
     }
+    void begin(std::function<void()> work)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_begun = std::move(work);
+        m_work = &m_begun;
+        m_changed.notify_all();
+    }
     void run(const std::function<void()>& work)
     {
         std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return !m_work; });
         m_work = &work;
         m_changed.notify_all();
         m_changed.wait(lock, [this] { return !m_work; });
@@ -55,7 +64,10 @@ private:
             m_changed.wait(lock, [this] { return m_work || m_ending; });
             if (!m_work)
                 return;
-            (*m_work)();
+            const std::function<void()>& work = *m_work;
+            lock.unlock();
+            work();
+            lock.lock();
             m_work = nullptr;
             m_changed.notify_all();
         }
@@ -64,6 +76,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
     const std::function<void()>* m_work = nullptr;
+    std::function<void()> m_begun;
     bool m_ending = false;
     std::thread m_thread;
 };
@@ -120,6 +133,8 @@ class EglOffscreenRenderer final : public OffscreenRenderer
 public:
     bool render(const std::vector<ViewFragment*>& fragments, uint32_t width, uint32_t height,
                 const ImageOptions& options, Image& image, Status& status) override;
+    void expect() override;
+    void settle() override;
     bool prepare(Status& status) override;
     void release() override;
     std::wstring description() const override { return m_description; }
@@ -127,17 +142,35 @@ public:
 private:
     bool start(Status& status);
     void stop();
-    bool draw(const std::vector<ViewFragment*>& fragments, const ImageOptions& options, Image& image,
-              Status& status);
+    bool draw(const std::vector<ViewFragment*>& fragments, const Rendra::RenderTarget& current,
+              const ImageOptions& options, Image& image, Status& status);
 
     std::unique_ptr<Worker> m_worker;
-    Rendra::RenderTarget m_current; ///< What the user's options say about the picture that is drawn.
     // All of these live in the worker's thread.
     std::unique_ptr<Rendra::EglContext> m_context;
     std::unique_ptr<Rendra::Renderer> m_renderer;
     Rendra::PictureTarget m_target;
     std::wstring m_description;
 };
+
+void EglOffscreenRenderer::expect()
+{
+    assertMainThread();
+    if (m_worker)
+        return;
+    m_worker = std::make_unique<Worker>();
+    m_worker->begin([this] {
+        Status ignored; // who asks for a picture is told
+        start(ignored);
+    });
+}
+
+void EglOffscreenRenderer::settle()
+{
+    assertMainThread();
+    if (m_worker)
+        m_worker->run([] {});
+}
 
 bool EglOffscreenRenderer::prepare(Status& status)
 {
@@ -176,7 +209,7 @@ bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, u
             std::ignore = fragment->bounds(); // takes in what arrived, here in the thread that owns the scene
     if (!m_worker)
         m_worker = std::make_unique<Worker>();
-    m_current = Rendra::RenderTarget::current();
+    const Rendra::RenderTarget current = Rendra::RenderTarget::current();
     bool drawn = false;
     m_worker->run([&] {
         try {
@@ -184,7 +217,7 @@ bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, u
             image.pixels.resize(size_t(width) * height * 4);
             image.width = width;
             image.height = height;
-            drawn = start(status) && draw(fragments, options, image, status);
+            drawn = start(status) && draw(fragments, current, options, image, status);
         } catch (const std::bad_alloc&) {
             status.addError(L"There is not enough memory for a picture of " + std::to_wstring(width) +
                             L" x " + std::to_wstring(height) + L" pixels.");
@@ -222,7 +255,8 @@ void EglOffscreenRenderer::stop()
     m_context.reset();
 }
 
-bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments, const ImageOptions& options,
+bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments,
+                                const Rendra::RenderTarget& current, const ImageOptions& options,
                                 Image& image, Status& status)
 {
     const int width = int(image.width), height = int(image.height);
@@ -239,7 +273,7 @@ bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments, con
         return false;
     }
 
-    Rendra::RenderTarget picture = m_current;
+    Rendra::RenderTarget picture = current;
     picture.framebuffer = m_target.framebuffer();
     picture.width = width * scale;
     picture.height = height * scale;

@@ -142,6 +142,28 @@ TEST_F(PictureDetail, HiddenEdgesShowOnlyInTheStylesThatHaveThem)
     EXPECT_GT(contrast(), 25);
 }
 
+TEST_F(PictureDetail, APictureThatWasExpectedIsAsAnyOther)
+{
+    show(Shapes::ball(30), {}, kRed);
+    m_fragment->camera()->fit(m_fragment->bounds());
+    draw();
+    const Image first = m_image;
+    OffscreenRenderer& renderer = *OffscreenRenderer::get();
+    renderer.release();
+    renderer.expect();
+    renderer.expect();
+    draw();
+    EXPECT_EQ(m_image.pixels, first.pixels);
+    // Whoever expected one need not ask for it.
+    renderer.release();
+    renderer.expect();
+    renderer.settle();
+    EXPECT_FALSE(renderer.description().empty());
+    renderer.settle();
+    renderer.release();
+    renderer.settle();
+}
+
 TEST_F(PictureDetail, ATransparentBodyBeforeNothingLeavesItsOpacityInThePicture)
 {
     show(Shapes::box(20, 20, 2), {}, Colour{0.8f, 0.02f, 0.02f, 0.5f});
