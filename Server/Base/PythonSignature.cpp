@@ -101,6 +101,8 @@ private:
         // Choices that take words themselves may be any number of words.
         if (inner.find('|') != inner.npos && inner.find('<') != inner.npos)
             rest = identifier("more", m_taken);
+        else if (inner.starts_with("= <"))
+            rest = identifier(inner.substr(3, inner.find('>') - 3), m_taken);
         else
             read(inner, true);
         if (repeated)
@@ -136,6 +138,16 @@ PythonSignature::PythonSignature(const TextCommand& command)
         return;
     }
     const std::vector<TextFormat::Type> types = TextFormat(command.format()).types();
+    UsageReader whole(help);
+    if (whole.parameters.size() >= types.size()) {
+        parameters = std::move(whole.parameters);
+        rest = std::move(whole.rest);
+        for (size_t i = 0; i < parameters.size(); ++i) {
+            parameters[i].type = i < types.size() ? types[i] : TextFormat::Type::Text;
+            parameters[i].optional |= i > 0 && parameters[i - 1].optional;
+        }
+        return;
+    }
     UsageReader usage(Strings::narrow(TextCompletion::placeholders(command)));
     const bool known = usage.rest.empty() && usage.parameters.size() == types.size();
     for (size_t i = 0; i < types.size(); ++i) {

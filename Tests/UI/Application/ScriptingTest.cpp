@@ -265,6 +265,9 @@ import inspect, Design, Script
 assert str(inspect.signature(Design.Box)) == '(dx, dy, dz, x_y_z=None, direction=None, /)'
 assert str(inspect.signature(Design.Subtract)) == '(target, /, *tool, Keep=False)'
 assert str(inspect.signature(Design.Rotate)) == '(path, axis, angle, /, *more)'
+import Body, Transcripting
+assert str(inspect.signature(Body.CheckVolume)).startswith('(description, path=None, /, *value, ')
+assert str(inspect.signature(Transcripting.Replay)) == '(filename, /, *name_value, KeepGoing=False)'
 assert str(inspect.signature(Script.Select)) == '(*path)' and str(inspect.signature(Script.Settle)) == '()'
 for area in {file[:-4] for file in files}:
     for function in vars(importlib.import_module(area)).values():
@@ -655,6 +658,84 @@ TEST_F(ScriptingTest, ScriptsFindWhatTheActiveVirtualEnvironmentHasIfItIsForThei
         EXPECT_EQ(std::pair(left.output, left.exitCode), std::pair(std::string("none\n"), 0)) << left.errors;
         EXPECT_NE(left.errors.find(why), std::string::npos) << left.errors;
     }
+}
+
+TEST_F(ScriptingTest, AMacroIsACommandThatPlaysItsFileWithItsParametersAndIsRecordedAsOneLine)
+{
+    const std::string profile = (folder.path() / "profile").string();
+    const boost::filesystem::path macros = folder.path() / "profile/scripts/macros";
+    boost::filesystem::create_directories(macros);
+    boost::filesystem::permissions(folder.path() / "profile/scripts", boost::filesystem::owner_all);
+    folder.write("profile/scripts/macros/Plate.txt",
+                 "# of ${nothing}\nDesign.Box ${length:-80} ${width:-50} 8\n!Document.Open $${length}\n");
+    folder.write("profile/scripts/macros/Ask.txt", "Design.Sphere ${radius}\n");
+    const std::string recording = (folder.path() / "recording.txt").string();
+    const auto run = [&](const std::vector<std::string>& lines) {
+        std::vector<std::string> all{"--headless", "--profile-dir", profile, "--command", "Design.New"};
+        for (const std::string& line : lines)
+            all.insert(all.end(), {"--command", line});
+        return runQuillet(all);
+    };
+    const ProcessResult recorded = run({"Commands.Start \"RecordMacroCommand\" \"Name=Two Balls\"",
+                                        "Design.Sphere 5", "Design.Sphere 5 20,0,0", "Transcripting.Stop"});
+    EXPECT_EQ(recorded.exitCode, 0) << recorded.errors;
+    const ProcessResult played =
+        run({"Transcripting.Start \"" + recording + "\"", "Commands.Start \"Macro.Two Balls\"",
+             "Commands.Start Macro.Plate", "Transcripting.Stop", "Component.CheckCount all = 3,3,3",
+             "Body.CheckBounds plate Box1 = 0,0,0,80,50,8"});
+    EXPECT_EQ(played.exitCode, 0) << played.errors;
+    const std::string lines = TestSupport::contentOf(recording);
+    EXPECT_NE(lines.find("Two Balls.txt"), std::string::npos) << lines;
+    EXPECT_NE(lines.find("length=80 width=50"), std::string::npos) << lines;
+    EXPECT_EQ(lines.find("Design.Box"), std::string::npos) << lines;
+    // Nobody is there to fill in what has to be.
+    EXPECT_EQ(run({"Commands.Start Macro.Ask", "Component.CheckCount all = 0,0,0"}).exitCode, 0);
+    for (const char* name : {"a/b", ".hidden", "Plate"})
+        EXPECT_NE(run({"Commands.Start RecordMacroCommand Name=" + std::string(name)}).exitCode, 0) << name;
+}
+
+TEST_F(ScriptingTest, ARecordingBringsBackWhatWasOpenAndHasNoIdentifierThatNobodyNames)
+{
+    const auto run = [&](const std::vector<std::string>& lines) {
+        std::vector<std::string> all{"--headless"};
+        for (const std::string& line : lines)
+            all.insert(all.end(), {"--command", line});
+        const ProcessResult result = runQuillet(all);
+        EXPECT_EQ(result.exitCode, 0) << result.errors;
+        return result;
+    };
+    const auto in = [&](const char* name) { return '"' + (folder.path() / name).string() + '"'; };
+    const auto recorded = [&](const char* name) { return TestSupport::contentOf(folder.path() / name); };
+    run({"Design.New", "Design.Box 10 20 30", "Design.Export " + in("block.step"), "Design.New",
+         "Design.Sphere 5", "Document.SaveAs " + in("ball.vlra")});
+    const std::string made = run({"Document.Open " + in("ball.vlra"), "Document.Open " + in("block.step"),
+                                  "Selection.Select Box1:1/Box1:1", "Transcripting.Start " + in("open.txt"),
+                                  "Design.Box 1 1 1 50,0,0", "Transcripting.Stop", "Script.Selection",
+                                  "Script.Camera", "Design.Info /Json"})
+                                 .output;
+    const std::string opened = recorded("open.txt");
+    EXPECT_NE(opened.find("Document.Open ball.vlra\nDocument.Open block.step\n"), std::string::npos)
+        << opened;
+    EXPECT_NE(opened.find("Selection.Select"), std::string::npos) << opened;
+    EXPECT_EQ(opened.find("Transcripting.Document"), std::string::npos) << opened;
+    // Played with nothing open, it comes to the same.
+    const ProcessResult played =
+        runQuillet({"--headless", "--replay", (folder.path() / "open.txt").string(), "--command",
+                    "Script.Selection", "--command", "Script.Camera", "--command", "Design.Info /Json"});
+    EXPECT_EQ(played.exitCode, 0) << played.errors << opened;
+    EXPECT_TRUE(made.ends_with(played.output)) << opened << made << played.output;
+    run({"Design.New", "Design.Box 1 1 1", "Transcripting.Start " + in("unsaved.txt"), "Design.Sphere 1",
+         "Transcripting.Stop"});
+    const std::string unsaved = recorded("unsaved.txt");
+    EXPECT_NE(unsaved.find("# When this was recorded, Untitled1 was open"), std::string::npos) << unsaved;
+    // Two recordings of the same are the same; what is named by its identifier keeps it.
+    for (const char* name : {"one.txt", "two.txt"})
+        run({"Transcripting.Start " + in(name), "Design.New", "Design.Box 1 1 1", "Transcripting.Stop"});
+    EXPECT_EQ(recorded("one.txt"), recorded("two.txt"));
+    run({"Transcripting.Start " + in("named.txt"), "Design.New", "Design.New",
+         "VuCommands.CycleOpenDocumentsCmd", "Transcripting.Stop"});
+    EXPECT_NE(recorded("named.txt").find("Transcripting.Document"), std::string::npos)
+        << recorded("named.txt");
 }
 
 } // namespace
