@@ -2,6 +2,7 @@
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/Private/RecordedIdentifiers.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
@@ -16,6 +17,7 @@
 #include <cerrno>
 #include <cstring>
 #include <exception>
+#include <iterator>
 #include <locale>
 #include <set>
 #include <tuple>
@@ -33,6 +35,27 @@ std::wstring identityOf(const std::wstring& path)
     boost::system::error_code error;
     const fs::path real = fs::canonical(path, error);
     return (error ? PathInfo::absolute(path).lexically_normal() : real).wstring();
+}
+
+/// Takes what nobody needs out of a recording that is complete. Where that can't be done, all stays.
+void tidy(const fs::path& path)
+{
+    boost::system::error_code error;
+    if (fs::symlink_status(path, error).type() != fs::regular_file)
+        return;
+    fs::ifstream stream(path, std::ios::binary);
+    const std::string before(std::istreambuf_iterator<char>(stream), {});
+    const std::string after = withoutUnnamedIdentifiers(before);
+    if (!stream || after == before)
+        return;
+    const fs::path beside = path.parent_path() / fs::unique_path(".%%%%%%%%.recording");
+    fs::ofstream tidied(beside, std::ios::binary);
+    tidied << after;
+    tidied.close();
+    if (tidied)
+        fs::rename(beside, path, error);
+    if (!tidied || error)
+        fs::remove(beside, error);
 }
 
 bool isThere(const fs::path& path)
@@ -134,7 +157,9 @@ void TranscriptMgr::endRecording()
     } catch (const std::exception& fault) {
         tell(Strings::widen(fault.what()));
     }
+    const fs::path path = m_file->path;
     m_file.reset();
+    tidy(path);
 }
 
 void TranscriptMgr::tellListener() const

@@ -131,11 +131,24 @@ TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
     EXPECT_EQ(cases["leaves.py"].kind, "failure");
     EXPECT_EQ(cases["crash.py"].kind, "error");
     EXPECT_EQ(cases["crash.py"].message, at + "crash.py: The program was ended by SIGABRT (Aborted).");
+    // The calls that led to it, by their names.
+    EXPECT_NE(result.output.find("libc.so.6: abort"), std::string::npos) << result.output;
     EXPECT_EQ(cases["endless.txt"].type, "timeout");
     EXPECT_EQ(cases["endless.txt"].message,
               at + "endless.txt: It did not end within 3 s, in the line: Sleeper.Sleep 3600000");
     EXPECT_EQ(cases["loop.py"].type, "timeout");
     EXPECT_NE(cases["loop.py"].errors.find("loop.py:1: The script was cancelled."), std::string::npos);
+}
+
+TEST_F(TestRunTest, TranscriptsRunInWindowsOfADisplayOfTheRunsOwn)
+{
+    if (!boost::filesystem::exists("/usr/bin/Xvfb"))
+        GTEST_SKIP() << "NOTICE: Xvfb isn't installed; test runs with windows are not tried";
+    write("window.txt", "Design.New\nDesign.Box 10 20 30\nView.SaveWindow ${out}/window.png\n");
+    EXPECT_EQ(run({}).exitCode, 1);
+    const ProcessResult result = run({"--window"});
+    EXPECT_EQ(result.exitCode, 0) << result.output << result.errors;
+    EXPECT_NE(result.output.find("1 passed"), std::string::npos) << result.output;
 }
 
 TEST_F(TestRunTest, ThePartsOfAJobArrayAreTheWhole)

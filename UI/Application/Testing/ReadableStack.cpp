@@ -76,7 +76,7 @@ std::string readableStack(const std::string& errors)
     const size_t head = errors.rfind(kStackHead);
     if (head == std::string::npos)
         return {};
-    static const std::regex form(R"(^(.+)\((.*)\+(0x[0-9a-f]+)\) \[0x[0-9a-f]+\]$)");
+    static const std::regex form(R"(^(.+)\((.*)\+(0x[0-9a-f]+)\) ?\[0x[0-9a-f]+\]$)");
     std::istringstream lines(errors.substr(head));
     std::vector<Call> calls;
     std::string line;

@@ -17,6 +17,7 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
+#include "UI/Base/Session/SessionTranscriptingHelper.h"
 #include "UI/Base/View/CameraTransition.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
@@ -78,6 +79,23 @@ std::vector<boost::uuids::uuid> identifiers()
     return all;
 }
 
+/// Tells under which identifiers later lines know a document that was just opened.
+std::wstring lineThatNames(const Vs::Document& document)
+{
+    std::wstring line = L"Transcripting.Document " + Vs::fromUuid(document.identifier());
+    for (unsigned i = 0; i < document.assets(); ++i)
+        line += L' ' + Vs::fromUuid(document.asset(i)->guid());
+    return line;
+}
+
+/// The file from which the document comes as it is now; empty if there is none.
+std::wstring fileThatHas(Vs::Document& document)
+{
+    if (document.isDirty(true))
+        return {};
+    return document.isOnDisk() ? document.path() : document.importedFrom();
+}
+
 /// Of the active view among those beside each other, from 1; 0 if there are no others, or none is active.
 size_t activeViewNumber()
 {
@@ -131,6 +149,7 @@ void StateRecorder::begin()
 {
     m_documents = identifiers();
     accept();
+    m_tellsBeginning = !m_documents.empty() && !SessionTranscriptingHelper::get()->nextStartsAnywhere();
     m_fits.clear();
     m_begun = Camera::make()->revision(); // The newest one of all.
 }
@@ -148,21 +167,51 @@ void StateRecorder::writeDocuments(const std::wstring& line)
     if (!oneCame || line.find(identifier) != std::wstring::npos)
         return;
     const Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
-    const Vs::Document* newest = documents->document(documents->documents() - 1);
-    std::wstring entry = L"Transcripting.Document " + identifier;
-    for (unsigned i = 0; i < newest->assets(); ++i)
-        entry += L' ' + Vs::fromUuid(newest->asset(i)->guid());
-    Vs::writeTranscriptLine(entry);
+    Vs::writeTranscriptLine(lineThatNames(*documents->document(documents->documents() - 1)));
 }
 
 void StateRecorder::write()
 {
     if (!recording())
         return;
+    writeBeginning();
     writeActiveView();
     writeFitted();
     writeCamera();
     writeSelection();
+}
+
+void StateRecorder::writeBeginning()
+{
+    if (!std::exchange(m_tellsBeginning, false))
+        return;
+    const AssetSession* session = SessionMgr::get()->activeAssetSession();
+    const Vs::Document* active = session ? session->asset()->document() : nullptr;
+    // What is opened last is the active one.
+    std::vector<Vs::Document*> documents;
+    for (unsigned i = 0; i < Vs::DocumentMgr::get()->documents(); ++i)
+        documents.push_back(Vs::DocumentMgr::get()->document(i));
+    std::ranges::stable_partition(documents, [&](const Vs::Document* each) { return each != active; });
+    bool isWhole = true;
+    for (Vs::Document* document : documents) {
+        const std::wstring file = fileThatHas(*document);
+        if (file.empty()) {
+            isWhole = false;
+            Vs::writeTranscriptLine(L"# When this was recorded, " + document->displayName() +
+                                    L" was open, as no file has it. What follows may need it as it was.");
+            continue;
+        }
+        Vs::writeTranscriptLine(L"Document.Open " +
+                                Vs::Strings::quote(Vs::TranscriptMgr::get()->portable(file)));
+        Vs::writeTranscriptLine(lineThatNames(*document));
+    }
+    if (!isWhole || !session)
+        return;
+    if (const Camera* camera = activeCamera(); camera && !TransitionMgr::get()->playing()) {
+        m_camera = stateOf(*camera);
+        CameraTrigger(*m_camera).writeTranscriptEntry();
+    }
+    m_selectionDiffers = !session->selectionManager()->selectionSet().selections().empty();
 }
 
 void StateRecorder::writeActiveView()
@@ -195,6 +244,7 @@ void StateRecorder::cameraMoved(const Camera* camera)
         m_goal = stateOf(*camera);
         return;
     }
+    writeBeginning();
     writeActiveView();
     m_camera = stateOf(*camera);
     CameraTrigger(*m_camera).writeTranscriptEntry();

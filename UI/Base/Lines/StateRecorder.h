@@ -55,11 +55,15 @@ private:
     void sessionPostActivateForAsset(SessionEvent* event) override;
     void sessionClosed(SessionEvent* event) override;
     void selectionSetChanged() override;
+    /// Writes, before the first line of a recording, what brings back what was open when it began, or says
+    /// what can't be brought back.
+    void writeBeginning();
     void follow(AssetSession* session);
     void writeSelection();
 
     AssetSession* m_session = nullptr;           ///< Whose selection is listened to.
     std::vector<boost::uuids::uuid> m_documents; ///< Those that were there before.
+    bool m_tellsBeginning = false;               ///< Still to be written.
     bool m_selectionDiffers = false;
     bool m_writeLater = false;
     size_t m_activeView = 0;             ///< As the lines have it; 0 while that isn't known.

@@ -27,8 +27,14 @@ public:
     /// display name. Null if there is none.
     [[nodiscard]] Vs::Document* document(const std::wstring& text) const;
 
+    /// Whether the next recording tells nothing of what is open when it begins, since it is to be played on
+    /// whatever is open then.
+    void nextStartsAnywhere(bool value) { m_startsAnywhere = value; }
+    bool nextStartsAnywhere() const { return m_startsAnywhere; }
+
 private:
     SessionTranscriptingHelper() = default;
+    bool m_startsAnywhere = false;
     std::map<boost::uuids::uuid, boost::uuids::uuid> m_actual;
 };
 

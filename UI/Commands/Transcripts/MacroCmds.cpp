@@ -5,6 +5,7 @@
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Program/Preferences.h"
 #include "UI/Base/Session/RecentPaths.h"
+#include "UI/Base/Session/SessionTranscriptingHelper.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 #include "UI/Commands/Transcripts/MacroForm.h"
@@ -106,7 +107,11 @@ void RecordMacroCmd::onExecute(Vs::Status& status)
     }
     Macros::folder(true);
     const std::wstring file = Macros::fileOf(name).wstring();
-    if (!Vs::TranscriptMgr::get()->startRecording(file, Vs::TranscriptMgr::typeOf(file), status))
+    SessionTranscriptingHelper::get()->nextStartsAnywhere(true);
+    const bool started =
+        Vs::TranscriptMgr::get()->startRecording(file, Vs::TranscriptMgr::typeOf(file), status);
+    SessionTranscriptingHelper::get()->nextStartsAnywhere(false);
+    if (!started)
         return;
     RecentPaths::scripts().add(file);
     Macros::command(name);

@@ -2,6 +2,9 @@
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
+#include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
@@ -76,6 +79,39 @@ TEST_F(RunScriptTest, AScriptThatIsNamedRunsWithoutADialogAfterEverythingThatWai
     EXPECT_EQ(m_printed.text, L"before\nran\n");
     EXPECT_EQ(documents(), 1u);
     EXPECT_TRUE(m_requests.empty());
+}
+
+TEST_F(RunScriptTest, TheListHasWhatScriptsBringAndThenTheScriptsOfTheFolder)
+{
+    namespace fs = boost::filesystem;
+    const fs::path folder = Vs::PathInfo::scriptsDirectory(true);
+    for (const char* name : {"autorun/start.py", "parts/bolt.py", "_helper.py", "notes.txt", "report.py"}) {
+        fs::create_directories((folder / name).parent_path());
+        fs::ofstream(folder / name) << "print('ran', '" << name << "')\n";
+    }
+    Vs::Status status;
+    Vs::PythonManager::get()->runString(
+        L"import quillet\n@quillet.command(title='A Ring')\ndef ring():\n    print('ran ring')", status);
+    ASSERT_TRUE(status.isOk()) << Vs::Strings::narrow(status.toString());
+    CommandDefinition* scripts = CommandDefinitionMgr::get()->findCommandDefinitionById(L"ScriptsCommand");
+    ASSERT_TRUE(scripts);
+    auto* list = Vs::cast<ListControl>(scripts->inputControl());
+    CommandContext context = CommandContext::activeContext();
+    scripts->updateInputControl(&context);
+    std::vector<std::wstring> names;
+    for (const Info* item : list->items())
+        if (item->key() != ListControl::kSeparator)
+            names.push_back(item->name());
+    EXPECT_EQ(names, (std::vector<std::wstring>{L"A Ring", L"parts/bolt", L"report",
+                                                L"Open the Folder of Scripts"}));
+    for (const size_t chosen : {size_t(0), size_t(3)}) {
+        list->selectedItem(list->items()[chosen], true);
+        Application::get()->flushDeferredTasks();
+        scripts->updateInputControl(&context);
+    }
+    EXPECT_NE(m_printed.text.find(L"ran ring\nran report.py"), std::wstring::npos)
+        << Vs::Strings::narrow(m_printed.text);
+    fs::remove_all(folder);
 }
 
 TEST_F(RunScriptTest, WithoutANameAPersonIsAskedInTheFolderOfScripts)
