@@ -32,8 +32,7 @@ std::vector<PartExtent> extentsOfParts(const Body& body, ObjectPath::Leaf leaf)
     const auto* model = cast<ModelBody>(&body);
     if (!model)
         throw std::runtime_error(kNoShape);
-    return model->source()->withKernel(
-        [&](ModelKernel& kernel) { return kernel.extents(model->entry(), leaf); });
+    return model->extents(leaf);
 }
 
 } // namespace Vs

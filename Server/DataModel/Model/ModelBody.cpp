@@ -140,6 +140,11 @@ const std::vector<uint32_t>& ModelBody::solidsOfFaces() const
     return *m_solidsOfFaces;
 }
 
+std::vector<PartExtent> ModelBody::extents(ObjectPath::Leaf leaf) const
+{
+    return keptOr(m_extents, leaf, [&](ModelKernel& kernel) { return kernel.extents(m_part.entry, leaf); });
+}
+
 ShapeAnswer ModelBody::measurePart(ObjectPath::Leaf leaf, uint32_t index, EMeasureType type) const
 {
     const MeasuredShape part{m_part.entry, leaf, index, {}};

@@ -42,6 +42,9 @@ public:
 
     /// Measures a face, edge or vertex in the body's own coordinates, once. Throws std::runtime_error.
     ShapeAnswer measurePart(ObjectPath::Leaf leaf, uint32_t index, EMeasureType type) const;
+    /// Of all faces or all edges; kept with the body, which stands for all of its occurrences. Throws
+    /// std::runtime_error.
+    std::vector<PartExtent> extents(ObjectPath::Leaf leaf) const;
     /// ModelKernel::solidsOfFaces, asked once; empty if the kernel can't tell.
     const std::vector<uint32_t>& solidsOfFaces() const;
     const std::shared_ptr<ModelSource>& source() const { return m_source; }
@@ -65,6 +68,7 @@ private:
     mutable std::map<BodyMeasure, BodyProperties> m_properties;
     mutable std::optional<std::vector<uint32_t>> m_solidsOfFaces;
     mutable std::map<std::tuple<ObjectPath::Leaf, uint32_t, EMeasureType>, ShapeAnswer> m_answers;
+    mutable std::map<ObjectPath::Leaf, std::vector<PartExtent>> m_extents;
 };
 
 } // namespace Vs

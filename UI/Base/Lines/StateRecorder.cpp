@@ -150,6 +150,9 @@ void StateRecorder::begin()
     m_documents = identifiers();
     accept();
     m_tellsBeginning = !m_documents.empty() && !SessionTranscriptingHelper::get()->nextStartsAnywhere();
+    // As soon as whoever started it has written its own first line; the mouse may come before any command.
+    if (m_tellsBeginning)
+        Application::get()->deferredTasks()->post([this] { write(); });
     m_fits.clear();
     m_begun = Camera::make()->revision(); // The newest one of all.
 }

@@ -1,5 +1,6 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/PythonManager.h"
+#include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Command/CommandDefinition.h"
