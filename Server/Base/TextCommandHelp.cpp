@@ -121,7 +121,7 @@ std::wstring unknownFlagMessage(const TextCommand& command, std::wstring_view fl
         return message + L" Did you mean /" + near + L'?';
     if (!flags.empty())
         message += L" There are: /" + boost::algorithm::join(flags, L", /") + L'.';
-    return message + L" A path that begins with / stands in quotes: \"/" + shown(flag) + L"\".";
+    return message + L" A path that begins with / needs quotes: \"/" + shown(flag) + L"\".";
 }
 
 std::wstring surplusMessage(const TextCommand& command, size_t most, std::wstring_view surplus)
@@ -130,7 +130,7 @@ std::wstring surplusMessage(const TextCommand& command, size_t most, std::wstrin
                                : most == 1 ? L"one parameter"
                                            : std::to_wstring(most) + L" parameters at most";
     return command.area() + L'.' + command.name() + L" takes " + limit + L", and \"" + shown(surplus) +
-           L"\" is one more. Text with blanks in it stands in quotes.";
+           L"\" is one more. Text with blanks needs quotes.";
 }
 
 } // namespace Vs

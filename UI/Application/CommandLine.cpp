@@ -178,7 +178,7 @@ std::string readShortForms(const QCommandLineParser& parser, CommandLine& line)
     const QString density = parser.value(QStringLiteral("density"));
     for (const char* option : {"json", "density"})
         if (parser.isSet(QLatin1String(option)) && !info)
-            return std::string("--") + option + " goes with --info.";
+            return std::string("--") + option + " needs --info.";
     if (parser.isSet(QStringLiteral("density")) && !(density.toDouble() > 0))
         return "--density needs a number above 0, not \"" + density.toStdString() + "\".";
     if (info) {
@@ -224,7 +224,7 @@ std::string readTestRun(const QCommandLineParser& parser, TestRun& run)
         return "--test needs the name of a folder.";
     for (const char* option : kOfTestRunAlone)
         if (given(option) && run.directory.empty())
-            return std::string("--") + option + " goes with --test.";
+            return std::string("--") + option + " needs --test.";
     run.junitFile = bytesOf(value("junit"));
     run.tapFile = bytesOf(value("tap"));
     run.resultsFile = bytesOf(value("results"));

@@ -27,7 +27,7 @@ constexpr const wchar_t* kExportHelp = L"<filename> [<refinement>] [/Combine] [/
                                        L"selected; what is hidden as well; as text; "
                                        L"with that axis upwards; in that unit of length";
 constexpr const wchar_t* kUnitHelp =
-    L"[<unit>] Tells or sets the unit of lengths that are shown: mm, cm, m, in, ft";
+    L"[<unit>] Shows or sets the unit of lengths that are shown: mm, cm, m, in, ft";
 
 /// The keys of the units that are flags of the line: "/Mm" is "mm".
 std::vector<std::string> unitsOf(const TextCommandParameters& parameters)

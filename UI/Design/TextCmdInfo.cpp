@@ -20,7 +20,7 @@ using Vs::TextCommandParameters;
 using Vs::TextCommandResult;
 
 constexpr const wchar_t* kArea = L"Design";
-constexpr const wchar_t* kInfoHelp = L"[<density>] [/Json] Tells the structure of the active model, how many "
+constexpr const wchar_t* kInfoHelp = L"[<density>] [/Json] Gives the structure of the active model, how many "
                                      L"parts it has, its size, volume and area, and with "
                                      L"a density in g/cm\u00b3 its mass; as text or as one line of JSON";
 constexpr const wchar_t* kPictureHelp = L"<side> <filename> Writes a small square picture of the active "

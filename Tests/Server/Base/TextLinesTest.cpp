@@ -168,15 +168,13 @@ TEST_F(TextLinesTest, AreRefusedForWhatTheHelpDoesNotNameWhereTheAreaIsChecked)
     const std::pair<const wchar_t*, const wchar_t*> refused[] = {
         {L"Checked.Copy a X /keap", L"Checked.Copy has no flag /keap. Did you mean /Keep?"},
         {L"Lenient.Copy /model",
-         L"Lenient.Copy has no flag /model. There are: /Keep. A path that begins with / stands in quotes: "
+         L"Lenient.Copy has no flag /model. There are: /Keep. A path that begins with / needs quotes: "
          L"\"/model\"."},
         {L"Checked.Copy a X Point 1 2 3", L"Checked.Copy takes 5 parameters at most, and \"3\" is one more. "
-                                          L"Text with blanks in it stands in quotes."},
-        {L"Checked.None /2",
-         L"Checked.None has no flag /2. A path that begins with / stands in quotes: \"/2\"."},
-        {L"Checked.None a",
-         L"Checked.None takes no parameters, and \"a\" is one more. Text with blanks in it "
-         L"stands in quotes."},
+                                          L"Text with blanks needs quotes."},
+        {L"Checked.None /2", L"Checked.None has no flag /2. A path that begins with / needs quotes: \"/2\"."},
+        {L"Checked.None a", L"Checked.None takes no parameters, and \"a\" is one more. Text with blanks "
+                            L"needs quotes."},
     };
     const int before = copy.calls + none.calls + lenient.calls;
     for (const auto& [line, why] : refused)

@@ -34,15 +34,15 @@ struct MeasureRow
     int parts;
 };
 
-constexpr MeasureRow kLength     = {L"Length",     L"<path> [/Exact] [/Plain] Tells the length of an edge. A path is like Plate:1/Bolt:2/Body1/Edge3; /Exact shows all decimals, /Plain the number alone, in mm or radians", "%s", EMeasureType::Length, Quantity::Length, 1, 1, 1};
-constexpr MeasureRow kRadius     = {L"Radius",     L"<path> [/Exact] [/Plain] Tells the radius of a round edge or face", "%s", EMeasureType::Radius, Quantity::Length, 1, 1, 1};
-constexpr MeasureRow kSurface     = {L"Area",       L"<path> [/Exact] [/Plain] Tells the area of a face, a body or a component", "%s", EMeasureType::Area, Quantity::Area, 1, 1, 1};
-constexpr MeasureRow kVolume     = {L"Volume",     L"<path> [/Exact] [/Plain] Tells the volume of a body or a component", "%s", EMeasureType::Volume, Quantity::Volume, 1, 1, 1};
-constexpr MeasureRow kLoopLength = {L"LoopLength", L"<path> [/Exact] [/Plain] Tells the length of the edges around the outside of a face", "%s", EMeasureType::LoopLength, Quantity::Length, 1, 1, 1};
-constexpr MeasureRow kPosition   = {L"Position",   L"<path> [/Exact] [/Plain] Tells the place of an object: x, y, z", "%s", EMeasureType::PositionX, Quantity::Length, 1, 1, 3};
-constexpr MeasureRow kDistance   = {L"Distance",   L"<path> <path> [/Exact] [/Plain] Tells the shortest distance of two objects", "%s%s", EMeasureType::Distance, Quantity::Length, 2, 2, 1};
-constexpr MeasureRow kAngle      = {L"Angle",      L"<path> <path> [<path>] [/Exact] [/Plain] Tells the angle of two objects, or at the second of three", "%s%s%s", EMeasureType::Angle, Quantity::Angle, 2, 3, 1};
-constexpr MeasureRow kDelta      = {L"Delta",      L"<path> <path> [/Exact] [/Plain] Tells the shortest way from one object to another: x, y, z", "%s%s", EMeasureType::DeltaX, Quantity::Length, 2, 2, 3};
+constexpr MeasureRow kLength     = {L"Length",     L"<path> [/Exact] [/Plain] Gives the length of an edge. A path is like Plate:1/Bolt:2/Body1/Edge3; /Exact shows all decimals, /Plain the number alone, in mm or radians", "%s", EMeasureType::Length, Quantity::Length, 1, 1, 1};
+constexpr MeasureRow kRadius     = {L"Radius",     L"<path> [/Exact] [/Plain] Gives the radius of a round edge or face", "%s", EMeasureType::Radius, Quantity::Length, 1, 1, 1};
+constexpr MeasureRow kSurface     = {L"Area",       L"<path> [/Exact] [/Plain] Gives the area of a face, a body or a component", "%s", EMeasureType::Area, Quantity::Area, 1, 1, 1};
+constexpr MeasureRow kVolume     = {L"Volume",     L"<path> [/Exact] [/Plain] Gives the volume of a body or a component", "%s", EMeasureType::Volume, Quantity::Volume, 1, 1, 1};
+constexpr MeasureRow kLoopLength = {L"LoopLength", L"<path> [/Exact] [/Plain] Gives the length of the edges around the outside of a face", "%s", EMeasureType::LoopLength, Quantity::Length, 1, 1, 1};
+constexpr MeasureRow kPosition   = {L"Position",   L"<path> [/Exact] [/Plain] Gives the place of an object: x, y, z", "%s", EMeasureType::PositionX, Quantity::Length, 1, 1, 3};
+constexpr MeasureRow kDistance   = {L"Distance",   L"<path> <path> [/Exact] [/Plain] Gives the shortest distance of two objects", "%s%s", EMeasureType::Distance, Quantity::Length, 2, 2, 1};
+constexpr MeasureRow kAngle      = {L"Angle",      L"<path> <path> [<path>] [/Exact] [/Plain] Gives the angle of two objects, or at the second of three", "%s%s%s", EMeasureType::Angle, Quantity::Angle, 2, 3, 1};
+constexpr MeasureRow kDelta      = {L"Delta",      L"<path> <path> [/Exact] [/Plain] Gives the shortest way from one object to another: x, y, z", "%s%s", EMeasureType::DeltaX, Quantity::Length, 2, 2, 3};
 // clang-format on
 
 constexpr AreaRow kMeasureAreaRow = {kArea, L"Commands that measure objects of the active model"};

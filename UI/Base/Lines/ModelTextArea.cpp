@@ -14,7 +14,7 @@ namespace {
 
 constexpr const wchar_t* kArea = L"Model";
 
-constexpr AreaRow kModelAreaRow = {kArea, L"Commands that tell about the active model as a whole"};
+constexpr AreaRow kModelAreaRow = {kArea, L"Commands about the active model as a whole"};
 
 class TextCmdModelDigest : public Vs::PythonEntry<TextCmdModelDigest, Vs::TextCommand>
 {
@@ -22,7 +22,7 @@ public:
     TextCmdModelDigest()
         : PythonEntry(
               kArea, L"Digest",
-              L"Tells a number of 16 digits that is the same for equal models: names, places, colours, "
+              L"Gives a number of 16 digits that is the same for equal models: names, places, colours, "
               L"visibility, shapes and settings count",
               "", true, true)
     {

@@ -15,7 +15,7 @@ using Vs::TextCommandResult;
 
 constexpr const wchar_t* kArea = L"References";
 constexpr const wchar_t* kModeHelp =
-    L"[<mode>] Tells or sets what checks and metrics do with their references: Fill makes those that are "
+    L"[<mode>] Shows or sets what checks and metrics do with their references: Fill makes those that are "
     L"missing, Update makes all of them again, Compare makes none and fails where one is missing";
 
 /// In the order of References::Mode.

@@ -40,7 +40,7 @@ ScriptLines::Place bodyPlace(const TextCommandParameters& parameters)
     return place;
 }
 
-constexpr const wchar_t* kSuccessorHelp = L"<path> Face|Edge|Vertex <number> <shape> [/Id] Tells the path of "
+constexpr const wchar_t* kSuccessorHelp = L"<path> Face|Edge|Vertex <number> <shape> [/Id] Gives the path of "
                                           L"what became of a part of a body when that "
                                           L"got another shape";
 
@@ -138,8 +138,8 @@ TextCommandResult successor(const TextCommandParameters& parameters)
 }
 
 // clang-format off
-constexpr ScriptLines::Row kParts   = {L"Parts",   L"<path> [/Id] Tells the faces, edges and vertices of a body in the model's coordinates, each with its form, its normal, axis or direction, a place, its radius, and the numbers of what bounds it", parts, "%s"};
-constexpr ScriptLines::Row kExtents = {L"Extents", L"<path> Faces|Edges [/Id] Tells the area or length of each face or edge of a body, and its centre", extents, "%s%s"};
+constexpr ScriptLines::Row kParts   = {L"Parts",   L"<path> [/Id] Gives the faces, edges and vertices of a body in the model's coordinates, each with its form, its normal, axis or direction, a place, its radius, and the numbers of what bounds it", parts, "%s"};
+constexpr ScriptLines::Row kExtents = {L"Extents", L"<path> Faces|Edges [/Id] Gives the area or length of each face or edge of a body, and its centre", extents, "%s%s"};
 // clang-format on
 constexpr ScriptLines::Row kSuccessor = {L"Successor", kSuccessorHelp, successor, "%s%s%d%s"};
 

@@ -41,7 +41,8 @@ using ScriptLines::placeOf;
 using Vs::TextCommandParameters;
 using Vs::TextCommandResult;
 
-constexpr AreaRow kScriptAreaRow = {kArea, L"Commands that tell programs what there is, as JSON", true};
+constexpr AreaRow kScriptAreaRow = {kArea, L"Commands that describe to programs what there is, as JSON",
+                                    true};
 
 TextCommandResult documents(const TextCommandParameters&)
 {
@@ -222,14 +223,14 @@ TextCommandResult discard(const TextCommandParameters&)
 }
 
 // clang-format off
-constexpr ScriptLines::Row kDocuments = {L"Documents", L"Tells the open documents", documents};
-constexpr ScriptLines::Row kComponent = {L"Component", L"[<path>] [/Deep] [/Id] [/Place] Tells a component of the active model, or its root, and the paths of its children; /Deep tells all below it, /Place where it lies in the model. With /Id, here and elsewhere, the id stands in place of the path", component, "%s"};
-constexpr ScriptLines::Row kAdded     = {L"Added",     L"Tells the components that were added to the active model since quillet.design has made something", added};
-constexpr ScriptLines::Row kBody      = {L"Body",      L"<path> [/Id] Tells what a body measures, in mm", body, "%s"};
-constexpr ScriptLines::Row kBounds    = {L"Bounds",    L"[<path>] [/Id] Tells the lowest and the highest corner of a component or of the model; an empty list if there is nothing", bounds, "%s"};
-constexpr ScriptLines::Row kSelection = {L"Selection", L"Tells the paths of what is selected", selection};
+constexpr ScriptLines::Row kDocuments = {L"Documents", L"Gives the open documents", documents};
+constexpr ScriptLines::Row kComponent = {L"Component", L"[<path>] [/Deep] [/Id] [/Place] Gives a component of the active model, or its root, and the paths of its children; /Deep gives all below it, /Place where it lies in the model. With /Id, here and elsewhere, the id stands in place of the path", component, "%s"};
+constexpr ScriptLines::Row kAdded     = {L"Added",     L"Gives the components that were added to the active model since quillet.design has made something", added};
+constexpr ScriptLines::Row kBody      = {L"Body",      L"<path> [/Id] Gives the measures of a body, in mm", body, "%s"};
+constexpr ScriptLines::Row kBounds    = {L"Bounds",    L"[<path>] [/Id] Gives the lowest and the highest corner of a component or of the model; an empty list if there is nothing", bounds, "%s"};
+constexpr ScriptLines::Row kSelection = {L"Selection", L"Gives the paths of what is selected", selection};
 constexpr ScriptLines::Row kSelect    = {L"Select",    L"[<path>...] Selects these objects in place of all others", select};
-constexpr ScriptLines::Row kCamera    = {L"Camera",    L"Tells the camera of the active view", camera};
+constexpr ScriptLines::Row kCamera    = {L"Camera",    L"Gives the camera of the active view", camera};
 constexpr ScriptLines::Row kDiscard   = {L"DiscardChanges", L"Lets the active document be closed without saving, and without a question", discard};
 constexpr ScriptLines::Row kSettle    = {L"Settle",    L"Finishes what the lines before have left for later", settle};
 // clang-format on

@@ -117,7 +117,7 @@ class TextCmdSelectionUndo : public Vs::PythonEntry<TextCmdSelectionUndo, Vs::Te
 public:
     TextCmdSelectionUndo()
         : PythonEntry(kArea, L"Undo",
-                      L"[on|off] Tells whether undo and redo also bring back what was selected and where the "
+                      L"[on|off] Shows whether undo and redo also bring back what was selected and where the "
                       L"camera was, or has them do so from now on or not",
                       "", true, true)
     {

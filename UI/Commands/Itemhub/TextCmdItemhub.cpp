@@ -67,7 +67,7 @@ int idOf(const std::wstring& text)
 // clang-format off
 constexpr DirectTextRow kSignIn      = {kArea, L"SignIn", L"[<address> <token> [<customer>]] Signs in by a token; without one, to the service that the last run was signed in to, or else to the program's own.", "%s%s%s"};
 constexpr DirectTextRow kSignOut     = {kArea, L"SignOut", L"Signs out. What waits to be uploaded stays."};
-constexpr DirectTextRow kAccount     = {kArea, L"Account", L"Tells who is signed in, and where."};
+constexpr DirectTextRow kAccount     = {kArea, L"Account", L"Says who is signed in, and where."};
 constexpr DirectTextRow kWorkspaces  = {kArea, L"Workspaces", L"Lists the workspaces: number, name, role."};
 constexpr DirectTextRow kItems       = {kArea, L"Items", L"<workspace> Lists the items of a workspace: number, caption, who made it.", "%d"};
 constexpr DirectTextRow kAttachments = {kArea, L"Attachments", L"<item> Lists the attachments of an item: number, name, kind of document, newest version, address.", "%d"};

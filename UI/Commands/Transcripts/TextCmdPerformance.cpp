@@ -27,7 +27,7 @@ constexpr DirectTextRow kEnd            = {kArea, L"EndPerformanceValidation",  
 constexpr DirectTextRow kStartMetric    = {kArea, L"StartMetric",    L"Start metric, <type>: FramesRate, CommandInteractivity, PrehighlightSelect, PrehighlightInteractivity, ElapsedTime", "%s", false};
 constexpr DirectTextRow kValidate       = {kArea, L"Validate",       L"Validate metric, <type>: FramesRate, CommandInteractivity, PrehighlightSelect, PrehighlightInteractivity, ElapsedTime, <description>: metric description", "%s%s", false};
 constexpr DirectTextRow kValidateMemory = {kArea, L"ValidateMemory", L"Validate memory, [/physical]: physical memory, [/virtual]: virtual memory, <description>: metric description.", "%s", false};
-constexpr DirectTextRow kReport         = {kArea, L"Report",         L"[<filename>] [/Json] Tells what the last performance validation found, or writes it to the file, as JSON if its name ends in .json", "%s", false};
+constexpr DirectTextRow kReport         = {kArea, L"Report",         L"[<filename>] [/Json] Shows what the last performance validation found, or writes it to the file, as JSON if its name ends in .json", "%s", false};
 // clang-format on
 
 std::optional<EMetricType> metricOf(const TextCommandParameters& parameters)
