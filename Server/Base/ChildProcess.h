@@ -14,20 +14,21 @@ struct ChildSetup
 {
     std::string program; ///< A path; a name without a slash is looked for in PATH.
     std::vector<std::string> arguments;
-    std::string name;   ///< What the program is told to be called; empty for `program`.
-    std::string folder; ///< Where it works; empty for where this program does.
-    /// Descriptors of this program, each with its number in the other; above the largest of these numbers
-    /// nothing is handed over. Standard input is empty unless it is among them.
+    std::string name;   ///< What the program sees as its own name; empty for `program`.
+    std::string folder; ///< Its working folder; empty for this program's.
+    /// Descriptors of this program, each with its number in the new one; nothing above the largest of these
+    /// numbers is passed on. Standard input is empty unless it is among them.
     std::vector<std::pair<int, int>> descriptors;
-    bool isSilent = false; ///< What it prints to the standard streams goes nowhere.
-    /// It leads a group of its own: a terminal's Ctrl-C is not for it, and it is killed with all it started.
+    bool isSilent = false; ///< Its output on the standard streams is discarded.
+    /// It leads a process group of its own: a terminal's Ctrl-C doesn't reach it, and it is killed with
+    /// everything it started.
     bool leadsGroup = true;
     /// As `NAME=VALUE`, instead of this program's.
     std::optional<std::vector<std::string>> environment;
 };
 
-/// A process that this one has started. It is killed and collected by the destructor, unless it was collected
-/// or released. One thread at a time.
+/// A process that this one has started. The destructor kills and reaps it, unless it was reaped or released.
+/// One thread at a time.
 class ChildProcess
 {
 public:
@@ -40,20 +41,20 @@ public:
     /// no process. Not while there is one.
     [[nodiscard]] int start(ChildSetup setup);
 
-    /// Whether there is one, running or ended, that is still to be collected.
+    /// Whether there is one, running or ended, that has not been reaped yet.
     bool exists() const { return m_id > 0; }
     pid_t id() const { return m_id; }
 
-    /// Whether it has ended or ends within that time. It remains to be collected.
+    /// Whether it has ended or ends within that time. It remains to be reaped.
     [[nodiscard]] bool endsWithin(std::chrono::milliseconds time) const;
     void signal(int number) const;
-    /// Sends SIGKILL to it and, where it leads a group, to all that is left of that, even if it has ended
+    /// Sends SIGKILL to it and, if it leads a group, to whatever is left of the group, even if it has ended
     /// itself.
     void kill() const;
-    /// Waits for its end without limit. Returns its state as of waitpid, or nothing if the system collects
+    /// Waits for its end without limit. Returns its state as from waitpid, or nothing if the system reaps
     /// children itself.
     std::optional<int> collect();
-    /// Gives it up: the caller has to collect it, by waitpid.
+    /// Gives it up: the caller has to reap it, by waitpid.
     pid_t release() { return std::exchange(m_id, -1); }
 
 private:

@@ -12,7 +12,7 @@
 
 namespace Vs {
 
-/// When in the course of a change an event is fired.
+/// At which point of a change an event is fired.
 enum class Timing {
     Before = 0,       ///< The change is about to happen.
     After = 1,        ///< The change has happened.
@@ -29,9 +29,9 @@ private:
     Timing m_timing;
 };
 
-/// What listens. A site must unsubscribe before it goes, which Subscriptions as its last member do by
-/// themselves. One that is forgotten stops the program there, and not where the next event would meet what is
-/// left of it.
+/// A listener. A site must unsubscribe before it is destroyed, which Subscriptions as its last member do by
+/// themselves. A forgotten one stops the program there, not where the next event would reach a destroyed
+/// object.
 class EventSite
 {
 public:
@@ -47,11 +47,11 @@ private:
 };
 
 /// Tells its sites of events, in the order of their subscription. A site may subscribe or unsubscribe anyone
-/// from inside a notification: one that left is not told any more, one that came is told from the next event
-/// on. Main thread only.
+/// from inside a notification: one that unsubscribed is no longer called, one that subscribed is called from
+/// the next event on. Main thread only.
 ///
 /// A source is one object of the process, made at the first call of its `get()` and never destroyed: add-ins
-/// unsubscribe while the process goes down.
+/// unsubscribe while the process is shutting down.
 template <class Site>
 class EventSource
 {
@@ -66,7 +66,7 @@ public:
                 --asSite(*site).m_subscriptions;
     }
 
-    /// A second subscription of the same site changes nothing.
+    /// Subscribing the same site again changes nothing.
     void subscribe(Site* site)
     {
         assertMainThread();
@@ -79,7 +79,8 @@ public:
     void unsubscribe(Site* site)
     {
         assertMainThread();
-        // Of thousands of sites, one that is nowhere isn't looked for, and what came last goes first.
+        // Among thousands of sites, one that isn't subscribed isn't searched for, and the last is found
+        // first.
         if (!site || asSite(*site).m_subscriptions == 0)
             return;
         const auto found = std::find(m_sites.rbegin(), m_sites.rend(), site);
@@ -131,9 +132,9 @@ private:
     int m_depth = 0;
 };
 
-/// Keeps a site subscribed until it goes. As the last member of the site they end first, while everything
-/// that an event might need is still there; where the destructor itself sets off events, it calls clear()
-/// before. Main thread only.
+/// Keeps a site subscribed until destroyed. As the last member of the site it ends first, while everything
+/// that an event might need still exists; a destructor that itself fires events calls clear() before. Main
+/// thread only.
 class Subscriptions
 {
 public:

@@ -6,7 +6,8 @@
 
 namespace Vs {
 
-/// What the framework throws: a message that a person can act on, and where in the code it was thrown.
+/// The framework's exception: a message that a person can act on, and the place in the code where it was
+/// thrown.
 class Exception : public std::runtime_error
 {
 public:

@@ -7,8 +7,8 @@
 
 namespace Vs {
 
-/// What is filled into a text: text, a character, or a whole number as plain digits. Other numbers are made
-/// into text by whoever knows their unit and their digits.
+/// A value to fill into a text: text, a character, or a whole number as plain digits. Other numbers are
+/// formatted by whoever knows their unit and precision.
 class FilledValue
 {
 public:

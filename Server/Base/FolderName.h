@@ -5,8 +5,8 @@
 namespace Vs {
 
 /// A text from outside, such as a host or a user, as a part of a folder's name: of letters, digits, dots,
-/// underlines and dashes, at most 60. It is not hidden, and leads nowhere. Texts that differ may become the
-/// same: add a hash where that matters.
+/// underlines and dashes, at most 60. It is neither hidden nor a path elsewhere. Different texts may become
+/// the same name: add a hash where that matters.
 [[nodiscard]] std::string folderName(std::string text);
 
 } // namespace Vs

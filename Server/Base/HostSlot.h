@@ -6,9 +6,9 @@
 
 namespace Vs {
 
-/// Where a library keeps what was installed to tell it of the libraries above. `Host` is a class whose
-/// functions answer that there is nothing; one of these is there until another is installed. Main thread
-/// only.
+/// Where a library keeps the host that was installed to answer for the libraries above. `Host` is a class
+/// whose functions answer that there is nothing; one of these is in place until another is installed. Main
+/// thread only.
 template <class Host>
 class HostSlot
 {

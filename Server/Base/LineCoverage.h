@@ -4,10 +4,10 @@
 #include <map>
 #include <string>
 
-/// How often each text command has run, for those who want to know what their transcripts try. Main thread.
+/// How often each text command has run, for those who want to know what their transcripts cover. Main thread.
 namespace Vs::LineCoverage {
 
-/// From now on the runs are counted, also those that a script or another line makes.
+/// From now on the runs are counted, including those made by a script or another line.
 void begin();
 /// By "Area.Name"; without those that never ran.
 [[nodiscard]] const std::map<std::wstring, uint64_t>& counts();

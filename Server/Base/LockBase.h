@@ -7,7 +7,7 @@
 
 namespace Vs {
 
-/// What can be kept open by a named lock: a document, an asset.
+/// Something that a named lock can keep open: a document, an asset.
 class Lockable
 {
 public:

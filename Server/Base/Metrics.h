@@ -15,7 +15,7 @@ namespace Metrics {
 class TimeMetric
 {
 public:
-    /// The one metric of that name; `title` is what people read, of the first call.
+    /// The one metric of that name; `title`, which people read, is that of the first call.
     [[nodiscard]] static TimeMetric* make(const UniqueString* name, const std::wstring& title);
     /// All metrics, in the order in which they were made.
     static std::vector<const TimeMetric*> all();
@@ -23,7 +23,7 @@ public:
     const UniqueString* name() const { return m_name; }
     const std::wstring& title() const { return m_title; }
 
-    /// Starts to measure; a running measurement begins anew.
+    /// Starts measuring; a running measurement starts over.
     void start();
     /// Ends the measurement. Does nothing if none runs.
     void stop();
@@ -62,7 +62,7 @@ public:
     Clock(const Clock&) = delete;
     Clock& operator=(const Clock&) = delete;
 
-    /// What the scopes of that name took so far. Any thread.
+    /// The time that the scopes of that name took so far. Any thread.
     [[nodiscard]] static Sum sum(const UniqueString* name);
 
 private:

@@ -10,7 +10,7 @@
 
 namespace Vs {
 
-// Numbers as lines and files have them: whatever the locale.
+// Numbers as written in lines and files, independent of the locale.
 
 /// As few digits as read back to exactly the same number.
 template <class Number>
@@ -20,8 +20,8 @@ template <class Number>
     return {buffer, std::to_chars(buffer, buffer + sizeof buffer, number).ptr};
 }
 
-/// The number that the whole of `text` says, for which people may write a plus sign. Nothing if it is of
-/// another form, too large for the type, infinite, not a number, or longer than a number reasonably is.
+/// The number that the whole of `text` represents; a plus sign is allowed. Nothing if it has another form,
+/// too large for the type, infinite, not a number, or longer than a number reasonably is.
 template <class Number>
 [[nodiscard]] std::optional<Number> readNumber(std::wstring_view text)
 {
@@ -44,8 +44,8 @@ template <class Number>
     return number;
 }
 
-/// Three numbers with commas between them, as points and vectors are written, in brackets or not. Blanks may
-/// stand around each.
+/// Three numbers with commas between them, as points and vectors are written, in brackets or not. Blanks are
+/// allowed around each.
 [[nodiscard]] std::optional<std::array<double, 3>> readTriple(std::wstring_view text);
 
 } // namespace Vs

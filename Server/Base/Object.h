@@ -8,7 +8,7 @@
 
 namespace Vs {
 
-/// What can be asked for an interface by name. Both operations are written once, by Implements.
+/// Something that can be asked for an interface by name. Both operations are written once, by Implements.
 class Interface
 {
 public:
@@ -17,8 +17,8 @@ public:
     /// The name of the most derived class.
     virtual const UniqueString* getInterfaceId() const = 0;
 
-    /// This object seen as the class or interface called `key`, or null if it is none. The result is a
-    /// pointer to exactly that class; use cast<T> in place of calling this.
+    /// This object as the class or interface called `key`, or null if it isn't one. The result is a pointer
+    /// to exactly that class; use cast<T> in place of calling this.
     virtual void* queryInterface(const UniqueString* key) const = 0;
 };
 
@@ -81,7 +81,7 @@ private:
     }
 };
 
-/// `object` seen as a T, or null if it is none (or is null itself).
+/// `object` as a T, or null if it isn't one (or is null itself).
 template <class T>
 [[nodiscard]] T* cast(const Interface* object)
 {

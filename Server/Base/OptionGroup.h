@@ -11,7 +11,7 @@ namespace Vs {
 class OptionGroup;
 class Tasks;
 
-/// Fired after an option got another value.
+/// Fired after an option got a new value.
 class OptionEvent : public Implements<OptionEvent, Event>
 {
 public:
@@ -34,9 +34,9 @@ public:
 };
 
 /// A group of the user's options, kept in one file of the options directory: a JSON object with a member for
-/// each option that was set. Read at the first question, written whenever an option changes; a file that
-/// cannot be read counts as empty, with a warning, and is kept as `.broken` when the next one is written.
-/// Numbers that JSON has no form for (not-a-number, infinity) are not kept. Main thread only.
+/// each option that was set. Read at first use, written whenever an option changes; a file that cannot be
+/// read counts as empty, with a warning, and is kept as `.broken` when the next one is written. Numbers that
+/// JSON can't express (not-a-number, infinity) are not kept. Main thread only.
 class OptionGroup : public Implements<OptionGroup>, public EventSource<OptionEventSite>
 {
 public:
@@ -53,20 +53,20 @@ public:
     [[nodiscard]] std::vector<std::wstring> value(const char* option,
                                                   const std::vector<std::wstring>& fallBack) const;
 
-    /// Keeps the value and tells the sites, unless the option was set to the same before.
+    /// Keeps the value and notifies the sites, unless the option was already set to it.
     void setValue(const char* option, bool value);
     void setValue(const char* option, int value);
     void setValue(const char* option, double value);
     void setValue(const char* option, const std::wstring& value);
     void setValue(const char* option, const std::vector<std::wstring>& value);
 
-    /// Back to the defaults; tells the sites of each option that was set.
+    /// Restores the defaults; notifies the sites of each option that was set.
     void reset();
 
     /// Writes what has changed and isn't on the disk yet. The destructor does, too.
     void save();
     /// Lets all groups write their changes from a task of this queue, many changes at once; null makes each
-    /// change write at once, as at the start. The queue must stay until null is given.
+    /// change write at once, as initially. The queue must exist until null is given.
     static void saveLater(Tasks* tasks);
 
 private:
@@ -85,13 +85,13 @@ public:
     {
     }
     T operator()() const { return m_group.value(m_name, m_fallBack); }
-    /// Does nothing when the option has that value already, be it by default.
+    /// Does nothing if the option already has that value, even by default.
     void operator()(const T& value)
     {
         if (!(value == (*this)()))
             m_group.setValue(m_name, value);
     }
-    /// What it is as long as nobody set it.
+    /// Its value as long as nobody has set it.
     const T& fallBack() const { return m_fallBack; }
 
 private:

@@ -4,7 +4,7 @@
 
 namespace Vs {
 
-/// What shows the progress of long work. Its `update` is the chance to keep a window alive.
+/// Shows the progress of long work. Its `update` is the chance to keep a window alive.
 class ProgressSink
 {
 public:
@@ -22,13 +22,13 @@ void sink(ProgressSink* sink);
 
 /// Asks the running work to stop. May be called from a signal handler or any thread.
 void requestCancel() noexcept;
-/// Whether somebody asked since the outermost scope began. Any thread.
+/// Whether somebody has asked since the outermost scope began. Any thread.
 [[nodiscard]] bool cancelled() noexcept;
 /// Whether long work is running that a cancel would reach. Any thread.
 [[nodiscard]] bool active() noexcept;
 
-/// For long work that doesn't know how far it is: the chance to keep a window alive and to take its cancel.
-/// Main thread.
+/// For long work that doesn't know its progress: the chance to keep a window alive and accept a cancel. Main
+/// thread.
 void keepAlive();
 
 /// Called from requestCancel, in its context, so it must be async-signal-safe; null for none.
@@ -57,7 +57,7 @@ public:
     ProgressScope(const ProgressScope&) = delete;
     ProgressScope& operator=(const ProgressScope&) = delete;
 
-    /// Returns false when the work is to be given up.
+    /// Returns false when the work should be given up.
     bool update(double fraction, const std::wstring& step = {});
 };
 

@@ -9,7 +9,7 @@ namespace Vs {
 
 class TextCommand;
 
-/// What the Python function of a text command takes, with names from its help text.
+/// The parameters of a text command's Python function, with names from its help text.
 struct PythonSignature
 {
     struct Parameter
@@ -24,9 +24,9 @@ struct PythonSignature
     /// As Python's help and inspect show it: "(dx, dy, dz, x_y_z=None, direction=None, /)".
     [[nodiscard]] std::string text() const;
 
-    std::vector<Parameter> parameters; ///< By their places alone.
+    std::vector<Parameter> parameters; ///< Positional only.
     std::string rest;                  ///< The name of any number of further ones; empty if there are none.
-    std::vector<std::string> flags;    ///< By their names alone.
+    std::vector<std::string> flags;    ///< By keyword only.
 };
 
 } // namespace Vs

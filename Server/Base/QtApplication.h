@@ -6,9 +6,9 @@
 /// needs neither is quicker without. Main thread only.
 namespace Vs::QtApplication {
 
-/// Who makes it, in a run that has none yet; null for nobody.
+/// Sets the function that makes it in a run that has none yet; null for none.
 void maker(std::function<void()> maker);
-/// Has it made if there is none.
+/// Makes it if there is none.
 void need();
 
 } // namespace Vs::QtApplication

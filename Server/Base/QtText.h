@@ -6,8 +6,8 @@
 
 namespace Vs {
 
-/// Qt's text as wide text, with all that QString::fromStdWString took over. QString::toStdWString would lose
-/// what stands for a byte of a file's name (see Strings::fromBytes).
+/// Qt's text as wide text, with everything that QString::fromStdWString took over. QString::toStdWString
+/// would lose what stands for a byte of a file's name (see Strings::fromBytes).
 inline std::wstring wideText(const QString& text)
 {
     std::wstring wide;

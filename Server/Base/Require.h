@@ -9,9 +9,9 @@ namespace Detail {
 bool onMainThread();
 } // namespace Detail
 
-/// Stops the program, with file and line on the error output, if a promise of the code is broken: the
-/// program's own fault, never the user's or a file's. It is checked in every build. `promise` says what
-/// should have held.
+/// Stops the program, with file and line on the error output, if an assumption of the code is violated: a bug
+/// of the program, never the fault of a user or a file. It is checked in every build. `promise` says what
+/// should hold.
 inline void require(bool holds, const char* promise,
                     const std::source_location& where = std::source_location::current())
 {

@@ -10,14 +10,14 @@
 
 namespace Vs {
 
-/// A file that the program shows or reads. Making one touches no disk.
+/// A file that the program shows or reads. Constructing one doesn't touch the disk.
 class Resource : public Implements<Resource>
 {
 public:
     /// An absolute path, or one relative to the working directory.
     explicit Resource(std::wstring path) : m_path(std::move(path)) {}
     /// The file system path. Of a file in a language's folder (see PathInfo::localizationDirectory) the
-    /// current language's own, or English's where the language has none. Says nothing of whether the file
+    /// current language's own, or English's where the language has none. Says nothing about whether the file
     /// exists.
     [[nodiscard]] virtual std::wstring localPath() const;
 
@@ -36,7 +36,7 @@ class ImageSetResource : public Implements<ImageSetResource, Resource>
 {
 public:
     using Implements::Implements;
-    /// The sizes in pixels that every set has, rising.
+    /// The sizes in pixels that every set has, in ascending order.
     static const std::vector<int>& sizes();
     /// The file of the smallest size that is not below `pixels`, or the largest.
     [[nodiscard]] std::wstring fileForSize(int pixels) const;

@@ -8,8 +8,8 @@ namespace Vs {
 
 class IScriptDebugInfoObserver;
 
-/// What the debugger of text transcripts shares with the interpreter: the transcript that is loaded, where
-/// its execution stands, and where it is to stop. Each change is told to the observers. Main thread only.
+/// What the debugger of text transcripts shares with the interpreter: the loaded transcript, the current line
+/// of its execution, and where it should stop. Each change is reported to the observers. Main thread only.
 class ScriptDebugInfo
 {
 public:
@@ -21,23 +21,23 @@ public:
     int scriptLines() const { return m_lines; }
     void scriptLines(int lines);
 
-    /// How many lines execution has behind it: 0 at the start of the script.
+    /// How many lines have been executed: 0 at the start of the script.
     int stepLine() const { return m_step; }
     void stepLine(int line);
-    /// Whether execution stands at the line, counted from 1, and runs it next.
+    /// Whether the line, counted from 1, is the next to be executed.
     bool isStepLine(int line) const { return line == m_step + 1; }
 
     /// Lines are counted from 1; execution stops before it runs one with a break point.
     void addBreakPoint(int line);
     void removeBreakPoint(int line);
     bool isBreakPoints(int line) const { return m_breakPoints.contains(line); }
-    /// A new pass begins, which stops at each of them again.
+    /// Starts a new pass, which stops at each of them again.
     void resetBreakPoints();
     void removeAllBreakPoints();
     /// For the interpreter: whether it has to stop before this line; each break point says so once a pass.
     [[nodiscard]] bool stopsAt(int line);
 
-    /// Up while observers are told that the file's text is another one.
+    /// Set while observers are told that the file's text has changed.
     bool needToReload() const { return m_needToReload; }
     void needToReload(bool value);
 
@@ -53,7 +53,7 @@ private:
     std::vector<IScriptDebugInfoObserver*> m_observers;
 };
 
-/// Is told of each change of TranscriptMgr's debug info from its construction to its destruction.
+/// Is notified of each change of TranscriptMgr's debug info from its construction to its destruction.
 class IScriptDebugInfoObserver
 {
 public:

@@ -9,8 +9,8 @@
 
 namespace Vs {
 
-/// What scripts ask so often, or so much of, that the text of a line would be in the way: whoever has models
-/// answers it. Main thread.
+/// Queries that scripts make so often, or with so much data, that lines of text would be in the way; answered
+/// by whoever has models. Main thread.
 class ScriptModel
 {
 public:
@@ -38,18 +38,18 @@ public:
 
     virtual ~ScriptModel() = default;
 
-    /// Makes the command known, or another one of a name that is known already.
+    /// Registers the command, or replaces the one of the same name.
     virtual void define(Command command) = 0;
 
-    /// Another one after each change of a model, and where another model is the active one.
+    /// A different number after each change of a model, and when another model becomes active.
     [[nodiscard]] virtual uint64_t revision() = 0;
     /// Forgets which components were added until now.
     virtual void forgetAdded() = 0;
-    /// Has `heard` called with "model", "document" or "selection" when something of it has changed: when the
-    /// line that did it is at its end, and once for all that it did.
+    /// Calls `heard` with "model", "document" or "selection" when any of these has changed: once, at the end
+    /// of the line that changed it.
     virtual void listen(std::function<void(const char*)> heard) = 0;
-    /// The mesh of a component's body, in its own coordinates. The component is named as the line
-    /// Script.Component does with /Id. Throws Vs::Exception.
+    /// The mesh of a component's body, in its own coordinates. The component is named as by the line
+    /// Script.Component with /Id. Throws Vs::Exception.
     [[nodiscard]] virtual std::vector<Buffer> mesh(const std::wstring& component) = 0;
 
     /// Null while nobody has models.

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-/// Files by which a run without a window gets what it signs in with.
+/// Files from which a run without a window gets its credentials.
 namespace Vs::SecretFile {
 
 struct Content
@@ -12,9 +12,9 @@ struct Content
     std::string text;
 };
 
-/// What the file holds that an environment variable names; nothing if the variable isn't set. The file must
-/// be a regular one, this user's own and closed to all others (0600); otherwise throws Vs::Exception, whose
-/// text has nothing of what the file holds.
+/// The content of the file that an environment variable names; nothing if the variable isn't set. The file
+/// must be a regular one, this user's own and closed to all others (0600); otherwise throws Vs::Exception,
+/// whose text reveals nothing of the content.
 [[nodiscard]] std::optional<Content> named(const char* variable);
 
 } // namespace Vs::SecretFile

@@ -9,12 +9,12 @@
 
 namespace Vs {
 
-/// An object that a command takes as an argument and that a transcript can write and read back as text. What
-/// holds it without owning it holds it by a WeakRef.
+/// An object that a command takes as an argument and that a transcript can write and read back as text.
+/// Whoever holds it without owning it uses a WeakRef.
 class SerializableObject : public Implements<SerializableObject, Object, WeakTarget>
 {
 public:
-    /// The text from which its factory makes it again.
+    /// The text from which its factory recreates it.
     [[nodiscard]] virtual std::wstring serialize() const = 0;
     /// The name of that factory.
     virtual std::string factoryName() const = 0;
@@ -68,7 +68,7 @@ public:
 };
 
 /// A plain value as an argument, with a factory of the same name so that a transcript can write it: text as
-/// it stands, a number in a form that reads back exactly. Owned by whoever makes it.
+/// it is, a number in a form that reads back exactly. Owned by whoever makes it.
 template <class T>
 class ValueObject : public Implements<ValueObject<T>, SerializableObject>
 {

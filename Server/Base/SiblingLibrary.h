@@ -4,13 +4,13 @@
 
 namespace Vs {
 
-/// Opens a library of this program that stands beside this one: what takes long to load and isn't needed in
-/// every run. Throws std::runtime_error.
+/// Opens a library of this program that lies beside this one, because it takes long to load and isn't needed
+/// in every run. Throws std::runtime_error.
 class SiblingLibrary
 {
 public:
-    /// Objects of a library may outlive any owner that could be named, so that it stays open for good, unless
-    /// it is one of which nothing stays behind.
+    /// Objects of a library may outlive any owner that could be named, so it stays open for good, unless
+    /// nothing of it can remain in use.
     enum class Open { ForGood, WhileThisLives };
 
     explicit SiblingLibrary(const std::string& fileName, Open open = Open::ForGood);

@@ -6,7 +6,7 @@
 
 namespace Vs {
 
-/// Lets the one who adds an error offer something to do about it when the user looks at the message.
+/// Lets whoever adds an error offer a remedy when the user looks at the message.
 class StatusCodeCallback
 {
 public:
@@ -14,7 +14,7 @@ public:
     virtual void activated() = 0;
 };
 
-/// Accumulates what went wrong while a command ran. Warnings tell the user something but leave the status ok.
+/// Accumulates what went wrong while a command ran. Warnings inform the user but leave the status ok.
 class [[nodiscard]] Status
 {
 public:
@@ -25,7 +25,7 @@ public:
     void addError(std::wstring message, StatusCodeCallback* callback = nullptr);
     void addWarning(std::wstring message);
 
-    /// The errors, one a line; the warnings if there are no errors.
+    /// The errors, one per line; the warnings if there are no errors.
     std::wstring toString() const;
     const std::vector<std::wstring>& warnings() const { return m_warnings; }
 
@@ -35,7 +35,7 @@ public:
     /// Forgets everything: errors, warnings and the reported mark.
     void clear();
 
-    /// A reported status has been shown to the user already; nobody shows it again.
+    /// A reported status has already been shown to the user; nobody shows it again.
     bool reported() const { return m_reported; }
     void reported(bool value) { m_reported = value; }
 

@@ -12,8 +12,8 @@ namespace Vs::StringTable {
 [[nodiscard]] std::wstring getLocalizedString(std::wstring_view domain, const char* key,
                                               const char* defaultText);
 
-/// Switches the language of all texts asked for from now on, as "de" or "en". A language without a catalogue
-/// gives the defaults. At the start it is the one of the environment (LANGUAGE, LC_ALL, LC_MESSAGES, LANG).
+/// Switches the language of all texts from now on, as "de" or "en". A language without a catalogue gives the
+/// defaults. Initially it is that of the environment (LANGUAGE, LC_ALL, LC_MESSAGES, LANG).
 void language(std::string_view code);
 const std::string& language();
 

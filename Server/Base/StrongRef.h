@@ -5,7 +5,7 @@
 
 namespace Vs {
 
-/// Shares ownership of an object that counts its references itself (see SharedObject).
+/// Shares ownership of an intrusively reference-counted object (see SharedObject).
 template <class T>
 class [[nodiscard]] StrongRef
 {

@@ -14,7 +14,7 @@ class Task : public Implements<Task>
 public:
     explicit Task(int priority = 1) : m_priority(priority) {}
 
-    /// Tasks of a smaller number run first; equal ones in the order in which they were added.
+    /// Tasks with a smaller number run first; equal ones in the order in which they were added.
     int priority() const { return m_priority; }
 
     /// Does the work. Returns true when finished, false to be run again in the next round.
@@ -39,7 +39,7 @@ public:
     /// Queues a function to run once, with priority 1. May be called from any thread.
     void post(std::function<void()> work);
 
-    /// Takes a waiting task out and deletes it. A task that is running right now is deleted after it returns.
+    /// Removes a waiting task and deletes it. A task that is running right now is deleted after it returns.
     /// Returns false if it isn't here.
     bool remove(Task* task);
 
@@ -48,7 +48,8 @@ public:
     /// Does nothing when called from inside a task of the same queue.
     void runOnce();
 
-    /// Rounds until nothing waits, or `maximumRounds` have passed. A task may so run what it queued itself.
+    /// Rounds until nothing waits, or `maximumRounds` have passed. This lets a task run what it queued
+    /// itself.
     void flush(int maximumRounds = 1000);
 
     [[nodiscard]] bool empty() const;

@@ -14,7 +14,7 @@
 
 namespace Vs {
 
-/// What a text command answers: 0 and its output, or 1 and the reason of the failure.
+/// A text command's answer: 0 and its output, or 1 and the reason of the failure.
 using TextCommandResult = std::pair<unsigned int, std::wstring>;
 
 /// The parameters and flags of one line, as the command sees them.
@@ -34,9 +34,10 @@ public:
     const std::wstring& parameter(unsigned i) const { return m_parameters.at(i); }
     const std::wstring& operator[](unsigned i) const { return parameter(i); }
 
-    /// What the i-th positional parameter says, as a number or three. What the command's format promises was
-    /// read when the line was checked; else it is read now. Throws Vs::Exception, "parameter 2 must be a
-    /// number, not "x".", where the text says something else, and std::out_of_range where there is none.
+    /// The value of the i-th positional parameter, as one number or three. If the command's format declares
+    /// it, it was read when the line was checked; else it is read now. Throws Vs::Exception, "parameter 2
+    /// must be a number, not "x".", where the text is something else, and std::out_of_range where there is
+    /// none.
     double real(unsigned i) const { return std::get<double>(value(i, TextFormat::Type::Real)); }
     std::array<double, 3> point(unsigned i) const
     {
@@ -50,8 +51,8 @@ public:
             integer(i, std::numeric_limits<Number>::min(), std::numeric_limits<Number>::max()));
     }
 
-    /// Whether `/Name` stood in the line; `name` without the slash, in the same case. In a line that is
-    /// checked, a flag is in the case of the help text, however it was written.
+    /// Whether the line had `/Name`; `name` is without the slash, in the same case. In a checked line, a flag
+    /// has the case of the help text, however it was written.
     [[nodiscard]] bool hasFlag(std::wstring_view name) const;
     const std::vector<std::wstring>& flags() const { return m_flags; }
     /// Whether the line was typed by a person into the command box, and not run by a script.
@@ -70,7 +71,7 @@ private:
     bool m_viaUI = false;
 };
 
-/// A Python function as C knows it, `PyObject* (*)(PyObject* self, PyObject* arguments, PyObject* keywords)`,
+/// A Python function in C's terms, `PyObject* (*)(PyObject* self, PyObject* arguments, PyObject* keywords)`,
 /// without Python's headers.
 using PythonFunction = void* (*)(void* self, void* arguments, void* keywords);
 /// A Python module's initialisation function, `PyObject* (*)()`.
@@ -92,9 +93,10 @@ public:
     const std::wstring& description() const { return m_description; }
     bool forTranscripts() const { return m_forTranscripts; }
 
-    /// What of a line is refused if its command's help text doesn't name it: flags, or flags and surplus
+    /// What a line may not have unless its command's help text names it: flags, or flags and surplus
     /// parameters. The help texts of such an area begin with their usage: `<text>` for a parameter, `[...]`
-    /// around what may be left out, `A|B` for a choice, `...` for any number more, `/Name` for a flag.
+    /// around what may be left out, `A|B` for a choice, `...` for any number of further ones, `/Name` for a
+    /// flag.
     enum class Checks { Nothing, Flags, Everything };
     virtual Checks checks() const { return Checks::Nothing; }
 
@@ -115,9 +117,8 @@ class TextCommand
 {
 public:
     /// `format` has one `%` item for each positional parameter that is checked before the command runs: `%s`
-    /// text,
-    /// `%f` a real, `%d` an integer, `%v` a vector, `%p3` a point. Missing trailing parameters pass the
-    /// check; the command itself knows which it can do without. `runsInUI` tells that the command works on
+    /// text, `%f` a real, `%d` an integer, `%v` a vector, `%p3` a point. Missing trailing parameters pass the
+    /// check; the command itself knows which ones are optional. `runsInUI` says that the command works on
     /// what the person sees (and is refused nowhere); `visible` whether help and completion list it.
     TextCommand(std::wstring area, std::wstring name, std::wstring help, std::string format, bool runsInUI,
                 bool visible);
@@ -132,7 +133,7 @@ public:
     const std::wstring& area() const { return m_area; }
     const std::wstring& name() const { return m_name; }
     const std::wstring& help() const { return m_help; }
-    /// The help text as to what a line takes, with what a command takes beside it.
+    /// The part of the help text that says what a line accepts, with what a command accepts besides.
     virtual std::wstring usage() const { return m_help; }
     const std::string& format() const { return m_format; }
     bool runsInUI() const { return m_runsInUI; }

@@ -6,7 +6,7 @@ namespace Vs {
 
 class TextCommandRegistry;
 
-/// The answer to `help`, `help <area>` and `help <area>.<name>`; `subject` is what stands behind `help`.
+/// The answer to `help`, `help <area>` and `help <area>.<name>`; `subject` is what follows `help`.
 TextCommandResult helpOn(TextCommandRegistry& registry, std::wstring_view subject);
 
 /// The name among `names` that `wrong` was meant to be, or an empty text if none is near.
@@ -19,7 +19,7 @@ std::wstring unknownCommandMessage(TextCommandRegistry& registry, std::wstring_v
 std::wstring unknownFlagMessage(const TextCommand& command, std::wstring_view flag,
                                 const std::vector<std::wstring>& flags);
 
-/// The answer to a line with more parameters than its command takes, of which the first is `surplus`.
+/// The answer to a line with more parameters than its command takes; `surplus` is the first of these.
 std::wstring surplusMessage(const TextCommand& command, size_t most, std::wstring_view surplus);
 
 } // namespace Vs

@@ -6,7 +6,7 @@
 
 namespace Vs {
 
-/// Where the answers of lines go: the console, the command box.
+/// Where lines' answers go: the console, the command box.
 class TextOutput
 {
 public:
@@ -15,7 +15,7 @@ public:
     virtual void error(const std::wstring& text) = 0;
 };
 
-/// Sees each text command that is called by itself, and not by another one.
+/// Sees each text command that is called directly, not by another one.
 class TextCommandObserver
 {
 public:
@@ -27,17 +27,17 @@ public:
 
 /// Splits lines of text, checks them and runs them.
 ///
-/// A line is `<area>.<name>`, then parameters and flags separated by blanks. What stands in double quotes
-/// keeps its blanks, and inside quotes a backslash makes the next `"` or `\` ordinary; quotes may begin
-/// inside a word (`Path="a b"` is the one parameter `Path=a b`).
+/// A line is `<area>.<name>`, then parameters and flags separated by blanks. Text in double quotes keeps its
+/// blanks, and inside quotes a backslash makes the next `"` or `\` ordinary; quotes may begin inside a word
+/// (`Path="a b"` is the one parameter `Path=a b`).
 ///
 /// A word that is `/` and then a name of ASCII letters, digits and `_` is a flag. Anything else that begins
-/// with a slash is a parameter, so `/tmp/a.step`, `/a.step` and `/` are paths. The rule looks at the word
-/// alone and never at the disk, so that a line means the same on every machine: quotes make any word a
-/// parameter, and a folder right under the root must have them (`"/models"`).
+/// with a slash is a parameter, so `/tmp/a.step`, `/a.step` and `/` are paths. The rule considers the word
+/// alone and never the disk, so that a line means the same on every machine: quotes make any word a
+/// parameter, and a folder directly under the root needs them (`"/models"`).
 ///
-/// An empty line and one that begins with `#` answer 0 and nothing. `help` (or `?`), `help <area>` and
-/// `help <area>.<name>` tell what there is. A line has at most kLongestLine characters.
+/// An empty line and one that begins with `#` answer 0 and nothing. `help` (or `?`), `help <area>` and `help
+/// <area>.<name>` describe what there is. A line has at most kLongestLine characters.
 ///
 /// Main thread only.
 class TextCommandMgr
@@ -52,8 +52,7 @@ public:
     TextCommandResult executeCommand(std::wstring_view line, bool viaUI = false);
     /// Runs a line; the answer is returned only.
     TextCommandResult executeCommandWithoutOutput(std::wstring_view line, bool viaUI = false);
-    /// Runs one command with parameters that are split already, with the checks and the error handling of a
-    /// line.
+    /// Runs one command with already split parameters, with the checks and the error handling of a line.
     TextCommandResult execute(TextCommand& command, TextCommandParameters parameters);
 
     /// Not owned; null for none.

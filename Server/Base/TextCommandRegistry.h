@@ -10,7 +10,7 @@
 namespace Vs {
 
 /// The areas and commands that exist, and the index over them. Registration happens while libraries load and
-/// only notes the pointer; names are looked at when somebody asks first.
+/// only stores the pointer; names are examined at first use.
 class TextCommandRegistry
 {
 public:
@@ -19,7 +19,7 @@ public:
         TextCommand* command;
         std::optional<TextFormat> format; ///< None if the command's own is malformed, or empty.
         TextCommandSubjectArea::Checks checks = TextCommandSubjectArea::Checks::Nothing;
-        mutable std::optional<TextUsage> usage = std::nullopt; ///< Made when a line is checked first.
+        mutable std::optional<TextUsage> usage = std::nullopt; ///< Made when a line is first checked.
     };
 
     std::vector<TextCommandSubjectArea*> areas;
@@ -41,7 +41,7 @@ public:
 private:
     void index();
 
-    // Keyed by the texts that the commands hold, looked up without making any.
+    // Keyed by the commands' own texts; looked up without making new ones.
     using Names = std::unordered_map<std::wstring_view, Entry>;
     std::unordered_map<std::wstring_view, Names> m_areas;
     bool m_indexed = false;

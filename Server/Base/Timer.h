@@ -13,8 +13,8 @@ public:
     double elapsed() const { return now() - m_start; }
     void restart() { m_start = now(); }
 
-    /// Where all timers read the time, in seconds since any one moment; null brings the system's steady clock
-    /// back.
+    /// Where all timers read the time, in seconds since an arbitrary moment; null restores the system's
+    /// steady clock.
     using Clock = double (*)();
     static void clock(Clock clock) { installed() = clock; }
 

@@ -9,8 +9,8 @@
 namespace Vs {
 
 /// Reads a text transcript line by line, however long the file is. UTF-8, lines end in LF or CR LF, a byte
-/// order mark at the start is passed over. A file that is deleted meanwhile is read to its end; one that is
-/// written to is given up, since what is read then never stood in any file.
+/// order mark at the start is skipped. A file that is deleted meanwhile is read to its end; one that is
+/// written to is given up, since what is read then was never the content of any file.
 class TranscriptFile
 {
 public:
@@ -18,12 +18,12 @@ public:
     explicit TranscriptFile(boost::filesystem::path path);
 
     const boost::filesystem::path& path() const { return m_path; }
-    /// The number of the line that `next` gave last, counted from 1.
+    /// The number of the line that `next` returned last, counted from 1.
     size_t line() const { return m_line; }
 
     /// The next line without its end. Returns false at the end of the file. Throws Vs::Exception when the
     /// medium fails, the file was changed, or a line is longer than TextCommandMgr takes; the line is counted
-    /// and passed over then.
+    /// and skipped then.
     [[nodiscard]] bool next(std::wstring& text);
     /// Whether there is no further line.
     [[nodiscard]] bool atEnd();

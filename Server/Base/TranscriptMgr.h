@@ -20,19 +20,19 @@ struct ReplayResult;
 
 enum ETranscriptType { kTextTranscript = 0, kPythonTranscript = 1 };
 
-/// What the program around the transcripts does for them.
+/// What the surrounding program does for transcripts.
 class TranscriptHost
 {
 public:
     virtual ~TranscriptHost() = default;
     /// A recording has begun.
     virtual void recordingStarted() {}
-    /// A script or a transcript begins, maybe inside another one.
+    /// A script or a transcript begins, possibly inside another one.
     virtual void runBegins() {}
-    /// The one that began last has ended: takes back what it has begun and not ended, and says what that was;
-    /// empty if nothing.
+    /// The one that began last has ended: undoes what it began but did not end, and says what that was; empty
+    /// if nothing.
     virtual std::wstring runEnds() { return {}; }
-    /// Between two lines: finishes what the first left in the queues, so that the second finds it done.
+    /// Between two lines: finishes what the first left in the queues before the second runs.
     virtual void settle() = 0;
     /// Tells the user what went wrong; the message names the file, and the line if there is one.
     virtual void failed(const std::wstring& message) = 0;
@@ -51,8 +51,8 @@ public:
     /// By the file's name alone: Python where the suffix is `.py`, in capitals as well; else text.
     [[nodiscard]] static ETranscriptType typeOf(const std::wstring& path);
 
-    /// Begins a transcript, in place of one that is there and of a recording that runs. Returns false, with
-    /// the reason, if the file cannot be made, is just being replayed, or holds something else than a
+    /// Begins a transcript, replacing an existing file and ending a running recording. Returns false, with
+    /// the reason, if the file cannot be made, is being replayed, or contains something other than a
     /// transcript: its first line that isn't a comment must be a line of text of this program; a Python file
     /// must be one that was recorded.
     bool startRecording(const std::wstring& path, ETranscriptType type, Status& status);
@@ -62,8 +62,8 @@ public:
     bool recording() const { return m_file != nullptr; }
     /// Whether the medium of a recording has failed since the program started, so that its end is missing.
     bool recordingLost() const { return m_recordingLost; }
-    /// Called whenever a recording ends, by whatever means, when it still takes its last lines; if its medium
-    /// has failed, when nothing is recorded any more. One listener; empty for none.
+    /// Called whenever a recording ends, by whatever means, while it still accepts its last lines; if its
+    /// medium has failed, after nothing is recorded any more. One listener; empty for none.
     void whenRecordingEnds(std::function<void()> listener)
     {
         require(!listener || !m_recordingEnds, "one listener is told of the end of recordings");
@@ -73,22 +73,22 @@ public:
     std::wstring recordingFile() const;
     ETranscriptType recordingType() const;
 
-    /// Plays a transcript to its end, or to the first line that fails: the status then says so as
-    /// `FILE:LINE: message`, and so does the host. The text transcript that the debugger has loaded is
-    /// played from where execution stands, to the next break point; from the start if it stood at the end.
+    /// Plays a transcript to its end, or to the first line that fails: the status then says so as `FILE:LINE:
+    /// message`, and so does the host. The text transcript loaded in the debugger is played from the current
+    /// line to the next break point; from the start if it was at the end.
     void replay(const std::wstring& path, Status& status, ETranscriptType type);
     ReplayResult replay(const std::wstring& path, ETranscriptType type, const ReplayOptions& options);
-    /// Runs the one line at which execution stands; of a Python transcript all.
+    /// Runs the one current line; of a Python transcript all.
     void stepReplay(const std::wstring& path, Status& status, ETranscriptType type);
     bool replaying() const { return !m_replays.empty(); }
-    /// The innermost transcript that is being played; empty if none.
+    /// The innermost transcript being played; empty if none.
     std::wstring replayingScriptFile() const;
     /// What a path in a line stands for: while a transcript is played a relative one is looked up beside it,
     /// unless only the working folder has such a file, or the folder for it.
     [[nodiscard]] std::wstring locate(const std::wstring& path) const;
 
-    /// How a recording writes a path that `locate` shall find again: within the transcript's own folder the
-    /// way from there, so that both can go to another place together; else as it is.
+    /// How a recording writes a path that `locate` shall find again: within the transcript's own folder
+    /// relative to it, so that both can be moved together; else as it is.
     [[nodiscard]] std::wstring portable(const std::wstring& path) const;
 
     ScriptDebugInfo* scriptDebugInfo() { return &m_debugInfo; }
@@ -98,12 +98,12 @@ public:
     TranscriptHost* host() const { return m_host; }
 
     /// Runs a line for somebody who waits for all of it, as replays, scripts and the console do: the host has
-    /// settled when this returns, and what went wrong behind the line's answer (`lineFails`) is its failure.
+    /// settled when this returns, and what went wrong after the line's answer (`lineFails`) is its failure.
     TextCommandResult settled(const std::function<TextCommandResult()>& line);
     /// Whether such a line runs.
     bool settles() const { return m_settled > 0; }
-    /// The line that runs fails, though it may have answered already: what it left in the queues went wrong,
-    /// say. The first message counts. Without such a line nothing happens.
+    /// The running line fails, though it may have answered already, because something that it left in the
+    /// queues went wrong, say. The first message counts. Without such a line nothing happens.
     void lineFails(const std::wstring& message);
 
     /// What `${NAME}` stands for in text transcripts, and what scripts may ask for. A replay adds to them
@@ -116,7 +116,7 @@ public:
     {
     public:
         Run();
-        /// Tells what was left open, unless `end` was called.
+        /// Reports what was left open, unless `end` was called.
         ~Run();
         Run(const Run&) = delete;
         Run& operator=(const Run&) = delete;
@@ -142,7 +142,7 @@ public:
         Replay& operator=(const Replay&) = delete;
     };
 
-    /// While it lives nothing is recorded: what runs is part of something that is recorded as a whole.
+    /// While this exists, nothing is recorded: what runs is part of something that is recorded as a whole.
     class [[nodiscard]] Unrecorded
     {
     public:

@@ -12,11 +12,11 @@ using TranscriptParameters = std::map<std::string, std::string>;
 
 /// The line with each `${NAME}` replaced by its value, and each `${NAME:-TEXT}` by its value or, if there is
 /// none, by TEXT. The value keeps its blanks and quotes: where it needs quotes to stay inside its word, it
-/// gets them. What doesn't look like that (NAME of letters, digits, `_`) stays as it is, and `$${` stands for
-/// `${`. Throws Vs::Exception for a name that has neither a value nor such a text.
+/// gets them. Anything that doesn't look like that (NAME of letters, digits, `_`) stays as it is, and `$${`
+/// stands for `${`. Throws Vs::Exception for a name that has neither a value nor such a text.
 [[nodiscard]] std::wstring substituteParameters(std::wstring_view line,
                                                 const TranscriptParameters& parameters);
-/// The line as a recording must write it, so that substituteParameters gives it back.
+/// The line as a recording must write it, so that substituteParameters restores it.
 [[nodiscard]] std::wstring escapeParameters(std::wstring_view line);
 
 /// A parameter that a line asks for.

@@ -10,7 +10,7 @@ struct ReplayOptions
     bool keepGoing = false;          ///< Go on after a line that failed.
     bool oneLine = false;            ///< Only the line at which the debugger stands.
     bool quiet = false;              ///< The host is not told of failures; the status has them.
-    /// Takes what failed, each as `FILE:LINE: message`; the first hundred, of a file of many. Null for
+    /// Receives what failed, each as `FILE:LINE: message`; at most the first hundred of a file. Null for
     /// nobody.
     Status* status = nullptr;
     /// Called with each line of a text transcript before it runs, after substitution and without comments and
@@ -31,9 +31,9 @@ struct [[nodiscard]] ReplayResult
     bool ok() const { return failures == 0 && !cancelled; }
 };
 
-/// The first line of a Python transcript, by which it is told from other scripts.
+/// The first line of a Python transcript, which distinguishes it from other scripts.
 constexpr const char* kPythonTranscriptHead = "# Transcript";
-/// What the first line of a recorded text transcript begins with; behind it stands the number of the layout.
+/// The beginning of a recorded text transcript's first line; the layout's number follows it.
 constexpr const char* kTextTranscriptHead = "# quillet-transcript ";
 constexpr int kTextTranscriptLayout = 1;
 /// Whether the file is one that was recorded, or written by hand as one would be: its first line that isn't
@@ -41,9 +41,9 @@ constexpr int kTextTranscriptLayout = 1;
 [[nodiscard]] bool looksLikeTextTranscript(const std::wstring& path);
 /// Whether the file is a transcript: all but those Python files that don't begin with that line.
 [[nodiscard]] bool isTranscript(const std::wstring& path);
-/// Whether somebody would miss the file if it were recorded over: it is neither empty nor a transcript of
-/// that type. The first line of a text transcript that isn't a comment is a command of this program. What is
-/// no regular file holds nothing.
+/// Whether recording over the file would lose something: it is neither empty nor a transcript of that type.
+/// The first line of a text transcript that isn't a comment is a command of this program. Anything but a
+/// regular file counts as empty.
 [[nodiscard]] bool holdsNoTranscript(const std::wstring& path, ETranscriptType type);
 
 /// For TranscriptMgr. Progress shows how far it is, and Progress::requestCancel ends it after the line that

@@ -3,15 +3,15 @@
 #include <string>
 #include <string_view>
 
-/// Texts that nothing may keep that is written: passwords and tokens that stand in lines, because scripts
-/// sign in as well. Known until the program ends. Main thread only.
+/// Texts that nothing written may keep: passwords and tokens that appear in lines, because scripts sign in as
+/// well. Known until the program ends. Main thread only.
 namespace Vs::TranscriptSecrets {
 
-/// From now on `${name}` stands for the text wherever it is a whole word, or a whole value behind `=`. So
-/// what was recorded can be played with the secret given from outside. An empty text is none.
+/// From now on `${name}` replaces the text wherever it is a whole word, or a whole value after `=`, so a
+/// recording can be played with the secret given from outside. An empty text is not a secret.
 void keep(std::wstring_view name, std::wstring_view text);
 
-/// Keeps the value of a parameter that is given from outside, if its name ends in "TOKEN", "SECRET",
+/// Registers the value of a parameter that is given from outside, if its name ends in "TOKEN", "SECRET",
 /// "PASSWORD", "HANDLE" or "KEY".
 void keepIfNamedSo(std::wstring_view name, std::wstring_view text);
 

@@ -6,7 +6,7 @@
 
 namespace Vs {
 
-/// An interned identifier: for one text there is one UniqueString in the process, so two of them are equal
+/// An interned identifier: there is one UniqueString per text in the process, so two of them are equal
 /// exactly when their addresses are. Argument names, interface names and group names are such pointers,
 /// looked up once and kept in a function-local static. An interned text is never freed.
 class UniqueString

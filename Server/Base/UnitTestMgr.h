@@ -2,7 +2,7 @@
 
 namespace Vs {
 
-/// Knows whether the process runs tests, which skip what waits for a person.
+/// Knows whether the process runs tests, which skip anything that waits for a person.
 class UnitTestMgr
 {
 public:

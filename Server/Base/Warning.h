@@ -5,9 +5,8 @@
 
 namespace Vs {
 
-/// Tells the user of something that went wrong without stopping what was asked for: a settings file that
-/// cannot be read, say. Goes to the newest WarningHandler, or to standard error where there is none. Any
-/// thread.
+/// Informs the user of a problem that doesn't stop what was asked for, such as a settings file that cannot be
+/// read. Goes to the newest WarningHandler, or to standard error where there is none. Any thread.
 void warn(const std::wstring& message);
 
 /// Shows the warnings for as long as it exists, in place of the handler before it, which takes over again

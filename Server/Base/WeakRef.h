@@ -4,7 +4,7 @@
 
 namespace Vs {
 
-/// What WeakRefs refer to. Has to be a base of the object. A copy is another object, to which nobody refers
+/// The target of WeakRefs. Has to be a base of the object. A copy is a new object, to which nobody refers
 /// yet.
 class WeakTarget
 {
@@ -20,7 +20,7 @@ protected:
 private:
     template <class T>
     friend class WeakRef;
-    /// Goes with the object; most objects never need one.
+    /// Destroyed with the object; most objects never need one.
     mutable std::shared_ptr<const void> m_life;
 
     const std::shared_ptr<const void>& life() const

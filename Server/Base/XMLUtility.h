@@ -11,7 +11,7 @@ namespace Vs::XMLUtility {
 struct Error
 {
     boost::filesystem::path file; ///< The XML file, or the schema if that is at fault.
-    int line = 0;                 ///< Counted from 1; 0 if it is of no line.
+    int line = 0;                 ///< Counted from 1; 0 if it belongs to no line.
     std::wstring message;
 
     /// `FILE:LINE: message`.

@@ -36,7 +36,7 @@ public:
     ~Asset() override;
 
     const std::wstring& name() const { return m_name; }
-    /// A new name is a change of the asset: it becomes dirty.
+    /// A new name changes the asset: it becomes dirty.
     void name(const std::wstring& name);
     const boost::uuids::uuid& guid() const { return m_guid; }
     AssetType* assetType() const { return m_type; }
@@ -73,12 +73,12 @@ public:
     bool fullyInitialized() const { return m_fullyInitialized; }
 
     /// The root of the component tree; its own name is the asset's, its placement the identity. Never null.
-    /// The components stay where they are in memory until an event says that they were removed.
+    /// The components keep their addresses until an event says that they were removed.
     const Component* components() const;
     /// The component of that id (Component::id), or null.
     [[nodiscard]] const Component* findComponent(const std::string& id) const;
 
-    /// What the libraries above hang on this asset, made at the first call; null if nobody offers one.
+    /// What libraries above attach to this asset, made at the first call; null if nobody offers one.
     AssetAdapter* adapter() const;
 
     /// While an asset or its document has a lock the document stays open. See LockBase.

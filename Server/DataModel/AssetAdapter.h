@@ -11,7 +11,7 @@ namespace Vs {
 class Asset;
 class AssetSettings;
 
-/// What other libraries hang on an asset: the scene's nodes of it, for example. Lives as long as the asset
+/// What other libraries attach to an asset: its nodes in the scene, for example. Lives as long as the asset
 /// and is asked for an interface by cast<Scene::SceneAssetAdapter>(asset->adapter()).
 class AssetAdapter : public Implements<AssetAdapter>
 {
@@ -22,13 +22,13 @@ public:
     }
     Asset* asset() const { return m_asset; }
 
-    /// The asset's settings as values with a meaning; null if this adapter knows none.
+    /// The asset's settings as typed values; null if this adapter has none.
     virtual AssetSettings* assetSettings() { return nullptr; }
 
     using Factory = std::function<std::unique_ptr<AssetAdapter>(Asset*)>;
-    /// Installs what makes the adapter of an asset, at the first call of Asset::adapter(). The last one
-    /// installed that gives an adapter wins; null means that it has none for this asset. Returns a number for
-    /// `removeFactory`.
+    /// Installs a factory for the adapter of an asset, called at the first call of Asset::adapter(). The last
+    /// one installed that returns an adapter wins; null means that it has none for this asset. Returns a
+    /// number for `removeFactory`.
     [[nodiscard]] static int addFactory(Factory factory);
     static void removeFactory(int number);
 

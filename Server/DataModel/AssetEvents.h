@@ -66,9 +66,9 @@ public:
     /// Became dirty, smudged or clean.
     virtual void assetDirtyChanged(AssetEvent*) {}
     virtual void assetComponentsChanged(ComponentsEvent*) {}
-    /// A value of Asset::setting became another, or an undo or redo brought some back.
+    /// A value of Asset::setting changed, or an undo or redo restored some.
     virtual void assetSettingsChanged(AssetEvent*) {}
-    /// The asset is about to go; everything of it is still there.
+    /// The asset is about to be destroyed; everything of it still exists.
     virtual void assetClosed(AssetEvent*) {}
 };
 

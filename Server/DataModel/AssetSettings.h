@@ -7,8 +7,8 @@ namespace Vs {
 
 class Asset;
 
-/// What is set for an asset as a whole and saved with it, as values with a meaning. Belongs to the asset's
-/// adapter, which gives it by AssetAdapter::assetSettings.
+/// Settings of an asset as a whole, saved with it, as typed values. Owned by the asset's adapter, which
+/// returns it from AssetAdapter::assetSettings.
 class AssetSettings : public Implements<AssetSettings>
 {
 public:

@@ -48,7 +48,7 @@ private:
     AssetTypeTraits m_traits;
 };
 
-/// The asset types that can be made and opened, in the order of their registration.
+/// The asset types that can be created and opened, in the order of their registration.
 class AssetTypeMgr
 {
 public:
@@ -59,8 +59,8 @@ public:
     /// Null if nobody has registered that identifier.
     AssetType* assetType(const std::string& identifier) const;
 
-    /// The type isn't owned and must be unregistered before it goes. A second type of the same identifier
-    /// isn't taken: returns false. Tells the asset event sites.
+    /// The type isn't owned and must be unregistered before it is destroyed. A second type with the same
+    /// identifier is refused: returns false. Notifies the asset event sites.
     bool registerType(AssetType* type);
     void unregisterType(AssetType* type);
 

@@ -5,7 +5,7 @@ namespace Vs {
 class Asset;
 class ComponentsEvent;
 
-/// Hears of the changes of one asset's components (AssetEventSite::assetComponentsChanged). Unlike an
+/// Listens to changes of one asset's components (AssetEventSite::assetComponentsChanged). Unlike an
 /// AssetEventSite, it costs nothing when another asset changes, however many of them are open. Main thread
 /// only.
 class ComponentsListener
@@ -21,7 +21,8 @@ protected:
 
 private:
     friend class ComponentsListeners;
-    /// In the order in which the listeners of the asset came. One that goes meanwhile isn't told any more.
+    /// In the order in which the asset's listeners were added. One that is removed meanwhile is no longer
+    /// notified.
     virtual void assetComponentsChanged(ComponentsEvent* event) = 0;
 
     const Asset* m_asset;

@@ -41,9 +41,9 @@ public:
 
     /// The native file; empty for a document that was never saved, which includes one that was translated.
     const std::wstring& path() const { return m_path; }
-    /// Where the next save writes. Nothing is written now, and a file that stands there is not looked at.
+    /// Where the next save writes. Nothing is written now, and an existing file there is not looked at.
     void path(const std::wstring& path);
-    /// Makes the document one that was never saved, under the name that it has.
+    /// Makes the document a never-saved one, under its present name.
     void clearPath();
     bool isOnDisk() const { return !m_path.empty(); }
     /// `path()` if there is one, else the file that the document was translated from, else the display name.
@@ -59,18 +59,18 @@ public:
     [[nodiscard]] bool isDirty(bool includeReferenced) const;
 
     /// Writes the document to its path. The file there is replaced as a whole or stays as it was, byte by
-    /// byte; a symbolic link stays one. On success every asset is clean, and the sites hear documentSaved and
-    /// documentUpdated. On failure returns false with one error that names the file and the cause, the
-    /// document is as it was, and the sites hear documentSaveFailed. Refused are, unless a handler agrees: a
-    /// file that is write-protected (IDocMgmtHandler::onSavingReadOnlyFiles) and one that another program
-    /// changed since it was opened or saved (onSavingChangedFiles). A file that is gone is written anew. Can
+    /// byte; a symbolic link stays one. On success every asset is clean, and the sites are told documentSaved
+    /// and documentUpdated. On failure returns false with one error that names the file and the cause, the
+    /// document is unchanged, and the sites are told documentSaveFailed. Unless a handler agrees, it refuses
+    /// a file that is write-protected (IDocMgmtHandler::onSavingReadOnlyFiles) and one that another program
+    /// changed since it was opened or saved (onSavingChangedFiles). A file that is gone is written again. Can
     /// be cancelled.
     ///
     /// A document without a path gets one from a handler (IDocMgmtHandler::onSavingUnnamed); if that stops,
-    /// nothing is saved and nothing is told.
+    /// nothing is saved and nothing is reported.
     bool save(Status& status);
-    /// The same to another path, which is the document's own from then on. The sites hear documentUpdated;
-    /// documentSaved is for the caller to tell.
+    /// The same to another path, which is the document's own from then on. The sites are told
+    /// documentUpdated; firing documentSaved is up to the caller.
     bool saveAs(const std::wstring& path, Status& status);
     /// Whether the file on the disk is write-protected.
     [[nodiscard]] bool isReadOnly() const;
@@ -90,7 +90,7 @@ public:
     void releaseLock(const UniqueString* source) override;
     unsigned locks() const;
 
-    /// `name`, with a number behind it if an asset of this document has that name already.
+    /// `name`, followed by a number if an asset of this document already has that name.
     [[nodiscard]] std::wstring uniqueAssetName(const std::wstring& name) const;
     /// The asset of that name, of that guid's text, or the only one whose name begins with the text; else
     /// null.
@@ -103,7 +103,7 @@ private:
     friend class DocumentSave;
     Document(DocumentType* type, const std::wstring& displayName);
     Asset* adopt(std::unique_ptr<Asset> asset);
-    /// An asset has another name.
+    /// An asset was renamed.
     void namesChanged();
     void takePath(const std::wstring& path);
     void tellUpdated();
@@ -112,7 +112,7 @@ private:
     boost::uuids::uuid m_identifier;
     DocumentType* m_type;
     std::wstring m_path;
-    /// Kept, since it is looked for often and costs a look at the disk.
+    /// Cached, since it is compared often and costs a disk access.
     std::string m_comparablePath;
     std::wstring m_importedFrom;
     std::wstring m_displayName;

@@ -20,7 +20,7 @@ private:
     Document* m_document;
 };
 
-/// What went wrong with a document, in one error.
+/// What failed with a document, in one error.
 class DocumentFailureEvent : public Implements<DocumentFailureEvent, DocumentEvent>
 {
 public:
@@ -43,14 +43,14 @@ public:
     /// A document that was opened by the program itself, not by a command, and has no session yet.
     virtual void documentOpenedInBackground(DocumentEvent*) {}
     virtual void documentSaved(DocumentEvent*) {}
-    /// Document::save or saveAs gave up; the document is as it was. Whoever called may be about to clear the
-    /// status, so this is the place from which the user gets to know.
+    /// Document::save or saveAs gave up; the document is unchanged. The caller may be about to clear the
+    /// status, so this is where the user gets informed.
     virtual void documentSaveFailed(DocumentFailureEvent*) {}
-    /// Something about the document is to be shown anew: its name, its dirty state, its active asset.
+    /// Something shown about the document changed: its name, its dirty state, its active asset.
     virtual void documentUpdated(DocumentEvent*) {}
     virtual void documentActiveAssetChanged(DocumentEvent*) {}
-    /// With timing Before, while everything of the document is still there; with After, when DocumentMgr
-    /// doesn't list it any more and its assets are about to go.
+    /// With timing Before, while everything of the document still exists; with After, when DocumentMgr no
+    /// longer lists it and its assets are about to be destroyed.
     virtual void documentClosed(DocumentEvent*) {}
 };
 

@@ -13,9 +13,9 @@ namespace Native {
 class FileLock;
 }
 
-/// Sees to it that of several programs one works on a document's file: this run notes beside each file that
-/// it has it, and a document whose file another one has (HeldFiles) is read only until that lets it go.
-/// Recovery files are nobody's. Does nothing before `start`. Main thread only.
+/// Ensures that only one of several programs works on a document's file: this run notes next to each file
+/// that it holds it, and a document whose file another program holds (HeldFiles) is read-only until it is
+/// released. Recovery files belong to nobody. Does nothing before `start`. Main thread only.
 class DocumentLocks : private DocumentEventSite
 {
 public:
@@ -23,17 +23,17 @@ public:
 
     /// For a run in which a person works.
     void start();
-    /// Lets go of all files.
+    /// Releases all files.
     void end();
 
-    /// Looks whether the other one has let go, and takes the file then. With `anyway` it is taken even if a
-    /// program on another machine may still have it. True if the document isn't held elsewhere now.
+    /// Checks whether the other program has released the file, and takes it then. With `anyway` it is taken
+    /// even if a program on another machine may still have it. True if the document isn't held elsewhere now.
     bool takeAgain(Document* document, bool anyway = false);
 
     /// Whether another program has changed what is in the document's file since it was opened or saved.
     [[nodiscard]] static bool isChangedOutside(const Document& document);
 
-    /// Called with a document that turns out to be held by somebody else, or is no longer.
+    /// Called with a document that turns out to be held by somebody else, or no longer is.
     void onChange(std::function<void(Document*)> callback) { m_changed = std::move(callback); }
 
 private:
@@ -47,7 +47,7 @@ private:
 
     struct Held
     {
-        std::wstring path; ///< Of the document when it was looked at.
+        std::wstring path; ///< Of the document when it was checked.
         std::unique_ptr<Native::FileLock> lock;
     };
     bool take(Document* document, Held& held, bool anyway);

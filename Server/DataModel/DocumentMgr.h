@@ -34,7 +34,8 @@ public:
     /// A new document with one active asset of the type. Null, with the reason, if the type's document type
     /// is unknown.
     Document* create(AssetType* type, Status& status);
-    /// Opens a native file, or gives the open document of that path. Null, with the reasons, on failure.
+    /// Opens a native file, or returns the already open document of that path. Null, with the reasons, on
+    /// failure.
     Document* open(const std::wstring& path, Status& status);
     /// Whether the file is a native one, by its name or by its content.
     [[nodiscard]] bool isNative(const std::wstring& path) const;
@@ -48,15 +49,15 @@ public:
     unsigned documentTypes() const { return static_cast<unsigned>(m_types.size()); }
     DocumentType* documentType(unsigned index) const { return m_types.at(index); }
     DocumentType* documentType(const std::string& identifier) const;
-    /// Not owned; must be unregistered before it goes. False if the identifier is taken.
+    /// Not owned; must be unregistered before it is destroyed. False if the identifier is taken.
     bool registerDocumentType(DocumentType* type);
     void unregisterDocumentType(DocumentType* type);
 
     /// Adds the assets that no other asset and no document's list refers to.
     void getUnreferencedAssets(std::vector<Asset*>& assets) const;
 
-    /// The asset that the user works on, as the sessions tell it; what a translator saves if its context
-    /// names none.
+    /// The asset that the user works on, as set by the sessions; what a translator saves if its context names
+    /// none.
     Asset* activeAsset() const { return m_activeAsset; }
     void activeAsset(Asset* asset) { m_activeAsset = asset; }
 

@@ -10,19 +10,19 @@ namespace Vs {
 
 class Document;
 
-/// Opens several files at once. They are read side by side: foreign files each by a worker of its own, native
+/// Opens several files at once. They are read in parallel: foreign files each by a worker of its own, native
 /// ones by threads.
 class DocumentOpener
 {
 public:
     explicit DocumentOpener(std::vector<boost::filesystem::path> paths) : m_paths(std::move(paths)) {}
 
-    /// Begins to read a foreign file that is going to be opened soon, however, while the program still
-    /// starts. Tells nothing of what goes wrong: opening does. Main thread.
+    /// Begins to read a foreign file that will be opened soon in some way, while the program is still
+    /// starting. Reports no errors: opening does. Main thread.
     static void expect(const boost::filesystem::path& path);
 
-    /// What goes wrong with one file adds its error to the status and leaves the others alone. Option 1 is
-    /// the ordinary way; 0 stops at the first error.
+    /// A failure with one file adds its error to the status and doesn't affect the others. Option 1 is the
+    /// normal way; 0 stops at the first error.
     void open(Status& status, int option);
 
     /// The documents that were opened, in the order of the paths.

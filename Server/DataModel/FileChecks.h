@@ -5,8 +5,8 @@
 
 namespace Vs {
 
-/// Hears of open documents whose files were found to be damaged where opening didn't look. The event's status
-/// says where, in one error; the document is as it was.
+/// Told of open documents whose files were found to be damaged where opening didn't look. The event's status
+/// says where, in one error; the document is unchanged.
 class FileDamageEventSite : public EventSite
 {
 public:
@@ -26,15 +26,15 @@ public:
 
 } // namespace Vs
 
-/// Opening a native file reads what is shown, and leaves the rest alone, above all the exact data. Whether
-/// that is still as it was saved is looked at afterwards, on a thread that gets the processor and the disk
-/// when nobody else wants them.
+/// Opening a native file reads what is shown and leaves the rest, above all the exact data. Whether that is
+/// still as it was saved is checked afterwards, on a thread that gets the processor and the disk when nobody
+/// else needs them.
 namespace Vs::FileChecks {
 
-/// Where what was found waits to be told: the main loop runs it. Never destroyed.
+/// The queue of results to report, which the main loop runs. Never destroyed.
 [[nodiscard]] Tasks& results();
 
-/// Waits until every file that was opened so far has been looked at. Main thread.
+/// Waits until every file that was opened so far has been checked. Main thread.
 void wait();
 
 } // namespace Vs::FileChecks

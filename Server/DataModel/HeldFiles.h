@@ -8,11 +8,11 @@ namespace Vs {
 
 class Document;
 
-/// Whose files somebody else works on, as DocumentLocks finds out. Main thread only.
+/// The files that somebody else works on, as found by DocumentLocks. Main thread only.
 class HeldFiles
 {
 public:
-    /// Null if nobody has the document's file, or this run has.
+    /// Null if nobody holds the document's file, or this run does.
     [[nodiscard]] static const FileUser* holder(const Document* document);
     /// Nobody for nothing.
     static void note(const Document* document, std::optional<FileUser> user);

@@ -45,7 +45,7 @@ public:
 
     [[nodiscard]] static EDocMgmtOpCode notifyPreClosingDocuments(const Documents& documents);
     [[nodiscard]] static EDocMgmtOpCode notifySavingMigratedFiles(const Documents& documents);
-    /// Hands on only the documents that are dirty; goes on without asking if none is.
+    /// Passes on only the dirty documents; continues without asking if there are none.
     [[nodiscard]] static EDocMgmtOpCode notifyClosingDirtyDocuments(const Documents& documents);
     [[nodiscard]] static EDocMgmtOpCode notifySavingFirstTime(const Documents& documents);
     /// Go on only if a handler says so: no opinion, where nobody has one, means that the file stays as it is.

@@ -4,21 +4,21 @@
 
 namespace Vs::Scene {
 
-/// A rectangle of the screen, and what is wanted of what it holds.
+/// A rectangle of the screen, and what is wanted from its content.
 struct AreaWish
 {
     double left = 0, bottom = 0, right = 0, top = 0; ///< In pixels of the projection.
-    /// Also what lies in it only in part.
+    /// Also what lies only partly in it.
     bool crossing = false;
-    /// What is hidden everywhere in the rectangle doesn't count.
+    /// What is hidden everywhere in the rectangle is left out.
     bool visibleOnly = true;
-    /// Whole bodies; or those of their parts, by bits `1 << Part`.
+    /// Whole bodies; or their parts of these kinds, by bits `1 << Part`.
     bool bodies = true;
     unsigned parts = 0;
 };
 
-/// The bodies and parts in a rectangle, in the order of the nodes. Those of bodies have no part. Only path,
-/// transformation and part are told of each.
+/// The bodies and parts in a rectangle, in the order of the nodes. Bodies have no part. Only path,
+/// transformation and part of each are set.
 [[nodiscard]] std::vector<PickedPoint> pickArea(const Rendra::Graphics::Node& root,
                                                 const Projection& projection, const AreaWish& wish);
 

@@ -33,7 +33,7 @@ public:
     virtual void cameraChanged(CameraEvent* event) = 0;
 };
 
-/// Tells of every change of every camera.
+/// Reports every change of every camera.
 class CameraEventSource : public EventSource<CameraEventSite>
 {
 public:
@@ -41,14 +41,14 @@ public:
     void fireCameraChanged(CameraEvent* event) { fire(&CameraEventSite::cameraChanged, event); }
 };
 
-/// What a camera frames, for fits that want to know more of it than a box. Main thread only.
+/// What a camera frames, for fits that need to know more about it than a box. Main thread only.
 class CameraSubject
 {
 public:
     virtual ~CameraSubject() = default;
 
-    /// What of a canvas is free of other things. Pixels; x to the right and y upwards from the middle of the
-    /// canvas. Without a size there is no canvas to heed.
+    /// The part of a canvas that nothing covers. Pixels; x to the right and y upwards from the middle of the
+    /// canvas. A zero size means that there is no canvas to consider.
     struct Room
     {
         double width = 0, height = 0; ///< Of the whole canvas.
@@ -58,8 +58,8 @@ public:
     /// The free part in which something of this shape, width by height, becomes largest.
     [[nodiscard]] virtual Room roomFor(double aspect) const = 0;
 
-    /// The point that lies farthest in a direction, of what has this box around it. False if that is not
-    /// known, so that the corners of the box are taken for it.
+    /// The point of the content of this box that lies farthest in a direction. False if that is not known, so
+    /// that the corners of the box are used.
     [[nodiscard]] virtual bool outermost(const BBox& box, const GkVector3d& direction,
                                          GkPoint3d& point) const = 0;
 };
@@ -71,14 +71,13 @@ public:
 /// the distance from position to target, how wide the lens is.
 ///
 /// Every accessor returns what was set last, to the last bit, so that a camera can be written down and set
-/// again. What makes no sense (an up along the direction, clip planes that cut the model away) is mended when
-/// the matrices are made, not where it is set. Values that are no finite numbers, or beyond 1e100, are
-/// ignored. Main thread only.
+/// again. What makes no sense (an up along the direction, clip planes that cut the model away) is corrected
+/// when the matrices are made, not where it is set. Values that are not finite, or beyond 1e100, are ignored.
+/// Main thread only.
 class Camera : public Implements<Camera, SharedObject>
 {
 public:
-    /// What the larger extent measures at distance 1 with the lens that a new perspective gets: an angle of
-    /// 30 degrees.
+    /// The larger extent at distance 1 with the default lens of a perspective: an angle of 30 degrees.
     static constexpr float s_normalPersLens = 0.53589838f;
 
     /// Looks from the top, the front and the right at the origin, Z up, with a perspective.
@@ -103,7 +102,7 @@ public:
     /// An EProjection; any other number is ignored.
     int projection() const { return m_projection; }
     void projection(int projection);
-    /// Changes the projection and keeps the size of what stands at the target.
+    /// Changes the projection and keeps the size of what is at the target.
     void toggleProjection(EProjection projection);
 
     /// Length one, from position to target.
@@ -115,7 +114,7 @@ public:
     [[nodiscard]] double distance() const { return m_position.distanceTo(m_target); }
     /// The angle in radians under which the larger of the extents is seen; 0 in a parallel projection.
     double perspectiveAngle() const;
-    /// Changes the angle by moving the position, so that what stands at the target keeps its size.
+    /// Changes the angle by moving the position, so that what is at the target keeps its size.
     void perspectiveAngle(double radians);
 
     /// The point about which a passive orbit turns, if it is enabled.
@@ -130,11 +129,11 @@ public:
     /// The same about the pivot.
     void orbitAroundPivot(double dx, double dy);
     /// Turns the view about `centre` by `pixels` of mouse movement: about the screen's horizontal axis if
-    /// `vertical`, else about `axis`. A vertical turn stops where it would put upside down what is upright:
+    /// `vertical`, else about `axis`. A vertical turn stops where it would turn upside down what is upright:
     /// the direction that is up in the world (`upright`), or where that isn't known or lies across the turn,
     /// `axis`.
     void constrainedOrbit(double pixels, bool vertical, const GkVector3d& axis, const GkPoint3d& centre);
-    /// What is up in the world, for vertical turns; zero, as at first, where nothing is.
+    /// The up direction of the world, for vertical turns; zero, the default, if there is none.
     void upright(const GkVector3d& up);
     /// Turns the camera about its direction, clockwise for the viewer (the picture turns the other way).
     void roll(double radians);
@@ -142,30 +141,30 @@ public:
     void roll(double radians, const GkPoint3d& centre);
     /// Moves position and target.
     void dolly(const GkVector3d& shift);
-    /// Makes what stands at the target `factor` times as large; a perspective comes nearer and keeps its
-    /// lens. A factor of 0 or less is ignored, as is one that would leave the range where numbers stay exact.
+    /// Makes what is at the target `factor` times as large; a perspective comes nearer and keeps its lens. A
+    /// factor of 0 or less is ignored, as is one that would leave the range where numbers stay exact.
     void zoom(double factor);
     /// Brings the target to `depth` from the position along the direction, so that turns and zooms are about
     /// what is seen there. The picture stays as it is: the extents of a perspective change with the distance,
-    /// a parallel projection takes its position along. A depth in or behind the position of a perspective, or
+    /// a parallel projection moves its position along. A depth at or behind the position of a perspective, or
     /// one that would leave the range where numbers stay exact, is ignored.
     void slideTarget(double depth);
     /// Frames the box with a small margin, whatever the shape of the viewport, without turning the camera; a
     /// perspective keeps its lens. With a subject, what is in the box is framed, in the part of the canvas
-    /// that is free. An empty box changes nothing; a mere point is brought to the centre. The pivot is given
-    /// up: it was chosen for another look at the model.
+    /// that is free. An empty box changes nothing; a mere point is brought to the centre. The pivot is
+    /// dropped: it was chosen for a different view of the model.
     void fit(const BBox& box);
-    /// The revision that the last fit left it with; 0 before the first one. What a fit comes to depends on
-    /// the canvas, so that it isn't the same everywhere.
+    /// The revision that the last fit left it with; 0 before the first one. The result of a fit depends on
+    /// the canvas, so it isn't the same everywhere.
     uint64_t fitRevision() const { return m_fitRevision; }
-    /// What `fit` asks; one that has gone is not asked.
+    /// What `fit` asks; ignored once it is gone.
     void subject(std::weak_ptr<const CameraSubject> subject) { m_subject = std::move(subject); }
     /// Looks along `direction` from the old distance at the old target.
     void look(const GkVector3d& direction, const GkVector3d& up);
 
     /// World to camera coordinates: x to the right, y up, z towards the viewer.
     [[nodiscard]] GkMatrix3d viewMatrix() const;
-    /// Everything of another camera but the pivot, the subject and what is upright.
+    /// Copies everything of another camera except the pivot, the subject and the upright direction.
     void copyFrom(const Camera& other);
 
     /// Grows by at least one with every change; never shared with another camera's value.

@@ -9,16 +9,16 @@
 namespace Vs::Scene {
 
 /// What surrounds a model: it lights the bodies, is mirrored in them, and is seen behind them as a dome. Made
-/// of a few numbers, not of pictures, so that it costs nothing to have and has no smallest detail. All
-/// colours are linear. Directions are those of a scene whose up is z.
+/// of a few numbers, not of pictures, so it costs nothing and has detail at any scale. All colours are
+/// linear. Directions are those of a scene whose up is z.
 struct Environment
 {
-    /// A light so far away that it has a direction, but no place.
+    /// A light so far away that it has a direction but no position.
     struct Lamp
     {
         GkVector3d direction; ///< Towards the lamp, length one.
-        Colour colour;        ///< What a white face that looks at it reflects.
-        float size;           ///< Sine of half the angle under which it is seen: how soft its gloss is.
+        Colour colour;        ///< What a white face turned towards it reflects.
+        float size;           ///< Sine of half its angular size: how soft its highlights are.
     };
 
     std::wstring id;
@@ -31,13 +31,13 @@ struct Environment
     float stars; ///< How bright they are; 0 for none.
     std::array<Lamp, 3> lamps;
     Colour plain; ///< The background without a dome.
-    Colour line;  ///< Of edges that are seen before the background.
+    Colour line;  ///< Of edges seen against the background.
     Colour grid;
 
-    /// The colour of the layout grid's lines, which are seen on this environment's ground.
+    /// The colour of the layout grid's lines, as visible on this environment's ground.
     const Colour& gridColor() const { return grid; }
     /// What is seen in a direction of length one, without the lamps, linear. With a `blur` from 0 to 1 it is
-    /// a mean of what is around the direction, as a rough mirror shows it.
+    /// averaged around the direction, as in a rough mirror.
     [[nodiscard]] Colour seen(const GkVector3d& direction, float blur = 0) const;
 };
 

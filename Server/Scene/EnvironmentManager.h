@@ -7,21 +7,21 @@
 
 namespace Vs::Scene {
 
-/// The environments that there are, and the one that all views show. Main thread only, but environments are
-/// never changed and may be read anywhere.
+/// The available environments, and the one that all views show. Main thread only, but environments are never
+/// changed and may be read anywhere.
 class EnvironmentManager
 {
 public:
     static EnvironmentManager* getEnvManager();
 
-    /// What was set last, in this run or an earlier one, letter by letter; the usual one if nothing was.
+    /// What was set last, in this run or an earlier one, verbatim; the default if nothing was.
     std::wstring activeEnvironmentID() const;
-    /// Keeps the id among the user's options, whose sites hear of it. Any id is kept, so that one of a later
-    /// version survives being seen by this one; how unknown ones look says `environment`.
+    /// Stores the id among the user's options, whose sites are notified. Any id is kept, so that one from a
+    /// later version survives this one; `environment` says how unknown ones look.
     void activeEnvironmentID(const std::wstring& id);
 
     /// What views show as long as nothing was set: "PhotoBooth", or what suits a window in dark colours.
-    /// Views that are there are not told. Isn't kept.
+    /// Existing views are not notified. Not stored.
     void usualEnvironmentID(const std::wstring& id) { m_usual = id; }
 
     const Environment& activeEnvironment() const { return environment(activeEnvironmentID()); }

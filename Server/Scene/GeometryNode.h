@@ -18,7 +18,7 @@ struct Texture
     std::vector<uint8_t> pixels; ///< RGBA, not premultiplied, the top row first, without gaps.
     GkPoint2d anchor;            ///< Where the node stands in the picture, in its pixels from the middle.
     double scale = 1;            ///< Logical pixels of the screen for one of the picture.
-    double occludedOpacity = 1;  ///< How much of it shows through what hides it, from 0 to 1.
+    double occludedOpacity = 1;  ///< Its opacity through whatever hides it, from 0 to 1.
 };
 
 enum class EBillboard {
@@ -33,8 +33,8 @@ struct Billboard
     EBillboard kind = EBillboard::None;
 };
 
-/// What is drawn to help the user and is no body: reticles, markers. Its lines count in the bounds of the
-/// scene, its picture does not, and neither can be picked.
+/// Drawn to help the user, and not a body: reticles, markers. Its lines count in the bounds of the scene, its
+/// picture does not, and neither can be picked.
 class GeometryNode : public Vs::Implements<GeometryNode, Node>
 {
 public:
@@ -45,12 +45,12 @@ public:
     /// Null for none.
     const std::shared_ptr<const Texture>& texture() const { return m_texture; }
     const Billboard& billBoard() const { return m_billboard; }
-    /// Nodes of a higher priority are drawn later, and so over the others; a picture stands so many of its
-    /// half sizes before its place.
+    /// Nodes of a higher priority are drawn later, and so over the others; a picture is drawn this many of
+    /// its half sizes in front of its place.
     int depthPriority() const { return m_depthPriority; }
     /// Whether its lines count in the bounds of the scene. Default true.
     bool countsInBounds() const { return m_countsInBounds; }
-    /// Identifies what was drawn to whoever asks later; means nothing to the scene.
+    /// Identifies what was drawn to its maker; means nothing to the scene.
     int clientType() const { return m_clientType; }
 
 protected:

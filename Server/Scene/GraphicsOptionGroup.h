@@ -11,7 +11,7 @@ public:
     static GraphicsOptionGroup* get();
 
     Option<bool> MSAA{*this, "MSAA", true}; ///< Smooth edges.
-    /// A picture has no background, but transparency; views on the screen always have one.
+    /// Pictures have transparency instead of a background; views on the screen always have one.
     Option<bool> transparentBackground{*this, "transparentBackground", false};
     Option<bool> displayGroundPlane{*this, "displayGroundPlane", false};
     Option<bool> displayDome{*this, "displayDome", true}; ///< The shaded sky behind the model.
@@ -22,12 +22,12 @@ public:
     Option<bool> ambientOccludedEnabled{*this, "ambientOccludedEnabled", true}; ///< Darker corners.
     Option<bool> showLayoutGrid{*this, "showLayoutGrid", false};
     Option<bool> showGridRefNumbers{*this, "showGridRefNumbers", false};
-    /// A pick in a view takes only what is seen there; else also what lies behind.
+    /// A pick in a view takes only what is visible there; else also what lies behind.
     Option<bool> selectClosestItemOnly{*this, "selectClosestItemOnly", true};
     Option<int> NPREffect{*this, "NPREffect", 0};
     Option<int> selectionEffectOption{*this, "selectionEffectOption", 1};
     Option<int> visualStyle{*this, "visualStyle", 2}; ///< An EVisualStyle.
-    /// Edges in which faces go on smoothly: "faint", "full" as others, or "none".
+    /// Edges at which faces meet smoothly: "faint", "full" like others, or "none".
     Option<std::wstring> tangentEdges{*this, "tangentEdges", L"faint"};
     Option<int> objectShadowType{*this, "objectShadowType", 0}; ///< 0 none, 1 sharp, 2 and 3 soft.
     Option<int> cameraProjection{*this, "cameraProjection", 2}; ///< An EProjection.

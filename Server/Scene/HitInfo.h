@@ -7,9 +7,9 @@
 
 namespace Vs::Scene {
 
-/// Between world, camera and screen coordinates, as a fragment's camera stood when the transformer was made:
-/// it doesn't follow the camera. Screen coordinates are those of Projection. Each operation returns false,
-/// with `result` as it was, if the result would be no finite point.
+/// Between world, camera and screen coordinates, for a fragment's camera as it was when the transformer was
+/// made: it doesn't follow the camera. Screen coordinates are those of Projection. Each operation returns
+/// false, with `result` unchanged, if the result would not be a finite point.
 class ViewFragmentTransformer : public Implements<ViewFragmentTransformer, SharedObject>
 {
 public:
@@ -28,8 +28,8 @@ private:
     Projection m_projection;
 };
 
-/// What lies at a place of a canvas. On a body: its surface there. Beside all bodies: the place in the plane
-/// of the camera's target, which is all that the background has.
+/// What lies at a place of a canvas. On a body: its surface there. Off all bodies: the place in the plane of
+/// the camera's target, which is all that the background has.
 class RawHitInfo : public Implements<RawHitInfo, SharedObject>
 {
 public:
@@ -61,18 +61,18 @@ using NodePath = std::vector<StrongRef<Rendra::Graphics::Node>>;
 class SceneSelection : public Implements<SceneSelection, Selection>
 {
 public:
-    /// Looks what lies at a place of a canvas, logical pixels from its upper left corner. Null if nothing
+    /// Finds what lies at a place of a canvas, in logical pixels from its upper left corner. Null if nothing
     /// does and `background` is false, or if the fragment has no background to select.
     static StrongRef<SceneSelection> find(Rendra::Graphics::GroupNode* viewNode,
                                           Rendra::Graphics::GroupNode* fragmentNode, double width,
                                           double height, double x, double y, bool background);
 
-    /// All that the wish asks for at that place, as pickAt orders it, and no background.
+    /// Everything that the wish asks for at that place, ordered as by pickAt, without the background.
     static std::vector<StrongRef<SceneSelection>> findAll(Rendra::Graphics::GroupNode* viewNode,
                                                           Rendra::Graphics::GroupNode* fragmentNode,
                                                           double width, double height, double x, double y,
                                                           const PickWish& wish);
-    /// What stands at the end of the path, found without a place of a canvas. Null for an empty path.
+    /// The end of the path, given without a place of a canvas. Null for an empty path.
     static StrongRef<SceneSelection> at(NodePath path);
 
     /// The nodes from below the fragment down to the body; empty for the background.

@@ -22,8 +22,8 @@ public:
     }
 };
 
-/// From the coordinates in which the bounding box of the path's last node is told (those of the node above
-/// it) to those above the first. False if the path is empty.
+/// From the coordinates of the bounding box of the path's last node (those of the node above it) to those
+/// above the first. False if the path is empty.
 [[nodiscard]] bool NetTransform(const NodePath& path, GkMatrix3d& matrix);
 
 } // namespace Vs::Scene

@@ -24,18 +24,18 @@ class GroupNode;
 /// How a node stands out from its surroundings.
 enum class Highlight : uint8_t { None, Pointed, Selected };
 
-/// What a node of the scene belongs to above: the data of a view, of a fragment.
+/// What a node of the scene stands for above the scene: the data of a view or of a fragment.
 class NodeData : public Vs::Implements<NodeData>
 {
 public:
-    /// Of the data that knows a source (Scene::INodeSource): the source is going.
+    /// For data that knows a source (Scene::INodeSource): the source is being destroyed.
     virtual void clearSource() {}
 };
 
-/// What a body consists of, as its mesh counts it.
+/// What a body consists of, as numbered in its mesh.
 enum class Part : uint8_t { Face, Edge, Vertex };
 
-/// A part of a body that stands out by itself.
+/// A part of a body that is highlighted by itself.
 struct LitPart
 {
     Part part;
@@ -55,18 +55,18 @@ public:
     uint64_t id() const { return m_id; }
     /// Empty for most.
     const std::string& name() const;
-    /// What it stands for to the one who made it and gave it this (NodeChange::owner); null for most. Nodes
-    /// don't look at it.
+    /// What it stands for to whoever made it and set this (NodeChange::owner); null for most. Nodes don't use
+    /// it.
     const void* owner() const { return m_owner; }
     /// Into the coordinates of the group above.
     GkMatrix3d transform() const { return m_place.matrix(); }
     /// A hidden node hides all below it.
     bool visible() const { return m_visible; }
-    /// Holds for all bodies below that no deeper colour claims.
+    /// Applies to all bodies below that have no deeper colour.
     const std::optional<Vs::Colour>& colour() const { return m_colour; }
-    /// Holds for all below, the stronger of several winning.
+    /// Applies to all below; the stronger of several wins.
     Highlight highlight() const { return m_highlight; }
-    /// Whether bodies here and below are drawn faintly and can't be picked; what a deeper node says wins.
+    /// Whether bodies here and below are drawn faintly and can't be picked; a deeper node's setting wins.
     const std::optional<bool>& ghost() const { return m_ghost; }
 
     /// The box around all that is visible here and below, in the coordinates of the group above. A group
@@ -78,7 +78,7 @@ public:
     uint64_t revision() const { return m_revision; }
     /// The number of the last change of this node or of any below.
     virtual uint64_t subtreeRevision() const { return m_revision; }
-    /// The number of the last change here or below of what is where: not of colours and highlights.
+    /// The number of the last change here or below of shapes or places, not of colours and highlights.
     uint64_t placesRevision() const { return m_placesRevision; }
 
 protected:
@@ -90,7 +90,7 @@ private:
     friend class BodyNode;
     friend class GroupNode;
     friend class Vs::Scene::NodeChange;
-    // What few nodes have.
+    // What only few nodes have.
     struct Rare
     {
         std::string name;
@@ -107,7 +107,7 @@ private:
     bool isUnder(const GroupNode* parent) const;
     Rare& rare();
 
-    // There are as many nodes as parts: their order leaves no gaps.
+    // There are as many nodes as parts, so the members are ordered to leave no gaps.
     Highlight m_highlight = Highlight::None;
     bool m_visible = true;
     std::optional<bool> m_ghost;
@@ -164,7 +164,7 @@ public:
 
     /// Null as long as the mesh is still being made; nothing is drawn until then.
     const std::shared_ptr<const Vs::BodyMesh>& mesh() const { return m_mesh; }
-    /// Where neither a face nor a node above has a colour of its own.
+    /// Used where neither a face nor a node above has its own colour.
     const Vs::Colour& bodyColour() const { return m_bodyColour; }
     /// In no particular order.
     const std::vector<LitPart>& litParts() const;

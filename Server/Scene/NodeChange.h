@@ -5,13 +5,13 @@
 
 namespace Vs::Scene {
 
-/// Changes a node of the scene. What is set to the value that it has already is no change, and nothing is
-/// drawn again for it.
+/// Changes a node of the scene. Setting a value that is already set is not a change, and nothing is redrawn
+/// for it.
 class NodeChange
 {
 public:
     /// New nodes, hung under `parent` unless that is null. Geometry has one level of detail: what it shows
-    /// keeps its size on the screen or is a handful of lines. `transient` ones, as all of today, are never
+    /// keeps its size on the screen or is a handful of lines. `transient` ones, as all are today, are never
     /// saved.
     static StrongRef<Rendra::Graphics::GeometryNode>
     createLODGeometryNode(Rendra::Graphics::GroupNode* parent, bool transient);
@@ -23,7 +23,7 @@ public:
     static StrongRef<Rendra::Graphics::InstanceNode> createGroupNode(Rendra::Graphics::GroupNode* parent,
                                                                      int pass, bool pickable, bool transient);
 
-    /// `node` must not be null, and stays alive as long as the change.
+    /// `node` must not be null, and must outlive the change.
     explicit NodeChange(Rendra::Graphics::Node* node) : m_node(node)
     {
         assertMainThread();
@@ -33,10 +33,10 @@ public:
     NodeChange& name(const std::string& name);
     /// Node::owner.
     NodeChange& owner(const void* owner);
-    /// So many children are about to be added to a group.
+    /// This many children are about to be added to a group.
     NodeChange& expect(size_t coming);
     NodeChange& transform(const GkPlacement& transform);
-    /// Moves the node's origin to `point`, without turning it. A point that is no number changes nothing.
+    /// Moves the node's origin to `point`, without turning it. A point that is not finite changes nothing.
     NodeChange& transform(const GkPoint3d& point);
     NodeChange& visible(bool visible);
     NodeChange& colour(const std::optional<Colour>& colour);
@@ -71,7 +71,7 @@ public:
     NodeChange& remove(const Rendra::Graphics::Node* child);
     NodeChange& removeAll();
     NodeChange& data(std::unique_ptr<Rendra::Graphics::NodeData> data);
-    /// Takes the source out of the data of a view's node: the view that it came from is going.
+    /// Clears the source in the data of a view's node: its view is being destroyed.
     NodeChange& clearSource();
 
 private:

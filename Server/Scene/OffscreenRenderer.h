@@ -21,30 +21,31 @@ struct Image
     const uint8_t* pixel(uint32_t x, uint32_t y) const { return &pixels[(size_t(y) * width + x) * 4]; }
 };
 
-/// What a still picture is to have.
+/// The settings of a still picture.
 struct ImageOptions
 {
     bool antiAliasing = true;
     bool transparentBackground = false;
     bool dome = true;                       ///< As RenderTarget::dome.
     bool grid = false, gridNumbers = false; ///< As in RenderTarget.
-    bool highlights = true;                 ///< Whether what is selected or pointed at stands out.
+    bool highlights = true;                 ///< Whether what is selected or pointed at is highlighted.
     /// Many more samples for each pixel where `antiAliasing` is on: for pictures that are kept, not for a
     /// canvas that moves.
     bool fine = true;
     bool moving = false;  ///< As RenderTarget::moving.
     bool effects = false; ///< As RenderTarget::effects; a fine picture has them always.
-    /// Pixels of the picture for each logical one: for a dense screen, on which lines have as many more.
+    /// Pixels of the picture per logical pixel: for high-density screens, on which lines are wider by the
+    /// same factor.
     float pixelRatio = 1;
 
     /// Those of the GraphicsOptionGroup.
     static ImageOptions current();
 };
 
-/// Draws views without a window, and without a display: on a context of its own, that it makes at the first
-/// picture and keeps. What was drawn before is kept as well, so that a second picture of a model costs only
-/// what changed. Works in a thread of its own, and so leaves alone whatever context the caller has current;
-/// the caller waits. Main thread only.
+/// Draws views without a window or display, on a context of its own that it creates at the first picture and
+/// keeps. What was drawn before is kept as well, so a second picture of a model costs only what changed.
+/// Works in a thread of its own, so the caller's current context is left alone; the caller waits. Main thread
+/// only.
 class OffscreenRenderer
 {
 public:
@@ -60,8 +61,8 @@ public:
     virtual bool render(const std::vector<ViewFragment*>& fragments, uint32_t width, uint32_t height,
                         const ImageOptions& options, Image& image, Status& status) = 0;
 
-    /// Makes the context, unless there is one. Returns false with the error in the status if there is no way
-    /// to draw on this machine.
+    /// Makes the context, unless there is one. Returns false with the error in the status if this machine
+    /// can't draw.
     virtual bool prepare(Status& status) = 0;
 
     /// Frees the context and all that it holds; the next picture makes a new one.

@@ -27,17 +27,17 @@ struct PickedPoint
     GkVector3d localNormal;
     /// The place on the ray, in lengths of its direction.
     double along = 0;
-    /// Nothing only for a mesh that doesn't tell its faces.
+    /// Empty only for a mesh without information about its faces.
     std::optional<PickedPart> part;
 };
 
-/// The nearest visible body that a ray meets, its triangles taken from both sides; nothing if it meets none,
-/// or if it is no ray (a zero direction, numbers that are none). `root` is searched with its own
+/// The nearest visible body that a ray meets, its triangles being two-sided; nothing if it meets none, or if
+/// it is not a ray (a zero direction, values that are not numbers). `root` is searched with its own
 /// transformation.
 [[nodiscard]] std::optional<PickedPoint> pick(const Rendra::Graphics::Node& root, const GkPoint3d& start,
                                               const GkVector3d& direction);
 
-/// Every face of a visible body that a ray meets, once, where it is met first; the nearest first.
+/// Every face of a visible body that a ray meets, once each, where it is first met; the nearest first.
 [[nodiscard]] std::vector<PickedPoint> pickAll(const Rendra::Graphics::Node& root, const GkPoint3d& start,
                                                const GkVector3d& direction);
 
@@ -45,7 +45,7 @@ struct PickedPoint
 struct PickWish
 {
     bool vertices = false, edges = false;
-    /// What nothing hides counts alone; else all that lies under the place, however deep.
+    /// Only what nothing hides; else everything under the place, however deep.
     bool visibleOnly = true;
     double tolerance = 5; ///< How far from the place edges and vertices may be, in pixels.
     friend bool operator==(const PickWish&, const PickWish&) = default;
@@ -53,7 +53,7 @@ struct PickWish
 
 /// What lies at a place of the screen, in pixels of the projection: vertices that are near enough, then such
 /// edges, then faces; of each kind what is nearest to the place and to the viewer first. Edges and vertices
-/// of a body that is hardly larger than the tolerance are left out: nobody can mean them.
+/// of a body hardly larger than the tolerance are left out: nobody can aim at them.
 [[nodiscard]] std::vector<PickedPoint> pickAt(const Rendra::Graphics::Node& root,
                                               const Projection& projection, double x, double y,
                                               const PickWish& wish);

@@ -6,13 +6,13 @@ namespace Vs::Scene {
 
 class Camera;
 
-/// What a camera makes of a canvas of a given size: from world coordinates to pixels and back. Screen x runs
+/// A camera's mapping for a canvas of a given size: from world coordinates to pixels and back. Screen x runs
 /// to the right and y upwards from the lower left corner, in pixels; z is the distance from the camera's
 /// position along its direction, in millimetres.
 class Projection
 {
 public:
-    /// Near and far are moved to where `bounds` needs them; an empty box leaves the camera's own.
+    /// Near and far are adapted to `bounds`; an empty box leaves the camera's own.
     Projection(const Camera& camera, double width, double height, const BBox& bounds = {});
 
     [[nodiscard]] GkPoint3d worldToScreen(const GkPoint3d& world) const
@@ -38,8 +38,8 @@ public:
     const GkMatrix3d& view() const { return m_view; }
     /// How many millimetres one pixel covers at a distance from the position.
     [[nodiscard]] double pixelSize(double distance) const;
-    /// What the same camera sees of a scene that a reflection turned inside out: triangles change their
-    /// orientation on the screen. `bounds` is the scene's as it is without the reflection.
+    /// What the same camera sees of a mirrored scene: triangles change their orientation on the screen.
+    /// `bounds` is the scene's as it is without the reflection.
     [[nodiscard]] Projection mirrored(const GkMatrix3d& reflection, const BBox& bounds) const;
     /// Camera to clip coordinates, row by row, for the part of the view from (x0, y0) to (x1, y1), each from
     /// 0 to 1.

@@ -18,7 +18,7 @@ enum EVisualStyle {
     kHelpersOnly = 9, ///< Reticles and markers, no bodies.
 };
 
-/// How one fragment is drawn. A new one has what the user's options say at that moment.
+/// How one fragment is drawn. A new one takes the user's options of that moment.
 class RenderParams
 {
 public:

@@ -11,29 +11,28 @@ struct Environment;
 
 namespace Rendra {
 
-/// How selected bodies, and those that are pointed at, stand out; the numbers are those of the user's
-/// options.
+/// How selected bodies, and those pointed at, are highlighted; the numbers are those of the user's options.
 enum ESelectionEffect {
-    kNormalEffect = 1,     ///< Tinted, with a glowing outline that is seen through everything.
+    kNormalEffect = 1,     ///< Tinted, with a glowing outline visible through everything.
     kFastEffect = 2,       ///< Tinted only.
     kSimplifiedEffect = 3, ///< Edges and the corners of a box.
     kNoEffect = 4,
 };
 
-/// How edges are drawn in which faces go on smoothly, as between a fillet and what is beside it.
+/// How edges are drawn at which faces meet smoothly, as between a fillet and its neighbours.
 enum ETangentEdges {
     kFaintTangentEdges = 0,
     kFullTangentEdges = 1,
     kNoTangentEdges = 2,
 };
 
-/// What one picture is to be drawn into and how.
+/// What one picture is drawn into, and how.
 struct RenderTarget
 {
     uint32_t framebuffer = 0; ///< Name of a framebuffer object of the current context.
     int width = 0;            ///< Of the whole picture, in pixels.
     int height = 0;
-    int samples = 1; ///< What is drawn into has to have as many samples; 1 for no anti-aliasing.
+    int samples = 1; ///< The framebuffer must have as many samples; 1 for no anti-aliasing.
     bool transparentBackground = false;
     bool dome = true; ///< The background shows the environment, not a plain colour.
     /// What lights the scene; null for the first of EnvironmentManager's choice. Must outlive the picture.
@@ -45,33 +44,33 @@ struct RenderTarget
     const Vs::LengthUnit* gridUnit = nullptr;
     int selectionEffect = kNormalEffect; ///< Any other number than an ESelectionEffect is as kFastEffect.
     int tangentEdges = kFaintTangentEdges;
-    /// Of edges, in logical pixels: a line of just one is lost where it lies between two rows.
+    /// Of edges, in logical pixels: a line of exactly one pixel would vanish between two rows.
     static constexpr float kLineWidth = 1.15f;
     /// Width of edges in pixels of the framebuffer.
     float lineWidth = kLineWidth;
     /// How many pixels of the framebuffer make one of the picture, each way; above 1 for supersampling.
     int pixelScale = 1;
-    /// Whether what costs much is drawn, if the fragment asks for it: shaded corners, shadows, mirror images,
-    /// drawings. For still pictures, and for canvases that stand still or where a graphics unit draws.
+    /// Whether expensive effects are drawn, if the fragment asks for them: ambient occlusion, shadows,
+    /// reflections, drawings. For still pictures, and for canvases that stand still or are drawn by a GPU.
     bool effects = false;
-    /// The camera is on its way, and another picture follows when it stands still: of scenes that take long,
-    /// this one is drawn with coarser meshes, and without edges and the smallest bodies.
+    /// The camera is moving, and another picture follows when it stands still: scenes that take long are
+    /// drawn with coarser meshes, and without edges and the smallest bodies.
     bool moving = false;
     /// The part of the picture that the framebuffer takes, from its lower left corner; 0 by 0 for all of it.
     int tileX = 0, tileY = 0, tileWidth = 0, tileHeight = 0;
 
-    /// With what the user's options say now. Main thread only.
+    /// With the user's current options. Main thread only.
     static RenderTarget current();
 };
 
-/// What the last picture took, for tests and benchmarks.
+/// The cost of the last picture, for tests and benchmarks.
 struct RenderStatistics
 {
     uint64_t instances = 0;      ///< Visible bodies of the scene.
     uint64_t drawnInstances = 0; ///< Of these inside the view and not too small to see.
     uint64_t drawCalls = 0;
     uint64_t triangles = 0;
-    uint64_t uploadedMeshes = 0;    ///< Sent to the graphics unit for this picture.
+    uint64_t uploadedMeshes = 0;    ///< Sent to the GPU for this picture.
     uint64_t uploadedInstances = 0; ///< The same.
 };
 

@@ -20,7 +20,7 @@ class Component;
 namespace Vs::Scene {
 
 /// The scene nodes of an asset: one group or body node for each component, kept in step with the model. A
-/// change of some components changes their nodes alone. Every asset has one:
+/// change of some components changes only their nodes. Every asset has one:
 /// `cast<Scene::SceneAssetAdapter>(asset->adapter())`.
 class SceneAssetAdapter : public Implements<SceneAssetAdapter, AssetAdapter>, private ComponentsListener
 {
@@ -33,7 +33,7 @@ public:
 
     /// The node of the root component. Never null; stays the same as long as the asset.
     Rendra::Graphics::GroupNode* rootNode() const { return m_root.get(); }
-    /// The adapter whose root node this is; null if there is none, if it is gone, or for a null.
+    /// The adapter whose root node this is; null if there is none, if it is gone, or for a null node.
     static SceneAssetAdapter* ofRootNode(const Rendra::Graphics::GroupNode* node);
     /// The node of a component, or null if there is none of that id.
     Rendra::Graphics::Node* node(const std::string& componentId) const;
@@ -45,14 +45,14 @@ public:
     /// Where the views' own nodes of this asset belong: reticles, markers, previews.
     Segment* transientSegment() { return &m_transientSegment; }
 
-    /// Hands meshes that were made since the last call to their nodes. Returns true if there were any.
+    /// Passes meshes that were made since the last call to their nodes. Returns true if there were any.
     bool update();
     /// Whether some bodies are still without a mesh.
     bool waitsForMeshes() const { return !m_waiting.empty(); }
 
 private:
-    /// The node of a component by its id: a BodyNode for a part, else a GroupNode. Where it stands is the
-    /// node's owner. The groups and their children are the tree of components, and nothing else hangs there.
+    /// The node of a component by its id: a BodyNode for a part, else a GroupNode. The entry is the node's
+    /// owner. The groups and their children mirror the tree of components, and nothing else hangs there.
     using Entries = std::unordered_map<std::string, StrongRef<Rendra::Graphics::Node>>;
     using Entry = Entries::value_type;
 
@@ -75,7 +75,7 @@ private:
     CommonData::CommonDataAssetSettings m_settings;
     StrongRef<Rendra::Graphics::GroupNode> m_root;
     Entries m_entries;
-    /// The nodes of bodies that groups have besides their children; few have one.
+    /// The body nodes that groups have besides their children; few have one.
     std::unordered_map<const Rendra::Graphics::Node*, StrongRef<Rendra::Graphics::BodyNode>> m_ownBodies;
     std::unordered_map<Rendra::Graphics::BodyNode*, StrongRef<Body>> m_waiting;
     Segment m_transientSegment;

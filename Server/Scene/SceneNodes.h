@@ -44,9 +44,9 @@ public:
     /// The asset whose model the fragment shows. Not owned; null if there is none or the asset is gone.
     SceneAssetAdapter* sceneAssetAdapter() const;
     void sceneAssetAdapter(SceneAssetAdapter* adapter);
-    /// A click beside everything selects the background, and so has a place in space. Default true; a
-    /// fragment that only draws over the model, such as a reticle, says no, and is left out of fits, picks
-    /// and pictures.
+    /// A click off all bodies selects the background, and so has a place in space. Default true; a fragment
+    /// that only draws over the model, such as a reticle, says no, and is left out of fits, picks and
+    /// pictures.
     bool supportSelectBackground() const { return m_selectBackground; }
     void supportSelectBackground(bool supports) { m_selectBackground = supports; }
 

@@ -7,8 +7,9 @@
 
 namespace Vs::Scene {
 
-/// Letters made of lines, for short texts in the scene: the numbers of a grid, the names on a cube. They need
-/// no font file, can be drawn in every direction and at every size, and look best with lines of 1.5 pixels.
+/// Letters made of strokes, for short texts in the scene: the numbers of a grid, the names on a cube. They
+/// need no font file, can be drawn in every direction and at every size, and look best with lines of 1.5
+/// pixels.
 ///
 /// Lengths are in heights of a capital letter: capitals stand on 0 and reach 1, small letters reach 0.66, and
 /// those with a tail go down to -0.26. Digits are all equally wide.
@@ -24,8 +25,8 @@ public:
     };
 
     /// Has A to Z and a to z, the German letters, digits, blank, - + . , : / ( ) ' " and what units are
-    /// written with (the signs of degree, micro, square and cube); a small box stands for whatever else is
-    /// asked for.
+    /// written with (the signs of degree, micro, square and cube); a small box stands for any other
+    /// character.
     [[nodiscard]] static const Glyph& glyph(wchar_t letter);
 
     /// How long the text is, from the left end of its first letter to the right end of its last.

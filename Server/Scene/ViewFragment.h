@@ -28,9 +28,8 @@ public:
 
     /// The box around all visible content in world coordinates; meshes that arrived meanwhile are counted.
     [[nodiscard]] BBox bounds() const;
-    /// Takes in meshes that arrived since the last call. Returns true if the next picture differs from the
-    /// one that was drawn at `seen`; `seen` is brought up to date. A picture that nothing changed need not be
-    /// drawn again.
+    /// Takes in meshes that arrived since the last call. Returns true if the next picture would differ from
+    /// the one drawn at `seen`; `seen` is updated. An unchanged picture need not be redrawn.
     bool update(uint64_t& seen) const;
 
 protected:

@@ -10,7 +10,7 @@ namespace Vu::Commands {
 /// The session's active command; null without one, or without a session.
 CommandBase* activeCommandOf(AssetSession* session);
 
-/// Tells whoever shows the session's document that it is to be shown anew. Without a document, nobody.
+/// Notifies whoever shows the session's document to refresh it. Without a document, nobody.
 void tellDocumentUpdated(const AssetSession& session);
 
 } // namespace Vu::Commands

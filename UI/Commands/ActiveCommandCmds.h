@@ -7,7 +7,7 @@ namespace Vu::Commands {
 
 class CancelCmd;
 
-/// Gives up the session's active command.
+/// Cancels the session's active command.
 class CancelCmdDef : public CommandRowDefinition<CancelCmdDef, CancelCmd>
 {
 public:

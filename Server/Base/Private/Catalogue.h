@@ -7,7 +7,7 @@
 namespace Vs {
 
 /// One domain's texts in one language, from a gettext catalogue. Reading them takes libraries that a run in
-/// English has no use for, so that it stands in a library of its own. Private to StringTable.
+/// English doesn't need, so it is in a library of its own. Private to StringTable.
 class Catalogue
 {
 public:
@@ -19,7 +19,7 @@ public:
 
 } // namespace Vs
 
-/// The caller owns the catalogue; one that is missing has no translations, and so has a damaged one, of which
-/// there is a warning. `folder` holds those of all languages.
+/// The caller owns the catalogue; a missing one has no translations, and neither has a damaged one, which
+/// causes a warning. `folder` holds those of all languages.
 extern "C" Vs::Catalogue* vsOpenCatalogue(const boost::filesystem::path& folder, const std::string& language,
                                           const std::string& domain);

@@ -6,8 +6,7 @@ namespace Vs {
 
 class OptionGroup;
 
-/// The groups that exist: a queued write asks whether its group is still there, and tests put all of them
-/// back.
+/// The existing groups: a queued write asks whether its group still exists, and tests reset all of them.
 std::set<OptionGroup*>& optionGroups();
 
 } // namespace Vs

@@ -38,8 +38,8 @@ public:
     static PythonBackend* running();
     /// Ends it, unless it is of a Python that this program is a guest of.
     static void shutdown();
-    /// Takes the one of a Python that runs already and has imported this program: it stays until the process
-    /// ends, and is not owned.
+    /// Adopts that of a Python that is already running and has imported this program: it stays until the
+    /// process ends, and is not owned.
     static void adopt(PythonBackend* backend);
 };
 

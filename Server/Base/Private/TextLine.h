@@ -6,7 +6,7 @@
 
 namespace Vs {
 
-/// Takes a line of text apart, word by word; the grammar stands at TextCommandMgr.
+/// Splits a line of text, word by word; the grammar is described at TextCommandMgr.
 class TextLine
 {
 public:
@@ -17,14 +17,14 @@ public:
         return character == L' ' || character == L'\t' || character == L'\r' || character == L'\n';
     }
 
-    /// Moves over blanks. Returns false at the end of the line.
+    /// Skips blanks. Returns false at the end of the line.
     bool skipBlanks();
 
-    /// A word that is taken as it stands, up to the next blank.
+    /// A word taken literally, up to the next blank.
     std::wstring_view plainWord();
 
     enum class Word { Parameter, Flag };
-    /// The next word without its quotes, or a flag without its slash. Call it only after skipBlanks said
+    /// The next word without its quotes, or a flag without its slash. Call it only after skipBlanks returned
     /// true. Throws Vs::Exception that names the column when a quote isn't closed.
     [[nodiscard]] Word next(std::wstring& text);
 

@@ -8,11 +8,11 @@
 
 namespace Vs {
 
-/// What a line takes, as the help text of its command says.
+/// What a line accepts, according to its command's help text.
 ///
 /// A help text begins with the usage: `<text>` is a parameter, `[...]` what may be left out, `A|B` a choice,
-/// `...` any number of further parameters, and `/Name` a flag. The first other word ends it; flags that are
-/// named behind it count as well.
+/// `...` any number of further parameters, and `/Name` a flag. The first other word ends it; flags named
+/// after it count as well.
 struct TextUsage
 {
     explicit TextUsage(const std::wstring& help);

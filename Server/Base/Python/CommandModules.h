@@ -18,7 +18,7 @@ struct FunctionDefinition
 /// Never moved. Functions live until the interpreter has ended, so these must live longer.
 using FunctionDefinitions = std::deque<FunctionDefinition>;
 
-/// The modules that subject areas are, and their functions.
+/// The modules for subject areas, and their functions.
 class CommandModules
 {
 public:

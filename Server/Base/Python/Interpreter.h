@@ -14,16 +14,16 @@
 
 namespace Vs::Python {
 
-/// CPython inside this process. Between calls the interpreter's lock is free, so that threads of scripts go
-/// on.
+/// CPython inside this process. Between calls the interpreter's lock is free, so that threads of scripts can
+/// run.
 class Interpreter : public PythonBackend
 {
 public:
     /// Throws Vs::Exception.
     Interpreter();
     /// A Python that has imported the program: it runs already, has its own streams and signals, and finds
-    /// the areas' modules where it has none of that name. `end` is called when it comes to its end, after
-    /// which no line runs any more. Held until the process ends. The interpreter is held. Throws
+    /// the areas' modules where it has none of that name. `end` is called when it ends, after which no line
+    /// runs any more. Held until the process ends. The interpreter is held. Throws
     /// pybind11::error_already_set.
     explicit Interpreter(std::function<void()> end);
     ~Interpreter() override;
@@ -62,10 +62,10 @@ private:
     pybind11::str runLine(const pybind11::str& line);
     /// Throws pybind11::error_already_set on any thread but the application's main one, and after its end.
     void requireMainThread() const;
-    /// Waits a little for the threads that scripts have left. Returns whether all have ended.
+    /// Waits a little for the threads that scripts have left running. Returns whether all have ended.
     bool threadsEnded();
 
-    /// Every Python object that is held here, so that all go before the interpreter does.
+    /// Every Python object held here, so that all are released before the interpreter.
     struct Held
     {
         pybind11::object commandError;

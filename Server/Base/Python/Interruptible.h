@@ -21,8 +21,8 @@ private:
     PyGILState_STATE m_state;
 };
 
-/// The script that runs in this scope: it shows as work that goes on, a window stays alive between its steps,
-/// and a cancel request interrupts it. The interpreter is held.
+/// The script running in this scope: it counts as long work, a window stays alive between its steps, and a
+/// cancel request interrupts it. The interpreter is held.
 class Interruptible
 {
 public:

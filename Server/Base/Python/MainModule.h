@@ -7,7 +7,7 @@
 namespace Vs::Python {
 
 /// The module `__main__` of a script, with its folder on the search path and its arguments. Scripts may run
-/// scripts: whatever this one changes of the interpreter is put back.
+/// scripts: whatever this one changes in the interpreter is restored.
 class MainModule
 {
 public:

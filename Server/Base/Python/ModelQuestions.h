@@ -7,16 +7,17 @@
 
 namespace Vs::Python {
 
-/// Adds to the module what ScriptModel answers. While nobody has models, each of these is an error.
+/// Adds to the module the functions that ScriptModel answers. While nobody provides models, each of them
+/// raises an error.
 void addModelQuestions(pybind11::module_& module);
 
-/// Has a function of Python's called with what ScriptModel tells, while the interpreter runs; what it raises
-/// is given to `failed`.
+/// Calls a Python function with what ScriptModel reports, while the interpreter runs; what it raises goes to
+/// `failed`.
 void tellChanges(const pybind11::function& heard,
                  const std::function<void(pybind11::error_already_set&)>& failed);
 /// ScriptModel::define.
 void defineInModel(ScriptModel::Command command);
-/// Nobody is told any more.
+/// Stops all reports.
 void tellNoChanges();
 
 } // namespace Vs::Python

@@ -8,14 +8,14 @@
 namespace Vs::Python {
 
 /// Hands what scripts print to the output of text lines, whole lines at a time. Threads of a script may
-/// print, too; theirs appear when the main thread comes by next.
+/// print, too; their output appears when the main thread comes by next.
 class ScriptStreams
 {
 public:
     enum class Kind { Output, Error };
 
     void write(Kind kind, const std::string& text);
-    /// The rest of a line that has no end yet, and what threads left. Main thread.
+    /// The rest of an unfinished line, and what threads left. Main thread.
     void flush();
 
 private:
@@ -28,7 +28,7 @@ private:
     void show();
 
     std::mutex m_mutex;
-    std::string m_begun[2]; ///< By kind: a line that has no end yet.
+    std::string m_begun[2]; ///< By kind: an unfinished line.
     std::vector<Line> m_lines;
     std::thread::id m_mainThread = std::this_thread::get_id();
 };

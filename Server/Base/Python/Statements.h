@@ -3,7 +3,8 @@
 namespace Vs::Python {
 
 /// The statements of a transcript, each with its first line and its source, compiled one by one: a million of
-/// them take no more memory than their text. Most are one line long. What cannot be compiled comes as None.
+/// them take no more memory than their text. Most are one line long. What cannot be compiled is given as
+/// None.
 constexpr const char* kStatements = R"(
 import __future__, codeop, io, re, types
 

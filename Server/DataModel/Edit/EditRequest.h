@@ -16,10 +16,10 @@ public:
     /// `name` is what the undo list shows, and stands before each error.
     [[nodiscard]] static EditRequest* make(const Asset* asset, const std::wstring& name, ModelEdit edit);
 
-    /// Somebody is thinking about a change: what the first one of a file needs is read meanwhile.
+    /// A change is likely soon: the data that a file's first change needs are read meanwhile.
     static void expectSoon(const Asset& asset);
 
-    /// What the change adds becomes a group, of which all are deleted with one (ComponentGroups).
+    /// What the change adds becomes a group, which is deleted with any of its members (ComponentGroups).
     void groupAdded(bool group) { m_groupAdded = group; }
     /// The components that the last execution added, by Component::id.
     const std::vector<std::string>& added() const { return m_added; }

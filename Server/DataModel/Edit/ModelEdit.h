@@ -16,15 +16,15 @@ namespace Vs {
 // component that stands in an assembly which occurs several times is changed in all of these, and a body in
 // all of its occurrences.
 
-/// Moves components. What is inside another one of them moves with that alone.
+/// Moves components. One inside another of them only moves along with that one.
 struct MoveEdit
 {
     std::vector<std::string> components;
     GkMatrix3d motion; ///< In the asset's coordinates, without scale or mirror.
 };
 
-/// Puts more occurrences beside components: of each one for every motion. A copy shows the same body, so
-/// that a change of the body is seen in both; of an assembly at the top of the tree, the parts do.
+/// Adds occurrences beside components: one of each for every motion. A copy shows the same body, so that both
+/// show a change of the body; for an assembly at the top of the tree, its parts do.
 struct CopyEdit
 {
     std::vector<std::string> components;
@@ -49,7 +49,7 @@ struct NestEdit
     std::string parent;
 };
 
-/// Joins bodies to another one, takes them away from it, or leaves of it what it has in common with them all.
+/// Joins bodies to another one, subtracts them from it, or keeps only what it has in common with all of them.
 struct CombineEdit
 {
     enum class Kind { Join, Subtract, Intersect };
@@ -59,7 +59,7 @@ struct CombineEdit
     bool keepTools = false;         ///< Else they are removed.
 };
 
-/// Rounds edges, or cuts them off at an angle of 45 degrees to flat faces.
+/// Rounds edges, or chamfers them at 45 degrees to flat faces.
 struct BlendEdit
 {
     enum class Kind { Fillet, Chamfer };
@@ -87,13 +87,13 @@ enum class EditFault {
     Apart,       ///< The bodies have nothing in common.
     NoSuchPart,  ///< The body has no such face or edge.
     FreeEdge,    ///< The edge doesn't lie between two faces.
-    SmoothEdge,  ///< The faces at the edge go over into each other.
+    SmoothEdge,  ///< The faces at the edge meet smoothly.
     TooLarge,    ///< There is no room for so large a radius or distance.
-    Invalid,     ///< What the kernel made is no sound body.
+    Invalid,     ///< The kernel's result is not a valid body.
     Refused,     ///< The kernel gave up.
-    Crashed,     ///< The kernel broke down.
-    TooLong,     ///< The kernel didn't come to an end.
-    Cancelled,   ///< The user didn't want to wait for the end.
+    Crashed,     ///< The kernel crashed.
+    TooLong,     ///< The kernel didn't finish.
+    Cancelled,   ///< The user cancelled it.
     OwnParent,   ///< An assembly was to be put into itself.
 };
 
@@ -101,7 +101,7 @@ enum class EditFault {
 class EditError : public std::runtime_error
 {
 public:
-    /// `subject` is the name of the component that it is about.
+    /// `subject` is the name of the component concerned.
     EditError(EditFault fault, std::wstring subject)
         : std::runtime_error("the change can't be made"), m_fault(fault), m_subject(std::move(subject))
     {

@@ -11,10 +11,10 @@ class FileMapping;
 class ModelFile;
 } // namespace Vs
 
-/// The exact data of native files. The kernel believes what it reads and breaks down on what is made to
-/// mislead it, so this program's kernel reads only what a kernel of this user's has written: data that the
-/// user's programs saved, which are known by their digests, or a copy of others that a worker has read and
-/// written anew. Such copies are kept in the import cache. Any thread.
+/// The exact data of native files. The kernel trusts what it reads and crashes on crafted data, so this
+/// program's kernel reads only what a kernel run by this user has written: data that the user's programs
+/// saved, identified by their digests, or a copy of other data that a worker has read and rewritten. Such
+/// copies are kept in the import cache. Any thread.
 namespace Vs::Exchange::ExactData {
 
 /// The model of a native file. Throws std::runtime_error with a message that can be shown.
@@ -26,8 +26,8 @@ struct Place
     uint64_t place;
     uint64_t size;
 };
-/// Says that these models of a file were written by this user's kernel. Returns at once; it is noted
-/// meanwhile.
+/// Records that these models of a file were written by this user's kernel. Returns at once; the note is
+/// written in the background.
 void noteOwn(std::shared_ptr<const FileMapping> file, std::vector<Place> models);
 
 } // namespace Vs::Exchange::ExactData

@@ -34,7 +34,7 @@ std::wstring nameOf(const Component& component);
 class ExportedMeshes
 {
 public:
-    /// How much of the work the meshing is told to be.
+    /// Which share of the work is reported for meshing.
     static constexpr double kShare = 0.7;
 
     /// Returns false if it was cancelled; throws std::runtime_error if there is nothing to be written.
@@ -55,7 +55,7 @@ private:
     uint64_t m_triangles = 0;
 };
 
-/// Triangles sorted by their colours, each colour with vertices of its own.
+/// Triangles grouped by colour, each colour with its own vertices.
 class ColourGroups
 {
 public:
@@ -78,13 +78,13 @@ private:
     std::vector<Group> m_groups;
 };
 
-/// From our z upwards and millimetres to y upwards and that unit, as OBJ and glTF have it.
+/// From our z-up and millimetres to y-up and that unit, as in OBJ and glTF.
 GkMatrix3d yUpwards(double unitInMillimetres);
 
 /// From ours to what the job asks for, with that axis upwards where it doesn't say.
 GkMatrix3d towards(const MeshExport& job, UpAxis usual);
 
-/// A new file that is written from front to back. Throws std::runtime_error.
+/// A new file that is written sequentially. Throws std::runtime_error.
 class ExportFile
 {
 public:
@@ -102,7 +102,7 @@ private:
     std::unique_ptr<std::FILE, Closer> m_stream;
 };
 
-/// Runs the work and turns what it throws into an error that names the file.
+/// Runs the work and turns exceptions into an error that names the file.
 bool exported(const MeshExport& job, Status& status, const std::function<bool()>& work);
 
 } // namespace Vs::Exchange

@@ -20,7 +20,7 @@ namespace Vs::Exchange {
 
 class ImportCache;
 
-/// Turns a foreign file into a model file, by the cache or by a worker.
+/// Turns a foreign file into a model file, from the cache or by a worker.
 class ForeignImport
 {
 public:
@@ -36,8 +36,8 @@ public:
     /// At most one error, which names the file and the cause; and warnings that do.
     const Status& status() const { return m_status; }
 
-    /// Begins to read a file that `run` is going to be asked for, while this program has other things to do.
-    /// One at a time: the next takes the place of one that nobody asked for. Main thread.
+    /// Begins to read a file for which `run` will be called, while this program does other things. One at a
+    /// time: the next replaces one that nobody asked for. Main thread.
     static void expect(const std::wstring& path, ImportCache& cache);
 
     /// Progress of all together; returns false to cancel.
@@ -51,7 +51,7 @@ private:
     void startWorker(ImportCache& cache);
     bool tryAgain(ImportCache& cache);
     std::wstring fault() const;
-    /// Returns true if the worker is to run once more, in another way.
+    /// Returns true if the worker must run again, in a different way.
     bool finish(ImportCache& cache);
     void keep(ImportCache& cache);
     void takeModel(std::shared_ptr<const ModelFile> model);
@@ -65,7 +65,7 @@ private:
     uint64_t m_size = 0;
     std::string m_scratch;
     bool m_withoutAnnotations = false, m_isStrict = false;
-    std::optional<std::wstring> m_firstFault; ///< While a damaged file is read once more, for what is sound.
+    std::optional<std::wstring> m_firstFault; ///< While a damaged file is read again for what is intact.
     std::unique_ptr<Worker> m_worker;
     std::shared_ptr<const ModelFile> m_model;
     Status m_status;

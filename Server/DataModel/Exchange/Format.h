@@ -17,8 +17,8 @@ const wchar_t* nameOf(Format format);
 /// As the worker takes it: "step".
 const char* keyOf(Format format);
 Format formatOfKey(std::string_view key);
-/// The program that reads and writes it. Each links only what its formats need, since that is most of the
-/// time that its start takes.
+/// The program that reads and writes it. Each links only what its formats need, since loading that takes most
+/// of its start.
 const char* workerOf(Format format);
 
 } // namespace Vs::Exchange

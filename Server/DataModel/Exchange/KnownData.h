@@ -7,7 +7,7 @@
 
 namespace Vs::Exchange {
 
-/// Tells exact data from any others that somebody could make.
+/// Distinguishes exact data from any others that somebody could forge.
 using DataDigest = std::array<char, 32>;
 DataDigest digestOf(std::string_view exactData);
 std::string hexOf(const DataDigest& digest);
@@ -20,7 +20,7 @@ public:
     explicit KnownData(std::string path) : m_path(std::move(path)) {}
 
     bool contains(const DataDigest& digest) const;
-    /// If it can't be kept, it is not known next time.
+    /// If it can't be stored, it is unknown next time.
     void add(const DataDigest& digest);
 
 private:

@@ -18,24 +18,24 @@ struct MeshExport
     /// Every occurrence below it is written.
     const Component& root;
     std::wstring path;
-    /// Bodies are meshed anew only for another refinement than the one that they are shown with.
+    /// Bodies are remeshed only for a refinement other than the one they are shown with.
     TranslatorRefinement refinement;
-    /// Of the file's lengths, where its format has any choice.
+    /// The file's unit of length, if its format has a choice.
     const LengthUnit& unit;
     /// All occurrences become one part, which keeps their colours.
     bool combine = false;
-    /// Of STL, which has a binary form as well.
+    /// For STL, which also has a binary form.
     bool asText = false;
     /// Of STL, where it usually is z, and OBJ, where it usually is y; glTF has it fixed.
     UpAxis upAxis = UpAxis::Usual;
-    /// Is told how much is done; returns false to cancel. May be empty.
+    /// Called with the progress; returns false to cancel. May be empty.
     std::function<bool(double)> watch;
 
     bool goOn(double fraction) const { return !watch || watch(fraction); }
 };
 
-// Each writes a new file, which takes the place of an old one when it is complete. Returns false with an
-// error, or without one if it was cancelled.
+// Each writes a new file, which replaces an old one when it is complete. Returns false with an error, or
+// without one if it was cancelled.
 
 /// STL, which knows neither parts nor colours.
 bool writeStl(const MeshExport& job, Status& status);

@@ -10,7 +10,7 @@
 
 namespace Vs::Exchange {
 
-/// What of a tree of components the save options ask for. The tree must outlive it.
+/// The part of a component tree that the save options ask for. The tree must outlive it.
 class WantedParts
 {
 public:
@@ -23,7 +23,7 @@ public:
     [[nodiscard]] bool isWhole() const { return !m_copy && m_root; }
     /// The tree without what is left out; null if nothing is left.
     const Component* root() const { return m_root; }
-    /// The components that are wanted with what is in them, but not what they are in; of the visible ones, if
+    /// The wanted components with everything in them, but without what contains them; only visible ones, if
     /// only these are wanted.
     const std::vector<std::string>& tops() const { return m_tops; }
     /// Those of a copy of the wanted components that were copied only because they are in one of these.

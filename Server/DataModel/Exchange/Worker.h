@@ -12,15 +12,15 @@
 namespace Vs::Exchange {
 
 /// How long a worker may take, and how much it may use. It is judged by the processor time that it got, so
-/// that an honest file is given up neither on a busy machine nor on one of many processors. The clock alone
-/// decides only about one that has nothing to do, and at four times `patience` or `total`.
+/// that an honest file is given up neither on a busy machine nor on one with many processors. The wall clock
+/// alone decides only about one that has nothing to do, and at four times `patience` or `total`.
 struct WorkerLimits
 {
     std::chrono::milliseconds stalled{8'000}; ///< Without any progress.
     std::chrono::milliseconds total{240'000};
     uint64_t memory = 0; ///< Bytes of address space; 0 for a fair share of the machine's.
-    /// Without any progress, by the clock, if it got at least an eighth of it as processor time: a person
-    /// waits no longer.
+    /// Without any progress, by the wall clock, if it got at least an eighth of that as processor time: a
+    /// person waits no longer.
     std::chrono::milliseconds patience{14'000};
     uint64_t written = uint64_t(4) << 30; ///< Bytes of its result.
 
@@ -28,7 +28,7 @@ struct WorkerLimits
     static WorkerLimits forFile(uint64_t bytes);
 };
 
-/// One job in a process of its own, so that nothing that a foreign file does to the kernel reaches this
+/// One job in a process of its own, so that whatever a foreign file does to the kernel can't affect this
 /// program.
 class Worker
 {
@@ -36,10 +36,10 @@ public:
     enum class End {
         Running,
         Done,
-        Failed,    ///< The worker gave an error.
-        Crashed,   ///< It died of a signal.
-        Stalled,   ///< It made no progress, or took too long, and was ended.
-        Exhausted, ///< It outgrew its memory.
+        Failed,    ///< The worker reported an error.
+        Crashed,   ///< It was killed by a signal.
+        Stalled,   ///< It made no progress, or took too long, and was killed.
+        Exhausted, ///< It exceeded its memory limit.
         Cancelled,
     };
 
@@ -58,8 +58,8 @@ public:
     /// What it is doing, or was doing when it ended: "reading the file".
     const std::string& step() const { return m_step; }
     const std::vector<std::string>& warnings() const { return m_warnings; }
-    /// The files beside the one that it was given on which its work depends; an empty path stands for one
-    /// whose name it doesn't know.
+    /// The files on which its work depends besides the given one; an empty path stands for one whose name it
+    /// doesn't know.
     const std::vector<std::string>& others() const { return m_others; }
     /// The cause of any end but Done, as a clause without a subject's name: "the reader crashed (segmentation
     /// fault) while transferring shapes". UTF-8.
@@ -70,8 +70,8 @@ public:
 
     /// Shows the progress of all and returns false to cancel. Called at least twenty times a second.
     using Watch = std::function<bool()>;
-    /// Runs the workers side by side, at most as many at once as there are processors, until all have ended.
-    /// They share the memory; one for which its share is too small is tried again by itself, with all of it.
+    /// Runs the workers in parallel, at most as many at once as there are processors, until all have ended.
+    /// They share the memory; one for which its share is too small is tried again alone, with all of it.
     static void run(std::span<Worker* const> workers, const Watch& watch);
 
     /// A worker counts as ended as soon as its result is there; this waits until the processes of all such

@@ -6,16 +6,16 @@
 
 namespace Vs::Exchange {
 
-/// What a worker tells the program, over one pipe and in one direction: frames of a length (4 bytes, of what
-/// follows), a kind (1 byte), a fraction (8 bytes) and a text in UTF-8.
+/// A message from a worker to the program, over one pipe and in one direction: frames of a length (4 bytes,
+/// of what follows), a kind (1 byte), a fraction (8 bytes) and a text in UTF-8.
 struct WorkerMessage
 {
     enum class Kind : char {
-        Progress = 'P', ///< The fraction of the work that is done, and the step that is going on.
+        Progress = 'P', ///< The fraction of the work done, and the current step.
         Warning = 'W',  ///< The result is usable, but the user should know.
         Error = 'E',    ///< There is no result; the text names the cause.
         Other = 'O',    ///< The result depends on another file, too; the text is its path, or empty.
-        Note = 'N',     ///< Nothing that concerns the result: for the log of the machine.
+        Note = 'N',     ///< Not about the result: for the system log.
         Done = 'D',     ///< The result is complete.
     };
 
@@ -29,12 +29,12 @@ constexpr int kWorkerPipe = 3;
 
 std::string encode(const WorkerMessage& message);
 
-/// Puts messages together from the pieces that a pipe gives.
+/// Assembles messages from the pieces that a pipe delivers.
 class WorkerMessageReader
 {
 public:
     void add(std::string_view bytes);
-    /// The next complete message. A frame that can't be one makes the reader broken: nothing comes any more.
+    /// The next complete message. An invalid frame makes the reader broken: it returns nothing any more.
     std::optional<WorkerMessage> next();
     bool broken() const { return m_broken; }
 

@@ -7,11 +7,11 @@
 
 namespace Vs::Kernel {
 
-/// Keeps the program alive when the kernel breaks down in a thread by a signal, such as that of an address
-/// that isn't there, and stops a kernel that doesn't come to an end: the thread stands still for good then,
-/// with all that it holds. It isn't unwound from wherever it happens to be, since the kernel has lists of
-/// what stands on the stacks of threads (MemoryStop does that where it can be done). A guard is for one
-/// thread, which makes no threads of its own.
+/// Keeps the program alive when the kernel crashes in a thread by a signal, such as that of an invalid
+/// address, and stops a kernel that doesn't finish: the thread is then blocked for good, with everything that
+/// it holds. It isn't unwound from wherever it happens to be, since the kernel keeps lists of objects on the
+/// stacks of threads (MemoryStop unwinds where that is possible). A guard is for one thread, which starts no
+/// threads of its own.
 class [[nodiscard]] CrashGuard
 {
 public:
@@ -20,7 +20,7 @@ public:
     CrashGuard(const CrashGuard&) = delete;
     CrashGuard& operator=(const CrashGuard&) = delete;
 
-    /// Puts the calling thread under the guard for as long as it lives; makes room for handlers.
+    /// Guards the calling thread for as long as this exists; makes room for handlers.
     class [[nodiscard]] Guarded
     {
     public:
@@ -34,10 +34,11 @@ public:
         stack_t m_before = {};
     };
 
-    /// Has the guarded thread stand still, if it is in the kernel's algorithms just now: elsewhere, as in the
-    /// allocator, it could hold a lock that all others need. Whoever wants it asks again until it stands.
+    /// Blocks the guarded thread if it is in the kernel's algorithms right now: elsewhere, such as in the
+    /// allocator, it could hold a lock that all others need. The caller repeats this until the thread is
+    /// blocked.
     void stop(pthread_t thread);
-    /// Whether it broke down, or was stopped. Such a thread is never to be joined.
+    /// Whether it crashed or was stopped. Such a thread must never be joined.
     bool stands() const { return m_standing; }
 
 private:

@@ -19,10 +19,10 @@ public:
     void abort() override;
 
 protected:
-    /// What takes long can be cancelled, and doesn't keep the window from living; a body on the main thread.
+    /// Long work can be cancelled, and doesn't block the window; a body on the main thread.
     BodyProperties measureBody(const TopoDS_Shape& body, BodyMeasure what) override;
     ShapeAnswer distance(const TopoDS_Shape& first, const TopoDS_Shape& second) override;
-    /// A shape at which the mesher breaks down, or comes to no end, costs nothing but its mesh.
+    /// A shape on which the mesher crashes, or doesn't finish, costs nothing but its mesh.
     std::shared_ptr<const BodyMesh> makeMesh(const TopoDS_Shape& shape, const ShapeColours& colours,
                                              const TranslatorRefinement& refinement,
                                              const std::function<bool(double)>& goOn) override;

@@ -7,7 +7,7 @@
 
 namespace Vs::Kernel {
 
-/// The kernel's exceptions, as the ones that the rest of the program knows.
+/// Converts the kernel's exceptions to those that the rest of the program knows.
 template <class Work>
 auto guarded(Work&& work)
 {

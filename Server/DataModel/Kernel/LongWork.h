@@ -11,25 +11,24 @@
 
 namespace Vs::Kernel {
 
-/// How work of the kernel ended otherwise than by itself.
+/// How work of the kernel ended, other than by itself.
 struct LongWorkEnd
 {
     std::optional<EditFault> fault; ///< Crashed, Cancelled or TooLong.
-    /// The work was left where it stood, so that nobody may touch or take apart what it held (keepForever).
+    /// The work was abandoned where it was, so nobody may touch or destroy what it held (keepForever).
     bool abandoned = false;
 };
 
-/// Keeps a thing from ever being taken apart. Any thread.
+/// Keeps an object from ever being destroyed. Any thread.
 void keepForever(std::shared_ptr<void> thing);
 
 /// What it makes belongs to itself until it's complete: taken apart half made, it could break down as well.
 using LongWorkBody = std::function<void(const Handle(Message_ProgressIndicator)&)>;
 
-/// Runs work that may break down (CrashGuard), take long or come to no end on a thread of its own. Where it
-/// isn't done at once, the caller's thread shows progress under that title, and a cancel
-/// (Progress) or two minutes stop it: by the indicator, where the kernel looks at that; else by giving it no
-/// more memory, which unwinds it (MemoryStop); and where it asks for none, by leaving it where it stands.
-/// Exceptions pass. Main thread.
+/// Runs work that may crash (CrashGuard), take long or never finish on a thread of its own. If it isn't done
+/// at once, the caller's thread shows progress under that title, and a cancel (Progress) or two minutes stop
+/// it: by the progress indicator, where the kernel checks it; else by failing its allocations, which unwinds
+/// it (MemoryStop); and where it makes none, by abandoning it. Exceptions pass through. Main thread.
 [[nodiscard]] LongWorkEnd runLongWork(const std::wstring& title, const LongWorkBody& work);
 
 /// The same, which shows nothing: while the work goes on, the caller's thread tells `goOn` some twenty times

@@ -10,8 +10,8 @@
 
 namespace Vs::Kernel {
 
-/// What the kernel made of shapes lately. A preview that is kept, or shown again, asks for the same once
-/// more, which costs nothing then.
+/// What the kernel made of shapes recently. A preview that is kept or shown again asks for the same again,
+/// which then costs nothing.
 class MadeShapes
 {
 public:

@@ -23,8 +23,7 @@ public:
         Heeded& operator=(const Heeded&) = delete;
     };
 
-    /// What comes out of the work then. It's derived from nothing, so that nobody takes it for something
-    /// else.
+    /// What comes out of the work then. It has no base class, so that nobody takes it for something else.
     class Stopped
     {
     };

@@ -7,7 +7,7 @@
 
 namespace Vs::Kernel {
 
-/// Whether all processors have a part in the work, or the calling thread does it alone.
+/// Whether all processors share the work, or the calling thread does it alone.
 enum class MeshThreads { All, Own };
 
 /// Makes the triangles of a shape's faces and keeps them in the shape. Faces that have some already are left
@@ -16,7 +16,7 @@ enum class MeshThreads { All, Own };
 void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement,
                const Message_ProgressRange& progress = {}, MeshThreads threads = MeshThreads::All);
 
-/// Copies a meshed shape's triangles and edge lines out of it.
+/// Extracts a meshed shape's triangles and edge lines.
 BodyMesh extractMesh(const TopoDS_Shape& shape, const ShapeColours& colours);
 
 /// Whether the shape has at least one face with triangles.

@@ -10,10 +10,10 @@
 
 namespace Vs {
 
-/// The changes of one asset that can be taken back: of its model, whose differences the kernel makes, and of
-/// its settings. The kernel is loaded by a change of the model alone. One change at a time; those that are
-/// made while a group is open are steps of the group, which becomes one step in the end. Transaction and
-/// SteppedTransaction are what others use.
+/// The undoable changes of one asset: of its model, whose differences the kernel computes, and of its
+/// settings. Only a change of the model loads the kernel. One change at a time; those made while a group is
+/// open are steps of the group, which becomes one step in the end. Others use Transaction and
+/// SteppedTransaction.
 class ChangeHistory
 {
 public:

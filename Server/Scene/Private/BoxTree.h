@@ -11,8 +11,8 @@
 
 namespace Vs::Scene {
 
-/// Things that are told apart by their numbers, in an order in which neighbours in space are neighbours, with
-/// a tree of boxes above them: so that a search asks some dozens of them in place of all.
+/// A bounding volume hierarchy: numbered things in an order in which neighbours in space are neighbours, with
+/// a tree of boxes above them, so that a search visits some dozens of them instead of all.
 class BoxTree
 {
 public:
@@ -22,7 +22,7 @@ public:
 
         /// Inside out: holds nothing.
         static Box nothing();
-        /// Holds the box whole, although single precision is coarser.
+        /// Contains the whole box, although single precision is coarser.
         static Box around(const BBox& box);
         void add(const float* point);
         void add(const Box& other);
@@ -32,12 +32,12 @@ public:
     /// One box for each thing. A thing whose box is empty is never found.
     explicit BoxTree(const std::vector<Box>& boxes);
 
-    /// What `enter` answers of a box in which nothing is to be found.
+    /// What `enter` returns for a box in which there is nothing to find.
     static constexpr double kNever = std::numeric_limits<double>::infinity();
 
-    /// Calls `visit(number)` for all things in those of the lowest boxes of which `enter(box)` answers no
-    /// more than `limit`, in the order of these answers, more or less. `enter` must not answer more of a box
-    /// than of one within it. A visit may lower the limit.
+    /// Calls `visit(number)` for all things in those leaf boxes for which `enter(box)` returns no more than
+    /// `limit`, roughly in the order of these values. `enter` must not return more for a box than for one
+    /// inside it. A visit may lower the limit.
     template <class Enter, class Visit>
     void search(const double& limit, Enter&& enter, Visit&& visit) const
     {

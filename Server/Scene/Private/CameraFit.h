@@ -6,7 +6,7 @@
 
 namespace Vs::Scene {
 
-/// What Camera::fit comes to.
+/// The result of Camera::fit.
 struct Fitted
 {
     GkPoint3d target;
@@ -14,7 +14,7 @@ struct Fitted
     double width = 0, height = 0;
 };
 
-/// Finds from where a camera of a given direction frames the content of a box.
+/// Finds the position from which a camera of a given direction frames the content of a box.
 class CameraFit
 {
 public:
@@ -31,7 +31,7 @@ public:
     [[nodiscard]] Fitted find();
 
 private:
-    /// Where in the canvas the content is to be.
+    /// Where in the canvas the content should be.
     struct Frame
     {
         double scale = 1;  ///< Of the extents, so that the content takes the free part alone.

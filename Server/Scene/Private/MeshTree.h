@@ -9,7 +9,7 @@
 
 namespace Vs::Scene {
 
-/// The triangles, edges and vertices of a mesh as a search finds them. About ten bytes for each.
+/// The triangles, edges and vertices of a mesh, indexed for searches. About ten bytes each.
 class MeshTree
 {
 public:
@@ -32,11 +32,11 @@ public:
     bool meet(const BodyMesh& mesh, const GkPoint3d& start, const GkVector3d& direction, double limit,
               Hit& hit) const;
 
-    /// The tree of a mesh; null for one that is so small that asking everything takes no longer. That of a
-    /// large one is made in a thread of its own from the first question on, and null is returned meanwhile.
-    /// Trees of meshes that are gone are dropped. Main thread only.
+    /// The tree of a mesh; null for one so small that searching everything takes no longer. That of a large
+    /// one is built in a thread of its own from the first query on, and null is returned meanwhile. Trees of
+    /// meshes that are gone are dropped. Main thread only.
     static const MeshTree* of(const std::shared_ptr<const BodyMesh>& mesh);
-    /// Whether the mesh is so small.
+    /// Whether the mesh is that small.
     static bool isSmall(const BodyMesh& mesh);
 
 private:

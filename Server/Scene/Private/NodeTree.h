@@ -20,9 +20,9 @@ class BodySearch
 public:
     using Path = std::vector<const Rendra::Graphics::Node*>;
 
-    /// `visit(const BodyNode&, const Probe&, const Path&)` is given the probe in the body's coordinates and
-    /// the nodes from the searched one down to the body. Nothing is looked for beyond `limit`, a place along
-    /// the probe that visits may lower.
+    /// `visit(const BodyNode&, const Probe&, const Path&)` gets the probe in the body's coordinates and the
+    /// nodes from the searched one down to the body. Nothing is searched beyond `limit`, a place along the
+    /// probe that visits may lower.
     BodySearch(const double& limit, Visit visit) : m_limit(limit), m_visit(std::move(visit)) {}
 
     /// `above` is in the coordinates of the group that the node hangs under.

@@ -7,7 +7,7 @@
 
 namespace Vs::Scene {
 
-/// A ray, with the room around it that is still near enough: a tube, or a cone for what a perspective sees at
+/// A ray with the space around it that is still near enough: a tube, or a cone for what a perspective sees at
 /// the same distance in pixels. The direction keeps its length through all transformations, so that places
 /// along the ray can be compared wherever they were found.
 struct Probe
@@ -22,7 +22,7 @@ struct Probe
         return {matrix * start, matrix * direction, radius, widening};
     }
 
-    /// Where it enters the box; BoxTree::kNever if it doesn't, but lies before the start or beside.
+    /// Where it enters the box; BoxTree::kNever if the box lies before its start or beside it.
     double enter(const BoxTree::Box& box) const { return enter(box.low, box.high); }
     double enter(const BBox& box) const
     {

@@ -5,7 +5,7 @@
 
 namespace Vs::Scene {
 
-/// The rays through places of a screen, and how deep what they meet lies. Depths are those of Projection.
+/// The rays through places of a screen, and the depth of what they meet. Depths are those of Projection.
 class ViewRay
 {
 public:
@@ -18,9 +18,9 @@ public:
     double depthOf(const Probe& ray, double along) const;
     double alongOf(const Probe& ray, double depth) const;
 
-    /// By so much an edge may lie behind the surfaces that it bounds: they are flat between points.
+    /// How far an edge may lie behind the surfaces that it bounds, since these are flat between points.
     double slackAt(double depth) const;
-    /// Whether a surface below `root` lies before a place, in screen coordinates.
+    /// Whether a surface below `root` lies in front of a place, in screen coordinates.
     bool isHidden(const Rendra::Graphics::Node& root, const GkPoint3d& screen) const;
 
 private:

@@ -6,7 +6,7 @@
 
 namespace Vs::Scene {
 
-/// What of space is seen in a rectangle of the screen: within four planes and, in a perspective, before the
+/// The space seen in a rectangle of the screen: within four planes and, in a perspective, in front of the
 /// viewer.
 class ViewRegion
 {
@@ -17,7 +17,7 @@ public:
     ViewRegion within(const GkMatrix3d& toOuter) const;
 
     bool contains(const GkPoint3d& p) const;
-    /// Of a box: 1 if all of it is within, -1 if none is, 0 if that can't be told so quickly.
+    /// For a box: 1 if all of it is inside, -1 if none is, 0 if a quick test can't tell.
     int holds(const BBox& box) const;
     /// Whether a part of the triangle or of the line between the points is within.
     bool meetsTriangle(const GkPoint3d& a, const GkPoint3d& b, const GkPoint3d& c) const;

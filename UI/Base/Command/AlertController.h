@@ -20,7 +20,7 @@ struct Alert
     bool blocking;
 };
 
-/// Listens to the alerts of all controllers: what shows them.
+/// Listens to the alerts of all controllers, to show them.
 class AlertEventSite : public Vs::EventSite
 {
 public:
@@ -37,8 +37,8 @@ private:
     friend class AlertController;
 };
 
-/// The messages that stand beside the running command of one manager. It keeps the latest hundred. Main
-/// thread only.
+/// The messages shown beside the running command of one manager. It keeps the latest hundred. Main thread
+/// only.
 class AlertController
 {
 public:
@@ -47,10 +47,10 @@ public:
     void addAlerts(const Vs::Status& status, bool blocking = false);
     const std::vector<Alert>& alerts() const { return m_alerts; }
 
-    /// Whether an error stands that keeps the running command from being committed.
+    /// Whether there is an error that keeps the running command from being committed.
     [[nodiscard]] bool isInErrorState() const;
     void clearAllAlerts();
-    /// Takes away what a command's inputs brought.
+    /// Removes the alerts of a command's inputs.
     void clearBlockingAlerts();
 
     /// Whether alerts are shown. Adding one turns this on.

@@ -10,7 +10,7 @@
 namespace Vu {
 
 /// A colour: one of a few that go well together, any other one, or none. The value is its code, red, green
-/// and blue of the screen as "#2f86e0", with an opacity behind them as "#2f86e080", and empty for none. As
+/// and blue in screen values as "#2f86e0", with an opacity after them as "#2f86e080", and empty for none. As
 /// text it is the name of one of those few, a code, or "None".
 class ColourCommandInput : public Vs::Implements<ColourCommandInput, CommandInput<std::wstring>>
 {
@@ -31,7 +31,7 @@ public:
     static std::wstring titleOf(const std::wstring& code);
 
     static std::wstring codeOf(const Vs::Colour& colour);
-    /// Nothing for what is no code.
+    /// Nothing for what is not a code.
     static std::optional<Vs::Colour> colourOf(const std::wstring& code);
 
     [[nodiscard]] std::wstring valueAsString() const override;

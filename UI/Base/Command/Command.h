@@ -12,7 +12,7 @@ namespace Vu {
 class Command : public Vs::Implements<Command, InteractiveCommandBase, CommandInputSetEventSite>
 {
 public:
-    /// What a validation found.
+    /// The result of a validation.
     class CommandInputStatus
     {
     public:
@@ -45,8 +45,8 @@ public:
     /// Makes the inputs, with CommandInputSet::make; null for none.
     virtual CommandInputSet* onCreateCommandInputs() = 0;
     virtual void onCommandInputEventSink(CommandInputEvent* event) = 0;
-    /// Sets the status to invalid, with a reason, if the command can't run with its inputs as they are.
-    /// Whether each input for itself is valid has been seen to.
+    /// Sets the status to invalid, with a reason, if the command can't run with its inputs as they are. Each
+    /// input has already been checked by itself.
     virtual void onValidateInputs(CommandInputStatus& status, bool forCommit) = 0;
     virtual void onClearCommandRequests(bool) = 0;
     virtual void releaseCommandPreview() {}

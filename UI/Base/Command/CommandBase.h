@@ -27,7 +27,7 @@ struct SequentialInputEventArg;
 /// How a request is run for a command.
 struct ExecutionOptions
 {
-    /// Whether the change is a step of the command (CommandBase::beginStep), to be taken back by itself.
+    /// Whether the change is a step of the command (CommandBase::beginStep), which can be undone by itself.
     bool asStep = false;
 };
 
@@ -48,8 +48,8 @@ public:
     CommandBase(CommandDefinition* definition, CommandContext* context);
     ~CommandBase() override;
 
-    /// The session the command works on; may be null. A context that names none is given that of the manager
-    /// which runs the command.
+    /// The session the command works on; may be null. A context without one gets that of the manager that
+    /// runs the command.
     AssetSession* assetSession() const { return m_context.assetSession(); }
     Vs::SelectionMgr* selectionManager() const;
     /// The manager that runs it; null once the command has ended, or has closed the session of its manager.
@@ -81,16 +81,15 @@ public:
     bool isSuspended() const;
 
     /// Steps inside the command. `beginStep` closes the step that is open, keeping it if `keepOpenStep` holds
-    /// and aborting it otherwise, and opens one; `undoable` says whether it can be taken back once it is
-    /// kept.
+    /// and aborting it otherwise, and opens one; `undoable` says whether it can be undone once it is kept.
     void beginStep(bool undoable, bool keepOpenStep);
     void endStep(ETerminationReason reason);
     bool canUndoStep() const { return m_stepsDone > 0; }
     bool canRedoStep() const { return m_stepsUndone > 0; }
-    /// How many steps can be taken back, and done again.
+    /// How many steps can be undone, and redone.
     int stepsDone() const { return m_stepsDone; }
     int stepsUndone() const { return m_stepsUndone; }
-    /// Take back, or do again, one step; nothing happens if there is none.
+    /// Undo or redo one step; nothing happens if there is none.
     void undoStep();
     void redoStep();
     EMidCommandUndoRedoContext getPossibleMidCommandUndoContext() const;
@@ -100,9 +99,9 @@ public:
     [[nodiscard]] bool areInputsValidForCommit() { return onAreInputsValidForCommit(); }
     [[nodiscard]] bool areInputsValid() { return onAreInputsValid(); }
 
-    /// Makes a change of the session's asset, as a whole or not at all. A `preview` is taken back by the next
-    /// request and by the command's end. The request stays the caller's. Returns whether the change was made;
-    /// why not is in the status.
+    /// Makes a change of the session's asset, as a whole or not at all. A `preview` is undone by the next
+    /// request and by the command's end. The caller keeps owning the request. Returns whether the change was
+    /// made; the status says why not.
     bool executeRequest(Vs::Request* request, bool preview, ExecutionOptions options, Vs::Status& status);
 
     /// For messages and the debug dialog.
@@ -112,9 +111,9 @@ public:
 protected:
     void repeatable(bool value) { m_repeatable = value; }
     void usesCommandDialog(bool value) { m_usesDialog = value; }
-    /// Takes back what the last request shows, if that was a preview.
+    /// Undoes what the last request shows, if that was a preview.
     void releasePreview();
-    /// Gives the command its inputs, and their ownership.
+    /// Gives the command its inputs, which it then owns.
     void commandInputSet(CommandInputSet* inputs);
 
 public:
@@ -151,10 +150,9 @@ public:
     virtual void onStepRedo() {}
     virtual EStackingBehavior onStackingBehavior() const;
     virtual const Vs::UniqueString* onStackingCategory() const;
-    /// Whether the transaction of the command beneath is given up when this one stacks over it. Default
-    /// false.
+    /// Whether the transaction of the command beneath is aborted when this one stacks over it. Default false.
     virtual bool onAbortsParentTransactionWhenStacked() const { return false; }
-    /// Whether a run that failed with this status takes its changes back. Default true.
+    /// Whether a run that failed with this status undoes its changes. Default true.
     virtual bool onAbortTransactionOnFailure(const Vs::Status&) const { return true; }
     virtual std::wstring onToString();
     virtual std::wstring onToDetailedString();
@@ -190,8 +188,8 @@ private:
 };
 
 /// Keeps a command from being deleted. Whoever calls a function of a command that might end it (a mouse or
-/// key handler, say) holds one meanwhile: the command may end, but its object stays until the last of these
-/// goes.
+/// key handler, say) holds one meanwhile: the command may end, but its object exists until the last of these
+/// is destroyed.
 class [[nodiscard]] CommandInUse
 {
 public:

@@ -16,9 +16,10 @@ class CommandBase;
 class InputControl;
 
 /// Says what a command is and whether it can run now, and makes it each time it runs. A definition lives as
-/// long as its add-in; constructing it enters it with CommandDefinitionMgr under its Info's key, destroying
-/// it takes it out and cancels those of its commands that still run; they get no definition from
-/// CommandBase::commandDefinition any more, because only this base of it is left. Main thread only.
+/// long as its add-in; constructing it registers it with CommandDefinitionMgr under its Info's key,
+/// destroying it unregisters it and cancels those of its commands that still run; for them
+/// CommandBase::commandDefinition is null from then on, because only this base class is left. Main thread
+/// only.
 class CommandDefinition : public Vs::Implements<CommandDefinition, Vs::Object, IButtonControlHandler>
 {
 public:
@@ -28,15 +29,15 @@ public:
     /// The key of `info()`.
     const std::wstring& id() const { return m_info->key(); }
 
-    /// Whether the command could run in this context: its own answer, which any CommandEventSite may turn
-    /// into a no. An exception of the answer is a no.
+    /// Whether the command could run in this context: its own answer, which any CommandEventSite may veto. An
+    /// exception counts as no.
     [[nodiscard]] bool isApplicable(CommandContext* context) const;
     [[nodiscard]] bool isVisible(CommandContext* context) const;
     /// Visible and applicable.
     [[nodiscard]] bool isAvailable(CommandContext* context) const;
 
-    /// Makes the command and tells the CommandEventSites; null if the definition refuses. For CommandMgr: a
-    /// command that is made here is deleted by nobody unless a manager runs it.
+    /// Makes the command and tells the CommandEventSites; null if the definition refuses. For CommandMgr:
+    /// nobody deletes a command made here unless a manager runs it.
     [[nodiscard]] CommandBase* createCommand(CommandContext* context);
 
     /// Runs the command in the manager of the context's asset session; without one in the active session's,
@@ -90,8 +91,8 @@ protected:
     virtual CommandBase* onCreateCommand(CommandContext* context) = 0;
     /// The default enables the control when the command is applicable and shows it when it is visible.
     virtual void onUpdateInputControl(CommandContext* context);
-    /// The default is a ButtonControl whose click runs the command. A control that an override makes is its
-    /// own to keep and delete.
+    /// The default is a ButtonControl whose click runs the command. A control that an override makes is owned
+    /// by it.
     virtual InputControl* onInputControl();
     /// Default empty.
     virtual std::wstring onPreferredEnvironment();

@@ -27,14 +27,15 @@ public:
     [[nodiscard]] std::vector<CommandDefinition*>
     commandDefinitionsOfGroup(const Vs::UniqueString* group) const;
 
-    /// The keys nearest to a mistyped one, best first; for messages.
+    /// The keys closest to a mistyped one, best first; for messages.
     [[nodiscard]] std::vector<std::wstring> similarIds(std::wstring_view id, size_t maximum = 3) const;
 
     /// Throws std::logic_error, with every fault by name, if a definition was registered without a key or
     /// with one that was taken. Called once the add-ins are loaded: such a program must not start.
     void validate() const;
 
-    /// Grows with every definition that comes or goes: a looked-up definition may be kept while it stays.
+    /// Grows with every definition that is registered or unregistered: a looked-up definition may be cached
+    /// while it stays the same.
     unsigned long generation() const { return m_generation; }
 
 private:

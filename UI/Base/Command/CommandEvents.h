@@ -9,7 +9,7 @@ class CommandContext;
 class CommandDefinition;
 class CommandMgr;
 
-/// A command manager came to be.
+/// A command manager was created.
 class CommandManagerEvent : public Vs::Implements<CommandManagerEvent, Vs::Event>
 {
 public:
@@ -20,7 +20,8 @@ private:
     CommandMgr* m_manager;
 };
 
-/// A manager without a running command asks which one to rest in. A site may name another, or null for none.
+/// A manager without a running command asks which one to run by default. A site may name another, or null for
+/// none.
 class CommandManagerDefaultCommandEvent : public Vs::Implements<CommandManagerDefaultCommandEvent, Vs::Event>
 {
 public:
@@ -48,7 +49,7 @@ private:
     CommandBase* m_command;
 };
 
-/// A definition finds itself applicable. A site may disagree.
+/// A definition considers itself applicable. A site may disagree.
 class CommandDefinitionIsApplicableEvent
     : public Vs::Implements<CommandDefinitionIsApplicableEvent, Vs::Event>
 {
@@ -71,7 +72,7 @@ private:
 class CommandEventSite : public Vs::EventSite
 {
 public:
-    /// What can run may have changed; whoever shows buttons asks anew. Fired often: coalesce.
+    /// What can run may have changed; whoever shows buttons asks again. Fired often: coalesce.
     virtual void commandAvailabilitiesChanged(Vs::Event*) {}
     virtual void commandManagerCreated(CommandManagerEvent*) {}
     virtual void commandManagerDefaultCommand(CommandManagerDefaultCommandEvent*) {}

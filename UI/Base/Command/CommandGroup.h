@@ -23,7 +23,7 @@ public:
 };
 
 /// The categories in which commands stack over the active one. There is at most one running command of a
-/// category: a second one takes the place of the first.
+/// category: a second one replaces the first.
 class StackingCategory
 {
 public:

@@ -19,7 +19,7 @@ public:
     int number() const { return m_number; }
     Info* info() const { return m_info; }
     CommandInputSet* commandInputSet() const { return m_set; }
-    /// The innermost group that the input stands in; null outside of any.
+    /// The innermost group that contains the input; null outside of any.
     GroupCommandInput* group() const { return m_group; }
 
     bool enabled() const { return m_enabled; }
@@ -28,21 +28,21 @@ public:
     void disable() { enabled(false); }
     bool visible() const { return m_visible; }
     void visible(bool value);
-    /// Whether it doesn't show as long as it is disabled. Default false.
+    /// Whether it is hidden as long as it is disabled. Default false.
     bool hiddenWhileDisabled() const { return m_hiddenWhileDisabled; }
     void hiddenWhileDisabled(bool value);
     /// Whether a person can only look at the value. Default false.
     bool readOnly() const { return m_readOnly; }
     void readOnly(bool value);
 
-    /// Whether it takes part: it and the groups around it are enabled, or visible.
+    /// Whether it and the groups around it are enabled, or visible.
     [[nodiscard]] bool isUsable() const;
     [[nodiscard]] bool isShown() const;
 
     /// Whether a change of the input is recorded in a transcript. Default true.
     bool enableTranscript() const { return m_transcript; }
     void enableTranscript(bool value) { m_transcript = value; }
-    /// Whether a change of the input makes the command run its requests anew. Default true.
+    /// Whether a change of the input makes the command run its requests again. Default true.
     bool requiresExecution() const { return m_requiresExecution; }
     void requiresExecution(bool value) { m_requiresExecution = value; }
 
@@ -50,30 +50,31 @@ public:
     [[nodiscard]] bool valid() const { return whyInvalid().empty(); }
     /// A sentence for the user; empty if the input is valid.
     [[nodiscard]] std::wstring whyInvalid() const;
-    /// Whether an invalid input holds nothing wrong, but waits for what the user does next.
+    /// Whether an invalid input isn't wrong, but waits for what the user does next.
     virtual bool isAwaiting() const { return false; }
 
-    /// The value as text that gives exactly the same value again: how transcripts keep it.
+    /// The value as text that reads back exactly: how transcripts keep it.
     [[nodiscard]] virtual std::wstring valueAsString() const = 0;
-    /// False if the text is no value.
+    /// False if the text is not a value.
     [[nodiscard]] virtual bool valueFromString(const std::wstring& text) = 0;
-    /// Takes a value as text; returns why the text is none, as a sentence for the user, or an empty text.
+    /// Sets a value from text; returns why the text is not a value, as a sentence for the user, or an empty
+    /// text.
     [[nodiscard]] std::wstring take(const std::wstring& text);
     /// The value as a panel shows it.
     virtual std::wstring displayText() const { return valueAsString(); }
 
     /// Takes what a person types into the input's field. If it is not a value, the old one stays, but the
-    /// input isn't valid, until it gets a value. `kind` tells whether the person is done.
+    /// input is invalid until it gets a value. `kind` says whether the person is done.
     void typed(const std::wstring& text, CommandInputValueChangeEvent::EKind kind);
 
-    /// Whether the field holds a text that is no value.
+    /// Whether the field contains a text that is not a value.
     bool refused() const { return !m_refusal.empty(); }
 
-    /// Told by whoever draws the input.
+    /// Set by whoever draws the input.
     void hover(bool entering);
 
-    /// Gives up what the hand is doing in the canvas for this input, as Escape asks. False if there is
-    /// nothing to give up.
+    /// Cancels what the user is doing in the canvas for this input, for Escape. False if there is nothing to
+    /// cancel.
     virtual bool giveUp() { return false; }
 
     /// The command has ended; its session is still there. For the input set.
@@ -88,9 +89,9 @@ protected:
     CommandInputBase(CommandInputSet* set, int number, Info* info);
     /// Why the value isn't valid; empty if it is.
     virtual std::wstring onWhyInvalid() const { return {}; }
-    /// Why a text is no value.
+    /// Why a text is not a value.
     virtual std::wstring whyRefused(const std::wstring& text) const;
-    /// Tells that the value is new and, if the input requires it and all inputs are valid, has the command
+    /// Announces the new value and, if the input requires it and all inputs are valid, has the command
     /// executed.
     void valueChanged();
     void stateChanged();
@@ -102,7 +103,7 @@ private:
     GroupCommandInput* m_group;
     int m_number;
     Info* m_info;
-    std::wstring m_refusal; ///< Why the text in the field is no value.
+    std::wstring m_refusal; ///< Why the text in the field is not a value.
     EKind m_kind = EKind::Entered;
     bool m_typing = false; ///< The last value was of the kind Typing.
     bool m_enabled = true;
@@ -119,7 +120,7 @@ class CommandInput : public Vs::Implements<CommandInput<T>, CommandInputBase>
 {
 public:
     const T& value() const { return m_value; }
-    /// Sets the value; a value that is new is told to the set's sites.
+    /// Sets the value; the set's sites are told if it is new.
     void value(const T& value)
     {
         if (m_value == value) {
@@ -164,7 +165,7 @@ class StringValueCommandInput : public Vs::Implements<StringValueCommandInput, C
 {
 public:
     static StringValueCommandInput* make(CommandInputSet* set, int number, Info* info);
-    /// Whether the empty text is no valid value. Default false.
+    /// Whether the empty text is not a valid value. Default false.
     void required(bool value) { m_required = value; }
     [[nodiscard]] std::wstring valueAsString() const override { return value(); }
     [[nodiscard]] bool valueFromString(const std::wstring& text) override;

@@ -26,8 +26,8 @@ class CommandInputValueChangeEvent : public Vs::Implements<CommandInputValueChan
 {
 public:
     enum class EKind {
-        Typing = 1,  ///< For the moment: the person is still at it.
-        Entered = 2, ///< To stay. Follows Typing with the same value when the person is done.
+        Typing = 1,  ///< For the moment: the person is still typing or dragging.
+        Entered = 2, ///< Final. Follows Typing with the same value when the person is done.
     };
 
     CommandInputValueChangeEvent(CommandInputBase* input, EKind kind) : Implements(input), m_kind(kind) {}
@@ -37,14 +37,14 @@ private:
     EKind m_kind;
 };
 
-/// The input was enabled, disabled, shown or hidden, or was given a text that is no value.
+/// The input was enabled, disabled, shown or hidden, or was given a text that is not a value.
 class CommandInputStateChangeEvent : public Vs::Implements<CommandInputStateChangeEvent, CommandInputEvent>
 {
 public:
     using Implements::Implements;
 };
 
-/// The pointer came over the input's field, or left it.
+/// The pointer entered the input's field, or left it.
 class CommandInputHoverEvent : public Vs::Implements<CommandInputHoverEvent, CommandInputEvent>
 {
 public:

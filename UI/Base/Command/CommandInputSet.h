@@ -45,9 +45,9 @@ public:
     /// The input whose record has this key, or null.
     [[nodiscard]] CommandInputBase* findInput(std::wstring_view key) const;
 
-    /// Tells the event to the sites of the set and of the input; for the inputs.
+    /// Passes the event to the sites of the set and of the input; for the inputs.
     void fire(CommandInputEvent* event);
-    /// Told by whoever runs the command, once.
+    /// Called once by whoever runs the command.
     void commandEnded();
 
 private:
@@ -70,7 +70,7 @@ private:
     Source m_source;
 };
 
-/// Tells of the changes of single inputs. A subscription of a null input is for every input there is.
+/// Reports the changes of single inputs. A subscription to a null input covers every input.
 class CommandInputEventSource
 {
 public:
@@ -92,7 +92,7 @@ private:
     int m_depth = 0;
 };
 
-/// Tells of the changes of the inputs of one set.
+/// Reports the changes of the inputs of one set.
 class CommandInputSetEventSource
 {
 public:

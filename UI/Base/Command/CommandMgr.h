@@ -65,11 +65,11 @@ public:
     static void terminateAllCommands(ETerminationReason reason);
 
     /// Starts the resting command (CommandEventSite::commandManagerDefaultCommand) if nothing runs. Happens
-    /// of itself after each run that left the stack of a session's manager empty; a session calls it when it
+    /// by itself after each run that left the stack of a session's manager empty; a session calls it when it
     /// is shown for the first time.
     void startDefaultCommand();
 
-    /// Observers of all managers, not owned, in the order in which they came.
+    /// Observers of all managers, not owned, called in the order in which they were added.
     static void addObserver(ICommandObserver* observer);
     static void removeObserver(ICommandObserver* observer);
 

@@ -22,7 +22,7 @@ struct CommandRun
     const CommandContext* context;
     /// Null before the command is made, and if it was refused.
     CommandBase* command = nullptr;
-    /// What went wrong so far.
+    /// The errors so far.
     const Vs::Status* status = nullptr;
     ETerminationReason reason = ETerminationReason::Commit;
     /// The definition didn't make the command.

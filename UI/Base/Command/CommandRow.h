@@ -36,7 +36,7 @@ struct CommandRow
 /// string table.
 [[nodiscard]] Info makeInfo(const CommandRow& row, const wchar_t* domain);
 
-/// A definition made from the row `Self::kRow`, with its texts from the domain. Bases behind the first are
+/// A definition made from the row `Self::kRow`, with its texts from the domain. Bases after the first are
 /// event sites and handlers. An add-in has an alias of this with its own domain.
 template <const wchar_t* const& kDomain, class Self, class Base = CommandDefinition, class... Others>
 class RowDefinition : public Vs::Implements<Self, Base, Others...>
@@ -50,7 +50,7 @@ public:
     }
 
     RowDefinition() : RowDefinition(info()) {}
-    /// With an identity of its own, and all else from the row.
+    /// With an identity of its own, and everything else from the row.
     explicit RowDefinition(Info* identity) : Vs::Implements<Self, Base, Others...>(identity)
     {
         for (CommandRow::Group group : Self::kRow.groups)
@@ -62,7 +62,7 @@ public:
     }
 };
 
-/// The same of a command that is made anew for each run.
+/// The same for a command that is made for each run.
 template <const wchar_t* const& kDomain, class Self, class Cmd, class Base = CommandDefinition,
           class... Others>
 class CommandRowDefinition : public RowDefinition<kDomain, Self, Base, Others...>

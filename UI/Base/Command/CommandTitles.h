@@ -3,12 +3,12 @@
 #include <string>
 #include <vector>
 
-/// The titles of commands in all languages that the program knows, for whoever looks for a command by one
-/// that isn't shown. Main thread only.
+/// The titles of commands in all languages that the program knows, for searching commands by a title that
+/// isn't shown. Main thread only.
 namespace Vu::CommandTitles {
 
 /// The title of a command in the user's language, for its Info: the text of `key` in the domain, or `english`
-/// where there is none. What it is made of is remembered.
+/// where there is none. Its key and default are remembered.
 [[nodiscard]] std::wstring localized(const std::wstring& command, const wchar_t* domain, const char* key,
                                      const char* english);
 

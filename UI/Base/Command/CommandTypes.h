@@ -9,13 +9,13 @@ enum class ETerminationReason {
                 ///< its place.
 };
 
-/// What the start of a command means for the one that is active.
+/// What the start of a command means for the active one.
 enum class ECommandType {
     Exclusive = 0, ///< Ends the active command, unless the stacking behaviour keeps it. The default.
     Nested = 1,    ///< Leaves the active command alive: it runs inside it.
 };
 
-/// How a command meets the stack of those that run already.
+/// How a command affects the stack of those already running.
 enum class EStackingBehavior {
     OverCategory = 0, ///< Stacks over the active command, in the place of one of its own category; started in
                       ///< the canvas, only of one that was started there too.
@@ -23,16 +23,16 @@ enum class EStackingBehavior {
     ByType = 2,       ///< As the command's type says. The default.
 };
 
-/// Whether a running command can take back or redo its own steps, and who holds the transaction then.
+/// Whether a running command can undo or redo its own steps, and who controls the transaction then.
 enum class EMidCommandUndoRedoContext {
-    None = 0,               ///< No step can be taken back inside the command.
+    None = 0,               ///< No step can be undone inside the command.
     Step = 1,               ///< A step of the command itself.
     Outer = 2,              ///< Steps exist, but the whole command is undone.
     ControllingStep = 3,    ///< A step, and the current transaction is the controlling one.
     ControllingCurrent = 4, ///< The current transaction is the controlling one.
 };
 
-/// The road on which a command was called.
+/// The route by which a command was called.
 enum class ECommandAccessPoint {
     Unknown = 0,
     Toolbar = 1,
@@ -49,10 +49,10 @@ enum class ECommandAccessPoint {
     Repeat = 12,
 };
 
-/// What becomes of the selection when the command names another set than the user's.
+/// What happens to the selection when the command names a set other than the user's.
 enum class EAlternateSelectionSetBehavior {
-    UseSelection = 0, ///< The user's selection is taken. The default.
-    Replace = 1,      ///< The other set takes the place of the selection while the command runs.
+    UseSelection = 0, ///< The user's selection is used. The default.
+    Replace = 1,      ///< The other set replaces the selection while the command runs.
     Ignore = 2,       ///< The command starts as if nothing were selected.
 };
 

@@ -11,7 +11,7 @@ class ListCommandInput : public Vs::Implements<ListCommandInput, CommandInputBas
 public:
     static ListCommandInput* make(CommandInputSet* set, int number, Info* info);
 
-    /// Holds the items and what is chosen. What is chosen there with notification is told as a new value.
+    /// Holds the items and the choice. A choice made there with notification is reported as a new value.
     ListControl* control() { return &m_control; }
     /// Null for none.
     Info* value() const { return m_control.selectedItem(); }
@@ -34,7 +34,7 @@ class MenuCommandInput : public Vs::Implements<MenuCommandInput, CommandInputBas
 public:
     static MenuCommandInput* make(CommandInputSet* set, int number, Info* info);
 
-    /// Holds the items and their marks. A mark that is set there with notification is told as a new value.
+    /// Holds the items and their marks. A mark set there with notification is reported as a new value.
     MenuControl* control() { return &m_control; }
 
     /// The keys of the items that have a mark, with bars between them.
@@ -49,7 +49,7 @@ private:
     MenuControl m_control;
 };
 
-/// A button in a panel. It has no value; being pressed is told as a new one.
+/// A button in a panel. It has no value; being pressed is reported as a new one.
 class ButtonCommandInput : public Vs::Implements<ButtonCommandInput, CommandInputBase, IButtonControlHandler>
 {
 public:

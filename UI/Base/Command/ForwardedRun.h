@@ -2,8 +2,8 @@
 
 namespace Vu {
 
-/// Held by a text command while it runs the one command that does all that the line asks for: a recording
-/// then takes down that command, which knows its arguments best. What a line runs without it is part of the
+/// Held by a text command while it runs the one command that does everything the line asks for: a recording
+/// then records that command, which knows its arguments best. What a line runs without this is part of the
 /// line. Main thread only.
 class [[nodiscard]] ForwardedRun
 {

@@ -56,7 +56,7 @@ private:
 };
 
 /// The identity record of a command, a control, an item of a list or an input: key, title, look. Made once
-/// and kept for as long as anything may ask for it; the host holds pointers to it.
+/// and kept as long as anything may use it; the host holds pointers to it.
 class Info
 {
 public:

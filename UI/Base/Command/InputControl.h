@@ -9,7 +9,7 @@ namespace Vu {
 
 class InputControl;
 
-/// Listens to one control: what draws it.
+/// Listens to one control, to draw it.
 class InputControlSite : public Vs::EventSite
 {
 public:
@@ -38,14 +38,14 @@ public:
     bool visible() const { return m_visible; }
     void visible(bool value);
 
-    /// Whether what stands behind the control is at work, which lights it up. Default false.
+    /// Whether what the control stands for is active, which highlights it. Default false.
     bool active() const { return m_active; }
     void active(bool value);
 
     void subscribe(InputControlSite* site) { m_source.subscribe(site); }
     void unsubscribe(InputControlSite* site) { m_source.unsubscribe(site); }
 
-    /// What the drawing side reports of the user.
+    /// The user's actions, reported by the drawing side.
     void hoverStart();
     void hoverEnd();
     ToolTipInfo tooltip() const;
@@ -88,7 +88,7 @@ private:
 class ListControl : public Vs::Implements<ListControl, InputControl>
 {
 public:
-    /// The key of an item that is only a line between others.
+    /// The key of an item that is only a separator.
     static constexpr const wchar_t* kSeparator = L"eSeparator";
 
     ListControl(Info* info, IListControlHandler* handler);
@@ -101,8 +101,8 @@ public:
     void items(std::vector<Info*> items);
 
     Info* selectedItem() const { return m_selected; }
-    /// Selects an item of the list, or none with null. With `notify` the handler is told, even if it was
-    /// selected already: choosing an entry again is a choice.
+    /// Selects an item of the list, or none with null. With `notify` the handler is notified, even if it was
+    /// already selected: choosing an entry again is a choice.
     void selectedItem(Info* item, bool notify);
 
     /// Whether the button shows the selected item's title and icon in place of its own.
@@ -113,7 +113,7 @@ public:
     /// Default false: all of the button opens it.
     bool split() const { return m_split; }
     void split(bool value);
-    /// The user's click on a split button: chooses the selected item once more. Where none is selected, the
+    /// The user's click on a split button: chooses the selected item again. Where none is selected, the
     /// handler is told of the control's own record. Does nothing while the button is disabled.
     void clicked();
 

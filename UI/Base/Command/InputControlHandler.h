@@ -8,7 +8,7 @@ class Info;
 class MenuItem;
 class ToolTipInfo;
 
-/// Who stands behind a control: told of what the user does with it.
+/// The handler behind a control: told what the user does with it.
 class IInputControlHandler
 {
 public:
@@ -19,8 +19,8 @@ public:
         return id;
     }
 
-    /// What stands behind the handler, asked as any Vs::Interface is; a class that is a Vs::Object as well
-    /// answers both with one function.
+    /// Queries what is behind the handler, as of any Vs::Interface; a class that is also a Vs::Object answers
+    /// both with one function.
     virtual const Vs::UniqueString* getInterfaceId() const = 0;
     virtual void* queryInterface(const Vs::UniqueString* key) const = 0;
 

@@ -13,7 +13,7 @@ namespace Vu {
 class GraphicsView;
 class KeyEvent;
 
-/// Takes the keys that nothing else took.
+/// Handles the keys that nothing else handled.
 class IKeyEventHandler
 {
 public:
@@ -30,11 +30,11 @@ public:
     /// The view of the command's session; may be null.
     GraphicsView* graphicsView() const;
 
-    /// Whether the selection may be taken while this command is active. Default true.
+    /// Whether the selection may be used while this command is active. Default true.
     virtual bool onFilterSelection(const Vs::StrongRef<Vs::Selection>& selection,
                                    const Vs::SelectionFilterContext* context);
     virtual void onActiveManipulatorChanged() {}
-    /// The default gives the command up at Escape.
+    /// By default, Escape cancels the command.
     virtual void onKeyPress(KeyEvent* event);
     virtual void onKeyRelease(KeyEvent*) {}
     virtual void onForcePreviewAfterSkippedCycle() {}

@@ -4,10 +4,10 @@
 
 namespace Vu {
 
-/// Codes of keys that have no letter. A letter's or a digit's code is that of its capital in ASCII.
+/// Codes of keys that are not characters. The code of a letter or digit is its ASCII code, in upper case.
 enum KeyCode : int { kEscapeKey = 0x01000000 };
 
-/// A key that was pressed or released while nothing that the user types into had the attention.
+/// A key pressed or released while nothing that the user types into had the focus.
 class KeyEvent : public Vs::Implements<KeyEvent, Vs::Event>
 {
 public:

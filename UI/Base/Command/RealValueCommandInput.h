@@ -13,7 +13,7 @@ class RealValueCommandInput : public Vs::Implements<RealValueCommandInput, Comma
 {
 public:
     /// `unit` is the one in which a person sees the value; the default is for plain numbers. Where it is the
-    /// one in which the user sees all lengths, areas or volumes, the input follows the user to another.
+    /// user's unit for all lengths, areas or volumes, the input follows a change of that setting.
     static RealValueCommandInput* make(CommandInputSet* set, int number, Info* info,
                                        const Vs::Units::Unit& unit = {});
 
@@ -24,8 +24,8 @@ public:
     const Vs::Units::UnitDisplaySettings& unitDisplaySettings() const { return m_settings; }
     void unitDisplaySettings(const Vs::Units::UnitDisplaySettings& settings);
 
-    /// The least and the greatest value that is valid; `inclusive` tells whether it is valid itself. Without
-    /// them every finite value is.
+    /// The lower and the upper limit; `inclusive` says whether the limit itself is valid. Without them every
+    /// finite value is.
     void minimumValue(bool on, double value, bool inclusive) { m_minimum = {on, value, inclusive}; }
     void maximumValue(bool on, double value, bool inclusive) { m_maximum = {on, value, inclusive}; }
 
@@ -38,7 +38,7 @@ public:
     bool hasMRU() const { return m_hasMRU; }
     void hasMRU(bool value);
 
-    /// What the list offers of commands, asked anew at each call.
+    /// The commands that the list offers, asked for at each call.
     std::vector<Info*> mruCommands();
     /// The user's choice of such a command.
     void triggerMruCommand(const std::wstring& key);

@@ -11,8 +11,8 @@
 #include <string>
 #include <string_view>
 
-// Text lines as rows of tables: what is data stands in the row, and the objects that register themselves are
-// made from the table. All of them are of static storage:
+// Text lines as rows of tables: the row holds the data, and the objects that register themselves are made
+// from the table. All of them are of static storage:
 //
 //     constexpr WrapperRow kWrappers[] = {
 //         {L"Design", L"Hide", L"[<path>]... Hides the components", "", &HideCmdDef::info, paths},

@@ -9,8 +9,8 @@ namespace Vu {
 class CommandContext;
 class CommandDefinition;
 
-/// A text command that runs a command definition, on the same road as a click: what it does is recorded like
-/// one. It makes a context of what is active, lets `fillContext` add the arguments, and runs the definition
+/// A text command that runs a command definition by the same route as a click: what it does is recorded like
+/// one. It makes a context from what is active, lets `fillContext` add the arguments, and runs the definition
 /// in the manager of the active asset session (the global one if none is active). Whether the definition is
 /// applicable is not asked. The answer is 1 with the status' text if the status holds an error, else 0 with
 /// its warnings.
@@ -28,7 +28,7 @@ public:
     /// The wrapper of a definition, the first if there are several; null if it has none.
     [[nodiscard]] static const TranscriptedCommandTextCommand* of(const std::wstring& definitionKey);
     /// The parameters of a line for a recording, made of the texts of the context's arguments in their order;
-    /// the default takes all as they are. `repeats` tells whether they will do.
+    /// the default takes all as they are. `repeats` tells whether they suffice.
     virtual std::vector<std::wstring> parametersFor(const CommandContext&,
                                                     std::vector<std::wstring> texts) const
     {

@@ -8,8 +8,8 @@ class Status;
 
 namespace Vu {
 
-/// Who wrote an address down: an edition of the program, which may name files that it brings, or anybody, a
-/// transcript for example.
+/// Where an address comes from: an edition of the program, which may name its own files, or anybody, such as
+/// a transcript.
 enum class AddressOf { Edition, Anybody };
 
 /// Hands an address to the program that the desktop has for it: http, https or mailto, and for an edition

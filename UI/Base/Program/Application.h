@@ -25,7 +25,7 @@ public:
     static void initialize(int& count, char** arguments, bool headless);
     static bool headless();
 
-    /// Whether a test run is on: nothing then asks a person or greets one.
+    /// Whether this is a test run: nothing then asks or greets a person.
     static bool testing();
     static void testing(bool value);
 
@@ -50,8 +50,8 @@ public:
     /// Runs the main loop until `exit`. Returns the exit code, 0 unless an error ended it.
     int run();
     /// Ends the main loop at the end of the current event. With `closeDocuments`, `shutDown` closes the
-    /// documents that are still open, without asking: whoever calls has asked. Without, the user is asked
-    /// about those that have changed, which may keep the program going, and they are left as they are.
+    /// documents that are still open without asking, since the caller has asked. Without, the user is asked
+    /// about those that have changed, which may keep the program running, and they are left as they are.
     void exit(bool closeDocuments);
     bool exiting() const { return m_exiting; }
     /// Closes all workspaces and takes Qt's application object down; the last thing in main, before add-ins
@@ -83,7 +83,7 @@ public:
     /// The parent for dialogs: the active workspace window's widget; null as long as no window is shown.
     QWidget* mainWidget() const;
 
-    /// Shows a message that nobody has to answer: in the window's status bar and alert list, and on the text
+    /// Shows a message that needs no answer: in the window's status bar and alert list, and on the text
     /// output's error side. Never blocks.
     void inform(const std::wstring& message);
 

@@ -7,9 +7,8 @@ class QWidget;
 
 namespace Vu {
 
-/// How the widget that stands in areas of one contents key is made. Registered for as long as it lives, by
-/// whoever brings that kind of contents; a later one of the same key takes the place of the earlier. Main
-/// thread only.
+/// Makes the widget for areas with one contents key. Registered for as long as it exists, by whoever brings
+/// that kind of contents; a later one with the same key replaces the earlier. Main thread only.
 ///
 /// The host itself draws "GraphicsCanvas", "BrowserWindow" and "TextCommands"; "ScrollPage" around other
 /// areas gives them a scroll bar, "Palette" a frame with a title. Every other key without an entry here is

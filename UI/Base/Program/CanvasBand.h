@@ -4,7 +4,7 @@
 
 namespace Vu {
 
-/// A rectangle that a person pulls open over a canvas, in logical pixels from its upper left corner.
+/// A rubber band over a canvas, in logical pixels from its upper left corner.
 struct CanvasBand
 {
     double fromX = 0, fromY = 0; ///< Where it began.
@@ -14,7 +14,7 @@ struct CanvasBand
     double right() const { return std::max(fromX, toX); }
     double top() const { return std::min(fromY, toY); }
     double bottom() const { return std::max(fromY, toY); }
-    /// One that is pulled to the left takes also what lies in it only in part, and is drawn with dashes.
+    /// One that is drawn to the left also takes what lies only partly in it, and has dashes.
     bool crossing() const { return toX < fromX; }
 
     friend bool operator==(const CanvasBand&, const CanvasBand&) = default;

@@ -2,10 +2,10 @@
 
 namespace Vu {
 
-/// What tells a run with a window to end without asking anybody: SIGTERM, SIGHUP and SIGINT, and the end of
-/// the desktop's session. What isn't saved is kept in recovery files, and the program ends. One that is too
-/// busy to hear of it ends after two seconds of work, or after five of waiting, with what was kept before.
-/// The session is told that nothing stands in its way.
+/// What ends a run with a window without asking anybody: SIGTERM, SIGHUP and SIGINT, and the end of the
+/// desktop's session. What isn't saved is kept in recovery files, and the program ends. One that is too busy
+/// to hear of it ends after two seconds of work, or after five of waiting, with what was kept before. The
+/// session is told that nothing stands in its way.
 class EndSignals
 {
 public:

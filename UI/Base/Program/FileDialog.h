@@ -70,7 +70,7 @@ public:
         bool asTyped = false; ///< A name to save under gets no suffix of the filter.
         std::wstring entry;   ///< Of the filter, chosen at first; if it isn't one, the first is.
     };
-    /// Answers in place of a person; returns false for cancelled. Null takes it away.
+    /// Answers in place of a person; returns false for cancelled. Null removes it.
     using Responder = std::function<bool(const Request&, std::vector<std::wstring>& names)>;
     static void responder(Responder responder);
 };

@@ -26,7 +26,7 @@ public:
     /// An error in `status` if nobody can be asked; nothing if a person cancelled.
     static void tellMissing(Vs::Status& status);
 
-    /// Answers in place of a person; returns false for cancelled. Null takes it away.
+    /// Answers in place of a person; returns false for cancelled. Null removes it.
     using Responder = std::function<bool(std::wstring& label)>;
     static void responder(Responder responder);
 };

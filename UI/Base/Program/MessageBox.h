@@ -42,7 +42,7 @@ public:
     /// Whether there is somebody to answer a box that asks, or a replay that brings the answer.
     [[nodiscard]] static bool canAsk();
 
-    /// Answers in place of a person; null takes it away. Returns the index as `show` does.
+    /// Answers in place of a person; null removes it. Returns the index as `show` does.
     using Responder = std::function<int(const MessageBox&)>;
     static void responder(Responder responder);
 

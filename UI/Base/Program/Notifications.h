@@ -44,10 +44,10 @@ struct NotificationAction
 {
     std::wstring text; ///< On the button.
     std::function<void()> run;
-    bool ends = true; ///< Whether the notification has served its purpose then.
+    bool ends = true; ///< Whether the notification has served its purpose afterwards.
 };
 
-/// What a sender says; all of it may be left out but the title and the sender.
+/// A sender's message; everything but the title and the sender may be left out.
 struct NotificationRequest
 {
     std::wstring title;
@@ -79,7 +79,7 @@ public:
     Object* subject() const { return m_request.subject; }
     const std::vector<NotificationAction>& actions() const { return m_request.actions; }
     bool quiet() const { return m_request.quiet; }
-    /// Whether the user has had it before his eyes.
+    /// Whether the user has seen it.
     bool seen() const { return m_seen; }
 
 private:
@@ -180,10 +180,10 @@ public:
     /// How many the user has not seen yet.
     [[nodiscard]] size_t unseen() const;
     void markSeen(Notification* notification);
-    /// Here and below, one that isn't there is passed over.
+    /// Here and below, one that doesn't exist is ignored.
     void remove(Notification* notification);
     void removeByClientID(const std::wstring& clientID);
-    /// Those of one sender that are about a file, for who tells anew how it stands.
+    /// Those of one sender that are about a file, for reporting its new state.
     void removeAboutFile(const std::wstring& clientID, const std::wstring& file);
     /// As a click does.
     void activate(Notification* notification);

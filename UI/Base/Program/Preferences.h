@@ -8,7 +8,7 @@
 
 namespace Vu {
 
-/// One thing that a person may set, over an option of a group. A small value; main thread only.
+/// One preference that a person may set, based on an option of a group. A small value; main thread only.
 class Preference
 {
 public:
@@ -48,9 +48,9 @@ public:
     std::wstring title() const;
     const Kind& kind() const { return m_kind; }
 
-    /// As a line tells and takes it: "true" and "false", a number, one of the choices' values.
+    /// As lines print and accept it: "true" and "false", a number, one of the choices' values.
     std::wstring text() const;
-    /// Returns why the text is no value of it; empty if it was set.
+    /// Returns why the text is not one of its values; empty if it was set.
     [[nodiscard]] std::wstring setText(const std::wstring& text) const;
     void reset() const;
     bool isDefault() const;

@@ -19,7 +19,7 @@ public:
     void enable(bool value);
     bool enabled() const { return m_enabled; }
 
-    /// Whether work runs that the window waits for; commands started by the user are refused meanwhile.
+    /// Whether the window waits for work; commands started by the user are refused meanwhile.
     bool busy() const { return m_depth > 0; }
 
     void begin(const std::wstring& title) override;

@@ -11,7 +11,7 @@ struct Image;
 
 namespace Vu {
 
-/// To whom a file is given.
+/// To what a file is given.
 enum class ShareWith {
     Mail,    ///< A new message with the file attached, in the desktop's mail program.
     Program, ///< A program that the person chooses where the desktop asks, or else the usual one of its kind.

@@ -15,11 +15,11 @@ class AssetSession;
 class GraphicsView;
 
 namespace ActiveAssetUtils {
-/// The view of the active asset session that has the user's attention; null if there is none.
+/// The active view of the active asset session; null if there is none.
 GraphicsView* graphicsView();
 /// The active session; null if there is none.
 AssetSession* assetSession();
-/// What is selected and lit up in the active session, and each of the two; null if none is active.
+/// What is selected and highlighted in the active session, and each of the two; null if none is active.
 Vs::SelectionMgr* selectionManager();
 Vs::SelectionSet* selectionSet();
 Vs::SelectionSet* highlightSet();

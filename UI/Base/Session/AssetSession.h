@@ -46,12 +46,12 @@ public:
     /// One more view on this asset, which starts with the camera of the first one.
     GraphicsView* createView();
 
-    /// Null before an environment was entered.
+    /// Null until an environment is entered.
     EnvironmentDefinition* activeEnvironment() const;
     EnvironmentState* activeEnvironmentState() const { return m_environment.get(); }
-    /// Enters an environment. With `onTop`, the new state returns to the one that was active. Without, one
-    /// that lies on the way back is returned to, with its own way back; for any other the way back is
-    /// forgotten. Null leaves the environment.
+    /// Enters an environment. With `onTop`, the new state returns to the one that was active. Without, one on
+    /// the way back is returned to, keeping its own way back; for any other, the way back is forgotten. Null
+    /// leaves the environment.
     void activateEnvironment(EnvironmentDefinition* definition, bool onTop);
 
     /// Enters an environment on top, to edit that component alone; see editedComponent.

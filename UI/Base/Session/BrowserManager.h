@@ -8,7 +8,7 @@ namespace Vu {
 
 class AssetSession;
 
-/// What shows the objects of a session as a tree. Registers itself with BrowserManager.
+/// Shows the objects of a session as a tree. Registers itself with BrowserManager.
 class Browser : public Vs::Implements<Browser>
 {
 public:
@@ -17,8 +17,8 @@ public:
 
     /// The session whose objects it shows; null while there is none.
     virtual const AssetSession* assetSession() const = 0;
-    /// Makes the object's entry, or that of the component to which it belongs, with all that holds it, and
-    /// brings it into sight, marked as the one that is looked at. The browser shows from then on, if the
+    /// Makes the entry of the object, or of the component to which it belongs, with everything that contains
+    /// it, and scrolls it into view, marked as the current one. The browser is shown from then on, if the
     /// window's layout has room for it. What is selected stays selected. Nothing happens if it has no such
     /// object.
     virtual void createAndDisplay(const Vs::StrongRef<Vs::LogicalSelection>& selection) = 0;

@@ -9,13 +9,13 @@ namespace Vu {
 
 class CommandDefinition;
 
-/// What happens where a person starts a command by hand (a button, keys, a menu) and more is wanted than the
+/// An action for when a person starts a command by hand (a button, keys, a menu) and more is wanted than the
 /// command itself does; lines, transcripts and scripts run the command alone. Registered for as long as it
-/// lives, one for a command. Main thread only.
+/// exists, one per command. Main thread only.
 class ByHand
 {
 public:
-    /// Returns false where the command is to run as it is.
+    /// Returns false if the command should run as it is.
     using Action = std::function<bool(const CommandContext&)>;
 
     ByHand(std::wstring command, Action action);
@@ -23,7 +23,7 @@ public:
     ByHand(const ByHand&) = delete;
     ByHand& operator=(const ByHand&) = delete;
 
-    /// Whether there is such an action for the command, and it has done what is to be done.
+    /// Whether there is such an action for the command, and it has done everything.
     [[nodiscard]] static bool takesOver(const CommandDefinition& definition, const CommandContext& context);
 
 private:

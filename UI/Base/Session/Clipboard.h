@@ -8,20 +8,20 @@
 namespace Vu {
 
 /// The objects that the user has copied or cut and may paste. It holds no copies: an object is pasted as it
-/// is then, and an asset that closes takes its objects out. Main thread only.
+/// is at that time, and closing an asset removes its objects. Main thread only.
 class Clipboard : public Vs::Implements<Clipboard>, private Vs::AssetEventSite
 {
 public:
     struct Entry
     {
         Vs::StrongRef<Vs::LogicalSelection> object; ///< Its asset is open.
-        bool cut;                                   ///< Goes from where it was when it is pasted.
+        bool cut;                                   ///< Is removed from its place when it is pasted.
     };
 
     Clipboard();
     ~Clipboard() override;
 
-    /// In the order in which they came.
+    /// In the order in which they were added.
     const std::vector<Entry>& entries() const { return m_entries; }
     [[nodiscard]] bool empty() const { return m_entries.empty(); }
     void clear() { m_entries.clear(); }

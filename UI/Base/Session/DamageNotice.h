@@ -4,12 +4,12 @@
 
 namespace Vu {
 
-/// Puts among the notifications what was to be warned of when a file was read, in a run with a window: what a
-/// damaged file lacks, part by part. A line of text answers with it besides. Main thread only.
+/// Turns the warnings from reading a file into notifications, in a run with a window: what a damaged file
+/// lacks, part by part. A line of text also returns them. Main thread only.
 class DamageNotice : private Vs::DocumentEventSite
 {
 public:
-    /// Tells of those that are open and those that come.
+    /// Reports on documents that are open and those opened later.
     DamageNotice();
 
     /// For a run with a window, up to its end; once.

@@ -18,13 +18,13 @@ namespace Vu {
 struct FeedEntry
 {
     enum class Kind {
-        Step,    ///< Something that was done, and can be taken back.
-        Present, ///< The step after which the document is as it is now.
-        Undone,  ///< A step that was taken back, and can be done again.
+        Step,    ///< Something that was done, and can be undone.
+        Present, ///< The step that led to the document's present state.
+        Undone,  ///< A step that was undone, and can be redone.
         Comment  ///< Anything that isn't a step.
     };
 
-    /// The beginning of time for an entry whose time nobody knows, which stands below all others.
+    /// The epoch for an entry whose time nobody knows, which is listed below all others.
     std::chrono::system_clock::time_point time;
     Kind kind = Kind::Comment;
     std::wstring title;  ///< What was done or said, in one line.
@@ -41,15 +41,15 @@ class FeedSource
 {
 public:
     virtual ~FeedSource() = default;
-    /// Appends its entries for the document, in any order. Called whenever the feed is drawn anew: a source
-    /// that has to ask elsewhere keeps what it got, and tells DesignFeed::changed when it has more.
+    /// Appends its entries for the document, in any order. Called whenever the feed is redrawn: a source that
+    /// has to ask elsewhere caches the answers, and calls DesignFeed::changed when it has more.
     virtual void addEntries(Vs::Document& document, std::vector<FeedEntry>& entries) = 0;
 };
 
 class FeedEventSite : public Vs::EventSite
 {
 public:
-    /// There may be other entries; whoever shows them asks anew. Fired often: coalesce.
+    /// The entries may have changed; whoever shows them asks again. Fired often: coalesce.
     virtual void feedChanged() = 0;
 };
 
@@ -59,14 +59,14 @@ class DesignFeed : public Vs::EventSource<FeedEventSite>
 public:
     static DesignFeed* get();
 
-    /// Not owned; must stay until it is removed.
+    /// Not owned; must exist until it is removed.
     void add(FeedSource* source);
     void remove(FeedSource* source);
     /// For sources.
     void changed();
 
-    /// The newest first. Steps stand in their order, also those that were undone, above the present state;
-    /// other entries go between them by their time.
+    /// The newest first. Steps keep their order, with undone ones above the present state; other entries are
+    /// placed between them by time.
     [[nodiscard]] std::vector<FeedEntry> entries(Vs::Document& document) const;
 
 private:

@@ -10,9 +10,9 @@ class Document;
 
 namespace Vu {
 
-/// What an add-in knows of documents beside what they are themselves: of which item one is a version, for
-/// example. The properties panel lists it. Registered for as long as it lives; that there is something new is
-/// told by DocumentRemarkSource. Main thread only.
+/// What an add-in knows about documents besides their own data: of which item one is a version, for example.
+/// The properties panel lists it. Registered for as long as it lives; DocumentRemarkSource announces that
+/// there is something new. Main thread only.
 class DocumentFacts
 {
 public:
@@ -21,7 +21,7 @@ public:
         std::wstring title; ///< "Version".
         std::wstring value; ///< In one line, as a person reads it.
     };
-    /// Asked whenever the panel is drawn anew: who has to ask elsewhere keeps what was learnt.
+    /// Called whenever the panel is redrawn: whoever has to ask elsewhere caches the answers.
     using Source = std::function<std::vector<Fact>(const Vs::Document&)>;
 
     explicit DocumentFacts(Source source);
@@ -29,7 +29,7 @@ public:
     DocumentFacts(const DocumentFacts&) = delete;
     DocumentFacts& operator=(const DocumentFacts&) = delete;
 
-    /// What all sources know, in the order in which they came.
+    /// What all sources know, in the order in which they were added.
     [[nodiscard]] static std::vector<Fact> of(const Vs::Document& document);
 
 private:

@@ -11,7 +11,7 @@ class Document;
 
 namespace Vu {
 
-/// Hears that a remark may say something else now.
+/// Told that a remark may have changed.
 class DocumentRemarkSite : public Vs::EventSite
 {
 public:
@@ -32,8 +32,8 @@ public:
     }
 };
 
-/// What an add-in has to say about documents, in a word or two behind their names: that one waits to be sent,
-/// for example. Registered for as long as it lives. Main thread only.
+/// An add-in's remark about documents, in a word or two after their names: that one waits to be sent, for
+/// example. Registered for as long as it lives. Main thread only.
 class DocumentRemark
 {
 public:
@@ -45,7 +45,7 @@ public:
     DocumentRemark(const DocumentRemark&) = delete;
     DocumentRemark& operator=(const DocumentRemark&) = delete;
 
-    /// All that is said of the document, with commas between.
+    /// All remarks about the document, separated by commas.
     [[nodiscard]] static std::wstring of(const Vs::Document& document);
 
 private:

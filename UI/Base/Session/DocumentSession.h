@@ -25,8 +25,8 @@ public:
     bool firstSave() const { return m_firstSave; }
     void firstSave(bool value) { m_firstSave = value; }
 
-    /// Whether the user has closed the document, and it goes as soon as what runs now is over. No list shows
-    /// it.
+    /// Whether the user has closed the document, which disappears as soon as what runs now has ended. No list
+    /// shows it.
     bool leaving() const;
     /// Told by whoever keeps a lock on a document that was closed only until then: each lock once, and once
     /// when it is about to be released.

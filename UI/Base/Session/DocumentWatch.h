@@ -14,16 +14,16 @@ class QTimer;
 
 namespace Vu {
 
-/// Looks after the files of open documents in a run with a window. Somebody else may work on one of them:
-/// then the document is read only, and the user is told who it is. Another program may change one, or the
-/// foreign file that a document was read from: then the user is offered to read it again, with the camera and
-/// the selection kept. One at a time. Main thread only.
+/// Watches the files of open documents in a run with a window. If somebody else works on one of them, the
+/// document is read-only, and the user is told who it is. If another program changes one, or the foreign file
+/// that a document was read from, the user is offered to reload it, keeping the camera and the selection. One
+/// at a time. Main thread only.
 class DocumentWatch : private Vs::DocumentEventSite
 {
 public:
-    /// Looks after those that are open and those that come.
+    /// Watches documents that are open and those opened later.
     DocumentWatch();
-    /// Lets go of all files.
+    /// Releases all files.
     ~DocumentWatch() override;
 
     /// For a run with a window, up to its end; once.
@@ -43,7 +43,7 @@ private:
     {
         std::wstring file; ///< The native one, or the foreign source; empty if there is none.
         bool isForeign = false;
-        QDateTime modified; ///< As the file was when it was read, or when its change was told.
+        QDateTime modified; ///< The file's state when it was read, or when its change was reported.
         qint64 size = 0;
     };
     static Watched lookAt(const std::wstring& file, bool isForeign);

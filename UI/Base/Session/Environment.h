@@ -23,7 +23,7 @@ public:
     const std::wstring& name() const { return m_name; }
 
     bool isApplicable(const AssetSession* session) const { return session && onIsApplicable(session); }
-    /// Whether the commands of the environment of that id are at home here as well, so that they don't leave.
+    /// Whether the commands of the environment with that id also belong here, so that they don't leave it.
     bool offers(const std::wstring& id) const { return id == m_id || onOffers(id); }
 
 protected:
@@ -54,7 +54,7 @@ private:
     std::vector<EnvironmentDefinition*> m_definitions;
 };
 
-/// An environment as one session is in it, with the way back to where it was entered from.
+/// An environment that a session is in, with the way back to where it was entered from.
 class EnvironmentState : public Vs::Implements<EnvironmentState>
 {
 public:
@@ -71,7 +71,7 @@ public:
     /// The component (Component::id) that it was entered for; empty where it is for the whole model.
     const std::string& component() const { return m_component; }
 
-    /// Whether coming back brings the camera along.
+    /// Whether returning restores the camera.
     bool copyCameraOnReturn() const { return m_copyCamera; }
     void copyCameraOnReturn(bool value) { m_copyCamera = value; }
 

@@ -12,8 +12,8 @@ class ImageSetResource;
 
 namespace Vu {
 
-/// What an add-in has to say about where files lie that a service keeps: their paths here are those of copies
-/// in the profile, which say nothing to a person. Tiles, questions and notifications show the place instead.
+/// Where a file that a service keeps is, in an add-in's words: the local paths are those of copies in the
+/// profile, which mean nothing to a person. Tiles, questions and notifications show the place instead.
 /// Registered for as long as it lives. Main thread only.
 class FilePlace
 {
@@ -23,9 +23,9 @@ public:
         std::wstring place;                         ///< "Skyvault \u203a parts \u203a wheel.vlra".
         std::wstring folder;                        ///< Beside the file's name: "Skyvault \u203a parts".
         const Vs::ImageSetResource* mark = nullptr; ///< Of the service, for a tile; null for none.
-        /// Whether a save is over only when it has arrived there, which is told by who registered this.
+        /// Whether a save is over only when it has arrived there, which whoever registered this announces.
         bool isSent = false;
-        /// The service has told that it is there no longer; the copy here is all that is left.
+        /// The service has reported that it no longer exists there; the local copy is all that is left.
         bool isGone = false;
     };
     /// Nothing for a file that isn't the add-in's. Asked often, for any path.
@@ -36,9 +36,9 @@ public:
     FilePlace(const FilePlace&) = delete;
     FilePlace& operator=(const FilePlace&) = delete;
 
-    /// Nothing for a file that lies where its path says, and for an empty path.
+    /// Nothing for a file that is where its path says, and for an empty path.
     [[nodiscard]] static std::optional<Answer> of(const std::wstring& path);
-    /// The place, or the path itself where that says it.
+    /// The place, or the path itself for other files.
     [[nodiscard]] static std::wstring shown(const std::wstring& path);
 
 private:

@@ -8,8 +8,8 @@
 
 namespace Vu {
 
-/// Tells of documents that were closed with unsaved changes and without a question, and brings them back, or
-/// saves a copy of them, for whoever didn't mean it. The notification goes with the recovery file.
+/// Notifies of documents that were closed with unsaved changes and without a question, and restores them, or
+/// saves a copy, for whoever didn't mean it. The notification disappears with the recovery file.
 class LeftDocuments : private Vs::AutoSaveEventSite, private Vs::NotificationsEventSite
 {
 public:

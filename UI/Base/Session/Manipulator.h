@@ -11,14 +11,14 @@ namespace Vu {
 
 class AssetGraphicsView;
 
-/// Handles in a view with which a command's values are dragged: arrows that move along an axis, squares that
-/// move in a plane, rings that turn. They lie over the model, keep their size on the screen and have the
-/// mouse where they lie. A drag snaps as the user's settings say (Inference::SnapManager); with Alt it
-/// doesn't. The right button lets the drag be, and Escape ends the command as always.
+/// Handles in a view for dragging a command's values: arrows that move along an axis, squares that move in a
+/// plane, rings that rotate. They are drawn over the model, keep their size on the screen and receive the
+/// mouse first. A drag snaps as the user's settings say (Inference::SnapManager); with Alt it doesn't. The
+/// right button cancels the drag, and Escape ends the command as always.
 class Manipulator : public MouseOverlay
 {
 public:
-    /// How far a drag has come since it began.
+    /// How far a drag has moved since it began.
     struct Drag
     {
         ManipulatorHandle handle;
@@ -28,7 +28,7 @@ public:
     };
     using Listener = std::function<void(const Drag&)>;
 
-    /// The view must outlive the manipulator, which is shown as long as it lives.
+    /// The view must outlive the manipulator, which is shown as long as it exists.
     Manipulator(AssetGraphicsView& view, std::vector<ManipulatorHandle> handles, Listener listener);
     ~Manipulator() override;
     Manipulator(const Manipulator&) = delete;
@@ -71,7 +71,7 @@ private:
     GkMatrix3d m_frame, m_dragFrame;
     double m_width = 0, m_height = 0;
     GkVector3d m_start;  ///< Where the drag began (placeOn).
-    GkVector3d m_shift;  ///< How far it has come; stays where the mouse is out of reach.
+    GkVector3d m_shift;  ///< How far it has moved; unchanged while the mouse is out of reach.
     double m_turned = 0; ///< Of a ring: how far it has been turned, over full turns as well.
     double m_lastAngle = 0;
     int m_pointed = -1, m_dragged = -1;

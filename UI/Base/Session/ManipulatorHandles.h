@@ -26,13 +26,12 @@ struct ManipulatorHandle
     friend bool operator==(const ManipulatorHandle&, const ManipulatorHandle&) = default;
 };
 
-/// How a handle looks, in a frame where the arrows have length 1, and where it is taken hold of.
+/// How a handle looks, in a frame where the arrows have length 1, and where it can be grabbed.
 [[nodiscard]] std::shared_ptr<const Vs::BodyMesh> meshOf(const ManipulatorHandle& handle);
 [[nodiscard]] Vs::Colour colourOf(const ManipulatorHandle& handle, bool pointed);
 
-/// How far a place of the screen is from the handle, in pixels; nothing if the handle can't be dragged as it
-/// is seen: an axis that points at the viewer, a plane that is seen from its edge. `frame` leads to world
-/// coordinates.
+/// How far a place of the screen is from the handle, in pixels; nothing if the handle can't be dragged in
+/// this view: an axis that points at the viewer, a plane seen edge-on. `frame` leads to world coordinates.
 [[nodiscard]] std::optional<double> distanceTo(const ManipulatorHandle& handle, const GkMatrix3d& frame,
                                                const Vs::Scene::Projection& projection, double x, double y);
 

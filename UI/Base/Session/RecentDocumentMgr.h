@@ -30,7 +30,7 @@ public:
     virtual void recentDocumentsCleared() {}
 };
 
-/// The documents that were used last; kept among the user's options.
+/// The most recently used documents; kept among the user's options.
 class RecentDocumentMgr : public Vs::Implements<RecentDocumentMgr>,
                           public Vs::EventSource<RecentDocumentEventSite>
 {
@@ -38,7 +38,7 @@ public:
     static constexpr int kMaximum = 20;
     static RecentDocumentMgr* get();
 
-    /// The path becomes the newest entry, also if it is there already.
+    /// The path becomes the newest entry, even if it is already listed.
     void add(const std::wstring& path, bool isCloud);
     /// Adds the newest entries, up to `maximum`, the newest of them last. They are this manager's and last
     /// until the list changes.

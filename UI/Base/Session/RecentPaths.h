@@ -14,8 +14,8 @@ public:
     virtual void recentPathsChanged() = 0;
 };
 
-/// What somebody used last, of one purpose, the newest first; what is pinned stays. Kept among the user's
-/// options, in a group of its own. Main thread only.
+/// Recently used paths for one purpose, the newest first; pinned ones stay. Kept among the user's options, in
+/// a group of its own. Main thread only.
 class RecentPaths : public Vs::EventSource<RecentPathsEventSite>
 {
 public:
@@ -29,8 +29,8 @@ public:
         bool operator==(const Entry&) const = default;
     };
 
-    /// Files that were opened or saved, of every kind that can be opened. Documents come and go with
-    /// RecentDocumentMgr's list, which knows the native ones alone and fewer of them.
+    /// Files that were opened or saved, of every kind that can be opened. Documents are added and removed
+    /// with RecentDocumentMgr's list, which has only native ones, and fewer of them.
     static RecentPaths& files();
     /// Scripts and transcripts that were run or recorded.
     static RecentPaths& scripts();
@@ -42,7 +42,7 @@ public:
     /// Unknown paths change nothing here and in the following.
     void remove(const std::wstring& path);
     void pin(const std::wstring& path, bool value);
-    /// Takes away what isn't pinned.
+    /// Removes what isn't pinned.
     void clear();
 
 private:

@@ -6,8 +6,8 @@
 
 namespace Vu {
 
-/// A model that comes with an add-in, for whoever wants something to look at: the home screen shows it.
-/// Registered for as long as it lives. Main thread only.
+/// A sample model that comes with an add-in; the home screen offers it. Registered for as long as it lives.
+/// Main thread only.
 class Sample
 {
 public:
@@ -19,7 +19,7 @@ public:
     };
     using Describe = std::function<Description()>;
 
-    /// The line opens it in a document of its own; whoever records has it as well.
+    /// The line that opens it in a document of its own; a recording has it as well.
     Sample(Describe describe, std::wstring line);
     ~Sample();
     Sample(const Sample&) = delete;

@@ -4,8 +4,8 @@
 
 namespace Vu {
 
-/// The notification that a file is saved. There is one for each file: who saves often doesn't want to read it
-/// as often. Main thread only.
+/// The notification that a file is saved. There is one for each file, since whoever saves often doesn't want
+/// to read it as often. Main thread only.
 class SavedNotice
 {
 public:

@@ -13,7 +13,7 @@ class GraphicsView;
 
 namespace SceneUtilities {
 
-/// How much of a handle or marker shows through what hides it.
+/// The opacity of a handle or marker through what hides it.
 inline constexpr float MANIPULATOR_OCCLUDED_OPACITY = 0.35f;
 
 /// The view of the active asset session that has the user's attention, or its first one; null if there is

@@ -22,10 +22,10 @@ class CommandBase;
 class PartFollower;
 class RubberBand;
 
-/// An input that the user fills by clicking on what the canvas shows, while its command is active and its
-/// session's selection isn't suspended. What a click would take is highlighted. Of several inputs of a set
-/// one at a time takes the clicks: the one that was made current, else the first that isn't complete, else
-/// the last. One that takes any number also takes what lies in a rectangle that is pulled open.
+/// An input that the user fills by clicking in the canvas, while its command is active and its session's
+/// selection isn't suspended. What a click would take is highlighted. One of a set's inputs takes the clicks
+/// at a time: the one that was made current, else the first that isn't complete, else the last. One that
+/// takes any number also takes what lies in a rubber band.
 class SelectionCommandInput : public Vs::Implements<SelectionCommandInput, CommandInputBase>,
                               public MouseEventSite,
                               private Vs::SelectionSetSite,
@@ -41,8 +41,7 @@ public:
     static SelectionCommandInput* make(CommandInputSet* set, int number, Info* info);
     ~SelectionCommandInput() override;
 
-    /// How many selections are wanted; if `exactly` holds, one more takes the place of the oldest. Default:
-    /// at least one.
+    /// How many selections are wanted; with `exactly`, one more replaces the oldest. Default: at least one.
     void requiredQuantity(bool exactly, size_t quantity);
     /// What may be selected; not owned. Only the kinds of objects that it may accept are picked in the
     /// canvas. Null, the default, accepts everything, but components alone are picked.
@@ -53,12 +52,11 @@ public:
     void pickFilters(std::vector<const Vs::SelectionFilter*>& filters) const;
 
     /// Whether the input's selection is the session's own (SelectionMgr::selectionSet), which the browser
-    /// shows and the commands on selected objects use, whoever changes it. A click then selects in place of
-    /// what was selected, and one beside everything selects nothing. Of what lies at a place, the component
-    /// is taken first, and its part once that is selected. Default false: the input collects for its command
-    /// alone, and each click adds. Either way a click with Ctrl or Shift adds a thing or takes it out again,
-    /// and one with both takes what holds the thing: the component, and on each further click the assembly
-    /// above.
+    /// shows and the commands on selected objects use, whoever changes it. A click then replaces the
+    /// selection, and one off everything clears it. Of what lies at a place, the component is taken first,
+    /// and its part once that is selected. Default false: the input collects for its command alone, and each
+    /// click adds. Either way, a click with Ctrl or Shift adds an object or removes it again, and one with
+    /// both takes what contains the object: the component, and on each further click the assembly above.
     bool replacesCurrentSelection() const { return m_current; }
     void replacesCurrentSelection(bool value);
     /// Whether the session's selection is cleared as the command ends. Only for an input that replaces it.
@@ -70,7 +68,7 @@ public:
     void state(EState value);
     /// Whether it is the input that takes the clicks.
     bool isCurrent() const;
-    /// Has it take the clicks until it is complete, or another one is made current.
+    /// Makes it take the clicks until it is complete, or another one is made current.
     void makeCurrent();
     /// The input of a command that takes the clicks; null if there is none.
     static SelectionCommandInput* currentOf(const CommandBase* command);
@@ -85,9 +83,9 @@ public:
     /// Adds a selection as a click does. Returns false if a filter, the command, or a site of the event
     /// SelectionInputQuerySelectPermittedEvent refuses it.
     bool add(Vs::StrongRef<Vs::Selection> selection);
-    /// Takes everything out.
+    /// Removes everything.
     void clear();
-    /// Takes these in place of what it has, whatever filters say.
+    /// Replaces its content by these, regardless of filters.
     void replace(const std::vector<Vs::StrongRef<Vs::Selection>>& selections);
 
     /// Whether the command needs the input filled. Default true; else it is valid as it is.
@@ -99,7 +97,7 @@ public:
     /// The text of a value that holds these paths.
     [[nodiscard]] static std::wstring valueOf(const std::vector<std::wstring>& paths);
     /// Takes one path as it stands, or several; a component's identifier stands for it, too. Objects that a
-    /// click wouldn't take are no value.
+    /// click wouldn't take are not a value.
     bool valueFromString(const std::wstring& text) override;
     std::wstring displayText() const override;
 
@@ -109,7 +107,7 @@ public:
     void mouseDragBegin(MouseEvent* event) override;
     void mouseDrag(MouseEvent* event) override;
     void mouseDragEnd(MouseEvent* event) override;
-    /// Gives up the rectangle that is being pulled open; false if there is none.
+    /// Cancels the rubber band being drawn; false if there is none.
     bool giveUp() override;
     void mouseUp(MouseEvent* event) override;
     void commandEnded() override;

@@ -39,11 +39,11 @@ class SessionEventSite : public Vs::EventSite
 {
 public:
     virtual void sessionCreated(SessionEvent*) {}
-    /// Another session, or none, has become the current one.
+    /// A different session, or none, has become the current one.
     virtual void currentSessionChanged(SessionEvent*) {}
     virtual void sessionPostActivateForAsset(SessionEvent*) {}
     virtual void sessionDeactivated(SessionEvent*) {}
-    /// The session is about to go; everything of it is still there.
+    /// The session is about to be destroyed; everything of it still exists.
     virtual void sessionClosed(SessionEvent*) {}
     /// With timing After when a session has entered an environment, then with Notification for whoever shows
     /// it.

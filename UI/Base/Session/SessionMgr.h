@@ -22,8 +22,8 @@ class AssetSession;
 class Clipboard;
 class DocumentSession;
 
-/// All sessions: what the user interface keeps about open documents and assets. A session is made when it is
-/// first asked for and goes with its document or asset. Main thread only.
+/// All sessions: what the user interface keeps about open documents and assets. A session is made at first
+/// use and destroyed with its document or asset. Main thread only.
 ///
 /// The current asset session is the one that the asset shell works on; it is the active one as well between
 /// `activate` and `deactivate`, that is, while that shell is on top.

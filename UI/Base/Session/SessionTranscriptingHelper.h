@@ -11,8 +11,8 @@ class Document;
 
 namespace Vu {
 
-/// Lets the lines of a transcript find what an earlier line of the same transcript made: when it is played,
-/// documents and assets get other identifiers than those that were recorded.
+/// Lets the lines of a transcript find what an earlier line of the same transcript made: in a replay,
+/// documents and assets get identifiers other than those recorded.
 class SessionTranscriptingHelper
 {
 public:

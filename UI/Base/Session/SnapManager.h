@@ -4,9 +4,9 @@
 
 namespace Vu::Inference {
 
-/// Where points and values that are dragged snap to: a grid, whose step is a fixed length or follows the
-/// zoom. The settings are the user's and outlive the program. Each change fires
-/// SnapEventSite::snapSettingsChanged. Main thread only.
+/// Snapping of dragged points and values: to a grid whose step is a fixed length or follows the zoom. The
+/// settings are the user's and outlive the program. Each change fires SnapEventSite::snapSettingsChanged.
+/// Main thread only.
 class SnapManager : public Vs::Implements<SnapManager, Vs::OptionGroup>
 {
 public:
@@ -17,7 +17,7 @@ public:
     void adaptiveSnap(bool value);
     /// In the unit of ActiveAssetUtils::findSimpleLengthUnit, always above 0. Default 1.
     double snapIncrement() const;
-    /// What isn't finite and above 0 is ignored.
+    /// Values that aren't finite and above 0 are ignored.
     void snapIncrement(double value);
     /// Whether distances snap at all. Default true.
     bool enableDistanceSnapping() const { return m_distances(); }

@@ -17,8 +17,8 @@ class AssetSession;
 
 /// Keeps with each step that a command makes what was selected in the session, and where the cameras of its
 /// view stood, before the command and after it; so that undo and redo can bring that back. Only while the
-/// user's option `undoSelectionAndCamera` asks for it: steps that were made meanwhile don't know. Main thread
-/// only.
+/// user's option `undoSelectionAndCamera` is on: steps made while it was off have nothing to restore. Main
+/// thread only.
 class StepSurroundings : public ICommandObserver
 {
 public:

@@ -2,8 +2,8 @@
 
 namespace Vu {
 
-/// The home screen of the active workspace, which greets whoever has nothing open. Main thread only; nothing
-/// happens without a workspace.
+/// The home screen of the active workspace, shown when nothing is open. Main thread only; nothing happens
+/// without a workspace.
 class WelcomeScreen
 {
 public:
@@ -13,8 +13,8 @@ public:
     [[nodiscard]] static bool dialogExists();
     /// Brings it to the top.
     void show();
-    /// Takes it off the documents that it covers. As long as none is open it stays, since there is nothing
-    /// below it: the next document takes its place.
+    /// Uncovers the documents beneath it. As long as none is open it stays, since there is nothing beneath
+    /// it: the next document replaces it.
     void close();
 
 private:

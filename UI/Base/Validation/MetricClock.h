@@ -4,14 +4,14 @@
 
 namespace Vu {
 
-/// What something took: by the clock, and of the processors, on which other programs have no share. Seconds.
+/// The time that something took: by the clock, and in processor time, which excludes other programs. Seconds.
 struct MetricTime
 {
     double clock = 0;
     double processor = 0;
 };
 
-/// The processor time that this process and its ended children have had so far, in seconds.
+/// The processor time that this process and its ended children have used so far, in seconds.
 [[nodiscard]] double processorSeconds();
 
 /// Counts both since it was made.

@@ -20,7 +20,7 @@ enum class EMetricType {
 inline constexpr std::array kMetricTokens = {L"FramesRate", L"CommandInteractivity", L"PrehighlightSelect",
                                              L"PrehighlightInteractivity", L"ElapsedTime"};
 
-/// Watches the program from its construction on, and gathers what one metric is made of. Main thread only.
+/// Watches the program from its construction on, and collects the data of one metric. Main thread only.
 class MetricProbe
 {
 public:

@@ -16,9 +16,9 @@ struct PerfReport
         std::wstring metric; ///< "ElapsedTime", "PhysicalMemory".
         std::wstring description;
         bool isMemory = false;
-        double value = 0; ///< The middle one of all that were measured.
+        double value = 0; ///< The median of all measurements.
         double worst = 0;
-        double processor = 0; ///< Of the middle one, what the processors spent on it; 0 if that isn't known.
+        double processor = 0; ///< The processor time of the median; 0 if unknown.
         size_t count = 1;     ///< How many were measured.
         /// The reference and the largest value that passes, both as this machine would have them now.
         std::optional<double> reference, limit;

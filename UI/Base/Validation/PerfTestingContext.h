@@ -38,8 +38,8 @@ public:
 
     /// Why the last validation failed; empty if it didn't.
     static std::wstring errorMessage();
-    /// Who is told of each validation that fails, with its errorMessage: a run whose values are too large
-    /// must not pass, though no line ends with status 1 for it. An empty function for nobody.
+    /// Called for each validation that fails, with its errorMessage: a run whose values are too large must
+    /// not pass, though no line ends with status 1 for it. An empty function for nobody.
     static void failureHandler(std::function<void(const std::wstring&)> handler);
     /// What the present context has found, or the last one did.
     static const PerfReport& report();
@@ -55,7 +55,7 @@ private:
     std::map<EMetricType, std::unique_ptr<MetricProbe>> m_probes;
 };
 
-/// While it lives, performance is tested, and all contexts report together.
+/// While this exists, performance is tested, and all contexts report together.
 class Enabler
 {
 public:

@@ -34,7 +34,7 @@ inline constexpr const wchar_t* kReasons[] = {L"component ", L"setting "};
                                                        const std::vector<CheckedValue>& values,
                                                        const ReferenceValues& reference);
 
-/// Whether checks that are right tell what they have found and what is right, too. Default false.
+/// Whether checks that pass also report what they found and what is expected. Default false.
 void tellCheckedValues(bool tell);
 
 } // namespace Vu

@@ -11,17 +11,17 @@ namespace Vu {
 
 /// A number in the program's own units, or a text.
 using ReferenceValue = std::variant<double, std::wstring>;
-/// What is kept under one name.
+/// The values kept under one name.
 using ReferenceValues = std::map<std::wstring, ReferenceValue>;
 
-/// The values that a transcript found when it was right, to compare with when it is replayed. They are JSON,
-/// in a file of the transcript's name beside it: `bracket.checks.json` belongs to `bracket.txt` and
-/// `bracket.py`. Lines that are typed have theirs beside the transcript that is recorded meanwhile, or else
-/// in the current folder, named after the active document. Main thread only.
+/// The values that a transcript found when it was correct, to compare with in a replay. They are JSON, in a
+/// file of the transcript's name beside it: `bracket.checks.json` belongs to `bracket.txt` and `bracket.py`.
+/// Lines that are typed have theirs beside the transcript that is recorded meanwhile, or else in the current
+/// folder, named after the active document. Main thread only.
 class References
 {
 public:
-    /// What happens to values that are compared.
+    /// What happens to compared values.
     enum class Mode {
         Fill,    ///< Where there is no reference yet, the value becomes it. The default.
         Update,  ///< The value becomes the reference.

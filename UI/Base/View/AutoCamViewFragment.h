@@ -25,7 +25,7 @@ class GraphicsCanvas;
 class GraphicsView;
 
 /// The orbicon: a cube in the upper right corner of a view that turns with the model. A click on one of its
-/// faces, edges or corners looks at the model from there, a drag turns the model. It is no part of the model:
+/// faces, edges or corners shows the model from there, a drag turns the model. It is not part of the model:
 /// fits, picks and pictures leave it out.
 class AutoCamViewFragment : public Vs::Implements<AutoCamViewFragment, Vs::Scene::ViewFragment>,
                             public MouseOverlay,
@@ -55,8 +55,8 @@ public:
     /// Null before the first `layOut`: a run that shows nothing has no cube.
     const OrbiconCube* cube() const { return m_cube.get(); }
 
-    /// Who opens a menu at a click of the right button on the cube of any view, for as long as `owner` says
-    /// so; an empty function takes it back.
+    /// Installs the function that opens a menu at a right click on the cube of any view; it belongs to
+    /// `owner`, and an empty function removes it.
     using RightClick = std::function<void(GraphicsCanvas* canvas, const Vs::Point2& place)>;
     static void onRightClick(const void* owner, RightClick listener);
 

@@ -6,7 +6,7 @@ namespace Vu {
 
 class GraphicsCanvas;
 
-/// A canvas has another size than before.
+/// A canvas was resized.
 class CanvasEvent : public Vs::Implements<CanvasEvent, Vs::Event>
 {
 public:
@@ -24,7 +24,7 @@ public:
     virtual void canvasResized(CanvasEvent* event) = 0;
 };
 
-/// For what is as large as so many pixels, or stands at a place of the screen. Main thread only.
+/// For what has a fixed size in pixels, or a fixed place on the screen. Main thread only.
 class CanvasEventSource : public Vs::EventSource<CanvasEventSite>
 {
 public:

@@ -16,7 +16,7 @@ namespace Vu {
 class CursorController
 {
 public:
-    /// Destroyed by `destroy()`, by nothing else. The number is a priority; those in use are all 0.
+    /// Destroyed only by `destroy()`. The number is a priority; those in use are all 0.
     [[nodiscard]] static CursorController* make(int priority);
     /// One for the canvases: what a tool shows.
     [[nodiscard]] static CursorController* makeForCanvases(int priority);

@@ -49,7 +49,7 @@ public:
     int pixelWidth() const;
     int pixelHeight() const;
 
-    /// Draws anew at the end of the event.
+    /// Redraws at the end of the event.
     void invalidate();
     void repaintNow();
 
@@ -57,12 +57,12 @@ public:
     const std::optional<CanvasBand>& band() const { return m_band; }
     void band(const std::optional<CanvasBand>& band);
 
-    /// The parts of it that bars and panels of the window, and what lies over its view, keep covered.
+    /// The parts of it that are covered by the window's bars and panels, and by overlays of its view.
     [[nodiscard]] std::vector<CanvasRect> covered() const;
 
     /// Whether the mouse pointer is over the canvas, and no other window's widget covers it there.
     bool underPointer() const;
-    /// Brings the canvas's window to the front, if there is one and it isn't there yet.
+    /// Raises the canvas's window, if there is one and it isn't in front already.
     void activateWindow();
 
     /// The widget, made if need be as a child of `parent`; owned by its parent.

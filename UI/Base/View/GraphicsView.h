@@ -47,18 +47,18 @@ public:
     [[nodiscard]] GkPoint3d windowToWorld(const Vs::Point2& place) const;
     /// The place of the canvas at which a point of the model is seen; nothing if it lies behind the viewer.
     [[nodiscard]] std::optional<Vs::Point2> worldToWindow(const GkPoint3d& point) const;
-    /// Frames the content of each fragment that shows a model, in what the canvas leaves free now; what comes
-    /// over the canvas later moves nothing. With nothing to frame yet, it happens when the first content
-    /// comes, unless the camera was moved meanwhile.
+    /// Frames the content of each fragment that shows a model, in the part of the canvas that is free now;
+    /// what covers the canvas later moves nothing. With nothing to frame yet, it happens when the first
+    /// content comes, unless the camera was moved meanwhile.
     void fit();
-    /// Brings the window's layout up to date, for a fit at this moment: bars and panels that are on their way
+    /// Brings the window's layout up to date, for a fit at this moment: bars and panels about to appear
     /// count. Does nothing without a window. Not while a picture is drawn.
     void settleLayout() const;
     /// Takes in what arrived since the last call (meshes that were still being made). True if the picture
     /// changed; the canvas calls it before it draws.
     bool update();
-    /// What lies under the mouse is looked for and lit up anew at the end of the event, without waiting for a
-    /// move: who is told of it now may want other things.
+    /// Searches and highlights again what lies under the mouse at the end of the event, without waiting for a
+    /// move: the listeners may now want other things.
     void restartHighlighting() const;
     /// Whether content is still on its way.
     [[nodiscard]] bool waitsForContent() const;
@@ -87,15 +87,15 @@ public:
     void copyCamera(const GraphicsView& from);
 
     /// Draws the view without any window and writes the picture, PNG, JPEG or TIFF by the file's suffix.
-    /// Sizes in pixels. False, with the reason, if nothing was written; a picture of that name is then as it
-    /// was.
+    /// Sizes in pixels. False, with the reason, if nothing was written; an existing picture of that name is
+    /// then unchanged.
     bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height, Vs::Status& status);
     [[nodiscard]] bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height);
     /// The same into memory.
     bool renderImage(Vs::Scene::Image& image, uint32_t width, uint32_t height, Vs::Status& status) const;
 
 protected:
-    /// Not owned; must stay as long as the view, or until null is given.
+    /// Not owned; must exist as long as the view, or until null is given.
     void mouseOverlay(MouseOverlay* overlay) { m_overlay = overlay; }
     /// A new view on the same thing, with this one's camera, of the same manager; null if there can be none.
     virtual GraphicsView* makeAnother() { return nullptr; }

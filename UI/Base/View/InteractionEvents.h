@@ -6,7 +6,7 @@ namespace Vu {
 
 class AssetSession;
 
-/// What the user is doing with the mouse for longer than a click.
+/// What the user does with the mouse that takes longer than a click.
 enum class EInteraction {
     CameraChange = 4,
 };

@@ -54,7 +54,7 @@ private:
     Data m_data;
 };
 
-/// What listens to the mouse. Each operation does nothing unless overridden.
+/// Listens to the mouse. Each operation does nothing unless overridden.
 class MouseEventSite : public Vs::EventSite
 {
 public:
@@ -68,15 +68,15 @@ public:
     virtual void mouseScroll(MouseEvent*) {}
     /// A move anywhere, also outside of the canvas that has the button.
     virtual void mouseMoveGlobal(MouseEvent*) {}
-    /// The mouse moves over the canvas no more: it has left it, or is over what lies over the view.
+    /// The mouse no longer moves over the canvas: it has left it, or is over an overlay of the view.
     virtual void mouseLeave(GraphicsCanvas*) {}
 };
 
 /// Hands the events of all canvases to the sites, in the order of their subscription. A move with a button
-/// down is a drag as soon as it has gone a few pixels; its beginning is told with the place of the press.
+/// down becomes a drag after a few pixels; its beginning is reported with the place of the press.
 ///
 /// What lies over a view (GraphicsView::mouseOverlay) comes first: an event over it, and the whole of a drag
-/// that begins there, is told to nobody else.
+/// that begins there, is reported to nobody else.
 ///
 /// Before a turn of the wheel, and before a drag of the middle or right button begins, the target of the
 /// camera, and for a turn its pivot, are brought to what lies under the pointer.

@@ -8,7 +8,7 @@ namespace Vu {
 
 class MouseEvent;
 
-/// What lies over a view's scene and has the mouse to itself where it lies: nobody else hears of a move or a
+/// An overlay of a view's scene that captures the mouse where it lies: nobody else is told of a move or a
 /// press over it, nor of the drag that begins with such a press.
 class MouseOverlay
 {
@@ -18,10 +18,10 @@ public:
     /// The view's canvas has this size, in logical pixels. Called before the view is drawn.
     virtual void layOut(double width, double height) = 0;
 
-    /// Adds the parts of a canvas of this size that it keeps covered, so that nothing is framed behind them.
+    /// Adds the parts of a canvas of this size that it covers, so that nothing is framed behind them.
     virtual void covers(double /*width*/, double /*height*/, std::vector<CanvasRect>& /*parts*/) {}
 
-    /// Whether the overlay has what lies under the mouse. Asked before each event without a button held.
+    /// Whether the overlay has something under the mouse. Asked before each event without a button held.
     [[nodiscard]] virtual bool takesMouse(MouseEvent* event) = 0;
     /// The mouse, with no button held, is at a place that the overlay takes.
     virtual void hover(MouseEvent* event) = 0;

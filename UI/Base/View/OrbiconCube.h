@@ -28,7 +28,7 @@ public:
     /// The zone where a ray meets the cube first; the ray is in the parent's own coordinates.
     [[nodiscard]] std::optional<size_t> zoneAt(const GkPoint3d& start, const GkVector3d& along) const;
 
-    /// The zone that stands out; none for none.
+    /// The highlighted zone; none for none.
     void highlight(std::optional<size_t> zone);
     std::optional<size_t> highlighted() const { return m_highlighted; }
 

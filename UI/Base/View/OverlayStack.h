@@ -6,11 +6,11 @@
 
 namespace Vu {
 
-/// Several overlays of one view, of which the one that was added last has the mouse first.
+/// Several overlays of one view; the one added last gets the mouse first.
 class OverlayStack : public MouseOverlay
 {
 public:
-    /// Not owned; must stay until it is removed.
+    /// Not owned; must exist until it is removed.
     void add(MouseOverlay* overlay);
     void remove(MouseOverlay* overlay);
 

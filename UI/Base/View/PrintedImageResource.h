@@ -4,7 +4,7 @@
 
 namespace Vu {
 
-/// A picture whose file is to say how large it is in print.
+/// A picture whose file says how large it is in print.
 class PrintedImageResource : public Vs::Implements<PrintedImageResource, Vs::ImageResource>
 {
 public:

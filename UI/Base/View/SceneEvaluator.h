@@ -8,7 +8,7 @@ namespace Vu {
 class GraphicsCanvas;
 class GraphicsView;
 
-/// Tells what lies at a place of a canvas. Nothing is searched before it is asked for. Main thread only.
+/// Finds what lies at a place of a canvas. Nothing is searched until it is asked for. Main thread only.
 class SceneEvaluator : public Vs::Implements<SceneEvaluator>
 {
 public:
@@ -28,7 +28,7 @@ public:
     /// What a wish finds here. Found once for one place of an unchanged view and the same wish.
     const std::vector<Vs::StrongRef<Vs::Scene::SceneSelection>>&
     sceneSelections(const Vs::Scene::PickWish& wish);
-    /// Forgets what was found: the camera or the scene has changed.
+    /// Forgets the results: the camera or the scene has changed.
     void invalidate();
 
 private:

@@ -21,7 +21,7 @@ private:
     Vs::Asset* m_asset;
 };
 
-/// What listens to snapping. Each operation does nothing unless overridden.
+/// Listens to snapping. Each operation does nothing unless overridden.
 class SnapEventSite : public Vs::EventSite
 {
 public:

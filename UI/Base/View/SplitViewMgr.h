@@ -11,8 +11,7 @@ namespace Vu {
 class GraphicsCanvas;
 class GraphicsView;
 
-/// The canvases of the active window as a split view: which one has the user's attention, and what they
-/// share.
+/// The canvases of the active window as a split view: which one is active, and what they share.
 class SplitViewMgr : public Vs::Implements<SplitViewMgr>, private Vs::Scene::CameraEventSite
 {
 public:

@@ -9,11 +9,11 @@
 
 namespace Vu {
 
-/// Something that is played over a certain time.
+/// An animation of a certain duration.
 class AnimatedTask : public Vs::Implements<AnimatedTask>
 {
 public:
-    /// Long enough to be followed by the eye, short enough not to be waited for.
+    /// Long enough for the eye to follow, short enough not to be a wait.
     static constexpr unsigned kPeriod = 280;
 
     /// How long it takes, in milliseconds; kPeriod until it is set.
@@ -52,8 +52,8 @@ private:
 };
 
 /// Plays transitions in the window. Those that are ended within one event play one after the other; one that
-/// is begun later doesn't wait for them but brings them to their end. What is changed is at its end state as
-/// soon as `endTransition` returns wherever nobody looks: headless, while a transcript is replayed, in test
+/// is begun later doesn't wait for them but brings them to their end. Everything is in its final state as
+/// soon as `endTransition` returns wherever nobody watches: headless, while a transcript is replayed, in test
 /// runs, or with animations switched off.
 class TransitionMgr : public Vs::Implements<TransitionMgr>
 {
@@ -67,7 +67,7 @@ public:
     [[nodiscard]] Transition* currentTransition() const;
     /// Plays what was collected, behind what is to be played already.
     void endTransition();
-    /// Brings all that plays, or is to be played, to its end at once.
+    /// Finishes everything that plays, or is queued, at once.
     void finish();
     bool playing() const { return !m_queue.empty(); }
 

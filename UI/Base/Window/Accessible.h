@@ -7,9 +7,9 @@
 class QLineEdit;
 class QWidget;
 
-/// What screen readers and other assistive programs are told of widgets beyond what their classes tell. A
-/// name is said by QWidget::setAccessibleName, and the plain text of a tooltip by whatever sets it
-/// (PlainText). Main thread only.
+/// What screen readers and other assistive programs learn about widgets beyond their classes. A name is set
+/// by QWidget::setAccessibleName, and the plain text of a tooltip by whoever sets the tooltip (PlainText).
+/// Main thread only.
 namespace Vu::Accessible {
 
 /// Makes the functions below work; for the application object that there is.
@@ -17,7 +17,7 @@ void begin();
 
 /// Makes what is told of a widget, in the program's own way. Qt owns what it makes.
 using Maker = std::function<QAccessibleInterface*(QWidget*)>;
-/// To be said before anybody is told of the widget, as the two below: where it is made, before it gets its
+/// To be called before anybody learns of the widget, like the two below: where it is made, before it gets its
 /// name.
 void maker(QWidget* widget, const Maker& maker);
 /// The widget is such a thing.

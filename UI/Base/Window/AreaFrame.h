@@ -17,7 +17,7 @@ class ToolbarLine;
 /// The widgets of the areas in one container. Bars at the top and bottom take the whole width, those of
 /// toolbars that follow each other share a line; between them, panels at the top and bottom stand above and
 /// below those at the left and right, which stand beside those that fill, with splitters between. In a narrow
-/// window the panels give way. Whoever is hidden keeps its place.
+/// window the panels shrink. Hidden ones keep their place.
 class AreaFrame : public QWidget
 {
 public:

@@ -35,8 +35,8 @@ public:
     AreaStage(Makers makers, QWidget* parent);
     ~AreaStage() override;
 
-    /// Shows the areas below `root` as they are now; null for none. The keyboard stays where it was. What
-    /// stands in areas of `others` is kept, unseen, for when these are shown again.
+    /// Shows the areas below `root` as they are now; null for none. The keyboard focus stays where it was.
+    /// The content of areas of `others` is kept, hidden, for when these are shown again.
     void show(Area* root, const std::vector<Area*>& others);
     /// Whether the change that an area tells was made by a splitter of this stage.
     bool isResizing() const { return m_resizing; }

@@ -15,9 +15,9 @@ class AssetSession;
 class BrowserModel;
 class SelectionCommandInput;
 
-/// Keeps the marked rows of the browser and what its session has selected the same, whoever changes it; while
-/// a tool takes the clicks, what its inputs hold is marked instead. A face, an edge or a vertex has no row,
-/// and leaves none marked.
+/// Keeps the selected rows of the browser and the session's selection in sync, whoever changes it; while a
+/// tool takes the clicks, its inputs' content is marked instead. A face, an edge or a vertex has no row, so
+/// none is marked for it.
 class BrowserMarks : private Vs::SelectionSetSite, private SessionEventSite
 {
 public:

@@ -18,9 +18,9 @@ class Component;
 
 namespace Vu {
 
-/// The component tree of one asset as Qt's views want it, and above it the folder of its named views. Knows
-/// only of those branches that were looked at, so that a large assembly costs nothing until it is opened. The
-/// check mark of a component tells whether it is shown; what is hidden, or in something hidden, is grey.
+/// The component tree of one asset as a Qt item model, and above it the folder of its named views. Holds only
+/// those branches that were expanded, so a large assembly costs nothing until it is opened. A component's
+/// check mark tells whether it is shown; what is hidden, or in something hidden, is grey.
 class BrowserModel : public QAbstractItemModel, private Vs::AssetEventSite
 {
 public:

@@ -22,10 +22,10 @@ class BrowserMarks;
 class BrowserModel;
 class SelectionCommandInput;
 
-/// The tree of the current session's components and named views, with a field above it that leaves those with
-/// certain words in their names. What is selected in it is what the session
-/// has selected, for the commands of the context menu, and lit up in the views. A double click edits a
-/// component by itself, which a bar above the tree then tells, and looks from where a named view does.
+/// The tree of the current session's components and named views, with a filter field above it. What is
+/// selected in it is the session's selection, used by the commands of the context menu and highlighted in the
+/// views. A double click edits a component by itself, which a bar above the tree then tells, and looks from
+/// where a named view does.
 class BrowserPanel : public QWidget, public Browser, private SessionEventSite
 {
 public:

@@ -5,8 +5,8 @@ class QStyleOption;
 
 namespace Vu {
 
-/// Draws the box of a check box, with its mark, so that it is seen on light and on dark grounds. Dialogs,
-/// panels, lists and menus have the same.
+/// Draws the box of a check box, with its mark, visible on light and dark backgrounds. Dialogs, panels, lists
+/// and menus share it.
 void drawCheckBox(const QStyleOption& option, QPainter& painter);
 
 } // namespace Vu

@@ -9,9 +9,8 @@
 
 namespace Vu {
 
-/// Tells the line of text that does the same as what a person has just done by hand: run a command, opened
-/// its panel, given one of its inputs a value, ended it. What the mouse does with the view has no line of its
-/// own.
+/// Gives the line of text equivalent to what a person has just done by hand: run a command, opened its panel,
+/// given one of its inputs a value, ended it. What the mouse does with the view has no line of its own.
 class ClickedLines : private ICommandObserver, private CommandEventSite, private CommandInputEventSite
 {
 public:

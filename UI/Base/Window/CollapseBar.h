@@ -18,7 +18,7 @@ public:
     /// An upright one stands at the left or right.
     CollapseBar(bool upright, QWidget* parent);
 
-    /// Nothing is made anew if they are the same as before.
+    /// Nothing is rebuilt if they are the same as before.
     void areas(const std::vector<Area*>& collapsed);
 
 private:

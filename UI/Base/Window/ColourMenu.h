@@ -14,7 +14,7 @@ class ColourMenu : public QMenu
 {
 public:
     using Choose = std::function<void(const std::wstring& code)>;
-    /// Which stands out, and where the dialog begins; "" for none, and where several differ.
+    /// The highlighted colour, with which the dialog starts; "" for none, and where several differ.
     using Current = std::function<std::wstring()>;
 
     /// `choose` may be called after the menu has gone, from the dialog; `current` is asked at each opening.

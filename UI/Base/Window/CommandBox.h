@@ -22,9 +22,8 @@ class PythonLine;
 
 /// The line in which text commands are typed. Tab completes, Up and Down go through the lines that were run
 /// before, Return runs the line. While it is empty, it shows the line of what was done by hand last, which Up
-/// brings into it. A line that fails stays, in red, with the reason below it; the answer of one
-/// that succeeds is shown in its place.
-/// Answers lie over what is above the line, which keeps its place; Escape takes them away.
+/// brings into it. A line that fails stays, in red, with the reason below it; the answer of one that succeeds
+/// replaces it. Answers cover what is above the line, which keeps its place; Escape removes them.
 ///
 /// What scripts print, and where they fail, comes into the output below what is there, as they run.
 ///

@@ -23,7 +23,7 @@ public:
     CommandDefinition* definition() const { return m_definition; }
     /// Asks the definition whether the command can run now.
     void refresh();
-    /// Whether the command is to be seen, be there room for it or not.
+    /// Whether the command should be visible, whether or not there is room for it.
     bool isWanted() const;
     /// A button for which there is no room is hidden.
     void fits(bool value);

@@ -11,8 +11,7 @@ namespace Vu {
 
 class GraphicsCanvas;
 
-/// Says in a canvas how one begins, as long as the model that it shows is empty. A click goes
-/// through it.
+/// A hint in a canvas on how to begin, as long as the model shown is empty. Clicks pass through it.
 class EmptyHint : public QWidget,
                   private Vs::AssetEventSite,
                   private SessionEventSite,

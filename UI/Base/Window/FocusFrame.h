@@ -4,8 +4,8 @@
 
 namespace Vu {
 
-/// A thin frame within a view that has got the keyboard by a key, so that who works without a mouse sees
-/// where it goes. It goes away with the keyboard, and with the first click into the view.
+/// A thin frame in a view that got the keyboard focus by a key, so that a user without a mouse sees where it
+/// is. It disappears with the focus, and with the first click into the view.
 class FocusFrame : public QWidget
 {
 public:

@@ -4,7 +4,7 @@
 
 namespace Vu {
 
-/// Small signs of the window itself, drawn at whatever size and density they are shown.
+/// Small glyphs of the window itself, drawn for the size and pixel density at which they are shown.
 enum class Glyph { Bell, Error, Warning, Information, Offer, Close, Plus, Down };
 
 /// The colour is asked for when the icon is drawn, so that it follows the palette.

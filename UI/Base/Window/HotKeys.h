@@ -13,7 +13,7 @@ namespace Vu {
 
 class CommandDefinition;
 
-/// Binds the keys of the commands (KeyTable) to a window, and anew whenever they change. Commands of which
+/// Binds the keys of the commands (KeyTable) to a window, and again whenever they change. Commands of which
 /// only one is offered at a time may share theirs.
 class HotKeys : public QObject
 {

@@ -10,7 +10,7 @@ namespace Vu {
 class CommandInputBase;
 
 /// The widget that shows one input in a panel, with a mark if something is wrong with it. It outlives the
-/// input for a moment when a change of the input ends the command; `forget` then cuts it off.
+/// input for a moment when a change of the input ends the command; `forget` then detaches it.
 class InputField : public QWidget
 {
 public:
@@ -28,7 +28,7 @@ public:
     virtual bool hasOwnTitle() const { return false; }
     /// Shows the input as it is now.
     void refresh();
-    /// Hands over what is typed but not entered yet.
+    /// Commits what is typed but not entered yet.
     virtual void enter() {}
 
 protected:

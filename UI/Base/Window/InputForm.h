@@ -25,7 +25,7 @@ public:
     void forget();
     /// Shows all inputs as they are now.
     void refresh();
-    /// Hands over what is typed but not entered yet.
+    /// Commits what is typed but not entered yet.
     void enter();
     /// Null for none.
     InputField* firstField(bool invalid) const;

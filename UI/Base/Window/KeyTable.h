@@ -39,7 +39,7 @@ public:
     /// Whoever else has one of the keys, and may run when this can. Commands that share keys by their own
     /// records exclude each other.
     std::vector<CommandDefinition*> rivals(const CommandDefinition& definition, const Keys& keys);
-    /// What of the user's changes makes no sense: unknown commands and keys, and keys that two commands have.
+    /// What makes no sense in the user's changes: unknown commands and keys, and keys that two commands have.
     /// Such changes don't hold, except that of two commands the first keeps the key.
     QStringList problems();
 

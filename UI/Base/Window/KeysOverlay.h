@@ -5,7 +5,7 @@
 
 namespace Vu {
 
-/// The keys of the window in a table over it. Any key or click takes it away.
+/// The keys of the window in a table over it. Any key or click closes it.
 class KeysOverlay : public QFrame
 {
 public:

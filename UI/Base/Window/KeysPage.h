@@ -13,8 +13,8 @@ namespace Vu {
 
 class CommandDefinition;
 
-/// The commands with their keys, to be changed. Keys that another command has are told, and taken from it
-/// only if the person says so.
+/// The commands with their keys, for changing them. Keys of another command are reported, and taken from it
+/// only if the person agrees.
 class KeysPage : public QWidget
 {
 public:

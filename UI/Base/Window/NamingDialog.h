@@ -4,8 +4,8 @@
 
 namespace Vu {
 
-/// Asks under which name to save. Unlike Qt's own dialog, which takes quotes for the bounds of several names,
-/// it takes what is typed as it stands.
+/// Asks for a name to save under. Unlike Qt's own dialog, which takes quotes as delimiters of several names,
+/// it takes what is typed literally.
 class NamingDialog : public QFileDialog
 {
 public:

@@ -16,7 +16,7 @@ class GraphicsCanvas;
 enum class EPlacement { Fill = 0, Left = 1, Right = 2, Top = 3, Bottom = 4, Floating = 5 };
 
 /// A rectangle of a window's layout: a container of areas, or a place for one kind of content. The contents'
-/// key says what stands there: "GraphicsCanvas", "BrowserWindow", "CommandToolbar", "NavToolbar",
+/// key says what is shown there: "GraphicsCanvas", "BrowserWindow", "CommandToolbar", "NavToolbar",
 /// "TextCommands", "Orbicon", "Palette", "SplitView" ... (AreaContents tells the rest). A "Palette" is a
 /// panel around the areas below it, and is shown, hidden and moved in their place (see `palette`).
 ///
@@ -31,14 +31,14 @@ public:
     /// Null for a plain container.
     const Vs::UniqueString* contents() const { return m_contents; }
     Area* parent() const { return m_parent; }
-    /// Tells this area from all others of the run, also from those that are gone.
+    /// Identifies this area among all others of the run, including those that are gone.
     unsigned long number() const { return m_number; }
     /// What is shown, hidden and moved in the area's place: its parent, if that is a palette, else itself.
     Area* palette();
     const std::vector<std::unique_ptr<Area>>& children() const { return m_children; }
 
     Area* addChild(std::unique_ptr<Area> child);
-    /// Takes a direct child out; the caller owns it. Null if it is none.
+    /// Removes a direct child; the caller owns it. Null if it isn't one.
     std::unique_ptr<Area> removeChild(Area* child);
 
     /// Adds the areas below this one that have these contents, top down and in order; with `recursive`
@@ -63,11 +63,11 @@ public:
     /// The side of the window on whose bar the area stands while it is collapsed.
     EPlacement collapsedPlacement() const { return m_collapsedPlacement; }
     void collapsedPlacement(EPlacement value) { m_collapsedPlacement = value; }
-    /// Whether what may lie over the area (a floating toolbar) is left out of its inner rectangle.
+    /// Whether what may cover the area (a floating toolbar) is excluded from its inner rectangle.
     bool ignoreOverlayable() const { return m_ignoreOverlayable; }
     void ignoreOverlayable(bool value) { m_ignoreOverlayable = value; }
-    /// Wished width or height in logical pixels, by the side at which the area is placed; 0 for what it likes
-    /// itself.
+    /// Preferred width or height in logical pixels, depending on the side at which the area is placed; 0 for
+    /// its natural size.
     int extent() const { return m_extent; }
     void extent(int value);
 

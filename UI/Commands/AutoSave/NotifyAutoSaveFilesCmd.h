@@ -11,8 +11,8 @@ namespace Vu::Commands {
 
 class NotifyAutoSaveFilesCmd;
 
-/// Shows the files of runs that ended badly. A click on the notification of them runs it; the notification
-/// goes with the last of the files.
+/// Shows the files of crashed runs. A click on their notification runs it; the notification disappears with
+/// the last of the files.
 class NotifyAutoSaveFilesCmdDef
     : public CommandRowDefinition<NotifyAutoSaveFilesCmdDef, NotifyAutoSaveFilesCmd, CommandDefinition,
                                   Vs::NotificationsEventSite, Vs::AutoSaveEventSite>
@@ -40,7 +40,7 @@ class NotifyAutoSaveFilesCmd : public Vs::Implements<NotifyAutoSaveFilesCmd, Sim
 public:
     NotifyAutoSaveFilesCmd(NotifyAutoSaveFilesCmdDef* definition, CommandContext* context);
 
-    /// What opens the dialog; installed by the library that has it. Without one the files are told as text.
+    /// Opens the dialog; installed by the library that has it. Without one, the files are listed as text.
     using Dialog = void (*)();
     static void dialog(Dialog dialog);
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-/// What a user can do with the files of runs that ended badly: the dialog and the home screen draw only.
+/// What a user can do with the files of crashed runs: the dialog and the home screen only draw.
 namespace Vu::Commands::RecoveryFiles {
 
 /// All that the controller has, in its order.
@@ -20,7 +20,7 @@ namespace Vu::Commands::RecoveryFiles {
 [[nodiscard]] std::wstring rowOf(const Vs::AutoSavedFileInfo& file);
 
 /// Opens it as the document that was being worked on. False, with a message, if it stays where it was. May
-/// add or remove files, so that no list of them holds afterwards.
+/// add or remove files, so lists of them are invalid afterwards.
 bool open(const Vs::AutoSavedFileInfo& file);
 /// Copies it to where the user wants it. False if he doesn't, or, with a message, if that failed.
 bool saveAs(const Vs::AutoSavedFileInfo& file);

@@ -35,8 +35,8 @@ Vs::Scene::ViewFragment* fragmentNamed(GraphicsView* view, const std::string& na
 /// The camera of the active session's view; null if there is none.
 Vs::Scene::Camera* activeCamera();
 
-/// The same, after a glide that still plays has been brought to its end: for what reads or sets the camera at
-/// once, and would be undone by the rest of the glide.
+/// The same, after finishing a glide that still plays: for what reads or sets the camera at once, and would
+/// be undone by the rest of the glide.
 Vs::Scene::Camera* settledCamera();
 
 } // namespace Vu::Commands

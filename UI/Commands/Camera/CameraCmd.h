@@ -7,8 +7,8 @@ class TerminateCmdTask;
 
 namespace Vu::Commands {
 
-/// What all definitions of camera commands share: where they may run, and how they are started in passing, by
-/// a mouse button over whatever command is active.
+/// Base of all definitions of camera commands: where they may run, and how they are started in passing, by a
+/// mouse button over whatever command is active.
 class CameraCmdDef : public Vs::Implements<CameraCmdDef, CommandDefinition>
 {
 public:

@@ -13,9 +13,9 @@ class Camera;
 
 namespace Vu::Commands {
 
-/// What the tools share that take hold of something in the view and move the camera as long as the mouse is
-/// dragged: when they listen, which canvas they bring to the front, whom they tell of the movement, and that
-/// a click without a drag ends them.
+/// Base of the tools that grab something in the view and move the camera while the mouse is dragged: when
+/// they listen, which canvas they raise, whom they notify of the movement, and that a click without a drag
+/// ends them.
 class CameraDragCmd : public Vs::Implements<CameraDragCmd, CameraCmd>, public MouseEventSite
 {
 public:
@@ -38,12 +38,11 @@ protected:
 
     /// With which button a drag moves the camera. Default: the left one.
     virtual int onDragButton() const;
-    /// Takes hold of what is under the pointer; false if nothing is, or the modifier keys mean something
-    /// else.
+    /// Grabs what is under the pointer; false if nothing is, or the modifier keys mean something else.
     virtual bool onTakeHold(MouseEvent* event) = 0;
-    /// The camera of what is held; null if it has gone.
+    /// The camera of what is grabbed; null if it is gone.
     virtual Vs::Scene::Camera* onHeldCamera() const = 0;
-    /// Moves the camera of what is held as far as the pointer has come since the last step; false if it
+    /// Moves the camera of what is grabbed as far as the pointer has moved since the last step; false if it
     /// can't.
     virtual bool onMove(Vs::Scene::Camera& camera, MouseEvent* event) = 0;
     virtual void onLetGo() = 0;

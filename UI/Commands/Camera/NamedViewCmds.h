@@ -49,7 +49,7 @@ protected:
 
 class AddNamedViewCmd;
 
-/// Keeps what the active view shows under a generated name.
+/// Saves what the active view shows under a generated name.
 class AddNamedViewCmdDef : public CommandRowDefinition<AddNamedViewCmdDef, AddNamedViewCmd, NamedViewCmdDef>
 {
 public:
@@ -114,7 +114,7 @@ protected:
 
 class UpdateNamedViewCameraCmd;
 
-/// Keeps what the active view shows under a name that there is.
+/// Saves what the active view shows under an existing name.
 class UpdateNamedViewCameraCmdDef
     : public CommandRowDefinition<UpdateNamedViewCameraCmdDef, UpdateNamedViewCameraCmd, NamedViewCmdDef>
 {

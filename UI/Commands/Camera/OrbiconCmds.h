@@ -7,7 +7,7 @@ namespace Vu::Commands {
 
 class ShowOrbiconCmd;
 
-/// Shows the orbicon, the cube that tells how the model is turned.
+/// Shows the orbicon, the cube that shows how the model is turned.
 class ShowOrbiconCmdDef : public CommandRowDefinition<ShowOrbiconCmdDef, ShowOrbiconCmd>
 {
 public:

@@ -14,8 +14,8 @@ class SceneSelection;
 
 namespace Vu::Commands {
 
-/// Turns the camera. As a tool it shows a reticle: where a drag begins decides about what it turns, a click
-/// on the model brings the place to the middle, a click outside ends the tool. In passing it shows none and
+/// Turns the camera. As a tool it shows a reticle: the start of a drag decides what it turns about, a click
+/// on the model moves the place to the middle, a click outside ends the tool. In passing it shows none and
 /// turns freely.
 class OrbitCmd : public Vs::Implements<OrbitCmd, CameraCmd>, public MouseEventSite
 {

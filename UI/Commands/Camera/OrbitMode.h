@@ -35,7 +35,7 @@ public:
     virtual void orbit(Vs::Scene::Camera* camera, double dx, double dy, double dz) = 0;
 
     Vs::CursorResource* cursor() const { return m_cursor; }
-    /// About what a constrained orbit turns.
+    /// What a constrained orbit turns about.
     void axis(const GkVector3d& axis) { m_axis = axis; }
     void center(const GkPoint3d& center) { m_center = center; }
 

@@ -22,8 +22,8 @@ enum EOrbitZone {
     kInRing = 3,
 };
 
-/// A circle with ticks in the middle of the view, always of the same part of it: a fragment of its own over
-/// the model's, with a camera that looks straight on.
+/// A circle with ticks in the middle of the view, always the same fraction of its size: a fragment of its own
+/// over the model's, with a camera that looks straight on.
 class OrbitReticle
 {
 public:

@@ -7,7 +7,7 @@ namespace Vu::Commands {
 
 class SetHomeViewCmd;
 
-/// Has Home look at the model as the view does now: a setting of the model, as one step of undo.
+/// Makes Home look at the model as the view does now: a setting of the model, as one undo step.
 class SetHomeViewCmdDef : public CommandRowDefinition<SetHomeViewCmdDef, SetHomeViewCmd, CameraCmdDef>
 {
 public:

@@ -13,7 +13,7 @@ class CommandBase;
 
 namespace Vu::Commands {
 
-/// What the camera tools share in dealing with the mouse.
+/// Mouse handling shared by the camera tools.
 
 /// The pointer over the canvases while the command is active.
 void showToolCursor(const CommandBase& command, Vs::CursorResource* cursor);
@@ -22,7 +22,7 @@ void showToolCursor(const CommandBase& command, Vs::CursorResource* cursor);
 /// works as soon as the pointer is where it works.
 void activateCanvasUnderPointer();
 
-/// Tell whoever cares that the user moves a camera by hand, and that this is over.
+/// Announce that the user moves a camera by hand, and that this has ended.
 void startCameraInteraction(AssetSession* session);
 void endCameraInteraction(AssetSession* session);
 
@@ -30,7 +30,7 @@ void endCameraInteraction(AssetSession* session);
 void recordCameraStep(Vs::Scene::Camera* camera);
 /// One step of a drag was made: it is recorded like that, and drawn.
 void cameraStepMade(Vs::Scene::Camera* camera);
-/// The drag is over: where the camera came to is recorded.
+/// The drag is over: the camera's final place is recorded.
 void cameraDragMade(Vs::Scene::Camera* camera);
 
 /// The camera of a fragment's node; null if the node is null.

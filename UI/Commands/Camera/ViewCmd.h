@@ -4,9 +4,9 @@
 
 namespace Vu::Commands {
 
-/// Sets what the identifier in the argument "CmdId" stands for: one table for all settings of the view. An
-/// identifier that the table doesn't know does nothing. Without a view, what is a user's option is still set,
-/// and views that are opened later have it.
+/// Applies the setting that the identifier in the argument "CmdId" stands for: one table for all settings of
+/// the view. An unknown identifier does nothing. Without a view, user options are still set, and apply to
+/// views opened later.
 class ViewCmd : public Vs::Implements<ViewCmd, SimpleCommand>
 {
 public:

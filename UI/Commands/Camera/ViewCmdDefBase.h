@@ -48,7 +48,7 @@ protected:
     InputControl* onInputControl() override;
     void onUpdateInputControl(CommandContext* context) override;
 
-    /// Makes the list's items, once. Who makes them owns them, and keeps them as long as the definition.
+    /// Makes the list's items, once. Whoever makes them owns them and keeps them as long as the definition.
     virtual void onSetupListItems(std::vector<Info*>& items) = 0;
     /// The item of the list that shows the current state; null if none does. The state's `render` is there.
     virtual Info* onSelectedItem(const std::vector<Info*>& items, const ViewState& state) = 0;

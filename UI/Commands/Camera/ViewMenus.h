@@ -30,7 +30,7 @@ public:
 
 protected:
     explicit ViewMenuCmdDef(Info* info) : Implements(info) {}
-    /// In the order of the menu; they must stay.
+    /// In the order of the menu; they must outlive it.
     void entries(std::span<const ViewMenuEntry> entries) { m_entries = entries; }
 
     /// The context has an active asset.

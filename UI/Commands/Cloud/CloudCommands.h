@@ -33,7 +33,7 @@ protected:
     bool onIsApplicable(CommandContext*) const override { return cloudIsEnabled(); }
 };
 
-/// Signs in if nobody is, asking at most once for one command.
+/// Signs in if nobody is signed in, asking at most once per command.
 [[nodiscard]] bool cloudLogin();
 
 /// As "Quillet Design (*.vlra)".

@@ -44,7 +44,7 @@ public:
     };
     /// Asks, and returns whether somebody chose. `name` is a proposal, and the chosen name, of SaveAs alone.
     using Asker = std::function<bool(const Request&, Vs::SkyvaultNodeData& node, std::wstring& name)>;
-    /// For the widgets' library; null takes it away.
+    /// For the widgets' library; null removes it.
     static void asker(Asker asker);
     /// Answers in place of a person; null takes it away.
     static void responder(Asker responder);

@@ -8,7 +8,7 @@ class Document;
 
 namespace Vu::Commands {
 
-/// What open documents have to do with the cloud drive beside the commands: a document whose path lies in the
+/// What connects open documents with the cloud drive, besides the commands: a document whose path lies in the
 /// cache is known to be of the drive, one that had waited learns its identifier when it has arrived, and a
 /// save that was refused for another's version stays as a notification. A file of the cache is shown by its
 /// place on the drive, one of another account by the drive's name alone (FilePlace). Main thread only.

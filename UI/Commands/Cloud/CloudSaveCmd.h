@@ -30,7 +30,7 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    /// Its button stands in the place of the other Save, which is not to be seen then.
+    /// Its button replaces that of the other Save, which is hidden then.
     bool onIsVisible(CommandContext* context) const override;
 };
 
@@ -62,10 +62,10 @@ public:
     /// Signs in; false after telling that nobody is signed in, with the offer of a local copy for a document
     /// of the cache.
     [[nodiscard]] static bool loginForSave(CommandContext* context, Vs::Document* document);
-    /// Uploads what was written to `target`, and tells whoever lists documents.
+    /// Uploads what was written to `target`, and notifies whoever lists documents.
     static void uploadSaved(const boost::filesystem::path& target, Vs::SkyvaultNodeData& node,
                             CommandContext* context, Vs::Document* document);
-    /// Asks whether the file of that name is to be replaced.
+    /// Asks whether to replace the file of that name.
     [[nodiscard]] static bool mayReplace(const std::wstring& name);
 
 protected:

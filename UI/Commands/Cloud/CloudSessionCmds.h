@@ -28,8 +28,7 @@ protected:
     void onExecute(Vs::Status&) override {}
 };
 
-/// Signs in. With both arguments the command ends at once: nobody signs in with a password that stands in a
-/// line.
+/// Signs in. With both arguments the command ends at once: nobody signs in with a password given in a line.
 class CloudLoginCmdDef : public CloudDefinition<CloudLoginCmdDef, CloudLoginCmd>
 {
 public:

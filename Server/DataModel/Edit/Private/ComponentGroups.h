@@ -9,30 +9,29 @@ namespace Vs {
 
 class Asset;
 
-/// Components that were made together, as a pattern is, and go together: who deletes one of them deletes them
-/// all, unless asked for that one alone. Groups stand among the asset's settings, so that they are undone
-/// with the model and saved with it. Components are named by Component::id; one that is gone otherwise is
-/// passed over.
+/// Components that were made together, like a pattern, and are deleted together: deleting one deletes all,
+/// unless only that one was asked for. Groups are kept among the asset's settings, so that they are undone
+/// and saved with the model. Components are identified by Component::id; one that is already gone is skipped.
 class ComponentGroups
 {
 public:
     /// The asset must outlive the object, which is as short-lived as the call that needs it.
     explicit ComponentGroups(Asset& asset);
 
-    /// Makes a group of components, as a part of the open change. Fewer than two are none.
+    /// Makes a group of components, as part of the open change. Fewer than two don't make a group.
     void add(const std::vector<std::string>& components);
     bool isGrouped(const std::string& component) const { return keyOf(component) != nullptr; }
     /// The members of the component's group that are there, itself among them; empty if it is in none.
     std::vector<std::string> groupOf(const std::string& component) const;
-    /// Takes components that were deleted out of their groups, as a part of the open change; a group of which
-    /// one is left is none any more.
+    /// Takes components that were deleted out of their groups, as a part of the open change; a group with one
+    /// member left is dissolved.
     void remove(const std::vector<std::string>& components);
     /// Forgets the component's group, as a part of the open change; false if it is in none.
     bool separate(const std::string& component);
 
 private:
-    /// Members whose numbers follow on each other, as those of a pattern do: what is kept of a hundred
-    /// thousand of them is a few words.
+    /// Members with consecutive numbers, as in a pattern: a hundred thousand of them are stored in a few
+    /// words.
     struct Run
     {
         std::string beginning; ///< Of the ids, up to the last number.

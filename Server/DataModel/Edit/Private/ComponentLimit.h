@@ -8,8 +8,8 @@ namespace Vs {
 
 class Asset;
 
-/// Why there can't be so many copies of components of `source` (Component::id) beside them, if there can't;
-/// else empty. A copy beside one in an assembly that occurs several times comes into all of these.
+/// Why there can't be that many copies of components of `source` (Component::id) beside them; empty if there
+/// can. A copy in an assembly that occurs several times appears in all of its occurrences.
 [[nodiscard]] std::wstring whyTooMany(const Asset& source, const std::vector<std::string>& components,
                                       size_t copies);
 

@@ -8,7 +8,7 @@ namespace Vs {
 /// the shape itself.
 bool isMotion(const GkMatrix3d& matrix);
 
-/// Whether it moves less far than the kernel counts exactly enough: a thousand kilometres.
+/// Whether it moves less far than the kernel's precision allows: a thousand kilometres.
 bool isNear(const GkMatrix3d& matrix);
 
 } // namespace Vs

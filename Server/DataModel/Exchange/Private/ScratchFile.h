@@ -9,7 +9,7 @@
 
 namespace Vs::Exchange {
 
-/// An empty file of this user's alone, for others to write into, that goes when it isn't needed any more.
+/// An empty file, accessible to this user alone, for others to write into; removed with this object.
 class ScratchFile
 {
 public:

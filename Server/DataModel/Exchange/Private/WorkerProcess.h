@@ -9,8 +9,8 @@
 
 namespace Vs::Exchange {
 
-/// A worker's process and our end of its pipe. It is of no trust: nothing here waits for it longer than a
-/// few seconds, whatever it does, and it goes with this object.
+/// A worker's process and our end of its pipe. It is not trusted: nothing here waits for it longer than a few
+/// seconds, whatever it does, and it ends with this object.
 class WorkerProcess
 {
 public:
@@ -19,7 +19,7 @@ public:
     WorkerProcess(const WorkerProcess&) = delete;
     WorkerProcess& operator=(const WorkerProcess&) = delete;
 
-    /// The path of a program that stands beside this one's libraries.
+    /// The path of a program that lies beside this one's libraries.
     [[nodiscard]] static std::string pathOf(const std::string& program);
 
     /// Runs the program at that path, with the other end of the pipe as its descriptor kWorkerPipe and its
@@ -29,19 +29,19 @@ public:
     /// Never blocks; -1 when there is none.
     int pipe() const { return m_pipe; }
 
-    /// What it and those that it has started have used of all processors so far, without those that have
-    /// ended; nothing if the system doesn't tell.
+    /// The processor time that it and its descendants have used so far, without those that have ended;
+    /// nothing if the system doesn't report it.
     std::optional<std::chrono::milliseconds> processorTime() const;
-    /// Whether it has work to do at this moment: a thread of it or of those that it has started runs, waits
-    /// for a processor or for the disk.
+    /// Whether it has work to do at this moment: a thread of it or its descendants runs, or waits for a
+    /// processor or the disk.
     bool wantsProcessor() const;
 
-    /// Waits so long for its end, and ends it and all that it has started after that. Returns the state as
-    /// of waitpid, or nothing if that isn't known.
+    /// Waits that long for its end, then kills it and all its descendants. Returns the state as from waitpid,
+    /// or nothing if that isn't known.
     std::optional<int> collect(std::chrono::milliseconds patience);
-    /// Ends it without waiting until it has gone.
+    /// Kills it without waiting until it is gone.
     void dismiss();
-    /// Waits until all that were dismissed have gone.
+    /// Waits until all dismissed ones are gone.
     static void waitForDismissed();
 
 private:

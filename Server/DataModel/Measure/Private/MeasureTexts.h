@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// What the user is told when there is nothing to tell of a measure.
+/// What the user is told when a measure has no result.
 namespace Vs::MeasureTexts {
 
 /// One sentence; `name` is the object's path.

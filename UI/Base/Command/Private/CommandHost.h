@@ -21,8 +21,8 @@ class GraphicsView;
 class Shell;
 class Workspace;
 
-/// What the command model has to know of the application it runs in. The application installs its own; until
-/// then, and in a program without windows, this one answers that there is nothing. Main thread only.
+/// What the command model needs to know of the application it runs in. The application installs its own;
+/// until then, and in a program without windows, this one answers that there is nothing. Main thread only.
 class CommandHost
 {
 public:
@@ -30,7 +30,7 @@ public:
 
     /// Never null.
     static CommandHost* get();
-    /// Installs a host, which is not owned, and returns the one before it. Null brings the empty one back.
+    /// Installs a host, which is not owned, and returns the previous one. Null restores the empty one.
     static CommandHost* install(CommandHost* host);
 
     virtual AssetSession* activeAssetSession() { return nullptr; }
@@ -49,10 +49,11 @@ public:
     /// What belongs to a running command.
     virtual CursorController* cursorController(CommandBase*) { return nullptr; }
     virtual CommandDialog* commandDialog(CommandBase*) { return nullptr; }
-    /// A command that asked for something of the two is being destroyed.
+    /// A command that asked for either of the two is being destroyed.
     virtual void commandGone(const CommandBase*) {}
 
-    /// Whether it sees to a command that a person starts, because the user has to be asked something first.
+    /// Whether it takes over a command that a person starts, because the user has to be asked something
+    /// first.
     [[nodiscard]] virtual bool takesOver(CommandDefinition*, const CommandContext&) { return false; }
 
     /// The queue that runs at the end of the current event; null if there is no event loop.

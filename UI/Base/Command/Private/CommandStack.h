@@ -15,13 +15,14 @@ class CommandBase;
 class CommandDefinition;
 class SimpleCommand;
 
-/// The workings of a command manager: runs the commands, and is the one place that every run passes. Private
-/// to the command model; see CommandMgr for what it does and CommandBase for the order of calls.
+/// The implementation of a command manager: runs the commands, and is the one place that every run passes
+/// through. Private to the command model; see CommandMgr for what it does and CommandBase for the order of
+/// calls.
 class CommandStack
 {
 public:
     CommandStack(CommandMgr* manager, AssetSession* session);
-    /// The manager goes: ends what runs. The stack deletes itself when the last run that is under way
+    /// The manager is being destroyed: ends what runs. The stack deletes itself when the last run in progress
     /// returns.
     void close();
 
@@ -39,14 +40,14 @@ public:
 
     CommandBase* activeCommand() const;
     const std::vector<CommandBase*>& commands() const { return m_commands; }
-    /// The simple command that is doing its work right now, of any manager; null if none.
+    /// The simple command that is executing right now, of any manager; null if none.
     static CommandBase* executingAnywhere();
     CommandBase* executingCommand() const { return m_executing.empty() ? nullptr : m_executing.back(); }
     AssetSession* session() const { return m_session; }
     CommandDefinition* lastDefinition() const { return m_lastDefinition; }
     AlertController& alerts() { return m_alerts; }
 
-    /// The manager that is having a command made right now; a command is born into it.
+    /// The manager for which a command is being made right now; the new command belongs to it.
     static CommandMgr* creatingManager();
     static void definitionGone(CommandDefinition* definition);
     static void terminateAllStacks(ETerminationReason reason);

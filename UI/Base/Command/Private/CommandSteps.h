@@ -18,8 +18,8 @@ class CommandBase;
 class CommandInputBase;
 class CommandInputSet;
 
-/// What belongs to the steps of one running command: their transactions, and the values that its inputs had
-/// after each. Made with the command's inputs, or with its first step; goes at its end. Main thread only.
+/// The steps of one running command: their transactions, and the values that its inputs had after each. Made
+/// with the command's inputs, or with its first step; destroyed at its end. Main thread only.
 class CommandSteps
 {
 public:
@@ -27,9 +27,9 @@ public:
     static CommandSteps* find(const CommandBase* command);
     /// Made if it isn't there.
     static CommandSteps& of(CommandBase& command);
-    /// Makes all steps of the command one step of its asset, or takes them back, and forgets them.
+    /// Makes all steps of the command one step of its asset, or undoes them, and forgets them.
     static void end(const CommandBase* command, bool keep);
-    /// Whether the inputs are just being set to what they were: that is no new value for the command.
+    /// Whether the inputs are being restored right now, which is not a new value for the command.
     static bool areInputsRestored(const CommandBase* command);
 
     explicit CommandSteps(CommandBase& command);
@@ -41,17 +41,17 @@ public:
     bool isStepped() const { return m_whole != nullptr; }
     /// Whether the open step has changed the asset.
     bool isOpenOneChanged() const;
-    /// An input has a new value of which no step was made: that stays when steps are taken back.
+    /// An input has a new value for which no step was made: it stays when steps are undone.
     void inputSettled(const CommandInputBase* input);
 
     /// `asset` may be null: for a command that changes no asset. Throws std::runtime_error if that can't be
-    /// changed. Returns false if the step can't be taken back by itself, since it is a part of another
-    /// command's, which this one runs in.
+    /// changed. Returns false if the step can't be undone by itself, because it is part of a step of the
+    /// command in which this one runs.
     [[nodiscard]] bool begin(Vs::Asset* asset);
     /// Ends the open step. One that is not undoable is the first that counts, from now on.
     void keep(bool undoable);
     void abandon();
-    /// Take back, or do again, the nearest step and the inputs' values. There must be one.
+    /// Undo or redo the nearest step and the inputs' values. There must be one.
     void undo();
     void redo();
 

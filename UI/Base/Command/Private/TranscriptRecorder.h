@@ -10,11 +10,11 @@
 
 namespace Vu {
 
-/// Has the running transcript take down what is done: each command that the user, a line or a script called
-/// and that was committed, as the wrapper's line if there is one that says all its arguments, else as a line
-/// of Commands.Start. For a command that stays active
-/// there follow a line for each input and one that commits it. A text command that has a body of its own is
-/// written as it was called, unless it hands all its work on to a command (ForwardedRun).
+/// Records in the running transcript what is done: each committed command that the user, a line or a script
+/// called, as the wrapper's line if that expresses all its arguments, else as a line of Commands.Start. For a
+/// command that stays active there follow a line for each input and one that commits it. A text command that
+/// has a body of its own is written as it was called, unless it hands all its work on to a command
+/// (ForwardedRun).
 ///
 /// What a command does inside itself is not written: it does it again when it is run again.
 class TranscriptRecorder : public ICommandObserver, public Vs::TextCommandObserver
@@ -50,7 +50,7 @@ public:
     static std::vector<std::wstring> inputLinesOf(const CommandBase& command);
 
 private:
-    /// Whether what runs is part of something that is written as a whole.
+    /// Whether what runs is part of something written as a whole.
     bool isPart(const CommandRun& run) const;
     bool isRecorded(const CommandRun& run) const;
     /// Whether the command did nothing but queue another one.

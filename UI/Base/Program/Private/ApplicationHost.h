@@ -9,8 +9,8 @@ namespace Vu {
 
 class ProgressDisplay;
 
-/// What the running program has to know of its windows, which stand above it. `installHost` installs its own;
-/// until then this one answers that there is none. Main thread only.
+/// What the running program needs to know of its windows, which are a layer above it. `installHost` installs
+/// its own; until then this one answers that there is none. Main thread only.
 class ApplicationHost
 {
 public:
@@ -28,7 +28,7 @@ public:
     /// Shows a line in the active window; false if no window is shown.
     [[nodiscard]] virtual bool showMessage(const std::wstring& /*text*/) { return false; }
     virtual void closeWindows() {}
-    /// Asks what is to become of documents that have changed; false if the program is to go on.
+    /// Asks what to do with changed documents; false if the program should keep running.
     [[nodiscard]] virtual bool mayLeaveDocuments() { return true; }
 };
 

@@ -65,7 +65,7 @@ class ProgressDisplay
 public:
     virtual ~ProgressDisplay() = default;
 
-    /// From here to `end` the person's events reach nothing but the cancel button.
+    /// From here to `end`, user input reaches nothing but the cancel button.
     virtual void begin(const std::wstring& title) = 0;
     virtual void show(double fraction, const std::wstring& step) = 0;
     virtual void end() = 0;
@@ -105,9 +105,9 @@ public:
     [[nodiscard]] virtual bool picture(Vs::Scene::Image& image) = 0;
 };
 
-/// Everything that is made of pixels: windows, dialogs, pointers, picture files. Behind it stands Qt's widget
-/// and picture code, in the library VuWindow10, which is opened when something is to be shown for the first
-/// time: a run that shows nothing doesn't load it, and so starts in half the time. Private to the host.
+/// Everything made of pixels: windows, dialogs, pointers, picture files. Qt's widget and picture code is
+/// behind it, in the library VuWindow10, which is opened when something is shown for the first time: a run
+/// that shows nothing doesn't load it, and so starts in half the time. Private to the host.
 class Display
 {
 public:

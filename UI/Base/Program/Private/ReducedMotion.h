@@ -2,7 +2,7 @@
 
 namespace Vu {
 
-/// Whether what changes is to jump to its end: the user has taken animations away, here
+/// Whether animations should jump to their end: the user has switched them off, here
 /// (UIBaseOptionGroup::animateCamera) or for the whole desktop. Main thread only.
 [[nodiscard]] bool motionIsReduced();
 

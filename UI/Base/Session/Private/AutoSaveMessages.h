@@ -6,14 +6,14 @@
 
 namespace Vu {
 
-/// What a user has to know of recovery files, as notifications. That nothing can be kept stands there as long
+/// What a user has to know about recovery files, as notifications. That nothing can be kept is shown as long
 /// as it is so.
 class AutoSaveMessages : private Vs::AutoSaveEventSite
 {
 public:
     AutoSaveMessages();
 
-    /// Who sends what says that nothing can be kept.
+    /// The sender of the notification that nothing can be kept.
     static const std::wstring& failureClientID();
 
 private:

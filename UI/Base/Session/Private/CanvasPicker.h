@@ -19,9 +19,9 @@ struct CanvasBand;
 bool shows(const GraphicsCanvas* canvas, const AssetSession& session);
 
 /// The objects of the session's model that lie under the mouse and are of a kind that the filter may accept,
-/// the one that is meant first: vertices before edges before faces, and these before the solids, bodies
-/// and components that they belong to. Without a filter, components. Unless the user wants what is hidden as
-/// well (GraphicsOptionGroup::selectClosestItemOnly), only what is seen there.
+/// the most likely one first: vertices before edges before faces, and these before the solids, bodies and
+/// components that they belong to. Without a filter, components. Unless the user wants what is hidden as well
+/// (GraphicsOptionGroup::selectClosestItemOnly), only what is seen there.
 std::vector<Vs::StrongRef<Vs::Selection>> objectsUnder(const MouseEvent& event, const AssetSession& session,
                                                        const Vs::SelectionFilter* filter);
 

@@ -7,13 +7,13 @@
 
 namespace Vu {
 
-/// Whether a click with these modifiers of mouse events adds to what is there, or takes from it.
+/// Whether a click with these mouse event modifiers adds to or removes from what is selected.
 [[nodiscard]] bool clickAdds(unsigned modifiers);
-/// Whether a click with these means what holds the thing.
+/// Whether a click with these means the container of the clicked object.
 [[nodiscard]] bool clickClimbs(unsigned modifiers);
 [[nodiscard]] bool isSolid(const Vs::Selection& selection);
 
-/// Which of the objects that lie under the pointer a click takes.
+/// Which of the objects under the pointer a click takes.
 class ClickChoice
 {
 public:

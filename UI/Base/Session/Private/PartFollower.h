@@ -12,13 +12,13 @@ class Asset;
 
 namespace Vu {
 
-/// Finds the faces, edges and vertices that somebody holds again after their bodies got other shapes. What a
-/// preview shows is passed over: it goes again, and then the parts are what they were.
+/// Finds the faces, edges and vertices that somebody holds again after their bodies changed shape. What a
+/// preview shows is ignored: it disappears again, and then the parts are what they were.
 class PartFollower
 {
 public:
     /// To be called when the asset's components have changed (AssetEventSite::assetComponentsChanged);
-    /// returns whether what is held is to be brought up to date by `follow` now.
+    /// returns whether what is held must be updated by `follow` now.
     [[nodiscard]] bool heard(const Vs::Asset& asset);
     /// What is left of the selections in the asset as it is now. Parts without exactly one successor are
     /// gone; other things than parts of the asset's bodies stay as they are.

@@ -13,11 +13,11 @@ class Status;
 
 namespace Vu::PathList {
 
-/// One path as it stands; several with bars between them, where those that hold a bar, a quote or a backslash
-/// stand in quotes.
+/// One path as it is; several separated by bars, with those that contain a bar, a quote or a backslash in
+/// quotes.
 [[nodiscard]] std::wstring text(const std::vector<std::wstring>& paths);
-/// The objects that a text names, of which a component's identifier may stand for its path. Nothing, with an
-/// error in `status`, if one isn't there.
+/// The objects that a text names; a component's identifier may stand for its path. Nothing, with an error in
+/// `status`, if one doesn't exist.
 [[nodiscard]] std::optional<std::vector<Vs::StrongRef<Vs::Selection>>>
 objects(const std::wstring& text, Vs::Asset& asset, Vs::Status& status);
 

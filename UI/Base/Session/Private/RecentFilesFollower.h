@@ -5,7 +5,7 @@
 
 namespace Vu {
 
-/// Keeps RecentPaths::files: what RecentDocumentMgr is told, and the foreign files of documents that open.
+/// Updates RecentPaths::files from RecentDocumentMgr and the foreign files of opened documents.
 class RecentFilesFollower : private RecentDocumentEventSite, private Vs::DocumentEventSite
 {
 public:

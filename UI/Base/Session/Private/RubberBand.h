@@ -7,7 +7,7 @@ namespace Vu {
 class GraphicsCanvas;
 class MouseEvent;
 
-/// Shows a band on a canvas from the press of a button on; gone with this object.
+/// Shows a band on a canvas from the press of a button until this object is destroyed.
 class RubberBand
 {
 public:

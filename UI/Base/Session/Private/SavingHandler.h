@@ -5,11 +5,10 @@
 
 namespace Vu {
 
-/// What saving asks of the user, and what it leaves behind for the user: a document that is saved for the
-/// first time gets its name in a dialog, and becomes one of the recent documents; a file that is
-/// write-protected or was changed by another program is replaced or left alone, as the user says. Where
-/// nobody can be asked the save fails with a message. Damage of a file is told as well. Private to this
-/// library.
+/// What saving asks the user, and what it leaves behind for the user: a document that is saved for the first
+/// time gets its name in a dialog, and becomes one of the recent documents; a file that is write-protected or
+/// was changed by another program is replaced or left alone, as the user says. Where nobody can be asked the
+/// save fails with a message. Damage of a file is told as well. Private to this library.
 class SavingHandler : public Vs::IDocMgmtHandler,
                       private Vs::DocumentEventSite,
                       private Vs::FileDamageEventSite

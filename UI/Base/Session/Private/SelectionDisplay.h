@@ -22,8 +22,8 @@ class SceneAssetAdapter;
 
 namespace Vu {
 
-/// Lights up in the scene what is selected, and what is about to be, has parts stay selected whose bodies
-/// change, and what is gone from the model no longer be selected. Made by AssetSession.
+/// Highlights in the scene what is selected or about to be, keeps parts selected when their bodies change,
+/// and deselects what is gone from the model. Made by AssetSession.
 class SelectionDisplay : private Vs::ComponentsListener
 {
 public:
@@ -38,18 +38,18 @@ private:
 
     using Changes = Vs::ComponentsEvent::Changes;
 
-    /// How one set is shown. A change of few components costs the same however many things the set holds.
+    /// How one set is shown. A change of few components costs the same however large the set is.
     class Layer : public Vs::SelectionSetSite
     {
     public:
         Layer(SelectionDisplay& display, Vs::SelectionSet& set);
         ~Layer() override;
         void selectionSetChanged() override;
-        /// Lights all that the set holds anew.
+        /// Highlights the whole set again.
         void light();
-        /// Lights what the changes may have given other nodes.
+        /// Highlights what may have new nodes after the changes.
         void light(const Changes& changes);
-        /// Takes out of the set what the changes have taken out of the model.
+        /// Removes from the set what the changes have removed from the model.
         void dropStale(const Changes& changes);
 
         struct Lit

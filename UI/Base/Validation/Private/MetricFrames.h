@@ -6,7 +6,7 @@ namespace Vu {
 
 class GraphicsCanvas;
 
-/// Draws what nobody else draws in time for a metric to see it: canvases without a widget, and during a
+/// Draws what nobody else would draw in time for a metric to see it: canvases without a widget, and during a
 /// replay those that have one, since its lines leave windows no time to paint. Main thread only.
 class MetricFrames
 {

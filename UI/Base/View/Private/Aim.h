@@ -1,8 +1,7 @@
 #pragma once
 
-// What a hand does to a camera in passing is about what lies under the pointer. The commands that do it turn
-// and scale about the target and the pivot; so these are brought there before, without a change of the
-// picture.
+// Camera movements in passing refer to what lies under the pointer. The commands that do it turn and scale
+// about the target and the pivot, so these are moved there first, without changing the picture.
 
 #include "Server/Base/Point2.h"
 

@@ -13,7 +13,7 @@ public:
     FrameEvent(const GraphicsCanvas* canvas, double seconds) : m_canvas(canvas), m_seconds(seconds) {}
 
     const GraphicsCanvas* canvas() const { return m_canvas; }
-    /// What drawing took, until the graphics unit was done.
+    /// How long drawing took, until the GPU was done.
     double seconds() const { return m_seconds; }
 
 private:
@@ -37,9 +37,9 @@ public:
         return source;
     }
 
-    /// Whether anybody wants to know; a canvas then waits for the graphics unit, which it doesn't otherwise.
+    /// Whether anybody listens; only then does a canvas wait for the GPU.
     bool wanted() const { return m_wanted > 0; }
-    /// Held by who wants to know.
+    /// Held by whoever listens.
     class [[nodiscard]] Wanted
     {
     public:

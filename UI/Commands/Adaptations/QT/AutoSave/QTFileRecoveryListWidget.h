@@ -13,8 +13,8 @@ class AutoSavedFileInfo;
 
 namespace Vu::Commands {
 
-/// The recovery files that are offered. A click on one, with either button, opens a menu of what can be done
-/// with those that are selected.
+/// The offered recovery files. A click on one, with either button, opens a menu of actions for the selected
+/// ones.
 class QTFileRecoveryListWidget : public QListWidget
 {
     Q_OBJECT

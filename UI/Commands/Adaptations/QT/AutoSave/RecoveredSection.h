@@ -6,8 +6,8 @@
 
 namespace Vu::Commands {
 
-/// What runs that ended badly left, a row for each of the newest files with buttons for what can be done with
-/// it. As long as there is nothing, or nobody has looked yet, the section isn't there.
+/// What crashed runs left: a row for each of the newest files, with buttons for its actions. The section is
+/// absent as long as there is nothing, or nobody has looked yet.
 class RecoveredSection : public TileSection, private Vs::AutoSaveEventSite
 {
 public:
@@ -19,7 +19,7 @@ private:
     void autoSavedRecoveryFileKept(Vs::AutoSaveEvent*) override { fillSoon(); }
     void autoSavedDocumentLeft(Vs::AutoSaveEvent*) override { fillSoon(); }
 
-    /// Behind the event: one of the rows may be what asks for it.
+    /// After the event, since one of the rows may be the caller.
     void fillSoon();
     void fill();
     QWidget* makeMore(size_t count, QWidget* parent);

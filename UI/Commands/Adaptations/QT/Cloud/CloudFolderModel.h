@@ -11,8 +11,8 @@
 
 namespace Vu::Commands {
 
-/// The content of one folder of the drive as a table: name, size, when it was changed. Folders stand first.
-/// Ten thousand entries cost one sorting; a row's texts are made when it is drawn.
+/// The content of one folder of the drive as a table: name, size, when it was changed. Folders come first.
+/// Ten thousand entries cost one sort; a row's texts are made when it is drawn.
 class CloudFolderModel : public QAbstractTableModel
 {
 public:
@@ -21,7 +21,8 @@ public:
     explicit CloudFolderModel(QObject* parent);
 
     void nodes(const std::vector<Vs::SkyvaultNodeData>& nodes);
-    /// Only files of these wild cards are listed, "*.vlra", and all folders; none stands for all files.
+    /// Only files that match these wildcards, such as "*.vlra", and all folders are listed; none means all
+    /// files.
     void patterns(const QStringList& patterns);
     /// Only those whose names have this text.
     void search(const QString& text);

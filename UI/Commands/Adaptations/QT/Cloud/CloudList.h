@@ -13,7 +13,7 @@ namespace Vu::Commands {
 
 class CloudFolderModel;
 
-/// The content of the folder that is shown, with a line in its place where there is none.
+/// The content of the folder that is shown, or a line of text if it is empty.
 class CloudList : public QTreeView
 {
 public:
@@ -27,8 +27,8 @@ public:
     /// Null if nothing is selected; the model's, and so only good until the next folder.
     const Vs::SkyvaultNodeData* selected() const;
     QString selectedName() const;
-    /// After the folder `left` was left for the one that is shown: who goes up stands on the folder that he
-    /// came from. Else the first row is where the keys begin, and selected only where `selects`.
+    /// After the folder `left` was left for the one that is shown: going up makes the previous folder the
+    /// current row. Otherwise the first row is current, and selected only with `selects`.
     void stand(const std::string& left, bool selects);
     /// What stands there while no row does.
     void emptyText(const QString& text);

@@ -9,12 +9,12 @@ class QHBoxLayout;
 
 namespace Vu::Commands {
 
-/// The way from the root of the drive to a folder, a button for each folder on it. Of a long way, those that
-/// have no room at the front are left out.
+/// The path from the root of the drive to a folder, with a button for each folder. If it is long, those at
+/// the front that don't fit are left out.
 class CloudPath : public QWidget
 {
 public:
-    /// `go` is told the identifier of the folder that was pressed.
+    /// `go` is called with the identifier of the folder that was pressed.
     CloudPath(std::function<void(const std::string&)> go, QWidget* parent);
 
     void show(const std::string& folder);

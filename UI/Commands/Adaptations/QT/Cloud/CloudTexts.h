@@ -7,17 +7,17 @@
 #include <QString>
 #include <QStringList>
 
-/// What the dialogs of the cloud drive say of a server, in a person's words.
+/// What the dialogs of the cloud drive say about a server, in terms that a person knows.
 namespace Vu::Commands::CloudTexts {
 
 /// From the string table of the commands.
 [[nodiscard]] QString text(const char* key, const char* english);
 /// The text with the drive's trade name for "%1".
 [[nodiscard]] QString named(const QString& text);
-/// A file's or folder's name, which comes from others: what would break the line or turn its direction is
-/// shown as a mark.
+/// A file's or folder's name, which comes from others: characters that would break the line or change its
+/// direction are shown as marks.
 [[nodiscard]] QString shown(const std::string& name);
-/// A picture of the cloud drive's that no command has: "Folder".
+/// A picture of the cloud drive that no command uses: "Folder".
 [[nodiscard]] QIcon icon(const char* name);
 /// Why a request failed.
 [[nodiscard]] QString failure(const Vs::Cloud::DriveResult& result);
@@ -29,11 +29,11 @@ namespace Vu::Commands::CloudTexts {
 [[nodiscard]] QString title(CloudDialog::Kind kind);
 /// What its list is while the drive isn't reached.
 [[nodiscard]] QString away(CloudDialog::Kind kind);
-/// What stands where no entry is listed: `hasEntries` if some are there that weren't asked for.
+/// The text shown where no entry is listed; `hasEntries` if there are some that weren't asked for.
 [[nodiscard]] QString nothingListed(bool isRead, bool hasEntries, bool isAway);
 /// What a server without locks and conditions means for people who work on the same files.
 [[nodiscard]] QString unsafe();
-/// What the server was found to do, a line each.
+/// What the server was found to do, one line each.
 [[nodiscard]] QStringList traits(const Vs::Cloud::DriveTraits& traits);
 
 } // namespace Vu::Commands::CloudTexts

@@ -20,7 +20,7 @@ class CloudList;
 class CloudName;
 
 /// Lets a person choose a folder, a name or a document on the drive, going through it folder by folder. While
-/// a folder is read, the list waits, and Esc or Cancel gives up reading; what was there stays. While the
+/// a folder is read, the list waits, and Esc or Cancel stops reading; the previous content stays. While the
 /// drive can't be reached, the list is that of the local copies, as a line below it says.
 class QTCloudDialog : public QDialog
 {
@@ -31,8 +31,8 @@ public:
     const Vs::SkyvaultNodeData& node() const { return m_chosen; }
     QString name() const;
 
-    /// Reads a folder, or what is known of it where the drive can't be reached; where that fails, the dialog
-    /// tells why and stays where it was. False then.
+    /// Reads a folder, or what is known of it where the drive can't be reached; if that fails, the dialog
+    /// says why and stays where it was. False then.
     bool open(std::string folder);
 
     void accept() override;

@@ -13,8 +13,8 @@ class QPushButton;
 namespace Vu::Commands {
 
 /// Signs a person in to the cloud drive: first the address, then one of the ways that the server offers. It
-/// is accepted when somebody is signed in. While a request runs, Cancel and Esc give that up; after it, the
-/// dialog. What went wrong stands in the dialog.
+/// is accepted when somebody is signed in. While a request runs, Cancel and Esc cancel that; otherwise the
+/// dialog. Errors are shown in the dialog.
 class QTCloudLoginDialog : public QDialog
 {
 public:
@@ -32,7 +32,7 @@ private:
         Address, ///< No server is known yet.
         Ways,    ///< How to sign in.
         Waiting, ///< A request runs, or the person is in the browser.
-        Warning  ///< Signed in, on a server that protects nobody's changes.
+        Warning  ///< Signed in, on a server that doesn't protect concurrent changes.
     };
 
     QWidget* makeHead();

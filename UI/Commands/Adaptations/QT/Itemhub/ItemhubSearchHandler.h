@@ -17,21 +17,21 @@ namespace Commands {
 class QTSearchResultPanel;
 }
 
-/// Searches the lifecycle service while somebody types. One search runs at a time, and of what is typed
-/// meanwhile only the last is searched for: a burst of letters costs two searches, however long it is. Main
-/// thread only; the thread does nothing but ask.
+/// Searches the lifecycle service while somebody types. One search runs at a time, and only the last text
+/// typed meanwhile is searched for: a burst of letters costs two searches, however long it is. Main thread
+/// only; the thread does nothing but ask.
 class ItemhubSearchHandler : public QObject, private Vs::ItemhubEventSite
 {
     Q_OBJECT
 
 public:
-    /// What is found is shown by the panel, which may be null, and may go before.
+    /// Results are shown by the panel, which may be null, and may be destroyed earlier.
     ItemhubSearchHandler(Commands::QTSearchResultPanel* panel, QObject* parent);
     ~ItemhubSearchHandler() override;
 
-    /// What is to be searched for now. An empty text starts nothing, and takes away what was found.
+    /// Sets the text to search for. An empty text starts nothing, and clears the results.
     void search(const std::wstring& text);
-    /// Asks once more for what was searched for last, and leaves what is shown until the answer comes.
+    /// Repeats the last search, leaving the present results until the answer arrives.
     void searchAgain();
 
     /// The text that was searched for last, or is being searched for.

@@ -16,8 +16,8 @@ namespace Vu::Commands {
 
 class QTSearchResultPanel;
 
-/// Where a person types what is to be found at the lifecycle service. What was found lies below it. It isn't
-/// there where the service is disabled.
+/// The field for searching the lifecycle service, with the results below it. It is absent where the service
+/// is disabled.
 class QTSearchBar : public QFrame, private Vs::ItemhubEventSite, private Vs::OptionEventSite
 {
 public:

@@ -18,8 +18,8 @@ namespace Vu::Commands {
 
 class SearchResult;
 
-/// What a search bar has found, below the bar or above it, over whatever else is in the window: a row for
-/// each result, and between and behind them what there is to say. The keys are the bar's (`press`).
+/// The results of a search bar, below the bar or above it, over whatever else is in the window: a row for
+/// each result, with messages between and after them. Keys come from the bar (`press`).
 class QTSearchResultPanel : public QFrame
 {
     Q_OBJECT
@@ -39,7 +39,7 @@ public:
     void anchor(const QPoint& point, bool growDown);
     const QPoint& anchor() const { return m_anchor; }
 
-    /// Does nothing if the section shows, or doesn't, already.
+    /// Does nothing if the section is already shown, or hidden.
     void showSection(Section section, bool shown);
     [[nodiscard]] bool isShown(Section section) const { return m_shown.testBit(section); }
 
@@ -58,10 +58,10 @@ public:
     /// one that the panel has no use for.
     [[nodiscard]] bool press(int key);
 
-    /// There is something to show, and the bar is where somebody works.
+    /// There is something to show, and the bar is in use.
     void open();
     void close();
-    /// What is called to open an item.
+    /// The function called to open an item.
     void opener(std::function<void(int itemId)> opener) { m_opener = std::move(opener); }
 
 public slots:

@@ -13,8 +13,8 @@ class QLineEdit;
 
 namespace Vu::Commands {
 
-/// Asks for the size, background and anti-aliasing of a captured image, and begins with what was chosen the
-/// last time. What it computes stands in ImageSizeModel.
+/// Asks for the size, background and anti-aliasing of a captured image, starting from the last choice. The
+/// computations are in ImageSizeModel.
 class QTSaveAsImageOptionsDlg : public QDialog
 {
     Q_OBJECT
@@ -39,7 +39,7 @@ private slots:
 private:
     void build();
     void connectAll();
-    /// Takes what was chosen the last time, and keeps what is chosen now.
+    /// Loads the last choice, and stores the present one.
     void restore();
     void keep() const;
     void showCustomSize();

@@ -6,9 +6,9 @@
 
 namespace Vu::Commands {
 
-/// Keeps a window that has no parent over the main window: as its transient, so that a window manager treats
-/// both as one, and by raising it again where there is no window manager. While a dialog waits for an answer,
-/// which it would cover, it isn't there. Owned by the window.
+/// Keeps a window without a parent above the main window: as its transient, so that a window manager treats
+/// both as one, and by raising it again where there is no window manager. It is hidden while a dialog, which
+/// it would cover, waits for an answer. Owned by the window.
 class OverMainWindow : public QObject
 {
 public:

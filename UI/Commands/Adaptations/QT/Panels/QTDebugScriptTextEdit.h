@@ -23,7 +23,7 @@ public:
     /// In pixels, with room for the marks.
     int lineNumberAreaWidth() const;
     void paintLineNumbers(QPaintEvent* event);
-    /// Takes the break point away from the line at this place of the area, or sets one.
+    /// Removes the break point from the line at this place of the area, or sets one.
     void toggleBreakPoint(const QPoint& place);
 
 protected:

@@ -9,8 +9,8 @@
 
 namespace Vu::Commands {
 
-/// A field that offers what was entered in it before, also in earlier sessions. Its history is a text file of
-/// its name in the folder for files that nobody misses; where that fails there is just none.
+/// A field that offers what was entered in it before, also in earlier sessions. Its history is a text file
+/// named after it in the folder for expendable files; if that fails, there is simply none.
 class QTAutoMatchLineEdit : public QLineEdit
 {
     Q_OBJECT

@@ -8,7 +8,7 @@ class QVBoxLayout;
 
 namespace Vu::Commands {
 
-/// Stands by while a transcript is recorded: comments, and the checks that add-ins have registered
+/// Shown while a transcript is recorded: comments, and the checks that add-ins have registered
 /// (NormalValidationWidget).
 class QTNormalValidationDialog : public ValidationWindowBase
 {
@@ -17,7 +17,7 @@ class QTNormalValidationDialog : public ValidationWindowBase
 public:
     static QTNormalValidationDialog* get();
 
-    /// Takes the widget over; null is ignored.
+    /// Takes ownership of the widget; null is ignored.
     void addValidationWidget(QWidget* widget);
 
 private:

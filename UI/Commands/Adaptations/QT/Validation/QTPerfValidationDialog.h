@@ -6,7 +6,7 @@ namespace Vu::Commands {
 
 class QTPerfValidationWidget;
 
-/// Stands by while a performance transcript is recorded: comments, and metrics.
+/// Shown while a performance transcript is recorded: comments, and metrics.
 class QTPerfValidationDialog : public ValidationWindowBase
 {
     Q_OBJECT

@@ -9,8 +9,8 @@
 
 namespace Vu::Commands {
 
-/// What both validation windows are: small, over all others, and there for as long as the program runs. They
-/// have no button to close them, since they come and go with the recording.
+/// Base of both validation windows: small, above all others, and existing as long as the program runs. They
+/// have no close button, since they are shown and hidden with the recording.
 class ValidationWindowBase : public QWidget, public ValidationWindow
 {
 public:
