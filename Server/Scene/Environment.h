@@ -34,6 +34,8 @@ struct Environment
     Colour line;  ///< Of edges seen against the background.
     Colour grid;
 
+    /// Whether what is seen against the background has to be light.
+    bool isDark() const { return line.g > 0.3f; }
     /// The colour of the layout grid's lines, as visible on this environment's ground.
     const Colour& gridColor() const { return grid; }
     /// What is seen in a direction of length one, without the lamps, linear. With a `blur` from 0 to 1 it is

@@ -44,7 +44,7 @@ void Frame::clipMatrix(const Area& into, double (&rows)[4][4]) const
 
 HighlightColours::HighlightColours(const Vs::Scene::Environment& environment)
 {
-    const bool dark = environment.line.g > 0.3f;
+    const bool dark = environment.isDark();
     // One is twice as bright as the other, for who can't tell hues.
     const float near[2][3] = {{0.10f, 0.50f, 0.90f}, {0.62f, 0.84f, 1.00f}};
     const float chosen[2][3] = {{0.00f, 0.20f, 0.66f}, {0.15f, 0.50f, 1.00f}};

@@ -98,6 +98,8 @@ void HelperPainter::draw(const Frame& frame)
     if (frame.scene.list.helpers().empty())
         return;
     const Vs::Scene::Projection& projection = frame.projection;
+    const bool isOverModel = frame.params().visualStyle() == Vs::Scene::kHelpersOnly;
+    m_line = isOverModel && frame.environment.isDark() ? &frame.environment.line : nullptr;
     const float pixel = std::max(1.0f, frame.target.lineWidth); // of the framebuffer for a logical one
     m_program.use();
     double clip[4][4];
@@ -185,8 +187,13 @@ void HelperPainter::drawTwice(const Helper& helper, float occludedOpacity, GLenu
     glDrawArrays(kind, 0, GLsizei(m_vertices.size()));
 }
 
-void HelperPainter::setColour(const Vs::Colour& colour, float opacity)
+void HelperPainter::setColour(const Vs::Colour& wanted, float opacity)
 {
+    Vs::Colour colour = wanted;
+    // What is dark, as a reticle over the model, would not be seen before a dark sky.
+    constexpr float kDark = 0.1f;
+    if (m_line && std::max({wanted.r, wanted.g, wanted.b}) < kDark)
+        colour = {m_line->r, m_line->g, m_line->b, wanted.a};
     const auto onScreen = [](float linear) { return std::pow(std::clamp(linear, 0.0f, 1.0f), 1 / 2.2f); };
     glUniform4f(m_program.uniform("colour"), onScreen(colour.r), onScreen(colour.g), onScreen(colour.b),
                 colour.a * opacity);

@@ -43,6 +43,7 @@ private:
     VertexStream m_stream;
     std::unordered_map<const Graphics::Texture*, GlTexture> m_textures;
     std::vector<Vertex> m_vertices;
+    const Vs::Colour* m_line = nullptr; ///< Of what is dark by itself, where that would not be seen.
 };
 
 } // namespace Rendra

@@ -1,3 +1,4 @@
+#include "Server/Scene/EnvironmentManager.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Projection.h"
@@ -5,7 +6,9 @@
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/Server/Scene/Shapes.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
 #include <numbers>
@@ -86,6 +89,41 @@ protected:
 };
 
 } // namespace
+
+TEST_F(Helpers, DarkLinesOverTheModelAreSeenBeforeEverySky)
+{
+    EnvironmentManager& environments = *EnvironmentManager::getEnvManager();
+    const std::wstring before = environments.activeEnvironmentID();
+    const auto over = ViewFragment::make(Segment::makeTransientStandalone("Over"));
+    over->renderParams()->visualStyle(kHelpersOnly);
+    const auto geometry = NodeChange::createLODGeometryNode(over->viewFragmentNode(), true);
+    NodeChange(geometry.get()).colorEffect({0.02f, 0.02f, 0.02f, 1}).polyline({{-0.3, 0, 0}, {0.3, 0, 0}});
+    Camera& camera = *over->camera();
+    camera.position({0, 0, -1});
+    camera.target({0, 0, 0});
+    camera.up({0, 1, 0});
+    camera.extentsWidth(1);
+    camera.extentsHeight(1);
+    m_options.transparentBackground = false;
+    for (const Environment& environment : environments.environments()) {
+        environments.activeEnvironmentID(environment.id);
+        Image plain, lined;
+        Status status;
+        const auto sky = ViewFragment::make(Segment::makeTransientStandalone("Sky"));
+        for (const bool drawn : {false, true}) {
+            std::vector<ViewFragment*> fragments{sky.get()};
+            if (drawn)
+                fragments.push_back(over.get());
+            ASSERT_TRUE(OffscreenRenderer::get()->render(fragments, kWidth, kHeight, m_options,
+                                                         drawn ? lined : plain, status));
+        }
+        int most = 0;
+        for (size_t i = 0; i < plain.pixels.size(); ++i)
+            most = std::max(most, std::abs(plain.pixels[i] - lined.pixels[i]));
+        EXPECT_GT(most, 70) << testing::PrintToString(environment.id);
+    }
+    environments.activeEnvironmentID(before);
+}
 
 TEST_F(Helpers, AMarkerKeepsItsSizeOnTheScreenWhateverTheCameraDoes)
 {
