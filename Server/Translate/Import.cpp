@@ -32,6 +32,14 @@ int countFaces(const TopoDS_Shape& shape)
     return count;
 }
 
+/// Numbers may be such that no surface or no boundary comes of them, of which the kernel says nothing.
+size_t facesWithoutTriangles(const BodyMesh& mesh)
+{
+    return static_cast<size_t>(
+        std::count_if(mesh.faces.begin(), mesh.faces.end(),
+                      [](const BodyMesh::Face& face) { return face.triangleCount == 0; }));
+}
+
 // Adds what one body's meshing has done to the work of all.
 class BodyProgress : public Message_ProgressIndicator
 {
@@ -86,10 +94,15 @@ std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree
         } catch (const Standard_Failure& failure) {
             fault = failure.GetMessageString();
         }
+        const std::string part = '"' + Strings::narrow(tree.tree.bodies[body].name) + '"';
         if (!fault.empty() || (faces[body] > 0 && (!meshes[body] || meshes[body]->triangles.empty()))) {
             const std::lock_guard lock(mutex);
-            warnings.push_back("has a part \"" + Strings::narrow(tree.tree.bodies[body].name) +
-                               "\" that can't be shown" + (fault.empty() ? "" : ": " + fault));
+            warnings.push_back("has a part " + part + " that can't be shown" +
+                               (fault.empty() ? "" : ": " + fault));
+        } else if (const size_t bare = meshes[body] ? facesWithoutTriangles(*meshes[body]) : 0; bare > 0) {
+            const std::lock_guard lock(mutex);
+            warnings.push_back("has " + std::to_string(bare) + " of " + std::to_string(faces[body]) +
+                               " faces of " + part + " that can't be shown");
         }
     });
     return meshes;
@@ -134,6 +147,8 @@ void importFile(Exchange::Format format, const std::string& path, const std::str
             reporter.stage("meshing the parts", 0.65, 0.95);
             meshes = meshAll(tree, reading, faces, reporter, meshWarnings);
         }
+        if (options.isStrict && !meshWarnings.empty())
+            throw Unreadable(meshWarnings.front());
         reading.warnings.insert(reading.warnings.end(), meshWarnings.begin(), meshWarnings.end());
     }
 
