@@ -253,11 +253,11 @@ TEST_F(TranscriptTest, ATranscriptMayReplayAnotherAndIsThenOneLineOfARecording)
     answer(L"Transcripting.Replay \"" + file(L"inner.txt") + L'"');
     stop();
     const std::vector<std::string> lines = linesOf(L"recorded.txt");
-    ASSERT_EQ(lines.size(), 4u);
+    ASSERT_EQ(lines.size(), 3u);
     EXPECT_EQ(lines[0], "Design.New");
     // What the failed line has framed.
-    EXPECT_TRUE(lines[2].starts_with("Camera.Set ")) << lines[2];
-    EXPECT_EQ(lines[3], "Transcripting.Replay inner.txt") << "from beside it";
+    EXPECT_TRUE(lines[1].starts_with("Camera.Set ")) << lines[1];
+    EXPECT_EQ(lines[2], "Transcripting.Replay inner.txt") << "from beside it";
 
     fs::ofstream(fs::path(file(L"self.txt"))) << "# a snake\nTranscripting.Replay self.txt\n";
     EXPECT_NE(failure(L"Transcripting.Replay \"" + file(L"self.txt") + L'"').find(L"it cannot replay itself"),
@@ -275,8 +275,9 @@ TEST_F(TranscriptTest, AnswersToQuestionsAreRecordedAndGivenAgain)
     stop();
     ASSERT_EQ(documents(), 0u);
     const std::vector<std::string> lines = linesOf(L"close.txt");
-    ASSERT_EQ(lines.size(), 2u);
-    EXPECT_TRUE(lines[0].starts_with("Transcripting.Answer ")) << lines[0];
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_TRUE(lines[0].starts_with("# When this was recorded, ")) << lines[0];
+    EXPECT_TRUE(lines[1].starts_with("Transcripting.Answer ")) << lines[1];
 
     answer(L"Design.New");
     answer(L"Design.Box 1 1 1");
