@@ -7,6 +7,7 @@
 #include "Server/DataModel/Selection/VisibilityRequest.h"
 #include "UI/Base/Command/CommandGroup.h"
 #include "UI/Base/Command/SimpleCommand.h"
+#include "UI/Base/Program/Application.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Design/CommandRow.h"
@@ -53,6 +54,14 @@ bool hidesSomething(const Vs::Component& parent)
                        [](const auto& child) { return !child->visible || hidesSomething(*child); });
 }
 
+size_t hiddenIn(const Vs::Component& parent)
+{
+    size_t hidden = 0;
+    for (const auto& child : parent.children)
+        hidden += (child->visible ? 0 : 1) + hiddenIn(*child);
+    return hidden;
+}
+
 bool isShown(const Vs::Asset& asset, const Vs::ObjectPath& path)
 {
     const Vs::Component* component = asset.findComponent(path.component);
@@ -97,13 +106,27 @@ protected:
             m_kind == Kind::Toggle ? !hasWork(Kind::Hide, *asset, paths) : m_kind != Kind::Hide;
         if (m_kind == Kind::ShowAll && paths.empty())
             return;
+        const auto chosen = static_cast<size_t>(
+            std::ranges::count_if(paths, [&](const auto& path) { return isShown(*asset, path); }));
         const std::unique_ptr<Vs::Request, void (*)(Vs::Request*)> request(
             Vs::VisibilityRequest::make(std::move(paths), visible),
             [](Vs::Request* each) { each->destroy(); });
-        executeRequest(request.get(), false, {}, status);
+        const bool hides = !visible && commandContext()->isByHand();
+        const size_t before = hides ? hiddenIn(*asset->components()) : 0;
+        if (executeRequest(request.get(), false, {}, status) && hides)
+            tellOfOthers(hiddenIn(*asset->components()) - before, chosen);
     }
 
 private:
+    /// Who hides one bolt of an assembly that occurs several times wonders where the others are.
+    static void tellOfOthers(size_t hidden, size_t wanted)
+    {
+        if (hidden > wanted)
+            Application::get()->inform(
+                localizedFormat("HiddenElsewhere",
+                                "Hidden in %1% places: wherever the assembly that holds it occurs.", hidden));
+    }
+
     Paths readPaths(const Vs::Asset& asset, Vs::Status& status) const
     {
         Paths paths;

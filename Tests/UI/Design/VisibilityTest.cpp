@@ -1,6 +1,9 @@
 #include "Server/DataModel/ModelDigest.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Tests/UI/Commands/EditComponents.h"
+#include "UI/Base/Command/AlertController.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/CommandMgr.h"
 
 namespace {
 
@@ -88,4 +91,21 @@ TEST_F(VisibilityTest, OneOccurrenceOfAPartIsHiddenAlone)
     const uint64_t before = Vs::modelDigest(*asset());
     saveAndReopen(L"hidden-assembly.vlra");
     EXPECT_EQ(Vs::modelDigest(*asset()), before);
+}
+
+TEST_F(VisibilityTest, WhoHidesByHandIsToldHowManyOthersGoAlong)
+{
+    SKIP_WITHOUT_REAL_DATA();
+    openAssembly();
+    Vu::AlertController* alerts = Vu::CommandMgr::get()->GetAlertController();
+    const auto hide = [&](const wchar_t* component) {
+        alerts->clearAllAlerts();
+        select({component});
+        definition(L"HideCommand")->runByHand(Vu::ECommandAccessPoint::Menu);
+        EXPECT_FALSE(shown(component));
+        return alerts->alerts().empty() ? std::wstring() : alerts->alerts().front().text;
+    };
+    EXPECT_EQ(hide(L"as1/plate_1"), L"");
+    EXPECT_EQ(hide(L"as1/l-bracket-assembly_1/nut-bolt-assembly_1/bolt_1").find(L"Hidden in 6 places"), 0u);
+    alerts->clearAllAlerts();
 }
