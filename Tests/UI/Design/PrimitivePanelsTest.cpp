@@ -211,6 +211,21 @@ TEST_F(PrimitivePanelsTest, TheFirstSizesSuitWhatTheViewShows)
     EXPECT_NEAR(length(400), 100 * small, 1e-6);
 }
 
+TEST_F(PrimitivePanelsTest, ThePanelComesUpWhereItDoesNotHideTheNewPart)
+{
+    const auto isAtRight = [&] {
+        const QPoint middle = canvas->mapTo(canvas->window(), canvas->rect().center());
+        return panel()->geometry().center().x() > middle.x();
+    };
+    start(L"BoxCommand");
+    EXPECT_TRUE(isAtRight()) << "the origin is on the left";
+    key(Qt::Key_Escape);
+    select({L"Box3/Face1"});
+    start(L"BoxCommand");
+    EXPECT_FALSE(isAtRight());
+    key(Qt::Key_Escape);
+}
+
 TEST_F(PrimitivePanelsTest, TheViewMovesOnlyIfTheNewPartIsNotToBeSeenThere)
 {
     const auto make = [&](const char* x) {
