@@ -135,8 +135,9 @@ TEST_F(NamedViewsTest, WhatCannotBeDoneIsToldAndChangesNothing)
 {
     add();
     add();
-    EXPECT_NE(rename(L"NamedView", L"NamedView1").find(L"\"NamedView1\" already"), std::wstring::npos);
-    EXPECT_NE(rename(L"NamedView", L"Top").find(L"\"Top\" already"), std::wstring::npos);
+    EXPECT_NE(rename(L"NamedView", L"NamedView1").find(L"already a named view \"NamedView1\""),
+              std::wstring::npos);
+    EXPECT_NE(rename(L"NamedView", L"Top").find(L"already a named view \"Top\""), std::wstring::npos);
     EXPECT_NE(rename(L"NamedView", L" \t").find(L"needs a name"), std::wstring::npos);
     EXPECT_NE(rename(L"Nowhere", L"Somewhere").find(L"no named view \"Nowhere\""), std::wstring::npos);
     EXPECT_NE(rename(L"Home", L"Mine").find(L"standard view"), std::wstring::npos);

@@ -111,7 +111,7 @@ TEST(Expressions, WhatMakesNoSenseIsRefusedWithItsPlace)
         {L"5 mm +", "Something is missing: character 7"},
         {L"(5 mm", "Something is missing: character 6"},
         {L"5 mm)", "\")\" makes no sense: character 5"},
-        {L"1,5 mm", "no comma: character 2"},
+        {L"1,5 mm", "not a comma: character 2"},
         {L"sinus(3)", "\"sinus\" is not a function: character 1"},
         {L"sqrt(-1)", "square root"},
         {L"sqrt(2 mm)", "square root"},

@@ -233,11 +233,11 @@ TEST_F(EditCommandsTest, LinesCombineBodiesAndSayWhatTheKernelCant)
     answer(L"Design.Move Box3 -9 0 0");
     answer(L"Design.Subtract Box1 Box3 /Keep");
     EXPECT_NEAR(volume(L"Box1"), 4, 1e-9);
-    EXPECT_NE(failure(L"Design.Intersect Box1 Box3").find(L"no space in common"), std::wstring::npos);
+    EXPECT_NE(failure(L"Design.Intersect Box1 Box3").find(L"don't overlap"), std::wstring::npos);
     EXPECT_NE(failure(L"Design.Join Box1 Box1").find(L"itself"), std::wstring::npos);
     EXPECT_NE(failure(L"Design.Join Box1").find(L"Usage"), std::wstring::npos);
     answer(L"Design.Box 5 5 5");
-    EXPECT_NE(failure(L"Design.Intersect Box2 Box3 Box1").find(L"no space in common"), std::wstring::npos);
+    EXPECT_NE(failure(L"Design.Intersect Box2 Box3 Box1").find(L"don't overlap"), std::wstring::npos);
     answer(L"Design.Move Box3 -0.5 0 0");
     answer(L"Design.Intersect Box2 Box3 Box1");
     EXPECT_EQ(paths().size(), 1u);

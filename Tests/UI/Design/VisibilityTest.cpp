@@ -4,6 +4,7 @@
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandMgr.h"
+#include "UI/Base/Program/Application.h"
 
 namespace {
 
@@ -102,6 +103,7 @@ TEST_F(VisibilityTest, WhoHidesByHandIsToldHowManyOthersGoAlong)
         alerts->clearAllAlerts();
         select({component});
         definition(L"HideCommand")->runByHand(Vu::ECommandAccessPoint::Menu);
+        Vu::Application::get()->flushDeferredTasks();
         EXPECT_FALSE(shown(component));
         return alerts->alerts().empty() ? std::wstring() : alerts->alerts().front().text;
     };

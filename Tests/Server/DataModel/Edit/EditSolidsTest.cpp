@@ -106,9 +106,9 @@ TEST_F(EditSolidsTest, BodiesThatTouchOrCoincideAreTakenForWhatTheyAre)
     const std::string flush = box(10, 10, 10, {10, 0, 0}, L"Flush");
     const std::string corner = box(10, 10, 10, {-10, -10, -10}, L"Corner");
     const std::string same = box(10, 10, 10, {}, L"Same");
-    expectRefused(Vs::CombineEdit{Kind::Subtract, a, {flush}}, "no space in common");
-    expectRefused(Vs::CombineEdit{Kind::Intersect, a, {flush}}, "no space in common");
-    expectRefused(Vs::CombineEdit{Kind::Intersect, a, {corner}}, "no space in common");
+    expectRefused(Vs::CombineEdit{Kind::Subtract, a, {flush}}, "don't overlap");
+    expectRefused(Vs::CombineEdit{Kind::Intersect, a, {flush}}, "don't overlap");
+    expectRefused(Vs::CombineEdit{Kind::Intersect, a, {corner}}, "don't overlap");
     expectRefused(Vs::CombineEdit{Kind::Subtract, a, {same}}, "nothing would be left of \"A\"");
     edit(*asset, Vs::CombineEdit{Kind::Intersect, a, {same}});
     EXPECT_NEAR(volumeOf(a), 1000, 1e-6);
@@ -205,7 +205,7 @@ TEST_F(EditSolidsTest, WhatCantBeCombinedIsNamed)
     const std::string a = box(10, 10, 10, {}, L"A");
     expectRefused(Vs::CombineEdit{Kind::Join, a, {a}}, "\"A\" can't be combined with itself");
     expectRefused(Vs::CombineEdit{Kind::Join, a, {}}, "no object of this model");
-    expectRefused(Vs::CombineEdit{Kind::Join, a, {"0:1:1:99"}}, "any more");
+    expectRefused(Vs::CombineEdit{Kind::Join, a, {"0:1:1:99"}}, "no longer");
     SKIP_WITHOUT_REAL_DATA();
     const auto folder = TestSupport::realDataFolder();
     Vs::Document* document = open((folder / "as1-oc-214.stp").wstring());
@@ -257,7 +257,7 @@ TEST_F(EditSolidsTest, SizesWithoutRoomAndEdgesThatArentThereAreRefused)
         for (const double size : {0.0, -1.0, 1e9, std::numeric_limits<double>::quiet_NaN()})
             expectRefused(Vs::BlendEdit{kind, edges(id, {0}), size}, "a length from");
         expectRefused(Vs::BlendEdit{kind, {{id, Leaf::Face, 0}}, 1}, "no such edge");
-        expectRefused(Vs::BlendEdit{kind, {}, 1}, "nothing");
+        expectRefused(Vs::BlendEdit{kind, {}, 1}, "no object");
     }
 }
 

@@ -252,7 +252,7 @@ TEST_F(MeasureTest, DeletedAndClosedAndForeignObjectsAreTold)
     status.clear();
     ASSERT_TRUE(Transaction::undo(asset));
     EXPECT_FALSE(MeasureMgr::get()->measure(shell, Type::Volume, result, &status));
-    EXPECT_TRUE(status.matchingError("any more"));
+    EXPECT_TRUE(status.matchingError("no longer"));
     ASSERT_TRUE(Transaction::redo(asset));
     EXPECT_TRUE(MeasureMgr::get()->measure(shell, Type::Volume, result));
 

@@ -101,7 +101,7 @@ TEST_F(ObjectPathTest, APathIsStaleWhileItsObjectIsGoneAndRightWhenItIsBack)
     ASSERT_TRUE(path);
     ASSERT_TRUE(Transaction::undo(asset));
     EXPECT_EQ(resolvePath(*path, *asset, status), nullptr);
-    EXPECT_TRUE(status.matchingError("isn't in"));
+    EXPECT_TRUE(status.matchingError("no longer in"));
     EXPECT_EQ(pathText(*path, *asset), L"");
     EXPECT_FALSE(placementOf(*path, *asset));
     ASSERT_TRUE(Transaction::redo(asset));

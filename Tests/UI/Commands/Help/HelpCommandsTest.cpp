@@ -212,8 +212,8 @@ TEST_F(HelpCommandsTest, ANewerVersionInTheEditionsFileIsTold)
     }
     const std::string current = Vs::SoftwareVersion::currentSoftwareVersion();
     for (const auto& [content, word] : {std::pair<std::string, const wchar_t*>{current, L"newest version."},
-                                        {"<html>", L"doesn't tell"},
-                                        {"", L"doesn't tell"}}) {
+                                        {"<html>", L"doesn't say"},
+                                        {"", L"doesn't say"}}) {
         alerts()->clearAllAlerts();
         const CommandsTests::WithEdition edition({.newestVersion = file(L"newest", content)});
         answer(L"VuCommands.SubscriptionCmd");

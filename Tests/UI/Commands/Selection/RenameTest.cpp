@@ -77,7 +77,7 @@ TEST_F(RenameComponents, TheRequestTellsWhyNot)
     EXPECT_EQ(why({}, L"Plate"), L"Rename: no object that can be renamed was given.");
     EXPECT_EQ(why({path(L"Box1/Body1")}, L"Plate"),
               L"Rename: \"Box1:1/Body1\" has no name of its own; only components have one.");
-    EXPECT_NE(why({{"0:9:9"}}, L"Plate").find(L"any more"), std::wstring::npos);
+    EXPECT_NE(why({{"0:9:9"}}, L"Plate").find(L"no longer"), std::wstring::npos);
 }
 
 /// Nobody may edit a write-protected document.

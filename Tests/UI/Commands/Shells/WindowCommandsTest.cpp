@@ -85,7 +85,7 @@ TEST_F(WindowCommandsTest, WithoutAModelThereIsNoLayoutToReset)
 {
     answer(L"VuCommands.ManagementShellCmd");
     EXPECT_FALSE(applicable(L"ResetToDefaultLayoutCommand"));
-    EXPECT_NE(failure(L"VuCommands.ResetToDefaultLayoutCommand").find(L"no model"), std::wstring::npos);
+    EXPECT_NE(failure(L"VuCommands.ResetToDefaultLayoutCommand").find(L"No model"), std::wstring::npos);
 }
 
 TEST_F(WindowCommandsTest, TheActiveCommandsPanelIsHiddenAndShown)
