@@ -8,9 +8,9 @@
 
 namespace Vs {
 
-/// Takes the groups of components apart to which the named ones belong, such as the copies of a pattern, as
-/// one undo step: they stay where they are, and each can be deleted by itself from then on. Components
-/// without a group are passed over. Ended by Request::destroy.
+/// Breaks up the groups of components that the named ones belong to, such as the copies of a pattern, as one
+/// undo step: they stay where they are, and each can be deleted individually afterwards. Components without a
+/// group are skipped. Ended by Request::destroy.
 ///
 /// It is an error if a component is gone, or if none has a group.
 class SeparateRequest : public Implements<SeparateRequest, Request>
@@ -18,7 +18,7 @@ class SeparateRequest : public Implements<SeparateRequest, Request>
 public:
     [[nodiscard]] static SeparateRequest* make(std::vector<ObjectPath> paths);
 
-    /// The components (Component::id) in the group of that one, itself among them; none if it is in none.
+    /// The components (Component::id) in the group of that one, including itself; none if it is in no group.
     [[nodiscard]] static std::vector<std::string> groupOf(const ObjectPath& path, Asset& asset);
 
 protected:

@@ -11,10 +11,10 @@ namespace Vs::Exchange {
 class ForeignTranslator : public Implements<ForeignTranslator, Translator>
 {
 public:
-    /// How the files of a format are written.
+    /// How files of a format are written.
     enum class Save {
         None,
-        Mesh,  ///< By this program, from the meshes that are shown.
+        Mesh,  ///< By this program, from the displayed meshes.
         Worker ///< By the worker.
     };
     struct Row
@@ -41,7 +41,7 @@ public:
     uint64_t countTriangles(TranslatorSaveOptions& options, TranslatorContext& context,
                             const std::function<bool()>& goOn) const override;
 
-    /// One for each of the formats; made at the first call.
+    /// One per format, created at the first call.
     static const std::vector<Translator*>& all();
 
 private:

@@ -8,7 +8,7 @@
 
 namespace Vs::Kernel {
 
-/// Rounds edges of a body or cuts them off. Throws EditError about `name`.
+/// Fillets or chamfers edges of a body. Throws EditError about `name`.
 MadeShape blended(BlendEdit::Kind kind, const TopoDS_Shape& body, const std::vector<TopoDS_Shape>& edges,
                   double size, const std::wstring& name);
 

@@ -6,9 +6,9 @@
 
 namespace Vs::Kernel {
 
-/// A body's mesh of that refinement. The usual one is kept in the shape; each other is made of a copy, so
-/// that it doesn't take the place of the one that is shown. Faces that are nothing but triangles stay as they
-/// are. Throws Standard_Failure.
+/// A body's mesh at that refinement. The default one is kept in the shape; every other is made from a copy,
+/// so that it doesn't replace the one on display. Faces that consist only of triangles stay as they are.
+/// Throws Standard_Failure.
 std::shared_ptr<const BodyMesh> meshBody(const TopoDS_Shape& shape, const ShapeColours& colours,
                                          const TranslatorRefinement& refinement,
                                          const Message_ProgressRange& progress = {},

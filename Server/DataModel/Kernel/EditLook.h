@@ -13,13 +13,13 @@
 namespace Vs::Kernel {
 
 // Kinds of ModelEdit. Each `apply` returns the ids of the components that it added, and throws
-// std::runtime_error or Standard_Failure. `log` is told which shapes took the places of which.
+// std::runtime_error or Standard_Failure. `log` records which shapes replaced which.
 
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const ColourEdit& edit,
                                ShapeLog& log);
 
-/// Paints components alone, which changes nothing but their LabelState; returns false, and does nothing, if
-/// it would be more. `note` is called for each label before.
+/// Paints components only, which changes nothing but their LabelState; returns false, and does nothing, if
+/// more would change. `note` is called for each label beforehand.
 bool paintedAlone(const Handle(TDocStd_Document) & document, const ColourEdit& edit,
                   const std::function<void(const TDF_Label&)>& note);
 

@@ -20,18 +20,19 @@ std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const 
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const CopyEdit& edit);
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const MirrorEdit& edit);
 
-/// Puts components from the top of the tree into an assembly, where they stay in the model's coordinates.
-/// Returns their new ids. Throws EditError for an assembly that holds that one.
+/// Moves components from the top of the tree into an assembly, where they keep their place in the model's
+/// coordinates. Returns their new ids. Throws EditError if the assembly is within one of them.
 std::vector<std::string> nest(const Handle(TDocStd_Document) & document,
                               const std::vector<std::string>& components, const Occurrence& assembly);
 
-/// Makes copies of which each is one new label without anything but a LabelState, and gives their ids;
-/// nothing, and none are made, if they would be more. `note` is called for each label before it has that.
+/// Makes copies that each need one new label with nothing but a LabelState, and returns their ids; returns
+/// nothing, and makes none, if they would need more. `note` is called for each label before it gets its
+/// state.
 std::optional<std::vector<std::string>> copiedAlone(const Handle(TDocStd_Document) & document,
                                                     const CopyEdit& edit,
                                                     const std::function<void(const TDF_Label&)>& note);
 
-/// The labels of which a move changes nothing but the place; nothing if it changes more.
+/// The labels of which a move changes only the placement; nothing if it changes more.
 std::optional<std::vector<TDF_Label>> movedAlone(const Handle(TDocStd_Document) & document,
                                                  const MoveEdit& edit);
 

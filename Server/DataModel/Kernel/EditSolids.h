@@ -12,8 +12,8 @@
 namespace Vs::Kernel {
 
 // Kinds of ModelEdit. Each `apply` returns the ids of the components that it added, and throws
-// std::runtime_error or Standard_Failure. `known` is what was made of this
-// document's shapes lately; `log` is told which shapes took the places of which.
+// std::runtime_error or Standard_Failure. `known` holds what was recently made from this document's shapes;
+// `log` records which shapes replaced which.
 
 std::vector<std::string> apply(const Handle(TDocStd_Document) & document, const CombineEdit& edit,
                                MadeShapes& known, ShapeLog& log);

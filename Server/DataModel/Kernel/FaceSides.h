@@ -9,18 +9,17 @@
 
 namespace Vs::Kernel {
 
-/// The sides within one face of a mesh, with the two triangles that meet in each.
+/// The sides inside one face of a mesh, with the two triangles that meet in each.
 class FaceSides
 {
 public:
     FaceSides(MeshTriangles& triangles, const BodyMesh::Face& face);
 
-    /// Whether the side lies within a plane, so that its place may change without the surface changing.
+    /// Whether the side lies inside a plane, so that it may move without changing the surface.
     bool isFlat(uint32_t a, uint32_t b) const;
-    /// The triangle on the other side, if the side lies within a plane.
+    /// The triangle on the other side, if the side lies inside a plane.
     std::optional<uint32_t> beyond(uint32_t triangle, uint32_t a, uint32_t b) const;
-    /// Replaces, where four corners lie in a plane, one diagonal by the other if that makes rounder
-    /// triangles.
+    /// Where four corners lie in a plane, swaps the diagonal if that makes the triangles rounder.
     void flip();
 
 private:

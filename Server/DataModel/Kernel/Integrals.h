@@ -9,7 +9,7 @@ namespace Vs::Kernel {
 /// Throws Standard_Failure.
 GProp_GProps integratedArea(const TopoDS_Shape& shape);
 
-/// The same for the volume that they enclose, below zero where they face inwards.
+/// The same for the enclosed volume, negative where the faces point inwards.
 GProp_GProps integratedVolume(const TopoDS_Shape& shape);
 
 } // namespace Vs::Kernel

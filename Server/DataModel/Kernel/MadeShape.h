@@ -4,7 +4,7 @@
 
 namespace Vs::Kernel {
 
-/// A shape that an operation of the kernel made, and what became in it of the shapes that went in.
+/// A shape made by an operation of the kernel, and what the input shapes became in it.
 struct MadeShape
 {
     TopoDS_Shape shape;

@@ -4,9 +4,9 @@
 
 namespace Vs::Kernel {
 
-/// How faces are meshed, for one run of the kernel's mesher: planes by an algorithm that takes many holes
-/// well, everything else as the kernel does by default. The kernel's default for planes takes time with the
-/// square of the holes.
+/// How faces are meshed, for one run of the kernel's mesher: planes by an algorithm that copes with many
+/// holes, everything else as the kernel does by default. For planes, the time of the kernel's default grows
+/// with the square of the number of holes.
 Handle(IMeshTools_Context) meshContext();
 
 } // namespace Vs::Kernel

@@ -14,7 +14,7 @@ Vector cross(const Vector& a, const Vector& b);
 float dot(const Vector& a, const Vector& b);
 float length(const Vector& v);
 
-/// A mesh whose triangles are taken apart. It must outlive this.
+/// A mesh whose triangles are examined. It must outlive this.
 class MeshTriangles
 {
 public:
@@ -26,7 +26,7 @@ public:
     float side(uint32_t a, uint32_t b) const { return length(from(a, b)); }
     /// Twice the area, along the normal.
     Vector area(uint32_t a, uint32_t b, uint32_t c) const { return cross(from(a, b), from(a, c)); }
-    /// The side that begins with this corner is the longest.
+    /// The side that starts at this corner is the longest.
     size_t longest(const Triangle& t) const;
 
     BodyMesh& mesh;

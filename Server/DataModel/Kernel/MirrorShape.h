@@ -8,8 +8,8 @@
 
 namespace Vs::Kernel {
 
-/// The image of a shape, whose faces may be exact or made of triangles alone, under a motion that mirrors.
-/// `name` is that of the part. Throws EditError. Main thread.
+/// The image under a mirroring motion of a shape whose faces are either exact or made of triangles. `name` is
+/// that of the part. Throws EditError. Main thread.
 MadeShape mirrored(const TopoDS_Shape& shape, const gp_Trsf& mirror, const std::wstring& name);
 
 } // namespace Vs::Kernel

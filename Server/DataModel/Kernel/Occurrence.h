@@ -10,7 +10,7 @@
 
 namespace Vs::Kernel {
 
-/// A component (Component::id) as it stands in an XDE document. Throws std::runtime_error if it is gone.
+/// A component (Component::id) as an XDE document holds it. Throws std::runtime_error if it is gone.
 class Occurrence
 {
 public:
@@ -18,15 +18,15 @@ public:
 
     const std::string& id() const { return m_id; }
     const TDF_Label& label() const { return m_label; }
-    /// The part or assembly that it shows; its own label where it stands for itself at the top of the tree.
+    /// The part or assembly that it shows; its own label for a free part at the top of the tree.
     TDF_Label shown() const;
     /// The assembly that holds it; null at the top.
     const TDF_Label& parent() const { return m_parent; }
-    /// Where the coordinates of the parent lie in the model's.
+    /// The parent's coordinates in the model's.
     const gp_Trsf& parentPlace() const { return m_parentPlace; }
-    /// Where its own lie, those of a body without the shape's location.
+    /// Its own coordinates in the model's, those of a body without the shape's location.
     gp_Trsf place() const;
-    /// The location in the parent that is that motion, of the model's coordinates, away from its own.
+    /// The location in the parent that moves it by that motion, in the model's coordinates, from where it is.
     TopLoc_Location moved(const gp_Trsf& motion) const;
 
     /// An assembly at the top that nothing refers to: it has no location.
@@ -38,12 +38,12 @@ private:
     gp_Trsf m_parentPlace;
 };
 
-/// Those of the components that don't stand in another one of them, each label once.
+/// Those of the components that aren't inside another one of them, each label once.
 std::vector<Occurrence> topmostOccurrences(const Handle(TDocStd_Document) & document,
                                            const std::vector<std::string>& components);
 
-/// Makes a part that stands for itself at the top of the tree an occurrence of a part on another label, so
-/// that it can have a place and others beside it. The component keeps its id. Occurrences stay as they are.
+/// Turns a free part at the top of the tree into an occurrence of a part on another label, so that it can
+/// have a placement and siblings. The component keeps its id. Occurrences stay as they are.
 void detachPart(const Handle(TDocStd_Document) & document, const TDF_Label& label);
 
 } // namespace Vs::Kernel

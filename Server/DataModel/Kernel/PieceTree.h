@@ -12,9 +12,9 @@
 
 namespace Vs::Kernel {
 
-/// What the distance of a shape is found by: a face, an edge or a vertex that belongs to none, or, where a
-/// face has no surface, one of its triangles. The straight pieces of a polyline count as triangles that have
-/// shrunk.
+/// A piece that a shape's distance is computed from: a face, an edge or a vertex that belongs to none, or,
+/// where a face has no surface, one of its triangles. The straight segments of a polyline count as degenerate
+/// triangles.
 struct Piece
 {
     TopoDS_Shape shape; ///< Null for a triangle.
@@ -28,20 +28,20 @@ std::vector<Piece> piecesOf(const TopoDS_Shape& shape);
 /// Whether a shape is an edge of straight pieces (a spline of degree 1).
 bool isPolyline(const TopoDS_Shape& shape);
 
-/// The triangles that a face is meshed with, or the one that the piece is; none for other pieces.
+/// The triangles of a face's mesh, or the one that the piece is; none for other pieces.
 std::vector<Piece> trianglesOf(const Piece& piece);
-/// How far these may be from the face, with its tolerance.
+/// How far these may be from the face, including its tolerance.
 double deflectionOf(const Piece& piece);
 
-/// The pieces of a shape in a tree of boxes.
+/// The pieces of a shape in a bounding volume hierarchy.
 class PieceTree
 {
 public:
     explicit PieceTree(std::vector<Piece> pieces);
 
     bool isEmpty() const { return m_pieces.empty(); }
-    /// Calls `visit(least, ours, others)` for pairs of pieces, those whose boxes are nearest first, `least`
-    /// being the distance of these, as long as it isn't larger than what `bound` is by then.
+    /// Calls `visit(least, ours, others)` for pairs of pieces, nearest boxes first, where `least` is the
+    /// distance between the boxes, as long as it isn't larger than the current value of `bound`.
     void nearestPairs(const PieceTree& other, const double& bound,
                       const std::function<void(double, const Piece&, const Piece&)>& visit) const;
 

@@ -10,8 +10,8 @@
 
 namespace Vs::Kernel {
 
-/// Puts shapes where they occur, so that they can be measured together. Places that aren't rigid come with
-/// some files; measuring takes them as they are.
+/// Puts shapes where they occur, so that they can be measured together. Some files contain placements that
+/// aren't rigid; measuring takes them as they are.
 class PlacedAt
 {
 public:
@@ -22,8 +22,8 @@ public:
 private:
     EMeasureType m_type;
     std::optional<GkMatrix3d> m_placement;
-    // One that is made anew differs from the one before, even of the same place, and parts that meet would
-    // share nothing; so the one before is kept.
+    // A newly made shape is distinct from an earlier one, even at the same place, and parts that meet would
+    // have nothing in common; so the earlier one is kept.
     TopLoc_Location m_location;
 };
 

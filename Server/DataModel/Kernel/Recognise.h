@@ -6,7 +6,7 @@
 
 namespace Vs::Kernel {
 
-/// The simple solid that a shape is, however its faces are divided; nothing if it is another one.
+/// The simple solid that a shape is, however its faces are divided; nothing if it isn't one.
 std::optional<ModelKernel::Recognised> recognise(const TopoDS_Shape& shape);
 
 } // namespace Vs::Kernel

@@ -8,19 +8,19 @@
 
 namespace Vs::Kernel {
 
-/// Which shapes became which other ones by changes of a model, and what became of their parts; so that those
-/// who name a part of a body find it again after the change, an undo and a redo. It keeps the shapes, whose
-/// revisions can't mean other ones therefore, and forgets the oldest changes.
+/// Which shapes became which others through changes of a model, and what became of their parts; so that
+/// whoever holds a part of a body finds it again after the change, an undo and a redo. It keeps the shapes
+/// alive, so that their revisions can't come to mean others, and forgets the oldest changes.
 class ShapeLog
 {
 public:
-    /// `after` took the place of `before`. Without `successors` the parts are the same, in the same order.
+    /// `after` replaced `before`. Without `successors` the parts are the same, in the same order.
     void note(const TopoDS_Shape& before, const TopoDS_Shape& after, const Successors& successors);
-    /// What was noted since the last call belongs to a change that was committed, or taken back.
+    /// What was logged since the last call belongs to a change that was committed, or undone.
     void settle(bool committed);
 
-    /// What became of the parts of the shape of one revision (revisionOf) in that of another, whether that
-    /// came of it or it of that; null if no changes are known that lead there.
+    /// What the parts of the shape of one revision (revisionOf) became in that of another, whichever of the
+    /// two came first; null if no known changes connect them.
     std::shared_ptr<const PartSuccessors> between(uint64_t before, uint64_t after);
 
 private:
@@ -35,7 +35,7 @@ private:
 
     static const PartSuccessors& partsOf(Change& change);
 
-    std::deque<Change> m_changes; ///< The oldest first.
+    std::deque<Change> m_changes; ///< Oldest first.
 };
 
 } // namespace Vs::Kernel

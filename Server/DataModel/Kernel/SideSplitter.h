@@ -9,7 +9,7 @@
 
 namespace Vs::Kernel {
 
-/// Splits sides of a mesh's triangles in the middle, on both of the faces that meet in them.
+/// Splits sides of a mesh's triangles at their midpoints, on both of the faces that share them.
 class SideSplitter
 {
 public:
@@ -17,15 +17,15 @@ public:
 
     void mark(uint32_t a, uint32_t b) { m_marked.insert(placesOf(a, b)); }
     bool anyMarked() const { return !m_marked.empty(); }
-    /// Marks the longest side of each triangle that has a marked one: cuts through the longest side make no
-    /// thinner triangles than there were.
+    /// Marks the longest side of each triangle that has a marked one: bisecting the longest side makes no
+    /// triangle thinner than the present ones.
     void spread();
-    /// Splits all marked sides; none is marked any more then. Drops the mesh's edge lines.
+    /// Splits all marked sides and unmarks them. Drops the mesh's edge lines.
     void split();
 
 private:
-    /// A side by the places of its ends. Two faces that meet in it have vertices of their own there, at the
-    /// same places; both must split it, or a gap would open.
+    /// A side by the positions of its ends. Two faces that share it have separate vertices there, at the same
+    /// positions; both must split it, or a gap would open.
     using Places = std::array<float, 6>;
     struct PlacesHash
     {

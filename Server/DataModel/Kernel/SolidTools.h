@@ -4,7 +4,7 @@
 
 namespace Vs::Kernel {
 
-/// The space that the solids enclose, to about a thousandth, in mm³.
+/// The volume of the solids, to about a thousandth, in mm³.
 double roughVolume(const TopoDS_Shape& shape);
 
 /// All solids of a shape as one: the solid itself, or a compound of several. Null if there is none.

@@ -13,26 +13,26 @@
 
 namespace Vs::Kernel {
 
-/// An edge that a person can see, and the faces that it bounds.
+/// A visible edge, and the faces that it bounds.
 struct VisibleEdge
 {
     TopoDS_Edge edge;
     TopTools_ListOfShape faces;
 };
 
-/// The edges of a shape in the order in which they are counted everywhere. A seam, where a face meets
-/// itself, and an edge that is but a point are none that anybody would see.
+/// The edges of a shape in the order used for numbering everywhere. A seam, where a face meets itself, and a
+/// degenerate edge, which is only a point, don't count, since nobody would see them.
 std::vector<VisibleEdge> visibleEdges(const TopoDS_Shape& shape);
 
 /// The solids, faces, edges and vertices of a shape by their numbers (ObjectPath::index). Made once and kept,
-/// as finding the numbers takes longer than most measuring.
+/// as numbering them takes longer than most measurements.
 class SubShapes
 {
 public:
     explicit SubShapes(const TopoDS_Shape& shape);
 
     const TopoDS_Shape& shape() const { return m_shape; }
-    /// Null if there is none of that number.
+    /// Null if there is none with that number.
     TopoDS_Shape part(ObjectPath::Leaf leaf, uint32_t index) const;
     /// For each face the solid that it belongs to, or ModelKernel::kNoSolid.
     std::vector<uint32_t> solidsOfFaces() const;
@@ -48,7 +48,7 @@ private:
     TopoDS_Shape m_shape;
     std::vector<TopoDS_Shape> m_solids, m_faces;
     TopTools_IndexedMapOfShape m_edges, m_vertices;
-    std::vector<std::vector<uint32_t>> m_loops; ///< Of faces of triangles, which have no wires.
+    std::vector<std::vector<uint32_t>> m_loops; ///< For faces made of triangles, which have no wires.
 };
 
 } // namespace Vs::Kernel

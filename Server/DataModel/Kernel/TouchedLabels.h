@@ -11,7 +11,7 @@
 
 namespace Vs::Kernel {
 
-/// Collects which labels of parts and of their occurrences a document's changes touch.
+/// Collects the labels of parts and occurrences that changes of a document touch.
 class TouchedLabels
 {
 public:

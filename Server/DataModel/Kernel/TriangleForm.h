@@ -11,16 +11,16 @@
 
 namespace Vs::Kernel {
 
-// What triangles tell of the surface that they were made of: their corners lie on it to the single precision
-// that files of triangles have.
+// What triangles reveal of the surface that they approximate: their corners lie on it to the single precision
+// of triangle files.
 
-/// The plane of a face without a surface, its normal to the outside; nothing if it isn't flat.
+/// The plane of a face without a surface, its normal pointing outwards; nothing if it isn't flat.
 std::optional<gp_Pln> planeOfTriangles(const TopoDS_Face& face);
 
 /// The cylinder of a face without a surface; nothing for other forms.
 std::optional<RoundForm> cylinderOfTriangles(const TopoDS_Face& face);
 
-/// The circle around which the corners of a polyline lie; nothing for one of few corners or another form.
+/// The circle that the corners of a polyline lie on; nothing if there are few corners or the form is another.
 std::optional<gp_Circ> circleOfPolyline(const std::vector<gp_Pnt>& corners);
 
 } // namespace Vs::Kernel

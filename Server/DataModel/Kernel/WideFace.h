@@ -13,23 +13,23 @@ class BRepTopAdaptor_FClass2d;
 
 namespace Vs::Kernel {
 
-/// A flat face with so many edges that the kernel's search, which goes through all of them for each question,
-/// takes too long: the board under its parts, with a hole for each lead. Its edges stand in a tree of boxes,
-/// and what is nearest within it is found by heights over its plane.
+/// A flat face with so many edges that the kernel's search, which visits all of them for each query, takes
+/// too long: a circuit board under its components, with a hole for each lead. Its edges are kept in a
+/// bounding volume hierarchy, and the nearest point inside it is found from the height above its plane.
 class WideFace
 {
 public:
     /// Whether a piece is one.
     static bool is(const Piece& piece);
-    /// Of such a piece, which is referred to.
+    /// For such a piece, to which it keeps a reference.
     explicit WideFace(const Piece& piece);
     ~WideFace();
     WideFace(const WideFace&) = delete;
     WideFace& operator=(const WideFace&) = delete;
 
     using Take = std::function<void(const ShortestDistance&)>;
-    /// Tells of what of a face, edge or vertex is nearer than `bound`, which may shrink meanwhile; the first
-    /// point is on the wide face. False if only the kernel's search can tell.
+    /// Reports whatever of a face, edge or vertex is nearer than `bound`, which may shrink meanwhile; the
+    /// first point is on the wide face. False if only the kernel's search can tell.
     [[nodiscard]] bool search(const Piece& other, const double& bound, const Take& take) const;
     /// The same for another wide face.
     void search(const WideFace& other, const double& bound, const Take& take) const;

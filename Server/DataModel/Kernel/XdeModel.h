@@ -17,7 +17,7 @@ class PlacedAt;
 struct ShapeColours;
 class SubShapes;
 
-/// An asset's model as an XDE document: labels of shapes with names, colours and places.
+/// An asset's model as an XDE document: labels of shapes with names, colours and placements.
 class XdeModel : public ModelKernel
 {
 public:
@@ -60,7 +60,7 @@ public:
 protected:
     XdeTransaction& transaction() { return m_transaction; }
     virtual BodyProperties measureBody(const TopoDS_Shape& body, BodyMeasure what);
-    /// Finds a distance that isn't known yet.
+    /// Computes a distance that isn't known yet.
     virtual ShapeAnswer distance(const TopoDS_Shape& first, const TopoDS_Shape& second);
     /// Meshes a body; see `mesh`.
     virtual std::shared_ptr<const BodyMesh> makeMesh(const TopoDS_Shape& shape, const ShapeColours& colours,
@@ -69,19 +69,19 @@ protected:
 
 private:
     const SubShapes& subShapes(const std::string& entry);
-    /// Null if one isn't there.
+    /// Null if it is missing.
     TopoDS_Shape placed(const std::vector<MeasuredShape>& shapes, PlacedAt& at);
 
     struct KnownPair;
     ShapeAnswer findPair(const std::vector<MeasuredShape>& first, const std::vector<MeasuredShape>& second,
                          EMeasureType type);
-    /// The shapes of the bodies, which are others when the bodies have changed.
+    /// The shapes of the bodies; replaced when the bodies change.
     std::vector<TopoDS_Shape> bodiesOf(const std::vector<MeasuredShape>& shapes);
 
     Handle(TDocStd_Document) m_document;
     XdeTransaction m_transaction;
-    std::map<std::string, std::unique_ptr<SubShapes>> m_subShapes; ///< Of bodies that were measured.
-    std::list<KnownPair> m_pairs;                                  ///< The last one first.
+    std::map<std::string, std::unique_ptr<SubShapes>> m_subShapes; ///< Of measured bodies.
+    std::list<KnownPair> m_pairs;                                  ///< Most recent first.
 };
 
 } // namespace Vs::Kernel

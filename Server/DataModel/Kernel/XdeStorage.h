@@ -7,14 +7,14 @@
 
 namespace Vs::Kernel {
 
-// XDE documents and the bytes in which models keep them. Any thread; errors are std::runtime_error, and
+// XDE documents, and the bytes that models keep them in. Any thread; errors are std::runtime_error, and
 // Standard_Failure as the kernel throws it.
 
 Handle(TDocStd_Document) newXdeDocument();
 Handle(TDocStd_Document) readXdeDocument(std::string_view bytes);
-/// As it is: see XdeTransaction::withoutRemoved. Also in a forked child.
+/// As it is now: see XdeTransaction::withoutRemoved. Also in a forked child.
 void writeXdeDocument(const Handle(TDocStd_Document) & document, std::ostream& stream);
-/// Of one that isn't null; it isn't used any more.
+/// Takes one that isn't null, which must not be used afterwards.
 void closeXdeDocument(const Handle(TDocStd_Document) & document);
 
 } // namespace Vs::Kernel

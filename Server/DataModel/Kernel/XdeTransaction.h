@@ -14,14 +14,14 @@
 
 namespace Vs::Kernel {
 
-/// The changes of an XDE document, one at a time. The kernel's own transactions look at all neighbours of
-/// what they changed when they end, ten thousand parts if need be. So what only sets small attributes
-/// (LabelState) is kept beside them, and the kernel's is begun by what needs it. In the same way components
-/// are only marked as removed, and stay where they can be brought back, until the kernel's next transaction
-/// takes them out.
+/// The changes of an XDE document, one at a time. When the kernel's own transactions end they visit all
+/// siblings of what they changed, possibly ten thousand parts. So changes that only set small attributes
+/// (LabelState) are kept separately, and a transaction of the kernel is begun only for what needs one.
+/// Likewise components are only marked as removed, and stay restorable in place, until the kernel's next
+/// transaction takes them out.
 ///
-/// Small changes and the kernel's can follow on each other in any order, as they are only ever taken back in
-/// the opposite one.
+/// Small changes and the kernel's can follow each other in any order, since they are only ever undone in
+/// reverse order.
 class XdeTransaction
 {
 public:
@@ -35,14 +35,15 @@ public:
     /// Throws std::runtime_error if the change isn't the last one.
     std::unique_ptr<ModelChange> revert(const ModelChange& change);
 
-    /// Whether what is begun consists of small changes so far.
+    /// Whether the open transaction consists only of small changes so far.
     bool isSmall() const { return m_begun && !m_kernel.IsOpen(); }
-    /// Before a small change of the label; nothing if none is begun, or the kernel watches by itself.
+    /// Call before a small change of the label; does nothing if no transaction is open, or the kernel tracks
+    /// changes itself.
     void note(const TDF_Label& label);
-    /// After a part was put on a new label at the top, before it gets its name and colour there. If it is
-    /// taken back, the part stays where it is, marked as removed.
+    /// Call after a part was put on a new label at the top, before it gets its name and colour there. If that
+    /// is undone, the part stays where it is, marked as removed.
     void noteAdded(const TDF_Label& part);
-    /// Before all other changes. What was removed isn't in the document any more then.
+    /// Call before all other changes. What was removed is then no longer in the document.
     void beginKernel();
     /// Removes components (Component::id); see ModelKernel::remove.
     void remove(const std::vector<std::string>& components);
@@ -60,7 +61,7 @@ public:
     }
 
     TouchedLabels& touched() { return m_touched; }
-    /// Makes the shapes of assemblies anew if that is needed; changes don't.
+    /// Rebuilds the shapes of assemblies if needed; changes don't.
     void updateAssemblies();
 
 private:
@@ -74,9 +75,9 @@ private:
     Handle(TDocStd_Document) m_document;
     bool m_begun = false;
     LabelLog m_small;
-    LabelDifferences m_beforeKernel; ///< What small changes did before the kernel's transaction.
+    LabelDifferences m_beforeKernel; ///< Small changes made before the kernel's transaction.
     TDF_Transaction m_kernel;
-    std::vector<TDF_Label> m_added; ///< Parts, by what is begun.
+    std::vector<TDF_Label> m_added; ///< Parts, by the open transaction.
     TDF_LabelMap m_removed;
     TouchedLabels m_touched;
     bool m_assembliesStale = false;

@@ -12,7 +12,7 @@
 
 namespace Vs::Kernel {
 
-/// The colours that parts of a shape have of their own, the more special one behind the more general.
+/// The colours set on parts of a shape, general ones before more specific ones.
 struct ShapeColours
 {
     struct Entry
@@ -23,26 +23,26 @@ struct ShapeColours
     std::vector<Entry> entries;
 };
 
-/// A component tree as the labels of an XDE document tell it, and the shapes of its bodies.
+/// A component tree read from the labels of an XDE document, and the shapes of its bodies.
 struct XdeTree
 {
     PartTree tree;
-    /// For each of the tree's bodies: its shape, without a location of its own.
+    /// The shape of each of the tree's bodies, without its own location.
     std::vector<TopoDS_Shape> shapes;
     std::vector<ShapeColours> colours;
 };
 
 XdeTree readXdeTree(const Handle(TDocStd_Document) & document);
-/// The same for what stands at places (ModelKernel::branches).
+/// The same for what is at these places (ModelKernel::branches).
 XdeTree readXdeBranches(const Handle(TDocStd_Document) & document, const std::vector<std::string>& places,
                         bool deep);
 
-/// The name that stands on a label; empty if there is none.
+/// The name on a label; empty if there is none.
 std::wstring nameOf(const TDF_Label& label);
 void setName(const TDF_Label& label, const std::wstring& name);
-/// Whether the name is one that writers of exchange files make up where the designer gave none.
+/// Whether the name is one that writers of exchange files make up when the designer gave none.
 bool isMadeUp(const std::wstring& name);
-/// Marks a label whose name a user has given, which counts even if it looks made up.
+/// Marks a label as named by a user, so that the name counts even if it looks made up.
 const Standard_GUID& namedByUser();
 
 /// The shape of one body, without a location of its own, and its colours.
@@ -51,13 +51,13 @@ ShapeColours bodyColours(const TDF_Label& label);
 /// PartTree::Body::revision.
 uint64_t revisionOf(const TopoDS_Shape& body);
 
-/// Whether what stands on the label isn't hidden by itself.
+/// Whether what the label holds isn't itself hidden.
 bool isShown(const TDF_Label& label);
 
 std::string entryOf(const TDF_Label& label);
 
 GkMatrix3d toMatrix(const gp_Trsf& motion);
-/// The motion that a rigid matrix describes; throws Standard_Failure if it is none.
+/// The motion of a rigid matrix; throws Standard_Failure if it isn't rigid.
 gp_Trsf toMotion(const GkMatrix3d& matrix);
 
 } // namespace Vs::Kernel

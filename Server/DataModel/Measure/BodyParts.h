@@ -7,8 +7,8 @@ namespace Vs {
 
 class Body;
 
-/// What the parts of a body are, and how they meet. Throws std::runtime_error where the exact model can't
-/// be read or the kernel fails.
+/// The parts of a body and how they meet. Throws std::runtime_error if the exact model can't be read or the
+/// kernel fails.
 [[nodiscard]] BodyParts bodyParts(Body& body);
 /// Area or length and centre of all faces or all edges, to a relative error of 1e-6. Throws like `bodyParts`.
 [[nodiscard]] std::vector<PartExtent> extentsOfParts(const Body& body, ObjectPath::Leaf leaf);

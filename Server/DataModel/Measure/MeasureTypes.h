@@ -4,7 +4,7 @@
 
 namespace Vs {
 
-/// What can be measured. The numbers are kept in scripts and options.
+/// What can be measured. The numbers are stored in scripts and options.
 enum class EMeasureType {
     Length = 1,
     Radius = 2,
@@ -21,9 +21,9 @@ enum class EMeasureType {
     DeltaZ = 13,
 };
 
-/// A measured value, in mm, mm², mm³ or radians, and the places that a dimension of it is drawn at, in the
+/// A measured value, in mm, mm², mm³ or radians, and the points that its dimension is drawn at, in the
 /// asset's coordinates: the two ends of a distance; a point on the first leg, the apex and a point on the
-/// second leg of an angle; else the place of what was measured, three times.
+/// second leg of an angle; otherwise the position of what was measured, three times.
 struct MeasureResult
 {
     double value = 0;

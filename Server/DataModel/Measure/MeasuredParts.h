@@ -10,17 +10,17 @@
 
 namespace Vs {
 
-/// A body with all its occurrences of one size, or a part of one.
+/// A body, or a part of one, with all its occurrences at one scale.
 struct PartToMeasure
 {
     StrongRef<Body> body;
-    double scale = 1; ///< How many times larger lengths are where it occurs.
-    size_t count = 1; ///< How often it occurs so.
+    double scale = 1; ///< The scale at which it occurs.
+    size_t count = 1; ///< How often it occurs at that scale.
     ObjectPath::Leaf leaf = ObjectPath::Leaf::Body;
     uint32_t index = 0; ///< Of the face, edge or vertex (ObjectPath).
 };
 
-/// What measuring gave, in mm and its powers. Each is there only if all the parts have it.
+/// Results of measuring, in mm and its powers. Each is set only if all the parts have it.
 struct MeasuredParts
 {
     /// The form of the faces or edges; Several where they differ.
@@ -28,15 +28,16 @@ struct MeasuredParts
 
     Form form = Form::None;
     std::optional<double> volume, area, length; ///< Of all together.
-    std::optional<double> diameter;             ///< One that all have.
-    /// Along its own axes, of one body that is nothing but a box, a cylinder or a sphere (Body::smart).
+    std::optional<double> diameter;             ///< One that all have in common.
+    /// Along its own axes, for a single body that is a plain box, cylinder or sphere (Body::smart).
     std::optional<GkVector3d> size;
-    bool isExact = true; ///< Else of the triangles that are shown: the exact data are too large to be read.
+    bool isExact =
+        true; ///< Measured on the displayed triangles because the exact data are too large to read.
 };
 
-/// Measures things together, one after the other; a body that was measured before costs nothing
-/// (Body::properties). `goOn` is asked before each, and gives up by returning false. Nothing then, or if the
-/// exact model can't be read or the kernel fails. Any thread.
+/// Measures things together, one after the other; a body measured before costs nothing (Body::properties).
+/// `goOn` is called before each, and cancels by returning false. Returns nothing then, or if the exact model
+/// can't be read or the kernel fails. Any thread.
 [[nodiscard]] std::optional<MeasuredParts> measureParts(const std::vector<PartToMeasure>& parts,
                                                         const std::function<bool()>& goOn);
 

@@ -13,21 +13,22 @@ struct PartFacts
     enum class Form { Plane, Cylinder, Cone, Sphere, Torus, Freeform, Line, Circle, Curve, Vertex };
 
     Form form = Form::Freeform;
-    /// The normal of a plane to the outside of the body or of a circle's plane; the axis of another round
-    /// face; the direction of a line. Zero where there is none.
+    /// The outward normal of a plane, or the normal of a circle's plane; the axis of another round face; the
+    /// direction of a line. Zero where there is none.
     GkVector3d direction;
-    GkPoint3d place;   ///< A vertex; the centre of a round part, or a point of its axis.
-    double radius = 0; ///< Of what is round, a torus by its tube; 0 where there is none, as of a cone.
-    /// Whether a cylinder, a cone or a sphere curves into the body, as a hole does.
+    GkPoint3d place; ///< A vertex; the centre of a round part, or a point on its axis.
+    double radius =
+        0; ///< Of round parts, for a torus that of its tube; 0 where there is none, as for a cone.
+    /// Whether a cylinder, a cone or a sphere is concave, as a hole is.
     bool concave = false;
     /// The edges that bound a face, or the vertices that bound an edge (ObjectPath::index).
     std::vector<uint32_t> bounds;
 };
 
-/// The parts of a body in the order of their numbers. Edges that nobody sees, such as seams, are none.
+/// The parts of a body in the order of their numbers. Edges that nobody sees, such as seams, don't count.
 struct BodyParts
 {
-    /// Of the shape that they are of; a later shape's numbers may be others (successorOf).
+    /// The revision of their shape; the numbers of a later shape may differ (successorOf).
     uint64_t revision = 0;
     std::vector<PartFacts> faces, edges, vertices;
 };
@@ -36,7 +37,7 @@ struct BodyParts
 struct PartExtent
 {
     double size = 0;  ///< The area of a face or the length of an edge. NaN where it can't be measured.
-    GkPoint3d centre; ///< As MeasureMgr tells the position.
+    GkPoint3d centre; ///< As MeasureMgr defines the position.
 };
 
 } // namespace Vs

@@ -7,12 +7,12 @@
 
 namespace Vs {
 
-/// The parts that nothing shows any more, whose bodies are kept for an undo that brings them back: the last
-/// ones, as long as their meshes don't take too much.
+/// Parts that nothing shows any more, whose bodies are kept for an undo that restores them: the most recent
+/// ones, as long as their meshes don't take too much memory.
 class BodiesLetGo
 {
 public:
-    /// A part whose mesh takes so many bytes. Gives those that are too many now.
+    /// Adds a part whose mesh takes that many bytes. Returns those that are now too many.
     std::vector<std::string> add(const std::string& part, size_t bytes);
 
 private:

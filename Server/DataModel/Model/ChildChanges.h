@@ -10,18 +10,18 @@
 
 namespace Vs {
 
-/// Children that come to parents and go from them: thousands among as many others are put in, or taken out,
-/// in one go.
+/// Children that are added to parents and removed from them: thousands among as many others are inserted, or
+/// removed, in one pass.
 class ChildChanges
 {
 public:
-    /// The child is in its parent with `settle`.
+    /// The child is in its parent after `settle`.
     Component& come(Component& parent, std::unique_ptr<Component> child);
-    /// Of one that the tree has forgotten: PartIndex doesn't know it any more, but it lives until `settle`.
+    /// For one that the tree has forgotten: PartIndex no longer knows it, but it lives until `settle`.
     void go(Component& parent, const Component& child);
 
-    /// Takes out what goes, and puts in what comes. Keeps the names of the parents up to date, or drops
-    /// those where that is as much work as to make them anew.
+    /// Removes and inserts the children. Keeps the names of the parents up to date, or drops those that would
+    /// be as much work as making them again.
     void settle(std::unordered_map<const Component*, ChildNames>& names);
 
 private:
@@ -31,10 +31,10 @@ private:
     std::unordered_map<Component*, std::vector<const Component*>> m_going;
 };
 
-/// By the order in which places stand in the model's data, those of one assembly together.
+/// In the order of the places in the model's data, those of one assembly together.
 void sortByPlace(std::vector<TouchedPlace>& places);
 
-/// Leaves out what lies in a branch that is named itself (Component::id).
+/// Leaves out what lies in a branch that is itself named (Component::id).
 void keepTopmost(std::vector<std::string>& ids);
 
 } // namespace Vs

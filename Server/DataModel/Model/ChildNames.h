@@ -10,22 +10,22 @@
 
 namespace Vs {
 
-/// Which children of a component have a name, so that nobody has to ask all of them. Whoever changes the
-/// children or their names tells it.
+/// Which children of a component have a name, so that nobody has to search all of them. Whoever changes the
+/// children or their names reports it here.
 class ChildNames
 {
 public:
     explicit ChildNames(const Component& parent);
 
-    /// Those of this name, in the order of the children.
+    /// Those with this name, in the order of the children.
     std::span<const Component* const> named(std::wstring_view name) const;
-    /// How many of its name stand before the child.
+    /// How many of the same name come before the child.
     size_t place(const Component& child) const;
-    /// The beginning with the lowest number from 1 behind it that no child has as its name.
+    /// `beginning` followed by the lowest number from 1 that makes a name no child has.
     std::wstring free(const std::wstring& beginning);
 
     void add(const Component& child);
-    /// Before its name changes or it goes.
+    /// Before its name changes or it is removed.
     void remove(const Component& child);
 
 private:
@@ -35,7 +35,7 @@ private:
     };
 
     std::unordered_map<std::wstring, std::vector<const Component*>, Hash, std::equal_to<>> m_children;
-    /// Below these numbers none is free, for the beginnings that were asked about.
+    /// No number below these is free, for the beginnings that were asked about.
     std::unordered_map<std::wstring, unsigned, Hash, std::equal_to<>> m_taken;
 };
 

@@ -22,9 +22,9 @@ namespace Vs {
 
 class ModelBody;
 
-/// The components and bodies of an asset, as everybody sees them, kept in step with the kernel's data: after
-/// a change only what it touched is read again. The components of one parent stand in the order of their
-/// places in these data.
+/// The components and bodies of an asset, as everybody sees them, kept in sync with the kernel's data: after
+/// a change only what it touched is read again. The components of one parent are in the order of their places
+/// in these data.
 class ComponentTree
 {
 public:
@@ -33,19 +33,19 @@ public:
 
     Component& root() { return *m_root; }
     const Component* find(const std::string& id) const;
-    /// The names of the children of one of its components; good until the next refresh.
+    /// The names of the children of one of its components; valid until the next refresh.
     ChildNames& names(const Component& parent);
     size_t count() const { return m_components.size(); }
     size_t occurrencesOf(const Component& component) const;
-    /// Takes the tree of a file that was read. Only for a tree that is still empty.
+    /// Takes over the tree of a file that was read. Only for a tree that is still empty.
     void load(const PartTree& tree);
 
-    /// Brings everything up to date; components and bodies that are still there stay the same objects. Gives
+    /// Brings everything up to date; components and bodies that still exist stay the same objects. Returns
     /// what changed.
     ComponentsEvent::Changes refresh();
     /// Of the last refresh.
     const std::vector<ReshapedBody>& reshaped() const { return m_reshaped; }
-    /// The body at that place of the tree's list, made if it isn't known.
+    /// The body at that place of the tree's list, created if it isn't known.
     StrongRef<ModelBody> bodyOf(const PartTree& tree, size_t index);
 
 private:
@@ -94,7 +94,7 @@ private:
     std::map<std::string, StrongRef<ModelBody>> m_bodies;          ///< By the entries of their parts.
     BodiesLetGo m_letGo;
     std::vector<ReshapedBody> m_reshaped;
-    // Filled with the first refresh, for the places that later ones are told.
+    // Filled at the first refresh, for the places that later ones are given.
     bool m_related = false;
     PartIndex m_parts;
     RecentNames m_recentNames;

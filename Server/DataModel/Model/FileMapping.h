@@ -10,7 +10,7 @@ namespace Vs {
 class MappingGuard;
 class PlainFile;
 
-/// What tells one content of a file from another without reading it.
+/// What distinguishes one content of a file from another without reading it.
 struct FileIdentity
 {
     uint64_t device = 0;
@@ -25,7 +25,7 @@ struct FileIdentity
     static FileIdentity of(int descriptor);
 };
 
-/// A whole file mapped for reading. It stays readable when the file is removed or another takes its name.
+/// A whole file mapped for reading. It stays readable when the file is removed or replaced by another.
 class FileMapping
 {
 public:
@@ -33,7 +33,7 @@ public:
     static std::shared_ptr<const FileMapping> open(const std::string& path);
     /// The same for a file that others may write into while it is open: what was mapped stays as it is.
     static std::shared_ptr<const FileMapping> openGuarded(const std::string& path);
-    /// Takes the descriptor over; for a file without a name.
+    /// Takes ownership of the descriptor; for a file without a name.
     static std::shared_ptr<const FileMapping> adopt(int descriptor);
     ~FileMapping();
     FileMapping(const FileMapping&) = delete;
@@ -43,7 +43,7 @@ public:
     /// A descriptor of the file for the caller, who closes it; -1 if no file of that name is this one any
     /// more.
     int reopen() const;
-    /// Says that a stretch isn't going to be needed soon: its memory is given back until it is read again.
+    /// Hints that a range won't be needed soon: its memory is given back until it is read again.
     void unneeded(std::string_view stretch) const;
     /// As it was when it was mapped.
     const FileIdentity& identity() const { return m_identity; }

@@ -4,14 +4,15 @@
 
 namespace Vs {
 
-/// Keeps a mapping good when another program writes into the very file that is mapped, as copying over it
-/// does. The system asks before it lets the other one in (a lease); the content is copied away then, and the
-/// copy takes the mapping's place at the same address. Where the system can't ask, the copy is made at once.
+/// Keeps a mapping valid when another program writes into the very file that is mapped, as copying over it
+/// does. The system notifies us before it lets the other program in (a lease); the content is then copied,
+/// and the copy replaces the mapping at the same address. Where the system offers no leases, the copy is made
+/// at once.
 class MappingGuard
 {
 public:
-    /// Guards the pages of the file of that descriptor, which are mapped at `data`. The descriptor is not
-    /// taken over.
+    /// Guards the pages of the file of that descriptor, which are mapped at `data`. Doesn't take ownership of
+    /// the descriptor.
     MappingGuard(int descriptor, const char* data, size_t size);
     ~MappingGuard();
     MappingGuard(const MappingGuard&) = delete;

@@ -7,7 +7,7 @@
 
 namespace Vs {
 
-/// The numbers of a BodyMesh where they lie: in the mesh itself, or in a file that is mapped.
+/// The arrays of a BodyMesh where they are stored: in the mesh itself, or in a mapped file.
 struct MeshArrays
 {
     std::span<const float> positions, normals;
@@ -20,10 +20,10 @@ struct MeshArrays
 
     static MeshArrays of(const BodyMesh& mesh);
 
-    /// Whether no number leads out of the arrays, so that whatever draws, picks, measures or exports a mesh
-    /// need not look: all points have three coordinates and all vertices a normal; triangles are of vertices
-    /// that there are; the faces follow one another through all triangles, in colours that there are; the
-    /// edges follow one another through all of their points. Coordinates may be any numbers.
+    /// Whether all indices stay within the arrays, so that code that draws, picks, measures or exports a mesh
+    /// need not check: all points have three coordinates and all vertices a normal; triangles refer to
+    /// existing vertices; the faces cover all triangles one after another, in existing colours; the edges
+    /// cover all of their points one after another. Coordinates may have any value.
     [[nodiscard]] bool isSound() const;
 };
 

@@ -12,12 +12,12 @@
 
 namespace Vs {
 
-/// A body of an asset's model. Its mesh is copied out of the model's file, or made by the kernel, at the
-/// first call.
+/// A body of an asset's model. Its mesh is copied from the model's file, or made by the kernel, at the first
+/// call.
 class ModelBody : public Implements<ModelBody, Body>
 {
 public:
-    /// `fileIndex` is the body's place in the source's file; -1 if it is in none.
+    /// `fileIndex` is the body's index in the source's file; -1 if it isn't in one.
     ModelBody(std::shared_ptr<ModelSource> source, const PartTree::Body& part, int fileIndex)
         : m_source(std::move(source)), m_part(part), m_fileIndex(fileIndex)
     {
@@ -35,20 +35,20 @@ public:
     const std::string& entry() const { return m_part.entry; }
     uint64_t revision() const { return m_part.revision; }
     void revision(uint64_t revision) { m_part.revision = revision; }
-    /// What its mesh takes, if it has one already.
+    /// The size of its mesh, if it has one already.
     size_t meshBytes() const;
-    /// Takes over name and colour; true if anything is new.
+    /// Takes over name and colour; true if either changed.
     bool update(const PartTree::Body& part);
 
     /// Measures a face, edge or vertex in the body's own coordinates, once. Throws std::runtime_error.
     ShapeAnswer measurePart(ObjectPath::Leaf leaf, uint32_t index, EMeasureType type) const;
-    /// Of all faces or all edges; kept with the body, which stands for all of its occurrences. Throws
+    /// For all faces or all edges; cached in the body, which stands for all of its occurrences. Throws
     /// std::runtime_error.
     std::vector<PartExtent> extents(ObjectPath::Leaf leaf) const;
     /// ModelKernel::solidsOfFaces, asked once; empty if the kernel can't tell.
     const std::vector<uint32_t>& solidsOfFaces() const;
     const std::shared_ptr<ModelSource>& source() const { return m_source; }
-    /// A mesh of another fineness, made for the caller alone. `goOn` as ModelKernel::mesh has it. Throws
+    /// A mesh of another refinement, made for the caller alone. `goOn` as in ModelKernel::mesh. Throws
     /// std::runtime_error.
     std::shared_ptr<const BodyMesh> meshFor(const TranslatorRefinement& refinement,
                                             const std::function<bool(double)>& goOn = {}) const;
@@ -56,7 +56,7 @@ public:
 private:
     std::shared_ptr<const BodyMesh> madeMesh() const;
     std::shared_ptr<const BodyMesh> meshOfFile() const;
-    /// The answer that is known, or else what the kernel says, which is kept.
+    /// The known answer, or else the kernel's, which is then cached.
     template <class Known, class Key, class Ask>
     auto keptOr(Known& known, const Key& key, Ask&& ask) const;
 

@@ -16,9 +16,9 @@ namespace Vs {
 class ModelFileWriter;
 struct MeshArrays;
 
-/// A model on disk, ready to be shown: the component tree and the meshes of its bodies as they lie in memory,
-/// and behind them the exact data of ModelKernel::write. It is mapped, so that only what is used is read.
-/// Anybody can make one, and its hashes tell only chance from purpose: nothing in it is believed unchecked.
+/// A model on disk, ready to be shown: the component tree and the meshes of its bodies as they are in memory,
+/// followed by the exact data of ModelKernel::write. It is mapped, so that only what is used is read. Anybody
+/// can make one, and its hashes detect accidental damage only: nothing in it is trusted unchecked.
 ///
 /// Layout, little-endian: a header of fixed size; the meshes, each aligned to 16 bytes; the index (tree,
 /// bodies, warnings); the exact data. The header holds the place and the hash of each.
@@ -28,18 +28,18 @@ public:
     /// Maps the file and checks its header, its index, its hashes and its meshes, but not its exact data.
     /// Throws std::runtime_error with the fault.
     [[nodiscard]] static std::shared_ptr<const ModelFile> open(const std::string& path);
-    /// The same for a model that lies inside a larger file. `place` must be a multiple of 16.
+    /// The same for a model inside a larger file. `place` must be a multiple of 16.
     [[nodiscard]] static std::shared_ptr<const ModelFile> open(std::shared_ptr<const FileMapping> file,
                                                                uint64_t place, uint64_t size);
     ModelFile(const ModelFile&) = delete;
     ModelFile& operator=(const ModelFile&) = delete;
 
-    /// Nothing of it is kept: it takes more memory than it does in the file. The first call gives what was
-    /// read when the file was opened, another one reads it again. Safe from any thread.
+    /// Not kept: it takes more memory than it does in the file. The first call returns what was read when the
+    /// file was opened, later ones read it again. Safe from any thread.
     [[nodiscard]] PartTree tree() const;
-    /// What the one who made the file found to warn of.
+    /// The warnings of whoever made the file.
     const std::vector<std::wstring>& warnings() const { return m_warnings; }
-    /// Tells this model from any other: a hash of its hashes.
+    /// Distinguishes this model from any other: a hash of its hashes.
     uint64_t hash() const;
     /// Where it lies.
     const std::shared_ptr<const FileMapping>& file() const { return m_file; }
@@ -47,7 +47,7 @@ public:
     uint64_t size() const { return m_size; }
     /// Copies the mesh of a body out of the file; null if it has none. Safe from any thread.
     [[nodiscard]] std::shared_ptr<BodyMesh> mesh(size_t body) const;
-    /// Whether the meshes have the vertices of the exact shapes, which the first layout left out.
+    /// Whether the meshes have the vertices of the exact shapes, which the first layout omitted.
     bool hasVertexPoints() const;
     /// The exact data, after checking their hash; throws std::runtime_error if they are damaged. Valid as
     /// long as this object lives.
@@ -60,7 +60,7 @@ private:
     void checkHeader() const;
     Index readIndex() const;
     void checkMeshes() const;
-    /// Of a body that has a mesh.
+    /// For a body that has a mesh.
     MeshArrays arrays(size_t body) const;
 
     struct Header;
@@ -72,18 +72,18 @@ private:
     mutable std::mutex m_mutex; // of the next
     mutable std::optional<PartTree> m_tree;
     std::vector<std::wstring> m_warnings;
-    std::vector<std::pair<uint64_t, uint64_t>> m_meshes; // place and size
+    std::vector<std::pair<uint64_t, uint64_t>> m_meshes; // offset and size
 };
 
-/// Where a model file is written to, from front to back. Anything that fails throws std::runtime_error.
+/// What a model file is written to, front to back. Anything that fails throws std::runtime_error.
 class ModelSink
 {
 public:
     virtual ~ModelSink() = default;
-    /// Room at the front whose content is known last. Called once, before anything else.
+    /// Reserves space at the front for content that is known last. Called once, before anything else.
     virtual void reserve(size_t size) = 0;
     virtual void append(const void* data, size_t size) = 0;
-    /// Fills the room and completes the model.
+    /// Fills the reserved space and completes the model.
     virtual void finish(const void* front, size_t size) = 0;
 };
 
@@ -98,14 +98,14 @@ public:
     ModelFileWriter(const ModelFileWriter&) = delete;
     ModelFileWriter& operator=(const ModelFileWriter&) = delete;
 
-    /// One call for each body, in the order of the tree's bodies; null for a body without a mesh. One that
+    /// One call for each body, in the order of the tree's bodies; null for a body without a mesh. A mesh that
     /// isn't sound (MeshArrays) counts as none.
     void addMesh(const BodyMesh* mesh);
     /// After the meshes.
     void writeIndex(const PartTree& tree, const std::vector<std::wstring>& warnings);
-    /// After the index; what `ModelKernel::write` gave, in pieces.
+    /// After the index; the output of `ModelKernel::write`, in pieces.
     void addKernelData(std::string_view bytes);
-    /// Completes the header and the file. Gives the model's hash.
+    /// Completes the header and the file. Returns the model's hash.
     uint64_t finish();
 
 private:

@@ -13,8 +13,8 @@
 
 namespace Vs {
 
-/// Reads what a Packer has packed, and never leaves the bounds: throws std::runtime_error. Runs of numbers
-/// are stored behind their count.
+/// Reads what a Packer has packed, and never leaves the bounds: throws std::runtime_error. Arrays of numbers
+/// are preceded by their count.
 class PackedReader
 {
 public:
@@ -38,9 +38,9 @@ public:
     }
     /// A count of things that take at least `size` bytes each.
     size_t count(size_t size) { return possible(value<uint64_t>(), size); }
-    /// The same, as Packer::shortCount packs it.
+    /// The same, as packed by Packer::shortCount.
     size_t shortCount(size_t size);
-    /// Where it lies; so it must lie as its kind of numbers may.
+    /// In place; so it must be aligned for its type of numbers.
     template <class T>
     std::span<const T> run()
     {
@@ -98,13 +98,13 @@ private:
     std::string m_bytes;
 };
 
-/// How a tree of components is packed: each component in the same many bytes and its texts, or, as it is
+/// How a tree of components is packed: each component in a fixed number of bytes plus its texts, or, as it is
 /// written now, in no more than it needs.
 enum class TreeLayout { Wide, Short };
 
 void packTree(Packer& packer, const std::vector<PartTree::Node>& roots);
 
-/// Throws std::runtime_error for a tree that doesn't hang together, or shows other than that many bodies.
+/// Throws std::runtime_error if the tree is inconsistent, or shows another number of bodies.
 std::vector<PartTree::Node> readTree(PackedReader& reader, size_t bodies, TreeLayout layout);
 
 } // namespace Vs

@@ -16,11 +16,12 @@ struct PartTree
 {
     struct Body
     {
-        std::string entry; ///< Where the shape stands in the model's data.
+        std::string entry; ///< Where the shape is in the model's data.
         std::wstring name;
         Colour colour;
-        uint64_t revision = 0; ///< Changes with the shape; 0 where the kernel hasn't looked yet.
-        /// Keeps the shape, so that no later one gets its revision; null where the kernel hasn't looked yet.
+        uint64_t revision = 0; ///< Changes with the shape; 0 if the kernel hasn't looked yet.
+        /// Keeps the shape alive, so that no later one gets its revision; null if the kernel hasn't looked
+        /// yet.
         std::shared_ptr<const void> shape;
     };
     struct Node
@@ -32,7 +33,7 @@ struct PartTree
         int32_t body = -1; ///< Index into `bodies`, or -1 for an assembly.
         bool visible = true;
         std::vector<Node> children;
-        std::string part; ///< Where that stands of which this is an occurrence; empty in a file.
+        std::string part; ///< Where the original of this occurrence is; empty in a file.
     };
 
     std::vector<Node> roots;
@@ -43,7 +44,7 @@ struct PartTree
 struct TouchedPlace
 {
     std::string entry;
-    bool content; ///< What stands there may look otherwise; else only whether it stands there may be new.
+    bool content; ///< What is there may look different; otherwise only its existence may have changed.
 };
 
 } // namespace Vs

@@ -6,14 +6,14 @@
 
 namespace Vs {
 
-/// An ordinary file that is open for reading. A pipe or a device under its name is refused, and nobody waits
-/// for it. What was read is in this program's own memory: the file may shrink meanwhile, unlike a mapped one.
+/// A regular file that is open for reading. A pipe or a device of that name is refused without waiting for
+/// it. What was read is in this program's own memory: unlike a mapped file, it may shrink meanwhile.
 class PlainFile
 {
 public:
     /// Throws std::runtime_error with the cause.
     explicit PlainFile(const std::string& path);
-    /// Takes the descriptor over.
+    /// Takes ownership of the descriptor.
     explicit PlainFile(int descriptor);
     ~PlainFile();
     PlainFile(const PlainFile&) = delete;
@@ -22,7 +22,7 @@ public:
     int descriptor() const { return m_descriptor; }
     /// As it was when it was opened; reading ends there, even if more is written meanwhile.
     uint64_t size() const { return m_size; }
-    /// Reads on. Gives how much there was, 0 at the end. Throws std::runtime_error with the cause.
+    /// Reads on. Returns how much was read, 0 at the end. Throws std::runtime_error with the cause.
     size_t read(void* target, size_t size);
 
 private:
@@ -31,8 +31,8 @@ private:
     uint64_t m_given = 0;
 };
 
-/// Makes an empty file that this user alone may read, or empties the one that is there. Returns its
-/// descriptor, open for writing; throws std::runtime_error with the cause.
+/// Creates an empty file that only this user may read, or truncates an existing one. Returns its descriptor,
+/// open for writing; throws std::runtime_error with the cause.
 int createPrivateFile(const std::string& path);
 
 } // namespace Vs

@@ -9,7 +9,7 @@
 
 namespace Vs {
 
-/// A body of a model's data, or a part of it, at the place where it occurs.
+/// A body of a model's data, or a part of it, placed where it occurs.
 struct MeasuredShape
 {
     std::string entry; ///< PartTree::Body::entry.
@@ -18,22 +18,22 @@ struct MeasuredShape
     GkMatrix3d placement;
 };
 
-/// What a shape is, as far as measuring treats it differently.
+/// What a shape is, as far as measuring is concerned.
 enum class ShapeKind { Vertex, Line, Circle, Curve, Plane, Cylinder, Cone, Sphere, Face, Body, Component };
 
-/// Why there is no answer.
+/// Why there is no value.
 enum class NoAnswer {
     None,       ///< There is one.
     WrongKind,  ///< Shapes of this kind have no such value.
-    Degenerate, ///< The shape has shrunk to less than the kernel can tell apart.
-    Unbounded,  ///< The shape reaches to infinity.
-    Triangles,  ///< The shape is made of triangles alone.
+    Degenerate, ///< The shape is smaller than the kernel can resolve.
+    Unbounded,  ///< The shape extends to infinity.
+    Triangles,  ///< The shape is made only of triangles.
     Missing,    ///< The body has no such part.
     Parallel,   ///< The shapes never meet, so there is no angle between them.
-    Open,       ///< The body doesn't enclose a space.
+    Open,       ///< The body doesn't enclose a volume.
 };
 
-/// What measuring shapes gave.
+/// The result of measuring shapes.
 struct ShapeAnswer
 {
     NoAnswer why = NoAnswer::None;

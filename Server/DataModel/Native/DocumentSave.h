@@ -15,31 +15,32 @@ struct DocumentFile;
 class DocumentSave
 {
 public:
-    /// Writes the document to `path`: whole, or nothing of it. On success it is clean and belongs to that
-    /// file; on failure it is as it was, and the status holds one error.
+    /// Writes the document to `path`: completely or not at all. On success it is clean and belongs to that
+    /// file; on failure it is unchanged, and the status holds one error.
     static bool save(Document& document, const std::wstring& path, Status& status);
 
-    /// The same to a file that isn't the document's, and without a question; the document stays as it is.
+    /// The same to a file that isn't the document's, without asking; the document is unchanged.
     static bool saveCopy(Document& document, const std::wstring& path, Status& status);
 
-    /// Whether another program has changed what is in the document's file since it was opened or saved.
+    /// Whether another program has changed the content of the document's file since it was opened or saved.
     [[nodiscard]] static bool isChangedOutside(const Document& document);
 
-    /// How the document hangs together with its file, for those who write it elsewhere without touching it.
+    /// How the document relates to its file, for code that writes it elsewhere without touching it.
     static const DocumentFile& fileOf(const Document& document);
-    /// Says of a document that was opened from a recovery file what it was being worked on in: if it is given
-    /// that path, a file that was changed since isn't overwritten unasked.
+    /// Records what a document opened from a recovery file was being worked on in: if it is given that path,
+    /// a file changed since isn't overwritten without asking.
     static void recoveredOf(Document& document, const std::wstring& path, const FileIdentity& identity);
 
 private:
-    /// What a document is called and where it is.
+    /// The document's name and path.
     struct Place
     {
         std::wstring path;
         std::wstring name;
         FileIdentity identity;
     };
-    /// To the path that a handler gave the document meanwhile; if that fails, the document is where it was.
+    /// To the path that a handler gave the document meanwhile; if that fails, the document gets its old path
+    /// back.
     static bool saveElsewhere(Document& document, const Place& before, Status& status);
     static std::vector<const Document*> othersOf(const Document& document, const std::wstring& path);
 };

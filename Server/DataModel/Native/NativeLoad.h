@@ -14,29 +14,29 @@ class ModelFile;
 
 namespace Vs::Native {
 
-/// A native file that was read but is no document yet.
+/// A native file that was read but isn't a document yet.
 struct NativeLoad
 {
     Manifest manifest;
     std::shared_ptr<const FileMapping> file;
     struct Model
     {
-        std::shared_ptr<const ModelFile> model; ///< Null for an asset with nothing in it.
+        std::shared_ptr<const ModelFile> model; ///< Null for an empty asset.
         StoredPart part;
     };
     std::vector<Model> models; ///< One for each of the manifest's assets.
     bool hasPicture = false;
 
-    /// Told how far it is; returns false to give up.
+    /// Called with the progress; returns false to cancel.
     using Watch = std::function<bool(double fraction)>;
 
-    /// Maps the file and checks everything but the exact data, the picture and the extras, of which only
-    /// those are left in the manifest that are there and may be kept. Throws std::runtime_error with the
-    /// cause, or Cancelled. Any thread.
+    /// Maps the file and checks everything except the exact data, the picture and the extras; the manifest
+    /// keeps only those extras that exist and may be kept. Throws std::runtime_error with the cause, or
+    /// Cancelled. Any thread.
     [[nodiscard]] static NativeLoad read(const std::string& path, const Watch& watch = {});
 };
 
-/// Thrown where somebody asked to give up.
+/// Thrown where somebody cancelled.
 struct Cancelled
 {
 };

@@ -16,8 +16,8 @@ namespace Vs::Native {
 class ZipReader;
 struct Packing;
 
-/// The first entry of a package, stored as it is, so that the file's beginning tells what it is to those who
-/// know no more of it than that; and what it holds.
+/// The first entry of a package, stored uncompressed, so that the beginning of the file identifies it to
+/// programs that know nothing else about it; and its content.
 constexpr const char* kTypeName = "mimetype";
 constexpr const char* kType = "application/vnd.quillet.document";
 /// Names of the other entries.
@@ -25,10 +25,10 @@ constexpr const char* kManifestName = "manifest.json";
 constexpr const char* kThumbnailName = "thumbnail.png";
 constexpr const char* kPartFolder = "assets/";
 
-/// Whether the bytes are those of a PNG of a size that a list's picture may have.
+/// Whether the bytes are a PNG no larger than a picture in a list may be.
 [[nodiscard]] bool isPicture(std::string_view bytes);
 
-/// Whether bytes are the beginning of a native file, as every one of the present layout begins.
+/// Whether bytes are the beginning of a native file, as every file of the present layout begins.
 [[nodiscard]] bool beginsAsNative(std::string_view bytes);
 
 /// A zip package that is open for reading. Every operation throws std::runtime_error with the cause; it never
@@ -39,8 +39,8 @@ class Package
 public:
     /// Checks the directory against the entries, and the entries' names.
     explicit Package(std::shared_ptr<const FileMapping> file);
-    /// The same without mapping the file, which another program may be writing just now: what has changed
-    /// under it can't be read. For a look at single entries.
+    /// The same without mapping the file, which another program may be writing at this moment: what has
+    /// changed can then not be read. For looking at single entries.
     explicit Package(const std::string& path);
     explicit Package(std::unique_ptr<PlainFile> file);
     ~Package();
@@ -53,17 +53,17 @@ public:
     /// Null if it isn't mapped.
     const std::shared_ptr<const FileMapping>& file() const { return m_file; }
     [[nodiscard]] bool has(const std::string& name) const;
-    /// The content of an entry of at most `limit` bytes, checked against its checksum.
+    /// The content of an entry of at most `limit` bytes, verified by its checksum.
     [[nodiscard]] std::string read(const std::string& name, uint64_t limit) const;
-    /// Reads an entry of any size through, for its checksum alone. `goOn` is asked now and then; false ends
-    /// it.
+    /// Reads an entry of any size to the end, only to verify its checksum. `goOn` is called now and then;
+    /// false cancels.
     void check(const std::string& name, const std::function<bool()>& goOn) const;
     [[nodiscard]] Packing packing(const std::string& name) const;
-    /// Gives the entry's bytes as they lie in the package, unchecked.
+    /// Yields the entry's bytes as they are in the package, unchecked.
     void readPacked(const std::string& name,
                     const std::function<void(const char* data, size_t size)>& take) const;
-    /// Unpacks an entry into memory of its own, as a file that can be mapped. All that are unpacked may take
-    /// half of this computer's memory together.
+    /// Unpacks an entry into separate memory, as a file that can be mapped. All unpacked entries together may
+    /// take half of this computer's memory.
     [[nodiscard]] std::shared_ptr<const FileMapping> unpack(const std::string& name);
 
     static constexpr uint64_t kMostManifest = uint64_t(64) << 20;
@@ -71,7 +71,7 @@ public:
 
 private:
     std::shared_ptr<const FileMapping> m_file;
-    std::unique_ptr<PlainFile> m_plain; ///< What isn't mapped.
+    std::unique_ptr<PlainFile> m_plain; ///< For a package that isn't mapped.
     std::unique_ptr<ZipReader> m_zip;
     uint64_t m_unpacked = 0;
 };

@@ -11,14 +11,14 @@
 
 namespace Vs::Native {
 
-/// Writes a zip package whose entries are stored as they are, so that they can be mapped where they lie. It
-/// is written front to back without knowing sizes before, and copies unchanged entries between packages by
-/// the file system; libraries that write packages offer neither. Reading is a library's. Throws
+/// Writes a zip package whose entries are stored uncompressed, so that they can be mapped in place. It is
+/// written front to back without knowing sizes beforehand, and unchanged entries are copied between packages
+/// by the file system; libraries that write packages offer neither. Reading is left to a library. Throws
 /// std::runtime_error.
 class PackageWriter
 {
 public:
-    /// Where the content of a part begins: at a multiple of this, so that a file system can share the blocks.
+    /// The alignment of the content of a part, so that a file system can share the blocks.
     static constexpr uint64_t kAlignment = 4096;
 
     explicit PackageWriter(SafeFile& file);
@@ -26,18 +26,18 @@ public:
     struct Entry
     {
         std::string name;
-        uint64_t header = 0; ///< Place of the entry.
-        uint64_t place = 0;  ///< Place of its content.
+        uint64_t header = 0; ///< Offset of the entry.
+        uint64_t place = 0;  ///< Offset of its content.
         uint64_t size = 0;
         uint32_t crc = 0;
         uint16_t method = 0; ///< Of packing (Packing::method).
-        uint64_t packed = 0; ///< Bytes in the package; `size` if it is stored as it is.
+        uint64_t packed = 0; ///< Bytes in the package; equals `size` if it is stored.
     };
 
     /// A small entry. Names are ASCII.
     void add(const std::string& name, std::string_view content);
-    /// An entry as it lies in another package, whose checksum it keeps: what is damaged there is seen to be
-    /// damaged here. `copy(take)` gives its bytes to `take(const char*, size_t)`.
+    /// An entry copied as it is in another package, with its checksum: damage there is detected here too.
+    /// `copy(take)` passes its bytes to `take(const char*, size_t)`.
     template <class Copy>
     void addPacked(const std::string& name, const Packing& packing, Copy&& copy)
     {
@@ -45,7 +45,7 @@ public:
         copy([this](const char* data, size_t size) { append(data, size); });
         endPacked();
     }
-    /// An entry that is copied from another file, with the checksum that it had there. Gives its entry.
+    /// An entry that is copied from another file, with the checksum that it had there. Returns its entry.
     Entry addPart(const std::string& name, const StoredPart& part);
     /// An entry that is written by `write(ModelSink&)`.
     template <class Write>
@@ -58,7 +58,7 @@ public:
     }
     /// After the last entry.
     void finish();
-    /// What was written so far.
+    /// What has been written so far.
     const std::vector<Entry>& entries() const { return m_entries; }
 
 private:
@@ -74,7 +74,7 @@ private:
     private:
         PackageWriter& m_writer;
         size_t m_reserved = 0;
-        uint64_t m_behind = 0; // bytes behind the reserved ones
+        uint64_t m_behind = 0; // bytes after the reserved ones
         uint32_t m_crc = 0;    // of those, and at the end of all
     };
 
@@ -88,9 +88,9 @@ private:
     std::string localHeader(const Entry& entry, size_t padding) const;
 
     SafeFile& m_file;
-    std::string m_buffer; // many small pieces become few calls
+    std::string m_buffer; // collects many small pieces into few calls
     std::vector<Entry> m_entries;
-    size_t m_padding = 0; // of the part that is being written
+    size_t m_padding = 0; // of the part being written
     uint16_t m_time, m_date;
 };
 

@@ -10,37 +10,37 @@
 
 namespace Vs::Native {
 
-/// A file that is written beside its final place and takes it only when it is complete and on the disk:
-/// whatever fails, a file that stood there stays as it was, byte by byte. Every operation throws
-/// std::runtime_error with the cause.
+/// A file that is written next to its final place and moved there only when it is complete and on the disk:
+/// whatever fails, an existing file stays as it was, byte by byte. Every operation throws std::runtime_error
+/// with the cause.
 ///
-/// The unfinished file has one name for each target, and is locked. So a second program that saves the same
-/// file is seen, and what a program that died left behind goes with the next save.
+/// The unfinished file has one name per target, and is locked. So a second program that saves the same file
+/// is noticed, and the next save removes what a program that died left behind.
 class SafeFile
 {
 public:
     SafeFile(const std::string& path, FileCalls& calls);
-    /// Removes what is unfinished.
+    /// Removes the unfinished file.
     ~SafeFile();
     SafeFile(const SafeFile&) = delete;
     SafeFile& operator=(const SafeFile&) = delete;
 
-    /// Where the file is going to stand: `path`, after following symbolic links.
+    /// Where the file will be: `path`, after resolving symbolic links.
     const std::string& target() const { return m_target; }
 
     void append(const void* data, size_t size);
-    /// Over what was written before.
+    /// Overwrites what was written before.
     void writeAt(uint64_t place, const void* data, size_t size);
     /// Appends a piece of another file; false, with nothing appended, if the two can't be copied between, and
-    /// the bytes must be given to `append`.
+    /// the bytes must be passed to `append`.
     [[nodiscard]] bool copy(int descriptor, uint64_t place, uint64_t size);
     uint64_t position() const { return m_position; }
 
-    /// Called with the unfinished file's path once its content is on the disk; may throw, and then the file
-    /// doesn't take its place.
+    /// Called with the unfinished file's path once its content is on the disk; if it throws, the file isn't
+    /// moved to its place.
     using Look = std::function<void(const std::string& scratch)>;
-    /// Flushes the content, puts the file in its place and flushes the folder. If only the last of these
-    /// fails, `inPlace` is true all the same.
+    /// Flushes the content, moves the file to its place and flushes the folder. If only the last of these
+    /// fails, `inPlace` is nevertheless true.
     void commit(const Look& beforeRename = {});
     bool inPlace() const { return m_inPlace; }
 

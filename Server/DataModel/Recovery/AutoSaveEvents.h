@@ -13,30 +13,30 @@ public:
         : Implements(Timing::After), m_file(std::move(file)), m_message(std::move(message))
     {
     }
-    /// The recovery file that it is about; empty if it is about none.
+    /// The recovery file concerned; empty if there is none.
     const std::wstring& file() const { return m_file; }
-    /// A whole sentence for the user; empty where there is nothing to tell.
+    /// A whole sentence for the user; empty if there is nothing to say.
     const std::wstring& message() const { return m_message; }
 
 private:
     std::wstring m_file, m_message;
 };
 
-/// What happens to recovery files. Each operation does nothing unless overridden.
+/// Events about recovery files. Each operation does nothing unless overridden.
 class AutoSaveEventSite : public EventSite
 {
 public:
-    /// What earlier runs left has been looked at.
+    /// The files of earlier runs have been looked at.
     virtual void autoSavedRecoveryFilesFound(AutoSaveEvent*) {}
-    /// A file isn't offered any more: an open document has it, it was copied, or the user doesn't want it.
+    /// A file is no longer offered: an open document has it, it was copied, or the user doesn't want it.
     virtual void autoSavedRecoveryFileDeleted(AutoSaveEvent*) {}
-    /// A file was to go, but is nowhere else: it stays and is offered again.
+    /// A file should have been removed, but its content isn't anywhere else: it stays and is offered again.
     virtual void autoSavedRecoveryFileKept(AutoSaveEvent*) {}
-    /// A file and the one before it are damaged; they were put aside, and the event says where.
+    /// A file and the previous one are damaged; they were moved away, and the event says where.
     virtual void autoSavedRecoveryFileDamaged(AutoSaveEvent*) {}
-    /// A document was closed without anybody being asked about its changes: its file is offered.
+    /// A document was closed without asking about its changes: its file is offered.
     virtual void autoSavedDocumentLeft(AutoSaveEvent*) {}
-    /// Changes can't be kept from now on. Told once, until autoSaveWorksAgain.
+    /// Changes can't be kept from now on. Reported once, until autoSaveWorksAgain.
     virtual void autoSaveFailed(AutoSaveEvent*) {}
     virtual void autoSaveWorksAgain(AutoSaveEvent*) {}
 };

@@ -4,7 +4,7 @@
 
 namespace Vs {
 
-/// What the user wants of auto-save.
+/// The user's options for auto-save.
 class AutoSaveOptionsGroup : public Implements<AutoSaveOptionsGroup, OptionGroup>
 {
 public:

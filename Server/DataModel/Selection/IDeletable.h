@@ -11,7 +11,7 @@ class Request;
 
 namespace Vs::DataModel {
 
-/// An object of a model that can be deleted, as LogicalSelection::leaf gives it. Main thread only.
+/// An object of a model that can be deleted, as returned by LogicalSelection::leaf. Main thread only.
 class IDeletable
 {
 public:
@@ -26,7 +26,7 @@ public:
     [[nodiscard]] virtual bool canDelete(const ObjectPath& path) const = 0;
     /// Whether it is deleted together with others of its kind, by one request.
     [[nodiscard]] virtual bool requiresMultiDelete(const ObjectPath& path) const = 0;
-    /// The request that deletes this object alone; null if there is none. The caller ends it
+    /// The request that deletes only this object; null if there is none. The caller ends it
     /// (Request::destroy).
     [[nodiscard]] virtual Request* provideDeleteRequest(const ObjectPath& path) = 0;
     /// The same for as many of the paths as one request takes; these are added to `handled`.

@@ -9,15 +9,15 @@
 
 namespace Vs {
 
-/// Puts copies of objects into the asset on which it is executed, as one undo step. Ended by
+/// Pastes copies of objects into the asset on which it is executed, as one undo step. Ended by
 /// Request::destroy.
 class PasteRequest : public Implements<PasteRequest, Request>
 {
 public:
     using Implements::Implements;
-    /// The component (Component::id) that the copies go into; empty, as at first, for the top of the model.
+    /// The component (Component::id) that the copies go into; empty, the default, for the top of the model.
     void into(const std::string& component) { m_into = component; }
-    /// What the last execution has put there.
+    /// What the last execution pasted.
     const std::vector<ObjectPath>& pasted() const { return m_pasted; }
 
 protected:
@@ -29,7 +29,7 @@ protected:
 
 namespace Vs::DataModel {
 
-/// An object of a model that can be put somewhere else, as LogicalSelection::leaf gives it. Main thread only.
+/// An object of a model that can be put elsewhere, as returned by LogicalSelection::leaf. Main thread only.
 class IPasteSource
 {
 public:
@@ -40,13 +40,12 @@ public:
     }
     virtual ~IPasteSource() = default;
 
-    /// Whether it can be taken out of where it stands, and whether it can be given another place among those
-    /// beside it.
+    /// Whether it can be cut, and whether it can be moved among its siblings.
     [[nodiscard]] virtual bool canCut() const = 0;
     [[nodiscard]] virtual bool canReorder() const = 0;
     /// The request that pastes as many of the objects at these paths as one request takes; they are added to
-    /// `handled`. With `cut`, one that is executed on the objects' own asset takes them away from where they
-    /// were; on another asset it leaves them to whoever deletes them there. Null if there is none.
+    /// `handled`. With `cut`, executing it on the objects' own asset removes them from where they were; on
+    /// another asset it leaves that to whoever deletes them there. Null if there is none.
     [[nodiscard]] virtual PasteRequest* providePasteRequest(const std::vector<ObjectPath>& paths, bool cut,
                                                             std::vector<ObjectPath>& handled) = 0;
 };

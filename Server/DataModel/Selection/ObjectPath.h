@@ -6,14 +6,14 @@
 namespace Vs {
 
 /// Names one object of an asset, from the root of the component tree to the leaf: an occurrence of a
-/// component, its body, or a solid, face, edge or vertex of that body. A small value that holds nothing
-/// alive: it stays right through undo, saving and changes elsewhere, and is found to be stale when its object
-/// is gone.
+/// component, its body, or a solid, face, edge or vertex of that body. A small value that keeps nothing
+/// alive: it stays valid through undo, saving and changes elsewhere, and turns out stale when its object is
+/// gone.
 ///
-/// As text it is the steps from the root with slashes between: `Plate:1/Bolt:2/Body1/Face3`. The number
-/// behind a component's name counts the siblings of that name; it can be left out where there is but one. So
-/// can `Body1` before a solid, face, edge or vertex. A name that holds a slash, a quote or a backslash stands
-/// in double quotes, with a backslash before each quote and backslash in it.
+/// As text it consists of the steps from the root separated by slashes: `Plate:1/Bolt:2/Body1/Face3`. The
+/// number after a component's name counts the siblings of that name; it can be omitted if there is only one.
+/// So can `Body1` before a solid, face, edge or vertex. A name that contains a slash, a quote or a backslash
+/// is enclosed in double quotes, with a backslash before each quote and backslash in it.
 struct ObjectPath
 {
     enum class Leaf { Component, Body, Face, Edge, Vertex, Solid };
@@ -27,10 +27,10 @@ struct ObjectPath
     friend bool operator==(const ObjectPath&, const ObjectPath&) = default;
 
     bool isPartOfBody() const { return leaf > Leaf::Body; }
-    /// Whether it is measured as what encloses a space is.
+    /// Whether it is measured as something that encloses a volume.
     bool isWhole() const { return leaf <= Leaf::Body || leaf == Leaf::Solid; }
-    /// Whether it names a place within the component tree, so that there is something above it; the root, and
-    /// a path that names nothing, have none.
+    /// Whether it names a place inside the component tree, so that there is something above it; false for the
+    /// root, and for a path that names nothing.
     bool isQualifiedAndPoppable() const { return !component.empty(); }
 };
 

@@ -8,14 +8,14 @@
 #include <string_view>
 #include <vector>
 
-// What an asset answers about the paths of its objects. Main thread.
+// An asset's answers about the paths of its objects. Main thread.
 namespace Vs {
 
 class Asset;
 class Component;
 class Status;
 
-/// The object that a person's text names. Nothing, with an error that tells the step, if one is unknown or
+/// The object that a user's text names. Nothing, with an error that names the step, if one is unknown or
 /// ambiguous.
 std::optional<ObjectPath> findPath(const Asset& asset, std::wstring_view text, Status& status);
 
@@ -26,11 +26,11 @@ std::wstring pathText(const ObjectPath& path, const Asset& asset);
 /// the root. Asking for all at once takes linear time.
 std::vector<std::wstring> childPaths(const Component& component, const std::wstring& path);
 
-/// The component, if the object is still there; else null with an error. Whether there are as many vertices
-/// or solids is known only to the exact shape and told where that is used; `findPath` asks it for solids.
+/// The component, if the object still exists; otherwise null with an error. The number of vertices and solids
+/// is known only to the exact shape, so code that uses it checks that; `findPath` checks it for solids.
 const Component* resolvePath(const ObjectPath& path, const Asset& asset, Status& status);
 
-/// Where the component's own coordinates lie in the asset's; nothing if it isn't in the asset.
+/// The component's own coordinates in the asset's; nothing if it isn't in the asset.
 std::optional<GkMatrix3d> placementOf(const ObjectPath& path, const Asset& asset);
 
 } // namespace Vs

@@ -7,8 +7,8 @@
 
 namespace Vs {
 
-/// Gives components another name, all of them or none, as one undo step. Made for one asset and not to be
-/// executed on another; ended by Request::destroy.
+/// Renames components, all of them or none, as one undo step. Made for one asset and must not be executed on
+/// another; ended by Request::destroy.
 ///
 /// It is an error if there is no component, if one is gone or isn't a component, and if the name is empty or
 /// blank.
@@ -25,7 +25,7 @@ protected:
 private:
     bool isPossible(const Asset& asset, Status& status) const;
 
-    const Asset* m_asset; ///< Only to be compared.
+    const Asset* m_asset; ///< Only for comparison.
     std::vector<ObjectPath> m_paths;
     std::wstring m_newName;
 };

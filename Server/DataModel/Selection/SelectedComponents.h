@@ -10,8 +10,8 @@
 
 namespace Vs {
 
-/// Of which components there are selections, so that a change of few of an asset's components costs the same
-/// however much of it is selected. Good as long as the selections are.
+/// Which components have selections, so that a change of a few of an asset's components costs the same
+/// however much of it is selected. Valid as long as the selections are.
 class SelectedComponents
 {
 public:
@@ -20,16 +20,16 @@ public:
 
     /// Whether the component of this id (Component::id), or a part of it, is selected.
     [[nodiscard]] bool has(const std::string& id) const { return m_ids.contains(id); }
-    /// Whether something is selected that lies in the component.
+    /// Whether something inside the component is selected.
     [[nodiscard]] bool hasBelow(const std::string& id) const { return m_above.contains(id); }
-    /// Whether something is selected that the component lies in.
+    /// Whether something is selected that contains the component.
     [[nodiscard]] bool hasAbove(const std::string& id) const;
-    /// Whether something that is selected isn't what it was, or not where, after the changes.
+    /// Whether the changes make something selected another object, or move it.
     [[nodiscard]] bool concernedBy(const ComponentsEvent::Changes& changes) const;
 
 private:
     std::unordered_set<std::string_view> m_ids;
-    std::unordered_set<std::string_view> m_above; ///< What those of m_ids lie in, but for the root.
+    std::unordered_set<std::string_view> m_above; ///< The ancestors of those of m_ids, except the root.
 };
 
 } // namespace Vs

@@ -15,21 +15,21 @@ namespace Vs {
 
 class Asset;
 
-/// Something that is, or can be, selected. Never changed once it is made.
+/// Something that is, or can be, selected. Immutable.
 class Selection : public Implements<Selection, SharedObject>
 {
 public:
     /// Whether both select the same thing, wherever it was picked.
     [[nodiscard]] virtual bool isEqualTo(const Selection& other) const { return this == &other; }
-    /// The same for all that are equal; so sets of thousands find soon what they don't hold.
+    /// Equal for equal ones, so that sets of thousands quickly find what they don't contain.
     virtual size_t hash() const { return 0; }
 };
 
-/// An object of a model, as a place of the scene or a text named it.
+/// An object of a model, named by a place in the scene or a text.
 class LogicalSelection : public Implements<LogicalSelection, Selection>
 {
 public:
-    /// `picked` is what the scene knows of the place; null for what was not picked in a canvas.
+    /// `picked` is what the scene knows about the place; null if it wasn't picked in a canvas.
     LogicalSelection(Asset* asset, ObjectPath path, StrongRef<Selection> picked)
         : m_asset(asset), m_path(std::move(path)), m_picked(std::move(picked))
     {
@@ -40,19 +40,19 @@ public:
     {
     }
 
-    /// Not owned; only to be compared, as it may be closed by now.
+    /// Not owned; only for comparison, as it may be closed by now.
     Asset* asset() const { return m_asset; }
     const ObjectPath& path() const { return m_path; }
     const std::string& componentId() const { return m_path.component; }
     Selection* picked() const { return m_picked.get(); }
 
-    /// The object itself, to be asked for what can be done with it (DataModel::IDeletable), and good as long
-    /// as the asset is open. Null if it is gone, belongs to another asset, or is a part of a component.
+    /// The object itself, to be asked what can be done with it (DataModel::IDeletable), valid as long as the
+    /// asset is open. Null if it is gone, belongs to another asset, or is a part of a component.
     [[nodiscard]] virtual StrongRef<SharedObject> leaf(Asset& asset) const;
 
-    /// The box around the object, hidden or not, in the asset's coordinates. False, with `box` as it was, if
-    /// the object is gone, belongs to another asset, or has no box that is known without the exact shape, as
-    /// a vertex.
+    /// The box around the object, hidden or not, in the asset's coordinates. False, with `box` unchanged, if
+    /// the object is gone, belongs to another asset, or has no box that is known without the exact shape,
+    /// such as a vertex.
     [[nodiscard]] virtual bool calculateBounds(const Asset& asset, BBox& box) const;
 
     [[nodiscard]] bool isEqualTo(const Selection& other) const override
@@ -68,7 +68,7 @@ private:
     StrongRef<Selection> m_picked;
 };
 
-/// Several things that are selected as one; groups may hold groups.
+/// Several things selected as one; groups may contain groups.
 class GroupSelection : public Implements<GroupSelection, Selection>
 {
 public:

@@ -9,11 +9,12 @@
 
 namespace Vs {
 
-/// One kind of thing that the user can have left out of what is picked. Main thread only.
+/// One kind of thing that the user can exclude from picking. Main thread only.
 class SelectionCategory : public Implements<SelectionCategory>
 {
 public:
-    /// The place in a list of categories, the id and the title, which is the user's. Enabled at first.
+    /// The position in a list of categories, the id and the title, which is in the user's language. Initially
+    /// enabled.
     SelectionCategory(int order, std::wstring id, std::wstring name)
         : m_order(order), m_id(std::move(id)), m_name(std::move(name))
     {
@@ -24,8 +25,8 @@ public:
     const std::wstring& id() const { return m_id; }
     int order() const { return m_order; }
     bool isEnabled() const { return m_enabled; }
-    /// `kept` tells that it is the user's choice for as long as no tool runs, also the next time the program
-    /// is started; any other is for the running tool alone.
+    /// `kept` means that it is the user's choice for whenever no tool runs, also the next time the program
+    /// starts; otherwise it applies only to the running tool.
     void enable(bool on, bool kept);
 
 private:
@@ -35,11 +36,11 @@ private:
     bool m_enabled = true;
 };
 
-/// A filter that knows by which categories it decides.
+/// A filter that knows the categories by which it decides.
 class EnumerableSelectionFilter : public Implements<EnumerableSelectionFilter, SelectionFilter>
 {
 public:
-    /// Owned by the filter, good as long as it lives.
+    /// Owned by the filter, valid as long as it lives.
     virtual std::vector<SelectionCategory*> selectionCategories() const = 0;
 
     /// Adds the categories of those of the filters that have any, in their order.
@@ -47,13 +48,13 @@ public:
                                              std::vector<SelectionCategory*>& categories);
 };
 
-/// What of a model may be picked, by kind: vertices, edges, faces, solids, bodies, components. Solids are out
-/// at first: only the exact shape tells them. Other things than
-/// objects of a model are not its business, and accepted.
+/// Which kinds of a model's objects may be picked: vertices, edges, faces, solids, bodies, components. Solids
+/// are initially excluded: only the exact shape knows them. It accepts anything that isn't an object of a
+/// model.
 class ObjectKindFilter : public Implements<ObjectKindFilter, EnumerableSelectionFilter>
 {
 public:
-    /// Everything, or, with `restored`, what the user chose last for when no tool runs.
+    /// Everything, or, with `restored`, the user's last choice for when no tool runs.
     explicit ObjectKindFilter(bool restored);
 
     bool accepts(const Selection& selection) const override;
@@ -66,7 +67,7 @@ private:
     std::vector<std::unique_ptr<SelectionCategory>> m_categories;
 };
 
-/// What is in force of selection in one session just now. Main thread only.
+/// What currently governs selection in one session. Main thread only.
 class SelectionState
 {
 public:
@@ -78,7 +79,7 @@ public:
     }
 
     using Source = std::function<void(std::vector<const SelectionFilter*>&)>;
-    /// Set by whoever knows the inputs.
+    /// Set by the code that knows the inputs.
     void source(Source source) { m_source = std::move(source); }
 
 private:

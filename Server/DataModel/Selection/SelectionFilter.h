@@ -11,9 +11,8 @@ class SelectionFilter : public Implements<SelectionFilter>
 {
 public:
     [[nodiscard]] virtual bool accepts(const Selection& selection) const = 0;
-    /// Whether it may accept objects of this kind, so that others need not be looked for in a view. The
-    /// default asks `accepts` for an object that isn't there: to be overridden where more than the kind
-    /// matters.
+    /// Whether it may accept objects of this kind; if not, a view needn't look for them. The default calls
+    /// `accepts` with an object that doesn't exist: override it where more than the kind matters.
     [[nodiscard]] virtual bool mayAccept(ObjectPath::Leaf leaf) const
     {
         return accepts(LogicalSelection(nullptr, ObjectPath{.component = {}, .leaf = leaf}, nullptr));
@@ -25,7 +24,7 @@ class CompositeSelectionFilter : public Implements<CompositeSelectionFilter, Sel
 {
 public:
     enum class ELogic {
-        All = 0, ///< Every filter has to accept.
+        All = 0, ///< All filters must accept.
         Any = 1, ///< One is enough.
     };
 

@@ -13,12 +13,12 @@ class SelectionMgr : public Implements<SelectionMgr>
 public:
     /// What the user has selected.
     SelectionSet& selectionSet() { return m_selected; }
-    /// What lies under the pointer and would be selected by a click.
+    /// What is under the pointer and would be selected by a click.
     SelectionSet& highlightSet() { return m_highlighted; }
 
-    /// What the inputs of running commands hold for themselves; lit as what the user has selected.
+    /// What the inputs of running commands hold; highlighted like the user's selection.
     SelectionSet& collectedSet() { return m_collected; }
-    /// All that one input holds; nothing once its command has ended. The owner is only told from others.
+    /// What one input holds; nothing once its command has ended. The owner only serves as a key.
     void collect(const void* owner, const std::vector<StrongRef<Selection>>& selections)
     {
         if (selections.empty())
@@ -31,19 +31,19 @@ public:
         m_collected.replace(all);
     }
 
-    /// What may be picked now. Never null.
+    /// What may currently be picked. Never null.
     SelectionState* selectionState() { return &m_state; }
 
-    /// Suspending and resuming are counted: selection is possible again when each suspension was resumed. The
-    /// count may fall below zero, which a later suspension makes good.
-    /// What is highlighted goes out with a suspension.
+    /// Suspending and resuming are counted: selection is possible again once each suspension was resumed. The
+    /// count may drop below zero, which a later suspension evens out.
+    /// A suspension clears the highlight.
     void suspendSelection()
     {
         ++m_suspensions;
         m_highlighted.clear();
     }
     void resumeSelection() { --m_suspensions; }
-    /// The model is about to change under the pointer: what was found there is given up.
+    /// The model is about to change under the pointer: discards what was found there.
     void invalidate() { m_highlighted.clear(); }
     bool suspended() const { return m_suspensions > 0; }
 

@@ -14,11 +14,11 @@ namespace Vs {
 class SelectionSetSite : public EventSite
 {
 public:
-    /// Called after each change, which may be of many things at once.
+    /// Called after each change, which may affect many things at once.
     virtual void selectionSetChanged() = 0;
 };
 
-/// Tells quickly which of thousands of selections there are; good as long as they are.
+/// Finds quickly which of thousands of selections exist; valid as long as they are.
 class SelectionIndex
 {
 public:
@@ -28,9 +28,9 @@ public:
     {
         return m_selections.contains(&selection);
     }
-    /// Returns whether it wasn't there yet.
+    /// Returns whether it is new.
     bool add(const Selection& selection) { return m_selections.insert(&selection).second; }
-    /// Makes room for so many in all.
+    /// Reserves room for that many in all.
     void reserve(size_t count) { m_selections.reserve(count); }
 
 private:
@@ -46,7 +46,7 @@ private:
     std::unordered_set<const Selection*, Hash, Equal> m_selections;
 };
 
-/// What is selected, each thing once, in the order in which it came. Main thread only.
+/// What is selected, each thing once, in the order of selection. Main thread only.
 class SelectionSet : public EventSource<SelectionSetSite>
 {
 public:
@@ -54,20 +54,20 @@ public:
     [[nodiscard]] bool empty() const { return m_selections.empty(); }
     size_t size() const { return m_selections.size(); }
     [[nodiscard]] bool contains(const Selection& selection) const;
-    /// Of which components they are. Made when it is first asked for, and good until the next change.
+    /// The components that are selected. Made at the first request, and valid until the next change.
     const SelectedComponents& components() const;
 
     /// Each returns whether something changed. Null is never added.
     bool add(StrongRef<Selection> selection);
     bool remove(const Selection& selection);
     bool clear();
-    /// Takes these as well, behind what there is, as one change that costs no more the more there is.
+    /// Appends these as one change, whose cost doesn't grow with what is already selected.
     bool add(const std::vector<StrongRef<Selection>>& selections);
-    /// Takes these in place of all there is, as one change.
+    /// Replaces everything with these, as one change.
     bool replace(const std::vector<StrongRef<Selection>>& selections);
 
-    /// Another number after each change but those that only added behind what there was: who has seen this
-    /// number before has only those behind to look at.
+    /// A number that changes with every change except appending: whoever has seen the same number before only
+    /// needs to look at what was appended.
     size_t generation() const { return m_generation; }
 
 private:
@@ -78,7 +78,7 @@ private:
     std::vector<StrongRef<Selection>> m_selections;
     SelectionIndex m_index; ///< Of all of them.
     size_t m_generation = 0;
-    mutable std::unique_ptr<SelectedComponents> m_components; ///< Null until it is asked for.
+    mutable std::unique_ptr<SelectedComponents> m_components; ///< Null until it is needed.
 };
 
 } // namespace Vs

@@ -4,16 +4,16 @@
 #include <optional>
 #include <vector>
 
-// The solids of a component's body (ObjectPath::Leaf::Solid), which the exact shape tells: the first question
-// loads the kernel. Main thread.
+// The solids of a component's body (ObjectPath::Leaf::Solid), which only the exact shape knows: the first
+// query loads the kernel. Main thread.
 namespace Vs {
 
 class Component;
 
-/// 0 for an assembly, and for a body of surfaces or triangles alone.
+/// 0 for an assembly, and for a body made only of surfaces or triangles.
 [[nodiscard]] uint32_t solidCount(const Component& component);
 
-/// The solid that a face belongs to; nothing if it belongs to none, or if there is but one, which is the
+/// The solid that a face belongs to; nothing if it belongs to none, or if there is only one, which is the
 /// body.
 [[nodiscard]] std::optional<uint32_t> solidOfFace(const Component& component, uint32_t face);
 

@@ -7,8 +7,8 @@
 
 namespace Vs {
 
-/// Shows or hides components, as one undo step; what stands for a part of a component means the component.
-/// One is hidden wherever the assembly that holds it occurs, and with all that is in it. Ended by
+/// Shows or hides components, as one undo step; a selection of a part of a component means the component.
+/// Hiding one hides it wherever the assembly that holds it occurs, with everything in it. Ended by
 /// Request::destroy.
 ///
 /// It is an error if one is gone, or if there is none.

@@ -13,7 +13,7 @@ namespace Vs {
 class ModelBody;
 class Status;
 
-/// Why something can't be measured, as a sentence for the user. Caught where measuring begins.
+/// Why something can't be measured, as a sentence for the user. Caught where the measurement starts.
 class MeasureError : public std::runtime_error
 {
 public:
@@ -22,7 +22,7 @@ public:
 };
 
 /// An object as it is measured: the bodies that it consists of, or the one that it is a part of, with their
-/// places. Lives while one measurement is made. Its operations throw MeasureError.
+/// placements. Lives for one measurement. Its operations throw MeasureError.
 class MeasuredObject
 {
 public:

@@ -16,7 +16,7 @@
 
 namespace Vs::Recovery {
 
-/// Watches the open documents and has those that were changed written. Main thread.
+/// Watches the open documents and has changed ones written. Main thread.
 class AutoSaver : private DocumentEventSite, private AssetEventSite
 {
 public:
@@ -26,7 +26,7 @@ public:
 
     void start();
     void onWakeUp(std::function<void()> callback) { m_wakeUp = std::move(callback); }
-    /// There begins to be something to do.
+    /// There is now something to do.
     void wakeUp() const
     {
         if (m_wakeUp)
@@ -35,11 +35,11 @@ public:
     void withoutLoop(bool without) { m_withoutLoop = without; }
     bool work();
     bool writeAll();
-    /// Before the store's. With `asked`, a user was asked about what isn't saved, so that it is discarded;
-    /// else it goes, but for documents that were recovered and not saved since: their files stay.
+    /// Before the store's. With `asked`, a user was asked about unsaved changes, so they are discarded;
+    /// otherwise everything is removed except the files of documents that were recovered and not saved since.
     void end(bool asked);
 
-    /// What was done by other means than a line stands in no journal.
+    /// What wasn't done by a line isn't in any journal.
     void lineBegins() { keepLine({}); }
     void lineDone(const std::wstring& line)
     {
@@ -50,7 +50,8 @@ public:
     /// The user doesn't want the document's changes, as they are now.
     void declined(Document* document);
 
-    /// The document was opened from a recovery file: it isn't saved anywhere else. Starts, if need be.
+    /// The document was opened from a recovery file: it isn't saved anywhere else. Starts watching if need
+    /// be.
     void adopt(Document& document, const std::string& file);
     bool isAdopted(const std::string& file) const;
 
@@ -58,23 +59,23 @@ private:
     using Clock = std::chrono::steady_clock;
     struct Watched
     {
-        unsigned changes = 0, written = 0; ///< Counted; what isn't written yet is pending.
+        unsigned changes = 0, written = 0; ///< Counts changes; what isn't written yet is pending.
         Clock::time_point firstPending, lastChange, notBefore;
         std::string file;                 ///< The verified one; empty if there is none.
         std::wstring name;                ///< Of the document, in the last file that was begun.
-        std::vector<std::string> adopted; ///< Files that the document was opened from, not let go of yet.
+        std::vector<std::string> adopted; ///< Files that the document was opened from, not released yet.
         bool recovered = false;           ///< Opened from one, and not saved since.
         bool declined = false;
         DocumentJournal journal;
-        unsigned journaled = 0; ///< Watched::changes as far as a file or a journal has them.
+        unsigned journaled = 0; ///< Watched::changes as far as a file or a journal covers them.
     };
     struct Running
     {
         std::unique_ptr<SnapshotChild> child;
         Document* document;
         std::string file;
-        unsigned changes; ///< Watched::changes as it is written.
-        unsigned journal; ///< Of what comes after.
+        unsigned changes; ///< Watched::changes at the time of writing.
+        unsigned journal; ///< For what comes after.
         Clock::time_point since;
     };
 
@@ -101,7 +102,8 @@ private:
     RecoveryStore& m_store;
     std::function<void()> m_wakeUp;
     std::map<Document*, Watched> m_documents;
-    std::map<std::string, bool> m_left; ///< Files of documents that were closed unasked; whether recovered.
+    std::map<std::string, bool>
+        m_left; ///< Files of documents that were closed without asking; whether recovered.
     std::unique_ptr<Running> m_running;
     bool m_started = false;
     bool m_withoutLoop = false;

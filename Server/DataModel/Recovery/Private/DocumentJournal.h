@@ -14,7 +14,7 @@ namespace Vs::Recovery {
 class DocumentJournal
 {
 public:
-    /// Of what is done from now on.
+    /// For what is done from now on.
     unsigned next() const { return m_number + 1; }
     /// In the folder of the document's recovery files.
     void beginNext(const std::string& folder)
@@ -23,15 +23,15 @@ public:
         m_folder = folder;
         m_ended = false;
     }
-    /// Adds what a line did to the document; an empty one ends the journal, and so do large models, which
-    /// aren't looked through at each step.
+    /// Adds what a line did to the document; an empty line ends the journal, and so do large models, which
+    /// aren't examined at each step.
     void keep(const Document& document, const std::wstring& line);
 
 private:
     unsigned m_number = 0;
     std::string m_folder;
     bool m_ended = true;
-    int m_slow = 0;       ///< How many times in a row it took long.
+    int m_slow = 0;       ///< How many times in a row it was slow.
     BodyDigests m_bodies; ///< Of the last step.
 };
 

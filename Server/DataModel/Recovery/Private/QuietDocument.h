@@ -18,13 +18,13 @@ namespace Vs::Recovery {
 /// No step and no group of steps is open.
 [[nodiscard]] bool isFree(const Document& document);
 
-/// Keeps other threads out of the kernels of a document, as long as it is there.
+/// Keeps other threads out of the kernels of a document as long as it lives.
 class KernelHolds
 {
 public:
-    /// Whoever is in one of them is not waited for.
+    /// Doesn't wait for a thread that is in one of them.
     explicit KernelHolds(const Document& document);
-    /// Whether nobody was.
+    /// Whether none was.
     [[nodiscard]] bool all() const { return m_all; }
 
 private:

@@ -7,27 +7,27 @@
 
 namespace Vs::Recovery {
 
-/// What is known of a recovery file once it was read.
+/// What is known about a recovery file once it was read.
 struct RecoveryCheck
 {
     enum class Answer {
         Sound,
-        Doubtful, ///< Whole, but it couldn't be opened, or as another document than was written.
+        Doubtful, ///< Whole, but it couldn't be opened, or opened as another document than was written.
         Damaged,
-        Strange ///< None that this program could have written, or breaks down over: it is left alone.
+        Strange ///< Not one that this program could have written, or one that crashes it: it is left alone.
     };
     Answer answer = Answer::Strange;
-    RecoveryRecord record; ///< Of one that can be opened.
+    RecoveryRecord record; ///< For one that can be opened.
 
     [[nodiscard]] bool canBeOpened() const { return answer == Answer::Sound || answer == Answer::Doubtful; }
 
-    /// Reads a file through: its structure, its models and the checksums of all that is in it.
+    /// Reads a file completely: its structure, its models and the checksums of everything in it.
     [[nodiscard]] static RecoveryCheck of(const std::string& path);
     /// The same, and opens it as a document whose models are compared with those that were written. For a
-    /// process of its own, which may break down over the file: it comes to know document types of that name.
+    /// separate process, which may crash on the file: it registers document types of that name.
     [[nodiscard]] static RecoveryCheck byOpening(const std::string& path);
 
-    /// As a text that `read` takes, which makes Damaged of what it doesn't understand.
+    /// As a text for `read`, which returns Damaged for what it doesn't understand.
     [[nodiscard]] std::string write() const;
     [[nodiscard]] static RecoveryCheck read(std::string_view text);
 };

@@ -13,19 +13,19 @@
 
 namespace Vs::Recovery {
 
-/// Has recovery files read in processes of their own: neither the time that it takes nor a file that the
-/// program breaks down over reaches this one. A file over which a process dies counts as damaged; one that it
-/// doesn't finish with is left alone. Main thread.
+/// Has recovery files read in separate processes, so that neither the time it takes nor a file that crashes
+/// the program affects this one. A file on which a process dies counts as damaged; one that it doesn't finish
+/// is left alone. Main thread.
 class RecoveryChecker
 {
 public:
     using Take = std::function<void(const std::string& file, RecoveryCheck check)>;
 
-    /// Adds files to those that are still to be checked.
+    /// Adds files to those still to be checked.
     void add(const std::vector<std::string>& files);
     bool isBusy() const { return !m_files.empty(); }
-    /// Begins what is to be begun and hands over what is there. Never waits, unless no process can be made:
-    /// it then reads one file by itself.
+    /// Starts what is due and delivers the results so far. Never waits, unless no process can be created:
+    /// then it reads one file itself.
     void work(const Take& take);
 
 private:
@@ -35,11 +35,11 @@ private:
     bool readAnswers(const Take& take);
     void answer(RecoveryCheck check, const Take& take);
 
-    std::deque<std::string> m_files; ///< Still to be answered, the one that is being read first.
+    std::deque<std::string> m_files; ///< Still to be reported, the one being read first.
     std::unique_ptr<Exchange::WorkerProcess> m_process;
     Exchange::WorkerMessageReader m_reader;
     size_t m_given = 0;    ///< How many files the process still has.
-    bool m_begun = false;  ///< It has told that it runs.
+    bool m_begun = false;  ///< It has reported that it runs.
     bool m_unable = false; ///< No process can run here.
     Clock::time_point m_lastAnswer;
 };

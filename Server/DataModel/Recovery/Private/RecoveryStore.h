@@ -21,29 +21,29 @@
 namespace Vs::Recovery {
 
 constexpr const char* kSuffix = ".backup";
-/// Below a document's folder: the generation before.
+/// Below a document's folder: the previous generation.
 constexpr const char* kOlder = "older";
 
-/// All recovery files of this user: this run's folder, and those that others left and this run has taken
+/// All recovery files of this user: this run's folder, and those that other runs left and this one has taken
 /// over. Paths are bytes.
 class RecoveryStore
 {
 public:
     using Tell = std::function<void(const std::string& file)>;
 
-    /// This run's folder, made at the first call. Throws std::runtime_error.
+    /// This run's folder, created at the first call. Throws std::runtime_error.
     const SessionFolder& own();
-    /// Null if nothing was kept so far.
+    /// Null if nothing has been kept so far.
     const SessionFolder* ownIfThere() const { return m_own.get(); }
 
-    /// Goes on with looking for what runs that ended badly left, for a few milliseconds at most: takes over
+    /// Continues to look for what runs that ended badly left, for a few milliseconds at most: takes over
     /// their folders and has the files checked. False once everything is known.
     bool look();
     bool hasLooked() const { return m_listed && m_toClaim.empty() && !m_checker.isBusy(); }
-    /// Those of runs that ended badly, the newest first, once everything is known. `tell` hears where damaged
-    /// files were put.
+    /// Those of runs that ended badly, newest first, once everything is known. `tell` is told where damaged
+    /// files were moved.
     [[nodiscard]] const std::vector<AutoSavedFileInfo>& left(const Tell& tellDamaged);
-    /// Has a file of this run's own among those that are left.
+    /// Counts a file of this run among those that are left.
     void offer(const std::string& file)
     {
         m_offered.insert(file);
@@ -60,24 +60,24 @@ public:
     /// The document's folder that a file of either generation is in.
     [[nodiscard]] static std::string folderOf(const std::string& file);
 
-    /// Of a file that `left` has given.
+    /// For a file that `left` has returned.
     const RecoveryRecord& record(const std::string& file) { return checkedHere(file).record; }
 
-    /// What was done since such a file was begun; nothing for the generation before.
+    /// What was done since that file was begun; nothing for the previous generation.
     [[nodiscard]] std::vector<StepJournal::Step> stepsBehind(const std::string& file);
 
-    /// Removes a file with the generation before.
+    /// Removes a file together with the previous generation.
     void remove(const std::string& file);
-    /// Puts it among those that are kept for a day. False if it can't be, and stays where it is.
+    /// Moves it to those that are kept for a day. False if that fails, and it stays where it is.
     bool discard(const std::string& file);
     void keepDiscarded(bool keep) { m_keepsDiscarded = keep; }
 
-    /// Gives all folders free, and removes those in which nothing is left.
+    /// Releases all folders, and removes those that are empty.
     void end();
 
-    /// The last file of a document's folder; empty if there is none.
+    /// The last file in a document's folder; empty if there is none.
     [[nodiscard]] static std::string fileIn(const std::string& folder);
-    /// The one before.
+    /// The previous one.
     [[nodiscard]] static std::string olderIn(const std::string& folder);
 
 private:
@@ -87,7 +87,7 @@ private:
         FileIdentity identity;
         RecoveryCheck check;
     };
-    /// Of one document; empty where there is none.
+    /// For one document; empty where there is none.
     struct Generations
     {
         std::string last, older;
@@ -113,14 +113,14 @@ private:
     std::map<std::string, Known> m_known;
     std::optional<std::vector<AutoSavedFileInfo>> m_left; ///< As long as nothing has changed.
     RecoveryChecker m_checker;
-    std::map<std::string, FileIdentity> m_checking; ///< As they were when they were given to it.
+    std::map<std::string, FileIdentity> m_checking; ///< As they were when it got them.
     std::deque<std::string> m_toClaim;
     bool m_listed = false;
     bool m_awaits = true; ///< Children of dead runs.
     Clock::time_point m_lastListed;
     bool m_keepsDiscarded = true;
     std::optional<Clock::time_point> m_pruned;
-    uintmax_t m_discarded = 0; ///< Bytes, by what has been known since then.
+    uintmax_t m_discarded = 0; ///< Bytes, keyed by what has been known since then.
 };
 
 } // namespace Vs::Recovery

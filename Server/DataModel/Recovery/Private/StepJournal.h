@@ -3,20 +3,20 @@
 #include <string>
 #include <vector>
 
-/// The lines behind a recovery file: steps that were made since it was begun, until the next one is there.
-/// They lie beside it in files with numbers, of which the recovery file names the first
-/// (RecoveryRecord::steps). They outlive the death of the run, but needn't be on the disk. Paths are bytes.
+/// The lines that follow a recovery file: steps made since it was begun, until the next one exists. They are
+/// next to it in numbered files, of which the recovery file names the first (RecoveryRecord::steps). They
+/// survive the death of the run, but needn't be on the disk. Paths are bytes.
 namespace Vs::Recovery::StepJournal {
 
 struct Step
 {
-    std::wstring line;                ///< Empty for a step that no line can make again.
+    std::wstring line;                ///< Empty for a step that no line can repeat.
     std::vector<std::string> digests; ///< Of the document after it (digestsOf).
 };
 
 /// Adds a step to the file of that number. False if it couldn't be kept.
 bool append(const std::string& folder, unsigned number, const Step& step);
-/// The steps from that number on, up to one that no line can make again, or one that isn't there whole.
+/// The steps from that number on, up to one that no line can repeat, or one that is incomplete.
 [[nodiscard]] std::vector<Step> read(const std::string& folder, unsigned first);
 /// Removes the files before that number.
 void removeBefore(const std::string& folder, unsigned number);

@@ -5,9 +5,9 @@
 
 namespace Vs {
 
-/// A component as the commands that edit any kind of object see it. Components that are selected together
-/// are deleted, or pasted, by one request; those of a group (ComponentGroups) go by one of their own, which
-/// takes the others of the group as well, unless one is deleted alone.
+/// A component as seen by the commands that edit any kind of object. Components that are selected together
+/// are deleted, or pasted, by one request; those of a group (ComponentGroups) by a separate one, which also
+/// takes the others of the group, unless one is deleted alone.
 class ComponentObject
     : public Implements<ComponentObject, SharedObject, DataModel::IDeletable, DataModel::IPasteSource>
 {

@@ -4,9 +4,9 @@
 
 namespace Vs {
 
-/// Puts copies of components into an asset, where they lie in the source's coordinates. In
-/// the same asset they show the same bodies; another one gets bodies of its own. The source must be open
-/// when the request is executed; it is an error if a component isn't there any more.
+/// Pastes copies of components into an asset, at their place in the source's coordinates. In the same asset
+/// they show the same bodies; another asset gets its own bodies. The source must be open when the request is
+/// executed; it is an error if a component no longer exists.
 class ComponentPasteRequest : public Implements<ComponentPasteRequest, PasteRequest>
 {
 public:

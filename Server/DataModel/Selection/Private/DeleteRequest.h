@@ -7,9 +7,9 @@
 
 namespace Vs {
 
-/// Deletes components with all that is in them, as one undo step. What stands in an assembly that occurs
-/// several times goes from all of these. Made for one asset and not to be executed on another; ended by
-/// Request::destroy. It is an error if one of the components isn't there.
+/// Deletes components with everything in them, as one undo step. What is in an assembly that occurs several
+/// times disappears from all of its occurrences. Made for one asset and must not be executed on another;
+/// ended by Request::destroy. It is an error if one of the components doesn't exist.
 class DeleteRequest : public Implements<DeleteRequest, Request>
 {
 public:
@@ -20,7 +20,7 @@ protected:
     void onExecute(Asset& asset, Status& status) override;
 
 private:
-    const Asset* m_asset; ///< Only to be compared.
+    const Asset* m_asset; ///< Only for comparison.
     std::vector<ObjectPath> m_paths;
 };
 

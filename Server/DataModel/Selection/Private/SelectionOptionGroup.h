@@ -4,7 +4,7 @@
 
 namespace Vs {
 
-/// What the user wants to pick.
+/// The user's options for what can be picked.
 class SelectionOptionGroup : public Implements<SelectionOptionGroup, OptionGroup>
 {
 public:
@@ -14,7 +14,7 @@ public:
         return group;
     }
 
-    /// The ids of those categories that are left out while no tool runs.
+    /// The ids of the categories that are excluded while no tool runs.
     Option<std::vector<std::wstring>> disabledCategories{*this, "disabledCategories", {L"Solids"}};
 
 private:
