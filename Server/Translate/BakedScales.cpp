@@ -20,7 +20,7 @@ namespace Vs::Translate {
 
 namespace {
 
-/// How far from 1 a scale is that comes of rounding alone.
+/// How far from 1 a scale may be through rounding alone.
 constexpr double kRounding = 1e-9;
 
 bool isRigid(const gp_Trsf& motion)
@@ -34,7 +34,7 @@ bool hasScale(const PartTree::Node& node)
            std::any_of(node.children.begin(), node.children.end(), hasScale);
 }
 
-/// Builds a tree anew, with what is scaled as parts of their own.
+/// Rebuilds a tree, turning scaled parts into separate parts.
 class Rebuilder
 {
 public:
@@ -54,7 +54,7 @@ public:
                 look(root, placed.product);
                 continue;
             }
-            // What stands elsewhere at the top is a reference.
+            // A placed one at the top is a reference.
             look(root, m_shapes->AddShape(XCAFDoc_ShapeTool::GetShape(placed.product).Located(placed.motion),
                                           false));
         }
@@ -67,7 +67,7 @@ private:
         TopLoc_Location motion;
     };
 
-    /// `scale` is that of all above.
+    /// `scale` is the product of all scales above.
     Placed place(const PartTree::Node& node, double scale)
     {
         gp_Trsf motion = Kernel::toMotion(node.placement);
@@ -82,7 +82,7 @@ private:
     {
         if (node.children.empty() && node.body >= 0)
             return part(static_cast<size_t>(node.body), scale);
-        // Those that occur several times stay one.
+        // Several occurrences keep sharing one product.
         TDF_Label& known = m_assemblies[{node.part, scale}];
         if (!known.IsNull() && !node.part.empty())
             return known;

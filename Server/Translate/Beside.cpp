@@ -9,7 +9,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A home with more files than that is no place for models.
+// A home folder with more files than that is not where models are kept.
 constexpr size_t kMostFiles = 1000;
 
 fs::path folderOf(const std::string& file)

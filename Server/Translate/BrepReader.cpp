@@ -28,7 +28,7 @@ Reading readBrep(const std::string& path, Reporter& reporter)
     } catch (const Standard_Failure& failure) {
         throw Unreadable(std::string("isn't a valid BREP file: ") + failure.GetMessageString());
     }
-    // The kernel goes on behind the end with whatever the numbers happen to be, and may well come to a shape.
+    // The kernel reads on past the end with whatever the numbers happen to be, and may well produce a shape.
     if (shape.IsNull() || stream.fail())
         throw Unreadable("isn't a valid BREP file: it ends before its shape is complete");
     const TDF_Label label =

@@ -1,7 +1,7 @@
-// The worker that reads recovery files before they are offered. It opens each as the program would and tells
-// over a pipe what it found; it may crash over a file, or be killed, at any time.
+// The worker that reads recovery files before they are offered. It opens each as the program would and
+// reports its findings over a pipe; it may crash on a file, or be killed, at any time.
 //
-//     quillet-check-recovery FOLDER FILE...
+// quillet-check-recovery FOLDER FILE...
 
 #include "Server/DataModel/Exchange/WorkerProtocol.h"
 #include "Server/DataModel/Recovery/Private/RecoveryCheck.h"
@@ -18,7 +18,7 @@ namespace {
 
 using Vs::Recovery::RecoveryCheck;
 
-constexpr uint64_t kMostUnpacked = uint64_t(4) << 30; // bytes, of a model that somebody has packed anew
+constexpr uint64_t kMostUnpacked = uint64_t(4) << 30; // bytes, of a model that is packed again
 constexpr int kNice = 5;
 
 /// False if nobody listens any more.
@@ -44,10 +44,10 @@ int main(int argc, char** argv)
     }
     Vs::Translate::endWithParent(Vs::Exchange::kWorkerPipe);
     Vs::Translate::limitFiles(kMostUnpacked);
-    // It runs beside a start.
+    // It runs while the program starts.
     static_cast<void>(nice(kNice));
     Vs::Translate::raiseWall({{argv[1]}, {}});
-    // That it runs; then one answer for each file.
+    // First a sign that it runs; then one answer for each file.
     bool heard = tell({});
     for (int i = 2; i < argc && heard; ++i)
         heard = tell(RecoveryCheck::byOpening(argv[i]).write());

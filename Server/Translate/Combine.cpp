@@ -60,7 +60,7 @@ private:
 void takeTreeApart(Kernel::XdeModel& model)
 {
     const Handle(XCAFDoc_ShapeTool) shapes = XCAFDoc_DocumentTool::ShapeTool(model.document()->Main());
-    // What nobody refers to any more is a root itself.
+    // What nothing refers to any more becomes a root itself.
     TDF_LabelSequence old;
     for (shapes->GetFreeShapes(old); !old.IsEmpty(); shapes->GetFreeShapes(old)) {
         for (const TDF_Label& root : old)

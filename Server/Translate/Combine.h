@@ -4,10 +4,10 @@
 
 namespace Vs::Translate {
 
-/// Puts one part that has all others' shapes and colours, in their places, in place of the model's tree.
+/// Replaces the model's tree with one part that has the shapes and colours of all others, in their places.
 void combineParts(Kernel::XdeModel& model, const std::string& name);
 
-/// Takes all that stands in a model's tree out of it, for whoever builds another one of what was read of it.
+/// Removes everything from a model's tree, for callers that build another one from what was read from it.
 void takeTreeApart(Kernel::XdeModel& model);
 
 } // namespace Vs::Translate

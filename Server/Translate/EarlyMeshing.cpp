@@ -19,7 +19,7 @@ EarlyMeshing::EarlyMeshing()
         for (unsigned i = 0; i < free; ++i)
             m_threads.emplace_back([this] { work(); });
     } catch (const std::system_error&) {
-        // Where the system gives no more threads, what isn't meshed early is meshed later.
+        // If the system grants no more threads, what isn't meshed early is meshed later.
     }
 }
 

@@ -11,9 +11,9 @@
 
 namespace Vs::Translate {
 
-/// Meshes shapes on threads of its own while the file's reader still makes others. Only what the reader will
-/// not change any more may be added: the triangles are put into the shape. What can't be meshed is left
-/// alone; it is tried again, and told of, when all shapes are there.
+/// Meshes shapes on separate threads while the file's reader is still making others. Only add what the reader
+/// won't change any more: the triangles are stored in the shape. What can't be meshed is left alone; it is
+/// tried again, and reported, when all shapes exist.
 class EarlyMeshing
 {
 public:
@@ -23,7 +23,7 @@ public:
     EarlyMeshing& operator=(const EarlyMeshing&) = delete;
 
     void add(const TopoDS_Shape& shape);
-    /// Drops what hasn't been begun, and waits for the rest. Nothing may be added after that.
+    /// Drops what hasn't been started, and waits for the rest. Nothing may be added after that.
     void finish();
     /// Whether that shape, wherever it is placed, has its triangles; after `finish`.
     bool hasMeshed(const TopoDS_Shape& shape) const;

@@ -6,11 +6,11 @@
 
 namespace Vs::Translate {
 
-// `helpersFor`, `readFile` and `writeFile` are what a worker program does: each defines them for its own
-// formats, so that it links, and loads at its start, nothing of the others.
+// `helpersFor`, `readFile` and `writeFile` are what a worker program does: each program defines them for its
+// own formats, so that it links, and loads at its start, nothing of the others.
 
-/// Starts what is to help with a file, before the wall is raised and before there is a second thread; null
-/// where the file is read alone. Nothing of it has been read yet.
+/// Starts the helpers for a file, before the wall is raised and before there is a second thread; null if the
+/// file is read without help. Nothing of it has been read yet.
 std::shared_ptr<Helpers> helpersFor(Exchange::Format format, const std::string& path, const Help& help);
 
 /// Reads the shapes with their names, colours and structure, in millimetres. Throws Unreadable.

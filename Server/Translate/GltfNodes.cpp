@@ -17,9 +17,9 @@ namespace Vs::Translate {
 
 namespace {
 
-using Nodes = std::vector<std::vector<size_t>>; ///< For each node, those in it.
+using Nodes = std::vector<std::vector<size_t>>; ///< The children of each node.
 
-/// The numbers of the lists of a text that are members of that name; false from `take` ends it. Returns how
+/// Yields the numbers in the text's lists that are members of that name; false from `take` stops. Returns how
 /// many members there are.
 size_t eachNumber(std::string_view json, std::string_view member, const std::function<bool(size_t)>& take)
 {
@@ -39,8 +39,8 @@ size_t eachNumber(std::string_view json, std::string_view member, const std::fun
     return members;
 }
 
-// Whether the text may be one that the kernel can't cope with. To read all of it takes time, and hardly any
-// file is: where each node is in one other at most, and few hold others, there is nothing to be found.
+// Whether the text may be one that the kernel can't cope with. Reading all of it takes time, and hardly any
+// file is one: if each node is in at most one other, and few contain others, there is nothing to find.
 bool isSuspicious(std::string_view json)
 {
     std::unordered_set<size_t> named;
@@ -67,7 +67,7 @@ Nodes nodesOf(std::string_view json)
     return nodes;
 }
 
-/// Goes down without calling itself, however deep that is.
+/// Descends without recursion, however deep that is.
 class Walk
 {
 public:
@@ -93,7 +93,7 @@ private:
     };
     struct Known
     {
-        uint64_t parts = 0; ///< 0 if it wasn't left yet.
+        uint64_t parts = 0; ///< 0 if it hasn't been left yet.
         size_t levels = 0;
         bool open = false;
     };
@@ -142,7 +142,7 @@ try {
     for (size_t i = 0; i < nodes.size(); ++i)
         walk.from(i);
 } catch (const boost::property_tree::ptree_error&) {
-    // The kernel tells what is wrong.
+    // The kernel reports what is wrong.
 }
 
 } // namespace Vs::Translate

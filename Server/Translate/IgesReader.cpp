@@ -12,8 +12,8 @@ namespace Vs::Translate {
 
 namespace {
 
-// A line ends with its section's letter and its number in that, seven digits wide. Counted from the end: text
-// that isn't plain ASCII moves the columns.
+// A line ends with its section's letter and its number in the section, seven digits wide. Counted from the
+// end, because text that isn't plain ASCII shifts the columns.
 constexpr size_t kLineTail = 8;
 
 struct Section
@@ -32,12 +32,12 @@ long numberIn(std::string_view text)
     return number;
 }
 
-// The last line tells how many lines each section has. The kernel doesn't look: it takes what is there, as if
-// that were all.
+// The last line says how many lines each section has. The kernel doesn't check: it takes what is there, as if
+// that were everything.
 void checkComplete(std::string_view text)
 {
     Section sections[] = {{'S', "start"}, {'G', "global"}, {'D', "directory"}, {'P', "parameter"}};
-    // The other two forms of the format, compressed and binary, begin with another letter.
+    // The other two forms of the format, compressed and binary, start with another letter.
     if (text.size() > 72 && text[72] != 'S')
         return;
     while (!text.empty()) {
@@ -52,7 +52,7 @@ void checkComplete(std::string_view text)
             section.lines += section.letter == letter;
         if (letter != 'T')
             continue;
-        // Four fields of a letter and seven digits, in the sections' order.
+        // Four fields of a letter and seven digits, in the order of the sections.
         for (size_t i = 0; i < std::size(sections); ++i) {
             const Section& section = sections[i];
             const long told = line.size() < (i + 1) * kLineTail || line[i * kLineTail] != section.letter

@@ -18,7 +18,7 @@ Handle(TCollection_HAsciiString) text(const std::string& words)
     return new TCollection_HAsciiString(words.c_str());
 }
 
-// In place of the kernel's own words, and of the user's name, which is nobody's business.
+// Replaces the kernel's own text, and the user's name, which stays private.
 void describe(const Handle(IGESData_IGESModel) & model, const Writing& writing)
 {
     IGESData_GlobalSection section = model->GlobalSection();
@@ -38,7 +38,7 @@ void writeIges(Kernel::XdeModel& model, const Writing& writing, const std::strin
 {
     IGESControl_Controller::Init();
     Interface_Static::SetCVal("write.iges.unit", unitWord(writing).c_str());
-    // As solids; by default the kernel writes their faces alone.
+    // As solids; by default the kernel writes only their faces.
     Interface_Static::SetIVal("write.iges.brep.mode", 1);
     IGESCAFControl_Writer writer;
     writer.SetColorMode(true);

@@ -32,7 +32,7 @@ int countFaces(const TopoDS_Shape& shape)
     return count;
 }
 
-/// Numbers may be such that no surface or no boundary comes of them, of which the kernel says nothing.
+/// With some numbers no surface or no boundary results, which the kernel doesn't report.
 size_t facesWithoutTriangles(const BodyMesh& mesh)
 {
     return static_cast<size_t>(
@@ -40,7 +40,7 @@ size_t facesWithoutTriangles(const BodyMesh& mesh)
                       [](const BodyMesh::Face& face) { return face.triangleCount == 0; }));
 }
 
-// Adds what one body's meshing has done to the work of all.
+// Adds the progress of one body's meshing to that of all.
 class BodyProgress : public Message_ProgressIndicator
 {
 public:
@@ -56,7 +56,8 @@ private:
     double m_told = 0;
 };
 
-// Meshes each shape once, the big ones first, and reports by faces: they tell the work better than parts do.
+// Meshes each shape once, the big ones first, and reports progress by faces, which reflect the work better
+// than parts do.
 std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree, const Reading& reading,
                                                      const std::vector<int>& faces, Reporter& reporter,
                                                      std::vector<std::string>& warnings)
@@ -126,14 +127,15 @@ void importFile(Exchange::Format format, const std::string& path, const std::str
 
     std::vector<std::shared_ptr<const BodyMesh>> meshes = std::move(reading.meshes);
     if (meshes.empty()) {
-        // The reader has let go of the file's content. Left to this thread's heap, that memory would be of no
-        // use to the threads that mesh, and they need as much again.
+        // The reader has released the file's content. Left in this thread's heap, that memory would be
+        // useless to the meshing threads, which need as much again.
         constexpr size_t kWorthIt = 16 << 20;
         if (mallinfo2().fordblks > kWorthIt)
             malloc_trim(0);
         std::vector<std::string> meshWarnings;
         if (reading.later) {
-            // A crash in here is told by this step's name, and tried again without annotations.
+            // A crash in here is reported under this step's name, and the import is tried again without
+            // annotations.
             reporter.stage("reading the annotations", 0.65, 0.9);
             forEachInParallel(2, [&](size_t job) {
                 if (job == 0) {

@@ -17,7 +17,8 @@ bool takeOff(std::string& text, std::string_view beginning)
     return true;
 }
 
-// "Error: invalid OBJ syntax at line 4: vertex index is out of range!" without what our own message says.
+// "Error: invalid OBJ syntax at line 4: vertex index is out of range!" without what our own message says
+// already.
 std::string clauseOf(std::string text)
 {
     if (text.starts_with("File '"))
@@ -38,7 +39,7 @@ public:
     std::vector<std::string> faults, remarks;
 
 protected:
-    // Some readers work in several threads.
+    // Some readers use several threads.
     void send(const TCollection_AsciiString& text, const Message_Gravity gravity) const override
     {
         if (gravity < Message_Warning)

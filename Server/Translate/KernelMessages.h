@@ -8,8 +8,8 @@
 
 namespace Vs::Translate {
 
-/// Takes in what the kernel says while this object lives. Its readers of mesh formats tell there, and nowhere
-/// else, what is wrong with a file.
+/// Collects the kernel's messages while this object lives. Its readers of mesh formats report what is wrong
+/// with a file there, and nowhere else.
 class KernelMessages
 {
 public:
@@ -18,9 +18,9 @@ public:
     KernelMessages(const KernelMessages&) = delete;
     KernelMessages& operator=(const KernelMessages&) = delete;
 
-    /// What made the kernel leave something out, as clauses without a full stop.
+    /// What made the kernel omit something, as clauses without a full stop.
     const std::vector<std::string>& faults() const;
-    /// What it only found worth saying.
+    /// Messages about anything else.
     const std::vector<std::string>& remarks() const;
 
 private:

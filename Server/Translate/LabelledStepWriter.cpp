@@ -19,7 +19,7 @@ TDF_LabelSequence componentsOf(const TDF_Label& assembly, bool deep)
     return components;
 }
 
-// All that names and colours are written of, parts before what is made of them.
+// Everything that has names and colours to write, parts before what is made of them.
 TDF_LabelSequence describedLabels(const TDF_LabelSequence& shapes)
 {
     TDF_LabelSequence labels;
@@ -54,7 +54,7 @@ bool LabelledStepWriter::transferDocument(const Handle(TDocStd_Document) & docum
 {
     TDF_LabelSequence shapes;
     XCAFDoc_DocumentTool::ShapeTool(document->Main())->GetFreeShapes(shapes);
-    // The shapes first, without anything that belongs to them.
+    // First only the shapes, without any attributes.
     setNothingBesides();
     if (!Transfer(shapes, STEPControl_AsIs, nullptr, range))
         return false;
@@ -62,7 +62,7 @@ bool LabelledStepWriter::transferDocument(const Handle(TDocStd_Document) & docum
     const TDF_LabelSequence labels = describedLabels(shapes);
     WriteNames(session, labels);
     writeColoursInPieces(labels);
-    // Nothing is transferred twice; but now the colours become part of the file.
+    // Nothing is transferred twice, but now the colours are added to the file.
     TDF_LabelSequence done;
     done.Append(shapes.First());
     if (!Transfer(done))
@@ -83,7 +83,7 @@ void LabelledStepWriter::setNothingBesides()
     SetSHUOMode(false);
     SetDimTolMode(false);
     SetMaterialMode(false);
-    // No document has the areas and volumes that this would look for.
+    // No document has the areas and volumes that this would search for.
     SetPropsMode(false);
 }
 
@@ -100,7 +100,7 @@ void LabelledStepWriter::writeColoursInPieces(const TDF_LabelSequence& labels)
             write();
     };
     for (const TDF_Label& label : labels) {
-        // The kernel colours all components of an assembly in one go.
+        // The kernel colours all components of an assembly at once.
         const TDF_LabelSequence components = componentsOf(label, false);
         if (components.Length() <= kLabelsAtOnce) {
             add(label);

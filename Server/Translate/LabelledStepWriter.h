@@ -6,12 +6,12 @@
 
 namespace Vs::Translate {
 
-/// Writes what the kernel's own writer does, but gives it few labels at a time to colour: for each of them it
-/// goes through the list from its beginning, so that twice as many take four times as long.
+/// Writes what the kernel's own writer does, but passes it only a few labels at a time to colour: for each of
+/// them it searches the list from the beginning, so that twice as many take four times as long.
 class LabelledStepWriter : public STEPCAFControl_Writer
 {
 public:
-    /// With names, colours, layers, annotations and materials. Returns whether that could be done.
+    /// With names, colours, layers, annotations and materials. Returns whether it succeeded.
     bool transferDocument(const Handle(TDocStd_Document) & document, const Message_ProgressRange& range);
 
 private:

@@ -24,7 +24,7 @@ private:
     std::shared_ptr<const FileMapping> m_mapping;
 };
 
-/// Gives bytes to a reader that takes a stream, and tells how far it has come, from 0 to 1.
+/// Feeds bytes to a reader that takes a stream, and reports how far it has come, from 0 to 1.
 class ReportingBuffer : public std::streambuf
 {
 public:

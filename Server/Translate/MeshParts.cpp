@@ -93,11 +93,11 @@ std::shared_ptr<const BodyMesh> meshOf(const TopoDS_Shape& shape, const Kernel::
     return mesh;
 }
 
-// Writes a model while its triangles, which stay as they are, become meshes.
+// Writes a model while its triangles are turned into meshes and themselves stay as they are.
 class Storing
 {
 public:
-    /// `bytes` is about how much there will be.
+    /// `bytes` is the approximate size of the result.
     Storing(Kernel::XdeModel& model, size_t bytes) : m_stream(roomFor(bytes))
     {
         m_thread = std::thread([this, &model] {

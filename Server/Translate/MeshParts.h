@@ -4,9 +4,9 @@
 
 namespace Vs::Translate {
 
-/// Completes a reading whose parts consist of triangles, as the mesh formats give them: their materials
-/// become colours, and each body gets the mesh that is shown. Normals that the file holds are kept; where it
-/// has none, they are made smooth where triangles meet at less than 30 degrees. Throws Unreadable.
+/// Completes the reading of a file whose parts consist of triangles, as in the mesh formats: their materials
+/// become colours, and each body gets the mesh that is shown. Normals in the file are kept; if it has none,
+/// they are smooth where triangles meet at less than 30 degrees. Throws Unreadable.
 void takeMeshes(Reading& reading, Reporter& reporter);
 
 } // namespace Vs::Translate

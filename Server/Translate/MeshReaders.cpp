@@ -29,7 +29,7 @@ namespace fs = std::filesystem;
 
 constexpr double kMillimetre = 0.001;
 
-// What happens in the kernel's threads comes out of them under another type, with the old one's name in its
+// An exception thrown in the kernel's threads arrives as another type, with the original type's name in its
 // text.
 bool perform(RWMesh_CafReader& reader, const std::string& path, const Message_ProgressRange& progress)
 {
@@ -49,7 +49,7 @@ Handle(TDataStd_Name) nameOf(const TDF_Label& label)
     return name;
 }
 
-// An object of several colours has, for the kernel, one part without a name of its own.
+// For the kernel, an object of several colours has one part without its own name.
 void nameOnlyPart(const TDF_Label& object)
 {
     TDF_LabelSequence parts;
@@ -63,7 +63,7 @@ void nameOnlyPart(const TDF_Label& object)
             TDataStd_Name::Set(label, nameOf(object)->Get());
 }
 
-// The kernel names the root of several groups after the file; a person knows it without its suffix.
+// The kernel names the root of several groups after the file; users know it without the suffix.
 void nameRoots(const Handle(TDocStd_Document) & document, const std::string& path)
 {
     TDF_LabelSequence roots;
@@ -109,7 +109,7 @@ Reading readMesh(RWMesh_CafReader& reader, const char* format, const std::string
                                    firstOf(messages.faults()));
     std::vector<std::string> remarks;
     for (const std::string& remark : messages.remarks())
-        // That polygons become triangles, say, is nothing to worry about.
+        // Remarks such as that polygons become triangles are no cause for concern.
         if (remark.find("not found") != std::string::npos || remark.find("unsupported") != std::string::npos)
             remarks.push_back(remark);
     if (!remarks.empty())
@@ -122,7 +122,7 @@ bool holds(std::string_view text, std::string_view word)
     return text.find(word) != std::string_view::npos;
 }
 
-// The text of a glTF file; in a GLB file it is the first piece, between lengths and the numbers.
+// The text of a glTF file; in a GLB file it is the first chunk, between lengths and the binary data.
 std::string_view jsonOf(std::string_view bytes, bool binary)
 {
     constexpr size_t kLengthPlace = 12, kBegin = 20;
@@ -133,12 +133,12 @@ std::string_view jsonOf(std::string_view bytes, bool binary)
     return bytes.substr(kBegin, length);
 }
 
-// False only if all that the text refers to is within it. To read it all only to find that out takes the
-// kernel as long as reading it for good.
+// False only if everything that the text refers to is inside it. Having the kernel read everything just to
+// find that out would take as long as the real reading.
 bool mayReferToFiles(std::string_view json)
 {
     constexpr std::string_view kMember = "\"uri\"", kWithin = "\"data:";
-    // The member's name may be hidden behind codes.
+    // The member's name may be hidden behind escapes.
     if (holds(json, "\\u"))
         return true;
     for (size_t at = json.find(kMember); at != std::string_view::npos; at = json.find(kMember, at + 1)) {
@@ -149,8 +149,9 @@ bool mayReferToFiles(std::string_view json)
     return false;
 }
 
-// Tells of the files of colours beside the file, and gives those that lie elsewhere. The kernel asks for them
-// too, and the worker's wall refuses them; where none stands, a file that names such isn't read at all.
+// Reports the material libraries next to the file, and returns those that are elsewhere. The kernel asks for
+// these too, and the worker's wall refuses them; if they don't exist, it doesn't read a file that names them
+// at all.
 std::vector<std::string> takeLibraries(const std::string& path, Reporter& reporter)
 {
     const fs::path folder = fs::path(path).parent_path();
@@ -176,7 +177,7 @@ std::vector<std::string> takeLibraries(const std::string& path, Reporter& report
     return elsewhere;
 }
 
-// A GLB file begins with "glTF", its version and its length, each of four bytes.
+// A GLB file begins with "glTF", its version and its length, each four bytes.
 void checkComplete(std::string_view bytes)
 {
     constexpr size_t kHeader = 12, kLengthPlace = 8;
@@ -195,7 +196,7 @@ Reading readObj(const std::string& path, Reporter& reporter)
     reporter.stage("reading the file", 0.0, 0.7);
     std::vector<std::string> refused = takeLibraries(path, reporter);
     const Handle(RWObj_CafReader) reader = new RWObj_CafReader;
-    // Coordinates have no unit; as nearly everybody does, they are taken for millimetres with y upwards.
+    // Coordinates have no unit; following common practice they are taken as millimetres with y up.
     reader->SetFileLengthUnit(kMillimetre);
     Reading reading = readMesh(*reader, "OBJ", path, "holds no triangles", reporter);
     for (int i = 1; i <= reader->ExternalFiles().Extent(); ++i)
@@ -226,7 +227,7 @@ Reading readGltf(const std::string& path, bool binary, Reporter& reporter)
     }
     const Handle(RWGltf_CafReader) probe = new RWGltf_CafReader;
     if (!complete) {
-        // What the file refers to is known before anything of that is read.
+        // The files that it refers to are known before any of them is read.
         const KernelMessages unheard;
         probe->ProbeHeader(path.c_str());
     }

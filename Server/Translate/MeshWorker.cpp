@@ -1,4 +1,4 @@
-// The worker for the formats that hold triangles with names, colours and structure: OBJ and glTF.
+// The worker for the formats of triangles with names, colours and structure: OBJ and glTF.
 
 #include "Server/Translate/Family.h"
 #include "Server/Translate/MeshReaders.h"

@@ -6,16 +6,15 @@
 
 namespace Vs::Translate {
 
-/// For each line of an OBJ file that names its files of colours what these may be: with blanks in it, a line
-/// may name one file or several.
+/// For each line of an OBJ file that names its material libraries, what these may be: if it contains blanks,
+/// a line may name one file or several.
 std::vector<std::vector<std::string>> objLibraries(std::string_view text);
 
-/// The text with each line that a backslash continues made one, as the kernel reads it; empty if there is
-/// none.
+/// The text with lines continued by a backslash joined, as the kernel reads it; empty if there are none.
 std::string joinedObjLines(std::string_view text);
 
 /// Whether the kernel finds no other names in the text than `objLibraries` does. It joins lines in its own
-/// way where its buffer ends, and knows more blanks.
+/// way where its buffer ends, and treats more characters as blanks.
 bool hasOnlyPlainLibraries(std::string_view text);
 
 } // namespace Vs::Translate

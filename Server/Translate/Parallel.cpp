@@ -30,7 +30,7 @@ void forEachInParallel(size_t count, const std::function<void(size_t)>& job)
         while (others.size() + 1 < std::min(processors, count))
             others.emplace_back(work);
     } catch (const std::system_error&) {
-        // Where the system gives no more threads, those that there are do it.
+        // If the system grants no more threads, the existing ones do the work.
     }
     work();
     for (std::thread& thread : others)

@@ -5,9 +5,8 @@
 
 namespace Vs::Translate {
 
-/// Does a job for each index, on all processors; throws what one of them threw when all have ended. Plain
-/// threads: what there is to do is a few long jobs, and bringing up a scheduler takes longer than a small
-/// model does.
+/// Runs a job for each index, on all processors; when all have ended, rethrows what one of them threw. Plain
+/// threads: there are only a few long jobs, and starting a scheduler takes longer than a small model does.
 void forEachInParallel(size_t count, const std::function<void(size_t)>& job);
 
 } // namespace Vs::Translate

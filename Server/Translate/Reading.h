@@ -13,7 +13,7 @@
 
 namespace Vs::Translate {
 
-/// Why a file can't be read, as a clause that goes after its name: "holds no surfaces or solids".
+/// Why a file can't be read, as a clause that follows its name: "holds no surfaces or solids".
 class Unreadable : public std::runtime_error
 {
 public:
@@ -22,11 +22,11 @@ public:
 
 class Helpers;
 
-/// How a file is to be read.
+/// How to read a file.
 struct ReadingOptions
 {
     bool annotations = true;
-    bool salvage = false;  ///< It is damaged: only what is sound of it, where the format can tell.
+    bool salvage = false;  ///< It is damaged: only its sound content, where the format can tell.
     bool isStrict = false; ///< It is refused if it is damaged.
     /// Processes that read beside this one; null for none. They were started before the wall was raised.
     std::shared_ptr<Helpers> helpers;
@@ -37,17 +37,17 @@ struct Reading
 {
     std::unique_ptr<Kernel::XdeModel> model;
     std::vector<std::string> warnings;
-    /// What to say if there turns out to be nothing that can be shown.
+    /// What to report if nothing turns out to be displayable.
     std::string ifEmpty = "holds no surfaces or solids that can be read";
-    /// What can go on beside the meshing, such as the annotations, and adds its warnings; may be empty.
+    /// What can run beside the meshing, such as reading annotations, and adds its warnings; may be empty.
     std::function<void(std::vector<std::string>& warnings)> later;
-    /// What has begun to mesh the shapes while the reader was still at work; may be null.
+    /// Started to mesh the shapes while the reader was still at work; may be null.
     std::unique_ptr<EarlyMeshing> early;
     /// Tells whether a shape came with its triangles; may be empty.
     std::function<bool(const TopoDS_Shape&)> isMeshed;
-    /// Meshes that came with the file, in the order of the tree's bodies; empty where they are to be made.
+    /// Meshes that came with the file, in the order of the tree's bodies; empty if they are still to be made.
     std::vector<std::shared_ptr<const BodyMesh>> meshes;
-    /// What the model writes, if that is known already.
+    /// The writer of the model, if that is known already.
     std::string stored;
 };
 
@@ -55,23 +55,23 @@ struct Reading
 struct Help
 {
     uint64_t memory = 0; ///< Bytes.
-    std::string pieces;  ///< A folder for what they may need again; empty for none.
+    std::string pieces;  ///< A folder for what they may reuse; empty for none.
 };
 
-/// What a family of formats starts to be helped by.
+/// The helpers that a family of formats starts.
 class Helpers
 {
 public:
     virtual ~Helpers() = default;
 };
 
-/// How deep assemblies may lie within assemblies: below what exhausts the stack where the kernel's own
-/// functions call themselves for each level.
+/// How deep assemblies may be nested: less than what exhausts the stack where the kernel's own functions
+/// recurse for each level.
 constexpr size_t kMostLevels = 2000;
 /// Throws Unreadable if there are more levels, or occurrences of parts, than can be shown.
 void checkLimits(size_t levels, uint64_t parts);
 
-/// The file's name without folder and suffix: the name of what has none.
+/// The file's name without folder and suffix: the name of anything that has none.
 std::string stemOf(const std::string& path);
 
 } // namespace Vs::Translate

@@ -4,8 +4,8 @@
 
 namespace Vs::Translate {
 
-/// Throws if a face has triangles but no surface: the exact formats have no place for such, and the kernel
-/// dies of it.
+/// Throws if a face has triangles but no surface: the exact formats can't hold one, and the kernel crashes on
+/// it.
 void refuseMeshes(Kernel::XdeModel& model);
 
 } // namespace Vs::Translate

@@ -32,7 +32,7 @@ void checkTriangles(const Poly_Triangulation& triangulation)
     }
 }
 
-// The kernel hands on the numbers of points as they stand in the file, and whoever looks a point up believes
+// The kernel passes on the indices of points as they are in the file, and code that looks a point up trusts
 // them.
 void checkTriangles(const TopoDS_Face& face)
 {
@@ -50,7 +50,7 @@ void checkTriangles(const TopoDS_Face& face)
     }
 }
 
-// What the program does with each part of a model that is opened, it does here first.
+// Does here first what the program does with each part of a model that is opened.
 void look(const Kernel::XdeTree& tree, Reporter& reporter)
 {
     for (size_t i = 0; i < tree.shapes.size(); ++i) {

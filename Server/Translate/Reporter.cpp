@@ -8,7 +8,7 @@ namespace Vs::Translate {
 
 namespace {
 
-// What is worth a message of its own.
+// The smallest step worth a message.
 constexpr double kLeastStep = 0.002;
 
 } // namespace

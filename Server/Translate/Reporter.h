@@ -10,7 +10,7 @@
 
 namespace Vs::Translate {
 
-/// Tells the program that started this worker how the work goes. Any thread.
+/// Reports progress to the program that started this worker. Any thread.
 class Reporter
 {
 public:
@@ -20,7 +20,7 @@ public:
     void progress(double fraction);
     void warning(const std::string& text) { send({Exchange::WorkerMessage::Kind::Warning, 0, text}); }
     void error(const std::string& text) { send({Exchange::WorkerMessage::Kind::Error, 0, text}); }
-    /// What is read depends on another file, too; an empty path for one whose name isn't known.
+    /// What is read also depends on another file; an empty path for one whose name isn't known.
     void dependsOn(const std::string& path) { send({Exchange::WorkerMessage::Kind::Other, 0, path}); }
     /// For the log of the machine.
     void note(const std::string& text) { send({Exchange::WorkerMessage::Kind::Note, 0, text}); }
@@ -35,7 +35,7 @@ private:
     double m_told = -1;
 };
 
-/// Hands the kernel's own progress on as that of the current stage.
+/// Forwards the kernel's own progress as that of the current stage.
 class KernelProgress : public Message_ProgressIndicator
 {
 public:

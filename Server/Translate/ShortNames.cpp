@@ -7,7 +7,7 @@ namespace Vs::Translate {
 
 namespace {
 
-// The kernel's own reader takes 16,000 bytes for one text, in which some characters become twelve.
+// The kernel's own reader takes 16,000 bytes for one text, in which some characters need twelve.
 constexpr int kLongest = 1200;
 
 } // namespace

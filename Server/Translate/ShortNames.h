@@ -4,7 +4,7 @@
 
 namespace Vs::Translate {
 
-/// Cuts off names of thousands of characters, for formats whose readers give up at a text that long: STEP and
+/// Truncates names of thousands of characters, for formats whose readers fail on a text that long: STEP and
 /// IGES.
 void shortenNames(Kernel::XdeModel& model);
 

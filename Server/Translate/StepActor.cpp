@@ -12,8 +12,8 @@ namespace Vs::Translate {
 
 namespace {
 
-// The kernel carries a state over from one occurrence to the next where bodies share faces, and for files of
-// one program whose bodies it has to sew together.
+// The kernel carries state over from one occurrence to the next where bodies share faces, and for files from
+// one program whose bodies it must sew together.
 bool sharesFaces(const Handle(Interface_InterfaceModel) & model)
 {
     const auto step = Handle(StepData_StepModel)::DownCast(model);

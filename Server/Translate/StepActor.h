@@ -8,8 +8,8 @@ namespace Vs::Translate {
 
 class StepAssemblies;
 
-/// Transfers what the kernel's own actor does, and to the same shapes, but in a time that grows with the
-/// number of occurrences. The kernel looks for each occurrence at everything that refers to its part and to
+/// Transfers what the kernel's own actor does, to the same shapes, but in a time that grows linearly with the
+/// number of occurrences. For each occurrence the kernel examines everything that refers to its part and to
 /// its assembly, so that twice as many take four times as long. Here occurrences are placed before the kernel
 /// asks for them, from the innermost assembly outwards, so that its own recursion ends at the first step,
 /// however deep the assemblies are.
@@ -27,7 +27,7 @@ public:
                  const Message_ProgressRange& range) override;
 
 private:
-    std::unique_ptr<StepAssemblies> m_assemblies; // Of the file of which the last transfer was.
+    std::unique_ptr<StepAssemblies> m_assemblies; // Of the file of the last transfer.
 };
 
 } // namespace Vs::Translate

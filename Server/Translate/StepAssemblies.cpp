@@ -56,7 +56,7 @@ void StepAssemblies::bindBelow(const Product& root, const Message_ProgressRange&
         const Level level = std::move(levels.back());
         levels.pop_back();
         leave(level);
-        // The kernel transfers the outermost one as it does all roots.
+        // The kernel transfers the outermost one like all roots.
         if (!levels.empty())
             m_actor.TransferShape(level.product, m_process, Standard_True, Standard_False, scope.Next());
     }
@@ -149,7 +149,7 @@ std::optional<StepAssemblies::Occurrence> StepAssemblies::occurrence(const Usage
     return found.product.IsNull() ? std::nullopt : std::optional(found);
 }
 
-// Files of some programs tell the assembly and its part the other way round than the usage does, which
+// Files from some programs relate the assembly and its part the other way round than the usage, which is what
 // counts.
 bool StepAssemblies::reverses(const Handle(StepShape_ContextDependentShapeRepresentation) & placing,
                               const Usage& usage)
@@ -177,7 +177,7 @@ bool StepAssemblies::place(const Handle(StepRepr_RepresentationRelationship) & r
     placement = gp_Trsf();
     if (from.IsNull() || to.IsNull())
         return false;
-    // The kernel looks through all items for these two, of which an assembly has one for each occurrence.
+    // The kernel searches all items for these two, and an assembly has one item for each occurrence.
     const std::array<Handle(StepRepr_RepresentationItem), 2> ends{transformation->TransformItem1(),
                                                                   transformation->TransformItem2()};
     return m_actor.ComputeTransformation(from, to, reduced(relation->Rep1(), ends),

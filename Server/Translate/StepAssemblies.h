@@ -30,8 +30,8 @@ public:
     const Handle(Transfer_TransientProcess) & process() const { return m_process; }
 
     /// Transfers all products below this one, and binds the occurrences of all of them to their placed
-    /// shapes. What is described in a way that isn't usual, or has no shape, is left to the actor. Throws
-    /// Unreadable if a product contains itself, or if there are more levels or occurrences than can be shown.
+    /// shapes. What is described in an unusual way, or has no shape, is left to the actor. Throws Unreadable
+    /// if a product contains itself, or if there are more levels or occurrences than can be shown.
     void bindBelow(const Product& root, const Message_ProgressRange& range);
 
 private:
@@ -44,11 +44,11 @@ private:
         bool moved = false, reversed = false;
     };
 
-    /// What the file says of a representation elsewhere, found once.
+    /// What other parts of the file say about a representation, looked up once.
     struct Details
     {
-        Product owner; ///< Of which it is the shape.
-        Product shown; ///< Which is transferred for it; nearly always the same.
+        Product owner; ///< The one whose shape it is.
+        Product shown; ///< The one transferred in its place; nearly always the same.
         std::unordered_set<const Standard_Transient*> items;
     };
 
@@ -58,12 +58,12 @@ private:
         std::vector<Usage> usages;
         size_t next = 0;
         std::optional<Occurrence> pending; ///< The occurrence whose product is being transferred.
-        uint64_t parts = 0;                ///< How many there are in what was bound so far.
+        uint64_t parts = 0;                ///< How many there are in what has been bound so far.
     };
 
     Level enter(const Product& product);
     void leave(const Level& level);
-    /// Goes on with the usages; returns a product that has to be transferred first, or null at their end.
+    /// Continues with the usages; returns a product that must be transferred first, or null at their end.
     Product advance(Level& level);
     void bind(const Usage& usage, const Occurrence& occurrence);
 
@@ -72,7 +72,7 @@ private:
     bool reverses(const Handle(StepShape_ContextDependentShapeRepresentation) & placing, const Usage& usage);
     bool place(const Handle(StepRepr_RepresentationRelationship) & relation, gp_Trsf& placement);
     const Details& details(const Handle(StepRepr_Representation) & representation);
-    /// The same representation with no other items than those of these that are its own.
+    /// The same representation, with only those of these items that are its own.
     Handle(StepRepr_Representation) reduced(const Handle(StepRepr_Representation) & representation,
                                             std::span<const Handle(StepRepr_RepresentationItem)> items);
 
@@ -81,7 +81,7 @@ private:
     int m_products = 0;
     std::unordered_map<const Standard_Transient*, Details> m_details;
     std::unordered_set<const Standard_Transient*> m_entered;
-    std::unordered_map<const Standard_Transient*, uint64_t> m_parts; ///< In each product that was left.
+    std::unordered_map<const Standard_Transient*, uint64_t> m_parts; ///< In each product that has been left.
 };
 
 } // namespace Vs::Translate

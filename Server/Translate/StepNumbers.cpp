@@ -22,7 +22,7 @@ namespace {
 
 constexpr double kLargest = 1e9;
 
-// What isn't a number is none of these.
+// Anything that isn't a number is none of these.
 bool isSensible(double number)
 {
     return std::abs(number) < kLargest;
@@ -69,7 +69,7 @@ bool fails(const Handle(Standard_Transient) & entity, Test passes)
 
 bool hasAbsurdNumber(const Handle(Standard_Transient) & entity)
 {
-    // The most frequent ones first, and no more questions to them.
+    // The most frequent ones first, and no further checks for them.
     if (entity->IsKind(STANDARD_TYPE(StepGeom_CartesianPoint)))
         return fails<StepGeom_CartesianPoint>(entity, isPlace);
     if (entity->IsKind(STANDARD_TYPE(StepGeom_Direction)))

@@ -5,8 +5,8 @@
 
 namespace Vs::Translate {
 
-/// Whether a STEP entity has a number that nobody can have meant: a place beyond a million kilometres, a
-/// direction that leads nowhere, a radius that isn't positive, knots that fall. The kernel takes them as they
+/// Whether a STEP entity has a number that nobody can have meant: a position beyond a million kilometres, a
+/// direction of length zero, a radius that isn't positive, decreasing knots. The kernel accepts them as they
 /// are.
 [[nodiscard]] bool hasAbsurdNumber(const Handle(Standard_Transient) & entity);
 

@@ -25,9 +25,9 @@ namespace Vs::Translate {
 
 namespace {
 
-// Looks, while the transfer goes on, for shapes that it is done with. The kernel tells its progress on the
-// thread that transfers, between one item and the next; what has a representation bound to it is complete
-// then: each of its solids was healed before, and what still comes only places it in assemblies.
+// While the transfer runs, looks for shapes that it has finished. The kernel reports its progress on the
+// transferring thread, between one item and the next; whatever has a representation bound to it is complete
+// then: each of its solids was healed before, and what remains only places it in assemblies.
 class TransferWatch : public KernelProgress
 {
 public:
@@ -42,7 +42,7 @@ public:
         const Handle(Transfer_TransientProcess) process =
             transfer.IsNull() ? nullptr : transfer->TransientProcess();
         for (; !process.IsNull() && m_seen < process->NbMapped(); ++m_seen) {
-            // A reference to what isn't in the file is mapped as well, as nothing.
+            // A reference to something missing from the file is mapped as well, as nothing.
             const Handle(Standard_Transient)& entity = process->Mapped(m_seen + 1);
             if (!entity.IsNull() && entity->IsKind(STANDARD_TYPE(StepShape_ShapeRepresentation)))
                 mesh(TransferBRep::ShapeResult(process->MapItem(m_seen + 1)));
@@ -61,8 +61,7 @@ private:
     int m_seen = 0;
 };
 
-// What the parts that lie in other files come from. Those have files of their own, which the kernel doesn't
-// tell.
+// Where parts in other files come from. They have separate files, which the kernel doesn't report.
 void tellReferences(const StepReferences& references, StepSession& reader, const std::string& path,
                     Reading& reading, Reporter& reporter)
 {
@@ -89,7 +88,7 @@ bool holds(std::string_view text, std::initializer_list<std::string_view> words)
     return false;
 }
 
-/// Loads a text, and tells of it as of the current step.
+/// Loads a text, reporting it as part of the current step.
 bool load(StepSession& reader, const std::string& path, std::string_view bytes, Reporter& reporter)
 {
     return reader.load(path, bytes, [&](double fraction) { reporter.progress(fraction); });
@@ -102,7 +101,7 @@ struct Loaded
     std::string salvaged; ///< What was loaded instead of the file's own text; empty for none.
 };
 
-/// Loads the file, or what is sound of it.
+/// Loads the file, or its sound content.
 Loaded loadSound(const std::string& path, std::string_view file, const ReadingOptions& options,
                  Reading& reading, Reporter& reporter)
 {
@@ -119,7 +118,7 @@ Loaded loadSound(const std::string& path, std::string_view file, const ReadingOp
     if (isWhole && !sound.wasDamaged)
         return loaded;
     if (options.salvage && !sound.wasDamaged) {
-        // What broke down on the first try may have been its shares.
+        // The cause of the first crash may have been its shares.
         reporter.stage("reading the file", 0.0, 0.35);
         if (Shares::ShareReaders::concern(path) && load(*loaded.reader, path, file, reporter))
             return loaded;
@@ -141,7 +140,7 @@ Loaded loadSound(const std::string& path, std::string_view file, const ReadingOp
     return loaded;
 }
 
-/// What shares hold has been bound and meshed; of the rest, what the transfer is done with is meshed
+/// The content of shares has been bound and meshed; of the rest, whatever the transfer has finished is meshed
 /// meanwhile.
 bool transfer(StepSession& reader, Handle(TDocStd_Document) & document, bool isShared, Reading& reading,
               Reporter& reporter)

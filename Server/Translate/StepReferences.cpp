@@ -19,7 +19,7 @@ class Collector
 public:
     explicit Collector(const std::string& file) : m_file(file) {}
 
-    /// Returns what is to stand in place of the name.
+    /// Returns what replaces the name.
     Handle(TCollection_HAsciiString) take(const Handle(TCollection_HAsciiString) & name)
     {
         if (name.IsNull() || name->IsEmpty())

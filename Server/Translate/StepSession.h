@@ -10,19 +10,19 @@
 
 namespace Vs::Translate {
 
-/// The kernel's reader of one STEP file, in the way in which all are read here.
+/// The kernel's reader of one STEP file, configured as for all of them here.
 ///
-/// The kernel reads annotations only in one go with everything else; apart, their failure can't cost the
-/// geometry.
+/// The kernel reads annotations only together with everything else; read separately, their failure can't cost
+/// the geometry.
 class StepSession : public STEPCAFControl_Reader
 {
 public:
     static std::shared_ptr<StepSession> make();
 
-    /// Parses the text of a file, of which the path is only the name. False if it can't be understood.
+    /// Parses the text of a file; the path is only its name. False if it can't be understood.
     bool load(const std::string& path, std::string_view bytes, const ReportingBuffer::Report& report);
-    /// Whether the kernel missed anything in an entity, as a reference that leads nowhere, doesn't know it,
-    /// or took a number that can't be. It goes on, and says nothing, or stumbles over it later.
+    /// Whether the kernel missed anything in an entity, such as a dangling reference, doesn't know it, or
+    /// accepted an impossible number. It carries on silently, or fails on it later.
     bool lacksAnything() const;
     void readAnnotations(Handle(TDocStd_Document) document) { ReadGDTs(Reader().WS(), document); }
 };

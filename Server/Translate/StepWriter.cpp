@@ -19,7 +19,7 @@ Handle(TCollection_HAsciiString) text(const std::string& words)
     return new TCollection_HAsciiString(words.c_str());
 }
 
-// In place of the kernel's own words, and of the user's name, which is nobody's business.
+// Replaces the kernel's own text, and the user's name, which stays private.
 void describe(const Handle(StepData_StepModel) & model, const Writing& writing)
 {
     APIHeaderSection_MakeHeader header(model);
@@ -49,7 +49,7 @@ void writeStep(Kernel::XdeModel& model, const Writing& writing, const std::strin
     reporter.stage("writing the file", 0.7, 1.0);
     if (writer.Write(path.c_str()) != IFSelect_RetDone)
         throw Unreadable("can't be written");
-    // The kernel breaks lines by their bytes, and its reader takes what it broke for other letters.
+    // The kernel breaks lines by bytes, and its reader takes the broken characters for others.
     keepCharactersWhole(path);
 }
 

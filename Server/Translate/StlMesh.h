@@ -18,12 +18,12 @@ struct StlSolid
     std::vector<float> corners;
 };
 
-/// Reads both forms, in any case of the keywords, with any number of solids. Triangles with coordinates that
-/// are no numbers are left out with a warning. Throws Unreadable where the text makes no sense.
+/// Reads both forms, with keywords in any case and any number of solids. Triangles with coordinates that
+/// aren't numbers are omitted with a warning. Throws Unreadable if the text makes no sense.
 std::vector<StlSolid> parseStl(std::string_view bytes, Reporter& reporter,
                                std::vector<std::string>& warnings);
 
-/// Joins corners of equal coordinates to one node for the kernel, and makes the mesh that is shown: smooth
+/// Merges corners of equal coordinates into one node for the kernel, and makes the mesh that is shown: smooth
 /// where triangles meet at less than 30 degrees, with an edge line where they meet at more.
 Handle(Poly_Triangulation) triangulate(const StlSolid& solid, BodyMesh& mesh);
 

@@ -33,7 +33,7 @@ float dot(const Normal& a, const Normal& b)
     return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
 }
 
-// Finds the node of a place. Slots side by side, without an allocation for each node: there are millions.
+// Finds the node at a position. Slots in one array, without an allocation for each node: there are millions.
 class NodeTable
 {
 public:
@@ -41,7 +41,7 @@ public:
 
     uint32_t nodeAt(const float* p)
     {
-        // Adding zero turns -0 into 0, which is the same place.
+        // Adding zero turns -0 into 0, which is the same position.
         const Vertex vertex{p[0] + 0.0f, p[1] + 0.0f, p[2] + 0.0f};
         if (m_nodes.size() * 2 >= m_slots.size())
             grow();
@@ -117,7 +117,7 @@ void addVertices(const JoinedTriangles& joined, BodyMesh& mesh)
             corners[fill[joined.triangles[t][k]]++] = t * 3 + uint32_t(k);
 
     mesh.triangles.resize(corners.size());
-    // A node of very many triangles is a fan; comparing each with each would take for ever.
+    // A node with very many triangles is a fan; comparing each with each would take for ever.
     constexpr uint32_t kMostCompared = 64;
     for (uint32_t node = 0; node < joined.nodes.size(); ++node) {
         const uint32_t begin = firstCorner[node], end = firstCorner[node + 1];
@@ -151,7 +151,7 @@ void addVertices(const JoinedTriangles& joined, BodyMesh& mesh)
 
 void addEdgeLines(const JoinedTriangles& joined, BodyMesh& mesh)
 {
-    /// A side of a triangle, kept with the lower of its two nodes.
+    /// A side of a triangle, keyed by the lower of its two nodes.
     struct Side
     {
         uint32_t high, triangle;

@@ -24,11 +24,11 @@ struct JoinedTriangles
 /// their order is kept.
 JoinedTriangles joinTriangles(const std::vector<float>& positions, const std::vector<uint32_t>& triangles);
 
-/// The same for triangles that share nothing: three corners of three coordinates for each.
+/// The same for triangles that share no vertices: three corners of three coordinates each.
 JoinedTriangles joinTriangles(const std::vector<float>& corners);
 
-/// Gives each corner the mean normal of the triangles around its node that lie nearly in its own plane (less
-/// than 30 degrees away); corners of one node with one normal become one vertex of the mesh. Fills the
+/// Gives each corner the mean normal of the triangles around its node that are nearly coplanar with it (less
+/// than 30 degrees apart); corners of one node with one normal become one vertex of the mesh. Fills the
 /// positions, normals, triangles and bounds of a mesh that has none yet.
 void addVertices(const JoinedTriangles& joined, BodyMesh& mesh);
 

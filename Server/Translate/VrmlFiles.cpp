@@ -41,7 +41,7 @@ void checkVersion(std::string_view text)
         throw Unreadable("is a VRML 1.0 file; only VRML 2.0 can be read");
 }
 
-/// `open` gives what the kernel reads of a text.
+/// `open` receives what the kernel reads from a text.
 template <class Open>
 void read(VrmlFile& file, std::string_view text, const std::string& folder, Open&& open)
 {
@@ -61,7 +61,7 @@ void read(VrmlFile& file, std::string_view text, const std::string& folder, Open
 VrmlFiles::VrmlFiles(const std::string& path, Reporter& reporter)
     : m_folder(std::filesystem::path(path).parent_path().string()), m_first(std::make_unique<VrmlFile>())
 {
-    // Where the folder has nothing of a name, the kernel looks where the program was started.
+    // If the folder has nothing of that name, the kernel looks in the working directory.
     std::error_code ignored;
     std::filesystem::current_path(m_folder, ignored);
     const MappedFile file(path);

@@ -12,26 +12,26 @@
 
 namespace Vs::Translate {
 
-/// One file as the kernel has read it, with lengths in millimetres.
+/// One file as read by the kernel, with lengths in millimetres.
 struct VrmlFile
 {
     VrmlData_Scene scene;
-    VrmlMarks marks; ///< In place of which the scene has transformations without content.
+    VrmlMarks marks; ///< Where the scene has empty transformations instead.
 };
 
-/// A VRML file with those that it takes in, each a scene of its own: so its names are its own, and what the
-/// kernel doesn't read itself is found in all of them.
+/// A VRML file with those that it inlines, each a separate scene: so their names don't clash, and what the
+/// kernel itself doesn't read is found in all of them.
 class VrmlFiles
 {
 public:
-    /// Changes the working directory of the program, since the kernel looks for others there. Throws
+    /// Changes the working directory of the program, since the kernel looks for the other files there. Throws
     /// Unreadable.
     VrmlFiles(const std::string& path, Reporter& reporter);
 
     const VrmlFile& first() const { return *m_first; }
-    /// What such a node takes in.
+    /// What such a node inlines.
     const VrmlFile& inlined(const VrmlMark& mark) const { return *m_others.at(mark.urls); }
-    /// What was left out, as it is named.
+    /// What was left out, as named in the file.
     const std::vector<std::string>& refused() const { return m_refused; }
 
 private:

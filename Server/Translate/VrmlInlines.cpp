@@ -15,7 +15,7 @@ namespace {
 constexpr std::string_view kNode = "Inline", kEmptyNode = "Group ";
 static_assert(kNode.size() == kEmptyNode.size());
 
-/// Behind the string that begins at `at`.
+/// After the string that begins at `at`.
 size_t takeString(std::string_view text, size_t at, std::string& string)
 {
     for (++at; at < text.size() && text[at] != '"'; ++at) {
@@ -26,7 +26,7 @@ size_t takeString(std::string_view text, size_t at, std::string& string)
     return at + 1;
 }
 
-/// More is taken for one than the kernel would, and never less.
+/// Accepts more as one than the kernel would, and never less.
 std::vector<VrmlInlineNode> nodesIn(std::string_view text)
 {
     std::vector<VrmlInlineNode> nodes;
@@ -40,7 +40,7 @@ class Visitor
 public:
     explicit Visitor(const std::string& file) : m_file(file) { m_open.insert(canonical(file)); }
 
-    /// Whether the node takes in what lies beside the file, directly and by way of others.
+    /// Whether the node inlines files next to this one, directly or through others.
     bool mayStay(const VrmlInlineNode& node)
     {
         return std::all_of(node.urls.begin(), node.urls.end(),
@@ -89,7 +89,7 @@ private:
             return std::all_of(nodes.begin(), nodes.end(),
                                [&](const VrmlInlineNode& node) { return mayStay(node); });
         } catch (const Unreadable&) {
-            return true; // The kernel says so.
+            return true; // The kernel reports it.
         }
     }
 
@@ -132,7 +132,7 @@ VrmlInlines vrmlInlines(std::string_view text, const std::string& file)
         if (changed.empty())
             changed = text;
         changed.replace(node.begin, kEmptyNode.size(), kEmptyNode);
-        // The lines stay, since messages count them.
+        // Line breaks stay, since messages count lines.
         for (size_t at = node.body; at < node.end; ++at)
             if (changed[at] != '\n')
                 changed[at] = ' ';

@@ -18,7 +18,7 @@ namespace Vs::Translate {
 
 namespace {
 
-/// Scales that nobody writes, far enough from each other to be told in spite of rounding.
+/// Scales that nobody writes, far enough apart to be distinguished in spite of rounding.
 constexpr double kFirstMark = 7.0e11, kMarkStep = 1.0e6;
 
 double markOf(size_t number)
@@ -26,7 +26,7 @@ double markOf(size_t number)
     return kFirstMark + kMarkStep * static_cast<double>(number);
 }
 
-/// The numbers of one field, and where they stand.
+/// The numbers of one field, and where they are.
 template <size_t count>
 struct Field
 {
@@ -34,10 +34,10 @@ struct Field
     size_t begin = 0, end = 0;
 };
 
-/// A node "Transform", as far as its text says where it places things.
+/// A node "Transform", as far as its text describes its placement.
 struct Transform
 {
-    bool is = false; ///< Else another node, or a list.
+    bool is = false; ///< Otherwise another node, or a list.
     Field<3> translation{{0, 0, 0}}, centre{{0, 0, 0}}, scale{{1, 1, 1}};
     Field<4> rotation{{0, 0, 1, 0}}, orientation{{0, 0, 1, 0}};
 
@@ -76,7 +76,7 @@ private:
     }
 };
 
-/// The words of a text with where they stand; comments and strings are none.
+/// The words of a text with their positions, skipping comments and strings.
 class Words
 {
 public:
@@ -96,7 +96,7 @@ public:
         return m_text.substr(begin, m_at - begin);
     }
 
-    /// False, without a word less, if no such numbers come next.
+    /// False, without consuming a word, if no such numbers follow.
     template <size_t count>
     bool read(Field<count>& field)
     {
@@ -159,18 +159,18 @@ void readField(std::string_view name, Words& words, Transform& transform)
         words.read(transform.orientation);
 }
 
-/// What the kernel is to read as something else.
+/// What the kernel should read as something else.
 struct Place
 {
     size_t begin, end;
     VrmlMark mark;
 };
 
-/// A node or a list that has begun.
+/// A node or a list that has been opened.
 struct Open
 {
     Transform transform;
-    std::optional<size_t> inlined; ///< Where the name stands, of a node that takes in a file.
+    std::optional<size_t> inlined; ///< Where the name is, for a node that inlines a file.
 };
 
 void close(const Open& node, std::string_view text, std::vector<Place>& places)
@@ -199,7 +199,7 @@ std::vector<Place> placesIn(std::string_view text)
             if (word == "{" && before == "Inline")
                 node.inlined = static_cast<size_t>(before.data() - text.data());
             open.push_back(node);
-            // A group has its braces, and those in it brackets.
+            // A group has its braces, and its children brackets.
             checkLimits(open.size() / 2, 1);
         } else if (open.empty())
             continue;
@@ -240,7 +240,7 @@ VrmlMarks vrmlMarks(std::string_view text)
         scale.append(1, ' ').append(number).append(1, ' ').append(number);
         marks.text += text.substr(copied, place.begin - copied);
         marks.text += place.mark.urls.empty() ? scale : "Transform { scale " + scale + " }";
-        // The lines stay, since messages count them.
+        // Line breaks stay, since messages count lines.
         for (const char c : text.substr(place.begin, place.end - place.begin))
             if (c == '\n')
                 marks.text += c;

@@ -8,30 +8,30 @@
 
 namespace Vs::Translate {
 
-/// A node of a VRML text that the kernel reads as something else: a transformation that scales along its axes
-/// differently, whose scale it would drop without a word, or an inlined file, of which it would do the same.
+/// A node of a VRML text that the kernel is given as something else: a transformation with a non-uniform
+/// scale, which the kernel would silently drop, or an inlined file, which it would drop as well.
 struct VrmlMark
 {
-    gp_GTrsf motion;               ///< With lengths as they stand in the text.
-    std::vector<std::string> urls; ///< Of an inlined file; empty for a transformation.
+    gp_GTrsf motion;               ///< With lengths as written in the text.
+    std::vector<std::string> urls; ///< For an inlined file; empty for a transformation.
 };
 
 struct VrmlMarks
 {
-    /// What the kernel is to read instead: transformations, each with a mark in place of its scale. Empty if
-    /// there is none.
+    /// What the kernel reads instead: transformations, each with a mark in place of its scale. Empty if there
+    /// is none.
     std::string text;
     std::vector<VrmlMark> marks; ///< In the order of the text.
 
-    /// The one that was marked with the scale which the kernel has read; null if that is no mark.
+    /// The one that was marked with the scale that the kernel has read; null if that isn't a mark.
     const VrmlMark* marked(double scale) const;
 };
 
-/// Throws Unreadable if groups lie deeper in groups than can be read (checkLimits).
+/// Throws Unreadable if groups are nested deeper than can be read (checkLimits).
 VrmlMarks vrmlMarks(std::string_view text);
 
-/// The same motion as one that can be combined with such; the kernel's own conversion keeps a scale beside
-/// the matrix, where it is lost then.
+/// The same motion in a form that can be combined with such; the kernel's own conversion keeps a scale
+/// separate from the matrix, where it is then lost.
 gp_GTrsf affine(const gp_Trsf& motion);
 
 } // namespace Vs::Translate

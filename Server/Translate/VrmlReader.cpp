@@ -46,11 +46,11 @@ namespace {
 
 constexpr double kMillimetresInMetre = 1000;
 
-/// Files around one that is taken in. Each costs several calls on the stack, and nobody has so many.
+/// Depth of inlined files. Each level costs several calls on the stack, and no real file has so many.
 constexpr int kMostFilesAround = 200;
 
-// The kernel gives the simple solids as shells whose faces don't agree on what is outside; they are made
-// anew.
+// The kernel returns the simple solids as shells whose faces don't agree on what is outside; they are
+// rebuilt.
 TopoDS_Shape shapeOf(const Handle(VrmlData_Geometry) & geometry)
 {
     const auto standing = [](double height) { return gp_Ax2(gp_Pnt(0, -height / 2, 0), gp::DY()); };
@@ -78,7 +78,7 @@ bool isOfTriangles(const TopoDS_Shape& shape)
     return faces.More() && BRep_Tool::Surface(TopoDS::Face(faces.Current()), location).IsNull();
 }
 
-// What the triangles turn their outer side to is told by the order of their corners, which a mirror turns.
+// Which side of a triangle is the outside follows from the order of its corners, which mirroring reverses.
 Handle(Poly_Triangulation) stretched(const Poly_Triangulation& mesh, const gp_GTrsf& motion)
 {
     Handle(Poly_Triangulation) image =
@@ -127,8 +127,8 @@ TopoDS_Shape stretched(const TopoDS_Shape& shape, const gp_GTrsf& motion)
 }
 
 /// Builds an assembly tree from the nodes of a scene. A node that is used several times becomes one product
-/// with several occurrences. What is scaled along its axes differently, which no place can say, has parts of
-/// its own instead.
+/// with several occurrences. Anything with a non-uniform scale, which no placement can express, gets separate
+/// parts instead.
 class SceneBuilder
 {
 public:
@@ -145,7 +145,7 @@ public:
         const std::vector<Placed> parts = visitScene(0, nullptr);
         if (parts.empty())
             return;
-        // The format's up is y, ours is z.
+        // The format has y up, we have z up.
         gp_Trsf upright;
         upright.SetRotation(gp::OX(), std::numbers::pi / 2);
         addAssembly(parts, upright, name);
@@ -201,7 +201,7 @@ private:
         return around(std::move(parts), gp_Trsf(), name, above ? nullptr : &file);
     }
 
-    /// `above` leads out of all that is around the node, if something there is stretched; else null.
+    /// `above` leads out of everything around the node, if something there is stretched; otherwise null.
     Placed visit(const Handle(VrmlData_Node) & node, int depth, const gp_GTrsf* above)
     {
         if (node.IsNull())
@@ -237,13 +237,13 @@ private:
         return parts;
     }
 
-    /// What a group makes of its parts, and is known by if it isn't null.
+    /// What a group makes of its parts; cached under the group if it isn't null.
     Placed around(std::vector<Placed> parts, const gp_Trsf& motion, const std::string& name,
                   const void* group)
     {
         if (parts.empty())
             return {};
-        // A transform around one thing only places it.
+        // A transform around a single thing only places it.
         if (parts.size() == 1) {
             if (!name.empty())
                 parts.front().name = name;
@@ -301,8 +301,8 @@ private:
     }
 
     const VrmlFiles& m_files;
-    const VrmlFile* m_file; ///< Whose nodes are being visited.
-    int m_filesAround = 0;  ///< Those in which that one is taken in.
+    const VrmlFile* m_file; ///< The one whose nodes are being visited.
+    int m_filesAround = 0;  ///< Those that inline that one.
     Handle(XCAFDoc_ShapeTool) m_shapes;
     Handle(XCAFDoc_ColorTool) m_colours;
     std::map<std::pair<const void*, const void*>, TDF_Label> m_parts;

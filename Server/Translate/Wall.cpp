@@ -30,7 +30,7 @@ constexpr unsigned long kNameMemory = 0x53564d41; // PR_SET_VMA
 constexpr uint64_t kRead = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR;
 constexpr uint64_t kOfFiles = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_WRITE_FILE | kTruncate;
 
-/// All rights that the running kernel knows to refuse; none if it doesn't know how.
+/// All rights that the running kernel can refuse; none if it doesn't support that.
 uint64_t refusableRights()
 {
     const long version = syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION);
@@ -62,13 +62,13 @@ private:
     int m_number;
 };
 
-/// The rules of which files may be used, to be filled and then enforced.
+/// The rules for which files may be used, to be filled and then enforced.
 class FileRules
 {
 public:
     FileRules() : m_refusable(refusableRights()), m_rules(create(m_refusable)) {}
 
-    /// What isn't there is left out.
+    /// What doesn't exist is left out.
     void allow(const std::string& path, uint64_t rights)
     {
         const Descriptor place(open(path.c_str(), O_PATH | O_CLOEXEC));
@@ -99,14 +99,14 @@ private:
     Descriptor m_rules;
 };
 
-// What libraries look at by themselves: other libraries, the zone of the time, the number of processors.
+// What libraries look at by themselves: other libraries, the time zone, the number of processors.
 constexpr const char* kOfTheSystem[] = {"/usr",           "/lib",
                                         "/lib64",         "/etc/ld.so.cache",
                                         "/etc/localtime", "/sys/devices/system/cpu",
                                         "/proc/self",     "/proc/meminfo",
                                         "/dev/null"};
 
-/// The program's own libraries, and what the variables of the kernel name.
+/// The program's own libraries, and what the geometry kernel's environment variables name.
 std::vector<std::string> ownPlaces()
 {
     std::error_code ignored;
@@ -145,7 +145,7 @@ constexpr int kAllowed[] = {
     // memory
     SCMP_SYS(brk), SCMP_SYS(madvise), SCMP_SYS(memfd_create), SCMP_SYS(mincore), SCMP_SYS(mmap), SCMP_SYS(mmap2), SCMP_SYS(mprotect),
     SCMP_SYS(mremap), SCMP_SYS(msync), SCMP_SYS(munmap),
-    // files; which ones is for the other part of the wall
+    // files; which ones is decided by the other part of the wall
     SCMP_SYS(_llseek), SCMP_SYS(access), SCMP_SYS(close), SCMP_SYS(dup), SCMP_SYS(dup2), SCMP_SYS(dup3),
     SCMP_SYS(faccessat), SCMP_SYS(faccessat2), SCMP_SYS(fadvise64), SCMP_SYS(fallocate), SCMP_SYS(fdatasync),
     SCMP_SYS(fstat), SCMP_SYS(fstat64), SCMP_SYS(fstatfs), SCMP_SYS(fsync), SCMP_SYS(ftruncate),
@@ -167,7 +167,7 @@ constexpr int kAllowed[] = {
     SCMP_SYS(times), SCMP_SYS(uname),
 };
 
-// Allowed if all arguments are as they are here.
+// Allowed if all arguments have these values.
 struct Call
 {
     int call;
@@ -181,9 +181,9 @@ std::vector<Call> callsByArgument()
     const auto self = static_cast<uint64_t>(getpid());
     return {
         {SCMP_SYS(clone), {has(0, CLONE_THREAD)}},        // threads, and no processes
-        {SCMP_SYS(tgkill), {is(0, self)}},                // signals to itself alone: the way of abort()
+        {SCMP_SYS(tgkill), {is(0, self)}},                // signals only to itself: how abort() works
         {SCMP_SYS(sched_setaffinity), {is(0, 0)}},
-        {SCMP_SYS(prlimit64), {is(0, 0), is(2, 0)}},      // asking, not setting
+        {SCMP_SYS(prlimit64), {is(0, 0), is(2, 0)}},      // queries, not changes
         {SCMP_SYS(prlimit64), {is(0, 0), is(1, RLIMIT_AS)}},
         {SCMP_SYS(setrlimit), {is(0, RLIMIT_AS)}},
         {SCMP_SYS(prctl), {is(0, PR_SET_NAME)}},
@@ -197,7 +197,7 @@ std::vector<Call> callsByArgument()
 }
 // clang-format on
 
-// What it takes to start processes, which then raise walls of their own.
+// What it takes to start processes, which then raise their own walls.
 std::vector<Call> callsOfForking()
 {
     const auto is = [](unsigned argument, uint64_t value) {
@@ -207,7 +207,7 @@ std::vector<Call> callsOfForking()
         {SCMP_SYS(clone), {is(0, CLONE_CHILD_SETTID | CLONE_CHILD_CLEARTID | SIGCHLD)}},
         {SCMP_SYS(wait4), {}},
         {SCMP_SYS(kill), {is(1, SIGKILL)}},
-        {SCMP_SYS(tgkill), {}}, // a child's own signals to itself
+        {SCMP_SYS(tgkill), {}}, // a child's signals to itself
         {SCMP_SYS(prctl), {is(0, PR_SET_PDEATHSIG)}},
         {SCMP_SYS(prctl), {is(0, PR_SET_NO_NEW_PRIVS)}},
         {SCMP_SYS(prctl), {is(0, PR_SET_SECCOMP)}},
@@ -222,10 +222,10 @@ std::vector<Call> callsOfForking()
 }
 
 // A call that isn't allowed fails as on a kernel that doesn't know it: the C library then falls back to older
-// ways, of which it knows one for everything that is needed here.
+// calls, and it has one for everything needed here.
 bool shutCalls([[maybe_unused]] bool mayFork)
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) // they ask the system for more than we do
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) // they ask for more than we do
     return false;
 #endif
     const scmp_filter_ctx filter = seccomp_init(SCMP_ACT_ERRNO(ENOSYS));
@@ -234,8 +234,8 @@ bool shutCalls([[maybe_unused]] bool mayFork)
     constexpr uint32_t kAsTree = 2;
     seccomp_attr_set(filter, SCMP_FLTATR_CTL_OPTIMIZE, kAsTree);
     seccomp_attr_set(filter, SCMP_FLTATR_CTL_TSYNC, 1);
-    // Some kernels slow a filtered process down, lest it guesses at secrets of others within it. Here are
-    // none.
+    // Some kernels slow down a filtered process so that it can't guess others' secrets inside it. Here there
+    // are none.
     seccomp_attr_set(filter, SCMP_FLTATR_CTL_SSB, 1);
     for (const int call : kAllowed)
         seccomp_rule_add(filter, SCMP_ACT_ALLOW, call, 0);
@@ -277,13 +277,13 @@ void limitFiles(uint64_t written)
 {
     limit(RLIMIT_FSIZE, written);
     limit(RLIMIT_CORE, 0);
-    // Who writes too much is told so like one who fills the disk.
+    // Writing too much then fails like writing to a full disk.
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
 void limitMemory([[maybe_unused]] uint64_t memory)
 {
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they need more room than there is
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they need more address space than that
     limit(RLIMIT_AS, memory);
 #endif
 }
@@ -298,7 +298,7 @@ void endWithProcess(int parent)
 void endWithParent(int pipe)
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    // It may have died before that.
+    // The parent may have died before that.
     pollfd listener{pipe, 0, 0};
     if (poll(&listener, 1, 0) == 1 && (listener.revents & POLLERR))
         std::_Exit(3);

@@ -15,7 +15,8 @@ bool isFollowing(char byte)
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-/// Returns whether the piece was changed. The bytes behind kPiece are those that the next one begins with.
+/// Returns whether the piece was changed. The bytes after kPiece are the ones that the next piece begins
+/// with.
 bool mend(std::string& piece)
 {
     bool changed = false;

@@ -20,7 +20,7 @@ std::string whyNoMore(const std::string& path)
     const int descriptor = open(path.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
     if (descriptor < 0)
         return std::strerror(errno);
-    // More than what a file system may have left of the block in which the file ends now.
+    // More than a file system may have left in the file's last block.
     const std::vector<char> more(size_t(1) << 20);
     std::string cause;
     for (size_t done = 0; done < more.size() && cause.empty();) {

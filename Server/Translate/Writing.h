@@ -4,19 +4,19 @@
 
 namespace Vs::Translate {
 
-/// How a model is to be written.
+/// How to write a model.
 struct Writing
 {
-    std::string combined;    ///< All parts become one of this name, if it has any.
-    std::string unit = "mm"; ///< Of the file's lengths, where its format has any choice.
-    std::string document;    ///< Its name, which the file's header says.
-    std::string software;    ///< The program and its version, the same.
+    std::string combined;    ///< If it has a name, all parts become one of that name.
+    std::string unit = "mm"; ///< Of the file's lengths, if its format has a choice.
+    std::string document;    ///< Its name, for the file's header.
+    std::string software;    ///< The program and its version, likewise.
 };
 
-/// The unit of the file's lengths as the kernel's writers of exact formats call it.
+/// The unit of the file's lengths as the kernel's writers of exact formats name it.
 std::string unitWord(const Writing& writing);
 
-/// What the system says against writing on into a file: that its disk is full, say. Empty if it would let it
+/// The system's objection to extending a file: that its disk is full, for example. Empty if the file may
 /// grow. The file may be longer afterwards.
 std::string whyNoMore(const std::string& path);
 

@@ -49,9 +49,9 @@ struct Task
     uint64_t memory = RLIM_INFINITY, written = RLIM_INFINITY;
 };
 
-// The kernel takes and gives back arrays of some hundred kilobytes all the time. By its usual limits the
-// allocator would hand each of them back to the system, whose fresh pages are a tenth of the time of a small
-// file. Kept, they are used again: the peak stays the same.
+// The kernel allocates and frees arrays of some hundred kilobytes all the time. With its default thresholds
+// the allocator would return each of them to the system, whose fresh pages take a tenth of the time of a
+// small file. Kept, they are reused: the peak stays the same.
 void keepFreedMemory()
 {
     mallopt(M_MMAP_THRESHOLD, 32 << 20);
@@ -103,17 +103,17 @@ bool mayReferToOthers(Exchange::Format format)
            format != Exchange::Format::Stl;
 }
 
-/// Throws Unreadable if the result has no place to be written to.
+/// Throws Unreadable if the result can't be written where it should be.
 void closeIn(const Task& task, Reporter& reporter)
 {
     Wall wall{{task.source}, task.target};
     if (task.work == Task::Work::Import && mayReferToOthers(task.format))
         for (std::string& place : placesBeside(task.source))
             wall.readable.push_back(std::move(place));
-    // The kernel's writers ask for the user's name, which the file then doesn't get.
+    // The kernel's writers ask for the user's name, which thus doesn't get into the file.
     if (task.work == Task::Work::Export)
         wall.readable.insert(wall.readable.end(), {"/etc/passwd", "/etc/nsswitch.conf"});
-    // Only what is there can be let through.
+    // Only existing files can be let through.
     const int target = open(task.target.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (target < 0)
         throw Unreadable("can't be kept: " + task.target + ": " + std::strerror(errno));
@@ -143,7 +143,7 @@ void exportFile(const Task& task, Reporter& reporter)
     } catch (const Standard_OutOfMemory&) {
         throw;
     } catch (...) {
-        // The kernel's writers never say that the disk is full.
+        // The kernel's writers never report a full disk.
         if (const std::string cause = whyNoMore(name); !cause.empty())
             throw Unreadable("can't be written: " + cause);
         throw;
@@ -156,7 +156,7 @@ int run(Task& task)
     try {
         if (task.work == Task::Work::Import && !task.reading.salvage)
             task.reading.helpers = helpersFor(task.format, task.source, {task.memory, task.pieces});
-        // The kernel takes what it is given for UTF-8, which the name of a folder need not be.
+        // The kernel takes what it is given as UTF-8, which the name of a folder need not be.
         if (task.work == Task::Work::Export)
             std::filesystem::current_path(std::filesystem::path(task.target).parent_path());
         closeIn(task, reporter);
@@ -197,6 +197,6 @@ int main(int argc, char** argv)
     }
     Vs::Translate::limitFiles(task.written);
     Vs::Translate::keepFreedMemory();
-    // Taking the kernel's structures apart takes long, and the system does it at once.
+    // Destroying the kernel's structures takes long, and the system does it at once.
     std::_Exit(Vs::Translate::run(task));
 }

@@ -20,11 +20,10 @@ constexpr std::array<std::string_view, static_cast<size_t>(Role::Count)> kRoleNa
 
 struct Row
 {
-    std::string_view entity; ///< With "+" before it as part of a complex instance.
+    std::string_view entity; ///< With a "+" in front as part of a complex instance.
     std::string_view roles;
-    /// A word a parameter; "?" behind one that may be omitted, "*" behind one that may be derived, "[" and
-    /// "]" around a list that must be whole,
-    /// "{" and "}" around one of which some may be missing.
+    /// One word per parameter; "?" after one that may be omitted, "*" after one that may be derived, "[" and
+    /// "]" around a list that must be whole, "{" and "}" around one in which some may be missing.
     std::string_view values;
 };
 
@@ -200,7 +199,7 @@ Role roleNamed(std::string_view name)
     return Role::Count;
 }
 
-/// The next word of a row, or nothing at its end.
+/// The next word of a row; empty at its end.
 std::string_view nextWord(std::string_view& text)
 {
     const size_t begin = text.find_first_not_of(' ');

@@ -7,7 +7,7 @@
 
 namespace Vs::Translate::Salvage {
 
-/// Kinds of instances as far as others ask for them: what may stand where a curve is wanted.
+/// Kinds of instances, as far as others require them: what is acceptable where a curve is wanted.
 enum class Role : unsigned char {
     Point,
     Direction,
@@ -54,41 +54,41 @@ enum class Role : unsigned char {
 };
 using Roles = std::bitset<static_cast<size_t>(Role::Count)>;
 
-/// What a parameter has to be.
+/// What a parameter must be.
 struct ValueRule
 {
     enum class Kind : unsigned char {
-        Any,  ///< Whatever it is, what it refers to has to be there.
+        Any,  ///< Anything, but what it refers to must exist.
         Text, ///< Or omitted.
         Word,
         Logical,
         Number,
         Positive,
         Share, ///< From 0 to 1.
-        Count, ///< An integer above 0.
+        Count, ///< A positive integer.
         Derived,
-        Typed,     ///< A number, with its type or without.
-        Reference, ///< To an instance of the role.
-        List,      ///< Of `inner`, of which none may be missing; at least one.
-        Some,      ///< The same, but it does with those that are there; at least one.
+        Typed,     ///< A number, with or without its type.
+        Reference, ///< A reference to an instance of the role.
+        List,      ///< A list of `inner`, none of which may be missing; at least one.
+        Some,      ///< The same, but the existing ones are enough; at least one.
     };
     Kind kind = Kind::Any;
     bool isOptional = false;  ///< May be omitted.
-    bool isDerivable = false; ///< May be left to be derived.
+    bool isDerivable = false; ///< May be derived.
     Role role = Role::Item;
     const ValueRule* inner = nullptr;
 };
 
-/// What is known of an entity.
+/// What is known about an entity.
 struct EntityRule
 {
     Roles roles; ///< Of its instances.
     std::vector<ValueRule> values;
-    bool hasValues = false; ///< Whether `values` tells its parameters; else each may be anything.
+    bool hasValues = false; ///< Whether `values` lists its parameters; otherwise each may be anything.
 };
 
-/// The rule of an entity; null for one of which nothing is known. As part of a complex instance an entity has
-/// only the parameters that it adds to those of its supertypes, and so has another rule.
+/// The rule of an entity; null for an unknown one. As part of a complex instance an entity has only the
+/// parameters that it adds to those of its supertypes, and so has another rule.
 [[nodiscard]] const EntityRule* ruleOf(std::string_view entity, bool isPart);
 
 } // namespace Vs::Translate::Salvage

@@ -6,8 +6,9 @@
 
 namespace Vs::Translate::Salvage {
 
-/// Lets what is unsound take with it what can't do without it. Each link is looked at when its target goes,
-/// so that no chain of them, however it stands in the file, costs more than once through it.
+/// Lets unsound instances take down those that can't do without them. Each link is examined when its target
+/// is dropped, so that no chain of them, in whatever order they are in the file, costs more than one pass
+/// over it.
 class Instances::Settling
 {
 public:
@@ -37,7 +38,7 @@ private:
 
     Instance& at(size_t place) { return m_instances.m_all[place]; }
 
-    /// Notes to what an instance refers.
+    /// Records what an instance refers to.
     void enter(size_t place)
     {
         m_members[place] = 0;
@@ -55,20 +56,20 @@ private:
     {
         for (size_t i = 0; at(place).isSound && i < at(place).links.size(); ++i)
             if (goes(place, i))
-                i = size_t(-1); // It has become another one.
+                i = size_t(-1); // It was changed into another one.
     }
 
     void judgeUsersOf(size_t changed)
     {
-        const std::vector<Use> uses = m_uses[changed]; // Those that become others add themselves.
+        const std::vector<Use> uses = m_uses[changed]; // Those that are changed into others add themselves.
         for (const auto& [user, link] : uses)
             if (at(user).isSound && link < at(user).links.size() &&
                 at(user).links[link].target == at(changed).number && goes(user, link))
                 judge(user);
     }
 
-    /// Whether the instance can't do without what the link has lost, and became another one that is to be
-    /// judged.
+    /// Whether the instance couldn't do without what the link lost, and was changed into another one, which
+    /// must be judged again.
     bool goes(size_t place, size_t number)
     {
         Instance& instance = at(place);
@@ -87,8 +88,8 @@ private:
 
     Instances& m_instances;
     std::vector<std::vector<Use>> m_uses; ///< Of each instance.
-    std::vector<size_t> m_members;        ///< How many there are left of the lists that do with fewer.
-    std::vector<size_t> m_open;           ///< Instances that changed, whose users are to be judged.
+    std::vector<size_t> m_members;        ///< How many members are left in the lists that need not be whole.
+    std::vector<size_t> m_open;           ///< Changed instances, whose users are still to be judged.
 };
 
 Instances::Instances(std::string_view bytes)
@@ -102,11 +103,12 @@ Instances::Instances(std::string_view bytes)
     Settling(*this).run();
 }
 
-/// An occurrence that lost its place would be in its assembly without being seen; without it the part stands
-/// for itself.
+/// An occurrence that lost its placement would be in its assembly without being visible; without the
+/// occurrence the part is a root of its own.
 void Instances::dropUnplaced()
 {
-    std::unordered_map<uint32_t, bool> isPlaced; // By the occurrences' properties that are placed at all.
+    std::unordered_map<uint32_t, bool>
+        isPlaced; // Keyed by those properties of occurrences that have a placement.
     for (const Instance& instance : m_all) {
         if (instance.text.find("CONTEXT_DEPENDENT_SHAPE_REPRESENTATION") != instance.text.npos &&
             instance.links.size() == 2)
@@ -151,7 +153,7 @@ bool Instances::holds(const Link& link) const
     const Instance* target = find(link.target);
     if (!target || link.role == Role::Count)
         return target != nullptr;
-    // Of these the standard knows more than stand in the table of rules, and the kernel passes over them.
+    // The standard has more of these than the table of rules, and the kernel skips them.
     const bool hasUnknown =
         link.role == Role::Item || link.role == Role::Colour || link.role == Role::Measure;
     return target->roles.test(static_cast<size_t>(link.role)) || (hasUnknown && target->roles.none());
@@ -164,7 +166,7 @@ bool Instances::canBeReplaced(const Instance& instance, const Link& link)
            link.role == Role::Exponents;
 }
 
-/// Of two with one number the first that is sound.
+/// Of two with the same number, the first sound one.
 bool Instances::becomesItsSpare(Instance& instance)
 {
     const auto spare = m_spares.extract(instance.number);
@@ -174,7 +176,7 @@ bool Instances::becomesItsSpare(Instance& instance)
     return true;
 }
 
-/// A curve on surfaces, with curves in their parameters, can do with itself alone.
+/// A curve on surfaces, with parametric curves, can be replaced by its 3D curve alone.
 bool Instances::becomesItsCurve(Instance& instance)
 {
     const auto isOnSurfaces = [](const Instance& one) {
@@ -186,7 +188,7 @@ bool Instances::becomesItsCurve(Instance& instance)
     if (instance.links.empty() || !holds(instance.links[0]))
         return false;
     const Instance curve = *find(instance.links[0].target);
-    // Each other's curves they would be for ever.
+    // Two that are each other's curve would go on for ever.
     if (isOnSurfaces(curve))
         return false;
     ++m_lost;

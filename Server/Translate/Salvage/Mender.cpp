@@ -6,7 +6,7 @@ namespace Vs::Translate::Salvage {
 
 namespace {
 
-/// One that says that both are the shape of the same, and not where one stands in the other.
+/// One that says that both are shapes of the same thing, not how one is placed in the other.
 bool isPlainRelationship(const Instance& instance)
 {
     return instance.roles.test(size_t(Role::Relationship)) && instance.links.size() == 2;
@@ -54,7 +54,7 @@ void Mender::mend()
     giveProducts();
 }
 
-/// Those that sound instances with that role link to.
+/// The targets to which sound instances link with that role.
 std::unordered_set<uint32_t> Mender::linkedBy(Role role) const
 {
     std::unordered_set<uint32_t> linked;
@@ -66,7 +66,7 @@ std::unordered_set<uint32_t> Mender::linkedBy(Role role) const
     return linked;
 }
 
-/// What tells to whom a shape belongs.
+/// What tells whose shape it is.
 void Mender::findLinkers()
 {
     for (const Instance& instance : m_instances.all())
@@ -104,7 +104,7 @@ void Mender::countFaces()
     }
 }
 
-/// A solid whose shell has a hole encloses nothing any more.
+/// A solid whose shell has a hole no longer encloses anything.
 void Mender::mendSolids()
 {
     for (const Instance& instance : m_instances.all()) {
@@ -120,13 +120,13 @@ void Mender::mendSolids()
                 m_replaced[instance.number] = "SHELL_BASED_SURFACE_MODEL" + name + listOf({outer}) + ')';
                 m_replaced.try_emplace(outer, std::string());
             } else if (is(instance, Role::Solid)) {
-                // A hollow that has a hole is none.
+                // A void whose shell has a hole isn't one.
                 m_replaced.try_emplace(instance.number,
                                        "MANIFOLD_SOLID_BREP" + name + reference(outer) + ')');
             }
         }
     }
-    // A closed shell that isn't closed is called so.
+    // A closed shell that isn't closed is renamed accordingly.
     for (auto& [number, statement] : m_replaced) {
         const Instance* shell = m_instances.find(number);
         if (!statement.empty() || !shell || shell->entity != "CLOSED_SHELL")
@@ -153,7 +153,7 @@ void Mender::gatherLooseShells()
 {
     std::unordered_set<uint32_t> used = linkedBy(Role::Solid);
     used.merge(linkedBy(Role::ShellModel));
-    used.merge(linkedBy(Role::Shell)); // By an oriented one.
+    used.merge(linkedBy(Role::Shell)); // Through an oriented one.
     for (const Instance& instance : m_instances.all()) {
         if (!instance.isSound || !is(instance, Role::Shell) || used.contains(instance.number))
             continue;
@@ -167,7 +167,7 @@ void Mender::gatherLooseShells()
         m_newShapes.push_back(add("SHELL_BASED_SURFACE_MODEL('Salvaged'," + listOf(m_newShells) + ')'));
 }
 
-/// A context for shapes: one of the file's, which has its units.
+/// A context for shapes: one from the file, which has its units.
 uint32_t Mender::context()
 {
     for (const Instance& instance : m_instances.all())
@@ -217,7 +217,7 @@ void Mender::makeProduct(uint32_t representation)
     add("SHAPE_DEFINITION_REPRESENTATION(" + reference(property) + ',' + reference(representation) + ')');
 }
 
-/// To shapes that no product leads to any more.
+/// For shapes that no product leads to any more.
 void Mender::giveProducts()
 {
     std::unordered_set<uint32_t> reached;
@@ -255,7 +255,7 @@ void Mender::giveProducts()
     }
 }
 
-/// What the part is called that shows the solid or surface: as its product, or as itself.
+/// The name of the part that shows the solid or surface: that of its product, or its own.
 std::string Mender::partOf(uint32_t item) const
 {
     const auto whoLinks = [this](uint32_t target, auto&& suits) -> const Instance* {
@@ -276,9 +276,9 @@ std::string Mender::partOf(uint32_t item) const
                 if (!shown && link.target != representation->number)
                     shown = whoLinks(link.target, shows);
     }
-    // From the property over definition and formation to the product.
+    // From the property via definition and formation to the product.
     const Instance* one = shown ? m_instances.find(shown->links[0].target) : nullptr;
-    constexpr int kSteps = 8; // Properties of each other would go round for ever.
+    constexpr int kSteps = 8; // Properties of each other would loop for ever.
     for (int step = 0; one && !is(*one, Role::Product); ++step)
         one = step == kSteps       ? nullptr
               : one->links.empty() ? nullptr
@@ -287,7 +287,7 @@ std::string Mender::partOf(uint32_t item) const
     return named ? firstText(named->text) : std::string();
 }
 
-/// Without the members of lists that are gone, and with another in the place of what can be replaced.
+/// Without list members that are gone, and with replacements for what can be replaced.
 std::string Mender::printed(const Instance& instance) const
 {
     std::string text(instance.text);
@@ -302,7 +302,7 @@ std::string Mender::printed(const Instance& instance) const
             text.replace(link.begin, link.end - link.begin, reference(other));
             continue;
         }
-        // With one of the commas beside it.
+        // Together with one of the adjacent commas.
         size_t begin = link.begin, end = link.end;
         const size_t after = text.find_first_not_of(" \r\n\t", end);
         const size_t before = text.find_last_not_of(" \r\n\t", begin - 1);

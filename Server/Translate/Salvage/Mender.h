@@ -12,22 +12,22 @@
 
 namespace Vs::Translate::Salvage {
 
-/// Makes of what is left of a file's instances a whole again.
+/// Makes a whole again from the instances that are left of a file.
 class Mender
 {
 public:
     explicit Mender(const Instances& instances) : m_instances(instances) {}
 
-    /// Of how many faces that a shell names how many are left out.
+    /// How many of the faces that a shell names are left out.
     struct Loss
     {
         size_t lost = 0, all = 0;
     };
 
     void mend();
-    /// All statements, each with its end; empty if there is nothing that can be shown.
+    /// All statements, each with its terminator; empty if nothing can be shown.
     std::string data() const;
-    /// By the names of the parts.
+    /// Keyed by the names of the parts.
     const std::map<std::string, Loss>& losses() const { return m_losses; }
     bool lostUnits() const { return m_lostUnits; }
     size_t looseFaces() const { return m_looseFaces; }
@@ -54,14 +54,14 @@ private:
     const Instances& m_instances;
     std::map<std::string, Loss> m_losses;
     std::unordered_map<uint32_t, Loss> m_ofShell;
-    std::unordered_map<uint32_t, std::string> m_replaced; ///< Statements that stand in another's place.
+    std::unordered_map<uint32_t, std::string> m_replaced; ///< Statements that replace another.
     /// Representations, their relationships and definitions, by what they link to.
     std::unordered_map<uint32_t, std::vector<const Instance*>> m_linkers;
     std::vector<std::string> m_added;
     std::vector<uint32_t> m_newShells, m_newShapes;
     uint32_t m_next = 0;
-    std::map<Role, uint32_t> m_substitutes; ///< What stands where a target of that role is gone.
-    uint32_t m_exponents[2] = {};           ///< The same, of angles and of lengths.
+    std::map<Role, uint32_t> m_substitutes; ///< What replaces a missing target of that role.
+    uint32_t m_exponents[2] = {};           ///< The same, for angles and for lengths.
     bool m_lostUnits = false;
     size_t m_looseFaces = 0;
     bool m_hasShapes = false;

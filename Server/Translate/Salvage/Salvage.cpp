@@ -9,7 +9,7 @@ namespace Vs::Translate::Salvage {
 
 namespace {
 
-/// What the kernel tells apart by the schema that a file names.
+/// What the kernel distinguishes by the schema that a file names.
 std::string schemaOf(std::string_view file)
 {
     constexpr std::string_view kSchemas[] = {"AP242_MANAGED_MODEL_BASED_3D_ENGINEERING_MIM_LF",
@@ -41,7 +41,7 @@ std::string listed(const std::vector<std::string>& things)
     return list;
 }
 
-/// Occurrences of parts in assemblies that are set aside, each of which is told by several statements.
+/// Occurrences of parts in assemblies that are set aside, each of which is described by several statements.
 size_t lostPlacements(const Instances& instances)
 {
     size_t occurrences = 0, places = 0;

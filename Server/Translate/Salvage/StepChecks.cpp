@@ -11,7 +11,7 @@ namespace {
 
 using Kind = StepValue::Kind;
 
-/// The kernel keeps numbers of instances as signed ones.
+/// The kernel stores numbers of instances as signed ones.
 constexpr uint32_t kLargestReference = 2'000'000'000;
 constexpr int kHighestDegree = 25;
 
@@ -21,7 +21,7 @@ public:
     Checker(std::string_view text, Instance& instance) : m_text(text), m_instance(instance) {}
 
     bool matches(const StepRecord& record, const EntityRule& rule);
-    /// Of which nothing is known: only that what it refers to has to be there.
+    /// For an unknown entity: only what it refers to must exist.
     bool takeLinks(std::span<const StepValue> values, bool mayMiss = false);
 
 private:
@@ -116,7 +116,7 @@ double sum(const StepValue& list)
                            [](double sum, const StepValue& item) { return sum + item.number; });
 }
 
-/// Whether knots rise, each has its multiplicity, and there are as many as degree and points want.
+/// Whether knots increase, each has its multiplicity, and their number fits the degree and the points.
 bool knotsFit(const StepValue& multiplicities, const StepValue& knots, double degree, size_t points)
 {
     const auto falls = [](const StepValue& a, const StepValue& b) { return a.number >= b.number; };
@@ -167,7 +167,8 @@ bool splinesFit(const std::vector<StepRecord>& records)
                    surfaceFits(all("B_SPLINE_SURFACE"), knots, all("RATIONAL_B_SPLINE_SURFACE"));
         return true;
     }
-    // By itself it has all parameters in one: the name, the spline's own, then the knots.
+    // Not being complex, it has all parameters in one list: the name, those of the spline itself, then the
+    // knots.
     if (const auto one = all("B_SPLINE_CURVE_WITH_KNOTS"); !one.empty())
         return curveFits(one.subspan(1), one.subspan(6), {});
     if (const auto one = all("B_SPLINE_SURFACE_WITH_KNOTS"); !one.empty())
@@ -175,7 +176,7 @@ bool splinesFit(const std::vector<StepRecord>& records)
     return true;
 }
 
-/// Neither nothing nor absurd.
+/// Neither zero nor absurd.
 bool isDirection(const StepValue& numbers)
 {
     constexpr double kShortest = 1e-6, kLongest = 1e6;

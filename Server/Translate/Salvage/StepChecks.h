@@ -4,8 +4,8 @@
 
 namespace Vs::Translate::Salvage {
 
-/// Looks at a statement by itself: whether its parameters are of the kinds and numbers that its entities
-/// have, and fit each other. Fills in roles, entity and links. False if they don't.
+/// Checks a statement by itself: whether its parameters have the kinds and numbers that its entities require,
+/// and fit together. Fills in roles, entity and links. False if they don't.
 [[nodiscard]] bool checkStatement(const StepStatement& statement, Instance& instance);
 
 } // namespace Vs::Translate::Salvage

@@ -44,7 +44,7 @@ size_t afterBlanks(std::string_view bytes, size_t at)
 struct Beginning
 {
     uint32_t number;
-    size_t after; ///< Behind the "=".
+    size_t after; ///< After the "=".
 };
 
 /// "#12 =" at that place.
@@ -63,7 +63,7 @@ std::optional<Beginning> beginningAt(std::string_view bytes, size_t at)
 }
 
 /// Where the instance ends that begins there: at its ";", or where the next one begins though it hasn't
-/// ended. A quote that was lost turns all that follows inside out, so that a text may hold what looks like an
+/// ended. A lost quote turns everything after it inside out, so that a text may contain what looks like an
 /// end and a beginning.
 size_t endOf(std::string_view bytes, size_t at)
 {
@@ -88,7 +88,7 @@ size_t endOf(std::string_view bytes, size_t at)
     return at;
 }
 
-/// A statement's text, from left to right.
+/// Reads a statement's text from left to right.
 class Parser
 {
 public:
@@ -152,7 +152,7 @@ bool Parser::record(StepRecord& record)
     return !record.name.empty() && !isDigit(record.name[0]) && take('(') && list(record.values, 0);
 }
 
-/// Behind its parenthesis.
+/// After its parenthesis.
 bool Parser::list(std::vector<StepValue>& values, int depth)
 {
     if (take(')'))
@@ -215,7 +215,7 @@ bool Parser::quoted(StepValue& value)
             continue;
         if (m_text.substr(m_at + 1, 1) != std::string_view(&quote, 1))
             break;
-        ++m_at; // One that is written twice stands for itself.
+        ++m_at; // A doubled one stands for itself.
     }
     if (m_at >= m_text.size())
         return false;
@@ -257,14 +257,14 @@ std::vector<StepStatement> statementsOf(std::string_view bytes, size_t& lost)
 {
     std::vector<StepStatement> statements;
     lost = 0;
-    // The header has no instances.
+    // The header contains no instances.
     size_t at = bytes.find('#');
     while (at < bytes.size()) {
         if (const auto begin = beginningAt(bytes, at)) {
             const size_t end = endOf(bytes, begin->after);
             statements.push_back({begin->number, bytes.substr(begin->after, end - begin->after)});
             at = end;
-            // The file's end is no instance either, nor is anything lost by it.
+            // The file's end isn't an instance either, nor does it count as lost.
             at = afterBlanks(bytes, std::min(at + (at < bytes.size() && bytes[at] == ';'), bytes.size()));
             continue;
         }

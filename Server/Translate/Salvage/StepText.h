@@ -6,15 +6,15 @@
 
 namespace Vs::Translate::Salvage {
 
-/// One instance of a STEP file's data, as it stands there.
+/// One instance of a STEP file's data, as written there.
 struct StepStatement
 {
     uint32_t number;       ///< Of the instance, "#12".
-    std::string_view text; ///< What stands between "=" and ";": "LINE('',#3,#7)".
+    std::string_view text; ///< The text between "=" and ";": "LINE('',#3,#7)".
 };
 
-/// The instances of a file that may be damaged, in their order: what doesn't end as it should ends where the
-/// next one begins. The texts are parts of `bytes`. `lost` counts the pieces that are no instances.
+/// The instances of a file that may be damaged, in order: one that isn't terminated properly ends where the
+/// next one begins. The texts are views into `bytes`. `lost` counts the pieces that aren't instances.
 [[nodiscard]] std::vector<StepStatement> statementsOf(std::string_view bytes, size_t& lost);
 
 /// A parameter of an instance.
@@ -25,19 +25,19 @@ struct StepValue
     bool isInteger = false;
     uint32_t reference = 0; ///< The number of the instance referred to.
     double number = 0;
-    std::string_view text;        ///< As it stands, with its quotes or dots; of a typed one its name.
-    std::vector<StepValue> items; ///< Of a list and of a typed one.
+    std::string_view text;        ///< As written, with its quotes or dots; for a typed one its name.
+    std::vector<StepValue> items; ///< For a list and for a typed one.
 };
 
-/// An entity with its parameters; an instance has several of them if it is a complex one.
+/// An entity with its parameters; a complex instance has several of them.
 struct StepRecord
 {
     std::string_view name;
     std::vector<StepValue> values;
 };
 
-/// Takes a statement's text apart; false if it isn't whole. References to 0 and numbers beyond 1e9 aren't,
-/// nor is what lies deeper than any sound file has it.
+/// Parses a statement's text; false if it isn't well-formed. Not well-formed are references to 0, numbers
+/// beyond 1e9, and nesting deeper than any sound file has.
 [[nodiscard]] bool parse(std::string_view text, std::vector<StepRecord>& records);
 
 } // namespace Vs::Translate::Salvage

@@ -17,7 +17,7 @@ namespace Vs::Translate::Shares {
 
 namespace {
 
-/// The bodies that came with their triangles, known by their faces.
+/// The bodies that came with their triangles, recognised by their faces.
 class MeshedBodies
 {
 public:
@@ -29,7 +29,8 @@ public:
         m_faces.push_back(faces);
     }
 
-    /// Not if it has faces of others besides, or only some of one: they were meshed as fine as that wanted.
+    /// Not if it also has faces of others, or only some of one: they were meshed as finely as that body
+    /// required.
     bool contains(const TopoDS_Shape& shape) const
     {
         size_t faces = 0, body = 0;
@@ -47,7 +48,7 @@ private:
     std::vector<size_t> m_faces;
 };
 
-/// What the structure knows by name, by the numbers in the file.
+/// What the structure knows only by name, keyed by the numbers in the file.
 class Binding
 {
 public:

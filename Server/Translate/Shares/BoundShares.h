@@ -8,9 +8,9 @@
 
 namespace Vs::Translate::Shares {
 
-/// Loads what the shares left of a file, and binds what their readers hand back to its entities, so that a
-/// transfer finds it there. Tells the reading what is meshed and what was left out. False if the file has to
-/// be read as a whole; then nothing of the reading has changed.
+/// Loads what the shares left of a file, and binds the readers' results to its entities, so that a transfer
+/// finds them there. Tells the reading what is meshed and what was left out. False if the file must be read
+/// as a whole; the reading is then unchanged.
 bool readByShares(ShareReaders& readers, StepSession& session, const std::string& path, Reading& reading,
                   Reporter& reporter);
 

@@ -36,13 +36,13 @@ using Exchange::WorkerMessage;
 using namespace std::chrono_literals;
 
 constexpr auto kBetweenLooks = 5ms;
-/// Less memory isn't worth a start.
+/// With less memory a reader isn't worth starting.
 constexpr uint64_t kLeastMemory = uint64_t(2) << 30;
 
-/// Among the shares, what was read before.
+/// The index, among the shares, of what was read before.
 constexpr size_t kKnown = kMostShares - 1;
 
-/// How a reader ends, as its exit code; whatever else it is, it died.
+/// How a reader ends, as its exit code; with any other code it died.
 enum End { kRead = 0, kUnsound = 4, kNoMemory = 5, kNothing = 6 };
 
 /// How a share is read after its reader has died.
@@ -52,7 +52,7 @@ struct Try
 {
     size_t share = 0;
     Way way = Way::Whole;
-    size_t item = 0;     ///< Of those that are read alone, which one.
+    size_t item = 0;     ///< Which of those that are read alone.
     bool isLast = false; ///< With all memory, while no other runs.
 };
 
@@ -60,10 +60,10 @@ struct Running
 {
     Try what;
     pid_t process = -1;
-    off_t begin = 0; ///< Of what it writes.
+    off_t begin = 0; ///< Of its output.
     double progress = 0;
     Clock::time_point moved;
-    std::chrono::milliseconds work{0}; ///< Processor time when it last moved.
+    std::chrono::milliseconds work{0}; ///< Processor time when it last made progress.
     Clock::duration patience{};
 };
 
@@ -131,7 +131,7 @@ private:
 
     int fileOf(const Try& what) const { return m_division.files[what.share + 1]; }
 
-    /// Takes the pieces that were read before, in whatever file, and deals the others out.
+    /// Takes the pieces that were read before, from whatever file, and distributes the others.
     void takeKnown()
     {
         std::vector<uint32_t> unknown;
@@ -147,7 +147,7 @@ private:
             m_shares = m_plan.shares(unknown, m_division.readers);
     }
 
-    /// What a reader has made of sound pieces.
+    /// A reader's result for sound pieces.
     void keep(const Try& what)
     {
         if (!m_store.isUsed())
@@ -159,7 +159,7 @@ private:
                 if (const auto block = ShareBlock::take(bytes))
                     m_store.keep(m_keys[piece], *block);
         } catch (const std::runtime_error&) {
-            // The worker finds it out as well.
+            // The worker notices it as well.
         }
     }
 
@@ -225,7 +225,7 @@ private:
         }
     }
 
-    /// Nothing if there is nothing sound to read.
+    /// Nothing if nothing sound is left to read.
     std::optional<ShareJob> jobFor(const Try& what) const
     {
         Items items = itemsOf(what);
@@ -242,11 +242,11 @@ private:
             return job;
         Salvage::Salvaged sound = Salvage::salvage(job.text);
         job.text = std::move(sound.text);
-        // Of what belongs to no item any more, nobody asks for.
+        // Warnings about what no longer belongs to any item are of no interest.
         for (std::string& warning : sound.warnings)
             if (Exchange::LostFaces::ofWarning(warning))
                 job.warnings.push_back(std::move(warning));
-        // Its representation needn't be the same any more.
+        // Its representation may have changed.
         for (ShareJob::Part& part : job.parts)
             for (SharedRepresentation& one : part.representations)
                 one.isWhole = false;
@@ -262,7 +262,7 @@ private:
         return part;
     }
 
-    /// Of items of which nothing is left.
+    /// About items of which nothing is left.
     void tellMissing(const Try& what, ShareResult& result) const
     {
         for (const uint32_t item : itemsOf(what))
@@ -276,7 +276,7 @@ private:
         return "lacks " + Exchange::LostFaces{faces, faces, m_plan.partOf(item)}.text();
     }
 
-    /// Takes what has ended; false if the file has to be read as a whole.
+    /// Collects what has ended; false if the file must be read as a whole.
     bool collect()
     {
         int state = 0;
@@ -289,7 +289,7 @@ private:
                                         [&](const Running& one) { return one.process == ended; });
         if (found == m_running.end())
             return true;
-        if (WIFSTOPPED(state)) { // Nobody would let it go on.
+        if (WIFSTOPPED(state)) { // Nobody would resume it.
             kill(ended, SIGKILL);
             return true;
         }
@@ -343,7 +343,7 @@ private:
         return true;
     }
 
-    /// Ends readers that don't come on.
+    /// Kills readers that make no progress.
     void look()
     {
         const auto now = Clock::now();
@@ -402,11 +402,11 @@ void divide(const Division& division)
     bool isDone = false;
     try {
         raiseWall({.readable = {division.path}, .writable = {}, .folder = division.pieces, .mayFork = true});
-        // Nothing of the file has been looked at yet.
+        // Nothing of the file has been examined yet.
         warmUp();
         isDone = divideFile(division);
     } catch (...) {
-        // It is read as a whole then, and what is wrong with it told.
+        // It is then read as a whole, and any fault is reported.
     }
     if (!isDone)
         Divider::tell(division.pipe, {WorkerMessage::Kind::Error, 0, {}});

@@ -8,11 +8,11 @@
 
 namespace Vs::Translate::Shares {
 
-/// What the process that divides a file is given.
+/// The parameters of the process that divides a file.
 struct Division
 {
     std::string path;
-    std::string pieces;  ///< The folder in which pieces are kept; empty for none.
+    std::string pieces;  ///< The folder in which pieces are cached; empty for none.
     uint64_t memory = 0; ///< For all readers together.
     size_t readers = 2;  ///< At once.
     bool isAlways = false;
@@ -21,11 +21,11 @@ struct Division
     ShareBoard* board = nullptr;
 };
 
-// It tells the worker over the pipe, in its protocol: Progress once when the file is divided, with the number
-// of shares; Done with the number of each share whose file is complete; Error
-// if the file is to be read as a whole.
+// It reports to the worker over the pipe, in its protocol: Progress once when the file is divided, with the
+// number of shares; Done with the number of each share whose file is complete; Error if the file must be read
+// as a whole.
 
-/// What that process does; it ends in here.
+/// The body of that process, which ends in here.
 [[noreturn]] void divide(const Division& division);
 
 } // namespace Vs::Translate::Shares

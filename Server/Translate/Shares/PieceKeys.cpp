@@ -12,7 +12,7 @@ namespace Vs::Translate::Shares {
 
 namespace {
 
-// Goes up whenever the same statements would give other shapes or triangles.
+// Increase whenever the same statements would give other shapes or triangles.
 constexpr const char* kVersion = "1-" OCC_VERSION_COMPLETE;
 
 bool isBlank(char c)
@@ -27,7 +27,7 @@ PieceKeys::PieceKeys(const StepScan& scan, const SharePlan& plan)
 {
 }
 
-/// In the order in which statements are first referred to.
+/// In the order in which statements are first referenced.
 uint32_t PieceKeys::placeOf(uint32_t statement)
 {
     if (m_marks[statement] != m_mark) {
@@ -38,13 +38,13 @@ uint32_t PieceKeys::placeOf(uint32_t statement)
     return m_places[statement];
 }
 
-/// Its text without blanks and comments, and with places for numbers.
+/// Its text without blanks and comments, and with placeholders for numbers.
 void PieceKeys::add(uint32_t statement)
 {
     const std::string_view text = m_scan.text(statement);
     const auto references = m_scan.references(statement);
     size_t reference = 0, begin = 0;
-    // Writers call a context by the number that it has in the file, and nothing depends on that.
+    // Writers name a context by its number in the file, and nothing depends on that.
     const bool isNameless = text.find("REPRESENTATION_CONTEXT") != text.npos;
     const auto takeTo = [&](size_t at) { m_text.append(text.substr(begin, at - begin)); };
     for (size_t at = 0; at < text.size(); ++at) {
@@ -81,7 +81,7 @@ PieceKey PieceKeys::of(const Piece& piece)
     const TranslatorRefinement mesh;
     m_text = kVersion;
     m_text += ' ' + std::to_string(mesh.surfaceDeviation) + ' ' + std::to_string(mesh.normalDeviation) + '\n';
-    // What the representations say of the items: which of them make one body, and in which units.
+    // What the representations say about the items: which of them make one body, and in which units.
     for (const SharePlan::Shown& shown : m_plan.shown(piece.items)) {
         m_text += shown.isWhole ? "whole" : "some";
         for (const uint32_t item : shown.items)

@@ -8,16 +8,17 @@
 
 namespace Vs::Translate::Shares {
 
-/// What a piece of a STEP file is known by, in whatever file and with whatever numbers.
+/// Identifies a piece of a STEP file, whatever the file and its numbers.
 struct PieceKey
 {
-    std::string key;               ///< Letters and digits.
-    std::vector<uint32_t> numbers; ///< Of the statements in this file, in the order of their places in any.
+    std::string key; ///< Letters and digits.
+    std::vector<uint32_t>
+        numbers; ///< Of the statements in this file, in an order that is the same in every file.
 };
 
-/// Keys are made of all that a piece consists of, its units and tolerances, and what is asked for of it; not
-/// of numbers, blanks, comments and the order of statements. They hold for this version of the kernel, and
-/// for the mesh that it makes here.
+/// Keys cover everything that a piece consists of, its units and tolerances, and what is requested for it;
+/// not numbers, blanks, comments and the order of statements. They are valid for this version of the kernel,
+/// and for the mesh that it makes here.
 class PieceKeys
 {
 public:

@@ -28,7 +28,7 @@ bool writeAll(int file, std::string_view bytes)
     return true;
 }
 
-/// What stands before the block: a disk may give back other bytes than it got.
+/// What precedes the block: a disk may return other bytes than it was given.
 uint64_t checkOf(std::string_view block)
 {
     return XXH3_64bits(block.data(), block.size());

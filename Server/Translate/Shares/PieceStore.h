@@ -7,8 +7,8 @@
 
 namespace Vs::Translate::Shares {
 
-/// What readers made of pieces, kept in a folder of the import cache, which bounds it. Several processes may
-/// use one folder. What can't be kept is read again the next time.
+/// The readers' results for pieces, kept in a folder of the import cache, which limits its size. Several
+/// processes may use one folder. What can't be kept is read again next time.
 class PieceStore
 {
 public:
@@ -18,8 +18,8 @@ public:
     explicit PieceStore(std::string folder) : m_folder(std::move(folder)) {}
 
     bool isUsed() const { return !m_folder.empty(); }
-    /// Appends what is known of the piece to a file, with its numbers; false if nothing is. Marks it as used
-    /// now.
+    /// Appends the result for the piece, with its numbers, to a file; false if there is none. Marks it as
+    /// just used.
     bool find(const PieceKey& piece, int file) const;
     void keep(const PieceKey& piece, const ShareBlock& block) const;
 

@@ -31,7 +31,7 @@ double ShareBoard::progress() const
     for (const Cell& cell : m_cells) {
         const auto bytes = static_cast<double>(cell.bytes.load());
         all += bytes;
-        // A reader may write here whatever it likes.
+        // A reader may write anything here.
         done += bytes * std::clamp(cell.done.load(), 0.0, 1.0);
     }
     return all > 0 ? done / all : 0;

@@ -9,7 +9,7 @@ namespace Vs::Translate::Shares {
 
 constexpr size_t kMostShares = 64;
 
-/// Memory that the readers and the worker share: what each has done of its part.
+/// Memory shared by the readers and the worker: the progress of each with its part.
 class ShareBoard
 {
 public:

@@ -11,11 +11,11 @@ namespace Vs::Translate::Shares {
 
 namespace {
 
-/// Below it, readers and what they hand over cost more than they save.
+/// Below this, the cost of readers and of handing over results exceeds the gain.
 constexpr uint64_t kLeastBytes = 4 << 20;
-/// One that holds more of the file than this leaves too little to the others.
+/// One that contains more of the file than this leaves too little for the others.
 constexpr double kLargestPart = 0.7;
-/// Smaller shares than one for each reader, so that none ends long before the others.
+/// Smaller shares than one per reader, so that none finishes long before the others.
 constexpr size_t kSharesOfReader = 4;
 
 /// Joins what belongs together.
@@ -93,7 +93,7 @@ bool SharePlan::takeKinds()
     return std::find(m_kinds.begin(), m_kinds.end(), Kind::Unusual) == m_kinds.end();
 }
 
-/// One that several representations list is of the first.
+/// One listed by several representations belongs to the first.
 void SharePlan::findItems()
 {
     std::vector<bool> isTaken(m_scan.size());
@@ -113,7 +113,7 @@ void SharePlan::findItems()
     }
 }
 
-/// Adds what is reached and hasn't the mark yet.
+/// Adds what can be reached and isn't marked yet.
 void SharePlan::follow(uint32_t from, uint32_t mark, std::vector<uint32_t>& found) const
 {
     if (m_seen[from] == mark)
@@ -165,7 +165,8 @@ bool SharePlan::divide(const Wish& wish)
     Groups groups(m_items.size());
     for (uint32_t i = 0; i < m_items.size(); ++i)
         groups.join(joined[i], i);
-    // What one representation shows is one body, and meshed as such, unless the others would wait for it.
+    // What one representation shows is one body, and meshed as such, unless the others would have to wait for
+    // it.
     std::unordered_map<uint32_t, std::pair<uint32_t, uint64_t>>
         representations; // Their first items and bytes.
     for (uint32_t i = 0; i < m_items.size(); ++i)
@@ -206,7 +207,7 @@ std::vector<Share> SharePlan::shares(const std::vector<uint32_t>& pieces, size_t
     return shares;
 }
 
-/// False if the structure has a shape of its own that consists of what is in an item.
+/// False if the structure itself has a shape that uses parts of an item.
 bool SharePlan::findStubs()
 {
     m_kept.resize(m_scan.size());
@@ -333,8 +334,8 @@ size_t SharePlan::facesOf(uint32_t item) const
 
 std::string SharePlan::partOf(uint32_t item) const
 {
-    // From the item over its representation, another that says the same of the same part, and the part's
-    // definition to its product: whatever refers to it, in so many steps.
+    // From the item via its representation, another one related to it for the same part, and the part's
+    // definition to its product: by following that many references backwards.
     const auto entityIs = [&](uint32_t i, std::string_view entity) { return m_scan.entity(i) == entity; };
     std::vector<bool> shows(m_scan.size());
     std::vector<uint32_t> definitions;

@@ -10,24 +10,24 @@
 
 namespace Vs::Translate::Shares {
 
-/// Places of statements that are items (solids and surface models), in the order of the file.
+/// Positions of statements that are items (solids and surface models), in the order of the file.
 using Items = std::vector<uint32_t>;
 
-/// Items that are only read together, each with all that it consists of: the smallest part of a file.
+/// Items that can only be read together, each with everything it consists of: the smallest unit of a file.
 struct Piece
 {
     Items items;
     uint64_t bytes = 0; ///< How much text there is to read.
 };
 
-/// What of a STEP file a reader of its own reads.
+/// The part of a STEP file that one reader reads.
 struct Share
 {
-    std::vector<uint32_t> pieces; ///< Of the plan's.
+    std::vector<uint32_t> pieces; ///< Indices into the plan's.
     uint64_t bytes = 0;
 };
 
-/// Items that one representation lists, and that are read together.
+/// Items listed by one representation and read together.
 struct SharedRepresentation
 {
     uint32_t number = 0;         ///< Of the representation's statement.
@@ -36,14 +36,14 @@ struct SharedRepresentation
     bool isWhole = true;         ///< These are all that it shows, so that its body can be meshed.
 };
 
-/// How a STEP file is divided into shares, and what is left for the one that puts them together.
+/// How a STEP file is divided into shares, and what is left for the process that puts them together.
 class SharePlan
 {
 public:
     struct Wish
     {
         size_t readers = 2;    ///< At once.
-        bool isAlways = false; ///< Also a file of which less can be gained than it costs.
+        bool isAlways = false; ///< Divide even a file where the gain is less than the cost.
     };
 
     /// Nothing for a file that is better read as a whole. The scan must outlive the plan.
@@ -51,16 +51,16 @@ public:
 
     /// The largest first.
     const std::vector<Piece>& pieces() const { return m_pieces; }
-    /// Deals some of the pieces out; the largest share first.
+    /// Distributes some of the pieces; the largest share first.
     std::vector<Share> shares(const std::vector<uint32_t>& pieces, size_t readers) const;
 
     /// The file without what the items consist of: solids, shells, faces, edges and vertices that it refers
-    /// to are there by name alone, and have to be known before it is transferred.
+    /// to are present only as names, and must be bound before it is transferred.
     std::string structure() const;
     /// Items as a file, in representations with units and tolerances. With `named`, each has the name of its
     /// part.
     std::string text(const Items& items, bool named = false) const;
-    /// Which of these items each representation shows, by places of statements.
+    /// Which of these items each representation shows, by positions of statements.
     struct Shown
     {
         uint32_t representation = 0, context = 0;
@@ -69,12 +69,12 @@ public:
     };
     std::vector<Shown> shown(const Items& items) const;
     std::vector<SharedRepresentation> representations(const Items& items) const;
-    /// All that the items consist of, in an order that depends on nothing but themselves: as it is referred
-    /// to.
+    /// Everything that the items consist of, in an order that depends only on the items: in order of
+    /// reference.
     std::vector<uint32_t> closureOf(const Items& items) const;
-    /// Whether the structure knows a statement by name alone.
+    /// Whether the structure has a statement only as a name.
     bool isStub(uint32_t place) const { return m_stubs[place]; }
-    /// What the part is called that shows the item, and how many faces that has.
+    /// The name of the part that shows the item, and how many faces the item has.
     std::string partOf(uint32_t item) const;
     size_t facesOf(uint32_t item) const;
 
@@ -105,8 +105,8 @@ private:
     std::unordered_map<uint32_t, uint32_t> m_representations; ///< Of the items.
     std::vector<Piece> m_pieces;
     std::vector<bool> m_inItems;          ///< What items consist of.
-    std::vector<bool> m_kept;             ///< What the structure has of these.
-    std::vector<bool> m_stubs;            ///< What it has by name alone.
+    std::vector<bool> m_kept;             ///< What the structure keeps of these.
+    std::vector<bool> m_stubs;            ///< What it keeps only as a name.
     mutable std::vector<uint32_t> m_seen; ///< The last mark of each statement that was followed.
     mutable uint32_t m_mark = 0;
 };

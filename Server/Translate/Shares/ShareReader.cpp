@@ -24,7 +24,7 @@ namespace Vs::Translate::Shares {
 
 namespace {
 
-/// How the work of a share is divided, as on the usual way.
+/// How the work of a share is divided, as in an undivided reading.
 constexpr double kParsed = 0.35, kTransferred = 0.65;
 
 class Progress : public Message_ProgressIndicator
@@ -42,7 +42,7 @@ std::function<void(double)> part(const std::function<void(double)>& report, doub
     return [=](double fraction) { report(from + (to - from) * fraction); };
 }
 
-/// The shape that the kernel makes of a representation with these items.
+/// The shape that the kernel makes from a representation with these items.
 TopoDS_Shape bodyOf(const std::vector<TopoDS_Shape>& shapes)
 {
     if (shapes.size() == 1)
@@ -149,7 +149,7 @@ private:
     std::unordered_map<uint32_t, Handle(Standard_Transient)> m_entities;
 };
 
-/// One that can't be meshed is left to who puts all together, and tells of it.
+/// A body that can't be meshed is left to the process that puts everything together, which reports it.
 void meshBodies(std::vector<ShareResult>& results, const Message_ProgressRange& range)
 {
     Message_ProgressScope scope(range, "Bodies", double(results.size()));

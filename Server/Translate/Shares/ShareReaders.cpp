@@ -21,7 +21,7 @@ namespace Vs::Translate::Shares {
 
 namespace {
 
-/// Of smaller files less can be gained than the processes cost.
+/// For smaller files the gain is less than the cost of the processes.
 constexpr uint64_t kLeastFile = 4 << 20;
 constexpr int kBetweenReports = 40; // ms
 

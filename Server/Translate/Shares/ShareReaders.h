@@ -17,31 +17,31 @@ namespace Vs::Translate::Shares {
 class ShareBoard;
 
 /// Processes that read a STEP file's shares. One divides the file and starts a reader for each share, several
-/// at once; it stays behind a wall of its own that lets it start processes, and never touches what the kernel
-/// made of a file. The readers are behind the same wall as the worker, which this object belongs to.
+/// at once; it stays behind its own wall, which lets it start processes, and never touches what the kernel
+/// made from a file. The readers are behind the same wall as the worker that owns this object.
 ///
-/// A share whose reader dies or hangs is read again: without what is unsound in it, then each item by itself.
+/// A share whose reader dies or hangs is read again: without its unsound content, then each item separately.
 class ShareReaders : public Helpers
 {
 public:
-    /// Null if the file is too small to be divided, or there is nothing to divide it for: one processor, say.
-    /// The environment's QUILLET_SHARES, "never" or "always", decides otherwise.
+    /// Null if the file is too small to be divided, or dividing it is of no use, for example with one
+    /// processor. The environment variable QUILLET_SHARES, "never" or "always", overrides this.
     static std::shared_ptr<ShareReaders> start(const std::string& path, const Help& help);
-    /// Whether a file is one for them.
+    /// Whether they can read a file.
     static bool concern(const std::string& path);
     ~ShareReaders() override;
     ShareReaders(const ShareReaders&) = delete;
     ShareReaders& operator=(const ShareReaders&) = delete;
 
-    /// Waits until the file is divided; false if it is to be read as a whole.
+    /// Waits until the file is divided; false if it must be read as a whole.
     bool waitForPlan();
     /// The file without its shares; see SharePlan::structure.
     std::string_view structure() const { return m_structure->bytes(); }
 
-    /// Takes what the next share holds as soon as it is there, and tells the progress of all meanwhile. False
-    /// at the end; then `isComplete` tells whether anything is there for each.
+    /// Returns the content of the next share as soon as it exists, and reports the progress of all meanwhile.
+    /// False at the end; then `isComplete` tells whether there is a result for each.
     bool next(std::vector<ShareResult>& results, const std::function<void(double)>& progress);
-    /// False if the file has to be read as a whole after all.
+    /// False if the file must be read as a whole after all.
     bool isComplete() const { return m_isComplete; }
 
 private:
@@ -53,7 +53,7 @@ private:
     std::unique_ptr<ShareBoard> m_board;
     Exchange::WorkerMessageReader m_reader;
     std::shared_ptr<const FileMapping> m_structure;
-    size_t m_open = 0; ///< Shares that haven't come yet.
+    size_t m_open = 0; ///< Shares that haven't arrived yet.
     bool m_isComplete = false;
 };
 

@@ -21,7 +21,7 @@ namespace {
 
 struct Head
 {
-    uint64_t bytes = 0; ///< Of all that follows.
+    uint64_t bytes = 0; ///< Of everything after it.
     uint32_t numbers = 0, shapes = 0, words = 0;
 };
 
@@ -43,7 +43,7 @@ void writeAll(int descriptor, const void* data, size_t size)
     }
 }
 
-/// A stream's way into a file.
+/// Lets a stream write to a file.
 class FileBuffer : public std::streambuf
 {
 public:
@@ -71,7 +71,7 @@ private:
     std::array<char, 1 << 16> m_piece;
 };
 
-/// Bytes in memory, in which a reader may go back.
+/// Bytes in memory, in which a reader may seek back.
 class BytesBuffer : public std::streambuf
 {
 public:
@@ -109,7 +109,7 @@ void ShareResult::write(int descriptor) const
     const BRep_Builder builder;
     TopoDS_Compound all;
     builder.MakeCompound(all);
-    // Those without a shape stand at the end.
+    // Those without a shape are at the end.
     for (const bool isNull : {false, true})
         for (const auto& [number, shape] : shapes)
             if (shape.IsNull() == isNull) {
@@ -134,7 +134,7 @@ void ShareResult::write(int descriptor) const
     BinTools::Write(all, stream, true, false, BinTools_FormatVersion_CURRENT);
     stream.flush();
     head.bytes = static_cast<uint64_t>(lseek(descriptor, 0, SEEK_END) - start) - sizeof head;
-    // Only now it is whole.
+    // Only now is it complete.
     if (pwrite(descriptor, &head, sizeof head, start) != ssize_t(sizeof head))
         refuse(std::strerror(errno));
 }

@@ -43,7 +43,7 @@ public:
 private:
     bool takeHead()
     {
-        // Sections of an anchor or of references may stand before the data; they are rare.
+        // Anchor or reference sections may precede the data; they are rare.
         size_t at = m_text.find("ENDSEC;");
         if (!m_text.starts_with("ISO-10303-21;") || at == m_text.npos)
             return false;
@@ -68,7 +68,7 @@ private:
         }
     }
 
-    /// The number behind a "#"; 0 if there is none.
+    /// The number after a "#"; 0 if there is none.
     uint32_t takeNumber()
     {
         uint64_t number = 0;
@@ -143,7 +143,7 @@ std::optional<StepScan> StepScan::of(std::string_view file)
 
 bool StepScan::resolve()
 {
-    // Writers number from 1 on. Where one doesn't, the table would be larger than the file.
+    // Writers number from 1. For one that doesn't, the table would be larger than the file.
     constexpr size_t kSparse = 64;
     if (m_statements.size() >= kNone || m_largest / kSparse > m_statements.size())
         return false;

@@ -18,7 +18,7 @@ private:
     uint32_t m_first;
 };
 
-/// What stands behind the name in a stub of that entity.
+/// What follows the name in a stub of that entity.
 std::string parameters(std::string_view entity, const References& to)
 {
     if (entity == "SHELL_BASED_SURFACE_MODEL")

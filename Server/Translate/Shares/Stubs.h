@@ -6,10 +6,10 @@
 
 namespace Vs::Translate::Shares {
 
-/// Numbers that stand-ins may take.
+/// Numbers available to stand-ins.
 constexpr uint32_t kStandIns = 32;
 
-/// A solid, surface model, shell, face, edge or vertex of which only the name is to be known.
+/// A solid, surface model, shell, face, edge or vertex of which only the name is kept.
 struct Stub
 {
     std::string_view entity;
@@ -17,8 +17,8 @@ struct Stub
     std::string_view name; ///< With its quotes.
 };
 
-/// Its statement. What a stub refers to has to be there, and to be of the right kind, for the kernel looks at
-/// it before it knows that the shape is there already: these are stand-ins, with numbers from `first` on.
+/// Its statement. What a stub refers to must exist, and be of the right kind, because the kernel checks it
+/// before it notices that the shape exists already: these are stand-ins, with numbers from `first` on.
 [[nodiscard]] std::string stubOf(const Stub& stub, uint32_t first);
 /// Their statements.
 [[nodiscard]] std::string standIns(uint32_t first);
