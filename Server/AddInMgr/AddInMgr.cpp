@@ -23,8 +23,8 @@ namespace {
 
 constexpr const char* kUserInterface = "UI";
 
-/// `UI/*/Configuration/*.xml` and `Server/*/Configuration/*.xml`, sorted. On the side of the user interface a
-/// Configuration holds nothing but manifests, so that an empty one has lost its own.
+/// `UI/*/Configuration/*.xml` and `Server/*/Configuration/*.xml`, sorted. Under UI, a Configuration folder
+/// holds only manifests, so an empty one has lost its own.
 std::vector<fs::path> manifestFiles(const fs::path& root, Status& status)
 {
     std::vector<fs::path> files;
@@ -51,7 +51,7 @@ std::wstring lastLoaderError()
     return Strings::widen(text ? text : "unknown cause");
 }
 
-/// As long as the manifests are read.
+/// While the manifests are read.
 class ManifestLibrary : public SiblingLibrary
 {
 public:
@@ -119,8 +119,7 @@ bool AddInMgr::loadAddIn(const fs::path& root, const AddInManifest& manifest, St
                            L"\", which is not loaded.");
 
     const fs::path library = root / "lib" / ("lib" + manifest.library + ".so");
-    // Never closed again: definitions, identifiers and types of the library may be known to others to the
-    // end.
+    // Never closed: definitions, identifiers and types of the library may be known elsewhere until the end.
     void* const handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!handle)
         return refused(lastLoaderError() + L'.');
@@ -145,14 +144,14 @@ bool AddInMgr::loadAddIn(const fs::path& root, const AddInManifest& manifest, St
 void AddInMgr::unloadAddIns()
 {
     assertMainThread();
-    // Taken out first, so that an add-in which asks from inside its unload finds no half-dead ones.
+    // Removed first, so that an add-in that asks during its own unload finds no half-unloaded ones.
     const std::vector<AddIn> leaving = std::exchange(m_addIns, {});
     for (const bool last : {false, true})
         for (auto addIn = leaving.rbegin(); addIn != leaving.rend(); ++addIn)
             try {
                 addIn->object->unload(last);
             } catch (const std::exception& error) {
-                // The others still have to go.
+                // The others must still be unloaded.
                 warn(L"The add-in \"" + Strings::widen(addIn->manifest.identifier) +
                      L"\" failed to unload: " + Strings::widen(error.what()));
             }

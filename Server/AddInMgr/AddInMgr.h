@@ -11,19 +11,20 @@
 
 namespace Vs {
 
-/// What a manifest says of its add-in.
+/// What a manifest says about its add-in.
 struct AddInManifest
 {
     boost::filesystem::path file;
-    std::string identifier;            ///< Of which there is one in the program: "Commands".
-    std::vector<std::string> required; ///< The identifiers of those whose libraries this one links.
+    std::string identifier;            ///< Unique in the program: "Commands".
+    std::vector<std::string> required; ///< The identifiers of the add-ins whose libraries this one links.
     std::string library;               ///< `lib/lib<library>.so` under the application's root.
     std::wstring title;
     std::wstring description;
-    int loadOrder = 100; ///< Smaller ones are loaded first; equal ones by the names of their manifests.
+    int loadOrder =
+        100; ///< Smaller ones are loaded first; equal ones in the order of their manifests' names.
 };
 
-/// Finds the manifests, loads the add-ins they name, and takes them down again. Main thread only.
+/// Finds the manifests, loads the add-ins they name, and unloads them. Main thread only.
 class AddInMgr
 {
 public:
@@ -31,13 +32,13 @@ public:
 
     /// Loads every add-in whose manifest is `UI/*/Configuration/*.xml` or `Server/*/Configuration/*.xml`
     /// under the root. An add-in that cannot be loaded becomes one error in the status that names the file,
-    /// the line where there is one, and the cause; the others are loaded all the same. No manifest at all is
-    /// an error.
+    /// the line if there is one, and the cause; the others are loaded nevertheless. Finding no manifest at
+    /// all is an error.
     void loadAddIns(Status& status);
     void loadAddIns(const boost::filesystem::path& root, Status& status);
 
-    /// Takes down what is loaded, last come first gone: `unload(false)` for all, then `unload(true)` for all.
-    /// The libraries stay in the process to its end, since objects of theirs may live that long.
+    /// Unloads everything in reverse order: `unload(false)` for all, then `unload(true)` for all. The
+    /// libraries stay in the process to its end, since their objects may live that long.
     void unloadAddIns();
 
     struct AddIn
@@ -45,7 +46,7 @@ public:
         AddInManifest manifest;
         IAddIn* object; ///< The library's.
     };
-    /// What is loaded, in the order of loading.
+    /// The loaded add-ins, in the order of loading.
     const std::vector<AddIn>& addIns() const { return m_addIns; }
 
     /// Reads one manifest, checked against the schema of the same tree. Null, with one error in the status,

@@ -7,20 +7,20 @@
 namespace Vs {
 
 /// A library that the application loads through a manifest. The library owns the object that its export
-/// GetIAddIn hands out.
+/// GetIAddIn returns.
 class IAddIn : public Implements<IAddIn>
 {
 public:
-    /// What people read: the add-in's name.
+    /// The add-in's name for users.
     virtual std::wstring toString() = 0;
-    /// Starts the add-in. An exception means that it could not start; it gets no unload then.
+    /// Starts the add-in. An exception means that it could not start; it is then not unloaded.
     virtual void load() = 0;
-    /// Ends the add-in, in two steps, after all that were loaded later: first `false` for every add-in (let
-    /// go of events, other add-ins are still there), then `true` for every one (let go of objects).
+    /// Ends the add-in, in two steps, after all that were loaded later: first `false` for every add-in
+    /// (release events; other add-ins still exist), then `true` for every one (release objects).
     virtual void unload(bool last) = 0;
 };
 
-/// The type and name of an add-in's one export.
+/// The type and name of an add-in's only export.
 using GetIAddInFunction = IAddIn* (*)();
 constexpr const char* kGetIAddIn = "GetIAddIn";
 

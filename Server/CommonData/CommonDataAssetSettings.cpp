@@ -21,10 +21,10 @@ constexpr const wchar_t* kOn = L"true";
 
 const GkVector3d kDefaultUp(0, 0, 1), kDefaultFront(0, -1, 0);
 
-/// `front` at right angles to `up`, or none if they don't span a plane.
+/// `front` made perpendicular to `up`, or nothing if they don't span a plane.
 std::optional<GkVector3d> frontBeside(const GkVector3d& up, const GkVector3d& front)
 {
-    // Whose length is beyond the range of numbers has no normal and counts as none.
+    // A vector whose length exceeds the range of numbers has no normal and counts as none.
     const GkVector3d upward = up.normal(), forward = front.normal();
     const GkVector3d level = forward - upward * upward.dotProduct(forward);
     if (!(upward.length() > 0.5) || !(level.length() > GkContext::gTol.equalVector))
@@ -32,7 +32,7 @@ std::optional<GkVector3d> frontBeside(const GkVector3d& up, const GkVector3d& fr
     return level.normal();
 }
 
-/// Whether the value wasn't told yet; from now on it is.
+/// Whether the value hasn't been reported yet; marks it as reported.
 bool isNew(const std::wstring& value, std::set<std::wstring>& told)
 {
     return told.insert(value).second;

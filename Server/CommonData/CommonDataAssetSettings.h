@@ -14,36 +14,35 @@ class NamedViews;
 namespace Vs::CommonData {
 
 /// The settings that every kind of asset has: `cast<CommonDataAssetSettings>(adapter->assetSettings())`. They
-/// are kept in the asset's own values, so they are saved with it and read when they are asked for. A value of
-/// a file that makes no sense counts as not set, and is told once by a warning. Main thread.
+/// are kept in the asset's own values, so they are saved with it and read on demand. A value from a file that
+/// makes no sense counts as not set, and is reported once by a warning. Main thread.
 class CommonDataAssetSettings : public Implements<CommonDataAssetSettings, AssetSettings>
 {
 public:
     explicit CommonDataAssetSettings(Asset* asset);
     ~CommonDataAssetSettings() override;
 
-    /// What is up in the model, length one; Z until it is set.
+    /// The model's up direction, of unit length; Z until it is set.
     [[nodiscard]] GkVector3d sceneUp() const;
-    /// Where the model's front faces, length one and at right angles to `sceneUp`; -Y until it is set.
+    /// Where the model's front faces, of unit length and perpendicular to `sceneUp`; -Y until it is set.
     [[nodiscard]] GkVector3d sceneFront() const;
-    /// Sets both. Of `front` the part at right angles to `up` counts. Returns false and changes nothing if
+    /// Sets both. Only the part of `front` perpendicular to `up` counts. Returns false and changes nothing if
     /// one of them isn't a direction, or they are parallel.
     [[nodiscard]] bool sceneOrientation(const GkVector3d& up, const GkVector3d& front);
 
-    /// From where Home looks at the model.
+    /// Where Home views the model from.
     struct HomeView
     {
-        GkVector3d eye; ///< From the model to the viewer, length one.
-        GkVector3d up;  ///< In the picture, length one and at right angles to `eye`.
+        GkVector3d eye; ///< From the model to the viewer, of unit length.
+        GkVector3d up;  ///< In the picture, of unit length and perpendicular to `eye`.
     };
-    /// From the right, the front and above until it is set.
+    /// From the right, front and above until it is set.
     [[nodiscard]] HomeView homeView() const;
-    /// Of `up` the part at right angles to `eye` counts. Returns false and changes nothing if one of them
+    /// Only the part of `up` perpendicular to `eye` counts. Returns false and changes nothing if one of them
     /// isn't a direction, or they are parallel.
     [[nodiscard]] bool homeView(const HomeView& view);
 
-    /// Whether a perspective becomes parallel while it looks straight at one side of the model. Default
-    /// false.
+    /// Whether a perspective becomes parallel while it looks straight at a side of the model. Default false.
     bool perspWithOrthoFaces() const;
     void perspWithOrthoFaces(bool on);
 
@@ -59,7 +58,7 @@ private:
 
     mutable std::wstring m_upText, m_frontText; ///< What `m_orientation` was read from.
     mutable Orientation m_orientation{{0, 0, 1}, {0, -1, 0}};
-    mutable std::set<std::wstring> m_unreadable; ///< The values that were warned of.
+    mutable std::set<std::wstring> m_unreadable; ///< The values that were warned about.
     std::unique_ptr<NameView::NamedViews> m_namedViews;
 };
 

@@ -15,7 +15,7 @@ using CommonData::localized;
 
 namespace {
 
-/// What the user's views are named after, in every language: scripts go by it.
+/// The base name of the user's views, in every language: scripts rely on it.
 constexpr const wchar_t* kBaseName = L"NamedView";
 
 } // namespace

@@ -8,8 +8,8 @@ namespace Vs::NameView {
 
 class NamedViews;
 
-/// A change of an asset's named views, as one undo step. Made by `make` for one asset and not to be executed
-/// on another; ended by Request::destroy.
+/// A change of an asset's named views, as one undo step. Made by `make` for one asset and must not be
+/// executed on another; ended by Request::destroy.
 class NamedViewRequest : public Implements<NamedViewRequest, Request>
 {
 protected:
@@ -18,7 +18,7 @@ protected:
     virtual void change(NamedViews& views, Status& status) = 0;
 
 private:
-    const Asset* m_asset; ///< Only to be compared.
+    const Asset* m_asset; ///< Only for comparison.
 };
 
 /// Keeps a copy of the camera under a generated name.
@@ -62,7 +62,7 @@ private:
     std::wstring m_name, m_newName;
 };
 
-/// Keeps another camera under a name that there is.
+/// Stores another camera under an existing name.
 class UpdateNamedViewCameraRequest : public Implements<UpdateNamedViewCameraRequest, NamedViewRequest>
 {
 public:

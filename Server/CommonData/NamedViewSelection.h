@@ -6,7 +6,7 @@
 
 namespace Vs::NameView {
 
-/// One named view, as it is selected in the browser.
+/// A named view as selected in the browser.
 class NamedViewSelection : public Implements<NamedViewSelection, Selection>
 {
 public:
@@ -25,7 +25,7 @@ public:
     }
 
 private:
-    const Asset* m_asset; ///< Only to be compared.
+    const Asset* m_asset; ///< Only for comparison.
     StrongRef<NamedView> m_view;
 };
 
@@ -33,7 +33,7 @@ private:
 class NamedViewsSelection : public Implements<NamedViewsSelection, Selection>
 {
 public:
-    /// `views` lives as long as its asset, and whoever closes that clears the selection before.
+    /// `views` lives as long as its asset, and whoever closes that clears the selection first.
     explicit NamedViewsSelection(NamedViews* views) : m_views(views) {}
 
     NamedViews* namedViews() const { return m_views; }

@@ -27,7 +27,7 @@ namespace {
 
 constexpr const char* kSetting = "namedViews";
 
-/// A number of a camera, and how it is called in the file.
+/// A number of a camera, and its name in the file.
 struct Number
 {
     const char* key;
@@ -60,7 +60,7 @@ QJsonObject write(const NamedView& view)
     return object;
 }
 
-/// Null if something of it is missing or no number.
+/// Null if anything is missing or isn't a number.
 StrongRef<NamedView> read(const QJsonObject& object)
 {
     const std::wstring name = object["name"].toString().toStdWString();
@@ -87,9 +87,9 @@ struct StandardView
 {
     const char* key;
     const char* english;
-    /// Where the eye stands, along right, front and up.
+    /// The eye's position along right, front and up.
     double right, front, up;
-    bool upIsFront; ///< What is up in the picture is the back of the model, not its top.
+    bool upIsFront; ///< Up in the picture is the back of the model, not its top.
 };
 
 constexpr StandardView kStandardViews[] = {

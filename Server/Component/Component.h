@@ -21,7 +21,7 @@ class Component
 {
 public:
     /// Names this component within its asset for as long as it exists, through undo, redo and saving: its
-    /// parent's id, a slash and a name of its own.
+    /// parent's id, a slash and its own name.
     std::string id;
     SharedName name;
     GkPlacement placement;        ///< In the parent's coordinates.
@@ -30,13 +30,13 @@ public:
     bool visible = true;
     std::vector<std::unique_ptr<Component>> children;
 
-    /// What a tree of components notes about each of its own, so that it needs no table of them; for nobody
+    /// What a component tree stores in each of its components, so that it needs no table of them; for nobody
     /// else.
     struct Notes
     {
         const std::string* part = nullptr; ///< The key in PartIndex; null while it isn't there.
         uint32_t rowOfPart = 0, rowAtPlace = 0;
-        uint32_t visit = 0; ///< The last refresh that has dealt with it.
+        uint32_t visit = 0; ///< The last refresh that processed it.
     };
     Notes notes;
 };

@@ -14,20 +14,20 @@ namespace Vs {
     return end == std::string::npos ? std::string() : id.substr(0, end);
 }
 
-/// The last step of the id: where the component stands in the model's data, wherever the assembly that holds
-/// it occurs.
+/// The last step of the id: where the component is in the model's data, wherever the assembly that holds it
+/// occurs.
 [[nodiscard]] inline std::string placeOf(const std::string& id)
 {
     return id.substr(id.rfind('/') + 1);
 }
 
-/// Whether the component of this id is the other one, or lies in it.
+/// Whether the component of this id is the other one, or is inside it.
 [[nodiscard]] inline bool isWithin(const std::string& id, const std::string& other)
 {
     return id.starts_with(other) && (other.empty() || id.size() == other.size() || id[other.size()] == '/');
 }
 
-/// By which the children of one parent are in their order.
+/// The sort key of the children of one parent.
 [[nodiscard]] inline int lastNumber(const std::string& id)
 {
     int last = 0;
@@ -35,8 +35,8 @@ namespace Vs {
     return last;
 }
 
-/// Where the child of this id stands among those of its parent, or would stand: they are in the order of the
-/// last numbers of their ids.
+/// The position of the child of this id among those of its parent, or where it would be: they are sorted by
+/// the last numbers of their ids.
 [[nodiscard]] inline size_t rowOf(const Component& parent, const std::string& id)
 {
     const auto& children = parent.children;

@@ -10,7 +10,7 @@
 
 namespace Vs {
 
-/// A text that never changes, of which copies share the memory: most of many parts have the same name.
+/// An immutable text whose copies share memory: most of many parts have the same name.
 class SharedName
 {
 public:
@@ -37,7 +37,7 @@ private:
     boost::intrusive_ptr<const Shared> m_shared; ///< Null for the empty text.
 };
 
-/// Gives equal names the same memory, mostly: it remembers the last few hundred.
+/// Mostly gives equal names the same memory: it remembers the last few hundred.
 class RecentNames
 {
 public:
@@ -45,7 +45,7 @@ public:
 
 private:
     static constexpr size_t kRemembered = 256;
-    std::array<SharedName, kRemembered> m_names; ///< Each at a place that its text determines.
+    std::array<SharedName, kRemembered> m_names; ///< Each at an index that its text determines.
 };
 
 } // namespace Vs

@@ -2,7 +2,7 @@
 
 #include "Server/Geometry/GkPoint3d.h"
 
-/// What has a point and a direction in space: a line without ends here.
+/// Anything with a point and a direction in space; here an unbounded line.
 class GkLinearEnt3d
 {
 public:
@@ -12,7 +12,7 @@ public:
     /// Length one; zero for a line through two equal points.
     const GkVector3d& direction() const { return m_direction; }
 
-    /// The place on the line nearest to `p`.
+    /// The point on the line nearest to `p`.
     [[nodiscard]] GkPoint3d closestPointTo(const GkPoint3d& p) const;
     [[nodiscard]] double distanceTo(const GkPoint3d& p) const { return closestPointTo(p).distanceTo(p); }
     [[nodiscard]] bool isOn(const GkPoint3d& p, const GkTol& tol = GkContext::gTol) const
@@ -35,7 +35,7 @@ private:
     GkVector3d m_direction;
 };
 
-/// An endless straight line.
+/// An unbounded straight line.
 class GkLine3d : public GkLinearEnt3d
 {
 public:

@@ -5,8 +5,8 @@
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 #include <boost/smart_ptr/intrusive_ref_counter.hpp>
 
-/// A GkMatrix3d as it is kept by what there are a million of: one that only shifts takes 32 bytes in place of
-/// 128, and copies of any other share it. Gives back exactly what it was made of.
+/// A GkMatrix3d for objects of which there are a million: a translation takes 32 bytes instead of 128, and
+/// copies of any other share it. Returns exactly the matrix it was made from.
 class GkPlacement
 {
 public:
@@ -32,5 +32,5 @@ private:
     };
 
     GkVector3d m_shift;
-    boost::intrusive_ptr<const Shared> m_turned; ///< Null for a shift.
+    boost::intrusive_ptr<const Shared> m_turned; ///< Null for a translation.
 };

@@ -4,7 +4,7 @@
 
 class GkLinearEnt3d;
 
-/// An endless plane.
+/// An unbounded plane.
 class GkPlane
 {
 public:
@@ -30,7 +30,7 @@ public:
     {
         return std::abs(signedDistanceTo(p)) <= tol.equalPoint;
     }
-    /// Where the line passes through. False, with `where` as it was, if the line is parallel to the plane.
+    /// Where the line intersects the plane. False, with `where` unchanged, if the line is parallel to it.
     bool intersectWith(const GkLinearEnt3d& line, GkPoint3d& where, const GkTol& tol = GkContext::gTol) const;
 
 private:

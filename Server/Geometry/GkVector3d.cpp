@@ -14,8 +14,8 @@ GkVector3d GkVector3d::normal() const
 
 GkVector3d GkVector3d::perpVector() const
 {
-    // The axis that this vector follows least gives the best conditioned product. In this order of the two,
-    // who looks down at a model and takes the result for up has its back at the top, and from below its
+    // Crossing with the axis that this vector follows least is best conditioned. With the operands in this
+    // order, looking down at a model with the result as up puts its back at the top, and from below its
     // front.
     const double ax = std::abs(x), ay = std::abs(y), az = std::abs(z);
     const GkVector3d& axis = ax <= ay && ax <= az ? kXAxis : ay <= az ? kYAxis : kZAxis;

@@ -44,9 +44,9 @@ public:
     /// The vector of length one; a zero vector stays zero.
     [[nodiscard]] GkVector3d normal() const;
     GkVector3d& normalize() { return *this = normal(); }
-    /// Some vector of length one at right angles to this one.
+    /// Some vector of unit length perpendicular to this one.
     [[nodiscard]] GkVector3d perpVector() const;
-    /// Parallel or opposite, by the sine of the angle between.
+    /// Parallel or opposite, by the sine of the angle between them.
     [[nodiscard]] bool isParallelTo(const GkVector3d& v, const GkTol& tol = GkContext::gTol) const;
     [[nodiscard]] bool isEqualTo(const GkVector3d& v, const GkTol& tol = GkContext::gTol) const;
     /// Angle in radians, from 0 to pi.

@@ -20,12 +20,12 @@ using Rendra::Graphics::Part;
 
 namespace {
 
-/// This many rays along each side of the rectangle tell what is visible in it; what they miss is sampled at
-/// this many places of its own.
+/// The number of rays along each side of the rectangle that tell what is visible in it; whatever they miss is
+/// sampled at this many of its own points.
 constexpr int kRays = 48;
 constexpr size_t kPlacesAsked = 6;
 /// A line is sampled this often on its way through the rectangle, and a short one less often, since its
-/// samples lie close together in pixels.
+/// samples are close together in pixels.
 constexpr double kPlacesOnLine = 12, kLeastPlacesOnLine = 2, kBetweenPlaces = 8;
 
 GkPoint3d pointAt(const std::vector<float>& points, size_t index)
@@ -59,9 +59,9 @@ public:
                m_vertex.has_value();
     }
 
-    /// Whether `ask` accepts one of about that many places on surfaces: the middle of a triangle with two of
-    /// its corners; or of the vertex, three times. Lines are sampled differently (`linesWithin`): the ends of
-    /// an edge say nothing about what lies between them.
+    /// Whether `ask` accepts one of about that many points on surfaces: the middle of a triangle with two of
+    /// its corners; or the vertex, three times. Lines are sampled differently (`linesWithin`): the ends of an
+    /// edge say nothing about what is between them.
     template <class Ask>
     bool anyPlace(size_t places, Ask&& ask) const
     {
@@ -114,7 +114,7 @@ public:
     }
 
 private:
-    /// Called for the straight pieces of the edges, in order, until one returns true.
+    /// Called for the straight segments of the edges, in order, until one returns true.
     template <class Ask>
     bool eachLine(Ask&& ask) const
     {
@@ -244,7 +244,7 @@ private:
     }
 
     /// Samples all lines at even distances on the screen, strictly between their ends, because the ends are
-    /// visible even where the line is hidden by what it belongs to.
+    /// visible even where the line is hidden by its own body.
     bool isAnySeen(const std::vector<Outline::Line>& lines, const GkMatrix3d& toWorld) const
     {
         const auto length = [&](const Outline::Line& line) {
@@ -274,7 +274,8 @@ private:
 
     GkPoint3d screen(const GkPoint3d& world) const { return m_rays.projection().worldToScreen(world); }
 
-    /// Whether only the edge of a surface is seen at a place, which has a place and two directions in it.
+    /// Whether only the edge of a surface is seen at a place, given by a point and two directions in the
+    /// surface.
     bool isEdgeOn(const GkMatrix3d& toWorld, const std::array<GkPoint3d, 3>& local) const
     {
         constexpr double kAngle = 1e-3;
@@ -292,7 +293,7 @@ private:
     const AreaWish& m_wish;
     Path m_path;
     std::vector<PickedPoint> m_found;
-    std::set<std::pair<Path, int64_t>> m_seen; ///< Bodies, and faces of them, that rays met; -1 for the body.
+    std::set<std::pair<Path, int64_t>> m_seen; ///< Bodies, and faces of them, that rays hit; -1 for the body.
 };
 
 } // namespace

@@ -4,13 +4,13 @@
 
 namespace Vs::Scene {
 
-/// A rectangle of the screen, and what is wanted from its content.
+/// A rectangle of the screen, and which of its content is requested.
 struct AreaWish
 {
     double left = 0, bottom = 0, right = 0, top = 0; ///< In pixels of the projection.
-    /// Also what lies only partly in it.
+    /// Also what is only partly inside.
     bool crossing = false;
-    /// What is hidden everywhere in the rectangle is left out.
+    /// Leaves out what is hidden everywhere in the rectangle.
     bool visibleOnly = true;
     /// Whole bodies; or their parts of these kinds, by bits `1 << Part`.
     bool bodies = true;

@@ -15,7 +15,7 @@ constexpr double kRadiansPerPixel = 0.0087266462599716477;
 constexpr double kRightAngle = 1.5707963267948966;
 /// For a direction of length one: too small to show at all.
 constexpr double kNoPart = 1e-9;
-/// Beyond these sizes single-precision positions cannot be told apart on the screen.
+/// Beyond these sizes single-precision positions are indistinguishable on the screen.
 constexpr double kSmallestExtent = 1e-9;
 constexpr double kLargestExtent = 1e12;
 constexpr double kDefaultExtent = 200.0;
@@ -43,7 +43,7 @@ uint64_t newRevision()
 
 CameraEventSource* CameraEventSource::get()
 {
-    // Never destroyed: commands may still end while the process goes down.
+    // Never destroyed: commands may still end while the process shuts down.
     static auto* const source = new CameraEventSource;
     return source;
 }
@@ -54,7 +54,7 @@ Camera::Camera() : m_extentsWidth(kDefaultExtent), m_extentsHeight(kDefaultExten
     m_position = GkPoint3d() + GkVector3d(1, -1, 1).normal() * distance;
     m_clipNear = distance / 100;
     m_clipFar = distance * 10;
-    m_revision = newRevision(); // Nobody can have waited for an event of it.
+    m_revision = newRevision(); // Nobody can have waited for an event from it.
 }
 
 StrongRef<Camera> Camera::make()
@@ -188,7 +188,7 @@ void Camera::turn(double radians, const GkVector3d& axis, const GkPoint3d& centr
 {
     if (!isFinite(radians) || !isFinite(axis) || axis.isZeroLength() || !isFinite(centre.asVector()))
         return;
-    // The part of the up that shows, so that it stays at right angles however often the view is turned.
+    // The visible part of the up vector, so that it stays perpendicular however often the view is turned.
     const GkVector3d upward = screenUp();
     const GkMatrix3d rotation = GkMatrix3d::rotation(radians, axis, centre);
     m_position.transformBy(rotation);
@@ -223,7 +223,7 @@ void Camera::upright(const GkVector3d& up)
         m_upright = up.normal();
 }
 
-// As much of a turn about `right` as keeps what is now up on the screen up.
+// The part of a turn about `right` that keeps the screen's present up direction up.
 double Camera::withinPoles(double radians, const GkVector3d& axis) const
 {
     const auto partAcross = [&](const GkVector3d& v) {
@@ -235,8 +235,8 @@ double Camera::withinPoles(double radians, const GkVector3d& axis) const
         return radians;
     const double shown = screenUp().dotProduct(up);
     const double sense = shown < -kNoPart ? -1 : 1;
-    // What shows of it after the turn is the cosine of both angles together. At a pole, where nothing shows,
-    // the way back is open and the way over is not.
+    // What is visible of it after the turn is the cosine of both angles together. At a pole, where nothing is
+    // visible, turning back is allowed and turning over is not.
     const double angle = std::atan2(sense * direction().dotProduct(up), std::max(sense * shown, 0.0));
     return std::clamp(radians, -kRightAngle - angle, kRightAngle - angle);
 }

@@ -64,16 +64,16 @@ public:
                                          GkPoint3d& point) const = 0;
 };
 
-/// Where a view is seen from. Lengths are millimetres, in world coordinates; right-handed.
+/// A viewpoint. Lengths are millimetres, in world coordinates; right-handed.
 ///
-/// `extentsWidth` and `extentsHeight` are the size of the rectangle around the target, at right angles to the
-/// direction, that a viewport of any shape always shows whole. In a perspective they also say, together with
-/// the distance from position to target, how wide the lens is.
+/// `extentsWidth` and `extentsHeight` are the size of the rectangle around the target, perpendicular to the
+/// direction, that a viewport of any shape always shows whole. In a perspective they also determine, together
+/// with the distance from position to target, how wide the lens is.
 ///
-/// Every accessor returns what was set last, to the last bit, so that a camera can be written down and set
-/// again. What makes no sense (an up along the direction, clip planes that cut the model away) is corrected
-/// when the matrices are made, not where it is set. Values that are not finite, or beyond 1e100, are ignored.
-/// Main thread only.
+/// Every accessor returns what was set last, to the last bit, so that a camera can be saved and restored.
+/// What makes no sense (an up along the direction, clip planes that cut the model away) is corrected when the
+/// matrices are made, not where it is set. Values that are not finite, or beyond 1e100, are ignored. Main
+/// thread only.
 class Camera : public Implements<Camera, SharedObject>
 {
 public:
@@ -129,9 +129,9 @@ public:
     /// The same about the pivot.
     void orbitAroundPivot(double dx, double dy);
     /// Turns the view about `centre` by `pixels` of mouse movement: about the screen's horizontal axis if
-    /// `vertical`, else about `axis`. A vertical turn stops where it would turn upside down what is upright:
-    /// the direction that is up in the world (`upright`), or where that isn't known or lies across the turn,
-    /// `axis`.
+    /// `vertical`, otherwise about `axis`. A vertical turn stops before it would turn the upright direction
+    /// upside down: the direction that is up in the world (`upright`), or, if that isn't known or lies across
+    /// the turn, `axis`.
     void constrainedOrbit(double pixels, bool vertical, const GkVector3d& axis, const GkPoint3d& centre);
     /// The up direction of the world, for vertical turns; zero, the default, if there is none.
     void upright(const GkVector3d& up);
@@ -142,22 +142,22 @@ public:
     /// Moves position and target.
     void dolly(const GkVector3d& shift);
     /// Makes what is at the target `factor` times as large; a perspective comes nearer and keeps its lens. A
-    /// factor of 0 or less is ignored, as is one that would leave the range where numbers stay exact.
+    /// factor of 0 or less is ignored, as is one that would leave the range in which numbers are exact.
     void zoom(double factor);
-    /// Brings the target to `depth` from the position along the direction, so that turns and zooms are about
-    /// what is seen there. The picture stays as it is: the extents of a perspective change with the distance,
+    /// Moves the target to `depth` from the position along the direction, so that turns and zooms are about
+    /// what is seen there. The picture stays the same: the extents of a perspective change with the distance,
     /// a parallel projection moves its position along. A depth at or behind the position of a perspective, or
-    /// one that would leave the range where numbers stay exact, is ignored.
+    /// one that would leave the range in which numbers are exact, is ignored.
     void slideTarget(double depth);
     /// Frames the box with a small margin, whatever the shape of the viewport, without turning the camera; a
     /// perspective keeps its lens. With a subject, what is in the box is framed, in the part of the canvas
     /// that is free. An empty box changes nothing; a mere point is brought to the centre. The pivot is
     /// dropped: it was chosen for a different view of the model.
     void fit(const BBox& box);
-    /// The revision that the last fit left it with; 0 before the first one. The result of a fit depends on
-    /// the canvas, so it isn't the same everywhere.
+    /// The revision in which the last fit left it; 0 before the first one. The result of a fit depends on the
+    /// canvas, so it isn't the same everywhere.
     uint64_t fitRevision() const { return m_fitRevision; }
-    /// What `fit` asks; ignored once it is gone.
+    /// Consulted by `fit`; ignored once it is gone.
     void subject(std::weak_ptr<const CameraSubject> subject) { m_subject = std::move(subject); }
     /// Looks along `direction` from the old distance at the old target.
     void look(const GkVector3d& direction, const GkVector3d& up);
@@ -167,7 +167,7 @@ public:
     /// Copies everything of another camera except the pivot, the subject and the upright direction.
     void copyFrom(const Camera& other);
 
-    /// Grows by at least one with every change; never shared with another camera's value.
+    /// Grows by at least one with every change; never equal to another camera's value.
     uint64_t revision() const { return m_revision; }
 
 private:

@@ -10,7 +10,7 @@ namespace {
 
 double between(double from, double to, double part)
 {
-    // By even factors where possible, so that a zoom looks even.
+    // Geometrically where possible, so that a zoom looks even.
     if (from > 0 && to > 0)
         return from * std::pow(to / from, part);
     return from + (to - from) * part;

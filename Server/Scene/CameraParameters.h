@@ -23,9 +23,9 @@ struct CameraParameters
 
     void applyTo(Camera& camera) const;
 
-    /// The state at `part` of the way, from 0 (this one) to 1 (the other). The view turns about the target at
-    /// an even rate in a single rotation, sizes change by even factors, and both ends are exactly the given
-    /// states. The projection is the other one's from the first step on.
+    /// The state at the fraction `part` of the way, from 0 (this one) to 1 (the other). The view turns about
+    /// the target at a constant rate in a single rotation, sizes change geometrically, and both ends are
+    /// exactly the given states. The projection is the other one's from the first step on.
     [[nodiscard]] CameraParameters towards(const CameraParameters& other, double part) const;
 
     [[nodiscard]] bool isEqualTo(const CameraParameters& other) const;

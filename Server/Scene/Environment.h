@@ -8,22 +8,22 @@
 
 namespace Vs::Scene {
 
-/// What surrounds a model: it lights the bodies, is mirrored in them, and is seen behind them as a dome. Made
-/// of a few numbers, not of pictures, so it costs nothing and has detail at any scale. All colours are
-/// linear. Directions are those of a scene whose up is z.
+/// What surrounds a model: it lights the bodies, is reflected in them, and is seen behind them as a dome.
+/// Made from a few numbers, not from pictures, so it costs nothing and has detail at any scale. All colours
+/// are linear. Directions are those of a scene whose up is z.
 struct Environment
 {
-    /// A light so far away that it has a direction but no position.
+    /// A light at infinity, which has a direction but no position.
     struct Lamp
     {
         GkVector3d direction; ///< Towards the lamp, length one.
-        Colour colour;        ///< What a white face turned towards it reflects.
+        Colour colour;        ///< The light that a white face turned towards it reflects.
         float size;           ///< Sine of half its angular size: how soft its highlights are.
     };
 
     std::wstring id;
-    Colour zenith, horizon; ///< The sky straight above, and where it ends.
-    Colour ground, nadir;   ///< The ground where the sky ends, and straight below.
+    Colour zenith, horizon; ///< The sky at the zenith, and at the horizon.
+    Colour ground, nadir;   ///< The ground at the horizon, and straight below.
     /// How the colours change from the horizon upwards and downwards, as powers of the elevation's sine.
     float skyFall, groundFall;
     float haze;  ///< Half the height of the mist at the horizon, as a sine.
@@ -34,12 +34,12 @@ struct Environment
     Colour line;  ///< Of edges seen against the background.
     Colour grid;
 
-    /// Whether what is seen against the background has to be light.
+    /// Whether lines seen against the background must be light.
     bool isDark() const { return line.g > 0.3f; }
     /// The colour of the layout grid's lines, as visible on this environment's ground.
     const Colour& gridColor() const { return grid; }
-    /// What is seen in a direction of length one, without the lamps, linear. With a `blur` from 0 to 1 it is
-    /// averaged around the direction, as in a rough mirror.
+    /// The linear colour seen in a direction of unit length, without the lamps. With a `blur` from 0 to 1 it
+    /// is averaged around the direction, as in a rough mirror.
     [[nodiscard]] Colour seen(const GkVector3d& direction, float blur = 0) const;
 };
 

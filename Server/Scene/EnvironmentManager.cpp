@@ -148,7 +148,7 @@ std::wstring EnvironmentManager::activeEnvironmentID() const
 
 void EnvironmentManager::activeEnvironmentID(const std::wstring& id)
 {
-    // One that is the option's own default is kept as well, since it may not be the usual one.
+    // The option's own default is stored as well, since the default in force may be another.
     if (id != activeEnvironmentID())
         GraphicsOptionGroup::get()->setValue(kOption, id);
 }

@@ -7,8 +7,8 @@
 
 namespace Vs::Scene {
 
-/// The available environments, and the one that all views show. Main thread only, but environments are never
-/// changed and may be read anywhere.
+/// The available environments, and the one that all views show. Main thread only, but environments are
+/// immutable and may be read anywhere.
 class EnvironmentManager
 {
 public:
@@ -20,13 +20,13 @@ public:
     /// later version survives this one; `environment` says how unknown ones look.
     void activeEnvironmentID(const std::wstring& id);
 
-    /// What views show as long as nothing was set: "PhotoBooth", or what suits a window in dark colours.
-    /// Existing views are not notified. Not stored.
+    /// What views show until something is set: "PhotoBooth", or what suits a window in dark colours. Existing
+    /// views are not notified. Not stored.
     void usualEnvironmentID(const std::wstring& id) { m_usual = id; }
 
     const Environment& activeEnvironment() const { return environment(activeEnvironmentID()); }
     /// "DarkSky", "GreyRoom", "PhotoBooth", "TranquilityBlue", "InfinityPool" or "SkyRoom"; "SkyRoomPool" is
-    /// the last one as well. Any other id looks like "PhotoBooth".
+    /// a synonym of the last. Any other id looks like "PhotoBooth".
     [[nodiscard]] const Environment& environment(const std::wstring& id) const;
     /// In the order in which they are named above.
     const std::vector<Environment>& environments() const;

@@ -11,14 +11,15 @@
 
 namespace Rendra::Graphics {
 
-/// A picture in the scene, always of the same size on the screen. Never changed once it is shared.
+/// A picture in the scene, of constant size on the screen. Immutable once it is shared.
 struct Texture
 {
-    int width = 0, height = 0;   ///< Of the picture, in its own pixels.
-    std::vector<uint8_t> pixels; ///< RGBA, not premultiplied, the top row first, without gaps.
-    GkPoint2d anchor;            ///< Where the node stands in the picture, in its pixels from the middle.
-    double scale = 1;            ///< Logical pixels of the screen for one of the picture.
-    double occludedOpacity = 1;  ///< Its opacity through whatever hides it, from 0 to 1.
+    int width = 0, height = 0;   ///< In the picture's own pixels.
+    std::vector<uint8_t> pixels; ///< RGBA, not premultiplied, top row first, without gaps.
+    GkPoint2d
+        anchor; ///< The point of the picture that is at the node's position, in its pixels from the middle.
+    double scale = 1;           ///< Logical pixels of the screen per pixel of the picture.
+    double occludedOpacity = 1; ///< Its opacity through whatever hides it, from 0 to 1.
 };
 
 enum class EBillboard {
@@ -45,12 +46,12 @@ public:
     /// Null for none.
     const std::shared_ptr<const Texture>& texture() const { return m_texture; }
     const Billboard& billBoard() const { return m_billboard; }
-    /// Nodes of a higher priority are drawn later, and so over the others; a picture is drawn this many of
-    /// its half sizes in front of its place.
+    /// Nodes of a higher priority are drawn later, and so over the others; a picture is drawn in front of its
+    /// place by this many of its half sizes.
     int depthPriority() const { return m_depthPriority; }
     /// Whether its lines count in the bounds of the scene. Default true.
     bool countsInBounds() const { return m_countsInBounds; }
-    /// Identifies what was drawn to its maker; means nothing to the scene.
+    /// Identifies the content to its maker; means nothing to the scene.
     int clientType() const { return m_clientType; }
 
 protected:
@@ -71,8 +72,8 @@ private:
 struct OccludedEffect
 {
     std::string name;
-    Vs::Colour colour{1, 1, 1, 1}; ///< Multiplies the geometry's own.
-    float opacity = -1;            ///< Below 0, the geometry's own; lines have all of theirs.
+    Vs::Colour colour{1, 1, 1, 1}; ///< Multiplied with the geometry's own.
+    float opacity = -1;            ///< Below 0, the geometry's own; lines use all of theirs.
 };
 
 /// How the lines below a node are drawn.
@@ -82,15 +83,15 @@ struct LineStyle
     Vs::Colour colour{1, 1, 1, 1};
 };
 
-/// A place at which geometry is shown: moving the marker is moving its instance.
+/// A place at which geometry is shown: moving the marker means moving its instance.
 class InstanceNode : public Vs::Implements<InstanceNode, GroupNode>
 {
 public:
     static Vs::StrongRef<InstanceNode> make();
 
-    /// Holds for all geometry below that no deeper effect claims.
+    /// Applies to all geometry below that has no deeper effect.
     const std::optional<OccludedEffect>& occludedEffect() const { return m_occludedEffect; }
-    /// The same; in place of the colours below.
+    /// The same; replaces the colours below.
     const std::optional<LineStyle>& lineStyle() const { return m_lineStyle; }
 
 protected:

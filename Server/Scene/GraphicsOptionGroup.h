@@ -11,7 +11,7 @@ public:
     static GraphicsOptionGroup* get();
 
     Option<bool> MSAA{*this, "MSAA", true}; ///< Smooth edges.
-    /// Pictures have transparency instead of a background; views on the screen always have one.
+    /// Pictures have a transparent background; views on the screen never do.
     Option<bool> transparentBackground{*this, "transparentBackground", false};
     Option<bool> displayGroundPlane{*this, "displayGroundPlane", false};
     Option<bool> displayDome{*this, "displayDome", true}; ///< The shaded sky behind the model.
@@ -22,7 +22,7 @@ public:
     Option<bool> ambientOccludedEnabled{*this, "ambientOccludedEnabled", true}; ///< Darker corners.
     Option<bool> showLayoutGrid{*this, "showLayoutGrid", false};
     Option<bool> showGridRefNumbers{*this, "showGridRefNumbers", false};
-    /// A pick in a view takes only what is visible there; else also what lies behind.
+    /// A pick in a view takes only what is visible there; otherwise also what is hidden.
     Option<bool> selectClosestItemOnly{*this, "selectClosestItemOnly", true};
     Option<int> NPREffect{*this, "NPREffect", 0};
     Option<int> selectionEffectOption{*this, "selectionEffectOption", 1};

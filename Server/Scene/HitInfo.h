@@ -28,16 +28,16 @@ private:
     Projection m_projection;
 };
 
-/// What lies at a place of a canvas. On a body: its surface there. Off all bodies: the place in the plane of
-/// the camera's target, which is all that the background has.
+/// What is at a place of a canvas. On a body: the point of its surface. Off all bodies: the point in the
+/// plane of the camera's target, which is all that the background has.
 class RawHitInfo : public Implements<RawHitInfo, SharedObject>
 {
 public:
-    /// The node of the view, whose data know the view as their source.
+    /// The node of the view, whose data have the view as their source.
     Rendra::Graphics::GroupNode* viewNode() const { return m_viewNode.get(); }
     Rendra::Graphics::GroupNode* viewFragmentNode() const { return m_fragmentNode.get(); }
     /// On a body the same as the hit point; on the background, which has no hit point (it stays the origin),
-    /// where the ray passes the plane of the target.
+    /// where the ray intersects the plane of the target.
     const GkPoint3d& localRayPoint() const { return m_rayPoint; }
     const GkPoint3d& localHitPoint() const { return m_hitPoint; }
     /// Length one, towards the viewer; zero on the background, on an edge and at a vertex.
@@ -61,13 +61,13 @@ using NodePath = std::vector<StrongRef<Rendra::Graphics::Node>>;
 class SceneSelection : public Implements<SceneSelection, Selection>
 {
 public:
-    /// Finds what lies at a place of a canvas, in logical pixels from its upper left corner. Null if nothing
-    /// does and `background` is false, or if the fragment has no background to select.
+    /// Finds what is at a place of a canvas, in logical pixels from its upper left corner. Null if nothing is
+    /// and `background` is false, or if the fragment has no background to select.
     static StrongRef<SceneSelection> find(Rendra::Graphics::GroupNode* viewNode,
                                           Rendra::Graphics::GroupNode* fragmentNode, double width,
                                           double height, double x, double y, bool background);
 
-    /// Everything that the wish asks for at that place, ordered as by pickAt, without the background.
+    /// Everything that matches the wish at that place, ordered as by pickAt, without the background.
     static std::vector<StrongRef<SceneSelection>> findAll(Rendra::Graphics::GroupNode* viewNode,
                                                           Rendra::Graphics::GroupNode* fragmentNode,
                                                           double width, double height, double x, double y,

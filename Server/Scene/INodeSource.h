@@ -8,7 +8,7 @@ class GroupNode;
 
 namespace Vs::Scene {
 
-/// The owner of a node of the scene, which makes it when it is needed. A pure interface, to be used beside an
+/// The owner of a node of the scene, which creates it on demand. A pure interface, to be used beside an
 /// Object base: `class GraphicsView : public Implements<GraphicsView, Object, Scene::INodeSource>`.
 class INodeSource
 {
@@ -25,7 +25,7 @@ public:
 
     /// Null while there is none.
     virtual Rendra::Graphics::GroupNode* sceneNode() const = 0;
-    /// Makes the node unless it exists, and returns it.
+    /// Creates the node unless it exists, and returns it.
     virtual Rendra::Graphics::GroupNode* createScene() = 0;
     virtual void releaseScene() = 0;
 };

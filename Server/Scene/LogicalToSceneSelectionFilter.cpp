@@ -6,8 +6,8 @@
 namespace Vs::Scene {
 namespace {
 
-/// The nodes from that of the asset to the component's (whose id begins with those of the components above);
-/// empty if one isn't there.
+/// The nodes from the asset's to the component's (whose id begins with those of the components above); empty
+/// if one is missing.
 NodePath pathTo(const SceneAssetAdapter& scene, const std::string& component)
 {
     NodePath path{StrongRef<Rendra::Graphics::Node>(scene.rootNode())};

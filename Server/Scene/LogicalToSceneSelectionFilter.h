@@ -4,7 +4,7 @@
 
 namespace Vs::Scene {
 
-/// From what is selected in the model to its place in the scene.
+/// Maps a selection in the model to its place in the scene.
 class LogicalToSceneSelectionFilter
 {
 public:
@@ -13,8 +13,8 @@ public:
     {
         return logical ? cast<SceneSelection>(logical->picked()) : nullptr;
     }
-    /// Where it was picked, or else where the scene of the asset has it. Null if the selection is null, of
-    /// another asset, or has no place in the scene.
+    /// Where it was picked, or otherwise where the scene of the asset has it. Null if the selection is null,
+    /// of another asset, or has no place in the scene.
     [[nodiscard]] static StrongRef<SceneSelection> filter(const Selection* selection, Asset& asset);
     [[nodiscard]] static bool hasEquivalentResult(const Selection* selection, Asset& asset)
     {

@@ -9,7 +9,7 @@ namespace Vs::Scene {
 
 namespace {
 
-/// What the driver said last; 0 until one was asked. Written by whichever thread draws.
+/// What the driver reported last; 0 until one was asked. Written by whichever thread draws.
 std::atomic<int> offeredSamples = 0;
 
 } // namespace
@@ -17,7 +17,7 @@ std::atomic<int> offeredSamples = 0;
 void GetMSAASettings(int& level, int& quality)
 {
     if (offeredSamples == 0) {
-        Status ignored; // who asks for a picture is told
+        Status ignored; // whoever requests a picture gets the error
         if (!OffscreenRenderer::get()->prepare(ignored))
             OfferMSAA(1);
     }

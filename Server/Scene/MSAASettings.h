@@ -2,7 +2,7 @@
 
 namespace Vs::Scene {
 
-/// What this machine supports for smooth edges, whatever the user chose: the number of samples to a pixel (1
+/// What this machine supports for anti-aliasing, whatever the user chose: the number of samples per pixel (1
 /// for none, also where nothing can be drawn) and their quality. Before the first picture, the first query
 /// creates the context that pictures are drawn with.
 void GetMSAASettings(int& level, int& quality);

@@ -24,18 +24,18 @@ class GroupNode;
 /// How a node stands out from its surroundings.
 enum class Highlight : uint8_t { None, Pointed, Selected };
 
-/// What a node of the scene stands for above the scene: the data of a view or of a fragment.
+/// What a node of the scene stands for at a higher level: the data of a view or of a fragment.
 class NodeData : public Vs::Implements<NodeData>
 {
 public:
-    /// For data that knows a source (Scene::INodeSource): the source is being destroyed.
+    /// For data with a source (Scene::INodeSource): the source is being destroyed.
     virtual void clearSource() {}
 };
 
 /// What a body consists of, as numbered in its mesh.
 enum class Part : uint8_t { Face, Edge, Vertex };
 
-/// A part of a body that is highlighted by itself.
+/// A part of a body that is itself highlighted.
 struct LitPart
 {
     Part part;
@@ -44,8 +44,8 @@ struct LitPart
     friend bool operator==(const LitPart&, const LitPart&) = default;
 };
 
-/// A node of the scene. A node may hang under several groups (one model in two views); it is shared by
-/// StrongRefs and is changed by a NodeChange only. Main thread only.
+/// A node of the scene. A node may be in several groups (one model in two views); it is shared by StrongRefs
+/// and is changed only by a NodeChange. Main thread only.
 class Node : public Vs::Implements<Node, Vs::SharedObject>
 {
 public:
@@ -55,12 +55,12 @@ public:
     uint64_t id() const { return m_id; }
     /// Empty for most.
     const std::string& name() const;
-    /// What it stands for to whoever made it and set this (NodeChange::owner); null for most. Nodes don't use
+    /// What it represents to whoever made it and set this (NodeChange::owner); null for most. Nodes don't use
     /// it.
     const void* owner() const { return m_owner; }
-    /// Into the coordinates of the group above.
+    /// To the coordinates of the parent group.
     GkMatrix3d transform() const { return m_place.matrix(); }
-    /// A hidden node hides all below it.
+    /// A hidden node hides everything below it.
     bool visible() const { return m_visible; }
     /// Applies to all bodies below that have no deeper colour.
     const std::optional<Vs::Colour>& colour() const { return m_colour; }
@@ -69,16 +69,16 @@ public:
     /// Whether bodies here and below are drawn faintly and can't be picked; a deeper node's setting wins.
     const std::optional<bool>& ghost() const { return m_ghost; }
 
-    /// The box around all that is visible here and below, in the coordinates of the group above. A group
-    /// keeps its box until something below changes.
+    /// The box around everything visible here and below, in the coordinates of the parent group. A group
+    /// caches its box until something below changes.
     BBox boundingBox() const { return m_visible ? m_place.placed(ownBounds()) : BBox(); }
 
-    /// The number of the last change of this node itself, not of what hangs below; the numbers of all nodes
+    /// The number of the last change of this node itself, not of its descendants; the numbers of all nodes
     /// come from one counter.
     uint64_t revision() const { return m_revision; }
-    /// The number of the last change of this node or of any below.
+    /// The number of the last change of this node or of any descendant.
     virtual uint64_t subtreeRevision() const { return m_revision; }
-    /// The number of the last change here or below of shapes or places, not of colours and highlights.
+    /// The number of the last change of shapes or placements here or below, not of colours and highlights.
     uint64_t placesRevision() const { return m_placesRevision; }
 
 protected:
@@ -90,7 +90,7 @@ private:
     friend class BodyNode;
     friend class GroupNode;
     friend class Vs::Scene::NodeChange;
-    // What only few nodes have.
+    // Attributes that only few nodes have.
     struct Rare
     {
         std::string name;
@@ -99,7 +99,7 @@ private:
     };
 
     void touch();
-    /// Only the looks have changed.
+    /// Only the look has changed.
     void touchLook();
     void touchParents(bool places);
     void hangsUnder(GroupNode* parent);
@@ -115,7 +115,7 @@ private:
     uint64_t m_revision;
     uint64_t m_placesRevision;
     const void* m_owner = nullptr;
-    GroupNode* m_parent = nullptr; // Not owned: a group takes itself out when it goes.
+    GroupNode* m_parent = nullptr; // Not owned: a group removes itself when it is destroyed.
     std::unique_ptr<Rare> m_rare;  // null for none
     GkPlacement m_place;
     std::optional<Vs::Colour> m_colour;
@@ -134,7 +134,7 @@ public:
     /// The number of the last change of the list of children.
     uint64_t childrenRevision() const { return m_childrenRevision; }
 
-    /// What this group stands for; null for most. See viewNodeData and viewFragmentNodeData.
+    /// What this group represents; null for most. See viewNodeData and viewFragmentNodeData.
     NodeData* data() const { return m_data.get(); }
 
 protected:

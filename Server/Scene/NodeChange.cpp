@@ -23,7 +23,7 @@ bool hangsUnder(const Node* node, const Node* above)
                                 [&](const auto& child) { return hangsUnder(node, child.get()); });
 }
 
-/// A full circle of this many lines looks round at any size that a reticle has.
+/// A circle with this many segments looks round at any size that a reticle has.
 constexpr int kLinesOfCircle = 180;
 
 } // namespace
@@ -51,7 +51,7 @@ StrongRef<InstanceNode> NodeChange::createGroupNode(GroupNode* parent, int, bool
 
 NodeChange& NodeChange::name(const std::string& name)
 {
-    // It is shown nowhere, so nothing needs to be drawn again.
+    // It isn't shown anywhere, so nothing needs to be redrawn.
     if (name != m_node->name())
         m_node->rare().name = name;
     return *this;
@@ -80,7 +80,7 @@ NodeChange& NodeChange::transform(const GkPlacement& transform)
     return *this;
 }
 
-// What can be picked is a different matter from looks.
+// What can be picked doesn't affect the look.
 NodeChange& NodeChange::ghost(std::optional<bool> ghost)
 {
     if (m_node->m_ghost != ghost) {
@@ -240,7 +240,7 @@ NodeChange& NodeChange::occludedEffect(const std::string& name, const Colour& co
 NodeChange& NodeChange::add(StrongRef<Node> child)
 {
     auto* group = cast<GroupNode>(m_node);
-    // Only a group that has parents can hang under its new child.
+    // Only a group that has parents can be below its new child.
     if (!group || !child || group->has(child.get()) || child.get() == group ||
         (group->m_parent && cast<GroupNode>(child.get()) && hangsUnder(group, child.get())))
         return *this;

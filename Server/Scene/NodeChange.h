@@ -5,12 +5,11 @@
 
 namespace Vs::Scene {
 
-/// Changes a node of the scene. Setting a value that is already set is not a change, and nothing is redrawn
-/// for it.
+/// Changes a node of the scene. Setting a value that is already set is not a change, and causes no redraw.
 class NodeChange
 {
 public:
-    /// New nodes, hung under `parent` unless that is null. Geometry has one level of detail: what it shows
+    /// New nodes, added to `parent` unless that is null. Geometry has one level of detail: what it shows
     /// keeps its size on the screen or is a handful of lines. `transient` ones, as all are today, are never
     /// saved.
     static StrongRef<Rendra::Graphics::GeometryNode>
@@ -18,8 +17,8 @@ public:
     static StrongRef<Rendra::Graphics::InstanceNode> createInstanceNode(Rendra::Graphics::GroupNode* parent,
                                                                         bool transient);
 
-    /// A group that can have effects and a style of its lines. What hangs below is drawn in one pass, the
-    /// first; `pickable` ones, as none of today, can be picked.
+    /// A group that can have effects and a line style. What is below is drawn in one pass, the first;
+    /// `pickable` ones, which none are today, can be picked.
     static StrongRef<Rendra::Graphics::InstanceNode> createGroupNode(Rendra::Graphics::GroupNode* parent,
                                                                      int pass, bool pickable, bool transient);
 
@@ -33,7 +32,7 @@ public:
     NodeChange& name(const std::string& name);
     /// Node::owner.
     NodeChange& owner(const void* owner);
-    /// This many children are about to be added to a group.
+    /// Reserves room for this many more children of a group.
     NodeChange& expect(size_t coming);
     NodeChange& transform(const GkPlacement& transform);
     /// Moves the node's origin to `point`, without turning it. A point that is not finite changes nothing.
@@ -50,7 +49,7 @@ public:
 
     /// Of a GeometryNode; do nothing to others.
     NodeChange& polyline(std::vector<GkPoint3d> points);
-    /// An arc about `normal`, from `from` to `to` radians off the direction of `reference`, whose length is
+    /// An arc about `normal`, from `from` to `to` radians from the direction of `reference`, whose length is
     /// the radius.
     NodeChange& arc(const GkPoint3d& centre, const GkVector3d& normal, const GkVector3d& reference,
                     double from, double to, int clientType = 0);
@@ -65,8 +64,8 @@ public:
     NodeChange& lineStyle(float weight, const Colour& colour);
     NodeChange& occludedEffect(const std::string& name, const Colour& colour, float opacity);
 
-    /// Of a GroupNode; do nothing to others. A node that is in the group already, or that the group itself
-    /// hangs under, is not added.
+    /// Of a GroupNode; do nothing to others. A node that is in the group already, or is one of its ancestors,
+    /// is not added.
     NodeChange& add(StrongRef<Rendra::Graphics::Node> child);
     NodeChange& remove(const Rendra::Graphics::Node* child);
     NodeChange& removeAll();

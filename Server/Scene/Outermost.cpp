@@ -17,7 +17,7 @@ public:
     const std::optional<GkPoint3d>& found() const { return m_found; }
 
 private:
-    /// How far points lie in the direction, by their coordinates under a matrix: computed once for the
+    /// How far points lie in the direction, from their coordinates under a matrix: computed once for the
     /// direction, instead of transforming each point into the world.
     struct Lengths
     {

@@ -7,8 +7,8 @@
 namespace Vs::Scene {
 
 /// Of everything visible at a node and below, the point that lies farthest in a direction, in the coordinates
-/// above the node; nothing where nothing is visible. Bodies by the points of their meshes, helpers by their
-/// boxes. Main thread only.
+/// above the node; nothing if nothing is visible. Uses the mesh points of bodies, and the boxes of helpers.
+/// Main thread only.
 [[nodiscard]] std::optional<GkPoint3d> outermostPoint(const Rendra::Graphics::Node& node,
                                                       const GkVector3d& direction);
 

@@ -17,19 +17,19 @@ using Rendra::Graphics::Part;
 
 namespace {
 
-/// A body has to be so many times the tolerance across for its edges to be told from it.
+/// A body must be this many times the tolerance across for its edges to be distinguished from it.
 constexpr double kTellApart = 3;
 /// Of things this close together, in pixels, the one nearer to the viewer is meant.
 constexpr double kAsNear = 1.5;
 /// How many of a kind are returned, and how many are tested for being hidden.
 constexpr size_t kMostAnswers = 8, kMostAsked = 64;
 
-/// A vertex, or a place on an edge, near the place that is asked for.
+/// A vertex, or a point on an edge, near the requested place.
 struct Candidate
 {
     size_t body; ///< In Parts::m_bodies.
     PickedPart part;
-    double pixels; ///< From the place.
+    double pixels; ///< From the requested place.
     GkPoint3d screen;
     GkPoint3d local;
 };
@@ -45,7 +45,7 @@ public:
 
     Probe rayAt(double x, double y) const { return m_rays.at(x, y); }
 
-    /// `surface` is what the ray at the place itself meets.
+    /// `surface` is what the ray through the place itself hits.
     std::vector<PickedPoint> find(const std::optional<SurfaceHit>& surface)
     {
         gather(surface);
@@ -87,7 +87,7 @@ private:
                 const auto parts = searchedParts(body);
                 if (!parts || (parts->edgePoints.empty() && parts->vertexPoints.empty()))
                     return;
-                // Found out for the first body that has anything to find.
+                // Determined for the first body that has anything to find.
                 if (!std::exchange(limited, true)) {
                     m_deepest = deepestSurface(surface);
                     if (m_deepest != BoxTree::kNever)
@@ -169,7 +169,7 @@ private:
         if (!isAhead(camera[0]) && !isAhead(camera[1]))
             return;
         for (int i = 0; i < 2; ++i)
-            if (!isAhead(camera[i])) { // cut off what lies behind the viewer
+            if (!isAhead(camera[i])) { // cut off what is behind the viewer
                 const double part = camera[1 - i].z / (camera[1 - i].z - camera[i].z) * (1 - 1e-6);
                 ends[i] = ends[1 - i] + (ends[i] - ends[1 - i]) * part;
                 camera[i] = m_toCamera * ends[i];
@@ -220,7 +220,7 @@ private:
     const PickWish& m_wish;
     double m_x, m_y;
     double m_deepest = BoxTree::kNever;
-    GkMatrix3d m_toCamera; ///< Of the body that is being asked.
+    GkMatrix3d m_toCamera; ///< Of the body that is being searched.
     std::vector<std::vector<const Node*>> m_bodies;
     std::vector<Candidate> m_candidates;
 };

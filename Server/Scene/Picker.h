@@ -25,34 +25,34 @@ struct PickedPoint
     GkPoint3d localPoint;
     /// Of the surface there, length one, towards the start of the ray; zero on an edge and at a vertex.
     GkVector3d localNormal;
-    /// The place on the ray, in lengths of its direction.
+    /// The place on the ray, in multiples of its direction.
     double along = 0;
     /// Empty only for a mesh without information about its faces.
     std::optional<PickedPart> part;
 };
 
-/// The nearest visible body that a ray meets, its triangles being two-sided; nothing if it meets none, or if
-/// it is not a ray (a zero direction, values that are not numbers). `root` is searched with its own
+/// The nearest visible body that a ray hits, its triangles being two-sided; nothing if it hits none, or if it
+/// is not a ray (a zero direction, values that are not numbers). `root` is searched with its own
 /// transformation.
 [[nodiscard]] std::optional<PickedPoint> pick(const Rendra::Graphics::Node& root, const GkPoint3d& start,
                                               const GkVector3d& direction);
 
-/// Every face of a visible body that a ray meets, once each, where it is first met; the nearest first.
+/// Every face of a visible body that a ray hits, once each, at the first hit; nearest first.
 [[nodiscard]] std::vector<PickedPoint> pickAll(const Rendra::Graphics::Node& root, const GkPoint3d& start,
                                                const GkVector3d& direction);
 
-/// What is looked for at a place of the screen, beside faces.
+/// What to look for at a place of the screen, besides faces.
 struct PickWish
 {
     bool vertices = false, edges = false;
-    /// Only what nothing hides; else everything under the place, however deep.
+    /// Only what nothing hides; otherwise everything under the place, however deep.
     bool visibleOnly = true;
     double tolerance = 5; ///< How far from the place edges and vertices may be, in pixels.
     friend bool operator==(const PickWish&, const PickWish&) = default;
 };
 
-/// What lies at a place of the screen, in pixels of the projection: vertices that are near enough, then such
-/// edges, then faces; of each kind what is nearest to the place and to the viewer first. Edges and vertices
+/// What is at a place of the screen, in pixels of the projection: vertices that are near enough, then such
+/// edges, then faces; of each kind, what is nearest to the place and to the viewer first. Edges and vertices
 /// of a body hardly larger than the tolerance are left out: nobody can aim at them.
 [[nodiscard]] std::vector<PickedPoint> pickAt(const Rendra::Graphics::Node& root,
                                               const Projection& projection, double x, double y,

@@ -9,13 +9,13 @@ namespace Vs::Scene {
 
 namespace {
 
-/// Nearer parts of a perspective are cut away, as a part of the far distance: the depth buffer has no more
-/// steps than that. Who looks at something nearer still, by the target, sees it, though what is far then has
-/// coarser steps.
+/// Nearer parts of a perspective are clipped, as a fraction of the far distance: the depth buffer has no more
+/// steps than that. If the target is nearer still, it is visible nevertheless, and far depths have coarser
+/// steps.
 constexpr double kNearestPart = 1.0 / 4000;
 constexpr double kNearestPartOfAll = 1e-6;
 constexpr double kBeforeTarget = 0.1;
-/// Whatever the camera says, what is seen is not narrower or less deep, in mm: a thousandth of the smallest
+/// Whatever the camera says, the view is at least this wide and deep, in mm: a thousandth of the smallest
 /// models.
 constexpr double kSmallestSeen = 1e-9;
 

@@ -12,7 +12,7 @@ class Camera;
 class Projection
 {
 public:
-    /// Near and far are adapted to `bounds`; an empty box leaves the camera's own.
+    /// Near and far are adapted to `bounds`; with an empty box they are the camera's own.
     Projection(const Camera& camera, double width, double height, const BBox& bounds = {});
 
     [[nodiscard]] GkPoint3d worldToScreen(const GkPoint3d& world) const
@@ -21,8 +21,8 @@ public:
     }
     [[nodiscard]] GkPoint3d cameraToScreen(const GkPoint3d& camera) const;
     [[nodiscard]] GkPoint3d screenToWorld(const GkPoint3d& screen) const;
-    /// The direction, of length one, in which the ray through a place of the screen runs, and where it
-    /// starts: in a perspective the position, else a place in the plane of the position.
+    /// The direction, of unit length, in which the ray through a place of the screen runs, and where it
+    /// starts: in a perspective the position, otherwise a point in the plane of the position.
     [[nodiscard]] GkVector3d rayDirection(double x, double y) const;
     [[nodiscard]] GkPoint3d rayStart(double x, double y) const;
 
@@ -31,7 +31,7 @@ public:
     double height() const { return m_height; }
     double clipNear() const { return m_near; }
     double clipFar() const { return m_far; }
-    /// Half the size of the view: in a parallel projection in millimetres, else as tangents of angles.
+    /// Half the size of the view: in a parallel projection in millimetres, otherwise as tangents of angles.
     double halfWidth() const { return m_halfWidth; }
     double halfHeight() const { return m_halfHeight; }
     /// World to camera coordinates, as Camera::viewMatrix.
@@ -39,7 +39,7 @@ public:
     /// How many millimetres one pixel covers at a distance from the position.
     [[nodiscard]] double pixelSize(double distance) const;
     /// What the same camera sees of a mirrored scene: triangles change their orientation on the screen.
-    /// `bounds` is the scene's as it is without the reflection.
+    /// `bounds` is that of the scene without the reflection.
     [[nodiscard]] Projection mirrored(const GkMatrix3d& reflection, const BBox& bounds) const;
     /// Camera to clip coordinates, row by row, for the part of the view from (x0, y0) to (x1, y1), each from
     /// 0 to 1.

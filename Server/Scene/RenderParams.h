@@ -18,13 +18,13 @@ enum EVisualStyle {
     kHelpersOnly = 9, ///< Reticles and markers, no bodies.
 };
 
-/// How one fragment is drawn. A new one takes the user's options of that moment.
+/// How one fragment is drawn. A new one takes the user's current options.
 class RenderParams
 {
 public:
     RenderParams();
 
-    /// At right angles to the ground, away from it, length one: what is up for the model.
+    /// Perpendicular to the ground, away from it, of unit length: the model's up direction.
     const GkVector3d& groundPlaneOrientation() const { return m_groundPlaneOrientation; }
     void groundPlaneOrientation(const GkVector3d& up);
     bool groundPlaneEnabled() const { return m_groundPlane; }

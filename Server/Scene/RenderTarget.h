@@ -32,7 +32,7 @@ struct RenderTarget
     uint32_t framebuffer = 0; ///< Name of a framebuffer object of the current context.
     int width = 0;            ///< Of the whole picture, in pixels.
     int height = 0;
-    int samples = 1; ///< The framebuffer must have as many samples; 1 for no anti-aliasing.
+    int samples = 1; ///< The framebuffer must have that many samples; 1 for no anti-aliasing.
     bool transparentBackground = false;
     bool dome = true; ///< The background shows the environment, not a plain colour.
     /// What lights the scene; null for the first of EnvironmentManager's choice. Must outlive the picture.
@@ -40,23 +40,24 @@ struct RenderTarget
     bool grid = false;        ///< The layout grid, in fragments that show a model,
     bool gridNumbers = false; ///< and with it its numbers,
     bool gridOrigin = false;  ///< and a mark where its axes meet.
-    /// In which the grid's lines are counted; null for millimetres.
+    /// The unit in which the grid's lines are counted; null for millimetres.
     const Vs::LengthUnit* gridUnit = nullptr;
-    int selectionEffect = kNormalEffect; ///< Any other number than an ESelectionEffect is as kFastEffect.
+    int selectionEffect = kNormalEffect; ///< Anything other than an ESelectionEffect works like kFastEffect.
     int tangentEdges = kFaintTangentEdges;
-    /// Of edges, in logical pixels: a line of exactly one pixel would vanish between two rows.
+    /// For edges, in logical pixels: a line of exactly one pixel would vanish between two rows.
     static constexpr float kLineWidth = 1.15f;
     /// Width of edges in pixels of the framebuffer.
     float lineWidth = kLineWidth;
-    /// How many pixels of the framebuffer make one of the picture, each way; above 1 for supersampling.
+    /// How many pixels of the framebuffer make one of the picture, in each direction; above 1 for
+    /// supersampling.
     int pixelScale = 1;
     /// Whether expensive effects are drawn, if the fragment asks for them: ambient occlusion, shadows,
     /// reflections, drawings. For still pictures, and for canvases that stand still or are drawn by a GPU.
     bool effects = false;
-    /// The camera is moving, and another picture follows when it stands still: scenes that take long are
-    /// drawn with coarser meshes, and without edges and the smallest bodies.
+    /// The camera is moving, and another picture follows when it stops: scenes that take long are drawn with
+    /// coarser meshes, and without edges and the smallest bodies.
     bool moving = false;
-    /// The part of the picture that the framebuffer takes, from its lower left corner; 0 by 0 for all of it.
+    /// The part of the picture that the framebuffer covers, from its lower left corner; 0 by 0 for all of it.
     int tileX = 0, tileY = 0, tileWidth = 0, tileHeight = 0;
 
     /// With the user's current options. Main thread only.
@@ -67,7 +68,7 @@ struct RenderTarget
 struct RenderStatistics
 {
     uint64_t instances = 0;      ///< Visible bodies of the scene.
-    uint64_t drawnInstances = 0; ///< Of these inside the view and not too small to see.
+    uint64_t drawnInstances = 0; ///< Those inside the view and not too small to see.
     uint64_t drawCalls = 0;
     uint64_t triangles = 0;
     uint64_t uploadedMeshes = 0;    ///< Sent to the GPU for this picture.

@@ -16,7 +16,7 @@ using Rendra::Graphics::Node;
 
 namespace {
 
-/// Leads from an asset's root node back to the adapter, as long as there is one.
+/// Leads from an asset's root node back to the adapter, as long as it exists.
 class AssetNodeData : public Implements<AssetNodeData, Rendra::Graphics::NodeData>
 {
 public:
@@ -64,7 +64,7 @@ SceneAssetAdapter* SceneAssetAdapter::ofRootNode(const GroupNode* node)
 
 SceneAssetAdapter::~SceneAssetAdapter()
 {
-    // Views may keep the node for a while; what it showed is gone.
+    // Views may keep the node for a while after what it showed is gone.
     disown();
     NodeChange(m_root.get()).removeAll().data(nullptr);
 }
@@ -101,12 +101,12 @@ const std::string& SceneAssetAdapter::componentId(const Node* node) const
     const auto* entry = node ? static_cast<const Entry*>(node->owner()) : nullptr;
     if (!entry)
         return none;
-    // It may be another asset's.
+    // It may belong to another asset.
     const auto found = m_entries.find(entry->first);
     return found != m_entries.end() && &*found == entry ? entry->first : none;
 }
 
-/// Nodes that somebody keeps don't lead to what is gone.
+/// Nodes that somebody keeps must not lead to what is gone.
 void SceneAssetAdapter::disown()
 {
     for (const auto& [id, node] : m_entries)
@@ -161,13 +161,13 @@ void SceneAssetAdapter::addChanged(const std::vector<const Component*>& added)
 {
     expect(m_entries, added.size());
     std::string above;
-    Node* parent = nullptr; // Of `above`; mostly the last one's as well.
+    Node* parent = nullptr; // That of `above`; mostly the same as the previous one's.
     for (const Component* component : added) {
         if (std::string id = parentId(component->id); !parent || id != above)
             parent = node(above = std::move(id));
         if (!parent)
             continue;
-        // A part that gets its first child becomes a group, with all that it has.
+        // A part that gets its first child becomes a group and keeps everything it has.
         if (auto* group = cast<GroupNode>(parent)) {
             addBranch(*component, *group);
         } else if (const Component* assembly = asset()->findComponent(above)) {

@@ -19,7 +19,7 @@ class Component;
 
 namespace Vs::Scene {
 
-/// The scene nodes of an asset: one group or body node for each component, kept in step with the model. A
+/// The scene nodes of an asset: one group or body node for each component, kept in sync with the model. A
 /// change of some components changes only their nodes. Every asset has one:
 /// `cast<Scene::SceneAssetAdapter>(asset->adapter())`.
 class SceneAssetAdapter : public Implements<SceneAssetAdapter, AssetAdapter>, private ComponentsListener
@@ -31,28 +31,28 @@ public:
     /// A CommonData::CommonDataAssetSettings.
     AssetSettings* assetSettings() override { return &m_settings; }
 
-    /// The node of the root component. Never null; stays the same as long as the asset.
+    /// The node of the root component. Never null; stays the same as long as the asset exists.
     Rendra::Graphics::GroupNode* rootNode() const { return m_root.get(); }
     /// The adapter whose root node this is; null if there is none, if it is gone, or for a null node.
     static SceneAssetAdapter* ofRootNode(const Rendra::Graphics::GroupNode* node);
-    /// The node of a component, or null if there is none of that id.
+    /// The node of a component, or null if there is none with that id.
     Rendra::Graphics::Node* node(const std::string& componentId) const;
     /// The node of its body, which may be the same one; null if it has none.
     Rendra::Graphics::BodyNode* bodyNode(const std::string& componentId) const;
-    /// The id of the component that a node stands for; empty for other nodes.
+    /// The id of the component that a node represents; empty for other nodes.
     const std::string& componentId(const Rendra::Graphics::Node* node) const;
 
-    /// Where the views' own nodes of this asset belong: reticles, markers, previews.
+    /// The parent of the views' own nodes for this asset: reticles, markers, previews.
     Segment* transientSegment() { return &m_transientSegment; }
 
-    /// Passes meshes that were made since the last call to their nodes. Returns true if there were any.
+    /// Passes meshes made since the last call to their nodes. Returns true if there were any.
     bool update();
     /// Whether some bodies are still without a mesh.
     bool waitsForMeshes() const { return !m_waiting.empty(); }
 
 private:
-    /// The node of a component by its id: a BodyNode for a part, else a GroupNode. The entry is the node's
-    /// owner. The groups and their children mirror the tree of components, and nothing else hangs there.
+    /// The node of a component by its id: a BodyNode for a part, otherwise a GroupNode. The entry owns the
+    /// node. The groups and their children mirror the tree of components, and contain nothing else.
     using Entries = std::unordered_map<std::string, StrongRef<Rendra::Graphics::Node>>;
     using Entry = Entries::value_type;
 

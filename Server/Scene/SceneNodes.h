@@ -12,7 +12,7 @@ namespace Vs::Scene {
 
 class SceneAssetAdapter;
 
-/// What the node of a view knows.
+/// The data of a view's node.
 class ViewNodeData : public Implements<ViewNodeData, Rendra::Graphics::NodeData>
 {
 public:
@@ -25,16 +25,16 @@ private:
     INodeSource* m_source;
 };
 
-/// The node for a view; it knows the view as its source until NodeChange::clearSource.
+/// The node for a view, which is its source until NodeChange::clearSource.
 StrongRef<Rendra::Graphics::GroupNode> makeViewNode(INodeSource* source);
-/// Null if the node is null or is no view's.
+/// Null if the node is null or isn't a view's.
 ViewNodeData* viewNodeData(const Rendra::Graphics::GroupNode* node);
 
-/// What the node of a view fragment knows.
+/// The data of a view fragment's node.
 class ViewFragmentNodeData : public Implements<ViewFragmentNodeData, Rendra::Graphics::NodeData>
 {
 public:
-    /// The parameters of a pass; there is one pass, 0, and null for any other number.
+    /// The parameters of a pass; there is one pass, 0; null for any other number.
     RenderParams* renderParams(int pass) { return pass == 0 ? &m_renderParams : nullptr; }
 
     Camera* camera() const { return m_camera.get(); }
@@ -44,8 +44,8 @@ public:
     /// The asset whose model the fragment shows. Not owned; null if there is none or the asset is gone.
     SceneAssetAdapter* sceneAssetAdapter() const;
     void sceneAssetAdapter(SceneAssetAdapter* adapter);
-    /// A click off all bodies selects the background, and so has a place in space. Default true; a fragment
-    /// that only draws over the model, such as a reticle, says no, and is left out of fits, picks and
+    /// A click off all bodies selects the background, and so has a point in space. Default true; a fragment
+    /// that only draws over the model, such as a reticle, turns it off, and is left out of fits, picks and
     /// pictures.
     bool supportSelectBackground() const { return m_selectBackground; }
     void supportSelectBackground(bool supports) { m_selectBackground = supports; }
@@ -58,7 +58,7 @@ private:
     bool m_selectBackground = true;
 };
 
-/// Null if the node is null or is no fragment's.
+/// Null if the node is null or isn't a fragment's.
 ViewFragmentNodeData* viewFragmentNodeData(const Rendra::Graphics::GroupNode* node);
 
 } // namespace Vs::Scene

@@ -10,7 +10,7 @@ namespace Vs {
 Segment* Segment::makeTransientStandalone(const char* name)
 {
     assertMainThread();
-    // Never freed: views in static storage may still refer to them at the very end.
+    // Never freed: static views may still refer to them at the very end.
     static auto* const segments = new std::map<std::string, std::unique_ptr<Segment>>;
     std::unique_ptr<Segment>& segment = (*segments)[name];
     if (!segment)

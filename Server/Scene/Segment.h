@@ -11,8 +11,8 @@ namespace Vs {
 class Segment : public Implements<Segment>
 {
 public:
-    /// The transient segment of that name that belongs to no asset; made at the first call. It lives as long
-    /// as the process.
+    /// The transient segment of that name that belongs to no asset; created at the first call. It lives as
+    /// long as the process.
     static Segment* makeTransientStandalone(const char* name);
 
     explicit Segment(std::string name, bool transient) : m_name(std::move(name)), m_transient(transient) {}

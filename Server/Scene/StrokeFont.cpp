@@ -12,12 +12,12 @@ namespace {
 /// Between two letters.
 constexpr double kGap = 0.24;
 constexpr double kDigitWidth = 0.56;
-/// The height of an x, and the middle of what is round in a small letter.
+/// The x-height, and the middle of what is round in a small letter.
 constexpr double kSmall = 0.66, kHalfSmall = kSmall / 2;
 /// The height of a dot: in letters of 9 pixels it still covers one and a half, wherever it falls between
 /// them.
 constexpr double kDot = 0.17;
-/// An arc has a corner every this many degrees: round enough for a letter of some hundred pixels.
+/// An arc has a corner every this many degrees: round enough for a letter of a few hundred pixels.
 constexpr double kArcStep = 15;
 
 /// Draws a glyph.

@@ -24,12 +24,11 @@ public:
         std::vector<Polyline> lines;
     };
 
-    /// Has A to Z and a to z, the German letters, digits, blank, - + . , : / ( ) ' " and what units are
-    /// written with (the signs of degree, micro, square and cube); a small box stands for any other
-    /// character.
+    /// Has A to Z and a to z, the German letters, digits, blank, - + . , : / ( ) ' " and the symbols of units
+    /// (degree, micro, square and cube); a small box replaces any other character.
     [[nodiscard]] static const Glyph& glyph(wchar_t letter);
 
-    /// How long the text is, from the left end of its first letter to the right end of its last.
+    /// The length of the text, from the left end of its first letter to the right end of its last.
     [[nodiscard]] static double width(const std::wstring& text);
     /// The lines of a text whose first letter begins at 0.
     [[nodiscard]] static std::vector<Polyline> lines(const std::wstring& text);

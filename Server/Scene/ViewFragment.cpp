@@ -40,8 +40,8 @@ bool ViewFragment::update(uint64_t& seen) const
 {
     if (SceneAssetAdapter* adapter = data()->sceneAssetAdapter())
         adapter->update();
-    // All three only grow, each on its own counter, so a change of one never brings their combination back to
-    // an old value.
+    // All three only grow, each with its own counter, so a change of one never brings their combination back
+    // to an old value.
     uint64_t now = m_node->subtreeRevision();
     now = now * 0x9E3779B97F4A7C15u + camera()->revision();
     now = now * 0x9E3779B97F4A7C15u + renderParams()->revision();

@@ -6,12 +6,12 @@
 
 namespace Vs::Scene {
 
-/// One layer of a view: nodes seen by a camera. A view draws its fragments in their order, each over the ones
+/// One layer of a view: nodes seen by a camera. A view draws its fragments in order, each over the ones
 /// before; the first one, called "Model", shows the model.
 class ViewFragment : public Implements<ViewFragment, SharedObject>
 {
 public:
-    /// A fragment without content, with a camera and a viewport of its own.
+    /// A fragment without content, with its own camera and viewport.
     static StrongRef<ViewFragment> make(Segment* segment, const std::string& name = "Model");
 
     const std::string& name() const { return m_node->name(); }
@@ -20,16 +20,16 @@ public:
     ViewFragmentNodeData* data() const { return viewFragmentNodeData(m_node.get()); }
     RenderParams* renderParams() const { return data()->renderParams(0); }
 
-    /// The fragment's own node; what it shows hangs below (NodeChange::add). Never null.
+    /// The fragment's own node; what it shows is below (NodeChange::add). Never null.
     Rendra::Graphics::GroupNode* viewFragmentNode() const { return m_node.get(); }
-    /// Shows the model of an asset: hangs the adapter's node under the fragment's, in place of one before.
+    /// Shows the model of an asset: adds the adapter's node below the fragment's, replacing a previous one.
     /// Null shows none.
     void showAsset(SceneAssetAdapter* adapter);
 
-    /// The box around all visible content in world coordinates; meshes that arrived meanwhile are counted.
+    /// The box around all visible content in world coordinates, including meshes that arrived meanwhile.
     [[nodiscard]] BBox bounds() const;
-    /// Takes in meshes that arrived since the last call. Returns true if the next picture would differ from
-    /// the one drawn at `seen`; `seen` is updated. An unchanged picture need not be redrawn.
+    /// Processes meshes that arrived since the last call. Returns true if the next picture would differ from
+    /// the one drawn at `seen`; `seen` is updated. An unchanged picture needn't be redrawn.
     bool update(uint64_t& seen) const;
 
 protected:

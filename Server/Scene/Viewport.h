@@ -13,7 +13,7 @@ public:
 
     Segment* segment() const { return m_segment; }
 
-    /// Left, bottom, width and height as parts of the canvas, from 0 to 1; a new one fills the canvas.
+    /// Left, bottom, width and height as fractions of the canvas, from 0 to 1; a new one fills the canvas.
     void placement(double left, double bottom, double width, double height);
     double left() const { return m_left; }
     double bottom() const { return m_bottom; }

@@ -25,7 +25,7 @@ std::string taken(xmlChar* text)
     return owned ? reinterpret_cast<const char*>(owned.get()) : "";
 }
 
-/// The text of a valid manifest, without blanks around it.
+/// The text of a valid manifest, trimmed.
 std::string collapsed(const std::string& text)
 {
     const size_t first = text.find_first_not_of(" \t\r\n");
@@ -59,7 +59,7 @@ std::unique_ptr<AddInManifest> parseManifest(const boost::filesystem::path& root
 {
     const std::vector<XMLUtility::Error> errors = XMLUtility::validate(file, root / kSchema);
     if (!errors.empty()) {
-        // The first mistake explains those that follow from it.
+        // The first mistake explains the ones that follow from it.
         status.addError(errors.front().toString());
         return nullptr;
     }

@@ -51,8 +51,8 @@ void BoxTree::Box::add(const Box& other)
     }
 }
 
-// Sorted along a curve that fills the space (Morton, 1966); the tree above has one shape for each count and
-// needs no links.
+// Sorted along a space-filling curve (Morton, 1966); the tree above has one shape for each count and needs no
+// links.
 BoxTree::BoxTree(const std::vector<Box>& boxes)
 {
     Box all = Box::nothing();

@@ -12,7 +12,7 @@
 namespace Vs::Scene {
 
 /// A bounding volume hierarchy: numbered things in an order in which neighbours in space are neighbours, with
-/// a tree of boxes above them, so that a search visits some dozens of them instead of all.
+/// a tree of boxes above them, so that a search visits a few dozen of them instead of all.
 class BoxTree
 {
 public:
@@ -32,7 +32,7 @@ public:
     /// One box for each thing. A thing whose box is empty is never found.
     explicit BoxTree(const std::vector<Box>& boxes);
 
-    /// What `enter` returns for a box in which there is nothing to find.
+    /// The value that `enter` returns for a box with nothing to find in it.
     static constexpr double kNever = std::numeric_limits<double>::infinity();
 
     /// Calls `visit(number)` for all things in those leaf boxes for which `enter(box)` returns no more than

@@ -13,7 +13,7 @@ constexpr double kMargin = 0.06;
 constexpr double kThinnestPart = 1e-3;
 /// A fraction of the content's size that nobody sees.
 constexpr double kExactness = 1e-4;
-/// Each round knows the content, and the shape that it has in the picture, better than the one before.
+/// Each round knows the content, and its shape in the picture, better than the one before.
 constexpr int kRounds = 12;
 constexpr double kEndless = 1e300;
 
@@ -101,7 +101,7 @@ Fitted CameraFit::parallel(const Frame& frame) const
         x.add(p.x);
         y.add(p.y);
     }
-    // A line that is seen end on has no width at all.
+    // A line seen end on has no width at all.
     const double larger = std::max({x.half(), y.half(), m_box.diagonal() * kThinnestPart});
     const double whole = 2 * (1 + kMargin) * frame.scale;
     Fitted fitted;
@@ -115,7 +115,7 @@ Fitted CameraFit::parallel(const Frame& frame) const
     return fitted;
 }
 
-// Off the middle by what the perspective makes of the nearer points, at the depth where the eye stands.
+// Off the middle by the amount that perspective enlarges the nearer points, at the depth of the eye.
 double CameraFit::middle(double GkVector3d::*axis, double depth, double aim) const
 {
     double at = 0;
@@ -138,7 +138,7 @@ double CameraFit::middle(double GkVector3d::*axis, double depth, double aim) con
     return at;
 }
 
-// The eye moves back along the direction until the sides of the lens' pyramid touch the outermost points;
+// The eye moves back along the direction until the sides of the view frustum touch the outermost points;
 // there the touching points on the left and right, and at the bottom and top, are equally far from where the
 // middle of the content should be.
 Fitted CameraFit::perspective(const Frame& frame) const
@@ -153,7 +153,7 @@ Fitted CameraFit::perspective(const Frame& frame) const
         above = std::max(above, p.y - (slope + aimY) * p.z);
         below = std::max(below, -p.y - (slope - aimY) * p.z);
     }
-    // A line that is seen end on has no width; the eye stands before its end all the same.
+    // A line seen end on has no width; the eye is in front of its end nevertheless.
     const double depth = std::min(std::min(-(left + right), -(below + above)) / 2 / slope,
                                   nearest - m_box.diagonal() * kThinnestPart / slope);
     const double x = middle(&GkVector3d::x, depth, aimX), y = middle(&GkVector3d::y, depth, aimY);
@@ -167,7 +167,7 @@ Fitted CameraFit::perspective(const Frame& frame) const
         halfX = halfY = slope;
     const double larger = std::max(halfX, halfY) * kThinnestPart;
     const double whole = -2 * depth * (1 + kMargin) * frame.scale;
-    // The lens stays what it was: the larger direction touches the pyramid, up to rounding.
+    // The lens stays the same: the larger direction touches the frustum, up to rounding.
     return {m_centre + m_look.across * x + m_look.upward * y, -depth, whole * std::max(halfX, larger),
             whole * std::max(halfY, larger)};
 }

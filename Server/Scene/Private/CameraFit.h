@@ -25,7 +25,7 @@ public:
         double lens = 0; ///< The larger extent at distance 1; 0 for the normal one.
     };
 
-    /// The box is neither empty nor a mere point. The subject may be null. All are referred to.
+    /// The box is neither empty nor a mere point. The subject may be null. Keeps references to all of them.
     CameraFit(const Look& look, const BBox& box, const CameraSubject* subject);
 
     [[nodiscard]] Fitted find();
@@ -34,7 +34,7 @@ private:
     /// Where in the canvas the content should be.
     struct Frame
     {
-        double scale = 1;  ///< Of the extents, so that the content takes the free part alone.
+        double scale = 1;  ///< Of the extents, so that the content fills only the free part.
         GkVector3d offset; ///< Of its middle (x and y), as parts of the larger extent.
     };
 

@@ -12,11 +12,11 @@ namespace Vs::Scene {
 
 namespace {
 
-/// Meshes with fewer triangles, pieces of edges and vertices are searched as quickly without a tree.
+/// Meshes with fewer triangles, edge segments and vertices are searched as quickly without a tree.
 constexpr size_t kSmall = 96;
-/// Trees of at most this many are built at once, which takes some milliseconds.
+/// Trees of at most this many are built at once, which takes a few milliseconds.
 constexpr size_t kMadeAtOnce = 30000;
-/// After this many new trees, those whose meshes are gone are looked for.
+/// After this many new trees, those whose meshes are gone are searched for.
 constexpr size_t kCollectAfter = 256;
 
 size_t sizeOf(const BodyMesh& mesh)
@@ -144,7 +144,7 @@ const MeshTree* MeshTree::of(const std::shared_ptr<const BodyMesh>& mesh)
     static size_t added = 0;
     const auto found = entries.find(mesh.get());
     Entry& entry = found != entries.end() ? found->second : entries[mesh.get()];
-    if (entry.source.expired()) { // new, or another mesh stood there before
+    if (entry.source.expired()) { // new, or another mesh had the address before
         entry = Entry();
         entry.source = mesh;
         if (sizeOf(*mesh) <= kMadeAtOnce)

@@ -10,7 +10,7 @@ namespace {
 
 /// Fewer children are searched as quickly one by one.
 constexpr size_t kFew = 16;
-/// At this many, all trees are thrown away, which drops those of groups that are gone; the others are quickly
+/// At this many, all trees are discarded, which drops those of groups that are gone; the others are quickly
 /// rebuilt.
 constexpr size_t kMost = 4096;
 

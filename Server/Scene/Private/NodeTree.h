@@ -9,11 +9,11 @@
 
 namespace Vs::Scene {
 
-/// The tree of the children of a group, by their places in GroupNode::children; null for a group of few. Kept
-/// as long as no child moves, comes or goes. Main thread only.
+/// The tree of the children of a group, by their indices in GroupNode::children; null for a group of few.
+/// Kept as long as no child is moved, added or removed. Main thread only.
 std::shared_ptr<const BoxTree> childTree(const Rendra::Graphics::GroupNode& group);
 
-/// Finds the visible bodies that a probe comes near, without those that are ghosts (Node::ghost).
+/// Finds the visible bodies near a probe, except ghosts (Node::ghost).
 template <class Visit>
 class BodySearch
 {
@@ -25,7 +25,7 @@ public:
     /// probe that visits may lower.
     BodySearch(const double& limit, Visit visit) : m_limit(limit), m_visit(std::move(visit)) {}
 
-    /// `above` is in the coordinates of the group that the node hangs under.
+    /// `above` is in the coordinates of the group that contains the node.
     void search(const Rendra::Graphics::Node& node, const Probe& above) { search(node, above, false); }
 
 private:

@@ -15,7 +15,7 @@ using Rendra::Graphics::Part;
 
 namespace {
 
-/// Those of bodies of triangles that were found ready: a search visits thousands of bodies, of few meshes.
+/// Those of bodies of triangles that were found ready: a search visits thousands of bodies with few meshes.
 class ReadyParts
 {
 public:
@@ -26,7 +26,7 @@ public:
     {
         static const Mesh none;
         const Entry& entry = at(mesh);
-        // Told apart by owner: another mesh may have the same address by now.
+        // Distinguished by owner: another mesh may have the same address by now.
         return entry.source.owner_before(mesh) || mesh.owner_before(entry.source) ? none : entry.parts;
     }
     const Mesh& keep(const Mesh& mesh, Mesh parts)

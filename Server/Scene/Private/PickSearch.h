@@ -1,6 +1,6 @@
 #pragma once
 
-// What the searches of Picker.h share; not for others.
+// Shared by the searches of Picker.h; not for others.
 
 #include "Server/Scene/Picker.h"
 #include "Server/Scene/Private/MeshTree.h"
@@ -8,24 +8,24 @@
 
 namespace Vs::Scene {
 
-/// Where a ray meets a body.
+/// Where a ray hits a body.
 struct SurfaceHit
 {
     std::vector<const Rendra::Graphics::Node*> path; ///< With the node that was searched.
-    /// In which the triangle has its number; null for the body's own as long as its parts aren't known.
+    /// The mesh in which the triangle has its number; null for the body's own until its parts are known.
     std::shared_ptr<const BodyMesh> parts;
     uint32_t triangle = 0;
     double along = 0;
 
-    /// `ray` is the one that met it, in the coordinates above the searched node.
+    /// `ray` is the one that hit it, in the coordinates above the searched node.
     PickedPoint point(const Probe& ray) const;
 };
 
 /// The mesh in which a body's parts are found; null until there is one that is searched as quickly as the
-/// body's own. The reference holds until the next call. Main thread only.
+/// body's own. The reference is valid until the next call. Main thread only.
 const std::shared_ptr<const BodyMesh>& searchedParts(const Rendra::Graphics::BodyNode& body);
 
-/// Calls `take(triangle, along)` for the triangles of a mesh that the ray meets before `limit`.
+/// Calls `take(triangle, along)` for the triangles of a mesh that the ray hits before `limit`.
 template <class Take>
 void meetTriangles(const std::shared_ptr<const BodyMesh>& triangles, const Probe& ray, const double& limit,
                    Take&& take)
@@ -47,7 +47,7 @@ void meetTriangles(const std::shared_ptr<const BodyMesh>& triangles, const Probe
 /// The nearest before `limit`.
 std::optional<SurfaceHit> nearestHit(const Rendra::Graphics::Node& root, const Probe& ray, double limit);
 
-/// A point with the path and its transformation alone.
+/// A point with only the path and its transformation.
 PickedPoint pointOf(const std::vector<const Rendra::Graphics::Node*>& path);
 
 } // namespace Vs::Scene

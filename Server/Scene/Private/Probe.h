@@ -7,14 +7,14 @@
 
 namespace Vs::Scene {
 
-/// A ray with the space around it that is still near enough: a tube, or a cone for what a perspective sees at
+/// A ray with the space around it that still counts as near: a tube, or a cone for what a perspective sees at
 /// the same distance in pixels. The direction keeps its length through all transformations, so that places
 /// along the ray can be compared wherever they were found.
 struct Probe
 {
     GkPoint3d start;
     GkVector3d direction;
-    /// The radius at the start, and how much it grows for each length of the direction; both in such lengths.
+    /// The radius at the start, and how much it grows per length of the direction; both in such lengths.
     double radius = 0, widening = 0;
 
     Probe transformed(const GkMatrix3d& matrix) const
@@ -58,7 +58,7 @@ private:
             first = std::max(first, std::min(a, b));
             last = std::min(last, std::max(a, b));
         }
-        // A flat box has no depth, and rounding may turn what is left around.
+        // A flat box has no depth, and rounding may reverse the remaining interval.
         constexpr double kRounding = 1e-12;
         return first <= last * (1 + kRounding) + kRounding ? first : BoxTree::kNever;
     }

@@ -55,7 +55,7 @@ int ViewRegion::holds(const BBox& box) const
     return all ? 1 : 0;
 }
 
-// Cuts off what lies beyond each plane in turn (Sutherland and Hodgman, 1974).
+// Clips against each plane in turn (Sutherland and Hodgman, 1974).
 bool ViewRegion::meetsTriangle(const GkPoint3d& a, const GkPoint3d& b, const GkPoint3d& c) const
 {
     constexpr size_t kMostCorners = 3 + 5;

@@ -6,14 +6,14 @@
 
 namespace Vs::Scene {
 
-/// The space seen in a rectangle of the screen: within four planes and, in a perspective, in front of the
+/// The space seen in a rectangle of the screen: bounded by four planes and, in a perspective, in front of the
 /// viewer.
 class ViewRegion
 {
 public:
     /// In world coordinates; the rectangle in pixels.
     ViewRegion(const Projection& projection, double left, double bottom, double right, double top);
-    /// The same region in coordinates that the matrix leads out of.
+    /// The same region in the coordinates from which the matrix maps.
     ViewRegion within(const GkMatrix3d& toOuter) const;
 
     bool contains(const GkPoint3d& p) const;
@@ -22,11 +22,11 @@ public:
     /// Whether a part of the triangle or of the line between the points is within.
     bool meetsTriangle(const GkPoint3d& a, const GkPoint3d& b, const GkPoint3d& c) const;
     bool meetsLine(const GkPoint3d& a, const GkPoint3d& b) const;
-    /// Shortens the line between the points to the part that is within. False if none is.
+    /// Clips the line between the points to the part that is within. False if none is.
     bool cutLine(GkPoint3d& a, GkPoint3d& b) const;
 
 private:
-    /// Within where the sum is not below zero.
+    /// Within where the sum isn't negative.
     struct Plane
     {
         double x, y, z, w;

@@ -12,8 +12,9 @@ namespace Rendra {
 
 namespace {
 
-/// Of the table, by the height on the unit sphere. In pictures of usual size a pixel is more than one step,
-/// so that lookups need not go between two: in software, that costs more than all else of the background.
+/// The size of the table, indexed by the height on the unit sphere. In pictures of usual size a pixel spans
+/// more than one step, so that lookups needn't interpolate: in software, that would cost more than everything
+/// else of the background.
 constexpr int kElevations = 4096, kUsualHeight = 2160;
 
 /// One triangle over the whole tile.
@@ -84,7 +85,7 @@ bool Background::make(Program& program, const char* name, const char* kind, Vs::
     return program.make(name, {kBackgroundVertex}, {kind, kSurroundings, kBackgroundFragment}, status);
 }
 
-// Of the others, few pictures need any.
+// Few pictures need the other programs.
 const Program& Background::programFor(bool glowing, bool quick)
 {
     Program& program = glowing ? m_glowing : m_quick;

@@ -9,9 +9,9 @@ class Background
 {
 public:
     bool make(Vs::Status& status);
-    /// Fills the tile, whatever was there. A parallel projection sees the environment through a lens as
-    /// wide as that of a new perspective: it has no place from which rays spread, but a sky of one colour
-    /// would not tell up from down. `quick` is as in Frame.
+    /// Fills the tile, overwriting its content. A parallel projection sees the environment through a lens as
+    /// wide as that of a new perspective: it has no point from which rays diverge, but a sky of one colour
+    /// would not distinguish up from down. `quick` is as in Frame.
     void draw(const RenderTarget& target, const Area& tile, const Vs::Scene::Projection& projection,
               const GkVector3d& up, const Vs::Scene::Environment& environment, const EnvironmentLight& light,
               bool quick);
@@ -24,7 +24,7 @@ private:
 
     Program m_program, m_quick, m_glowing;
     bool m_triedQuick = false, m_triedGlowing = false;
-    /// What is seen in each elevation, without the glow: a look-up takes a fraction of working it out.
+    /// The colour at each elevation, without the glow: a lookup takes a fraction of computing it.
     GLuint m_table = 0;
     const Vs::Scene::Environment* m_inTable = nullptr;
     GLuint m_noArray = 0; ///< A vertex array without attributes.

@@ -13,18 +13,18 @@ namespace Rendra {
 
 namespace {
 
-/// How far bodies keep the light from each other, as a part of the scene's size.
+/// The radius of ambient occlusion, as a fraction of the scene's size.
 constexpr double kOcclusionReach = 0.05;
 
 // On faces, edges are dark whatever is behind.
 const EdgePainter::Look kLookOnFaces{
     .colour = {0.10f, 0.115f, 0.14f, 0.88f}, .dashPixels = 0, .onFaces = true};
 constexpr float kHiddenOpacity = 0.34f;
-/// A dash and the gap behind it, in pixels of the picture.
+/// A dash and the gap after it, in pixels of the picture.
 constexpr float kDashPixels = 9;
 
-/// Around what is drawn transparently, for the lines on it; and what is looked at at most to tell where it
-/// is.
+/// The margin around transparent geometry, for the lines on it; and the maximum number of boxes examined to
+/// determine where it is.
 constexpr int kLineMargin = 4;
 constexpr size_t kMostBoxes = 4000;
 
@@ -32,10 +32,10 @@ constexpr size_t kMostBoxes = 4000;
 struct Style
 {
     bool faces = false;       ///< Lit faces.
-    bool depthOnly = false;   ///< Faces that are not seen, but hide what is behind them.
+    bool depthOnly = false;   ///< Faces that are invisible, but hide what is behind them.
     bool edges = false;       ///< Edges that nothing hides.
     bool hiddenEdges = false; ///< The others, faintly.
-    bool outlines = false;    ///< Lines where round faces turn away.
+    bool outlines = false;    ///< Silhouettes of round faces.
 };
 
 Style styleOf(int visualStyle)
@@ -140,7 +140,7 @@ void BodyPainter::draw(const Frame& frame)
     const Program& faces = useFaces(frame, occluded);
     frame.drawIntoPicture();
     if (style.faces || style.depthOnly) {
-        // Faces give way to the edges that lie in them, and a little more to transparent ones.
+        // Faces are pushed back behind the edges that lie in them, and a little more behind transparent ones.
         glEnable(GL_POLYGON_OFFSET_FILL);
         glPolygonOffset(std::max(1.0f, 0.5f * frame.target.lineWidth + 0.5f), 192.0f);
         if (style.depthOnly)
@@ -154,7 +154,7 @@ void BodyPainter::draw(const Frame& frame)
 
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
-    // Alone, they have to stand out from what is behind them.
+    // Without faces, they must contrast with what is behind them.
     EdgePainter::Look look = kLookOnFaces;
     look.onFaces = style.faces;
     if (!style.faces) {
@@ -225,7 +225,7 @@ void BodyPainter::drawGlass(const Frame& frame, bool lined)
     glUniform1i(faces.uniform("parallel"), !frame.projection.perspective());
     glViewport(frame.part.x - frame.tile.x, frame.part.y - frame.tile.y, frame.part.width, frame.part.height);
     using Step = GlassLayers::Step;
-    // One sample to a pixel is the choice of who wants it quick: the mean of all layers does then.
+    // Whoever chooses one sample per pixel wants speed: the mean of all layers is then enough.
     const bool fine = frame.target.samples > 1 || frame.target.pixelScale > 1;
     m_glass.take(Step::Sum);
     frame.drawFaces(Frame::Faces::OfGlass);
@@ -254,7 +254,7 @@ void BodyPainter::drawUnsorted(const Frame& frame)
     frame.drawIntoPicture();
 }
 
-// A driver that refuses the program still shades, only less well: that is better than no picture.
+// If the driver rejects the program, a simpler one still shades: that is better than no picture.
 const Program& BodyPainter::faceProgram(unsigned kind)
 {
     Vs::Status ignored;

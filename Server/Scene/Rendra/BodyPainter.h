@@ -7,7 +7,7 @@
 
 namespace Rendra {
 
-/// Draws the bodies of a fragment in its visual style: faces, edges, and at last what is seen through.
+/// Draws the bodies of a fragment in its visual style: faces, edges, and finally transparent faces.
 class BodyPainter : public Pass
 {
 public:
@@ -16,12 +16,12 @@ public:
     void release() override;
     void collect() override { m_edges.collect(); }
 
-    /// Whether the bodies throw shadows on each other in this frame (see ObjectShadow, whose uniforms can be
+    /// Whether the bodies cast shadows on each other in this frame (see ObjectShadow, whose uniforms can be
     /// set then).
     bool findShadows(const Frame& frame) { return m_shadows.find(frame); }
-    /// Draws nothing but the lit faces, for a mirror. Nothing in a style without faces.
+    /// Draws only the lit faces, for a mirror. Nothing in a style without faces.
     void drawFaces(const Frame& frame);
-    /// Draws what is transparent, which `draw` left out; and frees what that needed only for a large picture.
+    /// Draws what is transparent, which `draw` left out; and frees what only a large picture needed for it.
     void drawGlass(const Frame& frame);
     void collectGlass() { m_glass.releaseIfLarge(); }
 
@@ -34,14 +34,14 @@ private:
     bool findOcclusion(const Frame& frame, double radius);
     const Program& useFaces(const Frame& frame, bool occluded, bool glass = false);
 
-    /// What a program of faces can do; all together are the kinds of programs. All but the plain one, and the
-    /// outlines, are made at the first need; most sessions never show them.
+    /// The features of a face program; their combinations are the kinds of programs. All but the plain one,
+    /// and the outlines, are created on first use; most sessions never show them.
     enum FaceKind : unsigned {
         kPlainFaces = 0,
         kRealisticFaces = 1,
         kShadowedFaces = 2,
         kOccludedFaces = 4,
-        kQuickFaces = 8,  ///< Lit at their corners alone. Goes with none of those before.
+        kQuickFaces = 8,  ///< Lit only at the vertices. Not combined with any of the above.
         kGlassFaces = 16, ///< Transparent, into GlassLayers.
         kFaceKinds = 32,
     };

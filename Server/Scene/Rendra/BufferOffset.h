@@ -4,8 +4,7 @@
 
 namespace Rendra {
 
-/// Where something begins in the bound buffer, in bytes, in the guise of a pointer that GL's functions take
-/// for it.
+/// An offset into the bound buffer, in bytes, disguised as the pointer that GL's functions take for it.
 inline const void* bufferOffset(size_t bytes)
 {
     return reinterpret_cast<const void*>(bytes); // NOLINT(performance-no-int-to-ptr): GL never follows it.

@@ -24,7 +24,8 @@ struct Sum
     }
 };
 
-/// Which of the six main directions a normal is nearest to: the sides of a sharp edge mostly differ in it.
+/// Which of the six main directions a normal is nearest to: the two sides of a sharp edge mostly differ in
+/// it.
 uint64_t sideOf(const float* n)
 {
     int axis = 0;
@@ -46,7 +47,7 @@ std::shared_ptr<const Vs::BodyMesh> coarseMesh(const Vs::BodyMesh& mesh, int cel
     const double perCell = cells / longest;
     const double low[3] = {mesh.bounds.low().x, mesh.bounds.low().y, mesh.bounds.low().z};
 
-    // All vertices of a cell come to stand in one place, whatever their normals, so that no gaps open.
+    // All vertices of a cell get one position, whatever their normals, so that no gaps open.
     const size_t vertices = mesh.positions.size() / 3;
     std::vector<uint32_t> cellOf(vertices);
     std::vector<Sum> places;

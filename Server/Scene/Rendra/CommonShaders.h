@@ -1,10 +1,10 @@
 #pragma once
 
-/// Pieces of programs that several passes share (see Program::make). Colours come and go as they look on the
-/// screen; light is reckoned with linear values in between.
+/// Pieces of shaders shared by several passes (see Program::make). Colours go in and out as they look on the
+/// screen; lighting is computed with linear values in between.
 namespace Rendra {
 
-/// The vertex shader of what covers the whole of a layer or picture: one triangle, without attributes.
+/// The vertex shader of passes that cover a whole layer or picture: one triangle, without attributes.
 inline constexpr const char* kWholeVertex = R"(
 void main()
 {
@@ -12,8 +12,8 @@ void main()
 }
 )";
 
-/// What vertex shaders of bodies begin with: the place of the vertex in its mesh, and that of the occurrence
-/// in the scene (see Attribute).
+/// The beginning of vertex shaders for bodies: the position of the vertex in its mesh, and the placement of
+/// the occurrence in the scene (see Attribute).
 inline constexpr const char* kInstance = R"(
 layout(location = 0) in vec3 position;
 layout(location = 3) in vec4 row0;
@@ -72,7 +72,7 @@ vec3 lightFromAround(vec3 n)
 }
 )";
 
-/// Shaders of what only depths are wanted of.
+/// Shaders for depth-only passes.
 inline constexpr const char* kDepthVertex = R"(
 void main()
 {

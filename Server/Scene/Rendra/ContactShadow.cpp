@@ -12,13 +12,13 @@ namespace {
 
 /// The shadow's longer side in pixels.
 constexpr int kResolution = 400;
-/// How far around the bodies the shadow reaches, as parts of their height and of their size.
+/// How far around the bodies the shadow reaches, as fractions of their height and of their size.
 constexpr double kReachOfHeight = 0.7, kReachOfSize = 0.06;
 
-/// Each body is taken for columns that fill all from its lowest to its highest point. In twelve directions
-/// from each place the columns cover pieces of the sky between horizon and zenith; the sky is divided into 32
-/// pieces of equal weight, a bit for each, so that what stands behind each other counts once. The directions
-/// are turned by one of sixteen angles that repeat every four pixels both ways.
+/// Each body is approximated by columns that fill everything from its lowest to its highest point. In twelve
+/// directions from each place the columns cover pieces of the sky between horizon and zenith; the sky is
+/// divided into 32 pieces of equal weight, one bit each, so that columns behind each other count once. The
+/// directions are rotated by one of sixteen angles that repeat every four pixels in both directions.
 constexpr const char* kFindFragment = R"(
 uniform sampler2D lowest;
 uniform sampler2D highest;
@@ -90,7 +90,7 @@ void main()
 
 } // namespace
 
-// A picture without shadow is better than none, so what fails here is not reported.
+// A picture without shadow is better than none, so a failure here is not reported.
 bool ContactShadow::makePrograms()
 {
     if (!m_tried) {
@@ -110,7 +110,7 @@ bool ContactShadow::find(const Frame& frame, const Ground& ground)
     const uint64_t shapes = frame.scene.list.shapeRevision();
     if (kept.shapes == shapes && kept.up.isEqualTo(ground.up))
         return true;
-    // What is kept is never made of coarse meshes.
+    // What is cached is never made from coarse meshes.
     if (!frame.target.effects || frame.coarse || !makePrograms())
         return false;
     kept.shapes = 0;
@@ -130,7 +130,7 @@ bool ContactShadow::find(const Frame& frame, const Ground& ground)
         !kept.darkness.make(Layer::Kind::Value, width, height))
         return false;
     findDarkness(frame, ground, kept, {reach / pixel, ground.height() / pixel}, false);
-    // What is transparent takes of the light as much as it is opaque.
+    // A transparent body blocks light in proportion to its opacity.
     if (const float opacity = frame.scene.list.opacityOfGlass(); opacity > 0) {
         glBlendColor(0, 0, 0, opacity);
         findDarkness(frame, ground, kept, {reach / pixel, ground.height() / pixel}, true);

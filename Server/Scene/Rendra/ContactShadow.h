@@ -8,22 +8,22 @@ namespace Rendra {
 
 struct Frame;
 
-/// The shadow on the ground of a light that comes evenly from the whole sky. It does not depend on where it
-/// is seen from, and so is found once and kept as long as no body comes, goes or moves.
+/// The shadow on the ground under light that comes evenly from the whole sky. It doesn't depend on the
+/// viewpoint, so it is computed once and kept until a body is added, removed or moved.
 class ContactShadow
 {
 public:
-    /// What is kept of one scene.
+    /// What is cached for one scene.
     struct Kept
     {
         Layer darkness; ///< From 0 (open sky) to 1, over the rectangle below.
         double left = 0, front = 0, width = 0, depth = 0; ///< As in Ground.
-        uint64_t shapes = 0;                              ///< Of which revision; 0 for none.
+        uint64_t shapes = 0;                              ///< Its revision; 0 for none.
         GkVector3d up;
     };
 
-    /// Brings the shadow of the frame's scene up to date. Where that costs much and the frame is to be quick,
-    /// or the driver cannot do it, returns false: there is no shadow then. Draws into layers of its own.
+    /// Updates the shadow of the frame's scene. Returns false, without a shadow, if that is expensive and the
+    /// frame must be quick, or if the driver can't do it. Draws into its own layers.
     bool find(const Frame& frame, const Ground& ground);
 
     void release();

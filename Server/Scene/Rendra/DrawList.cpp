@@ -17,9 +17,9 @@ using Graphics::Node;
 
 namespace {
 
-/// The origin follows the scene's middle when that is farther away than so many times the scene's size.
+/// The origin is moved to the scene's middle when that is farther away than this many times the scene's size.
 constexpr double kOriginSlack = 4;
-/// How much of a ghost is seen.
+/// The opacity of a ghost.
 constexpr float kGhostOpacity = 0.14f;
 
 uint8_t screenValue(float linear)
@@ -35,8 +35,8 @@ bool hasTransparentFaces(const Vs::BodyMesh& mesh)
 
 } // namespace
 
-/// What is known of a node from the last update. Nodes are recognised by their ids; a record never looks at a
-/// node that it is not given.
+/// What is known about a node from the last update. Nodes are recognised by their ids; a record never
+/// accesses a node that it isn't given.
 struct DrawList::Record
 {
     uint64_t id = 0;
@@ -47,7 +47,7 @@ struct DrawList::Record
     std::vector<std::unique_ptr<Record>> children;
 };
 
-/// What comes down from the nodes above.
+/// What nodes inherit from those above.
 struct DrawList::State
 {
     GkMatrix3d matrix;
@@ -55,7 +55,7 @@ struct DrawList::State
     Highlight highlight = Highlight::None;
     const InstanceNode* effect = nullptr;
     const InstanceNode* style = nullptr;
-    uint64_t firstId = 0; ///< Of the group right below the root: the asset's.
+    uint64_t firstId = 0; ///< The group directly below the root: the asset's.
     bool below = false;   ///< Below the root.
     bool ghost = false;
 };
@@ -145,7 +145,7 @@ void DrawList::visitGroup(const GroupNode& node, Record& record, const State& st
         visit(*node.children()[i], *record.children[i], state, force);
 }
 
-// Brings the records into the order of the children: the common beginning stays, the rest is found by id.
+// Puts the records in the order of the children: the common beginning stays, the rest is found by id.
 void DrawList::matchChildren(const GroupNode& node, Record& record)
 {
     const auto& children = node.children();
@@ -287,7 +287,7 @@ void DrawList::put(Batch::Slot& slot, Batch* batch, const Instance& instance, co
     ++m_shapeRevision;
 }
 
-// The last instance moves into the gap.
+// The last instance fills the gap.
 void DrawList::take(Batch::Slot& slot)
 {
     Batch* batch = std::exchange(slot.batch, nullptr);
@@ -325,7 +325,7 @@ Batch* DrawList::batchFor(const std::shared_ptr<const Vs::BodyMesh>& mesh, bool 
     return batch;
 }
 
-// An empty batch holds on to its mesh, so it is not kept for long.
+// An empty batch keeps its mesh alive, so it isn't kept for long.
 void DrawList::dropEmptyBatches()
 {
     const size_t dropped = std::erase_if(m_batches, [&](const auto& batch) {
@@ -352,7 +352,7 @@ float DrawList::opacityOfGlass() const
     for (const auto& batch : m_batches)
         if (batch->transparent)
             for (const Instance& instance : batch->instances) {
-                // Of faces with colours of their own, some may be opaque.
+                // If faces have their own colours, some may be opaque.
                 sum += batch->mixed ? instance.colour[3] / 2u : instance.colour[3];
                 ++count;
             }
@@ -369,7 +369,7 @@ bool DrawList::cull(const Batch& batch, const Vs::Scene::Projection& projection,
     for (int i = 0; i < 3; ++i)
         for (int j = 0; j < 4; ++j)
             rows[i][j] = float(view.entry[i][j]);
-    // In camera coordinates; each side plane runs through the eye, or is parallel to the direction.
+    // In camera coordinates; each side plane passes through the eye, or is parallel to the direction.
     const float tanX = float(projection.halfWidth()), tanY = float(projection.halfHeight());
     const float growX = projection.perspective() ? std::sqrt(1 + tanX * tanX) : 1;
     const float growY = projection.perspective() ? std::sqrt(1 + tanY * tanY) : 1;

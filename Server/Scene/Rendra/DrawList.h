@@ -14,11 +14,12 @@ class Projection;
 
 namespace Rendra {
 
-/// One occurrence of a mesh, as the vertex shader takes it.
+/// One occurrence of a mesh, in the layout of the vertex shader.
 struct Instance
 {
     static constexpr uint32_t kPointed = 1, kSelected = 2, kMirrored = 4, kGhost = 8;
-    /// Above these bits, the number of the body's node among those of its asset, cut to as many bits.
+    /// Above these bits, the number of the body's node among those of its asset, truncated to the remaining
+    /// bits.
     static constexpr uint32_t kNumberShift = 8, kNumberMask = 0xFFF;
 
     float rows[3][4];  ///< Body to scene coordinates, relative to the draw list's origin.
@@ -27,7 +28,7 @@ struct Instance
     friend bool operator==(const Instance&, const Instance&) = default;
 };
 
-/// All occurrences of one mesh that are drawn alike.
+/// All occurrences of one mesh that are drawn the same way.
 struct Batch
 {
     struct Box
@@ -37,78 +38,78 @@ struct Batch
     struct Slot;
 
     std::shared_ptr<const Vs::BodyMesh> mesh;
-    bool transparent = false; ///< At least some faces are.
+    bool transparent = false; ///< At least some faces are transparent.
     bool mixed = false;       ///< Others may be opaque.
     std::vector<Instance> instances;
     std::vector<Box> boxes; ///< Around each instance, relative to the origin.
     std::vector<Slot*> slots;
-    /// What changed since the last upload: from `dirtyFirst` up to but without `dirtyEnd`.
+    /// The range changed since the last upload: from `dirtyFirst` up to but not including `dirtyEnd`.
     size_t dirtyFirst = 0, dirtyEnd = 0;
-    size_t mirrored = 0; ///< How many instances turn the mesh inside out.
+    size_t mirrored = 0; ///< How many instances mirror the mesh.
     size_t lit = 0;      ///< How many are pointed at or selected.
 
     void markDirty(size_t index);
     void count(const Instance& instance, int by);
 };
 
-/// Where the instance of a body stands.
+/// The position of a body's instance.
 struct Batch::Slot
 {
     Batch* batch = nullptr;
     size_t index = 0;
 };
 
-/// A body of which parts are pointed at or selected.
+/// A body with parts that are pointed at or selected.
 struct PartlyLit
 {
     const Batch::Slot* slot;
     std::vector<Graphics::LitPart> parts;
-    const void* record; ///< Whose it is, in the list.
+    const void* record; ///< The record in the list that it belongs to.
 };
 
-/// One occurrence of geometry that is no body.
+/// One occurrence of geometry that isn't a body.
 struct Helper
 {
     Vs::StrongRef<const Graphics::GeometryNode> node;
     GkMatrix3d matrix; ///< Geometry to scene coordinates.
     Vs::Colour colour;
     std::optional<Graphics::OccludedEffect> occluded;
-    float lineWeight;   ///< Times the usual width.
-    const void* record; ///< Whose it is, in the list.
+    float lineWeight;   ///< A multiple of the default width.
+    const void* record; ///< The record in the list that it belongs to.
 };
 
-/// What is to be drawn of a tree of nodes, brought up to date from the changes of the nodes alone. Knows
-/// nothing of the graphics unit.
+/// What must be drawn for a tree of nodes, updated incrementally from the changes of the nodes. Knows nothing
+/// about the GPU.
 class DrawList
 {
 public:
     DrawList();
     ~DrawList();
 
-    /// Takes in what changed below `root` since the last call.
+    /// Processes what changed below `root` since the last call.
     void update(const Graphics::Node& root);
 
-    /// Batches may be empty. In no particular order, but always the same one.
+    /// Batches may be empty. In no particular but a stable order.
     const std::vector<std::unique_ptr<Batch>>& batches() const { return m_batches; }
     size_t instances() const { return m_instances; }
     /// Of all instances together.
     uint64_t triangles() const;
-    /// How much of the light transparent bodies keep away, at a mean; 0 if there are none.
+    /// The mean fraction of light that transparent bodies block; 0 if there are none.
     float opacityOfGlass() const;
-    /// Those of the lowest depth priority first.
+    /// Lowest depth priority first.
     const std::vector<Helper>& helpers() const { return m_helpers; }
     const std::vector<PartlyLit>& partlyLit() const { return m_partlyLit; }
-    /// What the positions of instances are relative to: near the middle of the scene, so that single
-    /// precision suffices for a scene far from the origin.
+    /// The origin of the instances' positions: near the middle of the scene, so that single precision
+    /// suffices for a scene far from the world's origin.
     const GkVector3d& origin() const { return m_origin; }
-    /// Grows whenever batches or their lengths change, so that their storage has to be laid out anew.
+    /// Grows whenever batches or their lengths change, so that their storage must be laid out again.
     uint64_t layoutRevision() const { return m_layoutRevision; }
-    /// Grows whenever a body comes, goes, moves, or gets another mesh or opacity; not with colours and
-    /// highlights.
+    /// Grows whenever a body is added, removed or moved, or gets another mesh or opacity; not with colours
+    /// and highlights.
     uint64_t shapeRevision() const { return m_shapeRevision; }
 
     /// Which instances of a batch are inside the view and at least `smallest` pixels across. Returns true if
-    /// that is all of them, with `visible` empty. `largest` becomes the size in pixels of the largest one.
+    /// all of them are, with `visible` empty. `largest` becomes the size in pixels of the largest one.
     bool cull(const Batch& batch, const Vs::Scene::Projection& projection, float smallest,
               std::vector<uint32_t>& visible, float& largest) const;
 

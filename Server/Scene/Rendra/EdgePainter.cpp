@@ -11,11 +11,11 @@ namespace Rendra {
 
 namespace {
 
-/// Of edges in which faces go on smoothly, as a part of what others have.
+/// The opacity of edges across which faces continue smoothly, as a fraction of that of other edges.
 constexpr float kTangentOpacity = 0.28f;
 constexpr uint64_t kManySegments = 100000;
-/// Bodies of fewer logical pixels across have no outlines; on faces, which tell by themselves where they end,
-/// those of somewhat larger ones have none either.
+/// Bodies fewer logical pixels across have no outlines; on faces, whose ends are visible by themselves, even
+/// somewhat larger ones have none.
 constexpr float kLeastPixels = 9, kLeastPixelsOnFaces = 40;
 
 } // namespace
@@ -26,7 +26,7 @@ bool EdgePainter::make(Vs::Status& status)
                         {Shaders::kEdgeFragment}, status, {Shaders::kLineGeometry});
 }
 
-// The processor draws so many lines faster as the driver knows them.
+// With that many lines, software rendering is faster with the driver's own lines.
 const Program& EdgePainter::edgeProgram(const Frame& frame, const Look& look)
 {
     if (!frame.software || frame.target.samples > 1 || frame.target.pixelScale > 1)
@@ -47,7 +47,7 @@ const Program& EdgePainter::edgeProgram(const Frame& frame, const Look& look)
     return m_plain ? m_plain : m_edges;
 }
 
-// Lines of bodies so small would be too faint to be seen.
+// Lines of bodies that small would be too faint to see.
 bool EdgePainter::isDrawn(const Frame& frame, size_t index, const Look& look)
 {
     const Batch& batch = *frame.scene.list.batches()[index];

@@ -15,13 +15,13 @@ public:
     struct Look
     {
         float colour[4];
-        float dashPixels;     ///< Of the picture; 0 for a line without gaps.
+        float dashPixels;     ///< In pixels of the picture; 0 for a line without gaps.
         bool ofGlass = false; ///< Only those of transparent bodies.
-        bool onFaces = false; ///< Outlines that are hardly to be seen may be left out.
+        bool onFaces = false; ///< Outlines that are barely visible may be left out.
     };
 
     bool make(Vs::Status& status);
-    /// Into what is bound, with blending and depths as they are set.
+    /// Draws into the bound framebuffer, with the current blending and depth state.
     void draw(const Frame& frame, const Look& look, bool withOutlines);
     void collect() { m_outlineStore.collect(); }
     void release();

@@ -1,10 +1,10 @@
 #pragma once
 
-/// The programs that draw the edges of bodies, and the outlines of their round faces.
+/// The shaders that draw the edges of bodies, and the outlines of their round faces.
 namespace Rendra::Shaders {
 
-/// What both kinds of lines know of their body. Lines fade away on bodies that cover only some pixels, where
-/// they would be all that is to be seen.
+/// What both kinds of lines know about their body. Lines fade out on bodies that cover only a few pixels,
+/// where nothing else would be visible.
 inline constexpr const char* kLineOfBody = R"(
 layout(location = 6) in vec4 colour;
 layout(location = 7) in uint flags;
@@ -26,7 +26,7 @@ vec4 lineAt(vec3 seen)
 )";
 
 /// Dashes are measured along the edge, in pixels at the distance of the body's middle, so that they neither
-/// crawl when the camera moves nor begin anew at each piece of a curve.
+/// crawl when the camera moves nor restart at each segment of a curve.
 inline constexpr const char* kEdgeVertex = R"(
 layout(location = 1) in float along;
 #ifdef PLAIN
@@ -51,7 +51,7 @@ void main()
 }
 )";
 
-/// The same for outlines, whose ends come in the scene's coordinates and with the size of their body.
+/// The same for outlines, whose ends are given in the scene's coordinates, with the size of their body.
 inline constexpr const char* kOutlineVertex = R"(
 layout(location = 0) in vec4 place;  // and how visible the line is
 layout(location = 1) in vec4 body;   // its size, flags and opacity
@@ -80,7 +80,7 @@ void main()
 }
 )";
 
-/// Lines as strips of pixels: no driver limits their width then, and how much of a pixel they cover is known
+/// Lines as strips of pixels: then no driver limits their width, and their coverage of a pixel is computed
 /// and not sampled.
 inline constexpr const char* kLineGeometry = R"(
 layout(lines) in;

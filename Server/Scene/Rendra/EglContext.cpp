@@ -10,7 +10,7 @@ namespace Rendra {
 
 namespace {
 
-/// Epoxy ends the process if it does not find a library, so this looks first.
+/// Epoxy ends the process if it doesn't find a library, so this checks first.
 bool hasLibrary(const char* name)
 {
     return dlopen(name, RTLD_LAZY | RTLD_LOCAL) != nullptr;
@@ -44,7 +44,7 @@ EGLContext contextOf(EGLDisplay display)
     return EGL_NO_CONTEXT;
 }
 
-/// Where drivers have no platform without surfaces, the graphics units themselves are asked.
+/// If drivers have no surfaceless platform, the GPUs themselves are enumerated.
 EGLDisplay deviceDisplay(EGLint index)
 {
     if (!epoxy_has_egl_extension(EGL_NO_DISPLAY, "EGL_EXT_platform_device") ||
@@ -89,7 +89,7 @@ std::unique_ptr<EglContext> EglContext::make(Vs::Status& status)
 EglContext::~EglContext()
 {
     eglMakeCurrent(m_display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
-    // The display is the process's own, and other contexts may be on it.
+    // The display belongs to the process, and other contexts may be using it.
     eglDestroyContext(m_display, m_context);
 }
 

@@ -7,8 +7,8 @@
 
 namespace Rendra {
 
-/// A context for drawing into memory, that needs no display server. Current in the thread that made it until
-/// it is destroyed there.
+/// A context for drawing into memory that needs no display server. Current in the thread that created it
+/// until it is destroyed there.
 class EglContext
 {
 public:
@@ -18,7 +18,7 @@ public:
     EglContext(const EglContext&) = delete;
     EglContext& operator=(const EglContext&) = delete;
 
-    /// Version and name of what draws.
+    /// The driver's version and name.
     std::wstring description() const;
 
 private:

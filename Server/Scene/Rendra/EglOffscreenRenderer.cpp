@@ -20,13 +20,13 @@ namespace Vs::Scene {
 namespace {
 
 constexpr int kSamples = 4;
-/// How many pixels of a picture are drawn at a time. What a pixel takes meanwhile is 8 bytes for each of its
-/// samples, of which a fine picture has 16.
+/// How many pixels of a picture are drawn at a time. Meanwhile a pixel takes 8 bytes for each of its samples,
+/// of which a fine picture has 16.
 constexpr int64_t kTilePixels = int64_t(1) << 21;
 constexpr int64_t kFineTilePixels = int64_t(1) << 20;
 
-/// Runs one piece of work after the other in a thread of its own. The caller waits for each, or for what was
-/// begun before.
+/// Runs one piece of work after the other in a separate thread. The caller waits for each, or for what was
+/// started before.
 class Worker
 {
 public:
@@ -81,8 +81,8 @@ private:
     std::thread m_thread;
 };
 
-/// Whether the system gives as many threads as a driver takes that draws in software. Such a driver waits for
-/// ever for those that it was refused.
+/// Whether the system grants as many threads as a software driver uses. Such a driver waits for ever for
+/// threads that it was refused.
 bool hasThreadsForDriver()
 {
     constexpr unsigned kOfCaches = 2;
@@ -93,14 +93,14 @@ bool hasThreadsForDriver()
         for (unsigned i = 0; i < std::thread::hardware_concurrency() + kOfCaches; ++i)
             threads.emplace_back([&] { tried.wait(); });
     } catch (const std::exception&) {
-        // Refused, or no memory for one: those that there are wait, and must go all the same.
+        // Refused, or no memory for one: the existing ones are waiting, and must end nevertheless.
         given = false;
     }
     tried.count_down();
     return given;
 }
 
-/// From a picture whose colours are multiplied by their opacity to one where they are not.
+/// From premultiplied to straight alpha.
 void separateOpacity(std::vector<uint8_t>& pixels)
 {
     for (size_t i = 0; i + 3 < pixels.size(); i += 4) {
@@ -160,7 +160,7 @@ void EglOffscreenRenderer::expect()
         return;
     m_worker = std::make_unique<Worker>();
     m_worker->begin([this] {
-        Status ignored; // who asks for a picture is told
+        Status ignored; // whoever requests a picture gets the error
         start(ignored);
     });
 }
@@ -195,7 +195,7 @@ bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, u
                                   uint32_t height, const ImageOptions& options, Image& image, Status& status)
 {
     assertMainThread();
-    // The memory of the picture before is used again: a canvas asks for one after the other.
+    // Reuses the memory of the previous picture: a canvas requests one after the other.
     std::vector<uint8_t> pixels = std::move(image.pixels);
     image = Image();
     if (width == 0 || height == 0 || width > kLargestSide || height > kLargestSide) {
@@ -206,7 +206,7 @@ bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, u
     }
     for (ViewFragment* fragment : fragments)
         if (fragment)
-            std::ignore = fragment->bounds(); // takes in what arrived, here in the thread that owns the scene
+            std::ignore = fragment->bounds(); // takes in what has arrived, in the thread that owns the scene
     if (!m_worker)
         m_worker = std::make_unique<Worker>();
     const Rendra::RenderTarget current = Rendra::RenderTarget::current();
@@ -263,7 +263,7 @@ bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments,
     const bool fine = options.antiAliasing && options.fine;
     const int scale = fine ? 2 : 1;
     const int samples = options.antiAliasing ? Rendra::PictureTarget::samplesOffered(kSamples) : 1;
-    // Whole rows where they fit, as one wide tile is drawn faster than two narrow ones.
+    // Whole rows if they fit, as one wide tile is drawn faster than two narrow ones.
     const int64_t budget = fine ? kFineTilePixels : kTilePixels;
     const int tileWidth = tileLength(width, 4096);
     const int tileHeight = tileLength(height, int(std::clamp<int64_t>(budget / tileWidth, 1, 4096)));
@@ -300,7 +300,7 @@ bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments,
             m_target.read(partWidth, partHeight, &image.pixels[(size_t(y) * image.width + size_t(x)) * 4],
                           width);
         }
-    // A large target is not worth keeping; a canvas draws into the same one again and again.
+    // A large target isn't worth keeping; a canvas draws into the same one again and again.
     if (fine || int64_t(tileWidth) * tileHeight > kTilePixels / 2)
         m_target.release();
     turnUpsideDown(image);

@@ -12,9 +12,9 @@ using Vs::Scene::Environment;
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
-/// Of the ground's light; a model stands in its own way.
+/// The fraction of the ground's light that counts; a model blocks part of it itself.
 constexpr double kGroundPart = 0.38;
-/// Bands of elevation, and steps around. The lamps are not in what is summed up, so that it is smooth.
+/// Bands of elevation, and steps around. The sum excludes the lamps, so that it is smooth.
 constexpr int kBands = 64, kSteps = 16;
 
 /// The real spherical harmonics of the bands 0 to 2.
@@ -60,12 +60,12 @@ void EnvironmentLight::prepare(const Environment& environment)
                 sum[i][2] += seen.b * y[i] * weight;
             }
         }
-    // The factors of the cosine lobe, divided by pi: a white face then reflects what comes out.
+    // The factors of the cosine lobe, divided by pi: they yield the light that a white face reflects.
     const double lobe[9] = {1, 2.0 / 3, 2.0 / 3, 2.0 / 3, 0.25, 0.25, 0.25, 0.25, 0.25};
     for (int i = 0; i < 9; ++i)
         for (int channel = 0; channel < 3; ++channel)
             m_irradiance[i][channel] = float(sum[i][channel] * lobe[i]);
-    // A white face that looks up is to be light grey: what shines needs room above it. A night stays dark.
+    // A white face that looks up should be light grey, leaving room above for highlights. A night stays dark.
     const Environment::Lamp& key = environment.lamps[0];
     const double fromAbove = m_irradiance[0][1] * 0.282095 + m_irradiance[2][1] * 0.488603 +
                              m_irradiance[6][1] * 0.315392 * 2 + key.colour.g * key.direction.z;

@@ -6,20 +6,20 @@
 
 namespace Rendra {
 
-/// An environment as the programs take it. Its light without the lamps is kept as nine numbers a colour: the
-/// irradiance as second-order spherical harmonics (Ramamoorthi and Hanrahan, 2001), which the smooth skies
-/// here fit to about a hundredth.
+/// An environment in the form that shaders take. Its light without the lamps is stored as nine numbers per
+/// colour: the irradiance as second-order spherical harmonics (Ramamoorthi and Hanrahan, 2001), which match
+/// the smooth skies here to about a hundredth.
 class EnvironmentLight
 {
 public:
-    /// Works out what belongs to the environment, unless it is the same as before.
+    /// Computes the values of the environment, unless it is the same as before.
     void prepare(const Vs::Scene::Environment& environment);
 
-    /// Sets the uniforms of kSurroundings, and of the light, of the program that is current; those
-    /// that it doesn't have are left out. `toEnvironment` turns directions of the camera's coordinates.
+    /// Sets the uniforms of kSurroundings, and of the light, for the current program; those that it doesn't
+    /// have are skipped. `toEnvironment` rotates directions of the camera's coordinates.
     void set(const Program& program, const GkMatrix3d& toEnvironment) const;
 
-    /// Turns directions of world coordinates so that `up` becomes z; a scene whose up is z stays as it is.
+    /// Rotates directions of world coordinates so that `up` becomes z; a scene whose up is z is unchanged.
     static GkMatrix3d orientation(const GkVector3d& up);
 
 private:

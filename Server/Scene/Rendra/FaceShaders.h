@@ -1,6 +1,6 @@
 #pragma once
 
-/// The programs that draw the lit faces of bodies.
+/// The shaders that draw the lit faces of bodies.
 namespace Rendra::Shaders {
 
 /// The colours of a vertex, with its normal.
@@ -70,8 +70,8 @@ void main()
 }
 )";
 
-/// The lamps stand still relative to the viewer, so that a turning model shows all its sides well lit; only
-/// the light from around belongs to the model.
+/// The lamps are fixed relative to the viewer, so that a turning model shows all its sides well lit; only the
+/// ambient light belongs to the model.
 inline constexpr const char* kPlainLight = R"(
 const vec3 kKeyDirection = vec3(-0.4082, 0.6532, 0.6379);
 const vec3 kFillDirection = vec3(0.8222, -0.0514, 0.5669);
@@ -96,9 +96,9 @@ vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, float reaching)
 }
 )";
 
-/// All light belongs to the model, and faces are shaded by their physics: the microfacets of Trowbridge and
-/// Reitz (GGX) with Smith's shadowing in the form of Hammon, Schlick's Fresnel term, and for the light from
-/// around the fit of Karis (2014). Takes the place of kPlainLight.
+/// All light belongs to the model, and faces are shaded physically: the microfacets of Trowbridge and Reitz
+/// (GGX) with Smith's shadowing in the form of Hammon, Schlick's Fresnel term, and for the ambient light the
+/// fit of Karis (2014). Replaces kPlainLight.
 inline constexpr const char* kRealisticLight = R"(
 const float kPi = 3.14159265;
 
@@ -201,7 +201,7 @@ void main()
 }
 )";
 
-/// For moving pictures without a graphics unit: light is reckoned at the corners of triangles alone.
+/// For moving pictures without a GPU: lighting is computed only at the corners of triangles.
 inline constexpr const char* kQuickFaceVertex = R"(
 uniform bool perspective;
 out vec4 shade;

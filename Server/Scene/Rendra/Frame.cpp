@@ -45,7 +45,7 @@ void Frame::clipMatrix(const Area& into, double (&rows)[4][4]) const
 HighlightColours::HighlightColours(const Vs::Scene::Environment& environment)
 {
     const bool dark = environment.isDark();
-    // One is twice as bright as the other, for who can't tell hues.
+    // One is twice as bright as the other, for users who can't distinguish hues.
     const float near[2][3] = {{0.10f, 0.50f, 0.90f}, {0.62f, 0.84f, 1.00f}};
     const float chosen[2][3] = {{0.00f, 0.20f, 0.66f}, {0.15f, 0.50f, 1.00f}};
     std::copy(std::begin(near[dark]), std::end(near[dark]), pointed);
@@ -87,7 +87,7 @@ const GlMesh& Frame::meshOf(const Batch& batch, const InstanceStore::Range& rang
     int cells = kFewestCells;
     while (cells * kCellPixels * 1.4 < pixels && cells <= kMostCells)
         cells *= 2;
-    // A surface has hardly more triangles than that in so many cells: a mesh of fewer is coarse already.
+    // A surface has hardly more triangles than that in so many cells: a mesh with fewer is coarse already.
     if (cells <= kMostCells && batch.mesh->triangles.size() / 3 > size_t(cells) * size_t(cells) * 5)
         return meshes.coarse(batch.mesh, cells, statistics.uploadedMeshes);
     return meshes.get(batch.mesh, statistics.uploadedMeshes);
@@ -112,7 +112,7 @@ void Frame::drawFaces(Faces which) const
         if (!isMeant(batch) || range.count == 0)
             continue;
         const GlMesh& mesh = meshOf(batch, range);
-        // Half of the triangles of a solid face away; leaving them out early is what saves most in software.
+        // Half of the triangles of a solid face away; culling them early saves most in software.
         const bool outsideOnly = mesh.closed && batch.mirrored == 0 && which == Faces::OfOpaque;
         outsideOnly ? glEnable(GL_CULL_FACE) : glDisable(GL_CULL_FACE);
         glBindVertexArray(mesh.faceArray);

@@ -22,7 +22,7 @@ struct Area
 
 Area intersection(const Area& a, const Area& b);
 
-/// What is kept of one tree of nodes from picture to picture.
+/// What is kept for one tree of nodes between pictures.
 struct KeptScene
 {
     uint64_t root;
@@ -42,7 +42,7 @@ struct KeptScene
     }
 };
 
-/// The colours of what is pointed at and of what is selected, as they look on the screen; lighter ones where
+/// The colours of what is pointed at and of what is selected, as they look on the screen; lighter ones if
 /// lines are light.
 struct HighlightColours
 {
@@ -50,7 +50,7 @@ struct HighlightColours
     float pointed[3], selected[3];
 };
 
-/// What a pass is given: one fragment, and the part of the picture in which it is drawn now.
+/// The input of a pass: one fragment, and the part of the picture in which it is being drawn.
 struct Frame
 {
     Vs::Scene::ViewFragment& fragment;
@@ -59,29 +59,29 @@ struct Frame
     const Vs::Scene::Projection& projection; ///< Of the whole of `area`.
     const RenderTarget& target;
     Area area; ///< The whole fragment.
-    Area part; ///< What of it lies in the tile.
-    Area tile; ///< What the framebuffer holds; its lower left corner is the framebuffer's.
+    Area part; ///< The part of it that is in the tile.
+    Area tile; ///< What the framebuffer holds; both have the same lower left corner.
     RenderStatistics& statistics;
     const Vs::Scene::Environment& environment;
     const EnvironmentLight& light; ///< Of the environment.
-    /// The view moves, and there is more in it than can be drawn quickly: what a moving picture doesn't show
+    /// The view is moving, and contains more than can be drawn quickly: what a moving picture doesn't show
     /// may be left out.
     bool coarse = false;
-    /// The view moves, and there is no graphics unit: fine shading is left for when it stands still.
+    /// The view is moving, and there is no GPU: fine shading waits until it stops.
     bool quick = false;
-    bool software = false; ///< No graphics unit does the work, but the processor.
-    float smallest = 0;    ///< Bodies that are fewer pixels across are left out.
+    bool software = false; ///< Rendering is done by the processor, not by a GPU.
+    float smallest = 0;    ///< Bodies fewer pixels across are left out.
 
     const Vs::Scene::RenderParams& params() const { return *fragment.renderParams(); }
-    /// Whether the fragment shows a model, with what stands around it, and not only helps over another.
+    /// Whether the fragment shows a model and its surroundings, rather than only helpers over another.
     bool showsModel() const
     {
         return fragment.data()->supportSelectBackground() &&
                params().visualStyle() != Vs::Scene::kHelpersOnly;
     }
 
-    /// Directs what follows into the picture, with the state that every pass begins with: depths are tested
-    /// and written, nothing is blended or left out.
+    /// Directs the following drawing into the picture, with the state in which every pass begins: depths are
+    /// tested and written, nothing is blended or culled.
     void drawIntoPicture() const;
 
     /// Makes the program current, with its uniforms `view` (from coordinates relative to the draw list's
@@ -100,7 +100,7 @@ struct Frame
     /// Sets the uniforms of the environment's light for the program, which must be current.
     void setLight(const Program& program) const;
 
-    /// The width of lines nearest to `wanted` that the driver draws.
+    /// The line width nearest to `wanted` that the driver supports.
     float lineWidth(float wanted) const;
 
     /// The mesh of a batch in the form that suits the picture.
@@ -111,27 +111,27 @@ struct Frame
 
     enum class Faces {
         OfOpaque, ///< Of the batches that have nothing transparent.
-        OfMixed,  ///< Of those in which some faces are, and others not.
+        OfMixed,  ///< Of those in which some faces are transparent, and others not.
         OfGlass,  ///< Of all that have anything transparent.
     };
-    /// Draws faces of the scene with the program that is current, which takes the attributes of Attribute.
+    /// Draws faces of the scene with the current program, which takes the attributes of Attribute.
     void drawFaces(Faces which) const;
 };
 
-/// One thing that is drawn of every fragment, after the others in a fixed order (see Renderer.cpp). Owns the
-/// objects of the graphics unit that it needs.
+/// One layer of what is drawn for every fragment, in a fixed order (see Renderer.cpp). Owns the GPU objects
+/// that it needs.
 class Pass
 {
 public:
     virtual ~Pass() = default;
 
-    /// Makes the programs. False, with the reason in the status, if the driver refuses one.
+    /// Creates the programs. False, with the reason in the status, if the driver rejects one.
     virtual bool make(Vs::Status& status) = 0;
-    /// Leaves the state of the context as `Frame::drawIntoPicture` makes it.
+    /// Leaves the state of the context as `Frame::drawIntoPicture` sets it.
     virtual void draw(const Frame& frame) = 0;
-    /// Frees what was made, with the context current.
+    /// Frees what was created, with the context current.
     virtual void release() = 0;
-    /// Called after each picture: frees what nobody needs any more.
+    /// Called after each picture: frees what is no longer needed.
     virtual void collect() {}
 };
 

@@ -16,8 +16,8 @@ constexpr GLenum kAttachments[] = {GL_COLOR_ATTACHMENT0, GL_COLOR_ATTACHMENT1, G
 /// More pixels than a canvas has on most screens.
 constexpr int kLargePixels = 3 << 20;
 
-/// The format of the depths of the framebuffer that is bound for reading: depths can only be copied between
-/// equal ones. 0 if there is none that is known.
+/// The depth format of the framebuffer that is bound for reading: depths can only be copied between equal
+/// formats. 0 if it isn't a known one.
 GLenum depthFormat(GLuint framebuffer)
 {
     const GLenum attachment = framebuffer == 0 ? GL_DEPTH : GL_DEPTH_ATTACHMENT;
@@ -42,7 +42,7 @@ GLenum depthFormat(GLuint framebuffer)
 bool GlassLayers::makeProgram()
 {
     if (!std::exchange(m_tried, true)) {
-        Vs::Status ignored; // transparent faces are drawn one over the other then
+        Vs::Status ignored; // transparent faces are then drawn over each other
         m_program.make("glass", {kWholeVertex}, {Shaders::kGlassFragment}, ignored);
         glGenVertexArrays(1, &m_noArray);
     }
@@ -90,7 +90,7 @@ bool GlassLayers::makeStorage(int width, int height, GLenum depthFormat)
     return works;
 }
 
-// In pictures of several samples, drivers take a scissor for one pixel wider.
+// With several samples, drivers apply a scissor one pixel too wide.
 Area GlassLayers::withBorder(const Frame& frame) const
 {
     return intersection({m_touched.x - 1, m_touched.y - 1, m_touched.width + 2, m_touched.height + 2},
@@ -127,7 +127,7 @@ bool GlassLayers::begin(const Frame& frame, const Area& touched)
     glClearBufferfv(GL_COLOR, kSums, unhidden);
     glClearBufferfv(GL_COLOR, kWeights, nothing);
     glClearBufferfv(GL_COLOR, kForemost, nothing);
-    // Between the faces of opaque bodies, which give way more, and lines, which don't.
+    // Between the faces of opaque bodies, which are pushed back further, and lines, which aren't.
     glEnable(GL_POLYGON_OFFSET_FILL);
     glPolygonOffset(0.5f, 0.5f);
     return true;

@@ -4,9 +4,9 @@
 
 namespace Rendra {
 
-/// What transparent faces are gathered in before they come into the picture, so that it doesn't matter in
-/// which order they are drawn: the foremost at each pixel, and the sum of all. One sample of each pixel is
-/// taken: several would cost more than all that is opaque, and what is seen through has faint edges.
+/// Collects transparent faces before they are composited into the picture, so that their drawing order
+/// doesn't matter: the foremost at each pixel, and the sum of all. One sample per pixel is taken: several
+/// would cost more than everything opaque, and transparent faces have faint edges.
 ///
 ///     if (layers.begin(frame)) {
 ///         for (const auto step : {Step::Sum, Step::Foremost})
@@ -19,13 +19,13 @@ class GlassLayers
 public:
     enum class Step { Sum, Foremost };
 
-    /// Makes the layers for a frame and takes over the depths of what is in its picture; false if the driver
-    /// can't. `touched` is where anything will be drawn.
+    /// Creates the layers for a frame and takes over the depths of its picture; false if the driver can't.
+    /// `touched` is where anything will be drawn.
     [[nodiscard]] bool begin(const Frame& frame, const Area& touched);
     void take(Step step) const;
     /// What is drawn from then on lies on the foremost faces.
     void beginLines() const;
-    /// Brings all into the picture, and leaves the state as Frame::drawIntoPicture makes it.
+    /// Composites everything into the picture, and leaves the state as Frame::drawIntoPicture sets it.
     void finish(const Frame& frame, bool lined);
     void release();
     /// Frees what only large pictures need.

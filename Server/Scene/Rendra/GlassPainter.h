@@ -4,12 +4,11 @@
 
 namespace Rendra {
 
-/// Draws the transparent faces of bodies, over all that is seen through them, with the edges that lie on
-/// them.
+/// Draws the transparent faces of bodies, over everything seen through them, with the edges that lie on them.
 class GlassPainter : public Pass
 {
 public:
-    /// The painter of the bodies draws them; it must outlive this.
+    /// The bodies' painter draws them; it must outlive this.
     explicit GlassPainter(BodyPainter& bodies) : m_bodies(bodies) {}
 
     bool make(Vs::Status&) override { return true; }

@@ -1,10 +1,10 @@
 #pragma once
 
-/// What programs of faces write where they draw transparent ones, and how the layers of these come into the
-/// picture (see GlassLayers).
+/// What face shaders write when they draw transparent faces, and how the layers of these are composited into
+/// the picture (see GlassLayers).
 namespace Rendra::Shaders {
 
-/// How the fragment shader of a face hands on its colour.
+/// How the fragment shader of a face outputs its colour.
 inline constexpr const char* kFaceResult = R"(
 #ifdef GLASS
 uniform vec2 clipRange; // near and far
@@ -32,10 +32,10 @@ void give(vec4 colour)
 #endif
 )";
 
-/// The foremost layer is known by itself; what is behind it is the mean of the others, which is exact for
-/// one. The layers have one sample to a pixel, the picture may have several: each is as deep as the foremost
-/// layer, so that those of an opaque body before it stay as they are; and where such a body has the one
-/// sample, a pixel beside tells what is behind.
+/// The foremost layer is known separately; what is behind it is the mean of the others, which is exact for
+/// one. The layers have one sample per pixel, the picture may have several: each gets the depth of the
+/// foremost layer, so that those of an opaque body in front stay as they are; and if such a body has the one
+/// sample, a neighbouring pixel tells what is behind.
 inline constexpr const char* kGlassFragment = R"(
 uniform sampler2D sums;
 uniform sampler2D weights;

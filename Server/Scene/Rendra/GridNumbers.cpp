@@ -12,12 +12,12 @@ using Vs::Scene::StrokeFont;
 
 namespace {
 
-/// In logical pixels: how high a digit is, how far from its line, and how much room is between two numbers.
+/// In logical pixels: how high a digit is, how far from its line, and how much space is between two numbers.
 constexpr double kHeight = 9, kOffset = 5, kRoom = 8;
-/// More numbers than this along an axis are never on the screen together.
+/// No more numbers than this along an axis are ever on the screen together.
 constexpr int64_t kMostNumbers = 400;
 
-/// How much rather a number is shown than its neighbours.
+/// The priority of a number over its neighbours.
 int roundness(int64_t index)
 {
     if (index == 0)
@@ -52,7 +52,7 @@ void GridNumbers::addAxis(const GkVector3d& axis, double middle, double beside, 
     std::stable_sort(indices.begin(), indices.end(),
                      [](int64_t a, int64_t b) { return roundness(a) > roundness(b); });
     for (const int64_t index : indices) {
-        // As the lines fade.
+        // They fade like the lines.
         const double part = std::hypot(double(index) * major - middle, beside) / reach;
         const double t = std::clamp((part - 0.3) / 0.6, 0.0, 1.0);
         const double opacity = 1 - t * t * (3 - 2 * t);
@@ -73,7 +73,7 @@ bool GridNumbers::place(const GkVector3d& axis, double along, double major, cons
         return false;
     const GkPoint3d next = onScreen(along + major * 1e-3);
     const double width = StrokeFont::width(text) * kHeight * m_pixel, height = kHeight * m_pixel;
-    // Beside the axis, on its lower side, so far off that the axis runs past the number.
+    // Beside the axis, on its lower side, far enough away that the axis doesn't cross the number.
     GkVector3d off(at.y - next.y, next.x - at.x, 0);
     if (off.lengthSqrd() == 0)
         return false;

@@ -14,7 +14,7 @@ class Projection;
 namespace Rendra {
 
 /// Places the numbers along the axes of the layout grid on the screen: upright, of one size, and so that none
-/// covers another. Where there is no room for all, the rounder ones stay.
+/// covers another. Where there isn't room for all, the rounder ones stay.
 class GridNumbers
 {
 public:
@@ -39,8 +39,8 @@ public:
     /// `pixel` is how many pixels make a logical one. The projection must outlive this.
     GridNumbers(const Vs::Scene::Projection& projection, double pixel);
 
-    /// Numbers along `axis` through the origin, of length one, `major` millimetres apart. The grid is a disc
-    /// of radius `reach` around a place that lies at `middle` along the axis and `beside` it.
+    /// Numbers along `axis`, of unit length, through the origin, `major` millimetres apart. The grid is a
+    /// disc of radius `reach` around a point that is at `middle` along the axis and at `beside` across it.
     void addAxis(const GkVector3d& axis, double middle, double beside, double reach, double major,
                  const GridScale& scale);
 

@@ -8,7 +8,7 @@ namespace Rendra {
 
 namespace {
 
-/// Numbers of this many digits are still read at a glance.
+/// Numbers with this many digits can still be read at a glance.
 constexpr int kMostDigits = 6;
 
 } // namespace
@@ -17,7 +17,7 @@ GridScale::GridScale(double least)
 {
     m_exponent = int(std::floor(std::log10(least)));
     const double lead = least / std::pow(10.0, m_exponent);
-    // A step that was asked for exactly must not be missed by rounding.
+    // A step that was requested exactly must not be missed by rounding.
     constexpr double kSlack = 1 - 1e-9;
     if (lead * kSlack <= 1)
         m_mantissa = 1;
@@ -40,7 +40,7 @@ std::wstring GridScale::number(int64_t index) const
 {
     if (index == 0)
         return L"0";
-    // The major step is 1 or 5 times a power of ten; digits are those of a whole number, and so exact.
+    // The major step is 1 or 5 times a power of ten; digits are those of an integer, and so exact.
     const int64_t digits = index * (m_mantissa == 5 ? 5 : 1);
     const int exponent = m_exponent + 1;
     const double value =

@@ -13,7 +13,7 @@ GkVector3d vectorOf(const float (&values)[3])
     return {values[0], values[1], values[2]};
 }
 
-/// How far a box reaches to both sides of its centre along a direction.
+/// The half extent of a box along a direction.
 double reach(const Batch::Box& box, const GkVector3d& direction)
 {
     return std::abs(direction.x) * box.half[0] + std::abs(direction.y) * box.half[1] +
@@ -36,8 +36,7 @@ double lowestVertex(const Vs::BodyMesh& mesh, const Instance& instance, const Gk
     return lowest + factors[3];
 }
 
-/// The boxes of turned bodies reach deeper than the bodies; they only tell which bodies need not be looked
-/// at.
+/// The boxes of rotated bodies reach deeper than the bodies; they only tell which bodies needn't be examined.
 double lowestPoint(const DrawList& list, const GkVector3d& up)
 {
     struct Candidate

@@ -4,18 +4,18 @@
 
 namespace Rendra {
 
-/// Two directions along a ground whose up has length one, at right angles: with it, a right-handed system,
-/// and along the scene's own axes wherever that can be.
+/// Two perpendicular directions along a ground whose up has unit length: together a right-handed system,
+/// aligned with the scene's own axes wherever possible.
 void groundAxes(const GkVector3d& up, GkVector3d& right, GkVector3d& forward);
 
-/// Where the ground lies below the bodies of a scene. Coordinates are along the three directions, relative to
-/// the draw list's origin.
+/// The ground below the bodies of a scene. Coordinates are along the three directions, relative to the draw
+/// list's origin.
 struct Ground
 {
-    GkVector3d right, forward, up; ///< Of length one, at right angles, right-handed.
-    double level = 0;              ///< Of the ground, along `up`: as deep as the lowest point of a body.
-    double top = 0;                ///< Above it no body reaches.
-    double left = 0, width = 0;    ///< What the bodies cover, along `right`.
+    GkVector3d right, forward, up; ///< Of unit length, perpendicular, right-handed.
+    double level = 0;              ///< The ground's height along `up`: that of the lowest point of a body.
+    double top = 0;                ///< The height above which there is no body.
+    double left = 0, width = 0;    ///< The extent of the bodies along `right`.
     double front = 0, depth = 0;   ///< The same along `forward`.
 
     double height() const { return top - level; }
@@ -25,7 +25,7 @@ struct Ground
     GkVector3d middle() const;
 };
 
-/// Finds the ground, and keeps it until a body comes, goes or moves.
+/// Finds the ground, and keeps it until a body is added, removed or moved.
 class GroundFinder
 {
 public:

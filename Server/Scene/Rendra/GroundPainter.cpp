@@ -8,10 +8,10 @@ namespace Rendra {
 
 namespace {
 
-/// The ground ends at so many times half the size of the bodies.
+/// The radius of the ground, in multiples of half the size of the bodies.
 constexpr double kFarthest = 9;
-/// So much of the picture around a tile is mirrored too, in pixels of the framebuffer for each of the
-/// picture: what is far from the ground is mirrored with blurred edges.
+/// The margin around a tile that is mirrored too, in pixels of the framebuffer per pixel of the picture: what
+/// is far from the ground is mirrored with blurred edges.
 constexpr int kMirrorMargin = 10;
 
 constexpr const char* kVertex = R"(
@@ -132,7 +132,7 @@ double steepness(const Vs::Scene::Projection& projection, const GkMatrix3d& view
     return std::max(0.0, -middle.dotProduct(up) / std::max(middle.length(), 1e-12));
 }
 
-/// A little brighter than the ground of the environment, so that the plane is seen on it.
+/// A little brighter than the environment's ground, so that the plane is visible on it.
 void setColour(const Program& program, const Vs::Scene::Environment& environment)
 {
     const auto onScreen = [](float ground, float sky) {
@@ -170,7 +170,7 @@ Vs::Scene::Projection mirroredView(const Frame& frame, const Ground& ground)
 
 } // namespace
 
-// Most sessions never show the ground, so its program is made at the first need.
+// Most sessions never show the ground, so its program is created on first use.
 bool GroundPainter::make(Vs::Status&)
 {
     return true;
@@ -216,7 +216,7 @@ void GroundPainter::draw(const Frame& frame)
     drawPlane(frame, *ground, look);
 }
 
-// All bodies are above the ground, and so all mirror images below it: nothing has to be cut off.
+// All bodies are above the ground, and so all mirror images below it: nothing needs clipping.
 bool GroundPainter::drawMirror(const Frame& frame, const Ground& ground)
 {
     const Area into = grown(frame.part, mirrorMargin(frame));
@@ -289,7 +289,7 @@ void GroundPainter::drawPlane(const Frame& frame, const Ground& ground, const Lo
     glUniform1f(m_program.uniform("farthest"), float(kFarthest * ground.size() / 2));
     glUniform3f(m_program.uniform("up"), float(up.x), float(up.y), float(up.z));
     setColour(m_program, frame.environment);
-    // What is seen at a flat angle goes away softly when the eye passes the ground.
+    // At grazing angles the ground fades out smoothly as the eye passes it.
     glUniform1f(m_program.uniform("strength"),
                 float(std::min(1.0, steepness(frame.projection, view) / 0.05)));
     glUniform1i(m_program.uniform("plain"), !frame.target.transparentBackground);
@@ -313,7 +313,7 @@ void GroundPainter::drawPlane(const Frame& frame, const Ground& ground, const Lo
     }
     glDisable(GL_DEPTH_TEST);
     glDepthMask(GL_FALSE);
-    // The ground reaches beyond the bodies, and they alone decide where the clip planes are.
+    // The ground reaches beyond the bodies, which alone determine the clip planes.
     glEnable(GL_DEPTH_CLAMP);
     glEnable(GL_BLEND);
     glBindVertexArray(m_noArray);

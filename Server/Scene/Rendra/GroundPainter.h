@@ -6,13 +6,13 @@
 
 namespace Rendra {
 
-/// Draws the ground below the bodies, with their shadow and reflection, fading away into the distance. It
-/// comes before the bodies: who looks from above sees them all before it, and who looks from below sees no
-/// ground.
+/// Draws the ground below the bodies, with their shadow and reflection, fading out into the distance. It is
+/// drawn before the bodies: seen from above they are all in front of it, and from below the ground isn't
+/// visible.
 class GroundPainter : public Pass
 {
 public:
-    /// The painter of the bodies draws their mirror images; it must outlive this.
+    /// The bodies' painter draws their mirror images; it must outlive this.
     explicit GroundPainter(BodyPainter& bodies) : m_bodies(bodies) {}
 
     bool make(Vs::Status& status) override;

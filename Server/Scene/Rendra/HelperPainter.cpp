@@ -9,7 +9,7 @@ using Graphics::Texture;
 
 namespace {
 
-/// Lines and pictures that are no bodies; the points come in camera coordinates.
+/// Lines and pictures that aren't bodies; the points are given in camera coordinates.
 constexpr const char* kHelperVertex = R"(
 layout(location = 0) in vec3 position;
 layout(location = 1) in vec2 place;
@@ -68,7 +68,7 @@ void HelperPainter::collect()
     });
 }
 
-// Premultiplied, so that the edges of the picture keep their colour where pixels are mixed.
+// Premultiplied, so that the edges of the picture keep their colour where pixels are interpolated.
 GLuint HelperPainter::textureOf(const std::shared_ptr<const Texture>& texture)
 {
     GlTexture& kept = m_textures[texture.get()];
@@ -109,7 +109,7 @@ void HelperPainter::draw(const Frame& frame)
     glActiveTexture(GL_TEXTURE0);
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
-    // A marker may stand beyond all bodies, and they alone decide where the clip planes are.
+    // A marker may be beyond all bodies, which alone determine the clip planes.
     glEnable(GL_DEPTH_CLAMP);
     for (const Helper& helper : frame.scene.list.helpers()) {
         glLineWidth(frame.lineWidth(1.5f * pixel * helper.lineWeight));
@@ -147,8 +147,8 @@ void HelperPainter::drawPicture(const Helper& helper, const Vs::Scene::Projectio
     if (projection.perspective() && ahead <= 0)
         return;
     const double unit = projection.pixelSize(ahead) * pixel * texture.scale;
-    // Pulled towards the viewer without moving on the screen, so that a slanting face on which the place lies
-    // does not cut the picture in two.
+    // Pulled towards the viewer without moving on the screen, so that a slanted face under it doesn't cut the
+    // picture in two.
     const double pull =
         std::min(helper.node->depthPriority() * unit * std::max(texture.width, texture.height) / 2,
                  projection.perspective() ? ahead / 2 : 1e300);
@@ -166,7 +166,7 @@ void HelperPainter::drawPicture(const Helper& helper, const Vs::Scene::Projectio
     drawTwice(helper, float(texture.occludedOpacity), GL_TRIANGLE_STRIP);
 }
 
-// What something hides comes first, in its own look, then what is seen.
+// First what is hidden, in its own look, then what is visible.
 void HelperPainter::drawTwice(const Helper& helper, float occludedOpacity, GLenum kind)
 {
     m_stream.fill(m_vertices);
@@ -190,7 +190,7 @@ void HelperPainter::drawTwice(const Helper& helper, float occludedOpacity, GLenu
 void HelperPainter::setColour(const Vs::Colour& wanted, float opacity)
 {
     Vs::Colour colour = wanted;
-    // What is dark, as a reticle over the model, would not be seen before a dark sky.
+    // Something dark, such as a reticle over the model, would be invisible against a dark sky.
     constexpr float kDark = 0.1f;
     if (m_line && std::max({wanted.r, wanted.g, wanted.b}) < kDark)
         colour = {m_line->r, m_line->g, m_line->b, wanted.a};

@@ -9,8 +9,8 @@
 
 namespace Rendra {
 
-/// Draws the lines and pictures of a draw list over its bodies. There are few of them, so that they are laid
-/// out anew for each picture and nothing of them but the textures is kept.
+/// Draws the lines and pictures of a draw list over its bodies. There are few of them, so they are laid out
+/// again for each picture and only the textures are cached.
 class HelperPainter : public Pass
 {
 public:
@@ -43,7 +43,7 @@ private:
     VertexStream m_stream;
     std::unordered_map<const Graphics::Texture*, GlTexture> m_textures;
     std::vector<Vertex> m_vertices;
-    const Vs::Colour* m_line = nullptr; ///< Of what is dark by itself, where that would not be seen.
+    const Vs::Colour* m_line = nullptr; ///< For what is itself dark, where it would be invisible.
 };
 
 } // namespace Rendra

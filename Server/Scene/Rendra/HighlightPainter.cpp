@@ -14,11 +14,11 @@ namespace {
 
 /// How far the glow reaches around a body, in logical pixels; the first part of it is a plain line.
 constexpr float kGlowPixels = 5;
-/// How much of the line is left where something hides what is selected: enough to find it.
+/// The opacity of the line where something hides the selection: enough to find it.
 constexpr float kHiddenSelected = 0.25f;
-/// The mask is looked at in blocks of so many pixels each way first.
+/// The mask is first examined in blocks of this many pixels in each direction.
 constexpr int kBlockLevel = 3, kBlock = 1 << kBlockLevel;
-/// More lines than this help nobody to see what is selected.
+/// More lines than this don't help anybody see what is selected.
 constexpr size_t kMostVertices = 400000;
 
 int wholeBlocks(int pixels)
@@ -153,7 +153,7 @@ void HighlightPainter::drawOutline(const Frame& frame)
     frame.drawIntoPicture();
 }
 
-// Most blocks are empty with all around them, or full, and cost nothing then.
+// Most blocks are empty like all around them, or full, and cost nothing then.
 void HighlightPainter::gatherCorners(const Area& touched, int around)
 {
     const int columns = m_width / kBlock, rows = m_height / kBlock;
@@ -214,7 +214,7 @@ void HighlightPainter::drawLines(const Frame& frame)
     glLineWidth(frame.lineWidth(2 * frame.target.lineWidth));
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
-    // The box stands around the body, and so beyond what the clip planes were set for.
+    // The box surrounds the body, and so reaches beyond what the clip planes were set for.
     glEnable(GL_DEPTH_CLAMP);
     for (const auto& [function, opacity] : {std::pair(GL_GREATER, 0.3f), std::pair(GL_LEQUAL, 1.0f)}) {
         glDepthFunc(GLenum(function));

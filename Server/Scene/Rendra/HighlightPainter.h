@@ -7,8 +7,8 @@
 
 namespace Rendra {
 
-/// Makes bodies stand out that are pointed at or selected, beyond the tint that the other passes give them,
-/// as RenderTarget::selectionEffect says. Costs what is highlighted, not what is shown.
+/// Makes bodies that are pointed at or selected stand out, beyond the tint that the other passes give them,
+/// as RenderTarget::selectionEffect says. The cost depends on what is highlighted, not on what is shown.
 class HighlightPainter : public Pass
 {
 public:
@@ -32,12 +32,12 @@ private:
     void gatherBox(const Vs::BodyMesh& mesh, const Instance& instance, const float (&colour)[4]);
     void gatherEdges(const Vs::BodyMesh& mesh, const Instance& instance, const float (&colour)[4]);
 
-    // All made at the first need.
+    // All created on first use.
     Program m_mask, m_outline, m_lines;
     bool m_triedOutline = false, m_triedLines = false;
     GLuint m_texture = 0, m_depths = 0, m_framebuffer = 0;
     int m_width = 0, m_height = 0;
-    std::vector<uint8_t> m_blocks; ///< Of the mask: what is in each, and how much of it is filled.
+    std::vector<uint8_t> m_blocks; ///< For the mask: what is in each block, and how much of it is filled.
     std::vector<float> m_corners;  ///< Of the blocks in which outlines may run.
     VertexStream m_squares, m_stream;
     std::vector<Vertex> m_vertices;

@@ -1,9 +1,9 @@
 #pragma once
 
-/// The programs that draw lines around what is pointed at or selected.
+/// The shaders that draw lines around what is pointed at or selected.
 namespace Rendra::Shaders {
 
-/// What is lit, as a mask: 0.5 for what is pointed at, 1 for what is selected.
+/// What is highlighted, as a mask: 0.5 for what is pointed at, 1 for what is selected.
 inline constexpr const char* kMaskVertex = R"(
 layout(location = 7) in uint flags;
 flat out float strength;
@@ -36,9 +36,9 @@ void main()
 }
 )";
 
-/// Outside of what is highlighted, how near it is decides; rings of places around the pixel are asked. What
-/// is selected has a broad line with a glow, what is pointed at a thin one. The line lies as deep as the body
-/// beside it, or a little nearer, since what a body stands on comes nearer below its foot.
+/// Outside of what is highlighted, the distance to it decides, sampled in rings around the pixel. What is
+/// selected has a broad line with a glow, what is pointed at a thin one. The line is as deep as the adjacent
+/// body, or a little nearer, since what a body stands on comes nearer below its foot.
 inline constexpr const char* kOutlineFragment = R"(
 uniform sampler2D mask;
 uniform sampler2D depths;

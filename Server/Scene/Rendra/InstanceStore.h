@@ -8,8 +8,8 @@
 
 namespace Rendra {
 
-/// The instances of one draw list as the graphics unit has them: all of them, to be drawn as they stand, and
-/// those that are left of a picture's batches after culling.
+/// The instances of one draw list on the GPU: all of them, to be drawn as they are, and those left of a
+/// picture's batches after culling.
 class InstanceStore
 {
 public:
@@ -29,18 +29,18 @@ public:
         size_t batchIndex, index;
     };
 
-    /// Sends what changed, and finds what is to be drawn: nothing of less than `smallest` pixels. Returns the
-    /// number of instances that were sent because they changed.
+    /// Uploads what changed, and determines what must be drawn: nothing of less than `smallest` pixels.
+    /// Returns the number of instances that were uploaded because they changed.
     uint64_t update(const DrawList& list, const Vs::Scene::Projection& projection, float smallest);
 
-    /// Makes `ranges` be all instances, wherever they are, until the next `update`: for what is not drawn as
-    /// the viewer sees it.
+    /// Makes `ranges` cover all instances, wherever they are, until the next `update`: for drawing from
+    /// another viewpoint than the viewer's.
     void showAll(const DrawList& list);
 
-    /// As many as the list has batches, in the same order.
+    /// One for each of the list's batches, in the same order.
     const std::vector<Range>& ranges() const { return m_ranges; }
 
-    /// Those of the instances of the last `update` that are pointed at or selected, be they in view or not.
+    /// Those of the instances of the last `update` that are pointed at or selected, in view or not.
     const std::vector<Lit>& lit() const { return m_lit; }
     Range rangeOf(const Lit& lit) const
     {

@@ -4,30 +4,30 @@
 
 namespace Rendra {
 
-/// A texture that is drawn into, for what one step of a picture hands to the next. Freed by `release`, with
-/// the context current.
+/// A texture to draw into, which passes the result of one step of a picture to the next. Freed by `release`,
+/// with the context current.
 class Layer
 {
 public:
     enum class Kind {
-        Colour,  ///< RGBA, with depths of its own beside it.
-        Picture, ///< RGBA alone.
-        Value,   ///< One number from 0 to 1, in 256 steps.
+        Colour,  ///< RGBA, with a separate depth buffer.
+        Picture, ///< RGBA only.
+        Value,   ///< One channel from 0 to 1, in 256 steps.
         Depth,
     };
 
-    /// Makes storage of `width` by `height` pixels if there is none of that size. Returns false if the driver
-    /// cannot.
+    /// Creates storage of `width` by `height` pixels unless it has that size already. Returns false if the
+    /// driver can't.
     [[nodiscard]] bool make(Kind kind, int width, int height);
-    /// Directs what follows into the whole of the layer.
+    /// Directs the following drawing into the whole of the layer.
     void begin() const;
     void release();
-    /// Releases what only large pictures need, which are not drawn again and again as those of a canvas are.
+    /// Releases what only large pictures need, which aren't drawn again and again like those of a canvas.
     void releaseIfLarge();
 
     GLuint framebuffer() const { return m_framebuffer; }
     GLuint texture() const { return m_texture; }
-    /// The depths of a layer that has some beside its colours.
+    /// The depths of a layer that has them besides its colours.
     GLuint depths() const { return m_depths; }
     int width() const { return m_width; }
     int height() const { return m_height; }

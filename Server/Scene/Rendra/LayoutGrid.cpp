@@ -11,9 +11,9 @@ namespace Rendra {
 
 namespace {
 
-/// Minor lines are at least so far apart, in logical pixels, where the camera looks at.
+/// The minimum distance of minor lines, in logical pixels, at the point that the camera looks at.
 constexpr double kLeastPixels = 14;
-/// A perspective shows the grid up to so many times the distance of the place that the camera looks at.
+/// How far a perspective shows the grid, in multiples of the distance of the point that the camera looks at.
 constexpr double kReach = 10;
 /// The radius of the mark at the origin.
 constexpr float kOriginPixels = 5;
@@ -114,7 +114,7 @@ void setColour(const Program& program, const Vs::Colour& colour)
 
 } // namespace
 
-// Most sessions never show the grid, so its programs are made at the first need.
+// Most sessions never show the grid, so its programs are created on first use.
 bool LayoutGrid::make(Vs::Status&)
 {
     return true;
@@ -141,7 +141,7 @@ void LayoutGrid::release()
 
 bool LayoutGrid::isUnderGlass(const Frame& frame)
 {
-    // A drawing is made of what is there by then, and not of helps.
+    // A drawing is made from the picture so far, which must not contain helpers.
     if (!frame.target.grid || !frame.showsGlass() || frame.params().nprEffect() != 0)
         return false;
     const GkVector3d up = frame.params().groundPlaneOrientation();
@@ -182,7 +182,7 @@ void LayoutGrid::drawNow(const Frame& frame)
         plane.reach = kReach * away;
         plane.minor = view.pixelSize(away);
     } else {
-        // The part of the plane that the view shows, which is the longer the flatter one looks at it.
+        // The part of the plane that is in view, which gets longer as the angle gets flatter.
         plane.minor = view.pixelSize(1);
         const double off = (target - foot).length();
         plane.reach =
@@ -233,7 +233,7 @@ void LayoutGrid::drawLines(const Frame& frame, const Plane& plane)
     glUniform3fv(m_lines.uniform("axisColours"), 2, kAxisColours[0]);
     setColour(m_lines, frame.environment.gridColor());
     glDepthMask(GL_FALSE);
-    // The grid reaches beyond the bodies, and they alone decide where the clip planes are.
+    // The grid reaches beyond the bodies, which alone determine the clip planes.
     glEnable(GL_DEPTH_CLAMP);
     glEnable(GL_BLEND);
     glBindVertexArray(m_noArray);

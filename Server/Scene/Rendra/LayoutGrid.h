@@ -8,8 +8,9 @@
 
 namespace Rendra {
 
-/// Draws the layout grid: lines in the plane through the origin at right angles to what is up, as far apart
-/// as suits the zoom, and numbers along its two axes. It belongs to no model: nothing finds it but the eye.
+/// Draws the layout grid: lines in the plane through the origin perpendicular to the up direction, with a
+/// spacing that suits the zoom, and numbers along its two axes. It isn't part of any model: it can't be
+/// picked.
 class LayoutGrid : public Pass
 {
 public:
@@ -17,17 +18,17 @@ public:
     void draw(const Frame& frame) override;
     void release() override;
 
-    /// Whether transparent bodies are to be drawn over the grid of a frame, not under it: where one looks
-    /// down on its plane.
+    /// Whether transparent bodies are drawn over the grid of a frame, not under it: when the view looks down
+    /// on its plane.
     static bool isUnderGlass(const Frame& frame);
 
 private:
-    /// Where the grid is for one picture. Coordinates are along `axes`, in millimetres.
+    /// Where the grid is in one picture. Coordinates are along `axes`, in millimetres.
     struct Plane
     {
         GkVector3d axes[2], up;
-        double middle[2]; ///< The place that the camera looks at.
-        double reach;     ///< Farther from there it has faded away.
+        double middle[2]; ///< The point that the camera looks at.
+        double reach;     ///< The distance from there at which it has faded out.
         double minor, major;
     };
     struct Vertex
@@ -49,7 +50,7 @@ private:
     std::vector<Vertex> m_vertices;
 };
 
-/// The grid once more, for its other place among the passes: drawn there alone if it is under glass.
+/// The grid a second time, at its other position among the passes: drawn only there if it is under glass.
 class GridUnderGlass : public Pass
 {
 public:

@@ -25,7 +25,7 @@ uint64_t placeOf(const float* position)
     return mix(mix(bits(position[0]) << 32 | bits(position[1])) + bits(position[2]));
 }
 
-/// A number for the side between two places that changes its sign with the direction.
+/// A number for the side between two positions that changes its sign with the direction.
 uint64_t side(uint64_t from, uint64_t to)
 {
     if (from == to)
@@ -35,8 +35,8 @@ uint64_t side(uint64_t from, uint64_t to)
 
 } // namespace
 
-// Every side and its opposite add up to zero; that sides which don't match do so too is as good as
-// impossible. No table of sides is needed for that, so that a large mesh takes no longer than its upload.
+// Every side and its opposite add up to zero; it is practically impossible that sides that don't match do so
+// too. That needs no table of sides, so that a large mesh takes no longer than its upload.
 bool isClosedAndOutward(const Vs::BodyMesh& mesh)
 {
     if (mesh.triangles.empty())

@@ -4,9 +4,9 @@
 
 namespace Rendra {
 
-/// Whether the triangles are the skin of a volume and look outwards: every side of a triangle is shared with
-/// a neighbour that runs through it the other way. The back sides of such a mesh are never seen from outside.
-/// Vertices count as one where their positions are equal, as faces of one body have theirs apart.
+/// Whether the triangles bound a volume and face outwards: every side of a triangle is shared with a
+/// neighbour that traverses it in the other direction. The back sides of such a mesh are never seen from
+/// outside. Vertices at equal positions count as one, since the faces of one body have separate ones.
 bool isClosedAndOutward(const Vs::BodyMesh& mesh);
 
 } // namespace Rendra

@@ -19,9 +19,10 @@ namespace Rendra {
 
 namespace {
 
-/// Meshes of no more triangles are made coarser while a picture waits; that takes less than the picture.
+/// Meshes with at most this many triangles are simplified while a picture waits; that takes less time than
+/// the picture.
 constexpr size_t kCoarsenedAtOnce = 4000;
-/// How many others are made coarser at a time.
+/// How many others are simplified at a time.
 constexpr int kMostComing = 2;
 
 struct Vertex
@@ -60,7 +61,7 @@ std::vector<Vertex> plainVertices(const Vs::BodyMesh& mesh)
     return vertices;
 }
 
-// Colours go with the vertices, so a vertex that faces of different colours share is doubled.
+// Colours belong to vertices, so a vertex shared by faces of different colours is duplicated.
 void colourFaces(const Vs::BodyMesh& mesh, std::vector<Vertex>& vertices, std::vector<uint32_t>& triangles)
 {
     constexpr int32_t kUnused = -2;
@@ -117,7 +118,7 @@ std::vector<float> edgeVertices(const Vs::BodyMesh& mesh)
     return vertices;
 }
 
-/// Those of tangent edges last; `sharp` becomes how many are before them.
+/// Tangent edges last; `sharp` becomes how many come before them.
 std::vector<uint32_t> edgeSegments(const Vs::BodyMesh& mesh, size_t& sharp)
 {
     std::vector<uint32_t> segments, last;
@@ -144,7 +145,7 @@ GLuint buffer(GLenum target, const std::vector<T>& content)
     return name;
 }
 
-/// Sends indices below `vertices` in the shortest form that holds them.
+/// Uploads indices below `vertices` in the shortest type that holds them.
 GLuint indexBuffer(const std::vector<uint32_t>& indices, size_t vertices, GLenum& type)
 {
     type = vertices <= 0x10000 ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT;
@@ -153,8 +154,8 @@ GLuint indexBuffer(const std::vector<uint32_t>& indices, size_t vertices, GLenum
     return buffer(GL_ELEMENT_ARRAY_BUFFER, std::vector<uint16_t>(indices.begin(), indices.end()));
 }
 
-/// Sends the vertices; those of a body whose faces have no colours of their own do without, and have the
-/// value that stands for none instead (see Renderer::render).
+/// Uploads the vertices; a body whose faces have no colours omits that attribute, and uses the constant value
+/// that means none (see Renderer::render).
 GLuint vertexBuffer(const std::vector<Vertex>& vertices, bool coloured)
 {
     GLuint name = 0;
@@ -220,7 +221,7 @@ const GlMesh& MeshStore::get(const std::shared_ptr<const Vs::BodyMesh>& mesh, ui
     Entry& entry = m_meshes[mesh.get()];
     if (entry.gl.faceArray && !entry.gl.source.expired())
         return entry.gl;
-    // A new mesh may stand where a freed one stood.
+    // A new mesh may be at the address of a freed one.
     free(entry);
     upload(entry.gl, *mesh);
     entry.gl.source = mesh;
@@ -309,7 +310,7 @@ void MeshStore::free(Entry& entry)
     free(entry.gl);
     for (auto& [cells, level] : entry.levels) {
         free(level.gl);
-        m_coming -= level.coming.valid(); // whose end its destructor waits for
+        m_coming -= level.coming.valid(); // the destructor waits for it to end
     }
     entry.levels.clear();
 }

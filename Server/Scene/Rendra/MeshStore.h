@@ -10,7 +10,7 @@
 
 namespace Rendra {
 
-/// Places of the vertex attributes; the shaders name the same numbers.
+/// Locations of the vertex attributes; the shaders use the same numbers.
 enum Attribute : GLuint {
     kPosition,
     kNormal,
@@ -23,39 +23,40 @@ enum Attribute : GLuint {
     kInstanceFlags,
 };
 
-/// A mesh as the graphics unit has it.
+/// A mesh on the GPU.
 struct GlMesh
 {
     GLuint faceArray = 0, edgeArray = 0; ///< Vertex arrays; the attributes of instances are set at each draw.
     GLuint vertices = 0, edgeVertices = 0, indices = 0, edgeIndices = 0;
     GLsizei indexCount = 0, edgeIndexCount = 0;
-    GLsizei sharpIndexCount = 0; ///< Of the edges' indices, those before the tangent edges'.
-    GLenum indexType = GL_UNSIGNED_INT, edgeIndexType = GL_UNSIGNED_INT; ///< Short ones where they suffice.
+    GLsizei sharpIndexCount = 0; ///< How many of the edges' indices come before those of the tangent edges.
+    GLenum indexType = GL_UNSIGNED_INT, edgeIndexType = GL_UNSIGNED_INT; ///< Short ones if they suffice.
     bool closed = false; ///< Its back sides are never seen; see isClosedAndOutward.
     std::weak_ptr<const Vs::BodyMesh> source;
 };
 
-/// A mesh of fewer triangles for pictures of a moving view.
+/// A mesh with fewer triangles for pictures of a moving view.
 struct CoarseLevel
 {
     std::future<std::shared_ptr<const Vs::BodyMesh>> coming; ///< While it is being made.
-    std::shared_ptr<const Vs::BodyMesh> mesh;                ///< Null if none is worth having.
+    std::shared_ptr<const Vs::BodyMesh> mesh;                ///< Null if none is worthwhile.
     GlMesh gl;
 };
 
-/// Meshes that were sent to the graphics unit, each one once.
+/// Meshes uploaded to the GPU, each one once.
 class MeshStore
 {
 public:
-    /// Sends the mesh at the first call; counts in `uploads`.
+    /// Uploads the mesh at the first call; counts in `uploads`.
     const GlMesh& get(const std::shared_ptr<const Vs::BodyMesh>& mesh, uint64_t& uploads);
-    /// A coarser form of the mesh, of so many cells along its longest side (see coarseMesh; a power of two),
-    /// or the mesh itself as long as there is none: those of large meshes are made beside the drawing.
+    /// A coarser form of the mesh, with that many cells along its longest side (see coarseMesh; a power of
+    /// two), or the mesh itself until there is one: those of large meshes are made in parallel with the
+    /// drawing.
     const GlMesh& coarse(const std::shared_ptr<const Vs::BodyMesh>& mesh, int cells, uint64_t& uploads);
     /// Frees what belongs to meshes that are gone.
     void collect();
     void release();
-    /// What all meshes take, coarse ones with them, as the driver tells it.
+    /// The memory of all meshes, including coarse ones, as reported by the driver.
     uint64_t bytes() const;
 
 private:

@@ -18,7 +18,7 @@ int resolutionOf(int type)
     return type == kSharp ? 2048 : type == kSoft ? 1024 : 640;
 }
 
-/// A shadow's edge is the mean of so many pixels each way.
+/// A shadow's edge is averaged over this many pixels in each direction.
 int widthOf(int type)
 {
     return type == kSharp ? 1 : type == kSoft ? 4 : 7;
@@ -26,7 +26,7 @@ int widthOf(int type)
 
 } // namespace
 
-// Each pixel is compared with the depth that the plane of the face has there, so that a face never shades
+// Each pixel is compared with the depth that the plane of the face has there, so that a face never shadows
 // itself however flat the light falls.
 const char* const ObjectShadow::kLookUp = R"(
 const bool shadowed = true;
@@ -97,7 +97,7 @@ void main()
 }
 )";
 
-/// Light passes two sides of most bodies.
+/// Light passes through two sides of most bodies.
 constexpr const char* kGlassFragment = R"(
 flat in float opacity;
 out vec4 result;
@@ -125,7 +125,7 @@ bool ObjectShadow::find(const Frame& frame)
     if (kept.shapes == list.shapeRevision() && kept.type == type && kept.toLamp.isEqualTo(toLamp) &&
         kept.origin.isEqualTo(list.origin()))
         return true;
-    // What is kept is never made of coarse meshes.
+    // What is cached is never made from coarse meshes.
     if (frame.coarse)
         return false;
     kept.shapes = 0;
@@ -142,7 +142,7 @@ bool ObjectShadow::find(const Frame& frame)
 
     const GkVector3d right = toLamp.perpVector(), up = toLamp.crossProduct(right);
     const GkVector3d middle = bounds.centre().asVector() - list.origin();
-    // A little room, so that the edge of the picture is never a shadow.
+    // A small margin, so that the edge of the shadow map never casts a shadow.
     const double reach = radius * 1.02 * resolution / (resolution - 2 * widthOf(type));
     for (const auto& [row, direction] : {std::pair(0, right), {1, up}, {2, -toLamp}}) {
         double(&entry)[4] = kept.place.entry[row];
@@ -180,7 +180,7 @@ bool ObjectShadow::find(const Frame& frame)
     return true;
 }
 
-// All that is transparent takes of the light, in whatever order.
+// Everything transparent absorbs light, in any order.
 void ObjectShadow::drawGlass(const Frame& frame, Kept& kept)
 {
     const bool isThere = frame.scene.list.opacityOfGlass() > 0;

@@ -10,38 +10,37 @@ namespace Rendra {
 
 struct Frame;
 
-/// The shadows that bodies throw on each other in the light of the environment's first lamp: a picture of how
-/// far the light reaches. It does not depend on where it is seen from, and so is kept as long as no body
-/// comes, goes or moves and the lamp stays.
+/// The shadows that bodies cast on each other in the light of the environment's first lamp: a shadow map. It
+/// doesn't depend on the viewpoint, so it is kept until a body is added, removed or moved, or the lamp
+/// changes.
 class ObjectShadow
 {
 public:
-    /// What is kept of one scene.
+    /// What is cached for one scene.
     struct Kept
     {
         Layer depths;
-        Layer glass; ///< How much light comes through what is transparent, and how far that is.
+        Layer glass; ///< How much light passes through what is transparent, and how far away that is.
         bool hasGlass = false;
-        GkMatrix3d place;    ///< From coordinates relative to the draw list's origin to the picture, -1 to 1.
-        double texel = 0;    ///< Width of its pixels, in millimetres.
-        uint64_t shapes = 0; ///< Of which revision; 0 for none.
+        GkMatrix3d place; ///< From coordinates relative to the draw list's origin to the shadow map, -1 to 1.
+        double texel = 0; ///< Width of its pixels, in millimetres.
+        uint64_t shapes = 0; ///< Its revision; 0 for none.
         GkVector3d toLamp, origin;
         int type = 0;
     };
 
-    /// Brings the shadows of the frame's scene up to date. False if there are none: they are not asked for,
-    /// would cost too much for a frame that is to be quick, or the driver cannot draw them. Draws into layers
-    /// of its own.
+    /// Updates the shadows of the frame's scene. False if there are none: they aren't requested, would be too
+    /// expensive for a frame that must be quick, or the driver can't draw them. Draws into its own layers.
     bool find(const Frame& frame);
-    /// Sets the uniforms of `kLookUp` for a program that is current; `find` must have returned true. Uses
-    /// texture units 2, 5 and 6.
+    /// Sets the uniforms of `kLookUp` for the current program; `find` must have returned true. Uses texture
+    /// units 2, 5 and 6.
     static void set(const Program& program, const Frame& frame);
-    /// Names these units alone. Samplers of different kinds may not share one, whether they are used or not.
+    /// Only assigns these units. Samplers of different types may not share one, whether they are used or not.
     static void setUnits(const Program& program);
 
     void release();
 
-    /// A piece for fragment programs (see Program::make): `lampReaches(place, normal)` tells how much of the
+    /// A piece for fragment shaders (see Program::make): `lampReaches(place, normal)` returns how much of the
     /// lamp's light reaches a place with a normal, both in the camera's coordinates, from 0 to 1; `toLamp` is
     /// the direction of the lamp, and `shadowed` is true.
     static const char* const kLookUp;

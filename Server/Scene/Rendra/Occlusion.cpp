@@ -7,8 +7,8 @@ namespace Rendra {
 
 namespace {
 
-/// Sixteen places around each pixel are looked at, turned by one of sixteen angles that repeat every four
-/// pixels both ways: the mean of four by four neighbours has no pattern any more.
+/// Sixteen samples around each pixel, rotated by one of sixteen angles that repeat every four pixels in both
+/// directions: averaged over four by four neighbours, no pattern is left.
 constexpr const char* kFindFragment = R"(
 uniform sampler2D depths;
 uniform vec4 window; // lower left corner and size of the view at distance 1, or everywhere in a parallel one
@@ -100,7 +100,7 @@ bool Occlusion::isOf(const Source& source)
     return false;
 }
 
-// A picture without shaded corners is better than none, so what fails here is not reported.
+// A picture without ambient occlusion is better than none, so a failure here is not reported.
 bool Occlusion::makePrograms()
 {
     if (!m_tried) {

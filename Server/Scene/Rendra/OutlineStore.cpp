@@ -86,7 +86,7 @@ OutlineStore::Round OutlineStore::make(const Vs::BodyMesh& mesh)
 const OutlineStore::Round& OutlineStore::roundOf(const std::shared_ptr<const Vs::BodyMesh>& mesh)
 {
     Round& round = m_meshes[mesh.get()];
-    if (round.source.expired()) { // new, or where a freed one stood
+    if (round.source.expired()) { // new, or at the address of a freed one
         round = make(*mesh);
         round.source = mesh;
     }
@@ -117,7 +117,7 @@ void OutlineStore::gather(const Batch& batch, const Vs::Scene::Projection& proje
             isBeside(centre.x, projection.halfWidth()) || isBeside(centre.y, projection.halfHeight()))
             continue;
 
-        // In the body's own coordinates, in which normals are what they are.
+        // In the body's own coordinates, in which normals are stored.
         const GkMatrix3d place = placeOf(instance), back = (view * place).inverse();
         const GkPoint3d eye = back * GkPoint3d(0, 0, 0);
         const GkVector3d towards = back * GkVector3d(0, 0, 1);
@@ -127,7 +127,7 @@ void OutlineStore::gather(const Batch& batch, const Vs::Scene::Projection& proje
             return perspective ? eye.asVector() - at : towards;
         };
         const auto facing = [&](uint32_t corner) {
-            // Planes that are seen from their side have no line.
+            // Planes seen edge-on have no line.
             return vectorAt(mesh.normals, corner).dotProduct(toViewer(vectorAt(mesh.positions, corner))) -
                    tolerance;
         };
@@ -155,7 +155,7 @@ void OutlineStore::gather(const Batch& batch, const Vs::Scene::Projection& proje
                 const bool s[3] = {f[0] > 0, f[1] > 0, f[2] > 0};
                 if (s[0] == s[1] && s[1] == s[2])
                     continue;
-                // The line runs between the two sides that meet in the corner which differs from the others.
+                // The line runs between the two sides that meet in the corner that differs from the others.
                 const int tip = s[1] == s[2] ? 0 : s[0] == s[2] ? 1 : 2;
                 const GkVector3d from = vectorAt(mesh.positions, t[tip]);
                 for (const int other : {(tip + 1) % 3, (tip + 2) % 3})

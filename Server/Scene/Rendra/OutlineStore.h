@@ -8,25 +8,25 @@
 
 namespace Rendra {
 
-/// Finds the outlines of round faces: the lines on which surfaces turn away from the viewer, as the normals
-/// of their triangles' corners say. Flat faces have none but their edges. Triangles are looked at in groups,
-/// most of which face one way as a whole and cost nothing more.
+/// Finds the silhouettes of round faces: the lines on which surfaces turn away from the viewer, according to
+/// the normals at their triangles' corners. Flat faces have only their edges. Triangles are examined in
+/// groups, most of which face one way as a whole and cost nothing more.
 class OutlineStore
 {
 public:
     /// The end of a line.
     struct Vertex
     {
-        float place[4]; ///< Relative to the draw list's origin; then how much of the line is seen.
+        float place[4]; ///< Relative to the draw list's origin; then how visible the line is.
         float body[4];  ///< Its size, 0 or 1 for pointed at or 2 for selected, its opacity, 0.
     };
     struct Limits
     {
-        float leastPixels; ///< Bodies that are smaller have none; their lines become plain by and by.
+        float leastPixels; ///< Smaller bodies have none; their lines fade in with size.
         float pixel;       ///< Pixels for a logical one.
     };
 
-    /// Adds those of the instances of a batch that are in view, two vertices for each piece.
+    /// Adds those of a batch's instances in view, two vertices per segment.
     void gather(const Batch& batch, const Vs::Scene::Projection& projection, const GkVector3d& origin,
                 const Limits& limits, std::vector<Vertex>& vertices);
     /// Forgets meshes that are gone.

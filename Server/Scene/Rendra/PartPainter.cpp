@@ -15,8 +15,8 @@ using Graphics::Part;
 
 namespace {
 
-/// How much of a lit face's own colour is covered, and how much of an edge or vertex shows through what hides
-/// it.
+/// How much the highlight covers a lit face's own colour, and the opacity of an edge or vertex through what
+/// hides it.
 constexpr float kPointedOpacity = 0.3f, kSelectedOpacity = 0.5f, kHiddenOpacity = 0.25f;
 /// In logical pixels.
 constexpr float kEdgeWidth = 3, kVertexSize = 9;

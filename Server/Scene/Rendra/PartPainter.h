@@ -7,8 +7,8 @@
 
 namespace Rendra {
 
-/// Draws over the bodies which of their faces, edges and vertices are pointed at or selected, as
-/// RenderTarget::selectionEffect says. Costs what is lit, not what is shown.
+/// Draws the pointed-at or selected faces, edges and vertices over the bodies, as
+/// RenderTarget::selectionEffect says. The cost depends on what is highlighted, not on what is shown.
 class PartPainter : public Pass
 {
 public:
@@ -28,7 +28,7 @@ private:
     void gather(const PartlyLit& lit, Graphics::Part part, const HighlightColours& colours);
     void drawGathered(const Frame& frame, GLenum kind);
 
-    // All made at the first need.
+    // All created on first use.
     Program m_faces, m_marks;
     bool m_tried = false;
     VertexStream m_stream;

@@ -4,12 +4,12 @@
 
 namespace Rendra {
 
-/// A framebuffer to draw a tile of a picture into, and the way from there to pixels in memory.
+/// A framebuffer to draw a tile of a picture into, and the readback from there to memory.
 class PictureTarget
 {
 public:
-    /// `scale` is 1, or 2 for a framebuffer of twice the width and height. Makes what is missing; false if
-    /// the driver cannot make it.
+    /// `scale` is 1, or 2 for a framebuffer of twice the width and height. Creates what is missing; false if
+    /// the driver can't.
     [[nodiscard]] bool prepare(int width, int height, int scale, int samples);
     uint32_t framebuffer() const { return m_drawn; }
 
@@ -18,7 +18,7 @@ public:
     void read(int width, int height, uint8_t* pixels, int stride);
 
     void release();
-    /// The number of samples that framebuffers can have, no more than `wanted`.
+    /// The number of samples that framebuffers can have, at most `wanted`.
     static int samplesOffered(int wanted);
 
 private:

@@ -27,13 +27,13 @@ using Vs::Scene::ViewFragment;
 
 namespace {
 
-/// Scenes that were drawn last are kept; more than so many at a time are hardly ever on the screen.
+/// The scenes drawn last are kept; more than this many are hardly ever on the screen at a time.
 constexpr size_t kKeptScenes = 12;
-/// More samples to a pixel are not worth their time.
+/// More samples per pixel aren't worth their time.
 constexpr int kSoftwareSamples = 4, kHardwareSamples = 8;
-/// Bodies that are fewer pixels across are left out.
+/// Bodies fewer pixels across are left out.
 constexpr float kSmallest = 0.6f, kSmallestMoving = 2.0f;
-/// Scenes of no more triangles are drawn whole even when they move.
+/// Scenes with at most this many triangles are drawn completely even when they move.
 constexpr uint64_t kQuick = 6000000, kQuickInSoftware = 150000;
 
 } // namespace
@@ -50,7 +50,7 @@ struct Renderer::Data
     HighlightPainter highlights;
     PartPainter parts;
     HelperPainter helpers;
-    /// What is drawn of each fragment, in this order.
+    /// What is drawn for each fragment, in this order.
     const std::array<Pass*, 9> passes{&ground, &bodies,     &gridUnderGlass, &glass,  &sketch,
                                       &grid,   &highlights, &parts,          &helpers};
     EnvironmentLight light;

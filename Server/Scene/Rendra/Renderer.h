@@ -11,35 +11,35 @@
 namespace Rendra {
 
 /// Draws view fragments with OpenGL 3.3 or later, in the context that is current at each call; all calls of
-/// one renderer must come with the same context, or one that shares objects with it. Not thread-safe, but may
-/// be used from any one thread as long as nobody changes the scene meanwhile.
+/// one renderer must be made with the same context, or one that shares objects with it. Not thread-safe, but
+/// may be used from any one thread as long as nobody changes the scene meanwhile.
 ///
-/// A body that occurs many times is kept and sent once. From one picture to the next only what changed is
-/// sent again.
+/// A body that occurs many times is stored and uploaded once. From one picture to the next only what changed
+/// is uploaded again.
 class Renderer
 {
 public:
     Renderer();
-    /// Must come with the context current.
+    /// Must be destroyed with the context current.
     ~Renderer();
     Renderer(const Renderer&) = delete;
     Renderer& operator=(const Renderer&) = delete;
 
-    /// Makes what is needed for drawing. Returns false with an error in the status if the context cannot do
-    /// it. May be called again; only the first call works.
+    /// Creates what is needed for drawing. Returns false with an error in the status if the context isn't
+    /// suitable. May be called again; only the first call does anything.
     bool initialize(Vs::Status& status);
 
-    /// Whether no graphics unit does the work, but the processor: a canvas then does without what costs much.
+    /// Whether rendering is done by the processor, not by a GPU: a canvas then omits what is expensive.
     bool drawsInSoftware() const;
 
     /// Draws all fragments, each over the ones before, and leaves the state of the context as it needs it:
-    /// the caller sets what it depends on.
+    /// callers must set the state that they rely on.
     void render(const std::vector<Vs::Scene::ViewFragment*>& fragments, const RenderTarget& target);
     /// The common case: into the whole of a framebuffer.
     void render(Vs::Scene::ViewFragment* fragment, int width, int height, uint32_t framebuffer);
 
     const RenderStatistics& statistics() const;
-    /// How many bytes the graphics unit keeps for meshes, as its driver tells. Needs the context.
+    /// How many bytes the GPU holds for meshes, as reported by its driver. Needs the context.
     uint64_t meshBytes() const;
 
 private:

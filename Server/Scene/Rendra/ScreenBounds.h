@@ -11,8 +11,8 @@ public:
     explicit ScreenBounds(const Frame& frame) : m_frame(frame) {}
 
     void add(const Batch::Box& box);
-    /// With `margin` more pixels on each side, cut to the frame's part; the whole part if the rectangle
-    /// cannot be told because something reaches behind the viewer.
+    /// With a `margin` of pixels on each side, clipped to the frame's part; the whole part if the rectangle
+    /// can't be determined because something reaches behind the viewer.
     [[nodiscard]] Area area(int margin) const;
 
 private:

@@ -12,10 +12,11 @@ namespace {
 
 /// The numbers are those of the view commands and of the user's options.
 constexpr int kPastel = 1, kGraphite = 3;
-/// How far from a place its outline is looked for, in logical pixels, with the trembling of the hand.
+/// How far around a place its outline is searched for, in logical pixels, including the trembling of the
+/// hand.
 constexpr int kMargin = 5;
 
-/// What the outlines are found from: which way faces look, and how far they are.
+/// What the outlines are computed from: which way faces look, and how far away they are.
 constexpr const char* kShapeVertex = R"(
 layout(location = 1) in vec4 normal;
 out vec3 viewPosition;

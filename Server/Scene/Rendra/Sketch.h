@@ -4,8 +4,8 @@
 
 namespace Rendra {
 
-/// Turns the picture of the model into a drawing: washed pastel colours, or strokes of a pencil. Each place
-/// is found from the picture there and from the shapes around it, and strokes and paper lie still on the
+/// Turns the picture of the model into a drawing: pastel washes, or strokes of a pencil. Each place is
+/// computed from the picture there and from the shapes around it, and strokes and paper are fixed to the
 /// picture, so that a still view is still and tiles fit together.
 class Sketch : public Pass
 {
@@ -20,7 +20,7 @@ private:
     bool drawShapes(const Frame& frame);
     bool copyPicture(const Frame& frame);
 
-    // All made at the first need.
+    // All created on first use.
     Program m_shape, m_pastel, m_graphite;
     Layer m_shapes, m_picture;
     GLuint m_noArray = 0;

@@ -9,7 +9,7 @@
 namespace Rendra {
 namespace {
 
-/// Of the angle between normals: three degrees.
+/// The angle between normals: three degrees.
 constexpr float kLeastCosine = 0.9986f;
 
 using Place = std::array<uint32_t, 3>;
@@ -33,14 +33,14 @@ Place placeAt(const std::vector<float>& points, size_t index)
     return place;
 }
 
-/// A vertex of a face that lies where an edge runs.
+/// A vertex of a face that is on an edge.
 struct Touch
 {
     uint32_t face, vertex;
 };
 using Touches = std::unordered_map<Place, std::vector<Touch>, Hash>;
 
-/// The first of the two points in the middle of an edge, which are both on the triangles beside it.
+/// The first of the two points in the middle of an edge, which are both on the adjacent triangles.
 uint32_t middleOf(const Vs::BodyMesh& mesh, size_t edge)
 {
     return (mesh.edgeStarts[edge] + mesh.edgeStarts[edge + 1] - 1) / 2;
@@ -51,7 +51,7 @@ bool isDrawn(const Vs::BodyMesh& mesh, size_t edge)
     return mesh.edgeStarts[edge] + 2 <= mesh.edgeStarts[edge + 1];
 }
 
-/// What the faces have where edges run. Most vertices lie elsewhere, which some bits tell in no time.
+/// The vertices of faces that are on edges. Most vertices aren't, which a few bits tell in no time.
 Touches touchesOf(const Vs::BodyMesh& mesh)
 {
     Touches touches;
@@ -88,7 +88,7 @@ bool isAligned(const Vs::BodyMesh& mesh, uint32_t one, uint32_t other)
     return cosine > kLeastCosine;
 }
 
-/// Whether two faces and no more have both places, with the same normals.
+/// Whether exactly two faces have both points, with the same normals.
 bool isTangent(const Vs::BodyMesh& mesh, const std::vector<Touch>& here, const std::vector<Touch>& there)
 {
     constexpr uint32_t kNone = std::numeric_limits<uint32_t>::max();

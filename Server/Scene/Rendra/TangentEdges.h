@@ -6,8 +6,8 @@
 
 namespace Rendra {
 
-/// Of each edge of the mesh, whether the faces that meet in it go on in one direction, as a fillet does into
-/// the faces beside it: told by the normals of both at the middle of the edge.
+/// For each edge of the mesh, whether the adjacent faces continue tangentially, as a fillet does into its
+/// neighbours: determined from the normals of both at the middle of the edge.
 [[nodiscard]] std::vector<bool> tangentEdges(const Vs::BodyMesh& mesh);
 
 } // namespace Rendra

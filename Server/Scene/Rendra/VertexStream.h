@@ -6,15 +6,15 @@
 
 namespace Rendra {
 
-/// Vertices that are sent anew for each drawing, because there are few of them and they rarely stay. To be
-/// used with the context current throughout.
+/// Vertices that are uploaded again for each drawing, because there are few of them and they rarely stay the
+/// same. Use it with the context current throughout.
 class VertexStream
 {
 public:
-    /// Makes the buffer for vertices that consist of nothing but floats: so many for each of the shader's
+    /// Creates the buffer for vertices that consist only of floats: the given number for each of the shader's
     /// inputs, from location 0 on.
     void make(std::initializer_list<int> floats);
-    /// Sends the vertices in place of those before, and makes them what is drawn.
+    /// Uploads the vertices in place of the previous ones, and binds them for drawing.
     template <class Vertex>
     void fill(const std::vector<Vertex>& vertices) const
     {
