@@ -64,7 +64,7 @@ TEST_F(AddInMgrTest, LoadsInOrderAndUnloadsInReverseInTwoSteps)
 
     log.clear();
     manager->unloadAddIns();
-    // One that fails to go does not keep the others.
+    // One that fails to unload doesn't keep the others from it.
     const std::wstring stuck = L"The add-in \"Late\" failed to unload: stuck;";
     EXPECT_EQ(log, L"Second unload false;" + stuck + L"First unload false;Second unload true;" + stuck +
                        L"First unload true;");

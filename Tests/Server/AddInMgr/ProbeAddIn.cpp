@@ -4,7 +4,7 @@
 
 namespace {
 
-/// Tells by warnings what is done with it, since that is the way out that every library has.
+/// Reports by warnings what is done with it, since that is a channel that every library has.
 class ProbeAddIn : public Vs::Implements<ProbeAddIn, Vs::IUIAddIn>
 {
 public:

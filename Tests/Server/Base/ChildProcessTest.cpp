@@ -24,7 +24,7 @@ struct Pipe
         if (ends[1] >= 0)
             close(std::exchange(ends[1], -1));
     }
-    /// What was written until nobody can write any more.
+    /// Everything written until all writers are closed.
     std::string rest()
     {
         closeWriting();
@@ -46,12 +46,12 @@ TEST(ChildProcess, GetsItsDescriptorsInTheNumbersThatItKnowsAndNoOthers)
 {
     Pipe first, second, secret;
     Vs::ChildSetup setup = shell("echo one >&\"$1\"; echo two >&\"$2\"; ls /proc/$$/fd | tr '\\n' ' '");
-    // Each where the other one lies here.
+    // Each gets the number that the other one has here.
     const int one = first.ends[1], two = second.ends[1];
     setup.arguments.insert(setup.arguments.end(), {"sh", std::to_string(two), std::to_string(one)});
     setup.descriptors = {{one, two}, {two, one}, {one, 1}};
     ASSERT_LT(secret.ends[0], 100);
-    ASSERT_EQ(fcntl(secret.ends[0], F_SETFD, 0), 0); // Forgotten by somebody.
+    ASSERT_EQ(fcntl(secret.ends[0], F_SETFD, 0), 0); // A descriptor that somebody forgot to close.
     ASSERT_EQ(fcntl(secret.ends[0], F_DUPFD, 100), 100);
     Vs::ChildProcess child;
     ASSERT_EQ(child.start(std::move(setup)), 0);
@@ -110,7 +110,7 @@ TEST(ChildProcess, GoesWithAllThatItStarted)
         ASSERT_EQ(read(output.ends[0], &letter, 1), 1);
         EXPECT_FALSE(child.endsWithin(0ms));
     }
-    // While anything of it lives, this doesn't end.
+    // The read end reports no end of file while any part of the child lives.
     EXPECT_EQ(output.rest(), "eady\n");
 }
 

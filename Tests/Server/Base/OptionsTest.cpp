@@ -48,7 +48,7 @@ protected:
 
 TEST_F(OptionsTest, KeepWhateverWasSetForTheNextRun)
 {
-    // The last one is a byte of a file's name, as a recent document's may be.
+    // The last one is a raw byte of a file name, as a recent document may have.
     const std::wstring odd = L"say \"hi\"\\\nnext = #ünï \U0001F600" + std::wstring(1, wchar_t(0xDCFF));
     {
         ProbeOptions options;
@@ -158,7 +158,7 @@ TEST_F(OptionsTest, AreDefaultsWithOneWarningWhenTheFileIsBroken)
     fs::ofstream(file()) << "{\n  \"count\": 3\n  \"text\": \"a\"\n}\n";
     EXPECT_EQ(ProbeOptions().count(), 7);
     EXPECT_NE(warnings.back().find(L"Probe.json:3: "), std::wstring::npos) << "The line of the missing comma";
-    // What a person wrote by hand isn't lost when the next option is set.
+    // What a user wrote by hand isn't lost when the next option is set.
     ProbeOptions options;
     options.count(9);
     EXPECT_TRUE(fs::exists(file().string() + ".broken"));

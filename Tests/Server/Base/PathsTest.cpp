@@ -42,7 +42,7 @@ TEST_F(PathsTest, LieInTheProfileWhereOneIsGiven)
         EXPECT_EQ(path.parent_path(), folder.path() / "profile");
         EXPECT_TRUE(fs::is_directory(path));
     }
-    // But for a cache that several of them share.
+    // Except for a cache shared by several profiles.
     setenv("QUILLET_CACHE_DIR", (folder.path() / "shared").c_str(), 1);
     EXPECT_EQ(Vs::PathInfo::cacheDirectory(), folder.path() / "shared");
     EXPECT_EQ(Vs::PathInfo::optionsDirectory().parent_path(), folder.path() / "profile");
@@ -60,7 +60,7 @@ TEST_F(PathsTest, FollowTheDesktopsVariablesUnlessTheyAreRelative)
     before.empty() ? unsetenv("XDG_CONFIG_HOME") : setenv("XDG_CONFIG_HOME", before.c_str(), 1);
 }
 
-/// A temporary folder that all may write into, as the system's, and this user's part of it.
+/// A temporary folder that everybody may write to, like the system's, and this user's part of it.
 class SharedFolderTest : public PathsTest
 {
 protected:
@@ -70,7 +70,7 @@ protected:
         chmod(shared.c_str(), 01777);
     }
 
-    /// What a function answers as a user without any of the desktop's variables but these.
+    /// The result of a function for a user who has none of the desktop's variables but these.
     static bool withoutHome(const char* home, const std::function<bool()>& function)
     {
         return TestSupport::asUser(TestSupport::kSomebody, [&] {
@@ -143,7 +143,7 @@ TEST_F(SharedFolderTest, ATemporaryFolderThatSomebodyElseHasTakenIsNotUsed)
         }));
     }
     EXPECT_EQ(permissions(open.path() / "victims"), 0755u) << "a link was followed";
-    // The user's own is taken, and closed if it wasn't.
+    // The user's own is adopted, and its permissions are tightened if need be.
     fs::remove_all(taken);
     for (const unsigned before : {0700u, 0755u})
         EXPECT_TRUE(withoutHome(nullptr, [&] {
@@ -179,7 +179,7 @@ TEST_F(PathsTest, AreThisUsersAlone)
     EXPECT_EQ(Vs::OwnFiles::read(file), "one");
     umask(mask);
 
-    // What a link leads to is neither read nor written.
+    // The target of a link is neither read nor written.
     const fs::path victim = folder.write("victim", "kept"), link = folder.path() / "link";
     fs::create_symlink(victim, link);
     EXPECT_FALSE(Vs::OwnFiles::read(link));
@@ -216,7 +216,7 @@ TEST_F(PathsTest, TellWhatOthersCouldPutIntoTheirPlace)
     EXPECT_EQ(Vs::OwnFiles::othersMayChange(way), way.string() + " can be written by others")
         << "but add to it";
     EXPECT_NE(Vs::OwnFiles::othersMayChange(way / "none.py"), "");
-    // A link counts with where it stands and with where it leads.
+    // For a link, both its own place and its target count.
     state(0777, 0644);
     fs::create_symlink(script, folder.path() / "link.py");
     EXPECT_EQ(Vs::OwnFiles::othersMayChange(folder.path() / "link.py"),
@@ -240,7 +240,7 @@ TEST_F(PathsTest, InTheCloudCacheAreFoundThroughLinksAndDots)
     EXPECT_FALSE(Vs::PathInfo::isPathInCloudCache(cloud / "../a.qui"));
     EXPECT_FALSE(Vs::PathInfo::isPathInCloudCache(cloud.string() + "-not/a.qui"));
     EXPECT_FALSE(Vs::PathInfo::isPathInCloudCache({}));
-    // By the path alone nothing is asked of a disk, so that links aren't followed.
+    // Judged by the path alone, without access to the disk, so links aren't followed.
     EXPECT_TRUE(Vs::PathInfo::isNamedInCloudCache(folder.path() / "x/../cloud/a.qui"));
     EXPECT_FALSE(Vs::PathInfo::isNamedInCloudCache(folder.path() / "link/drive/new.qui"));
     EXPECT_FALSE(Vs::PathInfo::isNamedInCloudCache(cloud / "../a.qui"));
@@ -253,7 +253,7 @@ TEST_F(PathsTest, AreUtf8WhateverTheLocaleIs)
     EXPECT_TRUE(file.string().ends_with("gr\xC3\xB6\xC3\x9F"
                                         "e \xF0\x9F\x98\x80.txt"));
     EXPECT_EQ(fs::path(file.string()).wstring(), file.wstring());
-    // A name that is no UTF-8 stays what it is.
+    // A name that isn't UTF-8 survives.
     const fs::path odd = folder.path() / "bad\xff";
     EXPECT_EQ(fs::path(odd.wstring()), odd);
     fs::ofstream(odd) << "x";

@@ -5,7 +5,7 @@
 
 #include <functional>
 
-/// An area for the time of one test. A class has one object at a time: each further area has another number.
+/// An area that exists for one test. A class has one object at a time: each further area has another number.
 template <int number>
 class NumberedArea : public Vs::PythonEntry<NumberedArea<number>, Vs::TextCommandSubjectArea>
 {
@@ -23,7 +23,7 @@ private:
 };
 using ProbeArea = NumberedArea<0>;
 
-/// A command that answers with what it got, as "[first][second]/Flag", after an action if it has one.
+/// A command that answers with its arguments as "[first][second]/Flag", after an action if it has one.
 class ProbeCommand : public Vs::TextCommand
 {
 public:

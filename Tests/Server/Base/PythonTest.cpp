@@ -8,14 +8,14 @@
 
 namespace {
 
-/// A command with an entry of its own, as those of the add-ins have.
+/// A command with its own entry, like those of the add-ins.
 class EntryCommand : public Vs::PythonEntry<EntryCommand, ProbeCommand>
 {
 public:
     EntryCommand() : PythonEntry(L"Python", L"Own", L"Answers with what it got.", "%s%d") {}
 };
 
-/// Commands stay known to Python for as long as it runs, so these live through all tests.
+/// Commands stay known to Python as long as it runs, so these outlive the single tests.
 struct Commands
 {
     ProbeArea area{L"Python", true};
@@ -143,7 +143,7 @@ TEST_F(PythonTest, GivesEachScriptAFreshMainAndItsFolder)
                                 "result = [__file__ == sys.argv[0], sys.path.count(__file__[:-8])]\n");
     EXPECT_EQ(runFile(script), L"[True, 1]");
     EXPECT_EQ(runFile(script), L"[True, 1]");
-    // Whatever it leaves of the interpreter's own is put back.
+    // Whatever it leaves of the interpreter's own state is restored.
     for (const char* vandal :
          {"sys.path = None", "del sys.path", "del sys.modules", "sys.modules = 3", "del sys.argv"}) {
         SCOPED_TRACE(vandal);

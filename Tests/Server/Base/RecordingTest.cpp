@@ -14,7 +14,7 @@ namespace {
 namespace fs = boost::filesystem;
 using Vs::TranscriptMgr;
 
-/// Counts what it is told, and keeps the messages.
+/// Counts its notifications, and keeps the messages.
 class Host : public Vs::TranscriptHost
 {
 public:
@@ -59,7 +59,7 @@ protected:
     {
         return TranscriptMgr::get()->replay(path, Vs::kTextTranscript, options);
     }
-    /// Where execution stands once the debugger has gone on.
+    /// Where execution is once the debugger has continued.
     int goesOn()
     {
         Vs::Status status;
@@ -289,13 +289,13 @@ TEST_F(RecordingTest, TheDebuggerStepsAndStopsAtBreakPoints)
     EXPECT_TRUE(debug().isStepLine(1));
     EXPECT_EQ(steps(), 1);
     EXPECT_EQ(steps(), 2);
-    debug().addBreakPoint(3); // Where it stands: it goes on from there.
+    debug().addBreakPoint(3); // Where it is: it continues from there.
     debug().addBreakPoint(5);
     EXPECT_EQ(goesOn(), 4);
     EXPECT_TRUE(debug().isStepLine(5));
     EXPECT_EQ(output.text, L"[1]\n[3]\n[4]\n");
     EXPECT_EQ(goesOn(), 5);
-    // From its end it begins anew, and stops at its break points again.
+    // From its end it starts again, and stops at its breakpoints again.
     EXPECT_EQ(goesOn(), 2);
     EXPECT_EQ(output.text, L"[1]\n[3]\n[4]\n[5]\n[1]\n");
 
@@ -315,7 +315,7 @@ TEST_F(RecordingTest, TheDebuggerStaysAtTheLineThatFailed)
     folder.write("f.txt", "Probe.Call 1\nProbe.Call mended\nProbe.Call 3\n");
     EXPECT_EQ(goesOn(), 3);
     EXPECT_NE(output.text.find(L"[mended]\n[3]\n"), std::wstring::npos);
-    // Another transcript that replays this one does not move the debugger.
+    // Another transcript that replays this one doesn't move the debugger.
     folder.write("outer.txt", "Probe.Call outer\n");
     call.action = [&] {
         call.action = nullptr;

@@ -10,7 +10,7 @@ namespace {
 class RequireDeathTest : public testing::Test
 {
 protected:
-    // The child starts anew, so that what other tests have brought up doesn't matter.
+    // The child starts from scratch, so that what other tests have initialised doesn't matter.
     RequireDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 };
 
@@ -33,7 +33,7 @@ TEST_F(RequireDeathTest, WhatIsForTheMainThreadAloneStopsAnyOther)
                      tasks.runOnce();
                  }),
                  "Task\\.cpp:[0-9]+: .*only the main thread");
-    // What any thread may do goes through.
+    // What any thread may do is accepted.
     elsewhere([&] { tasks.post([] {}); });
     EXPECT_EQ(tasks.size(), 1u);
 }

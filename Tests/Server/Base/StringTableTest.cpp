@@ -92,7 +92,7 @@ private:
 TEST_F(BrokenCatalogueTest, WarnsOnceAndGivesTheDefaults)
 {
     std::vector<std::string> broken{"", "no catalogue at all", good, good};
-    broken[2][15] = 0x40; // The table of the originals lies beyond the end,
+    broken[2][15] = 0x40; // The table of the originals is beyond the end,
     broken[3][19] = 0x40; // and that of the translations.
     for (size_t size = 1; size < good.size(); ++size)
         if (good[size - 1] != '\0' || size < 28) // Anywhere in a text, or in the header.

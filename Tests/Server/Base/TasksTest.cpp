@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Notes its name whenever it runs, and does what it was told to.
+/// Notes its name whenever it runs, and performs its action.
 class NotingTask : public Vs::Implements<NotingTask, Vs::Task>
 {
 public:
@@ -74,7 +74,7 @@ TEST_F(TasksTest, MayFlushWhatTheyQueuedThemselves)
         add('b', 0);
         add('c', 0);
         tasks.flush();
-        EXPECT_EQ(log, "abc"); // Neither what runs nor what waits behind it.
+        EXPECT_EQ(log, "abc"); // Neither the running one nor those queued behind it.
         EXPECT_EQ(tasks.size(), 2u);
         add('d', 0, [&] { return tasks.remove(behind); });
         tasks.flush();
@@ -215,7 +215,7 @@ TEST(EventSourceTest, ASiteThatGoesWhileItIsSubscribedStopsTheProgramAtOnce)
             source.subscribe(&left);
         },
         "a site that goes is subscribed nowhere");
-    // A source that goes first has forgotten its sites.
+    // A source that is destroyed first has forgotten its sites.
     Site site;
     {
         Source gone;

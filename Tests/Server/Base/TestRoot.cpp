@@ -2,7 +2,7 @@
 
 namespace {
 
-// The tree that these tests run in has texts of its own. It must be known before anybody asks for a path.
+// The tree that these tests run in has its own texts. It must be known before anybody asks for a path.
 [[maybe_unused]] const bool s_set = [] {
     setenv("QUILLET_ROOT", QUILLET_TEST_ROOT, 1);
     unsetenv("LC_ALL");

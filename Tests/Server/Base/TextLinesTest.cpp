@@ -21,7 +21,7 @@ Vs::TextCommandResult run(const std::wstring& line)
     return TextCommandMgr::get()->executeCommandWithoutOutput(line);
 }
 
-/// The command `Probe.Call`, which answers with its parameters and flags as it got them.
+/// The command `Probe.Call`, which answers with the parameters and flags that it received.
 class TextLinesTest : public testing::Test
 {
 protected:

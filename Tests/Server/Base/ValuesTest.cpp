@@ -103,7 +103,7 @@ TEST(StringsTest, KeepTheBytesOfAFilesNameOnTheWayThere)
         EXPECT_EQ(Vs::wideText(QString::fromStdWString(wide)), wide);
     }
     EXPECT_EQ(fromBytes("a\xFF"), L"a\xDCFF");
-    // Nothing but such bytes comes of it: no separator, and no end.
+    // The result contains only such bytes: no separator, and no terminator.
     for (const wchar_t value :
          {wchar_t(0xDC00), wchar_t(0xDC2F), wchar_t(0xDC7F), wchar_t(0xDD00), wchar_t(0xD880)})
         EXPECT_EQ(toBytes(std::wstring(1, value)), "\xEF\xBF\xBD");

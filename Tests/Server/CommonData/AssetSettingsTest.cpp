@@ -29,7 +29,7 @@ protected:
 TEST_F(AssetSettings, AModelStandsOnZAndFacesTheViewerUntilItIsTurned)
 {
     EXPECT_TRUE(standsAs({0, 0, 1}, {0, -1, 0}));
-    // The part of the front that is at right angles to the up counts, and lengths don't.
+    // Only the part of the front perpendicular to the up counts, and lengths don't.
     EXPECT_TRUE(settings().sceneOrientation({0, 5, 0}, {0, 7, 1e-3}));
     EXPECT_TRUE(standsAs({0, 1, 0}, {0, 0, 1}));
     EXPECT_TRUE(asset->isSmudge());
@@ -96,7 +96,7 @@ TEST_F(AssetSettings, DamagedValuesCountAsNotSetAndAreToldOnce)
         ASSERT_EQ(warnings.size(), 1u) << testing::PrintToString(up) << testing::PrintToString(front);
         EXPECT_NE(warnings.front().find(*up ? up : front), std::wstring::npos);
     }
-    // An up of its own takes the front along, as far as there is one.
+    // Setting only the up takes the front along, as far as there is one.
     warnings.clear();
     asset->setting("sceneUp", L"0,3,4");
     asset->setting("sceneFront", L"");

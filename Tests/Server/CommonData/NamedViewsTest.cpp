@@ -35,7 +35,7 @@ protected:
             names.push_back(view->name());
         return names;
     }
-    /// The user's own, which stand behind the standard ones.
+    /// The user's own, which come after the standard ones.
     std::vector<std::wstring> ownNames()
     {
         std::vector<std::wstring> all = names();
@@ -43,7 +43,7 @@ protected:
         return all;
     }
 
-    /// Runs the request, and gives what it complained of.
+    /// Runs the request, and returns its errors.
     std::wstring complaint(Vs::Request* request)
     {
         Vs::Status status;
@@ -110,7 +110,7 @@ TEST_F(NamedViewsTest, StandardViewsLookAtTheSidesOfTheModel)
     looks(L"Top", {0, 0, -1}, {0, 1, 0});
     looks(L"Right", {-1, 0, 0}, {0, 0, 1});
     looks(L"Home", {-1, 1, -1}, {-1, 1, 2});
-    // A model of another program, that stands on Y and faces along Z.
+    // A model from another program, whose up is Y and whose front faces Z.
     ASSERT_TRUE(settings().sceneOrientation({0, 1, 0}, {0, 0, 1}));
     looks(L"Front", {0, 0, -1}, {0, 1, 0});
     looks(L"Top", {0, -1, 0}, {0, 0, -1});
@@ -235,7 +235,7 @@ TEST_F(NamedViewsTest, DamagedOnesAreLeftOutWithOneWarning)
         EXPECT_LE(ownNames().size(), 1u) << testing::PrintToString(text);
         EXPECT_EQ(names().front(), L"Home");
         EXPECT_EQ(warnings.size(), 1u) << testing::PrintToString(text);
-        // What is left still serves.
+        // What is left remains usable.
         EXPECT_EQ(add(), L"");
         EXPECT_TRUE(views().find(views().views().back()->name()));
     }

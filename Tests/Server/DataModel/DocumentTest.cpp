@@ -20,7 +20,7 @@ const UniqueString* session()
     return UniqueString::find("AssetSession");
 }
 
-/// Writes down what happens.
+/// Records the events.
 class Diary : public DocumentEventSite, public AssetEventSite
 {
 public:
@@ -39,7 +39,7 @@ public:
     void documentActiveAssetChanged(DocumentEvent*) override { entries.push_back("active asset"); }
     void documentClosed(DocumentEvent* event) override
     {
-        // Before, the document is whole; after, the manager doesn't know it any more.
+        // Before, the document is whole; after, the manager no longer knows it.
         const bool before = event->timing() == Timing::Before;
         EXPECT_EQ(DocumentMgr::get()->documents(), before ? 1u : 0u);
         EXPECT_EQ(event->document()->assets(), 1u);
@@ -52,7 +52,7 @@ public:
     std::vector<std::string> entries;
 };
 
-/// Gives one answer to everything and remembers what it was asked about.
+/// Gives one answer to everything and remembers the questions.
 class Answer : public IDocMgmtHandler
 {
 public:
@@ -260,7 +260,7 @@ TEST_F(DocumentTest, AssetTypesAreKnownByTheirIdentifierOnce)
 
 TEST_F(DocumentTest, TheProcessMayEndWithADocumentOpen)
 {
-    // In a process of its own from the start, so that ending it takes nothing away from the tests after this.
+    // In a separate process from the start, so that ending it takes nothing away from later tests.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     ModelBuilder(newAsset()).box(1, 2, 3, {}, status);
     EXPECT_EXIT(std::exit(0), testing::ExitedWithCode(0), "");

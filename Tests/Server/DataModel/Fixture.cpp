@@ -178,7 +178,7 @@ std::string digestOf(const Vs::Asset& asset)
         text << component->id << ' ' << Vs::Strings::narrow(component->name.text());
         for (const auto& row : component->placement.matrix().entry)
             for (const double value : row)
-                text << ' ' << value + 0.0; // no zero with a sign
+                text << ' ' << value + 0.0; // no negative zero
         if (component->colour)
             text << " * " << component->colour->r << ' ' << component->colour->g << ' '
                  << component->colour->b;

@@ -227,11 +227,11 @@ std::vector<double> distancesFromPlate(const std::vector<Hole>& holes, const std
     cut.SetArguments(plate);
     cut.SetTools(drills);
     cut.Build();
-    // What lies within a solid is at no distance from it; of a compound the kernel doesn't know that.
+    // What is inside a solid has distance zero from it; for a compound the kernel doesn't know that.
     const TopoDS_Shape drilled = TopExp_Explorer(cut.Shape(), TopAbs_SOLID).Current();
     std::vector<double> distances;
     for (const auto& [kind, sizes, place] : others) {
-        // The kernel's search misses the nearest point of a sphere at times, and never that of its centre.
+        // The kernel's search sometimes misses the nearest point of a sphere, but never that of its centre.
         const bool isSphere = kind == Placed::Kind::Sphere;
         const TopoDS_Shape shape = isSphere ? BRepBuilderAPI_MakeVertex(gp::Origin()).Shape()
                                    : kind == Placed::Kind::Box

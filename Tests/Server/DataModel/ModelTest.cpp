@@ -79,7 +79,7 @@ TEST_F(ModelTest, WhatTheKernelSaysOfDamagedDataIsNotPrinted)
         try {
             ModelKernel::read(damaged);
         } catch (const std::runtime_error&) {
-            // That it is refused is no matter here.
+            // It doesn't matter here that it is refused.
         }
         std::cout.flush();
         EXPECT_EQ(testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr(), "");
@@ -137,7 +137,7 @@ TEST_F(ModelTest, MeshesFaceOutwardsAndHaveNormalsOfLengthOne)
                             c = point(mesh->positions, corner[2]);
             volume += a.asVector().dotProduct(b.asVector().crossProduct(c.asVector())) / 6;
             const GkVector3d area = (b - a).crossProduct(c - a);
-            // The kernel closes a sphere's poles with triangles of no area.
+            // The kernel closes a sphere's poles with triangles of zero area.
             if (area.length() < 1e-6)
                 continue;
             const GkVector3d normal = area.normal();

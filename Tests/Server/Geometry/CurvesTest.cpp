@@ -22,7 +22,7 @@ TEST(Plane, AParallelLineMeetsItNowhereAndLeavesTheResultAlone)
     const GkPlane plane({0, 0, 10}, {0, 0, 1});
     GkPoint3d where(7, 8, 9);
     EXPECT_FALSE(plane.intersectWith(GkLine3d(GkPoint3d(0, 0, 0), GkVector3d(1, 1, 0)), where));
-    // Not even if the line lies in it: there is no one point.
+    // Not even if the line lies in it: there is no single point.
     EXPECT_FALSE(plane.intersectWith(GkLine3d(GkPoint3d(0, 0, 10), GkVector3d(1, 1, 0)), where));
     EXPECT_FALSE(plane.intersectWith(GkLine3d(GkPoint3d(1, 1, 1), GkPoint3d(1, 1, 1)), where));
     EXPECT_TRUE(isNear(where, {7, 8, 9}));

@@ -25,7 +25,7 @@ TEST(Matrix, ARotationTurnsCounterClockwiseSeenAgainstItsAxis)
         isNear(GkMatrix3d::rotation(kQuarter, GkVector3d::kZAxis) * GkVector3d::kXAxis, GkVector3d::kYAxis));
     EXPECT_TRUE(
         isNear(GkMatrix3d::rotation(kQuarter, GkVector3d::kXAxis) * GkVector3d::kYAxis, GkVector3d::kZAxis));
-    // The axis' length is of no account.
+    // The axis' length doesn't matter.
     EXPECT_TRUE(isNear(GkMatrix3d::rotation(kQuarter, {0, 0, 250}) * GkVector3d::kXAxis, GkVector3d::kYAxis));
 }
 
@@ -42,7 +42,7 @@ TEST(Matrix, TheRightFactorOfAProductActsFirst)
     const GkMatrix3d turnThenMove =
         GkMatrix3d::translation({10, 0, 0}) * GkMatrix3d::rotation(kQuarter, GkVector3d::kZAxis);
     EXPECT_TRUE(isNear(turnThenMove * GkPoint3d(1, 0, 0), {10, 1, 0}));
-    // A direction is turned but not moved.
+    // A direction is rotated but not moved.
     EXPECT_TRUE(isNear(turnThenMove * GkVector3d(1, 0, 0), GkVector3d(0, 1, 0)));
 }
 
@@ -97,7 +97,7 @@ TEST(Vector, OppositeVectorsAreParallelAndHalfATurnApart)
     EXPECT_TRUE(v.isParallelTo(v * -0.001));
     EXPECT_FALSE(v.isParallelTo(v + GkVector3d(1e-6, 0, 0)));
     EXPECT_NEAR(v.angleTo(-v), 2 * kQuarter, 1e-12);
-    // An angle this small is lost if it is taken from the cosine.
+    // An angle this small is lost if it is computed from the cosine.
     EXPECT_NEAR(GkVector3d(1, 0, 0).angleTo({1, 1e-9, 0}), 1e-9, 1e-18);
 }
 

@@ -1,4 +1,4 @@
-// What a service may answer that isn't what it should be, and what networks do to answers.
+// Wrong answers of a service, and what networks do to answers.
 
 #include "Server/Base/Strings.h"
 #include "Tests/Server/Itemhub/Fixture.h"
@@ -18,7 +18,7 @@ class AnswersTest : public ItemhubTest
 protected:
     void SetUp() override { signIn(); }
 
-    /// From now on, requests to such an address end so.
+    /// From now on, requests to such an address end like this.
     static void disturb(const std::string& part, const Fault& fault)
     {
         service().proxy().onRequest([=](const FaultProxy::Request& request) -> std::optional<Fault> {
@@ -80,7 +80,7 @@ TEST_F(AnswersTest, LostAndCutAnswersAreConnectionExceptionsUnlessAskingAgainHel
         disturb("/items/", fault);
         EXPECT_EQ(ask(), "connection");
         EXPECT_FALSE(hub().isOnline());
-        // Once alone, it is asked again.
+        // Once it is the only one, it is asked again.
         int count = 0;
         service().proxy().onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
             return request.target.find("/workspaces/1") != std::string::npos && count++ == 0
@@ -123,7 +123,7 @@ TEST_F(AnswersTest, ADownloadIsWholeOrNotThere)
     ASSERT_TRUE(arrive());
     const std::wstring uri = Vs::Strings::widen(attachmentOf(file).uri());
     hub().signOut();
-    // Another account has nothing of it.
+    // Another account sees nothing of it.
     std::ignore = service().token("other" + account(), "writer");
     const auto signInAnew = [&] {
         ASSERT_TRUE(hub().signInWithPassword(service().address(), "acme", "other" + account(),
@@ -156,7 +156,7 @@ TEST_F(AnswersTest, ADownloadIsWholeOrNotThere)
     }
     EXPECT_EQ(filesBelow(), 0u);
 
-    // Cut again and again, it goes on where it was.
+    // Interrupted again and again, it continues where it was.
     int parts = 0;
     service().proxy().onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
         if (request.target.find("/content") == std::string::npos)

@@ -27,7 +27,7 @@ Vs::AssetType& assetType()
     return type;
 }
 
-/// Qt's own, and the folders of the profile, are the process's.
+/// Qt's own, and the folders of the profile, belong to the process.
 void beginProcess()
 {
     static int count = 1;
@@ -38,7 +38,7 @@ void beginProcess()
     Vs::PathInfo::profileDirectory(profile.path());
 }
 
-/// What makes a version by curl, as another program would.
+/// Creates a version by curl, like another program.
 constexpr const char* kOther = R"sh(
 set -e
 customer="customer=acme"; bearer="Authorization: Bearer $TOKEN"; tus="Tus-Resumable: 1.0.0"

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 /// A user of the client, with the real service behind the proxy. All tests of the process share the service;
-/// each has an account of its own.
+/// each has a separate account.
 class ItemhubTest : public ::testing::Test, public Vs::ItemhubEventSite
 {
 protected:
@@ -27,17 +27,18 @@ protected:
     [[nodiscard]] Vs::Itemhub::Access access(const std::string& token) const;
     [[nodiscard]] const std::string& account() const { return m_account; }
 
-    /// Runs what comes to the main thread until something holds, for at most 20 seconds.
+    /// Runs main thread tasks until something holds, for at most 20 seconds.
     [[nodiscard]] static bool until(const std::function<bool()>& holds);
     static bool arrive() { return hub().waitForUploads(std::chrono::seconds(20)); }
 
-    /// A new item of the workspace 1; its local file isn't there yet.
+    /// A new item of the workspace 1; its local file doesn't exist yet.
     [[nodiscard]] static Path newItem(const std::wstring& name);
-    /// Puts a content where the file lies, as a save does, and tells of it.
+    /// Writes a content to the file, like a save, and reports it.
     static void save(const Path& file, const std::string& content, const std::wstring& label = {});
     [[nodiscard]] static std::vector<Corvane::Itemstore::WebServices::Version> versionsOf(const Path& file);
     [[nodiscard]] static Corvane::Itemstore::WebServices::Attachment attachmentOf(const Path& file);
-    /// Another client makes a version, by curl. False if the service refuses it, as another was quicker.
+    /// Another client creates a version, by curl. False if the service refuses it, because another was
+    /// quicker.
     bool makeVersionElsewhere(const Path& file, const std::string& content) const;
     [[nodiscard]] static std::string sha256(const std::string& content);
 
@@ -61,6 +62,6 @@ private:
     std::string m_account;
 };
 
-/// The kind of the exception that is thrown; nothing if none of the service is.
+/// The kind of the exception that is thrown; nothing if it isn't one of the service's.
 std::optional<Corvane::Itemstore::WebServices::ItemhubException::Kind>
 kindOf(const std::function<void()>& action);

@@ -1,4 +1,4 @@
-// Items, attachments, favourites, search, comments and events, as the program asks for them.
+// Items, attachments, favourites, search, comments and events, as the program requests them.
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -32,7 +32,7 @@ protected:
         return file;
     }
     static std::wstring uriOf(const Path& file) { return Vs::Strings::widen(attachmentOf(file).uri()); }
-    /// How often contents were asked for from now on.
+    /// How often contents were requested from now on.
     int& countContents()
     {
         service().proxy().onRequest([this](const FaultProxy::Request& request) -> std::optional<Fault> {
@@ -42,7 +42,7 @@ protected:
         return m_contents;
     }
 
-    /// What the service was asked last, for a failure's message.
+    /// The last request to the service, for a failure's message.
     static std::string lastRequests()
     {
         constexpr size_t kShown = 8;
@@ -71,7 +71,7 @@ TEST_F(ItemsTest, ANewItemIsWhereItWasWantedAndItsFileIsTheItems)
     EXPECT_EQ(made.description(), "Notes");
     EXPECT_TRUE(hub().getItemAttachments(hub().getWorkspaceById(1), made).empty());
 
-    // Linked, in the first workspace that may be written, with a name that no file could have.
+    // Linked, in the first writable workspace, with a name that no file could have.
     const Path odd =
         hub().addNewItem(&type(), 0, 1, long(item->itemId), L"../<b>\u202e/" + std::wstring(230, L'x'), L"");
     ASSERT_TRUE(hub().itemOf(odd));
@@ -110,7 +110,7 @@ TEST_F(ItemsTest, ADownloadIsFetchedOnceAndAChangedFileIsKept)
     EXPECT_EQ(Path(hub().downloadAttachment(uri + L".xml")), file);
     EXPECT_EQ(contents, 0);
 
-    // Another's version replaces what nobody has changed and nobody shows.
+    // Another user's version replaces a file that nobody has changed and that isn't open.
     Vs::DocumentMgr::get()->close(Vs::DocumentMgr::get()->document(file.wstring()));
     ASSERT_TRUE(makeVersionElsewhere(file, "second"));
     EXPECT_EQ(Path(hub().downloadAttachment(uri)), file);
@@ -118,7 +118,7 @@ TEST_F(ItemsTest, ADownloadIsFetchedOnceAndAChangedFileIsKept)
     EXPECT_EQ(hub().itemOf(file)->version, 2);
     EXPECT_EQ(contents, 1);
 
-    // A file that is gone comes out of the cache; one with another hash there is fetched.
+    // A file that is gone comes from the cache; one with another hash there is fetched.
     fs::remove(file);
     EXPECT_EQ(TestSupport::contentOf(hub().downloadAttachment(uri)), "second");
     EXPECT_EQ(contents, 1);
@@ -139,7 +139,7 @@ TEST_F(ItemsTest, ADownloadIsFetchedOnceAndAChangedFileIsKept)
     EXPECT_TRUE(arrive());
     EXPECT_EQ(versionsOf(file).size(), 3u);
 
-    // Beside an open document, the newest version gets a place of its own.
+    // Next to an open document, the newest version gets a separate place.
     ASSERT_TRUE(makeVersionElsewhere(file, "fourth"));
     const Path other = hub().downloadAttachment(uri);
     EXPECT_NE(other, file);
@@ -216,7 +216,7 @@ TEST_F(ItemsTest, OnlyAddressesOfTheServiceGetTheToken)
                       Vs::Strings::widen(service().address() + "attachments/987654"));
               }),
               Kind::NotFound);
-    // Capitals are no ending of ours, but the service's own affair.
+    // Capitals don't make a suffix one of ours; they are left to the service.
     EXPECT_EQ(kindOf([&] { std::ignore = hub().downloadAttachment(Vs::Strings::widen(uri) + L".XML"); }),
               Kind::BadRequest);
 }
@@ -283,7 +283,7 @@ TEST_F(ItemsTest, WhatOthersDoIsHeard)
     ASSERT_TRUE(makeVersionElsewhere(file, "second"));
     EXPECT_TRUE(
         until([this] { return std::find(kinds.begin(), kinds.end(), "version.added") != kinds.end(); }));
-    // A service that ends and comes back is heard again.
+    // After a restart, the service's events are received again.
     service().stop();
     ASSERT_TRUE(until([] { return !hub().isOnline(); }));
     service().start();

@@ -1,5 +1,4 @@
-// The queue of uploads: every save arrives, once and in its order, whatever fails and whatever is killed
-// when.
+// The queue of uploads: every save arrives, once and in order, whatever fails and whatever is killed when.
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/DocumentEvents.h"
@@ -84,7 +83,7 @@ TEST_F(QueueTest, EverySaveBecomesAVersionInItsOrderAndOnlyMarkedOnesHaveALabel)
     EXPECT_TRUE(hub().pendingUploads().empty());
     EXPECT_TRUE(errors.empty());
 
-    // An event that isn't of a save, and a file that isn't an item's.
+    // An event that isn't about a save, and a file that isn't an item's.
     Vs::Document* document = Vs::DocumentMgr::get()->document(file.wstring());
     Vs::DocumentEvent event(document);
     Vs::DocumentEventSource::get()->fireDocumentUpdated(&event);
@@ -103,7 +102,7 @@ TEST_F(QueueTest, WhatIsSavedWithoutTheServiceWaitsAsItWas)
     EXPECT_EQ(hub().pendingUploads()[0].label(), L"Label");
     EXPECT_EQ(TestSupport::contentOf(hub().pendingUploads()[0].uploadQueuedFile()), "1");
     EXPECT_FALSE(hub().waitForUploads(std::chrono::milliseconds(100)));
-    // Signed out, it waits, too.
+    // It waits while signed out, too.
     hub().signOut();
     save(file, "3");
     EXPECT_EQ(hub().pendingUpload(file)->bytes(), 1u);
@@ -112,7 +111,7 @@ TEST_F(QueueTest, WhatIsSavedWithoutTheServiceWaitsAsItWas)
     signIn();
     ASSERT_TRUE(arrive());
     EXPECT_EQ(hashesOf(file), hashed({"1", "2", "3"}));
-    // What nobody told of is found at the next sign-in.
+    // What nobody reported is found at the next sign-in.
     hub().signOut();
     fs::remove(file);
     TestSupport::overwrite(file, "4");
@@ -146,7 +145,7 @@ TEST_F(QueueTest, AnUploadGoesOnWhereItWasCut)
     EXPECT_EQ(hashesOf(file), hashed({content}));
     EXPECT_GE(lastOffset, 1'000'000u) << "what had arrived isn't sent again";
 
-    // Nor is what arrives after the service was asked, by a request that still stands.
+    // Nor is what arrives after the service was asked, by a request that is still pending.
     const std::string other(2'000'000, 'o');
     service().proxy().forgetRequests();
     service().proxy().onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
@@ -191,7 +190,7 @@ TEST_F(QueueTest, AVersionMadeFromAnOldOneIsAStateThatTheUserDecidesOn)
     EXPECT_EQ(failed()[0].fileName(), L"Wheel.vlra");
     EXPECT_EQ(hashesOf(file), hashed({"1", "theirs"})) << "nothing is lost there";
 
-    // As the notification's command does it.
+    // Like the notification's command.
     const std::wstring queued = failed()[0].uploadQueuedFile();
     const bool recovered = !hub().recoverQueuedBackgroundUpload(queued);
     hub().deleteARecoveryFile(queued, recovered);
@@ -215,7 +214,7 @@ TEST_F(QueueTest, WhatIsRefusedStaysUntilItIsAskedForAgainOrGivenUp)
     EXPECT_EQ(failed()[0].state(), State::Failed);
     EXPECT_NE(failed()[0].reason().find(L"Not today."), std::wstring::npos);
     EXPECT_TRUE(until([&] { return recoveries == 1 && errors.size() == 1; }));
-    // Another run finds it as it is.
+    // Another run finds it unchanged.
     hub().signOut();
     service().proxy().onRequest({});
     signIn();
@@ -236,7 +235,7 @@ TEST_F(QueueTest, WhatIsRefusedStaysUntilItIsAskedForAgainOrGivenUp)
 TEST_F(QueueTest, LostAnswersAndForgottenUploadsMakeNoSecondVersion)
 {
     const Path file = newItem(L"Wheel");
-    // Every request is done by the service, and its answer lost, once.
+    // The service executes every request, and its answer is lost, once.
     std::atomic<int> lost = 0;
     std::set<std::string> seen;
     service().proxy().onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
@@ -255,7 +254,7 @@ TEST_F(QueueTest, LostAnswersAndForgottenUploadsMakeNoSecondVersion)
     EXPECT_GE(lost, 6);
     EXPECT_EQ(hashesOf(file), hashed({"1", "2", "3"}));
 
-    // The service forgets the upload, or what it was told of it, between two requests.
+    // The service forgets the upload, or what it was told about it, between two requests.
     for (const char* code : {"no_upload", "upload_lost"}) {
         bool told = false;
         service().proxy().onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
@@ -299,7 +298,7 @@ TEST_F(QueueTest, TwoClientsThatRaceLoseNothing)
     EXPECT_EQ(found, wanted);
 }
 
-/// Runs of another process, with a profile of their own, which are killed.
+/// Runs of another process, with a separate profile, which are killed.
 class KilledQueueTest : public ItemhubTest
 {
 protected:
@@ -320,7 +319,7 @@ protected:
         options.environment = {"QUILLET_ITEMHUB_TOKEN_FILE=" + m_token.string()};
         return TestSupport::runProcess(QUILLET_ITEM_CLIENT, all, options);
     }
-    /// The same as a child that the caller waits for.
+    /// The same as a child process that the caller waits for.
     pid_t start(const std::vector<std::string>& words, bool isTraced) const
     {
         std::vector<std::string> all{QUILLET_ITEM_CLIENT, (m_folder.path() / "profile").string()};
@@ -371,7 +370,7 @@ protected:
 
 TEST_F(KilledQueueTest, AtEachRequestASaveArrivesOnce)
 {
-    // Each request of two saves, before the service has heard of it and after it has done it.
+    // Each request of two saves, before the service has received it and after it has executed it.
     constexpr int kMostRequests = 40;
     const std::vector<std::string> files = newItems(kMostRequests);
     for (int number = 1; number <= kMostRequests; ++number) {
@@ -429,7 +428,7 @@ bool isBeforeChange(pid_t child)
     return std::find(std::begin(kCalls), std::end(kCalls), info.entry.nr) != std::end(kCalls);
 }
 
-/// At the stop before a call: has it not made. At the stop behind it: gives it the answer of a full disk.
+/// At the stop before a call: skips it. At the stop after it: makes it return that the disk is full.
 void skipCall(pid_t child, bool isBefore)
 {
 #ifdef __x86_64__
@@ -443,8 +442,8 @@ void skipCall(pid_t child, bool isBefore)
 #endif
 }
 
-/// Goes with a child from its first SIGSTOP on to the call of that number, counted from 1, of those that
-/// change files, and lets that happen to it. False if its second SIGSTOP comes before.
+/// Follows a child from its first SIGSTOP to the call of that number, counted from 1, of those that change
+/// files, and applies the fate to it. False if its second SIGSTOP comes first.
 bool reach(pid_t child, int number, Fate fate)
 {
     int state = 0, stops = 0, calls = 0;

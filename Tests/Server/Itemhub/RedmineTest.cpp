@@ -24,7 +24,7 @@ using State = Vs::UploadQueuedFileInfo::State;
 
 constexpr const char* kPassword = "correct horse battery";
 
-/// What attaches a file as a person does on the tracker's own page, by curl.
+/// Attaches a file by curl, like a person on the tracker's own page.
 constexpr const char* kAttach = R"sh(
 set -e
 token=$(curl -sf -H "X-Redmine-API-Key: $KEY" -H "Content-Type: application/octet-stream" --data-binary "$CONTENT" \
@@ -50,7 +50,7 @@ protected:
         if (!server().missing().empty())
             return;
         proxy().onRequest({});
-        // The accounts are those of all tests.
+        // All tests share the accounts.
         for (const auto& each : failed())
             hub().deleteARecoveryFile(each.uploadQueuedFile(), true);
         for (size_t i = 0; HasFailure() && i < errors.size(); ++i)
@@ -107,7 +107,7 @@ protected:
         EXPECT_TRUE(arrive());
         return file;
     }
-    /// The answers to requests of that method whose target has that part are lost, once for each.
+    /// The answers to requests of that method whose target contains that part are lost, once for each.
     static void loseAnswers(const std::string& method, const std::string& part)
     {
         proxy().onRequest([=, lost = std::make_shared<std::atomic<bool>>(false)](
@@ -144,7 +144,7 @@ TEST_F(RedmineTest, AnItemWithItsVersionsIsMadeFoundAndFetchedThere)
     EXPECT_EQ(attachmentOf(file).docType(), "VeloraDocType");
     EXPECT_EQ(hub().attachmentName(uriOf(file)), L"Spindle.vlra");
 
-    // What the label says is no comment.
+    // The content of the label isn't a comment.
     EXPECT_TRUE(hub().getComments(itemOf(file)).empty());
     EXPECT_EQ(hub().addComment(itemOf(file), L"Größer, <b>bitte</b>\nund runder").author, "ada");
     ASSERT_EQ(hub().getComments(itemOf(file)).size(), 1u);
@@ -164,7 +164,7 @@ TEST_F(RedmineTest, AnItemWithItsVersionsIsMadeFoundAndFetchedThere)
     }));
     ASSERT_TRUE(hub().itemOf(Path(hub().addNewItem(&type(), 1, 1, long(itemIdOf(file)), L"Linked", L""))));
 
-    // Somebody else gets it from there, and what was attached on the tracker's page as well.
+    // Somebody else gets it from there, and also what was attached on the tracker's page.
     const std::wstring uri = uriOf(file);
     attach(itemIdOf(file), "sheet.txt", "by hand");
     ASSERT_TRUE(hub().signIn(trackerAccess("bob"), false));
@@ -192,7 +192,7 @@ TEST_F(RedmineTest, AVersionOfAnOlderOneIsRefusedAlsoWhereAnotherCameInBetween)
     ASSERT_EQ(versionsOf(file).size(), 3u);
     EXPECT_EQ(versionsOf(file)[2].madeFrom, 2);
 
-    // The tracker itself takes what comes second; the client takes its own away again.
+    // The tracker itself accepts the second one; the client removes its own again.
     proxy().onRequest([&, isFirst = std::make_shared<std::atomic<bool>>(true)](
                           const FaultProxy::Request& request) -> std::optional<Fault> {
         if (request.method == "POST" && request.target.find("/uploads") != std::string::npos)
@@ -227,7 +227,7 @@ TEST_F(RedmineTest, WhatWasDoneAndWhoseAnswerWasLostIsNotDoneAgain)
     EXPECT_EQ(hub().addComment(itemOf(file), L"Said once").body, "Said once");
     EXPECT_EQ(hub().getComments(itemOf(file)).size(), 1u);
 
-    // A download that breaks off begins anew, as the tracker gives no parts.
+    // An interrupted download starts again, as the tracker serves no ranges.
     const std::string large(3'000'000, 'x');
     save(file, large);
     EXPECT_TRUE(arrive());

@@ -1,4 +1,4 @@
-// Signing in and out, by each way that the service has, and everything that a service may refuse.
+// Signing in and out, in each way that the service offers, and everything that a service may refuse.
 
 #include "Server/Base/Strings.h"
 #include "Server/Itemhub/ItemhubOptionGroup.h"
@@ -45,7 +45,7 @@ pid_t ownService()
 class SessionTest : public ItemhubTest
 {
 protected:
-    /// As the dashboard's line does it.
+    /// Like the dashboard's line.
     bool byToken(const std::string& uri, const std::string& token, const std::string& secret = {},
                  const std::string& handle = {}, const std::string& key = {},
                  const std::string& consumerSecret = {})
@@ -152,7 +152,7 @@ TEST_F(SessionTest, SignedRequestsAreTakenAndTheirTokensRenewed)
     EXPECT_TRUE(hub().search(L"caf\u00e9 & +100% ~*").empty());
     EXPECT_EQ(hub().getWorkspaces().size(), 1u);
 
-    // The service takes the token no longer: the session handle gets another one, once.
+    // The service no longer accepts the token: the session handle gets another one, once.
     int refused = 0, renewals = 0;
     service().proxy().onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
         renewals += request.target.find("/oauth/access_token") != std::string::npos;
@@ -250,12 +250,12 @@ TEST_F(SessionTest, TheProgramsOwnServiceKeepsWhatWasMadeAndIsStartedAnewWhenItE
     hub().signOut();
     ASSERT_FALSE(hub().resume()) << "signing out is for the next run, too";
     ASSERT_TRUE(hub().signInToOwnService());
-    // Its port is another one now, and so is the address in what was kept.
+    // Its port is now another one, and so is the address in what was stored.
     EXPECT_EQ(Path(hub().downloadAttachment(Vs::Strings::widen(uri) + L".xml")), file);
     ASSERT_EQ(versionsOf(file).size(), 1u);
     EXPECT_EQ(fs::status(Vs::ItemhubUtilities::folder()).permissions() & fs::others_all, fs::no_perms);
 
-    // Whoever kills it loses nothing.
+    // Killing it loses nothing.
     ASSERT_GT(ownService(), 0);
     kill(ownService(), SIGKILL);
     EXPECT_TRUE(until([&] {
@@ -276,7 +276,7 @@ TEST_F(SessionTest, AKeptTokenIsInTheKeyringAloneAndGoesOnWithoutTheService)
     const std::string token = service().token(account(), "writer");
     const TestSupport::OpenFolder home;
     fs::permissions(home.path(), fs::all_all);
-    // The service is away while it is asked for the third time who is signed in.
+    // The service is down when it is asked for the third time who is signed in.
     std::atomic<int> sessions = 0;
     service().proxy().onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
         const bool asksWho = request.target.find("/session") != std::string::npos;

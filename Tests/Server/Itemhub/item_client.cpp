@@ -72,7 +72,7 @@ int tellAccount()
     return 0;
 }
 
-/// As at each start of the program: titles and applicability ask whether somebody is signed in.
+/// Like each start of the program: titles and applicability ask whether somebody is signed in.
 int tellNetwork()
 {
     std::cout << (hub().isAuthenticated() || hub().ItemhubDisabled() || !hub().getFavorites().empty()
@@ -99,7 +99,7 @@ int run(const Words& words)
     if (words[1] == "queue") {
         // As the program has it at its start.
         std::ignore = hub().itemOf(words[2]);
-        // Whoever traces it counts the calls between the two.
+        // A tracer counts the calls between the two.
         std::raise(SIGSTOP);
         save(words[2], contents);
         std::raise(SIGSTOP);

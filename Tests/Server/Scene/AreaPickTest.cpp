@@ -108,8 +108,8 @@ TEST_P(AreaPick, AStraightEdgeIsSeenByWhatLiesBetweenItsEnds)
     all.visibleOnly = false;
     EXPECT_EQ(in(18, 32, all, 7, 9), (Numbers{0, 1}));
 
-    // From the side, the upright edges at the back are hidden although their upper ends are corners that are
-    // seen; those in front and the rims are not.
+    // From the side, the upright edges at the back are hidden although their upper ends are visible corners;
+    // those in front and the rims aren't.
     m_camera->look({-1, 2, -0.6}, {0, 0, 1});
     m_camera->fit(m_root->boundingBox());
     m_projection.emplace(*m_camera, 600, 300);

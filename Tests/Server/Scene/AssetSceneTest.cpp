@@ -32,7 +32,7 @@ protected:
             fragment->showAsset(scene);
     }
 
-    /// A box of 10 mm whose corner stands at x.
+    /// A box of 10 mm with a corner at x.
     const Component* addBox(double x)
     {
         Vs::Status status;
@@ -53,8 +53,8 @@ protected:
     Vs::StrongRef<ViewFragment> fragment = ViewFragment::make(nullptr);
 };
 
-/// That every component has the node that shows it, under the node of its parent, and that there are no other
-/// nodes.
+/// Checks that every component has the node that shows it, under the node of its parent, and that there are
+/// no other nodes.
 void expectSameTree(const SceneAssetAdapter& scene, const Component& component)
 {
     Node* const node = scene.node(component.id);

@@ -17,7 +17,7 @@ using Vs::Scene::Projection;
 constexpr double kQuarter = 1.5707963267948966;
 constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 
-/// Looks along +Y from 100 mm before the origin, Z up.
+/// Looks along +Y from 100 mm in front of the origin, Z up.
 Camera& fromTheFront(Camera& camera)
 {
     camera.position({0, -100, 0});
@@ -153,7 +153,7 @@ TEST(Camera, AConstrainedOrbitAboutAnAxisKeepsTheAxisUprightAndTheHeight)
 TEST(Camera, AVerticalConstrainedOrbitEndsAtThePoleAndComesBackFromIt)
 {
     const GkVector3d z(0, 0, 1), y(0, 1, 0);
-    // The axis alone; then the axis that a drag from above takes, over which the model would still fall.
+    // The axis alone; then the axis that a drag from above uses, over which the model would still tip.
     for (const bool knowsUpright : {false, true})
         for (const double way : {-1.0, 1.0}) {
             SCOPED_TRACE(testing::Message() << knowsUpright << ' ' << way);
@@ -170,7 +170,7 @@ TEST(Camera, AVerticalConstrainedOrbitEndsAtThePoleAndComesBackFromIt)
             camera.constrainedOrbit(-20 * way, true, axis, camera.target());
             EXPECT_GT(camera.screenUp().z, 0.1);
         }
-    // What stands on its head already stays so: it turns as if that were upright.
+    // If it is upside down already it stays so: it turns as if that were upright.
     Camera camera;
     camera.upright(z);
     camera.roll(2 * kQuarter);

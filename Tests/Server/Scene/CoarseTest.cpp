@@ -19,7 +19,7 @@ using Vs::Scene::OffscreenRenderer;
 
 TEST(CoarseMesh, HasFarFewerTrianglesInTheSamePlacesAndStaysClosed)
 {
-    // The first and the last meridian are one to the last bit, as those of the kernel's meshes are.
+    // The first and the last meridian are identical to the last bit, as in the kernel's meshes.
     Vs::BodyMesh rounded = *Shapes::ball(50, 100);
     for (float& value : rounded.positions)
         value = std::round(value * 1024) / 1024;

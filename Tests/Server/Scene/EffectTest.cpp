@@ -68,7 +68,7 @@ protected:
         return image.pixel(uint32_t(image.width / 2.0 + x), uint32_t(image.height / 2.0 - z));
     }
     bool isBlue(double x, double z) const { return at(x, z)[2] > at(x, z)[0] + 50; }
-    /// As a face whose own colour is still seen.
+    /// Like a face whose own colour is still visible.
     bool isTinted(double x, double z) const { return at(x, z)[2] > at(x, z)[0] + 15; }
 
     Vs::StrongRef<ViewFragment> fragment = ViewFragment::make(nullptr);
@@ -143,7 +143,7 @@ TEST_F(EffectPicture, SinglePartsOfABodyStandOutAlsoAmongOthersOfTheSameMesh)
               Rendra::kNoEffect);
     EXPECT_EQ(image.pixels, plain.pixels);
 
-    // What is hidden, moves or goes takes its parts with it.
+    // What is hidden, moved or removed takes its parts along.
     lightWith({{Part::Face, 2, Highlight::Selected}}, Rendra::kNormalEffect);
     NodeChange(bodies[1].get()).transform(GkMatrix3d::translation({10, 0, -110}));
     draw();
@@ -199,7 +199,7 @@ TEST_F(EffectPicture, AnOutlineRunsOnWhereTheTilesOfALargePictureMeet)
     GraphicsOptionGroup::get()->selectionEffectOption(Rendra::kNormalEffect);
     fragment->camera()->extentsWidth(kLarge);
     fragment->camera()->extentsHeight(kLarge);
-    // Two tiles, which meet in the middle: the upper or the lower side lies there, or just beside.
+    // Two tiles, which meet in the middle: the upper or the lower side is there, or just beside.
     for (const int shift : {-31, 29, 32}) {
         NodeChange(body.get()).transform(GkMatrix3d::translation({-30.0, -30.0, -30.0 + shift}));
         draw(kLarge);

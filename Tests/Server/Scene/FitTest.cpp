@@ -30,7 +30,7 @@ const Shape kShapes[] = {
 
 const GkVector3d kDirections[] = {{-1, 1, -1}, {0, 1, 0}, {0, 0, -1}, {1, 0.2, 0.1}, {-0.3, -0.2, 0.9}};
 
-/// The window that the box' corners take on the screen, in fractions of it.
+/// The window that the box' corners take on the screen, as fractions of it.
 struct Covered
 {
     double left = 1, right = 0, low = 1, high = 0;
@@ -54,7 +54,7 @@ Covered covered(const Camera& camera, const BBox& box, double width, double heig
     return result;
 }
 
-/// False for a line that is seen end on.
+/// False for a line seen end on.
 bool hasWidth(const Camera& camera, const BBox& box)
 {
     const BBox seen = box.transformed(camera.viewMatrix());
@@ -121,7 +121,7 @@ TEST(Fit, DoneTwiceChangesNothingMore)
     }
 }
 
-/// A ball and a rod, turned and moved, in a canvas of which the left and the lower part are covered.
+/// A ball and a rod, rotated and moved, in a canvas whose left and lower parts are covered.
 class Content : public Vs::Scene::CameraSubject
 {
 public:
@@ -181,7 +181,7 @@ TEST(Fit, FramesThePointsOfTheContentInThePartOfTheCanvasThatIsFree)
                 camera.subject(content);
                 camera.fit(content->box());
                 const Projection view(camera, width, height);
-                BBox seen; // In parts of what is free, from its lower left corner.
+                BBox seen; // As fractions of the free part, from its lower left corner.
                 for (const GkPoint3d& point : content->points()) {
                     const GkPoint3d p = view.worldToScreen(point);
                     seen.add(isFree
@@ -193,7 +193,7 @@ TEST(Fit, FramesThePointsOfTheContentInThePartOfTheCanvasThatIsFree)
                 EXPECT_LT(std::max(seen.high().x, seen.high().y), 1);
                 EXPECT_NEAR(seen.centre().x, 0.5, 0.01);
                 EXPECT_NEAR(seen.centre().y, 0.5, 0.01);
-                // One of the two directions is filled but for the margin.
+                // One of the two directions is filled except for the margin.
                 const GkVector3d size = seen.high() - seen.low();
                 EXPECT_NEAR(std::max(size.x, size.y), 1 / 1.06, 0.005);
                 EXPECT_NEAR(camera.perspectiveAngle(), angle, 2e-3);

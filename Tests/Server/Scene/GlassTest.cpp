@@ -13,7 +13,7 @@ using Vs::Colour;
 constexpr Colour kRed{0.7f, 0.05f, 0.05f, 0.4f}, kBlue{0.05f, 0.1f, 0.7f, 0.4f},
     kGreen{0.1f, 0.6f, 0.1f, 0.6f};
 
-/// A square of 60 around the origin, at right angles to y, of one face.
+/// A square of 60 around the origin, perpendicular to y, of one face.
 Shapes::MeshPtr sheet()
 {
     auto mesh = std::make_shared<Vs::BodyMesh>();
@@ -44,7 +44,7 @@ protected:
         params.visualStyle(kShaded);
         bodies();
     }
-    /// The three ways in which pictures are drawn: to keep, on a canvas, and without smooth edges.
+    /// The three ways in which pictures are drawn: to keep, on a canvas, and without anti-aliasing.
     void inEveryQuality(const std::function<void()>& check)
     {
         for (const auto& [fine, smooth] : {std::pair(true, true), {false, true}, {false, false}}) {
@@ -65,7 +65,7 @@ TEST_F(GlassPicture, IsTheSameInWhateverOrderBodiesAreDrawn)
         Colour colour;
     };
     const Colour top{0.8f, 0.8f, 0.1f, 0.5f};
-    // The first two lie in one another, the last one stands on an opaque plate and reaches into both.
+    // The first two are nested, the last one stands on an opaque plate and reaches into both.
     const std::array<Body, 5> bodies{Body{Shapes::box(40, 40, 40), {-20, -20, 0}, kRed},
                                      {Shapes::box(40, 40, 40), {-20, -20, 0}, kBlue},
                                      {Shapes::ball(25), {10, -15, 20}, kGreen},
@@ -86,7 +86,7 @@ TEST_F(GlassPicture, IsTheSameInWhateverOrderBodiesAreDrawn)
                 const Image image = draw();
                 if (turn == 0)
                     first = image;
-                // Sums in another order differ by their rounding, and by it faces that cross each other.
+                // Sums in another order differ by rounding, which affects faces that intersect.
                 EXPECT_LT(changed(first, image, 2), 0.002) << "style " << style << ", order " << turn;
                 std::rotate(order.begin(), order.begin() + 1 + turn % 2, order.end());
                 std::swap(order[1], order[3]);
@@ -168,7 +168,7 @@ TEST_F(GlassPicture, EdgesOnItsFrontAreDarkAndThoseBehindItAreSeenThroughIt)
                                           brightness(lined, middle + across * off));
             return most;
         };
-        // The upright edge that is the nearest, and the one in the opposite corner.
+        // The nearest upright edge, and the one in the opposite corner.
         const int front = ink({20, -20, 0}, {1, 1, 0}), back = ink({-20, 20, 0}, {1, 1, 0});
         EXPECT_GT(front, 80);
         EXPECT_GT(back, 8);

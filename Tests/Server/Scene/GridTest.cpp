@@ -1,4 +1,4 @@
-// The layout grid: how far apart its lines are, what its numbers say, and what is seen of both.
+// The layout grid: the spacing of its lines, the labels of its numbers, and how both look.
 
 #include "Server/Base/Strings.h"
 #include "Server/Scene/Rendra/GridNumbers.h"

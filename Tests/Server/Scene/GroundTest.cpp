@@ -1,4 +1,4 @@
-// The ground below the bodies: where it is, and what is to be seen on it.
+// The ground below the bodies: where it is, and what is visible on it.
 
 #include "Server/Scene/Rendra/Ground.h"
 
@@ -16,7 +16,7 @@ TEST(GroundFinder, TheGroundIsAsDeepAsTheLowestPointOfABodyNotOfItsBox)
 {
     const auto root = Rendra::Graphics::GroupNode::make();
     const auto tilted = BodyNode::make(Shapes::ball(10, 64), {});
-    // The box around a turned ball is larger than the ball.
+    // The box around a rotated ball is larger than the ball.
     NodeChange(tilted.get())
         .transform(GkMatrix3d::translation({1e6, 0, 50}) *
                    GkMatrix3d::rotation(0.7, GkVector3d(1, 2, 3).normal()));
@@ -67,7 +67,7 @@ TEST_F(GroundPicture, ThePlaneLiesBelowTheBodiesAndFadesAwayAndIsNotSeenFromBelo
         fragment->renderParams()->groundPlaneEnabled(true);
         EXPECT_EQ(changed(draw(), without, 0), 0);
     });
-    // So far away that the place where it ends is in the picture.
+    // Far enough away that the place where it ends is in the picture.
     look({-1, 2, -1.5});
     fragment->camera()->zoom(0.06);
     fragment->renderParams()->groundPlaneEnabled(false);
@@ -131,7 +131,7 @@ TEST_F(GroundPicture, BodiesAreMirroredInTheGroundTheFainterTheHigherTheyAre)
         const Image without = draw();
         fragment->renderParams()->groundReflectionEnabled(true);
         const Image with = draw();
-        // Where the front of the box would be if it went on below the ground.
+        // Where the front of the box would be if it continued below the ground.
         const auto redness = [&](const Image& image, double below) {
             const uint8_t* p = pixel(image, {0, -20, -below});
             return p[0] - p[1];

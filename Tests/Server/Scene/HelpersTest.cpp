@@ -25,7 +25,7 @@ namespace {
 
 constexpr uint32_t kWidth = 200, kHeight = 120;
 
-/// Lines and pictures over bodies, looked at in pictures without a background.
+/// Lines and pictures over bodies, examined in pictures without a background.
 class Helpers : public testing::Test
 {
 protected:
@@ -48,7 +48,7 @@ protected:
         m_fragment->camera()->fit(m_fragment->bounds());
     }
 
-    /// A red square of 20 pixels that shows by half through what hides it.
+    /// A red square of 20 pixels that is half visible through what hides it.
     void addMarker(float effectOpacity = -1)
     {
         auto texture = std::make_shared<Texture>();
@@ -73,7 +73,7 @@ protected:
             OffscreenRenderer::get()->render({m_fragment.get()}, kWidth, kHeight, m_options, m_image, status))
             << testing::PrintToString(status.toString());
     }
-    /// The red of a pixel beside the place's by so many.
+    /// The red of a pixel at that offset from the place's.
     int redAt(const GkPoint3d& world, int right = 0, int up = 0) const
     {
         const Projection projection(*m_fragment->camera(), kWidth, kHeight);
@@ -257,7 +257,7 @@ TEST_F(Helpers, AFragmentOfLinesAloneIsDrawnOverTheModelWithAnArcThatCloses)
     Status status;
     ASSERT_TRUE(OffscreenRenderer::get()->render({m_fragment.get(), over.get()}, kWidth, kHeight, m_options,
                                                  m_image, status));
-    // A radius of a quarter of the smaller side, wherever it is looked at.
+    // A radius of a quarter of the smaller side, wherever the view is from.
     for (int angle = 0; angle < 360; angle += 15) {
         int reddest = 0;
         for (double radius = kHeight / 4.0 - 2; radius < kHeight / 4.0 + 2; radius += 0.5) {

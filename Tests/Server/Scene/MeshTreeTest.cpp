@@ -12,7 +12,7 @@ namespace {
 using namespace Vs::Scene;
 using Vs::BodyMesh;
 
-/// The nearest hit of all triangles, one after the other.
+/// The nearest hit of all triangles, tested one after the other.
 bool meetAll(const BodyMesh& mesh, const GkPoint3d& start, const GkVector3d& direction, double limit,
              MeshTree::Hit& hit)
 {
@@ -84,7 +84,7 @@ TEST(MeshTree, FlatDegenerateAndTinyMeshesAreNoTrouble)
             const uint32_t at = y * (kSide + 1) + x;
             for (const uint32_t corner : {at, at - 1, at - kSide - 2, at, at - kSide - 2, at - kSide - 1})
                 sheet.triangles.push_back(corner);
-            sheet.triangles.insert(sheet.triangles.end(), {at, at, at - 1}); // of no area
+            sheet.triangles.insert(sheet.triangles.end(), {at, at, at - 1}); // of zero area
         }
     expectSame(sheet, 800, 200);
     expectSame(*Shapes::box(1e-6, 1e-6, 1e-6), 200, 50);

@@ -13,7 +13,7 @@
 
 namespace SceneTests {
 
-/// An empty asset in a document of its own.
+/// An empty asset in its own document.
 class OneAsset : public testing::Test
 {
 protected:

@@ -49,7 +49,7 @@ std::multiset<std::string> sorted(const std::vector<PickedPoint>& picked)
 class PartPick : public testing::TestWithParam<int>
 {
 protected:
-    /// A view of all that is shown, in so many pixels, from a direction.
+    /// A view of everything shown, in that many pixels, from a direction.
     void look(const GkVector3d& direction, double width = 400, double height = 400)
     {
         m_camera->projection(GetParam());
@@ -57,7 +57,7 @@ protected:
         m_camera->fit(m_root->boundingBox());
         m_projection.emplace(*m_camera, width, height);
     }
-    /// What is picked so many pixels to the right of and above a place of the model.
+    /// What is picked that many pixels to the right of and above a place of the model.
     std::vector<PickedPoint> at(const GkPoint3d& place, double right, double up,
                                 const PickWish& wish = kEverything) const
     {
@@ -127,7 +127,7 @@ TEST_P(PartPick, WhatSurfacesHideIsPickedOnlyWhenAskedFor)
 {
     show(m_root.get(), Shapes::box(10, 10, 10));
     look({1, 0.8, -0.7});
-    // The corner that is farthest from the viewer, and an edge that runs into it.
+    // The corner that is farthest from the viewer, and an edge that leads to it.
     EXPECT_EQ(text(at({10, 10, 0}, 0, 0)).find('v'), std::string::npos);
     EXPECT_EQ(text(at({10, 10, 0}, 0, 0, kThrough)).substr(0, 2), "v2");
     EXPECT_EQ(text(at({10, 10, 5}, 0, 0)).find('e'), std::string::npos);

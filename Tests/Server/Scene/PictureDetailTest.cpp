@@ -28,7 +28,7 @@ struct Pixel
     bool isBlue() const { return b > r + 60 && b > g + 60; }
 };
 
-/// What goes wrong in pictures only now and then. Without edges and background unless a test wants them.
+/// What rarely goes wrong in pictures. Without edges and background unless a test wants them.
 class PictureDetail : public testing::Test
 {
 protected:
@@ -235,7 +235,7 @@ TEST_F(PictureDetail, SmoothEdgesAreOfferedWhereTheDriverHasSamples)
     EXPECT_EQ(quality, 0);
 }
 
-// In a process of its own: drivers are looked for once only.
+// In a separate process: drivers are searched for only once.
 TEST(PictureDeathTest, WithoutAnyDriverThereIsAMessageInPlaceOfAPicture)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");

@@ -89,7 +89,7 @@ protected:
         const uint8_t* p = image.pixel(column, row);
         return {p[0], p[1], p[2], p[3]};
     }
-    /// How many pixels the scene covers: those that are not see-through.
+    /// How many pixels the scene covers: those that aren't transparent.
     size_t covered()
     {
         options.transparentBackground = true;
@@ -193,7 +193,7 @@ TEST_F(Picture, AnOpenShellIsSeenFromInsideAndAMirroredBodyFromOutside)
     EXPECT_TRUE(isMostly(at(-80, 0), &Pixel::r)) << "the inner side of the back";
     EXPECT_TRUE(isMostly(at(80, 0), &Pixel::g)) << testing::PrintToString(at(80, 0));
 
-    // Not mirrored any more, it shows the side that it has in front itself.
+    // No longer mirrored, it shows its own front side.
     mirror.entry[1][1] = 1;
     NodeChange(mirrored.get()).transform(mirror);
     draw();
@@ -229,7 +229,7 @@ TEST_F(Picture, ATransparentBodyShowsWhatIsBehindIt)
 TEST_F(Picture, EdgesAreDrawnOnTheSidesThatAreSeenAndNotThroughTheBody)
 {
     add(SceneTest::boxMesh(100, 100, 100), Colour{0.7f, 0.7f, 0.7f, 1});
-    // From the front and above, so that an edge runs across the middle of what is seen and one behind it is
+    // From the front and above, so that an edge crosses the middle of what is visible and one behind it is
     // hidden.
     fragment->camera()->position({0, -1000, 1000});
     draw();
@@ -365,7 +365,7 @@ TEST_F(Picture, ManyBodiesOfOneMeshAreEachDrawnOnceWhereTheyStand)
     EXPECT_TRUE(isMostly(at(-145, -95), &Pixel::b));
     EXPECT_TRUE(isMostly(at(-135, -95), &Pixel::r));
     EXPECT_TRUE(isMostly(at(145, 95), &Pixel::b));
-    // Most of them outside: what is left stays right.
+    // Most of them outside: what is left is still correct.
     fragment->camera()->dolly({290, 0, 0});
     EXPECT_NEAR(double(covered()), 2 * 20 * 16, 2 * 20 * 4);
 }

@@ -1,4 +1,4 @@
-// Shadows that bodies throw on each other, and the dark of corners.
+// Shadows that bodies cast on each other, and ambient occlusion in corners.
 
 #include "Server/Scene/EnvironmentManager.h"
 #include "Tests/Server/Scene/Studio.h"
@@ -10,7 +10,7 @@ using Vs::Scene::NodeChange;
 
 namespace {
 
-/// A plate with a post on it. The lamp is where the first one of the environment is.
+/// A plate with a post on it. The lamp is at the environment's first one.
 class ShadowPicture : public SceneTest::Studio
 {
 protected:
@@ -28,15 +28,15 @@ protected:
         fragment->renderParams()->visualStyle(Vs::Scene::kShaded);
     }
 
-    /// The place on the plate that a part of the post, from 0 to 1, throws its shadow on, aside by some
-    /// millimetres.
+    /// The place on the plate that a part of the post, from 0 to 1, casts its shadow on, a few millimetres
+    /// aside.
     GkPoint3d shadowOf(double part, double aside = 0) const
     {
         const GkVector3d across = GkVector3d(-lamp.y, lamp.x, 0).normal() * aside;
         return {-lamp.x / lamp.z * 60 * part + across.x, -lamp.y / lamp.z * 60 * part + across.y, 0};
     }
 
-    /// From above and from the side on which the shadow lies, so that the post does not hide it.
+    /// From above and from the side on which the shadow lies, so that the post doesn't hide it.
     GkVector3d onShadow(double aside = 0) const
     {
         return {lamp.x * 0.4 - lamp.y * aside, lamp.y * 0.4 + lamp.x * aside, -1};
@@ -64,7 +64,7 @@ TEST_F(ShadowPicture, ABodyThrowsItsShadowAwayFromTheLampOnAnother)
                 EXPECT_LT(inShadow, brightness(with, shadowOf(-0.6)) - 15) << "none towards the lamp";
                 EXPECT_LT(inShadow, brightness(with, shadowOf(0.6, 40)) - 15) << "nor beside it";
                 EXPECT_LT(inShadow, brightness(with, shadowOf(1.7)) - 15) << "nor beyond its end";
-                // Gloss is not the same everywhere, but does not change where the lamp reaches.
+                // Gloss isn't the same everywhere, but doesn't change where the lamp reaches.
                 const bool glossy = style == Vs::Scene::kRealistic;
                 const int beside = brightness(with, shadowOf(0.6, 40));
                 EXPECT_NEAR(
@@ -83,7 +83,7 @@ TEST_F(ShadowPicture, AShadowBeginsAtTheFootOfWhatThrowsIt)
         fragment->renderParams()->objectShadowType(type);
         const Image with = draw();
         const GkVector3d away = GkVector3d(-lamp.x, -lamp.y, 0).normal();
-        // Just behind the post, from where its side or its corner ends.
+        // Just behind the post, starting at its side or its corner.
         const double side = 8 / std::max(std::abs(away.x), std::abs(away.y));
         const GkVector3d near = away * (side + 4);
         EXPECT_LT(brightness(with, {near.x, near.y, 0}), brightness(with, shadowOf(-1)) - 15) << type;
@@ -94,7 +94,7 @@ TEST_F(ShadowPicture, FlatAndRoundFacesInTheLightAreNotShadedByThemselves)
 {
     show(Shapes::ball(30), {80, 80, 30}, {0.6f, 0.6f, 0.6f, 1});
     NodeChange(post).visible(false);
-    look(-lamp, Vs::Scene::kParallelProjection); // the lamp is behind the viewer: no shadow is to be seen
+    look(-lamp, Vs::Scene::kParallelProjection); // the lamp is behind the viewer: no shadow is visible
     fragment->renderParams()->visualStyle(Vs::Scene::kRealistic);
     fragment->renderParams()->objectShadowType(0);
     const Image without = draw();

@@ -4,14 +4,14 @@
 
 #include <memory>
 
-/// Meshes of simple bodies, made by hand, for tests of what draws them.
+/// Meshes of simple bodies, made by hand, for tests of drawing.
 namespace Shapes {
 
 using MeshPtr = std::shared_ptr<const Vs::BodyMesh>;
 
-/// A box with its low corner at the origin, six faces. Faces in the order -x, +x, -y, +y,
-/// -z, +z; `topColour`, if given, is the colour of +z. Edges: the rims of -z and +z, each as one, then the
-/// four upright ones from the origin counter-clockwise; vertices in the same order, first those of -z.
+/// A box with its low corner at the origin, six faces. Faces in the order -x, +x, -y, +y, -z, +z;
+/// `topColour`, if given, is the colour of +z. Edges: the rims of -z and +z, each as one, then the four
+/// upright ones from the origin counter-clockwise; vertices in the same order, first those of -z.
 MeshPtr box(double x, double y, double z, const Vs::Colour* topColour = nullptr);
 
 /// A ball around the origin; no edges.

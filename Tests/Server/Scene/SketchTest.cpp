@@ -1,4 +1,4 @@
-// Drawings in place of pictures: pastel and graphite.
+// Drawings instead of pictures: pastel and graphite.
 
 #include "Tests/Server/Scene/Studio.h"
 
@@ -84,7 +84,7 @@ TEST_F(SketchPicture, PastelKeepsTheColoursButPaler)
 
 TEST_F(SketchPicture, ShapesHaveOutlinesWhereTheirColourDoesNotShowThem)
 {
-    // White on white paper: nothing but the outline tells where the ball is.
+    // White on white paper: only the outline shows where the ball is.
     NodeChange(box).visible(false);
     NodeChange(ball).bodyColour({1, 1, 1, 1});
     for (const int projection : {Vs::Scene::kParallelProjection, Vs::Scene::kPerspectiveProjection}) {
@@ -123,7 +123,7 @@ TEST_F(SketchPicture, AStillViewIsStillAndATransparentPictureStaysSo)
 
 TEST_F(SketchPicture, OnlyTheFragmentThatAsksForItIsDrawnAndOnlyInItsPlace)
 {
-    // The model on the left, and over all of the picture what only helps: a green mark on the right.
+    // The model on the left, and a mere helper over the whole picture: a green mark on the right.
     fragment->data()->viewport()->placement(0, 0, 0.5, 1);
     fragment->renderParams()->groundPlaneEnabled(true);
     fragment->renderParams()->groundShadowEnabled(true);

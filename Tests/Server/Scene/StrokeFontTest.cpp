@@ -1,4 +1,4 @@
-// Letters made of lines: complete, in their box, and telling one from another.
+// Letters made of lines: complete, in their box, and distinguishable.
 
 #include "Server/Scene/StrokeFont.h"
 

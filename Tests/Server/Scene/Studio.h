@@ -14,8 +14,8 @@
 namespace SceneTest {
 
 /// Some bodies on a ground at z = 0, seen from above: a box of 40 around the origin and, beside it at x =
-/// 100, a ball of radius 20. Pictures are of good quality, with all effects that are asked for; everything
-/// that the user's options could switch on is off at first.
+/// 100, a ball of radius 20. Pictures are of good quality, with all effects that are requested; everything
+/// that the user's options could turn on is initially off.
 class Studio : public testing::Test
 {
 protected:
@@ -49,7 +49,7 @@ protected:
         return node.get();
     }
 
-    /// Looks along a direction at all that is there, with some room around it.
+    /// Looks along a direction at everything, with some room around it.
     void look(const GkVector3d& direction, int projection = Vs::Scene::kPerspectiveProjection)
     {
         Vs::Scene::Camera& camera = *fragment->camera();
@@ -68,7 +68,7 @@ protected:
         return m_image;
     }
 
-    /// The pixel that shows a place, whatever stands before it.
+    /// The pixel that shows a place, whatever is in front of it.
     const uint8_t* pixel(const Vs::Scene::Image& image, const GkPoint3d& place) const
     {
         const Vs::Scene::Projection view(*fragment->camera(), image.width, image.height);
@@ -92,7 +92,7 @@ protected:
             most = std::max(most, std::abs(p[channel] - q[channel]));
         return most;
     }
-    /// The part of the pixels that differ by more than some steps.
+    /// The fraction of the pixels that differ by more than some steps.
     static double changed(const Vs::Scene::Image& a, const Vs::Scene::Image& b, int steps = 4)
     {
         size_t count = 0;
@@ -104,7 +104,7 @@ protected:
         }
         return double(count) * 4 / double(std::max<size_t>(a.pixels.size(), 1));
     }
-    /// What holds in every kind of view: both projections, some styles.
+    /// Holds in every kind of view: both projections, some styles.
     void inEveryView(const GkVector3d& direction, const std::function<void()>& check)
     {
         for (const int projection : {Vs::Scene::kParallelProjection, Vs::Scene::kPerspectiveProjection})

@@ -21,7 +21,7 @@ using Vs::Colour;
 constexpr uint32_t kWidth = 320;
 constexpr uint32_t kHeight = 240;
 
-/// What a style or an environment makes of a box, a cylinder and a ball that stand side by side.
+/// How a style or an environment renders a box, a cylinder and a ball side by side.
 class StylePicture : public testing::Test
 {
 protected:
@@ -68,14 +68,14 @@ protected:
         EnvironmentManager::getEnvManager()->activeEnvironmentID(environment);
         return draw();
     }
-    /// The pixel in which a place of the world is seen.
+    /// The pixel in which a point of the world is seen.
     const uint8_t* at(const GkPoint3d& world) const
     {
         const GkPoint3d p =
             Projection(*fragment->camera(), kWidth, kHeight, fragment->bounds()).worldToScreen(world);
         return image.pixel(uint32_t(p.x), uint32_t(kHeight - p.y));
     }
-    /// The strongest line across the direction of a segment, at so many places along it: 0 for none, 255.
+    /// The strongest line across the direction of a segment, at that many places along it: 0 for none, 255.
     std::vector<int> inkAlong(const GkPoint3d& from, const GkPoint3d& to, int places) const
     {
         std::vector<int> ink;
@@ -149,7 +149,7 @@ TEST_F(StylePicture, EveryStyleDrawsTheSmallestAndTheFarthestBodiesAsItDrawsOthe
         }
 }
 
-/// Two squares that meet in an edge in the middle, the second one sloped by so much.
+/// Two squares that meet in an edge in the middle, the second one sloped by that much.
 Shapes::MeshPtr twoFaces(float slope)
 {
     auto mesh = std::make_shared<Vs::BodyMesh>();
@@ -171,7 +171,7 @@ TEST_F(StylePicture, AnEdgeInWhichFacesGoOnSmoothlyIsFaintFullOrLeftOutAsTheOpti
 {
     auto& option = GraphicsOptionGroup::get()->tangentEdges;
     const std::wstring usual = option();
-    /// The darkest that is seen about the middle of the edge.
+    /// The darkest pixel around the middle of the edge.
     const auto ink = [&](const wchar_t* value) {
         option(value);
         draw(kShadedWithVisibleEdges);
@@ -371,7 +371,7 @@ TEST_F(StylePicture, RealisticLightBelongsToTheModelSoThatGlossStaysInPlaceWhenT
     fragment->camera()->projection(kParallelProjection);
     fragment->camera()->fit(fragment->bounds());
     EnvironmentManager::getEnvManager()->activeEnvironmentID(L"InfinityPool");
-    // The brightest place of the ball, as a direction of the world.
+    // The brightest point of the ball, as a direction of the world.
     const auto brightest = [&](int style, const GkVector3d& look) {
         fragment->camera()->look(look, {0, 0, 1});
         draw(style);
@@ -395,7 +395,7 @@ TEST_F(StylePicture, RealisticLightBelongsToTheModelSoThatGlossStaysInPlaceWhenT
     };
     const GkVector3d lamp = EnvironmentManager::getEnvManager()->activeEnvironment().lamps[0].direction;
     for (const GkVector3d& look : {GkVector3d(-1, -1, -0.6), GkVector3d(-1, 0, -1)}) {
-        // A lamp is mirrored halfway between it and the viewer.
+        // A lamp is reflected halfway between it and the viewer.
         const GkVector3d halfway = (lamp - look.normal()).normal();
         EXPECT_LT(brightest(kRealistic, look).angleTo(halfway), 0.25);
     }
@@ -435,7 +435,7 @@ TEST_F(StylePicture, TheDomesHorizonIsWhereTheCameraSeesIt)
         const Image deep = draw();
         EXPECT_LT(std::abs(deep.pixel(160, 8)[0] - deep.pixel(160, 12)[0]), 4) << "no horizon down there";
     }
-    // Rolled by a quarter, it runs upright.
+    // Rolled by a quarter turn, it runs vertically.
     camera.look({0, 1, 0}, {1, 0, 0});
     draw();
     EXPECT_GT(std::abs(image.pixel(150, 120)[0] - image.pixel(170, 120)[0]), 20);

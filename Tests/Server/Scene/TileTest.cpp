@@ -1,5 +1,4 @@
-// A picture that is put together from tiles is the one that is drawn whole, whatever is shown around the
-// bodies.
+// A picture that is assembled from tiles equals the one drawn whole, whatever is shown around the bodies.
 
 #include "Server/Scene/Rendra/EglContext.h"
 #include "Server/Scene/Rendra/PictureTarget.h"
@@ -34,7 +33,7 @@ protected:
             surface.release();
     }
 
-    /// In tiles that are no larger than this; scaled down by the picture's own `pixelScale`.
+    /// In tiles no larger than this; scaled down by the picture's own `pixelScale`.
     Image drawIn(int width, int height)
     {
         Image image;
@@ -69,7 +68,7 @@ protected:
                 target.lineWidth = float(scale);
                 target.transparentBackground = transparent;
                 const Image whole = drawIn(kWhole, kHigh), tiled = drawIn(130, 90);
-                // Where an edge runs exactly between two pixels, rounding may decide otherwise.
+                // Where an edge runs exactly between two pixels, rounding may go the other way.
                 EXPECT_LT(changed(whole, tiled, 3), 0.002)
                     << "scale " << scale << (transparent ? ", transparent" : "");
             }

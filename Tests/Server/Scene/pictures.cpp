@@ -1,5 +1,5 @@
 // Draws some simple bodies and writes the pictures as PNG files into the folder given as argument: for
-// looking at them when light, edges or backgrounds change.
+// inspection when light, edges or backgrounds change.
 
 #include "Server/Scene/EnvironmentManager.h"
 #include "Server/Scene/GraphicsOptionGroup.h"

@@ -155,7 +155,7 @@ TEST(UnitTexts, ValuesAreShownWithAsManyDecimalsAsTheUserWants)
     EXPECT_EQ(shown(25.4 / 3, kInches, 4), L"0.3333 in");
     EXPECT_EQ(shown(2.0 / 3, kLength, 0), L"1 mm");
     EXPECT_EQ(shown(-1e-9, kLength, 3), L"0 mm") << "the rounding of a computation";
-    // What is there is not shown as nothing.
+    // An existing value isn't shown as zero.
     const Unit cubicMetre(Quantity::Volume, L"m\u00b3", 1e9);
     EXPECT_EQ(shown(1, cubicMetre, 3), L"1e-09 m\u00b3");
     EXPECT_EQ(shown(-1234.5, cubicMetre, 3), L"-0.00000123 m\u00b3");

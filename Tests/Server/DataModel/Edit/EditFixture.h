@@ -11,7 +11,7 @@
 class EditTest : public DataModelTest
 {
 protected:
-    /// Makes the change, as if it were a preview first, takes it back, and does it again; gives the ids of
+    /// Makes the change, as if it were a preview first, undoes it, and makes it again; returns the ids of
     /// what was added.
     std::vector<std::string> edit(Vs::Asset& asset, const Vs::ModelEdit& change)
     {
@@ -28,7 +28,7 @@ protected:
         return added;
     }
 
-    /// The reason of a change that must be refused; the model is as it was, and so are the steps.
+    /// The reason why a change is refused; checks that the model and the steps are unchanged.
     std::string refusal(Vs::Asset& asset, const Vs::ModelEdit& change)
     {
         const std::string before = digestOf(asset);

@@ -14,7 +14,7 @@ using Vs::MoveEdit;
 class EditPlacesTest : public EditTest
 {
 protected:
-    /// Brackets and bolts that occur several times, some of them turned.
+    /// Brackets and bolts that occur several times, some of them rotated.
     Vs::Asset* assembly()
     {
         Vs::Document* document = open((TestSupport::realDataFolder() / "as1-oc-214.stp").wstring());
@@ -29,7 +29,7 @@ protected:
 const GkMatrix3d EditPlacesTest::kAside =
     GkMatrix3d::translation({5, -7, 11}) * GkMatrix3d::rotation(std::numbers::pi / 6, {0, 0, 1});
 
-/// What a change told.
+/// Records what a change reported.
 class Listener : public Vs::AssetEventSite
 {
 public:
@@ -155,7 +155,7 @@ TEST_F(EditPlacesTest, NonsenseIsRefusedWithAReason)
     request->destroy();
 }
 
-// The sum of the tetrahedra below the triangles, which is below zero if those face inwards.
+// The sum of the tetrahedra below the triangles, which is negative if those face inwards.
 double volumeWithin(const Vs::BodyMesh& mesh, const GkMatrix3d& place)
 {
     double volume = 0;

@@ -187,7 +187,7 @@ TEST_F(EditSolidsTest, PartsOfAChangedBodyAreFoundAgainOrGivenUp)
     // A colour changes no number.
     edit(*asset, Vs::ColourEdit{{{plate, Leaf::Face, 3}}, Vs::Colour{0, 1, 0, 1}});
     expectFound();
-    // What is rounded off is an edge no more; the others lie where they lay, or are a little shorter.
+    // A rounded edge no longer exists; the others stay in place, or get a little shorter.
     edit(*asset, Vs::BlendEdit{Blend::Fillet, {{plate, Leaf::Edge, 4}}, 1});
     EXPECT_FALSE(Vs::successorOf({plate, Leaf::Edge, 4}, reshapes.before(plate), *asset));
     size_t found = 0;
@@ -268,7 +268,7 @@ TEST_F(EditSolidsTest, WhatTakesLongIsCancelledAndCanBeDoneAfterwards)
     std::vector<std::string> pins;
     for (int i = 0; i < kRows * kRows; ++i)
         pins.push_back(cylinder(3, 10, {10.0 + 15 * (i % kRows), 10.0 + 15 * (i / kRows), -5}));
-    /// Asks to stop as soon as somebody listens, as Ctrl-C does.
+    /// Requests a stop as soon as somebody listens, like Ctrl-C.
     const auto cancelled = [&](const Vs::ModelEdit& change) {
         std::atomic<bool> over = false;
         std::thread impatient([&] {
@@ -284,7 +284,7 @@ TEST_F(EditSolidsTest, WhatTakesLongIsCancelledAndCanBeDoneAfterwards)
     cancelled(drill);
     edit(*asset, drill);
     ASSERT_EQ(facesOf(plate), 6u + pins.size());
-    // The kernel looks at no cancel at this.
+    // The kernel doesn't check for cancellation here.
     Vs::BlendEdit round{Blend::Fillet, {}, 0.1};
     const auto& lines = asset->findComponent(plate)->body->mesh()->edgeStarts;
     for (uint32_t i = 0; i + 1 < lines.size(); ++i)

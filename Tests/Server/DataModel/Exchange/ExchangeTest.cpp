@@ -41,7 +41,7 @@ struct StlSummary
     BBox bounds;
 };
 
-// Reads a binary STL file as any other program would.
+// Reads a binary STL file like any other program.
 StlSummary readStl(const std::wstring& path)
 {
     const std::string bytes = contentOf(path);
@@ -64,7 +64,7 @@ StlSummary readStl(const std::wstring& path)
     return summary;
 }
 
-/// Cancels at the first question.
+/// Cancels at the first opportunity.
 class Impatient : public ProgressSink
 {
 public:
@@ -112,7 +112,7 @@ TEST_F(ExchangeTest, NamesColoursPlacesAndVolumesSurviveStepAndIges)
         ASSERT_TRUE(save(read, scratch("again.stl")));
         const BBox again = readStl(scratch("again.stl")).bounds;
         EXPECT_LT(again.low().distanceTo(bounds.low()) + again.high().distanceTo(bounds.high()), 0.5);
-        // IGES holds surfaces, and its colours stand on each of them.
+        // IGES holds surfaces, and each of them has its colour.
         if (std::string(name) == "out.igs")
             continue;
         EXPECT_NEAR(volumeOf(*read), volume, 1e-5 * volume);
@@ -204,7 +204,7 @@ TEST_F(ExchangeTest, ANameOfTheGreatestLengthIsWritten)
 
 TEST_F(ExchangeTest, APartWithANameOfAMegabyteIsWrittenSoThatItCanBeReadAgain)
 {
-    // IGES knows no other letters than those of ASCII.
+    // IGES has only ASCII letters.
     for (const auto& [file, letter] :
          {std::pair{"long.stp", L'n'}, std::pair{"letters.stp", L'\u4e00'}, std::pair{"long.igs", L'n'},
           std::pair{"long.glb", L'\u00e4'}, std::pair{"long.obj", L'\u00e4'}}) {
@@ -260,7 +260,7 @@ TEST_F(ExchangeTest, EachBadFileGivesOneMessageThatNamesItAndTheCause)
     expectFault(write("cut.stl", stl.substr(0, stl.size() - 20)), "STL");
     expectFault(write("half.igs", iges.substr(0, iges.size() / 2)), "is cut off");
     expectFault(write("nearly.igs", iges.substr(0, iges.size() / 10 * 9)), "is cut off");
-    // The end is there, but the last four lines before it aren't.
+    // The end is there, but the last four lines before it are missing.
     const size_t line = iges.find('\n') + 1;
     expectFault(write("holed.igs", iges.substr(0, iges.size() - 5 * line) + iges.substr(iges.size() - line)),
                 "is cut off: of the ");
@@ -286,7 +286,7 @@ TEST_F(ExchangeTest, AFileWithoutAKnownSuffixIsOpenedByWhatItHolds)
 
 TEST_F(ExchangeTest, ACancelledOpeningLeavesNothingAndSaysNothing)
 {
-    // A shape of its own: what was read before would come from the cache, at once.
+    // A distinct shape: one that was read before would come from the cache, at once.
     Asset* asset = sample();
     ModelBuilder(asset).box(1.25, 2.5, 3.75, {}, status);
     ASSERT_TRUE(save(asset, scratch("cancel.brep")));
@@ -380,7 +380,7 @@ TEST_F(ExchangeTest, AReferenceToWhatAFileLacksCostsNoFace)
                     faces += face.triangleCount > 0;
         return faces;
     };
-    // The box's six and the cylinder's three, of which those whose part is unsound stand alone.
+    // The box's six and the cylinder's three, of which those with an unsound part are free faces.
     EXPECT_EQ(facesOf("CLOSED_SHELL"), 9u);
     EXPECT_EQ(facesOf("MANIFOLD_SOLID_BREP"), 9u);
 }

@@ -1,4 +1,4 @@
-// What a saving is told: fineness, unit, all parts as one.
+// The options of an export: refinement, unit, all parts as one.
 
 #include "Server/Base/Progress.h"
 #include "Server/Base/SoftwareVersion.h"
@@ -67,7 +67,7 @@ float longestSide(const std::vector<Facet>& facets)
     return longest;
 }
 
-/// How many times longer than high the thinnest triangle is.
+/// The aspect ratio of the thinnest triangle.
 float thinnest(const std::vector<Facet>& facets)
 {
     float ratio = 0;
@@ -146,7 +146,7 @@ TEST_F(SavingTest, TheNumbersOfTheRefinementBoundTheTriangles)
     }
     EXPECT_EQ(facets(asset, {.maximumAspectRatio = 50}).size(), usual);
 
-    // What is shown, and what the usual numbers give, is as it was.
+    // What is shown, and what the default numbers yield, is unchanged.
     EXPECT_EQ(facets(asset, {}).size(), usual);
     EXPECT_EQ(trianglesOf(*asset), usual);
 }
@@ -191,7 +191,7 @@ TEST_F(SavingTest, LengthsAreWrittenInTheUnitThatIsShownOnlyIfThatIsAskedFor)
             for (const Corner& corner : facet)
                 right = std::max(right, corner[0]);
         EXPECT_NEAR(right, shown ? 302 / 25.4f : 302, 1e-3f);
-        // So are those of the other format that tells no unit.
+        // So are those of the other format that doesn't state a unit.
         ASSERT_TRUE(save(asset, scratch("unit.obj"), set));
         std::ifstream lines(Strings::narrow(scratch("unit.obj")));
         float farthest = 0, x = 0;
@@ -199,7 +199,7 @@ TEST_F(SavingTest, LengthsAreWrittenInTheUnitThatIsShownOnlyIfThatIsAskedFor)
             if (std::sscanf(line.c_str(), "v %f", &x) == 1)
                 farthest = std::max(farthest, x);
         EXPECT_NEAR(farthest, shown ? 302 / 25.4f : 302, 1e-3f);
-        // STEP tells its unit, so that the size stays the same whatever that is.
+        // STEP states its unit, so that the size stays the same whatever that is.
         ASSERT_TRUE(save(asset, scratch("unit.stp"), set));
         std::ifstream stream(Strings::narrow(scratch("unit.stp")));
         const std::string step{std::istreambuf_iterator<char>(stream), {}};
@@ -221,7 +221,7 @@ TEST_F(SavingTest, HeadersNameTheDocumentAndThisProgramAndNobodyElse)
         ASSERT_TRUE(save(asset, scratch(name))) << Strings::narrow(status.toString());
         std::string header;
         std::ifstream stream(Strings::narrow(scratch(name)));
-        // An IGES file has the name of its section in column 73, and breaks words where a line ends.
+        // An IGES file has its section letter in column 73, and breaks words where a line ends.
         for (std::string line; std::getline(stream, line) && line != "DATA;";)
             if (line.size() < 73 || line[72] != 'D')
                 header += line.size() == 80 ? line.substr(0, 72) : line + '\n';
@@ -249,7 +249,7 @@ TEST_F(SavingTest, CombinedPartsBecomeOneThatKeepsItsShapes)
                     std::string(name) == "one.stp" ? 1e-6 : 0.02);
         EXPECT_GE(parts.back()->body->mesh()->colours.size(), 2u);
     }
-    // The model itself is as it was.
+    // The model itself is unchanged.
     EXPECT_EQ(componentsOf(*asset).size(), 2u);
 }
 
@@ -281,7 +281,7 @@ std::set<int> threads()
     return ids;
 }
 
-/// Does something when the work has gone on for a moment, and tells what it says: whether to go on.
+/// Does something when the work has run for a moment, and returns its result: whether to go on.
 class Meanwhile : public ProgressSink
 {
 public:
@@ -304,7 +304,8 @@ TEST_F(SavingTest, ABodyThatTheMesherHangsOrBreaksDownAtCostsOnlyTheExport)
     ModelBuilder builder(asset);
     builder.box(10, 20, 30, {{}, L"Block", {}}, status);
     builder.sphere(10, {GkMatrix3d::translation({50, 0, 0}), L"Ball", {}}, status);
-    // With so small triangles the ball, which is one face, takes half a minute, and asks nobody meanwhile.
+    // With triangles this small the ball, which is one face, takes half a minute, without checking for
+    // cancellation meanwhile.
     const auto endless = [](auto& options) { options.refinement().surfaceDeviation = 1e-7f; };
     for (const char* name : {"hard.stl", "hard.obj", "hard.glb"}) {
         SCOPED_TRACE(name);

@@ -1,4 +1,4 @@
-// Workers in the hands of somebody else: what they can do to the program, and to the machine.
+// Workers that somebody else controls: what they can do to the program, and to the machine.
 
 #include "Server/DataModel/Exchange/Format.h"
 #include "Server/DataModel/Exchange/Worker.h"
@@ -33,7 +33,7 @@ constexpr const char* kProbe = "test_worker_probe";
 
 constexpr int kDeadly[] = {SIGTERM, SIGINT, SIGHUP, SIGSEGV, SIGKILL};
 
-/// Neither time nor memory decides.
+/// Neither time nor memory is limiting.
 constexpr WorkerLimits kPatient{1h, 1h, 0, 1h};
 
 void run(Worker& worker, const Worker::Watch& watch = {})
@@ -97,7 +97,7 @@ size_t someProcessor()
     return processor;
 }
 
-/// The next child to end within some seconds; -1 if none does.
+/// The next child that ends within some seconds; -1 if none does.
 pid_t nextToEnd(int& state)
 {
     for (const auto until = std::chrono::steady_clock::now() + 20s; std::chrono::steady_clock::now() < until;
@@ -107,7 +107,7 @@ pid_t nextToEnd(int& state)
     return -1;
 }
 
-/// A program that runs a worker, as a process of its own. It writes a byte to the pipe when the worker spins.
+/// A program that runs a worker, as a separate process. It writes a byte to the pipe when the worker spins.
 pid_t startProgram(int pipe)
 {
     const pid_t program = fork();
@@ -162,16 +162,16 @@ TEST(HostileWorkerTest, AWorkerThatLivesOnAfterItsEndIsEnded)
 
 TEST(HostileWorkerTest, AFloodOfMessagesKeepsTheProgramFromNothing)
 {
-    // It can still be asked to stop,
+    // The program can still be asked to stop,
     Worker stopped(kProbe, {"floods with progress"}, kPatient);
     int turns = 0;
     run(stopped, [&] { return ++turns < 20; });
     EXPECT_EQ(stopped.end(), Worker::End::Cancelled);
-    // sees that nothing goes on, whatever the flood says,
+    // notices that nothing goes on, whatever the flood says,
     Worker stuck(kProbe, {"floods with progress"}, {200ms, 1h, 0, 1h});
     run(stuck);
     EXPECT_EQ(stuck.end(), Worker::End::Stalled) << stuck.fault();
-    // and doesn't keep all that it is told.
+    // and doesn't keep everything it receives.
     Worker loud(kProbe, {"floods with warnings"}, kPatient);
     run(loud);
     EXPECT_EQ(loud.end(), Worker::End::Crashed) << loud.fault();
@@ -243,7 +243,8 @@ TEST(HostileWorkerTest, WorkersShareTheMemoryAndWriteNoEndlessFile)
         EXPECT_EQ(std::stoull(worker->warnings()[1]), WorkerLimits::forFile(1 << 20).written);
         EXPECT_EQ(std::stoull(worker->warnings()[2]), 0u);
     }
-    // What needs more than its share gets it when the others are done, and more than there is nowhere.
+    // A worker that needs more than its share gets it when the others are done, and one that needs more than
+    // there is never does.
     const std::pair<uint64_t, Worker::End> rows[] = {{all / 10 * 7, Worker::End::Done},
                                                      {all, Worker::End::Exhausted}};
     for (const auto& [need, end] : rows) {
@@ -259,7 +260,7 @@ TEST(HostileWorkerTest, WorkersShareTheMemoryAndWriteNoEndlessFile)
 TEST(HostileWorkerTest, NoWorkerOutlivesTheProgramWhateverEndsIt)
 {
     expectNoChild();
-    // A process whose parent has ended comes to this one.
+    // A process whose parent has ended becomes a child of this one.
     prctl(PR_SET_CHILD_SUBREAPER, 1);
     for (const int signal : kDeadly) {
         SCOPED_TRACE(strsignal(signal));
@@ -317,7 +318,7 @@ TEST(HostileWorkerTest, BehindTheWallItReachesItsFileAndItsResultAlone)
                      << worker.warnings().front();
 }
 
-// What keeps the kernel from a file is the wall; here it is known beforehand what the kernel would ask for.
+// The wall keeps the kernel from a file; here it is known beforehand what the kernel would ask for.
 TEST(HostileWorkerTest, WithoutLandlockAnObjThatMayNameFilesElsewhereIsRefused)
 {
     const ScratchFolder folder;
@@ -349,7 +350,7 @@ TEST(HostileWorkerTest, TheRealWorkersStandBehindTheWall)
 {
     expectNoChild();
     const ScratchFolder folder;
-    // Long enough for a look at who reads it.
+    // Long enough to see who reads it.
     std::string triangles = "solid many\n";
     for (int i = 0; i < 800000; ++i)
         triangles += "facet normal 0 0 1 outer loop vertex " + std::to_string(i) +

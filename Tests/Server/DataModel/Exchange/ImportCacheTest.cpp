@@ -81,7 +81,7 @@ TEST(ImportCache, TheKeyOfAFileFollowsTheOthersThatItDependsOn)
     EXPECT_NE(cache.fullKey("key", at), blue);
 }
 
-// A pipe would be waited for without end, and a file that was mapped must not shrink.
+// Opening a pipe would wait for ever, and a mapped file must not shrink.
 TEST(ImportCache, TheKeyComesOfOrdinaryFilesAloneWhateverOthersDoWithThemMeanwhile)
 {
     const TestSupport::ScratchFolder folder;
@@ -123,7 +123,7 @@ TEST(ImportCache, IsForItsUserAlone)
     EXPECT_EQ(rights(folder.path() / "new/key.model"), 0600u);
     cache.noteOthers("key", folder.path().string(), {"/a"});
     EXPECT_EQ(rights(folder.path() / "new/key.others"), 0600u);
-    // One that an older program made for all.
+    // One that an older program created with access for everybody.
     boost::filesystem::create_directory(folder.path() / "old");
     EXPECT_EQ(rights(folder.path() / "old"), 0777u);
     const ImportCache old((folder.path() / "old").string());
@@ -158,7 +158,7 @@ TEST(ImportCache, DropsWhatWasNotUsedForLongestWhenItIsFull)
     EXPECT_NE(cache.find("a"), nullptr);
     EXPECT_NE(cache.find("c"), nullptr);
 
-    // What is kept of parts counts as well.
+    // What is cached for parts counts as well.
     std::ofstream(cache.pieces() + "/one.piece") << std::string(kEntrySize, 'x');
     makeOld(cache.pieces() + "/one.piece", 3);
     cache.store("c", newModel(cache));
@@ -166,7 +166,7 @@ TEST(ImportCache, DropsWhatWasNotUsedForLongestWhenItIsFull)
     EXPECT_NE(cache.find("a"), nullptr);
     std::filesystem::remove(cache.pieces());
 
-    // An entry above the limit is kept as long as nothing else comes.
+    // An entry above the limit is kept until another one is added.
     ImportCache small(folder.path().string(), 1);
     const auto held = small.store("d", newModel(small));
     EXPECT_NE(small.find("d"), nullptr);

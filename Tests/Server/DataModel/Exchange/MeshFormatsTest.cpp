@@ -1,4 +1,4 @@
-// OBJ, glTF and VRML: what comes in, what goes out, and what is refused.
+// OBJ, glTF and VRML: import, export, and what is refused.
 
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
@@ -37,7 +37,7 @@ BBox boundsOf(const Asset& asset)
     return bounds;
 }
 
-/// The colours that anything of the asset is shown in, as 0 to 255.
+/// The colours of everything shown of the asset, as 0 to 255.
 std::set<std::array<int, 3>> coloursOf(const Asset& asset)
 {
     std::set<std::array<int, 3>> colours;
@@ -56,7 +56,7 @@ std::set<std::array<int, 3>> coloursOf(const Asset& asset)
     return colours;
 }
 
-// A quarter of a cube as a glTF file whose numbers are within it; `edit` replaces one text by another.
+// A quarter of a cube as a glTF file with embedded numbers; `edit` replaces one text by another.
 std::string gltf(const std::string& from = {}, const std::string& to = {})
 {
     std::string text = R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0,1]}],
@@ -146,14 +146,14 @@ TEST_F(MeshFormatsTest, WhatIsWrittenComesBackWithItsPlacesNamesAndColours)
         const BBox again = boundsOf(read);
         EXPECT_LT(again.low().distanceTo(bounds.low()) + again.high().distanceTo(bounds.high()), 1e-3);
         EXPECT_EQ(coloursOf(read), (std::set<std::array<int, 3>>{{255, 0, 0}, {0, 153, 0}, {0, 0, 255}}));
-        // What consists of triangles can be written again, and not as an exact format.
+        // A model of triangles can be exported again, but not to an exact format.
         EXPECT_TRUE(save(document->activeAsset(), scratch("again.stl")));
         EXPECT_FALSE(save(document->activeAsset(), scratch("again.stp")));
         ASSERT_TRUE(save(document->activeAsset(), scratch("again.glb")));
         EXPECT_NE(contentOf(scratch("again.glb")).find("\"NORMAL\""), std::string::npos);
         DocumentMgr::get()->close(document);
     }
-    // Each is complete by itself; only OBJ keeps its colours in a second file.
+    // Each is complete by itself; only OBJ stores its colours in a second file.
     std::set<std::string> files;
     for (const auto& entry : boost::filesystem::directory_iterator(folder.path()))
         files.insert(entry.path().filename().string());
@@ -199,10 +199,10 @@ TEST_F(MeshFormatsTest, ObjPartsHaveTheirNamesAndTheColoursOfTheirMaterials)
     ASSERT_TRUE(partNamed(asset, L"First") && partNamed(asset, L"Second"));
     EXPECT_EQ(partNamed(asset, L"First")->body->name(), L"First");
     EXPECT_NEAR(areaOf(asset), 100 + 25, 1e-4);
-    // Its y points upwards, as our z does.
+    // Its y points up, like our z.
     EXPECT_NEAR(boundsOf(asset).high().z, 10, 1e-5);
     EXPECT_EQ(coloursOf(asset), (std::set<std::array<int, 3>>{{255, 0, 0}, {0, 255, 0}}));
-    // Another colour in the second file is seen, though the first is the same as before.
+    // Another colour in the second file is noticed, though the first is the same as before.
     write("two.mtl", "newmtl red\nKd 0 0 1\nnewmtl green\nKd 0 1 0\n");
     Document* again = open(scratch("two.obj"));
     ASSERT_NE(again, nullptr);
@@ -245,14 +245,14 @@ TEST_F(MeshFormatsTest, AMeshOfGltfIsInMetresAndSharedByItsNodes)
     EXPECT_EQ(left->body.get(), right->body.get());
     EXPECT_LT(boundsOf(asset).high().distanceTo({3000, 0, 1000}), 1e-2);
     EXPECT_EQ(coloursOf(asset), (std::set<std::array<int, 3>>{{255, 0, 0}}));
-    // A lonely triangle has three sides without a neighbour.
+    // A lone triangle has three sides without a neighbour.
     EXPECT_EQ(left->body->mesh()->edgeStarts.size(), 4u);
 }
 
 TEST_F(MeshFormatsTest, APartOfSeveralColoursStaysOneThatItsOccurrencesShare)
 {
     const std::string primitive = R"({"attributes":{"POSITION":0},"indices":1,"material":0})";
-    // The second one has a triangle of its own, with the same corners.
+    // The second one has a separate triangle, with the same corners.
     std::string text =
         gltf(primitive, primitive + "," + R"({"attributes":{"POSITION":2},"indices":1,"material":1})");
     const std::string list = R"("accessors":[)";
@@ -276,7 +276,7 @@ TEST_F(MeshFormatsTest, APartOfSeveralColoursStaysOneThatItsOccurrencesShare)
         EXPECT_EQ(trianglesOf(asset), 4u);
         ASSERT_TRUE(save(document->activeAsset(), path = scratch(next)));
     }
-    // This format knows no sharing.
+    // This format has no sharing.
     Document* document = open(path);
     ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
     EXPECT_TRUE(partNamed(*document->activeAsset(), L"Left") &&
@@ -293,7 +293,7 @@ TEST_F(MeshFormatsTest, VrmlKeepsNodesNamesAndSharedParts)
     EXPECT_EQ(asset.components()->children.front()->name, L"scene");
     const Component* stand = partNamed(asset, L"Stand");
     ASSERT_TRUE(stand);
-    // Metres with y upwards become millimetres with z upwards.
+    // Metres with y up become millimetres with z up.
     EXPECT_NEAR(volumeOf(asset), 48e9, 1e3);
     EXPECT_NEAR(boundsOf(asset).high().z, 3000, 1e-3);
     EXPECT_NEAR(stand->body->colour().b, 1, 1e-3);
@@ -317,13 +317,13 @@ TEST_F(MeshFormatsTest, VrmlStretchesWhatIsScaledAlongItsAxesDifferently)
     const Asset* box = assetOf(write("box.wrl", stretched));
     ASSERT_TRUE(box);
     EXPECT_NEAR(volumeOf(*box), 6 * 48e9, 1e5);
-    // Halves of 1, 2 and 3 m become 3, 2 and 6, are turned about a line 5 m from the middle, whose distance
-    // grows to 15 m, and brought upright.
+    // Half sizes of 1, 2 and 3 m become 3, 2 and 6, are rotated about a line 5 m from the middle, whose
+    // distance grows to 15 m, and are turned upright.
     BBox bounds = boundsOf(*box);
     EXPECT_LT(bounds.low().distanceTo({-2000, -6000, -23000}), 1) << bounds.low().z;
     EXPECT_LT(bounds.high().distanceTo({2000, 6000, -17000}), 1) << bounds.high().z;
 
-    // Within each other, with a mirror, of triangles; the plain one beside them keeps its part.
+    // Nested, mirrored, of triangles; the plain one beside them keeps its part.
     const std::string tent =
         "geometry IndexedFaceSet { coord Coordinate { point [ 0 0 0, 1 0 0, 0 1 0, 0 0 1 ] }"
         " coordIndex [ 0 2 1 -1 0 1 3 -1 0 3 2 -1 1 2 3 -1 ] } ";
@@ -374,7 +374,7 @@ TEST_F(MeshFormatsTest, VrmlFilesThatAreTakenInHaveTheirOwnNamesAndScales)
                 "inner.wrl\", which isn't a valid VRML file: line 3");
     expectFault(inlined("#VRML V1.0 ascii\n"), "inner.wrl\", which is a VRML 1.0 file");
     expectFault(write("lost.wrl", head + "Inline { url \"lost/part.wrl\" }\n"), "lost/part.wrl");
-    // One in the other on many levels, each of them flat.
+    // Nested on many levels, each of them flat.
     for (int level = 0; level <= 210; ++level)
         write(std::to_string(level) + ".wrl",
               head +
@@ -482,7 +482,7 @@ TEST_F(MeshFormatsTest, LevelsAndOccurrencesBeyondWhatCanBeShownAreRefusedWithTh
         doubled += "DEF G" + std::to_string(level) + " Group { children [" + one + one + " ] }\n";
     }
     expectFault(write("doubled.wrl", doubled), "more than the 10000000");
-    // Nor by copies, which come into each occurrence of the assembly that holds the original.
+    // Nor by copies, which are added to each occurrence of the assembly that holds the original.
     const Document* many = open(nested(10, 2));
     ASSERT_NE(many, nullptr) << Strings::narrow(status.toString());
     const Component* component = many->activeAsset()->components();
@@ -502,7 +502,7 @@ TEST_F(MeshFormatsTest, LevelsAndOccurrencesBeyondWhatCanBeShownAreRefusedWithTh
         while (!component->children.empty() && !component->children.front()->children.empty())
             component = component->children.front().get();
     }
-    // As deep as anybody builds, and deeper.
+    // As deep as real models are, and deeper.
     for (const std::wstring& path : {nested(1000, 1), groups(1000)})
         EXPECT_NE(open(path), nullptr) << Strings::narrow(status.toString());
 }

@@ -1,4 +1,4 @@
-// Files that refer to others: those beside them are read, and those elsewhere never, however they are named.
+// Files that refer to others: those next to them are read, and those elsewhere never, however they are named.
 
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
@@ -30,7 +30,7 @@ namespace {
 constexpr const char* kRed = "newmtl paint\nKd 1 0 0\n";
 constexpr const char* kCube = "#VRML V2.0 utf8\nShape { geometry Box { size 1 1 1 } }\n";
 
-// The line is behind all by which the format is recognised, so that it can be of any form.
+// The line comes after everything by which the format is recognised, so that it can have any form.
 std::string obj(const std::string& libraryLine)
 {
     return "v 0 0 0\n#" + std::string(5000, '-') + "\n" + libraryLine +
@@ -62,7 +62,7 @@ std::string numbers()
            std::string(reinterpret_cast<const char*>(order), sizeof order);
 }
 
-// main.stp, an assembly whose only part, a box of 6 mm³, is in with_box.stp beside it.
+// main.stp, an assembly whose only part, a box of 6 mm³, is in with_box.stp next to it.
 void writeAssembly(const fs::path& folder)
 {
     Message::DefaultMessenger()->ChangePrinters().Clear();
@@ -74,7 +74,7 @@ void writeAssembly(const fs::path& folder)
     shapes->AddComponent(shapes->NewShape(), part, TopLoc_Location());
     shapes->UpdateAssemblies();
     const fs::path before = fs::current_path();
-    // The files of parts go to where the program is.
+    // The files of parts are written to the working directory.
     fs::current_path(folder);
     STEPCAFControl_Writer writer;
     writer.Transfer(document, STEPControl_AsIs, "with_");
@@ -103,7 +103,7 @@ protected:
         write("other.wrl", kCube);
         write("other.bin", numbers());
     }
-    /// A file in the folder from which the others are outside.
+    /// A file in the folder for which the others are outside.
     std::wstring inner(const std::string& name, const std::string& content)
     {
         return write("inner/" + name, content);
@@ -168,7 +168,7 @@ TEST_F(OutsideTest, AVrmlFileOpensWithoutThePartsThatLieElsewhereAndNamesTheirFi
     ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
     EXPECT_NEAR(volumeOf(*document->activeAsset()), own + other, 1e3);
     EXPECT_TRUE(status.toString().empty()) << Strings::narrow(status.toString());
-    // Nor by way of one that is beside it.
+    // Nor through one that is next to it.
     document = open(inner("scene.wrl", vrml("deeper/nested.wrl")));
     ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
     EXPECT_NEAR(volumeOf(*document->activeAsset()), own, 1e3);
@@ -196,7 +196,7 @@ TEST_F(OutsideTest, AStepFileWhosePartsLieElsewhereIsRefused)
         EXPECT_NEAR(volumeOf(*document->activeAsset()), 6, 1e-6);
         EXPECT_TRUE(status.toString().empty()) << Strings::narrow(status.toString());
     }
-    // What was read before is read anew when a part of it is gone.
+    // What was read before is read again when a part of it is gone.
     fs::remove(folder.path() / "inner/deeper/part.stp");
     EXPECT_EQ(open(scratch("inner/other.stp")), nullptr);
 }

@@ -1,5 +1,5 @@
-// Files that nobody of this project made, with quantities that were stated by others. Skipped, with a notice,
-// where the folder of real data isn't there.
+// Files from outside this project, with quantities stated by others. Skipped, with a notice, if the folder of
+// real data is missing.
 
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
@@ -61,7 +61,7 @@ protected:
         return open((TestSupport::realDataFolder() / name).wstring());
     }
 
-    /// Opens a file that can't be read; checks that there is one message which names it.
+    /// Opens a file that can't be read; checks that there is one message, which names it.
     void expectOneMessage(const std::wstring& path)
     {
         EXPECT_EQ(open(path), nullptr);
@@ -102,7 +102,7 @@ TEST_F(RealFilesTest, VolumesAndAreasAreThoseThatTheAuthorsState)
         ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
         EXPECT_NEAR(volumeOf(*document->activeAsset()) / stated.volume, 1, stated.tolerance) << stated.file;
         if (stated.area > 0) {
-            // What is stated is the area of the solids.
+            // The stated area is that of the solids.
             double area = 0;
             for (const Component* component : componentsOf(*document->activeAsset())) {
                 const auto properties =
@@ -125,7 +125,7 @@ TEST_F(RealFilesTest, FreeFacesBesideASolidAreCountedApart)
     for (const Component* component : componentsOf(*document->activeAsset()))
         if (component->body) {
             const auto properties = bodyProperties(*component->body, status);
-            // Faces that stand alone in a part of their own are that part's area.
+            // Free faces in a part without solids are that part's area.
             freeArea += properties->solids == 0 ? properties->area : properties->freeArea;
             solids += properties->solids;
         }

@@ -1,4 +1,4 @@
-// Real files, written in another format and read again: what the format can hold is still there.
+// Real files, exported to another format and read again: everything that the format can hold is still there.
 
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
@@ -35,7 +35,7 @@ size_t bodies(const Asset& asset)
     return found.size();
 }
 
-/// The depth of each part in the tree, so that a flattened assembly shows.
+/// The depth of each part in the tree, so that a flattened assembly is noticed.
 std::multiset<int> depths(const Component& component, int depth = 0)
 {
     std::multiset<int> found;
@@ -46,7 +46,7 @@ std::multiset<int> depths(const Component& component, int depth = 0)
     return found;
 }
 
-/// The colours that anything is shown in, with the triangles in each, to a hundredth.
+/// The displayed colours, with the number of triangles in each, to a hundredth.
 std::map<std::array<int, 4>, size_t> colours(const Asset& asset)
 {
     std::map<std::array<int, 4>, size_t> found;

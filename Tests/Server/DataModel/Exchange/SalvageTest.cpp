@@ -1,4 +1,4 @@
-// STEP files that are damaged: what is sound of them opens, and nothing is lost or changed without a word.
+// Damaged STEP files: their sound content opens, and nothing is silently lost or changed.
 
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
@@ -20,7 +20,7 @@ using namespace Vs;
 
 namespace {
 
-/// The statements of a file by their numbers, which can be changed one by one.
+/// The statements of a file by their numbers, each of which can be changed.
 class StepFile
 {
 public:
@@ -126,7 +126,7 @@ TEST_F(SalvageTest, APartLosesTheFaceThatIsUnsoundAndTheOthersStayAsTheyAre)
         EXPECT_NE(said().find("1 of "), std::string::npos) << said();
         EXPECT_NE(said().find("is damaged"), std::string::npos) << said();
 
-        // Which part it is stays known with the model.
+        // The model remembers which part it is.
         const auto damaged = DamagedParts::of(*asset);
         ASSERT_EQ(damaged.size(), 1u) << said();
         const std::string id = damaged.begin()->first;
@@ -172,7 +172,7 @@ TEST_F(SalvageTest, AChainOfWhatNeedsTheNextGoesAsAWhole)
     const StepFile file(whole);
     constexpr int kLength = 200'000;
     std::string chain;
-    for (int i = 1; i <= kLength; ++i) // The last one's target isn't there.
+    for (int i = 1; i <= kLength; ++i) // The last one's target is missing.
         chain += '#' + std::to_string(100'000 + i) + "=OFFSET_SURFACE('',#" + std::to_string(100'001 + i) +
                  ",1.,.F.);\n";
     Asset* const asset = opened(boost::replace_first_copy(file.text(), "DATA;\n", "DATA;\n" + chain));
@@ -191,7 +191,7 @@ TEST_F(SalvageTest, WhatIsLeftAloneIsShownAsSalvaged)
     EXPECT_EQ(
         facesOf(*asset, L"Salvaged") + facesOf(*asset, L"Red box") + facesOf(*asset, L"Turned cylinder"), 9u);
 
-    // A solid that no product shows any more is a solid all the same.
+    // A solid that no product shows any more is nevertheless a solid.
     StepFile other(whole);
     other.remove(other.find("SHAPE_DEFINITION_REPRESENTATION"));
     other.remove(other.find("SHAPE_DEFINITION_REPRESENTATION"));
@@ -202,7 +202,7 @@ TEST_F(SalvageTest, WhatIsLeftAloneIsShownAsSalvaged)
 
 TEST_F(SalvageTest, LostUnitsAreToldAndMillimetresTaken)
 {
-    // What a unit is called by is enough to know it by.
+    // The name of a unit is enough to identify it.
     StepFile inches(whole);
     const std::string text = inches.text(), millimetres = inches[inches.find("LENGTH_UNIT")];
     const std::regex lengthUnit("LENGTH_UNIT\\(\\)");
@@ -234,7 +234,7 @@ TEST_F(SalvageTest, AStrictOpeningRefusesAndASecondOneWarnsAgain)
     EXPECT_FALSE(openStrictly(path));
     EXPECT_TRUE(status.isError() && said().find("face.stp") != std::string::npos) << said();
     EXPECT_NE(said().find("is damaged: it lacks 1 of "), std::string::npos) << said();
-    // It isn't taken for sound by any later opening.
+    // No later opening takes it for sound.
     for (int i = 0; i < 2; ++i) {
         ASSERT_NE(open(path), nullptr) << said();
         EXPECT_NE(said().find("is damaged"), std::string::npos) << said();
@@ -243,7 +243,7 @@ TEST_F(SalvageTest, AStrictOpeningRefusesAndASecondOneWarnsAgain)
 
 TEST_F(SalvageTest, AFaceOfWhichTheKernelMakesNothingIsToldOf)
 {
-    // Each statement is sound by itself.
+    // Each statement by itself is sound.
     StepFile file(whole);
     file[file.find("PLANE")] = "OFFSET_SURFACE('',#" + std::to_string(file.find("PLANE", 1)) + ",0.,.F.)";
     const std::wstring path = write("replica.stp", file.text());

@@ -1,5 +1,5 @@
-// STEP files whose parts are read by several processes: the model is the one that a single process reads, and
-// what becomes of one of the processes costs nobody the file.
+// STEP files whose parts are read by several processes: the model is the same as with a single process, and
+// whatever happens to one of the processes, the file can still be read.
 
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
@@ -27,7 +27,8 @@ using namespace Vs;
 
 namespace {
 
-/// Several of a file's data in one, each with numbers of its own, and with parts that say which they are.
+/// Several copies of a file's data in one file, each with its own numbers, and with parts that say which copy
+/// they are.
 std::string copies(const std::string& file, int count)
 {
     const size_t begin = file.find("DATA;") + 5, end = file.find("ENDSEC;", begin);
@@ -68,7 +69,7 @@ std::vector<pid_t> childrenOf(pid_t process)
     return children;
 }
 
-/// The same file with its statements in another order, wider apart and with other numbers.
+/// The same file with its statements in another order, spaced further apart and with other numbers.
 std::string rewritten(const std::string& file)
 {
     const size_t begin = file.find("DATA;") + 5, end = file.rfind("ENDSEC;");
@@ -120,7 +121,7 @@ protected:
     }
     ~SharesTest() override { unsetenv("QUILLET_SHARES"); }
 
-    /// A file of that name and text, which no cache has seen.
+    /// A file with that name and text, which no cache has seen.
     std::wstring fresh(const std::string& name, const std::string& text)
     {
         const auto place = folder.path() / std::to_string(++files);
@@ -128,7 +129,7 @@ protected:
         std::ofstream((place / name).string(), std::ios::binary) << text << std::string(size_t(files), '\n');
         return (place / name).wstring();
     }
-    /// What a person sees of the file, and what was said of it.
+    /// What users see of the file, and the messages about it.
     std::string seen(const std::string& name, const std::string& text, const char* shares)
     {
         setenv("QUILLET_SHARES", shares, 1);
@@ -150,7 +151,7 @@ protected:
         EXPECT_EQ(seen(name, text, "always"), seen(name, text, "never"));
     }
 
-    /// Reads a file by shares, and does something to the readers that are there, so often.
+    /// Reads a file by shares, and does something to the running readers, that many times.
     std::shared_ptr<const ModelFile> readWith(const std::string& text, int times,
                                               const std::function<void(pid_t)>& harm, size_t& met)
     {
@@ -179,10 +180,10 @@ TEST_F(SharesTest, AFileIsTheSameModelByBothRoads)
     expectSame("whole.stp", whole);
     const std::string many = copies(whole, 8);
     expectSame("many.stp", many);
-    // Names may hold whatever looks like the file's own marks.
+    // Names may contain whatever looks like the file's own syntax.
     expectSame("names.stp", boost::replace_all_copy(many, "'Red box 5'", "'it''s #12=(;) \"x'"));
     expectSame("comments.stp", boost::replace_all_copy(many, "= PLANE(", "/* #1=; ' */=PLANE ("));
-    // One that lacks something is damaged by both.
+    // One that lacks something is damaged either way.
     expectSame("lacks.stp", boost::replace_first_copy(many, "= PLANE(", "= PLANET("));
     expectSame("refers.stp", std::regex_replace(many, std::regex("(VERTEX_POINT\\('',#)[0-9]+"),
                                                 "$01999999999", std::regex_constants::format_first_only));
@@ -234,7 +235,7 @@ TEST_F(SharesTest, PartsThatAreTheSameInAnotherFileAreNotReadAgain)
     EXPECT_EQ(seen("renamed.stp", renamed, "always"), seen("renamed.stp", renamed, "never"));
     EXPECT_EQ(keptPieces(), known);
 
-    // Whatever a part consists of tells it from others, and it is read then.
+    // Everything that a part consists of distinguishes it from others, and causes it to be read.
     const std::pair<const char*, const char*> changes[] = {
         {"(CARTESIAN_POINT\\('',\\(10\\.,0\\.,)0", "$011"},
         {"(CYLINDRICAL_SURFACE\\('',#[0-9]+,)5", "$016"},
@@ -250,7 +251,7 @@ TEST_F(SharesTest, PartsThatAreTheSameInAnotherFileAreNotReadAgain)
         EXPECT_EQ(seen("changed.stp", changed, "always"), seen("changed.stp", changed, "never"));
         EXPECT_EQ(keptPieces(), known + 1);
     }
-    // Units and tolerances are of all.
+    // Units and tolerances belong to all.
     for (const auto& [from, to] : {std::pair(".MILLI.", ".CENTI."), std::pair("1.E-07", "1.E-06")}) {
         const std::string changed = boost::replace_all_copy(file, from, to);
         known = keptPieces();

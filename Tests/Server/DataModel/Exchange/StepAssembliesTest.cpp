@@ -1,4 +1,4 @@
-// Assemblies of STEP files: many, deep, and such as no honest program writes.
+// Assemblies in STEP files: many, deep, and some that no honest program writes.
 
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
@@ -19,7 +19,7 @@ namespace {
 class StepText
 {
 public:
-    static constexpr size_t kPart = 0; ///< What the file held before.
+    static constexpr size_t kPart = 0; ///< What the file contained before.
 
     explicit StepText(std::string text) : m_text(std::move(text))
     {
@@ -49,7 +49,8 @@ public:
         return m_products.size() - 1;
     }
 
-    /// Shifts the part by `x`. The relation of the two shapes can be told the other way round than the usage.
+    /// Shifts the part by `x`. The relation of the two shapes can be stated the other way round than the
+    /// usage.
     void use(size_t assembly, size_t part, int x, bool reversed = false)
     {
         const int point = add("CARTESIAN_POINT('',(" + std::to_string(x) + ".,0.,0.))");
@@ -179,7 +180,7 @@ TEST_F(StepAssembliesTest, WhatCanNotBeShownIsRefusedWithItsCause)
     };
     expectFault(chain(10000, 1), "levels");
     expectFault(chain(31, 2), "so often");
-    // As deep as anybody builds, and deeper.
+    // As deep as real models are, and deeper.
     Document* document = open(chain(1000, 1));
     ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
     EXPECT_NEAR(volumeOf(*document->activeAsset()), 6, 1e-6);
@@ -197,7 +198,7 @@ TEST_F(StepAssembliesTest, ThousandsOfOccurrencesKeepTheirPlacesAndColours)
     Asset* asset = document->activeAsset();
     const auto& parts = asset->components()->children.front()->children;
     ASSERT_EQ(parts.size(), size_t(kCount));
-    // On both sides of where the writer begins anew.
+    // On both sides of where the writer starts again.
     const std::vector<size_t> coloured{0, 4095, 4096, kCount - 1};
     std::vector<ObjectPath> paths;
     for (const size_t i : coloured)

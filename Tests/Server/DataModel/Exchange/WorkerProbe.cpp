@@ -1,5 +1,5 @@
-// A worker that behaves as no worker should, by what its first argument says. It is started by the tests in
-// place of one.
+// A worker that behaves as no worker should, in the way that its first argument says. Tests start it instead
+// of a real one.
 
 #include "Server/DataModel/Exchange/WorkerProtocol.h"
 #include "Server/Translate/Wall.h"
@@ -60,7 +60,7 @@ void spin()
         ++turns;
 }
 
-// One that the system gives next to nothing of the processor that the first argument names.
+// One that gets next to nothing of the processor that the first argument names.
 void starve(size_t processor)
 {
     cpu_set_t only;
@@ -82,7 +82,7 @@ uint64_t limitOf(decltype(RLIMIT_AS) resource)
     return limit.rlim_cur;
 }
 
-/// The number behind an argument of that beginning.
+/// The number after an argument's prefix.
 uint64_t numberBehind(const std::vector<std::string>& arguments, const std::string& beginning)
 {
     for (const std::string& argument : arguments)
@@ -136,7 +136,7 @@ bool writes(const std::string& path)
     return file >= 0 && write(file, "x", 1) == 1;
 }
 
-// What is beside the wall and what is within it, a line each.
+// What is outside the wall and what is inside it, one per line.
 void attack(const std::string& folder, const std::string& home)
 {
     const Vs::Translate::WallParts parts =
@@ -186,7 +186,7 @@ void becomeWithoutLandlock(const std::vector<std::string>& arguments)
     execv(program.c_str(), pointers.data());
 }
 
-// Never as progress, so that only their number tells that something is wrong.
+// Never as progress, so that only their number shows that something is wrong.
 void flood(Kind kind)
 {
     for (unsigned number = 0;; ++number)
@@ -238,7 +238,7 @@ void behave(const std::vector<std::string>& arguments)
 
 int main(int argc, char** argv)
 {
-    // Whatever becomes of the test, this doesn't stay.
+    // Whatever becomes of the test, this process ends.
     constexpr unsigned kLongestLife = 120;
     alarm(kLongestLife);
     if (argc > 1)

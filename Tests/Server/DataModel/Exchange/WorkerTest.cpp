@@ -36,7 +36,7 @@ size_t openDescriptors()
 class WorkerTest : public testing::Test
 {
 protected:
-    /// Reads `manyTriangles` in a worker of its own.
+    /// Reads `manyTriangles` in a separate worker.
     void run(Worker& worker, const Worker::Watch& watch = {})
     {
         Worker* workers[] = {&worker};
@@ -69,7 +69,7 @@ TEST_F(WorkerTest, IsEndedWhenItMakesNoProgressOrTakesTooLong)
     EXPECT_EQ(stalled.end(), Worker::End::Stalled);
     EXPECT_NE(stalled.fault().find("without progress"), std::string::npos) << stalled.fault();
 
-    // Whatever processor time it got.
+    // However much processor time it got.
     const milliseconds never(1'000'000);
     Worker starved(workerOf(Format::Stl), arguments(200'000), {never, never, 0, milliseconds(1)});
     run(starved);

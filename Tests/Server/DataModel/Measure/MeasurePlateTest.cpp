@@ -1,4 +1,4 @@
-// Distances from a plate that is full of holes, whose wide faces are looked at in a way of their own.
+// Distances from a plate that is full of holes, whose wide faces have a separate algorithm.
 
 #include "Server/DataModel/Edit/EditRequest.h"
 #include "Server/DataModel/ModelBuilder.h"
@@ -67,7 +67,7 @@ public:
             return {Placed::Kind::Cylinder,
                     {hole.radius * between(0.3, 0.95), between(3, 20), 0},
                     GkMatrix3d::translation({hole.x, hole.y, between(-6, 2)})};
-        case 1: // one that stands askew
+        case 1: // one that is tilted
             return {Placed::Kind::Cylinder,
                     {hole.radius * between(0.1, 0.5), between(3, 20), 0},
                     GkMatrix3d::translation({hole.x, hole.y, between(-6, 2)}) * turned(0.3)};

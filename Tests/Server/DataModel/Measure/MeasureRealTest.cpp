@@ -1,5 +1,5 @@
-// Files that nobody of this project made, each part measured. Skipped, with a notice, where the folder of
-// real data isn't there.
+// Files from outside this project, each part measured. Skipped, with a notice, if the folder of real data is
+// missing.
 
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"

@@ -1,5 +1,5 @@
 // What others state about files and shapes, read from their table, against what the manager measures.
-// Skipped, with a notice, where the folder of real data isn't there. Prints both as a table.
+// Skipped, with a notice, if the folder of real data is missing. Prints both as a table.
 
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
@@ -27,7 +27,7 @@ using Type = EMeasureType;
 
 namespace {
 
-/// The numbers that stand in the column "expected", by the row's id.
+/// The numbers in the column "expected", by the row's id.
 std::map<std::string, std::vector<double>> readReferences()
 {
     std::map<std::string, std::vector<double>> rows;
@@ -61,8 +61,8 @@ protected:
         m_references = readReferences();
     }
 
-    /// Compares with the row's number of that index, which is in `unit` of ours; its last digits are as good
-    /// as the row says.
+    /// Compares with the row's number of that index, which is given in units of `unit`; its last digits are
+    /// as accurate as the row says.
     void expectReference(const std::string& id, const char* what, size_t index, double ours,
                          double tolerance = 1e-6, double unit = 1)
     {
@@ -91,7 +91,7 @@ protected:
     }
     void close() { DocumentMgr::get()->close(asset->document()); }
 
-    /// The sum over the parts at the top, without those that have no such value.
+    /// The sum over the parts at the top, except those that have no such value.
     double whole(Type type)
     {
         double sum = 0;
@@ -138,8 +138,7 @@ TEST_F(MeasureReferenceTest, FilesMeasureWhatTheirAuthorsState)
         const char* file;
         double volumeTolerance, areaTolerance;
         double unit = 1;
-        double besideSolid =
-            0; ///< The area of the faces that no solid has and that the reference leaves out.
+        double besideSolid = 0; ///< The area of the free faces, which the reference omits.
     } files[] = {
         {"R01", "sg1-c5-214.stp", 1e-9, 1e-9},
         {"R02", "io1-pe-203.step", 1e-7, 1e-7},
@@ -231,7 +230,7 @@ TEST_F(MeasureReferenceTest, RoundedEdgesMeasureWhatOthersFound)
     for (uint32_t i = 0; i < 12; ++i) {
         const ObjectPath edge{cube, ObjectPath::Leaf::Edge, i};
         const GkPoint3d middle = position(pathText(edge, *asset));
-        // Those that meet in the origin.
+        // Those that meet at the origin.
         if (middle.x + middle.y + middle.z < 60)
             rounded.edges.push_back(edge);
     }

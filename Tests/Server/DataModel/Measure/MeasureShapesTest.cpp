@@ -1,4 +1,4 @@
-// Shapes that the program itself doesn't make: cones, open solids, what has shrunk to nothing.
+// Shapes that the program itself can't make: cones, open solids, degenerate ones.
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Selection/PathQueries.h"
@@ -20,7 +20,7 @@ using Type = EMeasureType;
 class MeasureShapesTest : public MeasuresTest
 {
 protected:
-    /// Opens what `write` makes; the path of the part.
+    /// Opens what `write` makes; returns the path of the part.
     std::wstring openShape(void (*write)(const std::string&))
     {
         write(Strings::narrow(scratch("shape.brep")));
@@ -32,8 +32,8 @@ protected:
         return pathText(ObjectPath{asset->components()->children[0]->id}, *asset);
     }
 
-    /// How many pairs of so many parts have each angle, in degrees; -1 stands for none. Each angle's
-    /// dimension stands at the side where the parts are, unless that is the other angle of the two.
+    /// How many pairs of that many parts have each angle, in degrees; -1 means none. Each angle's dimension
+    /// is on the side where the parts are, unless that is the other one of the two angles.
     std::map<int, int> anglesOf(const std::wstring& part, int count)
     {
         std::map<int, int> angles;
@@ -56,7 +56,7 @@ TEST_F(MeasureShapesTest, WhatMeetsHasTheAngleWithinItsBodyAndAllElseTheAcuteOne
     ASSERT_FALSE(hexagon.empty());
     // Neighbours, those one further, and each with both of the ends; opposite faces are parallel.
     EXPECT_EQ(anglesOf(hexagon + L"/Face", 8), (std::map<int, int>{{-1, 4}, {60, 6}, {90, 12}, {120, 6}}));
-    // At each end; upright ones are parallel, and so are those above and across from each other.
+    // At each end; upright ones are parallel, and so are those above and opposite each other.
     EXPECT_EQ(anglesOf(hexagon + L"/Edge", 18),
               (std::map<int, int>{{-1, 33}, {60, 36}, {90, 72}, {120, 12}}));
 }
@@ -80,14 +80,14 @@ TEST_F(MeasureShapesTest, AConeHasItsClosedFormsAndTheAngleOfItsAxis)
     ASSERT_FALSE(mantle.empty() || base.empty());
     expectNear(value({mantle}, Type::Area), pi * 8 * slant);
     expectNear(value({mantle}, Type::LoopLength), 2 * pi * 8);
-    // By its axis, which stands upright on its base.
+    // By its axis, which is perpendicular to its base.
     expectNear(value({mantle, base}, Type::Angle), pi / 2);
     MeasureResult result;
     EXPECT_FALSE(measure({mantle}, Type::Radius, result));
     EXPECT_NE(why.find("a cone has no radius"), std::string::npos) << why;
 
     ASSERT_NE(ModelBuilder(asset).box(5, 5, 5, {{}, L"Box", {}}, status), nullptr);
-    // Of the faces of a box along the axes one pair each has 90, 36.87 and 53.13 degrees to (0, 3, 4).
+    // Of the faces of an axis-aligned box, one pair each is at 90, 36.87 and 53.13 degrees to (0, 3, 4).
     double steepest = 0, flattest = pi;
     for (int i = 1; i <= 6; ++i) {
         const double angle =
@@ -164,7 +164,7 @@ TEST_F(MeasureShapesTest, RoundedBodiesAreAsFarApartAsTheKernelsSearchOverAllPar
     };
     for (int i = 0; i < 8; ++i) {
         SCOPED_TRACE(testing::Message() << "seed " << TestSupport::seed() << ", pair " << i);
-        // In a row, where many places are as near as each other, then turned anyhow.
+        // In a row, where many places are equally near, then rotated arbitrarily.
         const GkMatrix3d place =
             i < 4 ? GkMatrix3d::translation({i % 2 ? 25.0 : 0.0, i % 2 ? 0.0 : 15.0, i < 2 ? 0 : 7.0})
                   : GkMatrix3d::translation({between(-30, 30), between(-30, 30), between(5, 30)}) *
@@ -188,7 +188,7 @@ TEST_F(MeasureShapesTest, ExtrudedEllipsesAreMeasuredExactlyInBothForms)
 {
     const std::wstring part = openShape(&KernelShapes::writeExtrudedEllipses);
     ASSERT_FALSE(part.empty());
-    // By the middles of so many pieces, which converges quickly over a whole turn.
+    // By the midpoints of that many segments, which converges quickly over a full turn.
     constexpr int kPieces = 1000;
     double around = 0;
     for (int i = 0; i < kPieces; ++i) {
@@ -224,7 +224,7 @@ DEF Corner Transform { translation 0 0.1 0 scale 2 2 2 children [ Shape { geomet
     // From its far side.
     expectNear(value({big + L"/Face1", ball}, Type::Distance), 95);
     expectNear(value({big + L"/Face1", big + L"/Face3"}, Type::Angle), pi / 2);
-    // Of a component that holds them all; the ball's weight counts as it is shown.
+    // For a component that holds them all; the ball's mass counts as displayed.
     const double ballVolume = 4 * pi / 3 * 15 * 15 * 15;
     expectNear(value({L"scaled"}, Type::Volume), 8000 + ballVolume + 288);
 

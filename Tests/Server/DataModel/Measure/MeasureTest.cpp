@@ -24,7 +24,7 @@ using Type = EMeasureType;
 class MeasureTest : public MeasuresTest
 {
 protected:
-    /// A box of 10 x 20 x 30 at the origin, one turned by 30 degrees about z beside it, a cylinder and
+    /// A box of 10 x 20 x 30 at the origin, one rotated by 30 degrees about z beside it, a cylinder and
     /// spheres.
     void SetUp() override
     {
@@ -41,7 +41,7 @@ protected:
         ASSERT_TRUE(status.isOk()) << Strings::narrow(status.toString());
     }
 
-    /// The face of a box whose middle is there, in the asset's coordinates.
+    /// The face of a box with its middle there, in the asset's coordinates.
     std::wstring at(const std::wstring& part, int count, const GkPoint3d& place)
     {
         for (int i = 1; i <= count; ++i) {
@@ -88,7 +88,7 @@ TEST_F(MeasureTest, BodiesOfManyFacesAreAsFarApartAsTheirNearestPlaces)
     builder.box(300, 300, 300, {GkMatrix3d::translation({-50, -50, -50}), L"Hull", {}}, status);
     EXPECT_EQ(value({L"Hull", L"Sieve:1"}, Type::Distance), 0);
     EXPECT_EQ(value({L"Sieve:1", L"Hull"}, Type::Distance), 0);
-    // What is known holds for these places and these shapes.
+    // Cached values are valid for these places and these shapes.
     apply(MoveEdit{{above}, GkMatrix3d::translation({0, 0, 1})});
     expectNear(apart(L"Sieve:2"), 8);
     ASSERT_TRUE(Transaction::undo(asset));
@@ -157,10 +157,10 @@ TEST_F(MeasureTest, DistancesAreTheShortestOnesWithTheirEnds)
     EXPECT_TRUE(result.point1.isEqualTo({-4, 0, 200}, {1e-6, 1e-6}));
     EXPECT_TRUE(result.point2.isEqualTo({4, 0, 200}, {1e-6, 1e-6}));
     expectNear(value({L"Ball:2/Face1", L"Ball:1/Face1"}, Type::DeltaX), -8);
-    // Spheres about one centre are 2 mm apart everywhere, but the smaller solid lies within the larger.
+    // Concentric spheres are 2 mm apart everywhere, but the smaller solid is inside the larger.
     expectNear(value({L"Ball:1/Face1", L"Shell/Face1"}, Type::Distance), 2);
     EXPECT_EQ(value({L"Ball:1", L"Shell"}, Type::Distance), 0);
-    // A corner to the mantle of the post, and skew edges.
+    // A corner to the side of the post, and skew edges.
     expectNear(value({at(L"Box/Vertex", 8, {0, 20, 0}), L"Post"}, Type::Distance), 75);
     const std::wstring upright = at(L"Box/Edge", 12, {0, 0, 15}), across = at(L"Box/Edge", 12, {5, 20, 30});
     expectNear(value({upright, across}, Type::Distance), 20);

@@ -1,4 +1,4 @@
-// Parts of bodies that consist of triangles alone: what was exact once is measured like it.
+// Parts of bodies that consist only of triangles: what was once exact is measured as if it still were.
 
 #include "Server/Body/Body.h"
 #include "Server/Body/PartsMesh.h"
@@ -63,7 +63,7 @@ protected:
     {
         return path + L'/' + kind + std::to_wstring(index + 1);
     }
-    /// The face or edge whose middle is there.
+    /// The face or edge with its middle there.
     std::wstring at(const wchar_t* kind, size_t count, const GkPoint3d& place)
     {
         for (size_t i = 0; i < count; ++i)
@@ -118,14 +118,14 @@ TEST_F(MeasureTrianglesTest, FacesEdgesAndVerticesAreThoseOfTheBodyThatTheyWere)
         expectNear(value({face({15, 15, 10})}, Type::LoopLength), 2 * around);
         expectNear(value({left, face({40, 15, 7.5})}, Type::Distance), 40);
         expectNear(value({edge({0, 15, 0}), edge({40, 15, 0})}, Type::Distance), 40);
-        // From the rim to the side, which it is 9 mm away from, as near as its corners come.
+        // From the rim to the side, 9 mm away, as exactly as its corners allow.
         expectNear(value({edge({15, 15, 0}), left}, Type::Distance), 9, 2e-2);
         expectNear(value({left, face({19.872, 0, 9.94})}, Type::Angle), pi / 2);
         std::map<int, int> corners;
         for (size_t i = 0; i < mesh->vertexPoints.size() / 3; ++i)
             ++corners[int(std::lround(value({part(L"Vertex", i), left}, Type::Distance)))];
         EXPECT_EQ(corners, (std::map<int, int>{{0, 4}, {35, 2}, {40, 4}}));
-        // What has no answer says why.
+        // Where there is no value, the reason is given.
         MeasureResult result;
         EXPECT_FALSE(measure({part(L"Face", mesh->faces.size() - 1)}, Type::Length, result));
         DocumentMgr::get()->close(asset->document());

@@ -18,7 +18,7 @@ protected:
             new Vs::LogicalSelection(asset, path.value_or(Vs::ObjectPath{}), nullptr));
     }
 
-    /// The reason for false is in `why`.
+    /// When false, `why` holds the reason.
     bool measure(const std::vector<std::wstring>& texts, Vs::EMeasureType type, Vs::MeasureResult& result)
     {
         Vs::Status own;

@@ -9,8 +9,8 @@
 #include <utility>
 #include <xxhash.h>
 
-/// A model file in memory, to be changed as somebody would who wants to do harm: its hashes, which have no
-/// key, come right again.
+/// A model file in memory, to be changed as an attacker would: its hashes, which have no key, are made to
+/// match again.
 class CraftedModel
 {
 public:
@@ -29,7 +29,7 @@ public:
     {
         std::memcpy(&m_bytes.at(at + sizeof value - 1) - (sizeof value - 1), &value, sizeof value);
     }
-    /// Where a number stands between two places of the file; fails by an exception if it doesn't.
+    /// Where a number is between two offsets of the file; fails by an exception if it isn't there.
     size_t find(uint64_t value, size_t begin, size_t end) const
     {
         for (size_t at = begin; at + sizeof value <= end; ++at)
@@ -42,7 +42,7 @@ public:
     size_t indexPlace() const { return get<uint64_t>(24); }
     size_t kernelPlace() const { return get<uint64_t>(32); }
 
-    /// Puts this mesh in the place of the only one, as it is.
+    /// Replaces the only mesh with this one, as it is.
     void replaceMesh(const Vs::BodyMesh& mesh)
     {
         const size_t index = indexPlace();
@@ -55,7 +55,7 @@ public:
         set<uint64_t>(32, get<uint64_t>(32) + moved);
     }
 
-    /// The file with hashes that fit; fails by an exception if there is nothing that they could be of.
+    /// The file with matching hashes; fails by an exception if there is nothing to hash.
     const std::string& sealed()
     {
         if (kernelPlace() < kHeader || kernelPlace() > m_bytes.size())

@@ -20,7 +20,7 @@ public:
     void assetSettingsChanged(AssetEvent* event) override { seen.push_back(event->asset()->setting("a")); }
 
     int components = 0;
-    std::vector<std::wstring> seen; ///< The value of "a", each time that one was told of.
+    std::vector<std::wstring> seen; ///< The value of "a" at each notification of a change.
 };
 
 /// The model and the settings, as text.
@@ -148,7 +148,7 @@ TEST_F(HistoryTest, TheOldestStepsAreForgottenTogether)
     Asset* asset = newAsset();
     std::vector<std::string> states{stateOf(*asset)};
     for (unsigned number = 1; number <= 130; ++number) {
-        // Most are of the model, so that its own list is full as well.
+        // Most belong to the model, so that its own list is full as well.
         step(asset, number % 10 == 0 ? 2 : 1, number);
         states.push_back(stateOf(*asset));
     }

@@ -77,7 +77,7 @@ std::string faultOf(const TestSupport::ScratchFolder& folder, CraftedModel model
     }
 }
 
-/// A sound model with this tree; the writer leaves it to the reader to judge.
+/// A sound model with this tree; the writer leaves validation to the reader.
 std::string faultOf(const TestSupport::ScratchFolder& folder, const PartTree& tree)
 {
     const std::string path = (folder.path() / "tree.model").string();
@@ -126,7 +126,7 @@ TEST(ModelFile, ReadsBackWhatWasWritten)
     EXPECT_EQ(file->mesh(1), nullptr);
 }
 
-// Three boxes: one where it was made, one turned by 90 degrees, and a hidden red one that is only shifted.
+// Three boxes: one where it was made, one rotated by 90 degrees, and a hidden red one that is only shifted.
 TEST(ModelFile, ATreeOfTheSecondLayoutIsReadAndWrittenAnewInLess)
 {
     const TestSupport::ScratchFolder folder;
@@ -136,7 +136,7 @@ TEST(ModelFile, ATreeOfTheSecondLayoutIsReadAndWrittenAnewInLess)
     ModelFileWriter writer(path);
     writer.addMesh(old->mesh(0).get());
     PartTree written = tree;
-    written.roots[2].placement.entry[3][0] = 0.5; // As no motion has it.
+    written.roots[2].placement.entry[3][0] = 0.5; // Unlike any motion.
     writer.writeIndex(written, {});
     writer.addKernelData(old->kernelData());
     writer.finish();
@@ -193,7 +193,7 @@ TEST(ModelFile, ACutOrForeignFileIsNoModel)
     EXPECT_THROW(ModelFile::open(folder.path().string()), std::runtime_error);
 }
 
-// Each of these was shown, picked or exported by reading or writing beyond the mesh's own memory.
+// Each of these was displayed, picked or exported by reading or writing beyond the mesh's own memory.
 TEST(ModelFile, AMeshWhoseNumbersLeadOutOfItIsDamagedThoughItsHashesAreRight)
 {
     const TestSupport::ScratchFolder folder;
@@ -245,7 +245,7 @@ TEST(ModelFile, AMeshWhoseNumbersLeadOutOfItIsDamagedThoughItsHashesAreRight)
     for (const auto& [name, change] : rules)
         EXPECT_NE(faultWith(change).find("damaged"), std::string::npos) << name << ": " << faultWith(change);
 
-    // What is odd but harmless stays readable: coordinates may be any numbers.
+    // Odd but harmless content stays readable: coordinates may be any numbers.
     EXPECT_EQ(faultWith([](BodyMesh& m) { m.positions[0] = std::numeric_limits<float>::quiet_NaN(); }),
               "none");
     EXPECT_EQ(faultWith([](BodyMesh& m) { m = BodyMesh(); }), "none");
@@ -332,7 +332,7 @@ TEST(ModelFile, ATreeThatDoesNotHangTogetherIsRefused)
     EXPECT_NE(faultWith([&](Node& a) { deep(a, 1500); }).find("too deep"), std::string::npos);
 }
 
-// A count that is possible by itself, but not in each of a thousand nested lists.
+// A count that is possible once, but not in each of a thousand nested lists.
 TEST(ModelFile, CountsThatClaimMoreThanThereIsTakeNoMemory)
 {
     const TestSupport::ScratchFolder folder;

@@ -1,4 +1,5 @@
-// The component tree reads again what a change touched: it must be the tree that all of the data would give.
+// The component tree reads again only what a change touched: it must equal the tree that reading all of the
+// data would give.
 
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
@@ -57,7 +58,7 @@ std::string asText(const Component& parent)
     return text.str();
 }
 
-/// Paths count the siblings of a name, and names that are given take the lowest number that is free.
+/// Paths count the siblings of a name, and new names get the lowest free number.
 void expectCounted(const Asset& asset, const Component& parent, const std::wstring& path)
 {
     std::map<std::wstring, int> counts;
@@ -75,7 +76,7 @@ void expectCounted(const Asset& asset, const Component& parent, const std::wstri
     ASSERT_EQ(asset.data().names(parent).free(L"Box"), L"Box" + std::to_wstring(free));
 }
 
-/// The tree as everybody sees it, and what the data give.
+/// The tree as everybody sees it, and the one read from the data.
 void expectUpToDate(const Asset& asset)
 {
     const PartTree tree = asset.data().source().withKernel([](ModelKernel& kernel) { return kernel.tree(); });
@@ -93,8 +94,8 @@ size_t count(const std::vector<PartTree::Node>& nodes)
     return all;
 }
 
-/// What a save writes, and what another model is given, is what is seen, though steps that were undone or can
-/// be are still known.
+/// What a save writes, and what another model is given, is what is visible, though steps that were or can be
+/// undone are still known.
 void expectWrittenAsSeen(const Asset& asset)
 {
     std::ostringstream stream;
@@ -142,7 +143,7 @@ protected:
             return run(asset, EditRequest::make(&asset, L"Move", MoveEdit{{id}, aside}));
         case 4:
         case 5: {
-            // No colour, and a few that come again and again.
+            // No colour, and a few that recur.
             const auto red = static_cast<float>(number % 4) / 4;
             const auto colour = number % 4 ? std::optional(Colour{red, 0, 1, 1}) : std::nullopt;
             return run(asset, EditRequest::make(&asset, L"Colour", ColourEdit{{{id}}, colour}));
@@ -182,7 +183,7 @@ TEST_F(TreeRefreshTest, AfterAnyChangeTheTreeIsThatOfTheData)
     Document* document = open((TestSupport::realDataFolder() / "as1-oc-214.stp").wstring());
     ASSERT_TRUE(document);
     for (unsigned number = 0; number < 80; ++number) {
-        // The first change of what was read goes by the tree of the file.
+        // The first change of a model that was read relies on the file's tree.
         if (number % 10 == 9) {
             const std::wstring file = scratch("saved" + std::to_string(number) + ".tdsn");
             ASSERT_TRUE(document->saveAs(file, status)) << Strings::narrow(status.toString());

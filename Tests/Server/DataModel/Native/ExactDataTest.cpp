@@ -1,4 +1,4 @@
-// The exact data of native files: whose they are, and what becomes of them.
+// The exact data of native files: who made them, and what becomes of them.
 
 #include "Server/Base/OwnFiles.h"
 #include "Server/Base/Strings.h"
@@ -22,7 +22,7 @@ using namespace Vs::Exchange;
 
 namespace {
 
-/// How many exact data a worker has written anew so far.
+/// How many exact data a worker has rewritten so far.
 size_t renewed()
 {
     size_t count = 0;
@@ -36,7 +36,7 @@ size_t renewed()
 class ExactDataTest : public NativeTest
 {
 protected:
-    /// Nobody knows any data any more.
+    /// No data are known any more.
     static void forgetAll() { std::filesystem::remove(importCache().folder() + "/known-data"); }
     void closeAll()
     {
@@ -48,21 +48,21 @@ protected:
     {
         std::vector<Entry> entries = readPackage(path);
         entries[1].content = model.sealed();
-        // No hash is one that isn't known.
+        // An unknown hash counts as none.
         std::string& manifest = entries[2].content;
         manifest.replace(manifest.find("\"hash\": \"") + 9, 16, std::string(16, '0'));
         writePackage(target, entries);
     }
-    /// As an export of another fineness does.
+    /// As an export at another refinement does.
     static void meshAnew(const Body& body)
     {
         try {
             cast<ModelBody>(&body)->meshFor({.surfaceDeviation = 0.01f});
         } catch (const std::runtime_error&) {
-            // That it is refused is no matter here.
+            // It doesn't matter here that it is refused.
         }
     }
-    /// The first message of asking a body of a file for its volume; empty if there was none.
+    /// The first message when asking a body of a file for its volume; empty if there was none.
     std::string faultOf(const std::wstring& path, bool ahead = false)
     {
         Document* document = open(path);
@@ -98,7 +98,7 @@ TEST_F(ExactDataTest, WhatThisUserSavedIsReadAsItIsAndWhatAnybodyMadeByAWorkerFi
     EXPECT_EQ(digestOf(*open(scratch("copy.tdsn"))->activeAsset()), digest);
     EXPECT_EQ(renewed(), before + 1);
 
-    // What is changed is the user's own from then on; the same data saved again stay whose they were.
+    // What is changed is the user's own from then on; the same data saved again keep their origin.
     Document* document = DocumentMgr::get()->document(0u);
     ASSERT_TRUE(saveAs(document, scratch("unchanged.tdsn"))) << message();
     ModelBuilder(document->activeAsset()).box(1, 2, 3, {}, status);
@@ -131,7 +131,7 @@ TEST_F(ExactDataTest, DamagedOnesAreToldOfEachTimeAndTheNextFileIsReadAsEver)
     EXPECT_EQ(volumeOf(*open(path)->activeAsset()), volume);
 }
 
-// Finite, and still not what the kernel can compute with: one of its algorithms broke down.
+// Finite, and still not what the kernel can compute with: one of its algorithms crashed on it.
 TEST_F(ExactDataTest, ANumberBeyondAllBoundsInThemEndsNothingWhenTheyAreMeshed)
 {
     const std::wstring path = savedFile("sound.tdsn");

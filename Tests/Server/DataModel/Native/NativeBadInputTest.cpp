@@ -1,4 +1,4 @@
-// Native files of other versions, damaged ones, and ones that were made to do harm.
+// Native files of other versions, damaged ones, and malicious ones.
 
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Strings.h"
@@ -20,7 +20,7 @@ using namespace Vs;
 
 namespace {
 
-/// Writes down of which documents damage is told, and how.
+/// Records for which documents damage is reported, and how.
 class DamageDiary : public FileDamageEventSite
 {
 public:
@@ -44,7 +44,7 @@ protected:
         FileChecks::wait();
         FileChecks::results().flush();
     }
-    /// Opens a file that can't be: one message, and nothing half open.
+    /// Opens a file that can't be opened: checks that there is one message, and that nothing stays half open.
     void expectRefused(const std::wstring& path, const std::string& cause)
     {
         EXPECT_EQ(open(path), nullptr) << cause;
@@ -257,14 +257,14 @@ TEST_F(NativeBadInputTest, APackageThatWasMadeToDoHarmIsRefused)
     for (const char* name : {"../../etc/passwd", "/etc/passwd", "assets/../../x", "..", "a\\..\\b", "C:x"})
         expectRefused({sound[0], sound[1], {name, "x", false}}, "forbidden name");
 
-    // One name twice: the library writes none, so the second is given the name afterwards.
+    // One name twice: the library doesn't write that, so the second is renamed afterwards.
     writePackage(scratch("twice.tdsn"), {sound[1], sound[2], {"manifest.jsoN", "{}", false}});
     std::string content = contentOf(scratch("twice.tdsn"));
     for (size_t place; (place = content.find("manifest.jsoN")) != std::string::npos;)
         content[place + 12] = 'n';
     expectRefused(write("twice.tdsn", content), "twice");
 
-    // 100 MB of nothing pack into 100 KB.
+    // 100 MB of zeros pack into 100 KB.
     std::vector<Entry> bomb = changed("\"place\": ", "\"place\": 1");
     bomb[1] = {bomb[1].name, std::string(100'000'000, '\0'), true};
     expectRefused(bomb, "impossible size");
@@ -274,7 +274,7 @@ TEST_F(NativeBadInputTest, APackageThatWasMadeToDoHarmIsRefused)
     expectRefused(bomb, "\"manifest.json\"");
 }
 
-// Each of these took all memory, or ended the program by a recursion without end.
+// Each of these used up all memory, or ended the program by an endless recursion.
 TEST_F(NativeBadInputTest, AssetsThatReferInACircleOrShareOneModelAreRefused)
 {
     Document* document = madeAsset()->document();
@@ -330,7 +330,7 @@ TEST_F(NativeBadInputTest, AssetsThatReferInACircleOrShareOneModelAreRefused)
         return entries;
     };
     expectRefused(replaced(sound, "entry", 0), "another asset's as well");
-    // Under two names, one place in the file: two spheres are the same model.
+    // Two names for one place in the file: two spheres are the same model.
     std::string content = contentOf(scratch("three.tdsn")), manifest = sound.back().content;
     const std::string before = checksumOf(manifest), from = valueOf("place", 2);
     std::string to = valueOf("place", 1);
@@ -366,7 +366,7 @@ TEST_F(NativeBadInputTest, EntriesThatLieOneOverTheOtherAreRefused)
 {
     writePackage(scratch("two.tdsn"), {{"a", "", false}, {"b", std::string(2000, 'b'), false}});
     std::string bytes = contentOf(scratch("two.tdsn"));
-    // The first, which is empty, is made to reach over the second as a whole.
+    // The first, which is empty, is made to extend over the whole of the second.
     const size_t begin = bytes.find('a', 30) + 1, end = bytes.find("PK\1\2");
     const std::string content = bytes.substr(begin, end - begin);
     const auto size = static_cast<uint32_t>(content.size());
@@ -378,7 +378,7 @@ TEST_F(NativeBadInputTest, EntriesThatLieOneOverTheOtherAreRefused)
     expectRefused(write("two.tdsn", bytes), "one over the other");
 }
 
-// By name it is nobody's, by its content it would be ours.
+// By its name it belongs to nobody, by its content it would be ours.
 TEST_F(NativeBadInputTest, TheCauseIsToldWhateverTheNameIs)
 {
     std::vector<Entry> entries = readPackage(savedFile("sound.tdsn"));
@@ -388,7 +388,7 @@ TEST_F(NativeBadInputTest, TheCauseIsToldWhateverTheNameIs)
         expectRefused(scratch(name), "forbidden name \"../evil\"");
         const std::string whole = contentOf(scratch("sound.tdsn"));
         expectRefused(write(name, whole.substr(0, whole.size() / 2)), "cut short");
-        // Any other archive is no file of ours.
+        // Any other archive isn't one of our files.
         writePackage(scratch(name), {{"readme.txt", "text"}});
         expectRefused(scratch(name), "of no kind");
     }

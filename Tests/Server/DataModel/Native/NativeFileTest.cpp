@@ -25,7 +25,7 @@ namespace {
 
 const std::string kPicture = "\x89PNG\r\n\x1a\n and so on";
 
-/// Writes down what is told of saving.
+/// Records the notifications about saving.
 class Diary : public DocumentEventSite
 {
 public:
@@ -100,7 +100,7 @@ TEST_F(NativeFileTest, APackageIsOneForEveryToolAndAlsoWhenAnotherPackedItAnew)
     std::vector<Entry> entries = readPackage(path);
     ASSERT_EQ(entries.size(), 3u);
     EXPECT_FALSE(entries[1].packed);
-    // Where everybody who tells files by their content looks for it.
+    // Where all programs that identify files by their content look for it.
     const std::string type = "application/vnd.quillet.document";
     EXPECT_EQ(contentOf(path).substr(30, 8 + type.size()), "mimetype" + type);
     if (boost::filesystem::exists("/usr/bin/unzip")) {
@@ -112,7 +112,7 @@ TEST_F(NativeFileTest, APackageIsOneForEveryToolAndAlsoWhenAnotherPackedItAnew)
     Document* opened = open(scratch("anew.tdsn"));
     ASSERT_NE(opened, nullptr) << message();
     EXPECT_EQ(digestOf(*opened->activeAsset()), digest);
-    // And its next save is one of ours again.
+    // And its next save is a normal one again.
     EXPECT_TRUE(save(opened)) << message();
     EXPECT_EQ(digestOf(*reopen(opened)->activeAsset()), digest);
 }
@@ -133,7 +133,7 @@ TEST_F(NativeFileTest, OnlyTheModelThatChangedIsWrittenAnew)
     const std::vector<Entry> after = readPackage(document->path());
     EXPECT_EQ(after[1].content, before[1].content);
     EXPECT_NE(after[2].content, before[2].content);
-    // The first one's meshes and shapes come out of a file that has no name any more.
+    // The first one's meshes and shapes come from a file that no longer has a name.
     EXPECT_NEAR(volumeOf(*kept), 10 * 20 * 30 + M_PI * 25 * 40, 1e-2);
     ASSERT_TRUE(save(document)) << message();
     EXPECT_EQ(readPackage(document->path())[1].content, before[1].content);
@@ -289,16 +289,16 @@ TEST_F(NativeFileTest, ACopyOfAnOpenFileIsADocumentOfItsOwn)
     EXPECT_NE(copy->activeAsset()->guid(), original->activeAsset()->guid());
     EXPECT_EQ(open(path), original);
     EXPECT_EQ(DocumentMgr::get()->documents(), 2u);
-    // Neither may take the other's file from under it.
+    // Neither may take the other's file away.
     EXPECT_FALSE(saveAs(copy, path));
     EXPECT_TRUE(oneMessage(path, "another document"));
-    // After clearing its path the copy is one that was never saved.
+    // After its path is cleared the copy is a never-saved one.
     copy->clearPath();
     EXPECT_FALSE(copy->isOnDisk());
     EXPECT_FALSE(save(copy));
 }
 
-// The look for damage comes later, and would keep the file's descriptor until then.
+// The check for damage comes later, and would keep the file's descriptor until then.
 TEST_F(NativeFileTest, AFileThatWasClosedIsHeldNoLonger)
 {
     namespace fs = std::filesystem;
@@ -354,7 +354,7 @@ TEST_F(NativeFileTest, ATranslatedModelIsTheSameFromItsNativeFile)
         EXPECT_EQ(digestOf(*document->activeAsset()), digest);
         EXPECT_NEAR(volumeOf(*document->activeAsset()), volume, 1e-9 * volume);
         EXPECT_NEAR(areaOf(*document->activeAsset()), area, 1e-9 * area);
-        // The same again after a change, which writes everything anew.
+        // The same again after a change, which rewrites everything.
         ModelBuilder(document->activeAsset()).box(1, 1, 1, {}, status);
         const std::string changed = digestOf(*document->activeAsset());
         ASSERT_TRUE(save(document)) << message();

@@ -105,7 +105,7 @@ std::vector<Entry> readPackage(const std::wstring& path)
         Entry entry{info.name, std::string(info.size, '\0'), info.comp_method != ZIP_CM_STORE};
         zip_file_t* file = zip_fopen_index(zip, i, 0);
         EXPECT_EQ(zip_fread(file, entry.content.data(), info.size), static_cast<zip_int64_t>(info.size));
-        // Only at the end is the checksum compared.
+        // The checksum is compared only at the end.
         char beyond;
         EXPECT_EQ(zip_fread(file, &beyond, 1), 0) << zip_file_strerror(file);
         zip_fclose(file);

@@ -6,7 +6,7 @@
 #include <functional>
 #include <map>
 
-/// What tests of native files have in common.
+/// Shared by the tests of native files.
 class NativeTest : public DataModelTest
 {
 protected:
@@ -24,16 +24,16 @@ protected:
     Vs::Document* reopen(Vs::Document* document);
     /// A saved and closed file with the document of `madeAsset`.
     std::wstring savedFile(const std::string& name);
-    /// Everything in the scratch folder, so that what a save leaves behind is seen.
+    /// Everything in the scratch folder, so that whatever a save leaves behind is noticed.
     size_t filesInFolder() const;
 };
 
-/// Gives its answers to what it is asked, and remembers the questions.
+/// Answers questions, and remembers them.
 class Handler : public Vs::IDocMgmtHandler
 {
 public:
     using Code = Vs::EDocMgmtOpCode;
-    std::map<std::string, Code> answers; ///< No opinion about what isn't in here.
+    std::map<std::string, Code> answers; ///< No opinion about anything that isn't in here.
     std::vector<std::string> asked;
 
     Code onSavingFirstTime(const Documents&) override { return answer("first"); }

@@ -61,7 +61,7 @@ TEST(PackageWriter, PartsBeyondFourGigabytesAreFoundAgain)
     zip_discard(zip);
 }
 
-// What an entry claims is believed before it is unpacked: nothing is behind these claims.
+// An entry's claims are trusted until it is unpacked: nothing is behind these.
 TEST(Package, EntriesThatUnpackedTakeMoreThanHalfOfTheMemoryTogetherAreRefused)
 {
     constexpr uint64_t kSmall = 1 << 20, kRatio = 200, kMostOfOne = uint64_t(16) << 30;

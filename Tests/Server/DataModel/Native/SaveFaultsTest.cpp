@@ -1,5 +1,5 @@
-// Every system call of a save is made to fail once, and the machine to die there: what stood on the disk is
-// the old file or the new one, whole, and never anything else.
+// Every system call of a save is made to fail once, and the machine to crash there: what is on the disk is
+// the whole old file or the whole new one, and never anything else.
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -19,15 +19,16 @@ namespace fs = boost::filesystem;
 
 namespace {
 
-/// Makes one call fail, each call short, or every call from one on do nothing.
+/// Makes one call fail, all calls transfer less, or all calls from one on do nothing.
 class Faults : public FileCalls
 {
 public:
     enum class Kind {
         None,
         Error,  ///< The call fails with `code`.
-        Death,  ///< The call and all after it fail and do nothing.
-        Shorter ///< Every transfer moves a part of what it was asked for, and every other is interrupted.
+        Death,  ///< The call and all later ones fail and do nothing.
+        Shorter ///< Every transfer moves only a part of what was requested, and every other one is
+                ///< interrupted.
     };
 
     Faults() { replace(this); }
@@ -84,7 +85,7 @@ public:
     int flush(int descriptor) override { return fails("flush") ? -1 : FileCalls::flush(descriptor); }
     int close(int descriptor) override
     {
-        // A descriptor is closed whatever is answered; also a process that dies closes its own.
+        // A descriptor is closed whatever the result; also a process that dies closes its own.
         const int result = FileCalls::close(descriptor);
         return fails("close") ? -1 : result;
     }
@@ -123,7 +124,7 @@ private:
 class SaveFaultsTest : public NativeTest
 {
 protected:
-    /// Two assets, of which one is as it was saved and the other has a change: a save copies and writes.
+    /// Two assets, one unchanged since it was saved and the other changed: a save copies and writes.
     Document* changedDocument()
     {
         Document* document = madeAsset()->document();
@@ -149,7 +150,7 @@ protected:
         return found;
     }
 
-    bool labelled = false; ///< The file system takes attributes.
+    bool labelled = false; ///< The file system supports attributes.
 };
 
 TEST_F(SaveFaultsTest, AtEveryCallTheOldFileStaysWholeOrTheNewOneIsComplete)
@@ -176,7 +177,7 @@ TEST_F(SaveFaultsTest, AtEveryCallTheOldFileStaysWholeOrTheNewOneIsComplete)
             }
             if (contentOf(document->path()) != old) {
                 EXPECT_EQ(digestOfFile(document->path()), changed) << where;
-                // From here on the old content is lost, so it is put back for the next call.
+                // From here on the old content is lost, so it is restored for the next call.
                 if (hit) {
                     DocumentMgr::get()->close(document);
                     document = changedDocument();
@@ -196,7 +197,7 @@ TEST_F(SaveFaultsTest, AtEveryCallTheOldFileStaysWholeOrTheNewOneIsComplete)
             EXPECT_NE(failedCalls.find(name), std::string::npos) << failedCalls;
         for (const char* name : {"attribute ", "giveAttribute "})
             EXPECT_EQ(failedCalls.find(name) != std::string::npos, labelled) << failedCalls;
-        // What was left behind went with the last save, which nothing hindered.
+        // What was left behind was removed by the last save, which nothing hindered.
         EXPECT_EQ(filesInFolder(), 1u);
         DocumentMgr::get()->close(document);
     }

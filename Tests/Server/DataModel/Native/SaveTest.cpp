@@ -1,4 +1,4 @@
-// What stands in the way of a save, and what must not be lost by one.
+// What prevents a save, and what a save must not lose.
 
 #include "Server/Base/Progress.h"
 #include "Server/Base/StringTable.h"
@@ -23,7 +23,7 @@ namespace fs = boost::filesystem;
 class SaveTest : public NativeTest
 {
 protected:
-    /// A document that was saved and has a change since.
+    /// A document that was saved and changed since.
     Document* changedDocument(const std::string& name)
     {
         Document* document = madeAsset()->document();
@@ -61,7 +61,7 @@ TEST_F(SaveTest, ALinkStaysALinkAndTheRightsStay)
     EXPECT_EQ(info.st_mode & 07777, 0640u);
     DocumentMgr::get()->close(document);
     EXPECT_EQ(componentsOf(*open(scratch("real.tdsn"))->activeAsset()).size(), 3u);
-    // A link to nothing is filled, and one in a circle told of.
+    // A link to nothing is filled, and a circular one reported.
     fs::create_symlink("later.tdsn", folder.path() / "early.tdsn");
     EXPECT_TRUE(saveAs(DocumentMgr::get()->document(0u), scratch("early.tdsn"))) << message();
     EXPECT_TRUE(fs::is_regular_file(folder.path() / "later.tdsn"));
@@ -74,7 +74,7 @@ TEST_F(SaveTest, LabelsAndAccessListsStay)
 {
     Document* document = changedDocument("labelled.tdsn");
     const std::string path = Strings::narrow(document->path());
-    // The owner, one more user, the group, the bound of both, the others: as the system's interface has them.
+    // The owner, one more user, the group, the mask, the others: in the format of the system's interface.
     struct Entry
     {
         uint16_t tag, rights;
@@ -103,7 +103,7 @@ TEST_F(SaveTest, LabelsAndAccessListsStay)
         ASSERT_GE(size, 0) << name;
         EXPECT_EQ(std::string(found, static_cast<size_t>(size)), value) << name;
     }
-    // They are the replaced file's, not the document's.
+    // They belong to the replaced file, not the document.
     ASSERT_TRUE(saveAs(document, scratch("plain.tdsn"))) << message();
     EXPECT_LT(getxattr(Strings::narrow(scratch("plain.tdsn")).c_str(), kept[0].first.c_str(), nullptr, 0), 0);
 }
@@ -143,7 +143,7 @@ TEST_F(SaveTest, AFileThatAnotherProgramChangedIsNotOverwrittenSilently)
 {
     Document* document = changedDocument("shared.tdsn");
     Handler handler;
-    // Another date, or another file with the same in it, is no change.
+    // Another date, or another file with the same content, isn't a change.
     fs::last_write_time(document->path(), fs::last_write_time(document->path()) - 100);
     EXPECT_TRUE(save(document)) << message();
     ModelBuilder(document->activeAsset()).box(3, 2, 1, {}, status);
@@ -152,7 +152,7 @@ TEST_F(SaveTest, AFileThatAnotherProgramChangedIsNotOverwrittenSilently)
     EXPECT_TRUE(save(document)) << message();
     EXPECT_TRUE(handler.asked.empty());
 
-    // Another program saves as this one does, or writes into the file as it is.
+    // Another program saves like this one, or writes into the file in place.
     ModelBuilder(document->activeAsset()).box(1, 1, 1, {}, status);
     const std::string mine = digestOf(*document->activeAsset());
     std::string content = contentOf(document->path());
@@ -247,7 +247,7 @@ TEST_F(SaveTest, WhatIsOpenStaysWholeHoweverItsFileGoes)
 
 TEST_F(SaveTest, WhatIsOpenStaysWholeAlsoWhereTheSystemCannotAskBefore)
 {
-    // It can't while somebody has the file open for writing already.
+    // It can't if somebody has the file open for writing already.
     const std::wstring path = savedFile("held.tdsn");
     const std::string content = contentOf(path);
     overwrite(scratch("copy.tdsn"), content);
@@ -293,7 +293,7 @@ TEST_F(SaveTest, APlaceThatIsNoFileIsRefused)
 TEST_F(SaveTest, TwoSavesOfOneFileDoNotMix)
 {
     Document* document = changedDocument("busy.tdsn");
-    // What a save writes to: found out by letting one fail while it is there.
+    // What a save writes to: found out by making one fail while it exists.
     std::string scratchFile;
     Handler handler;
     struct Sink : ProgressSink
@@ -313,12 +313,12 @@ TEST_F(SaveTest, TwoSavesOfOneFileDoNotMix)
     Progress::sink(nullptr);
     ASSERT_FALSE(scratchFile.empty());
 
-    // Another program is at it.
+    // Another program is saving.
     document->activeAsset()->markDirty();
     const int other = ::open(scratchFile.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
     ASSERT_EQ(flock(other, LOCK_EX), 0);
     expectRefused(document, "being saved by another program");
-    // It died, and left its work behind.
+    // It died, and left its unfinished file behind.
     close(other);
     EXPECT_TRUE(save(document)) << message();
     EXPECT_FALSE(fs::exists(scratchFile));

@@ -1,4 +1,4 @@
-// What is on the disk after a run was killed at any call, or its disk has failed at one, or the power went.
+// What is on the disk after a run was killed at any call, or its disk failed at one, or the power failed.
 
 #include "Tests/Server/DataModel/Recovery/RecoveryFixture.h"
 #include "Tests/Support/Files.h"
@@ -17,7 +17,7 @@ using testing::AssertionSuccess;
 
 namespace {
 
-/// What a run does, from the call on that is the first to be hurt.
+/// What a run does, from the first call on that is disturbed.
 struct Work
 {
     friend void PrintTo(const Work& work, std::ostream* stream) { *stream << work.name; }
@@ -55,7 +55,7 @@ protected:
         if (GetParam().hasFile)
             fs::copy(kept(), recoveryFolder(), fs::copy_options::recursive);
     }
-    /// The work with that done before and after the part that is hurt.
+    /// The work with what precedes and follows the disturbed part.
     Steps steps(Steps begin, const Steps& middle, const Steps& end) const
     {
         begin.insert(begin.end(), GetParam().before.begin(), GetParam().before.end());
@@ -65,7 +65,7 @@ protected:
         std::replace(begin.begin(), begin.end(), std::string("COPY"), copy());
         return begin;
     }
-    /// How many calls the work makes when nothing is wrong.
+    /// How many calls the work makes when nothing fails.
     int calls() const
     {
         renew();
@@ -76,8 +76,8 @@ protected:
     }
     std::string notes() const { return scratch("notes"); }
 
-    /// Whether a new run has one of the states that the other told last, or, where the user has taken or
-    /// thrown away the file, that is where he would look for it.
+    /// Whether a new run has one of the states that the other reported last, or, if the user has taken or
+    /// discarded the file, whether it is where he would look for it.
     AssertionResult nothingIsLost(const std::string& told) const
     {
         std::vector<std::string> allowed = linesOf(told, "digest");
@@ -105,7 +105,7 @@ protected:
         return false;
     }
 
-    std::string m_digest; ///< Of the file that is there.
+    std::string m_digest; ///< Of the existing file.
 };
 
 INSTANTIATE_TEST_SUITE_P(Works, FaultsTest, testing::ValuesIn(kWorks),
@@ -119,7 +119,7 @@ TEST_P(FaultsTest, ARunThatIsKilledAtAnyCallLosesOneStepAtMost)
     ASSERT_GT(count, 3);
     for (int call = 0; call < count; ++call) {
         renew();
-        // Of most calls the child alone dies, and its parent goes on.
+        // At most calls only the child dies, and its parent goes on.
         const auto result = run(steps({}, {"kill-at", std::to_string(call)}, {"heal"}));
         ASSERT_TRUE(result.signal == SIGKILL || !linesOf(result.output, "event: failed").empty())
             << "nobody died at call " << call << "\n"

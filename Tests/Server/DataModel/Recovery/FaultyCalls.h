@@ -8,28 +8,28 @@
 #include <optional>
 #include <string>
 
-/// At one call, of this process or of a child that it forked, something happens. Both count the calls
+/// Makes something happen at one call, of this process or of a child that it forked. Both count the calls
 /// together.
 class FaultyCalls : public Vs::Native::FileCalls
 {
 public:
     enum class Kind {
         None,
-        Kill,      ///< Of the process that makes the call.
-        Error,     ///< With `code`.
-        Shorter,   ///< At all: half of what is asked for, and every second one is interrupted.
-        Garble,    ///< At all: the disk keeps something else than it was told.
-        PowerLoss, ///< Of both processes, and of what the disk has not been made to keep.
+        Kill,      ///< Kills the process that makes the call.
+        Error,     ///< Fails with `code`.
+        Shorter,   ///< At all calls: half of what is requested, and every second one is interrupted.
+        Garble,    ///< At all calls: the disk stores something else than it was given.
+        PowerLoss, ///< Ends both processes, and loses what the disk hasn't been made to keep.
     };
     int code = 0;
-    uint32_t seed = 0; ///< Of what is lost.
+    uint32_t seed = 0; ///< Decides what is lost.
 
     FaultyCalls();
-    /// From now on, in a child that is forked from now on as well.
+    /// From now on, also in a child that is forked later.
     void arm(Kind kind, int at = 0);
     /// Since the last `arm`.
     int count() const { return m_count->load(); }
-    /// What is done in that folder is noted in the other from now on, for a loss of power.
+    /// Records what is done in that folder in the other one from now on, for a power failure.
     void onVolatileDisk(const std::string& folder, const std::string& notes)
     {
         m_disk.emplace(folder, notes);
@@ -53,7 +53,7 @@ private:
 
     Kind m_kind = Kind::None;
     int m_at = 0;
-    std::atomic<int>* m_count; ///< In memory that children have in common.
+    std::atomic<int>* m_count; ///< In memory shared with child processes.
     pid_t m_main;
     std::optional<VolatileDisk> m_disk;
 };

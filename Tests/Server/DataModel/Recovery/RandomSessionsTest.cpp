@@ -19,11 +19,11 @@ namespace {
 class RandomSessionsTest : public RecoveryTest
 {
 protected:
-    /// What a run told of its document.
+    /// What a run reported about its document.
     struct Told
     {
         std::vector<std::string> digests; ///< After each step.
-        size_t safe = 0;                  ///< So many of the steps were on the disk, as it said last.
+        size_t safe = 0;                  ///< This many of the steps were on the disk, by its last report.
     };
     static Told read(const std::string& output)
     {

@@ -22,7 +22,7 @@ namespace {
 class RecoveryBadInputTest : public RecoveryTest
 {
 protected:
-    /// Leaves a file with the generation before, and gives what the run told.
+    /// Leaves a file with the previous generation, and returns the run's reports.
     std::vector<std::string> left(const Steps& first = {"new", "Part"}) const
     {
         Steps steps = first;
@@ -31,7 +31,7 @@ protected:
         EXPECT_EQ(result.signal, SIGKILL) << result.output << result.errors;
         return linesOf(result.output, "digest");
     }
-    /// The paths of the last file and of the one before.
+    /// The paths of the last file and of the previous one.
     std::string file(bool older) const
     {
         for (const std::string& each : files())
@@ -39,7 +39,7 @@ protected:
                 return recoveryFolder() + '/' + each;
         return {};
     }
-    /// Runs in another thread; `between` comes when the run has got to "hold".
+    /// Runs in another thread; `between` is called when the run has reached "hold".
     template <class Between>
     std::vector<std::string> interrupted(Steps steps, Between&& between) const
     {
@@ -78,7 +78,7 @@ TEST_F(RecoveryBadInputTest, AFolderThatMayNotBeWrittenIsToldOnceUntilItWorksAga
     for (const std::string& each : {home, recovery})
         ASSERT_EQ(chown(each.c_str(), TestSupport::kSomebody, TestSupport::kSomebody), 0);
     const std::string user = std::to_string(TestSupport::kSomebody);
-    // A folder in which files can't be made, for all that may be done to its rights.
+    // A folder in which files can't be created, whatever is done to its permissions.
     ASSERT_EQ(chown(recovery.c_str(), 0, 0), 0);
     ASSERT_EQ(chmod(recovery.c_str(), 0755), 0);
     const auto result = TestSupport::runProcess(
@@ -161,7 +161,7 @@ TEST_F(RecoveryBadInputTest, AFolderWithoutItsLockIsOfferedAllTheSame)
 TEST_F(RecoveryBadInputTest, AWorkerThatDiesIsNoProofThatAFileIsDamaged)
 {
     const std::string digest = left().back();
-    // A program like the one that is tested, but for its worker.
+    // A program like the tested one, except for its worker.
     const fs::path real = TestSupport::runningTree().string(), tree = scratch("tree");
     fs::create_directories(tree / "bin");
     fs::create_directory_symlink(real / "lib", tree / "lib");

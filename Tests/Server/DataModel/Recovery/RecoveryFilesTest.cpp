@@ -1,4 +1,4 @@
-// What a new run is offered of those that ended badly, and when a recovery file goes.
+// What a new run is offered of those that ended badly, and when a recovery file is removed.
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Recovery/Private/RecoveryCheck.h"
@@ -21,14 +21,14 @@ using TestSupport::overwrite;
 class RecoveryFilesTest : public RecoveryTest
 {
 protected:
-    /// A run that is killed after a box and, in a file of its own, another; gives what it told.
+    /// A run that is killed after a box and, in a separate file, another; returns its reports.
     std::string killed(const std::string& name = "Part") const
     {
         const auto result = run({"new", name, "box", "digest", "write", "box", "digest", "write", "die"});
         EXPECT_EQ(result.signal, SIGKILL) << result.output << result.errors;
         return result.output;
     }
-    /// The paths of its files: the last one and the one before.
+    /// The paths of its files: the last one and the previous one.
     std::pair<std::string, std::string> generations() const
     {
         std::string last, older;
@@ -57,7 +57,7 @@ protected:
 TEST_F(RecoveryFilesTest, ARecoveredDocumentIsDirtyAndKeepsItsFileUntilItIsSafeElsewhere)
 {
     const std::string digest = lastOf(killed(), "digest");
-    // Killed again before it had a file of its own.
+    // Killed again before it had its own file.
     const auto again = run({"recover", "dirty", "list", "die"});
     EXPECT_EQ(again.output, "event: gone\n" + digest + "\ndirty\n");
     ASSERT_EQ(offered().size(), 1u);
@@ -105,7 +105,7 @@ TEST_F(RecoveryFilesTest, NoCutOrForeignFileIsTakenForASoundOne)
         overwrite(file, whole.substr(0, size));
         ASSERT_EQ(RecoveryCheck::of(file).answer, RecoveryCheck::Answer::Damaged) << size;
     }
-    // A native file that says nothing of what it is the recovery of, and one with too much in its record.
+    // A native file that doesn't say what it is the recovery of, and one with too much in its record.
     std::vector<Entry> entries;
     overwrite(file, whole);
     entries = readPackage(Vs::Strings::fromBytes(file));
@@ -197,7 +197,7 @@ TEST_F(RecoveryFilesTest, WhatNobodyWantsIsKeptForADayButNotOffered)
     EXPECT_EQ(files().size(), 2u);
     EXPECT_TRUE(offered().empty());
 
-    // From two days ago, and from the future, as after a clock was put back.
+    // From two days ago, and from the future, as after a clock was set back.
     const std::string root = recoveryFolder() + "/discarded/";
     const long long now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
     fs::remove_all(root);
@@ -220,7 +220,7 @@ TEST_F(RecoveryFilesTest, WhatIsClosedWithoutAQuestionCanBeBroughtBack)
     EXPECT_EQ(back[4], "dirty");
     EXPECT_EQ(finished({"recover"}).back(), back[0]) << "what was brought back and not saved";
 
-    // A script that recovers all: each that is opened closes the one before.
+    // A script that recovers everything: each one that is opened closes the previous one.
     std::filesystem::remove_all(recoveryFolder());
     killed("One");
     killed("Two");

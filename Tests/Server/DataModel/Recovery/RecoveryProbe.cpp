@@ -1,7 +1,7 @@
-// A run of a program that keeps recovery files: what a test tells it on its command line, until it ends or is
+// A run of a program that keeps recovery files: performs the steps on its command line, until it ends or is
 // killed. One process for each run, since what counts is what a process leaves behind.
 //
-//     recovery_probe PROFILE STEP...
+// recovery_probe PROFILE STEP...
 
 #include "Server/Base/OptionGroup.h"
 #include "Server/Base/PathInfo.h"
@@ -159,14 +159,14 @@ private:
             return; // Nothing could be opened.
         ModelBuilder(last()->activeAsset()).box(m_size, m_size, m_size, {}, status);
     }
-    // As a line of a script, behind which a file is begun where there is none.
+    // Like a line of a script, after which a file is begun if there is none.
     void line()
     {
         controller->lineBegins();
         box();
         controller->lineDone(L"a line");
     }
-    // Until a file is there, of which the controller hasn't heard yet.
+    // Until a file exists that the controller doesn't know about yet.
     static void untilKept()
     {
         const auto isThere = [] {
@@ -180,7 +180,7 @@ private:
         while (!isThere() && std::chrono::steady_clock::now() < end)
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
-    // Tells the state after each, so that a test knows what may be found.
+    // Reports the state after each, so that a test knows what may be found.
     void boxes(int count)
     {
         for (int i = 0; i < count; ++i) {
@@ -189,7 +189,7 @@ private:
             controller->writeAll();
         }
     }
-    // As the main loop does, for so long that nothing can be left.
+    // Like the main loop, for long enough that nothing can be left.
     void work()
     {
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
@@ -216,7 +216,7 @@ private:
                       << (file.isOlder() ? "older" : "last") << '|' << Strings::toBytes(file.autoSavedFile())
                       << std::endl;
     }
-    // As the program does: open, and let go of the file.
+    // Like the program: opens the file and releases it.
     void recover()
     {
         for (const AutoSavedFileInfo& file : files()) {
@@ -239,7 +239,7 @@ private:
                               : "not copied")
                       << std::endl;
     }
-    // As somebody works, or a script, until somebody else ends it: tells the state after each step.
+    // Like somebody working, or a script, until somebody else ends it: reports the state after each step.
     void random(const std::string& seed)
     {
         std::mt19937 choose(static_cast<unsigned>(std::stoul(seed)));
@@ -260,14 +260,14 @@ private:
             } while (std::chrono::steady_clock::now() < end);
         }
     }
-    // By a clock that a forked child doesn't have.
+    // By a timer that a forked child doesn't inherit.
     static void dieAfter(int milliseconds)
     {
         std::signal(SIGALRM, [](int) { kill(getpid(), SIGKILL); });
         const itimerval time{{}, {milliseconds / 1000, milliseconds % 1000 * 1000}};
         setitimer(ITIMER_REAL, &time, nullptr);
     }
-    // The superuser may always have one more.
+    // The superuser may always create one more.
     static void forbidProcesses()
     {
         const rlimit none{0, 0};
@@ -288,7 +288,7 @@ private:
     std::unique_ptr<Transaction> transaction;
     std::unique_ptr<AutoSaveDisabler> disabler;
     int m_size = 0;
-    std::chrono::milliseconds slow{0}; ///< What a step of a random session waits for, eight times at most.
+    std::chrono::milliseconds slow{0}; ///< What a step of a random session waits for, at most eight times.
 
 public:
     Run() { Native::FileCalls::replace(&calls); }
@@ -313,6 +313,6 @@ int main(int count, char** arguments)
             }
     }
     std::cout << "done" << std::endl;
-    // As a run that was told nothing more: what it leaves behind is for the test to say.
+    // Like a run that gets no further input: what it leaves behind is for the test to judge.
     std::_Exit(0);
 }

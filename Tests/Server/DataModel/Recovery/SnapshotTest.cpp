@@ -47,7 +47,7 @@ TEST_F(SnapshotTest, NothingIsWrittenWithinATransactionOrWhileItIsDisabled)
     EXPECT_TRUE(files().empty());
     EXPECT_EQ(finished({"new", "Part", "begin", "box", "commit", "write"}).back(), "written");
     forgetAll();
-    // A quiet moment is none as long as a command keeps auto-save away.
+    // A quiet moment doesn't count while a command suppresses auto-save.
     const auto killed = run({"new", "Part", "disable", "box", "enable", "work", "die"});
     EXPECT_EQ(killed.signal, SIGKILL);
     EXPECT_EQ(offered().size(), 1u);
@@ -79,7 +79,7 @@ TEST_F(SnapshotTest, WithoutChildrenTheRunWritesByItself)
     const auto result = asSomebody({"new", "Part", "box", "digest", "nofork", "work", "die"});
     ASSERT_EQ(result.output.find("processes can be made"), std::string::npos);
     EXPECT_EQ(result.signal, SIGKILL) << result.output << result.errors;
-    // Neither can the file be looked at, which is no reason to take it for damaged.
+    // Nor can the file be examined, which is no reason to take it for damaged.
     EXPECT_EQ(asSomebody({"nofork", "list"}).output, "done\n");
     EXPECT_EQ(lastOf(asSomebody({"recover"}).output, "digest"), lastOf(result.output, "digest"));
 }

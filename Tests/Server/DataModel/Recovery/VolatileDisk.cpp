@@ -25,7 +25,7 @@ std::string pathOf(int descriptor)
     return fs::read_symlink("/proc/self/fd/" + std::to_string(descriptor), error).string();
 }
 
-// As the program makes them: for this user alone.
+// Like the program's: for this user only.
 void makeFolders(const std::string& path)
 {
     const mode_t before = umask(077);

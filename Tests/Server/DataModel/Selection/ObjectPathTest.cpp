@@ -22,7 +22,7 @@ protected:
         return asset;
     }
 
-    /// The component's place among its siblings; -1 with the reason in `why`.
+    /// The component's position among its siblings; -1 with the reason in `why`.
     int found(const Asset& asset, const wchar_t* text)
     {
         status.clear();

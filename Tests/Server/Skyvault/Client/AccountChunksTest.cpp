@@ -23,14 +23,14 @@ TEST_F(AccountChunksTest, ALargeFileGoesInChunksAndASmallOneAtOnce)
 {
     ASSERT_EQ(save(kLarge).detail, "");
     EXPECT_EQ(requestsOfUploads(), "MKCOL PUT 00001 PUT 00002 PUT 00003 MOVE .file");
-    EXPECT_EQ(requestsOf("GET"), 0); // The server says which version it has made of it.
+    EXPECT_EQ(requestsOf("GET"), 0); // The server reports which version it has made from it.
     EXPECT_EQ(m_entry.size, kLarge.size());
     DriveEntry there;
     ASSERT_EQ(m_drive->find("/wheel", there).detail, "");
     EXPECT_EQ(m_entry.etag, there.etag);
     EXPECT_EQ(contentOnServer(), kLarge);
 
-    // The same content over itself is a version, too, and a chunk's least size is the threshold.
+    // The same content over itself is a version, too, and the smallest chunk is as large as the threshold.
     ASSERT_EQ(save(kLarge, there.etag).detail, "");
     EXPECT_NE(m_entry.etag, there.etag);
     for (const size_t size : {5 * kMiB, 5 * kMiB + 1}) {
@@ -51,7 +51,7 @@ TEST_F(AccountChunksTest, ABrokenUploadIsGoneOnWithAndNotBegunAnew)
     EXPECT_EQ(save(kLarge).state, CloudErrorState::Unreachable);
     m_proxy.onRequest({});
     EXPECT_EQ(state("files"), "{}");
-    // The server keeps the half of the second that it got, once it has seen that no more comes.
+    // The server keeps the half of the second that it received, once it has noticed that no more comes.
     const auto hasHalf = [&] { return state("uploads").find("[\"00001\",\"00002\"]") != std::string::npos; };
     for (int tries = 0; tries < 100 && !hasHalf(); ++tries)
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
@@ -92,12 +92,12 @@ TEST_F(AccountChunksTest, WhatAnotherWritesDuringAnUploadInChunksIsNotWrittenOve
         m_proxy.onRequest({});
         EXPECT_EQ(result.state, CloudErrorState::Changed) << result.detail;
         EXPECT_EQ(contentOnServer(), kOther);
-        EXPECT_EQ(m_entry.size, kOther.size()); // It tells of the other's.
+        EXPECT_EQ(m_entry.size, kOther.size()); // It reports the other's.
         EXPECT_EQ(state("uploads"), "{}");
     };
     write(".file", std::nullopt);
     write(".file", m_entry.etag);
-    // Where the server looks at no condition, the client has still looked.
+    // If the server ignores conditions, the client has still checked.
     m_server.order("forgetful");
     write("00002", m_entry.etag);
 
@@ -129,7 +129,7 @@ TEST_F(AccountChunksTest, AnUploadInChunksWhoseLastAnswerIsLostIsLookedUp)
     EXPECT_EQ(requestsOf("MOVE"), 1);
     EXPECT_EQ(contentOnServer(), kLarge);
 
-    // A gateway that waits no longer: nothing is taken from under a server that may be putting them together.
+    // A gateway that times out: nothing is taken away from a server that may be assembling the chunks.
     m_proxy.onRequest([](const FaultProxy::Request& request) {
         return isAt(request, ".file") ? std::optional(Fault::answer(504)) : std::nullopt;
     });

@@ -19,8 +19,8 @@
 #include <string>
 #include <vector>
 
-/// Drives that have uploads in chunks, comments and more beside WebDAV, by a strict stand-in: none can be had
-/// here.
+/// Drives that offer chunked uploads, comments and more besides WebDAV, by a strict stand-in: no real one is
+/// available here.
 namespace AccountDrives {
 
 using namespace Vs;
@@ -70,7 +70,7 @@ protected:
         ASSERT_TRUE(connected.isOk()) << connected.detail;
     }
 
-    /// The server has seen nothing that a client may not do.
+    /// The client has sent the server nothing that it may not send.
     void TearDown() override { EXPECT_EQ(state("refusals"), "[]"); }
 
     DriveResult save(const std::string& content, const std::optional<std::string>& known = {},
@@ -81,7 +81,7 @@ protected:
         return m_drive->upload({.path = "/wheel", .source = source, .known = known}, m_entry, watch);
     }
 
-    /// By somebody else, past the proxy.
+    /// By somebody else, bypassing the proxy.
     std::string ask(const std::vector<std::string>& arguments, const std::string& path)
     {
         std::vector<std::string> all{"-s", "-m", "20", "--noproxy", "*", "-u", "ada:sesame"};
@@ -106,7 +106,7 @@ protected:
         return read.isOk() ? TestSupport::contentOf(target) : read.detail;
     }
 
-    /// "MKCOL PUT 00001 PUT 00002 MOVE .file": what was asked of uploads since the last save began.
+    /// "MKCOL PUT 00001 PUT 00002 MOVE .file": the requests of uploads since the last save began.
     std::string requestsOfUploads() const
     {
         std::string text;

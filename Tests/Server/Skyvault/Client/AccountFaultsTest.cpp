@@ -1,5 +1,5 @@
-// Whatever goes wrong with any one request of an upload in chunks, or of a comment: the drive holds the old
-// or the new, and the next save gets through.
+// Whatever goes wrong with any one request of a chunked upload, or of a comment: the drive holds the old or
+// the new content, and the next save succeeds.
 
 #include "Tests/Server/Skyvault/Client/AccountDrive.h"
 #include "Tests/Server/Skyvault/Servers/Faults.h"
@@ -21,7 +21,7 @@ protected:
         ASSERT_EQ(run().detail, "");
         const auto requests = m_proxy.requests();
         for (const FaultProxy::Request& request : requests) {
-            // What is only looked at is disturbed on other servers.
+            // Requests that only read are disturbed on other servers.
             if (request.method == "PROPFIND")
                 continue;
             for (const FaultCase& one : faults()) {
@@ -35,7 +35,7 @@ protected:
                 endDisturbance(m_proxy, *m_drive);
                 expectClear(result, one, "sesame");
                 check(result.isOk());
-                // Who takes a network's page for an answer believes that a chunk is there.
+                // If a network's page is taken for an answer, the chunk seems to have arrived.
                 if (one.name == std::string("a network's own page"))
                     m_server.order("forgive");
                 EXPECT_EQ(state("refusals"), "[]");

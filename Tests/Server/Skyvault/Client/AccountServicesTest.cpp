@@ -1,4 +1,4 @@
-// What a server with accounts offers beside uploads in chunks, and how its clock counts.
+// What a server with accounts offers besides chunked uploads, and how its clock counts.
 
 #include "Tests/Server/Skyvault/Client/AccountDrive.h"
 
@@ -99,7 +99,7 @@ TEST_F(AccountServicesTest, ALongFolderThatHasNotChangedIsNotListedAgain)
     };
     ASSERT_EQ(m_drive->makeFolders("/many/deep").detail, "");
     list("1");
-    list("1"); // A short one is as soon read as asked about.
+    list("1"); // A short one is read as quickly as asked about.
     for (int i = 0; i < 120; ++i)
         wanted.insert("/many/" + std::to_string(i));
     ask({"-X", "PUT", "--data-binary", "x"}, "/remote.php/webdav/many/[0-119]");
@@ -111,7 +111,7 @@ TEST_F(AccountServicesTest, ALongFolderThatHasNotChangedIsNotListedAgain)
     ask({"-X", "PUT", "--data-binary", "x"}, "/remote.php/webdav/many/deep/a");
     list("01");
     list("0");
-    // What this client changes itself needs no question.
+    // What this client changes itself needs no request.
     DriveEntry made;
     const std::string source = m_local.write("source", kOther).string();
     ASSERT_EQ(m_drive->upload({.path = "/many/7", .source = source}, made, {}).detail, "");
@@ -120,7 +120,7 @@ TEST_F(AccountServicesTest, ALongFolderThatHasNotChangedIsNotListedAgain)
     list("0");
 }
 
-/// By seconds that the server's clock is ahead of the client's.
+/// By how many seconds the server's clock is ahead of the client's.
 class OtherClockTest : public AccountServicesTest, public testing::WithParamInterface<int>
 {
 };
@@ -142,10 +142,10 @@ TEST_P(OtherClockTest, SavesCommentsAndWaitsGoByTheServersTimes)
         EXPECT_EQ(requestsOf("MKCOL"), factor == 1 ? 0 : 1);
     }
     ASSERT_EQ(save("small").detail, "");
-    // A date at which it takes uploads again: neither an hour from now nor an hour ago.
+    // A date at which it accepts uploads again: neither an hour from now nor an hour ago.
     m_server.order("busy 3");
     ASSERT_EQ(save(kLarge, m_entry.etag).detail, "");
-    EXPECT_LE(requestsOf("MKCOL"), 5); // It has waited rather than asked again and again.
+    EXPECT_LE(requestsOf("MKCOL"), 5); // It waited rather than asked again and again.
     const std::string known = m_entry.etag;
     putOther();
     EXPECT_EQ(save(kLarge, known).state, CloudErrorState::Changed);

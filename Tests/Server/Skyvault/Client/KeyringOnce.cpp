@@ -1,4 +1,4 @@
-// Keeps credentials in the keyring of the session that it runs in, reads them, and takes them out again;
+// Stores credentials in the keyring of the session that it runs in, reads them, and removes them again;
 // prints the state of each step, and what was read. An argument is the time in seconds that a keyring has to
 // answer.
 

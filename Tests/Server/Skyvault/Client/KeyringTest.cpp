@@ -13,20 +13,20 @@ const char* const kUnlocked =
     "printf secret | gnome-keyring-daemon --unlock --components=secrets >/dev/null 2>&1;";
 const char* const kLocked = "gnome-keyring-daemon --start --components=secrets >/dev/null 2>&1;";
 const char* const kNoBus = "export DBUS_SESSION_BUS_ADDRESS=unix:path=/nowhere;";
-/// A bus that starts no service for whoever asks for one.
+/// A bus that doesn't start services on request.
 const char* const kBareBus =
     "<busconfig><type>session</type><listen>unix:tmpdir=/tmp</listen><auth>EXTERNAL</auth>"
     "<policy context=\"default\"><allow send_destination=\"*\"/><allow receive_sender=\"*\"/>"
     "<allow own=\"*\"/></policy></busconfig>";
 
-/// A bus that takes whatever is said to it and answers nothing, until the session ends.
+/// A bus that accepts everything and answers nothing, until the session ends.
 const char* const kMuteBus =
     "timeout 25 python3 -c 'import os, socket; s = socket.socket(socket.AF_UNIX);"
     " s.bind(os.environ[\"HOME\"] + \"/mute\"); s.listen(9); held = [s.accept() for _ in range(9)]' &"
     " while [ ! -S \"$HOME/mute\" ]; do sleep 0.1; done;"
     " export DBUS_SESSION_BUS_ADDRESS=unix:path=$HOME/mute; \"$0\" 2; kill $!; exit;";
 
-/// Runs the steps as a plain user in a session of its own, after the shell's `before`.
+/// Runs the steps as a plain user in a separate session, after the shell's `before`.
 ProcessResult runSession(const std::string& before, bool hasServices = true)
 {
     const ScratchFolder home;

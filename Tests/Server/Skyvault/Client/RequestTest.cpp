@@ -19,7 +19,7 @@ using TestSupport::TestServer;
 
 namespace {
 
-constexpr int kNobody = 9; ///< A port that the proxy passes nothing to: it answers all by itself.
+constexpr int kNobody = 9; ///< A port to which the proxy forwards nothing: it answers everything itself.
 
 DriveCredentials anna()
 {
@@ -98,7 +98,7 @@ TEST_F(RequestTest, AServerIsWaitedForAsItAsksButNotWithoutEnd)
         EXPECT_EQ(result.state, CloudErrorState::TooManyRequests) << wait;
         EXPECT_EQ(m_proxy.requests().size(), 1u) << wait;
     }
-    // A server that asks for nothing but patience, again and again.
+    // A server that only asks for patience, again and again.
     m_proxy.onRequest([](const auto&) { return Fault::answer(503, {}, {"Retry-After: 0"}); });
     m_proxy.forgetRequests();
     EXPECT_EQ(driveAt(m_proxy.address())->find("/", entry).state, CloudErrorState::ServerError);

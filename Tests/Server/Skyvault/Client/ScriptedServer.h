@@ -4,8 +4,8 @@
 
 #include <string>
 
-/// A server that a script of Tests/Support/Servers runs as long as this lives: a strict one of our own, or a
-/// real one. The script says what orders it takes.
+/// A server run by a script of Tests/Support/Servers as long as this lives: a strict one of our own, or a
+/// real one. The script documents its commands.
 class ScriptedServer
 {
 public:
@@ -16,9 +16,9 @@ public:
 
     /// With a slash at the end.
     const std::string& address() const { return m_address; }
-    /// What isn't installed for it; empty if it runs.
+    /// What it lacks on this machine; empty if it runs.
     const std::string& missing() const { return m_missing; }
-    /// Returns when it is done. On the thread that made this.
+    /// Returns when it is done. On the thread that created this.
     void order(const std::string& order);
 
 private:

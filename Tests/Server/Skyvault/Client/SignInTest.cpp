@@ -32,12 +32,12 @@ private:
 
 const auto* const s_application = testing::AddGlobalTestEnvironment(new Application);
 
-/// A person's browser, which goes its ways while the client waits.
+/// A user's browser, whose requests run while the client waits.
 class Browser
 {
 public:
     ~Browser() { statuses(); }
-    /// Asks by curl with these arguments before the address, after what `before` makes of it.
+    /// Requests the address by curl with these arguments, after the address that `before` makes from it.
     std::function<bool(const std::string&)> open(std::vector<std::string> arguments,
                                                  std::function<QUrl(QUrlQuery)> before = {})
     {
@@ -55,7 +55,7 @@ public:
     {
         return m_page.queryItemValue(name, QUrl::FullyDecoded).toStdString();
     }
-    /// Of all its ways.
+    /// Of all its requests.
     std::string statuses()
     {
         if (m_thread.joinable())
@@ -76,7 +76,7 @@ private:
     std::string m_statuses;
 };
 
-/// Gives up after so many tenths of a second.
+/// Gives up after that many tenths of a second.
 DriveWatch patient(int ticks = 100)
 {
     return {[ticks](auto, auto) mutable { return --ticks > 0; }};
@@ -102,7 +102,7 @@ CloudErrorState find(Drive& drive)
     return drive.find("/", entry).state;
 }
 
-/// Whether something comes to be true in time.
+/// Whether something becomes true in time.
 bool comes(const std::function<bool()>& condition)
 {
     for (int tenths = 200; tenths > 0; --tenths) {
@@ -252,7 +252,7 @@ TEST(SignInTest, ARealTokenServersTokensAreTakenAndRenewedUntilTheyAreRevoked)
     EXPECT_NE(refused.detail.find("another server"), std::string::npos) << refused.detail;
     EXPECT_EQ(forged.kind, DriveCredentials::Kind::None);
 
-    server.order("brief"); // So short that nothing below relies on such a token being taken.
+    server.order("brief"); // So short that nothing below relies on such a token being accepted.
     DriveCredentials credentials;
     const DriveResult result = signIn(offer, person("sign-in "), credentials, patient(300));
     ASSERT_TRUE(result.isOk()) << result.detail;
@@ -265,7 +265,7 @@ TEST(SignInTest, ARealTokenServersTokensAreTakenAndRenewedUntilTheyAreRevoked)
     EXPECT_EQ(find(*drive), CloudErrorState::Success);
     EXPECT_NE(drive->credentials().secret, credentials.secret);
 
-    // A drive whose refresh token is revoked has its access token for as long as that is good.
+    // A drive whose refresh token is revoked keeps its access token as long as that is valid.
     DriveCredentials last = drive->credentials();
     last.secret = credentials.secret;
     server.order("revoke");

@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kPatience{15000};
 
-/// Sockets want an application, which no test needs itself.
+/// Sockets require an application, which no test needs itself.
 void haveApplication()
 {
     static int count = 1;
@@ -95,7 +95,7 @@ DriveOnServer::DriveOnServer(TestServer::Kind kind) : server(kind)
 
 bool DriveOnServer::isOnDisk() const
 {
-    // Subversion has no files there, and rclone knows of none that it didn't write.
+    // Subversion has no files there, and rclone doesn't know those that it didn't write.
     return server.kind() != TestServer::Kind::Subversion && server.kind() != TestServer::Kind::Rclone;
 }
 

@@ -8,14 +8,14 @@
 #include <memory>
 #include <string>
 
-/// What each server does, as the client has to find out: the table that its ways of saving were chosen by.
+/// What each server does, as the client must find out: the table from which its ways of saving were chosen.
 Vs::Cloud::DriveTraits knownTraits(TestSupport::TestServer::Kind kind);
 
-/// What was found out of a server, one a line; not its name, the times, and what a busy machine makes a
-/// matter of chance: whether ETags differ in one tick.
+/// What was found out about a server, one per line; not its name, the times, and what depends on chance on a
+/// busy machine: whether ETags differ within one tick.
 std::string textOf(const Vs::Cloud::DriveTraits& traits);
 
-/// A drive with a user who is let in.
+/// A drive with a user who has access.
 std::unique_ptr<Vs::Cloud::Drive> driveOf(const TestSupport::TestServer& server, const std::string& address);
 
 /// A server with a proxy before it, and a client behind that.
@@ -29,14 +29,14 @@ public:
     std::unique_ptr<Vs::Cloud::Drive> drive;        ///< Connected, with the known traits.
     TestSupport::ScratchFolder local;
 
-    /// Makes text a file of the drive, or a version of one, past the proxy: on the disk, where the server
-    /// reads that, else by another client. It is older than a second.
+    /// Makes text a file of the drive, or a version of one, bypassing the proxy: on the disk, if the server
+    /// reads that, otherwise by another client. It is older than a second.
     void put(const std::string& path, const std::string& text);
     void makeFolder(const std::string& path);
-    /// What a file on the drive holds, past the proxy and the client; kNothing if there is none.
+    /// The content of a file on the drive, bypassing the proxy and the client; kNothing if there is none.
     std::string content(const std::string& path);
     static constexpr const char* kNothing = "(nothing)";
-    /// What the drive tells of a file, past the proxy.
+    /// What the drive reports about a file, bypassing the proxy.
     Vs::Cloud::DriveEntry entry(const std::string& path);
 
 private:

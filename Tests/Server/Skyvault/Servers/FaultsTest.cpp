@@ -1,5 +1,5 @@
 // Whatever goes wrong with any one request of an operation: it ends with one clear state, the drive holds the
-// old or the new and nothing else, and the local file is as it was.
+// old or the new content and nothing else, and the local file is unchanged.
 
 #include "Tests/Server/Skyvault/Servers/Faults.h"
 
@@ -34,8 +34,8 @@ protected:
     }
 
     /// Runs the operation again and again, each time with another of its requests disturbed in another way.
-    /// `prepare` makes the drive what it was; `check` is told whether the operation says that it was done,
-    /// and which request was disturbed.
+    /// `prepare` restores the drive; `check` is told whether the operation reports success, and which request
+    /// was disturbed.
     void disturb(const std::function<void()>& prepare, const std::function<DriveResult()>& run,
                  const std::function<void(bool isDone, const std::string& method)>& check)
     {
@@ -48,8 +48,8 @@ protected:
         for (const FaultProxy::Request& request : requests) {
             const std::string& method = request.method;
             const bool isLooking = std::exchange(isAfterLock, method == "LOCK");
-            // One server shows what each request means to the client; of the others counts what writes, and
-            // what follows a lock, which makes a file on some.
+            // One server shows what each request means to the client; for the others only writes count, and
+            // what follows a lock, which creates a file on some.
             if (!m_isWhole && !isLooking && method != "PUT" && method != "MOVE" && method != "GET" &&
                 method != "PROPPATCH")
                 continue;
@@ -85,7 +85,7 @@ protected:
         }
     }
 
-    /// An empty one for the next run: a lock may have stayed in the last one.
+    /// An empty one for the next run: a lock may be left in the last one.
     void makeFolder()
     {
         m_folder = "/run" + std::to_string(++m_runs);
@@ -97,7 +97,7 @@ protected:
     bool m_isWhole = false; ///< Whether each request is disturbed.
     bool m_isListing = false;
     int m_runs = 0;
-    std::string m_folder, m_wheel; ///< Of the present run, on the drive.
+    std::string m_folder, m_wheel; ///< Of the current run, on the drive.
     std::string m_source;          ///< On the disk, with what is saved.
 };
 
@@ -225,11 +225,11 @@ TEST_P(FaultsTest, FoldersAreThereWhenItSaysSo)
             });
 }
 
-/// Of two servers, whose answers to a probe differ in most and come soon.
+/// With two servers, whose answers to a probe differ most and come soon.
 class ProbeFaultsTest : public FaultsTest
 {
 protected:
-    /// As far as anything was found, it is this.
+    /// As far as anything was found out, it is this.
     void expectTrue(const std::string& known)
     {
         std::istringstream lines(textOf(on.drive->traits()));
@@ -237,9 +237,9 @@ protected:
             EXPECT_TRUE(line.ends_with("unknown") || known.find(line + '\n') != known.npos) << line;
     }
 
-    /// What looks like a server that doesn't lock or refuse, where a trait is decided; of the rest each fault
-    /// in its turn, at some requests that stand for all. Who answers just what a server answers that locks
-    /// and refuses can't be told from one.
+    /// What looks like a server that doesn't lock or refuse, where a trait is decided; of the others each
+    /// fault in turn, at some requests that represent all. A response that is exactly that of a server that
+    /// locks and refuses can't be distinguished from one.
     static std::vector<FaultCase> faultsOf(const FaultProxy::Request& request)
     {
         std::vector<FaultCase> chosen;

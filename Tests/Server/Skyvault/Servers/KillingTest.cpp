@@ -27,8 +27,8 @@ class KillingTest : public testing::TestWithParam<TestServer::Kind>
 protected:
     static constexpr int kProbing = -1, kUnguarded = -2; ///< Kinds for upload_once.
 
-    /// Saves in another process, which is killed when that request of it has come; 0 for none. Returns how
-    /// many requests there were.
+    /// Saves in another process, which is killed when that request arrives; 0 for none. Returns how many
+    /// requests there were.
     int save(int killedAt, bool isDone, int kind = int(GetParam()))
     {
         std::atomic<pid_t> saver = 0;
@@ -61,7 +61,7 @@ protected:
     DriveOnServer on{GetParam()};
     std::string m_source = on.local.write("source", kNew).string();
     boost::filesystem::path m_notes = on.local.path() / "notes";
-    std::string m_wheel = "/run0/wheel"; ///< Another folder for each run: locks of the dead stay for a while.
+    std::string m_wheel = "/run0/wheel"; ///< In another folder for each run: dead locks remain a while.
 };
 
 INSTANTIATE_TEST_SUITE_P(Each, KillingTest, testing::ValuesIn(TestServer::kKinds),
@@ -81,7 +81,7 @@ TEST_P(KillingTest, LeavesTheOldOrTheNewFileAndTheNextSaveGetsThroughOrSaysWhoHa
         const std::string known = on.entry(m_wheel).etag;
         const int count = save(killedAt, run % 2);
         requests = run == 0 ? count : requests;
-        // Some servers are still writing for the dead, under his lock.
+        // Some servers are still writing for the dead process, under its lock.
         std::string content = on.content(m_wheel);
         for (int tries = 0; tries < 100 && content != kOld && content != kNew; ++tries) {
             usleep(50000);
@@ -118,7 +118,7 @@ TEST_P(KillingTest, WhatIsLeftOnTheDriveGoesWithTheNextSignInAlsoWhereItIsNotLis
     save(12, true, kProbing);
     EXPECT_EQ(left(), 1u) << "the probe's folder";
     signIn(knownTraits(GetParam()));
-    // A server that still writes there for the dead refuses; then it goes with a later sign-in.
+    // A server that is still writing for the dead process refuses; then it is removed at a later sign-in.
     for (int tries = 0; tries < 100 && left() > 0; ++tries) {
         EXPECT_FALSE(boost::filesystem::is_empty(m_notes)) << "what is left is forgotten";
         usleep(50000);

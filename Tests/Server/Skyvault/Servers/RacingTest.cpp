@@ -1,5 +1,5 @@
-// Two clients that save the same file again and again, each on what it has read before: what one was told to
-// be saved, the other one's saves must not have taken away.
+// Two clients that save the same file again and again, each based on what it read before: no save that one
+// was told had succeeded may be lost to the other's.
 
 #include "Tests/Server/Skyvault/Servers/DriveOnServer.h"
 #include "Tests/Support/Files.h"
@@ -14,12 +14,12 @@ using namespace Vs::Cloud;
 using TestSupport::TestServer;
 using State = Vs::CloudErrorState;
 
-/// How many saves each client has to get through. QUILLET_RACES sets another number, for a long race.
+/// How many saves each client must complete. QUILLET_RACES sets another number, for a long race.
 int savesOfEach(TestServer::Kind kind)
 {
     if (const char* const races = std::getenv("QUILLET_RACES"))
         return std::atoi(races);
-    // The first two wait until ETags tell versions apart.
+    // The first two wait until ETags distinguish versions.
     using enum TestServer::Kind;
     return kind == Apache || kind == Nginx ? 4 : 20;
 }
@@ -27,12 +27,12 @@ int savesOfEach(TestServer::Kind kind)
 class RacingTest : public testing::TestWithParam<TestServer::Kind>
 {
 protected:
-    /// Adds a line to what the drive has until so many were answered as saved; returns those.
+    /// Adds a line to the drive's content until that many were reported as saved; returns those.
     std::vector<std::string> race(const std::string& name)
     {
         const auto drive = driveOf(on.server, on.server.address());
         drive->patience(std::chrono::seconds(20));
-        // With the traits that it finds out itself: by what it waits for depends whether it loses anything.
+        // With the traits that it finds out itself: whether it loses anything depends on what it waits for.
         EXPECT_EQ(drive->connect(std::nullopt, {}).detail, "");
         const std::string file = (on.local.path() / name).string();
         std::vector<std::string> saved;
@@ -57,13 +57,13 @@ protected:
         return saved;
     }
 
-    /// rclone answers with an error at times where another's MOVE is under way.
+    /// rclone sometimes answers with an error while another's MOVE is in progress.
     bool isStumbling(const DriveResult& result) const
     {
         return GetParam() == TestServer::Kind::Rclone && result.state == State::ServerError;
     }
 
-    /// A file that another replaces while it is read.
+    /// A file that another client replaces while it is read.
     static bool isOvertaken(const DriveResult& result)
     {
         return result.state == State::BadAnswer || result.state == State::NotFound;

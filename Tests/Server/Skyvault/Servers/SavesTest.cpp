@@ -1,5 +1,5 @@
-// Saves that are cancelled, that meet another's, and on whose files a clock went wrong: nobody's work goes by
-// them.
+// Saves that are cancelled, that collide with another's, and whose files have wrong times: nobody's work is
+// lost.
 
 #include "Tests/Server/Skyvault/Servers/DriveOnServer.h"
 #include "Tests/Support/Files.h"
@@ -48,7 +48,7 @@ TEST_P(SavesTest, AVersionIsWrittenOverTheOneThatItGoesBackToAndOverNoOther)
     const std::string old = on.entry("/wheel").etag;
     EXPECT_EQ(save("/wheel", source, std::nullopt).state, State::Changed);
     EXPECT_EQ(on.content("/wheel"), kOld);
-    // Of another size: two of one size within a tick of the clock are one version for some servers.
+    // Of another size: for some servers, two of one size within a tick of the clock are one version.
     const std::string other = kOther + " Done.";
     on.put("/wheel", other);
     EXPECT_EQ(save("/wheel", source, old).state, State::Changed);
@@ -89,18 +89,18 @@ TEST_P(SavesTest, AfterACancelledOneTheOldIsThereAndTheNextGetsThrough)
     on.put("/wheel", kOld);
     const std::string large(size_t(24) << 20, 'n');
     const std::string source = on.local.write("source", large).string();
-    // As soon as a byte has left, and when all have.
+    // As soon as a byte has been sent, and when all have.
     for (const std::uint64_t most : {std::uint64_t(0), std::uint64_t(large.size()) - 1}) {
         const DriveWatch watch{[&](std::uint64_t done, std::uint64_t) { return done <= most; }};
         const DriveResult cancelled = save("/wheel", source, on.entry("/wheel").etag, watch);
         EXPECT_TRUE(cancelled.isOk() || cancelled.state == State::Cancelled) << cancelled.detail;
-        // A server that has all of it may still write it for whoever has gone.
+        // A server that has all of it may still write it for a client that has gone.
         const size_t size = on.content("/wheel").size();
         EXPECT_TRUE(size == large.size() || (size == kOld.size() && !cancelled.isOk())) << size;
         const std::string small = on.local.write("small", kOld).string();
         EXPECT_EQ(save("/wheel", small, on.entry("/wheel").etag).detail, "");
         EXPECT_EQ(on.content("/wheel"), kOld);
-        // Apache keeps a part of what was cancelled until it has seen that nobody sends the rest.
+        // Apache keeps a part of what was cancelled until it has noticed that nobody sends the rest.
         for (int tries = 0; tries < 100 && on.server.names().size() > 1; ++tries)
             usleep(50000);
         EXPECT_EQ(on.server.names(), std::vector<std::string>{"wheel"});
@@ -127,7 +127,7 @@ TEST(LocksTest, ALockIsRenewedAtHalfItsTimeAndReleasedInTheEnd)
     std::string token;
     std::vector<std::string> locks; ///< With their conditions.
     on.proxy->onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
-        // The server may have closed its connection then; a second one is sent at once.
+        // The server may have closed its connection by then; a second request is sent at once.
         if (request.method == "PUT" && request.ofMethod == 1)
             return Fault::delay(6);
         if (request.method != "LOCK")
@@ -180,13 +180,13 @@ TEST(DownloadsTest, OneThatTheDiskDoesNotTakeSaysSoAndLeavesTheOldFile)
     EXPECT_NE(result.detail.find('"' + target + '"'), std::string::npos) << result.detail;
     EXPECT_EQ(TestSupport::contentOf(target), kOld);
     EXPECT_EQ(std::distance(boost::filesystem::directory_iterator(cache.path()), {}), 1);
-    // Where nobody can write, root neither.
+    // Where nobody can write, not even root.
     const DriveResult refused = on.drive->download("/wheel", "/proc/wheel", entry, {});
     EXPECT_EQ(refused.state, State::CacheFailed);
     EXPECT_NE(refused.detail.find("\"/proc/wheel\""), std::string::npos) << refused.detail;
 }
 
-/// Servers that refuse no stale version, taken for ones that don't lock either.
+/// Servers that don't refuse stale versions, treated as if they didn't lock either.
 class UnguardedSavesTest : public SavesTest
 {
 };
@@ -209,7 +209,7 @@ TEST_P(UnguardedSavesTest, WhatAnotherWritesMeanwhileIsKeptAsAFileBesideIt)
         const std::string wheel = folder + "/wheel";
         ASSERT_EQ(on.server.request("MKCOL", folder + '/').status, 201);
         on.put('/' + wheel, kOld);
-        // It was written before, of which rclone would not know: it keeps times.
+        // It was written earlier, which rclone wouldn't know: it keeps times.
         if (GetParam() != TestServer::Kind::Rclone)
             boost::filesystem::last_write_time(on.server.folder() / wheel, std::time(nullptr) - 100);
         int lastMove = 0;
@@ -237,7 +237,7 @@ TEST_P(UnguardedSavesTest, WhatAnotherWritesMeanwhileIsKeptAsAFileBesideIt)
             continue;
         }
         EXPECT_TRUE(has(kOther));
-        // Who writes without looking when all is done, writes over it.
+        // A client that writes without checking after everything is done overwrites it.
         EXPECT_TRUE(has(kNew) || result.state == State::Changed || at > lastMove) << result.detail;
     }
 }

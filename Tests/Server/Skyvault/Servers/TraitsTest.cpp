@@ -1,4 +1,4 @@
-// What the client finds out of each server is what it is known to do.
+// What the client finds out about each server is what that is known to do.
 
 #include "Server/Skyvault/Client/Transport.h"
 #include "Tests/Server/Skyvault/Servers/DriveOnServer.h"
