@@ -20,8 +20,7 @@ struct AddInManifest
     std::string library;               ///< `lib/lib<library>.so` under the application's root.
     std::wstring title;
     std::wstring description;
-    int loadOrder =
-        100; ///< Smaller ones are loaded first; equal ones in the order of their manifests' names.
+    int loadOrder = 100; ///< Smaller ones are loaded first; equal ones by the names of their manifests.
 };
 
 /// Finds the manifests, loads the add-ins they name, and unloads them. Main thread only.

@@ -16,10 +16,9 @@ struct Texture
 {
     int width = 0, height = 0;   ///< In the picture's own pixels.
     std::vector<uint8_t> pixels; ///< RGBA, not premultiplied, top row first, without gaps.
-    GkPoint2d
-        anchor; ///< The point of the picture that is at the node's position, in its pixels from the middle.
-    double scale = 1;           ///< Logical pixels of the screen per pixel of the picture.
-    double occludedOpacity = 1; ///< Its opacity through whatever hides it, from 0 to 1.
+    GkPoint2d anchor;            ///< The point at the node's position, in pixels from the picture's middle.
+    double scale = 1;            ///< Logical pixels of the screen per pixel of the picture.
+    double occludedOpacity = 1;  ///< Its opacity through whatever hides it, from 0 to 1.
 };
 
 enum class EBillboard {

@@ -31,8 +31,7 @@ struct MeasuredParts
     std::optional<double> diameter;             ///< One that all have in common.
     /// Along its own axes, for a single body that is a plain box, cylinder or sphere (Body::smart).
     std::optional<GkVector3d> size;
-    bool isExact =
-        true; ///< Measured on the displayed triangles because the exact data are too large to read.
+    bool isExact = true; ///< False if measured on the displayed mesh, the exact data being too large.
 };
 
 /// Measures things together, one after the other; a body measured before costs nothing (Body::properties).

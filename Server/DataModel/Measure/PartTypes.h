@@ -16,9 +16,8 @@ struct PartFacts
     /// The outward normal of a plane, or the normal of a circle's plane; the axis of another round face; the
     /// direction of a line. Zero where there is none.
     GkVector3d direction;
-    GkPoint3d place; ///< A vertex; the centre of a round part, or a point on its axis.
-    double radius =
-        0; ///< Of round parts, for a torus that of its tube; 0 where there is none, as for a cone.
+    GkPoint3d place;   ///< A vertex; the centre of a round part, or a point on its axis.
+    double radius = 0; ///< Of round parts, for a torus that of its tube; otherwise 0, as for a cone.
     /// Whether a cylinder, a cone or a sphere is concave, as a hole is.
     bool concave = false;
     /// The edges that bound a face, or the vertices that bound an edge (ObjectPath::index).

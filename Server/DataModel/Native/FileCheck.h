@@ -20,9 +20,8 @@ public:
     struct Part
     {
         std::string entry;
-        std::wstring what; ///< The name used in messages.
-        std::shared_ptr<const ModelFile>
-            model; ///< The one whose exact data it holds; null for other entries.
+        std::wstring what;                      ///< The name used in messages.
+        std::shared_ptr<const ModelFile> model; ///< Whose exact data it is; null for other entries.
     };
     /// What is damaged, by Part::what.
     using Tell = std::function<void(const std::vector<std::wstring>& damaged)>;

@@ -107,8 +107,7 @@ Instances::Instances(std::string_view bytes)
 /// occurrence the part is a root of its own.
 void Instances::dropUnplaced()
 {
-    std::unordered_map<uint32_t, bool>
-        isPlaced; // Keyed by those properties of occurrences that have a placement.
+    std::unordered_map<uint32_t, bool> isPlaced; // By the occurrences' properties with a placement.
     for (const Instance& instance : m_all) {
         if (instance.text.find("CONTEXT_DEPENDENT_SHAPE_REPRESENTATION") != instance.text.npos &&
             instance.links.size() == 2)

@@ -11,9 +11,8 @@ namespace Vs::Translate::Shares {
 /// Identifies a piece of a STEP file, whatever the file and its numbers.
 struct PieceKey
 {
-    std::string key; ///< Letters and digits.
-    std::vector<uint32_t>
-        numbers; ///< Of the statements in this file, in an order that is the same in every file.
+    std::string key;               ///< Letters and digits.
+    std::vector<uint32_t> numbers; ///< Of the statements in this file, in an order common to all files.
 };
 
 /// Keys cover everything that a piece consists of, its units and tolerances, and what is requested for it;

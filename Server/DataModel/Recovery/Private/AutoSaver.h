@@ -102,8 +102,7 @@ private:
     RecoveryStore& m_store;
     std::function<void()> m_wakeUp;
     std::map<Document*, Watched> m_documents;
-    std::map<std::string, bool>
-        m_left; ///< Files of documents that were closed without asking; whether recovered.
+    std::map<std::string, bool> m_left; ///< Files of documents closed unasked; whether recovered.
     std::unique_ptr<Running> m_running;
     bool m_started = false;
     bool m_withoutLoop = false;
