@@ -7,7 +7,7 @@
 namespace Vs::Translate {
 
 // `helpersFor`, `readFile` and `writeFile` are what a worker program does: each program defines them for its
-// own formats, so that it links, and loads at its start, nothing of the others.
+// own formats, so that it neither links nor loads anything of the others.
 
 /// Starts the helpers for a file, before the wall is raised and before there is a second thread; null if the
 /// file is read without help. Nothing of it has been read yet.

@@ -1,8 +1,9 @@
-// The worker: reads or writes one foreign file for the program that started it, and tells it over a pipe how
-// that goes. It may crash or be killed at any time; nothing of the program goes with it.
+// The worker: reads or writes one foreign file for the program that started it, and reports to it
+// over a pipe. It may crash or be killed at any time without affecting the program.
 //
 //     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [--salvage | --strict]
-//     [--pieces=FOLDER] [LIMITS] quillet-translate-FAMILY renew FORMAT DATA MODEL [LIMITS]
+//         [--pieces=FOLDER] [LIMITS]
+//     quillet-translate-FAMILY renew FORMAT DATA MODEL [LIMITS]
 //     quillet-translate-FAMILY export FORMAT DATA FILE [--combine=NAME] [--unit=NAME] [--document=NAME]
 //         [--software=NAME] [LIMITS]
 //

@@ -13,8 +13,8 @@
 namespace Vs {
 
 // The changes of an exact model that ModelKernel::edit makes. Components are named by Component::id. A
-// component that stands in an assembly which occurs several times is changed in all of these, and a body in
-// all of its occurrences.
+// component in an assembly that occurs several times is changed in all of its occurrences, and a body in all
+// of the body's.
 
 /// Moves components. One inside another of them only moves along with that one.
 struct MoveEdit
@@ -31,18 +31,18 @@ struct CopyEdit
     std::vector<GkMatrix3d> motions; ///< From the component to each copy; otherwise as MoveEdit's.
 };
 
-/// Puts the mirror image of each component beside it, as a part of its own. Parts that occur several times
-/// have one image.
+/// Puts the mirror image of each component beside it, as a separate part. Parts that occur several times have
+/// one image.
 struct MirrorEdit
 {
     std::vector<std::string> components;
     GkPoint3d point; ///< On the mirror.
     GkVector3d normal;
-    bool keep = true; ///< The components that are mirrored; else their images take their places.
+    bool keep = true; ///< The components that are mirrored; otherwise their images replace them.
 };
 
-/// Puts components into an assembly, wherever that occurs, without moving them in the model; where the
-/// parent is a part, their bodies are joined to its own.
+/// Moves components into an assembly, wherever that occurs, without moving them in the model; if the parent
+/// is a part, their bodies are joined to its own.
 struct NestEdit
 {
     std::vector<std::string> components; ///< At the top of the tree.
@@ -55,8 +55,8 @@ struct CombineEdit
     enum class Kind { Join, Subtract, Intersect };
     Kind kind = Kind::Join;
     std::string target;             ///< Keeps its id, name and colour.
-    std::vector<std::string> tools; ///< Assemblies count with all that is in them.
-    bool keepTools = false;         ///< Else they are removed.
+    std::vector<std::string> tools; ///< An assembly stands for everything in it.
+    bool keepTools = false;         ///< Otherwise they are removed.
 };
 
 /// Rounds edges, or chamfers them at 45 degrees to flat faces.
@@ -68,7 +68,7 @@ struct BlendEdit
     double size = 0; ///< In mm: the radius, or the distance from the edge.
 };
 
-/// Gives components, bodies and faces a colour of their own, or takes it from them.
+/// Sets the colours of individual components, bodies and faces, or removes them.
 struct ColourEdit
 {
     std::vector<ObjectPath> objects;
@@ -80,8 +80,8 @@ using ModelEdit = std::variant<MoveEdit, CopyEdit, MirrorEdit, CombineEdit, Blen
 /// Why a change can't be made.
 enum class EditFault {
     NoBody,      ///< The component is an assembly, where a body is needed.
-    NoSolid,     ///< The body doesn't enclose a space.
-    Triangles,   ///< The body is made of triangles alone.
+    NoSolid,     ///< The body doesn't enclose a volume.
+    Triangles,   ///< The body is made only of triangles.
     OwnTool,     ///< A body was to be combined with itself.
     NothingLeft, ///< The tools take all of it away.
     Apart,       ///< The bodies have nothing in common.

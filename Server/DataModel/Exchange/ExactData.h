@@ -20,7 +20,7 @@ namespace Vs::Exchange::ExactData {
 /// The model of a native file. Throws std::runtime_error with a message that can be shown.
 std::unique_ptr<ModelKernel> read(const ModelFile& file);
 
-/// Where a model lies in a native file.
+/// The place of a model in a native file.
 struct Place
 {
     uint64_t place;

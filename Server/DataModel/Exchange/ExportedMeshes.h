@@ -18,16 +18,16 @@ class Body;
 
 namespace Vs::Exchange {
 
-/// A body where it is seen.
+/// A body at one of its occurrences.
 struct Occurrence
 {
     const Body* body;
     GkMatrix3d placement; ///< In the asset's coordinates.
-    Colour colour;        ///< Of the faces that have none of their own.
+    Colour colour;        ///< Of faces without their own colour.
     std::wstring name;
 };
 
-/// What a component is named after if it has no name of its own.
+/// The name given to a component that has none.
 std::wstring nameOf(const Component& component);
 
 /// The occurrences below a component, and the mesh of each body.
@@ -37,7 +37,7 @@ public:
     /// Which share of the work is reported for meshing.
     static constexpr double kShare = 0.7;
 
-    /// Returns false if it was cancelled; throws std::runtime_error if there is nothing to be written.
+    /// Returns false if it was cancelled; throws std::runtime_error if there is nothing to write.
     bool make(const MeshExport& job);
 
     const std::vector<Occurrence>& occurrences() const { return m_occurrences; }
@@ -81,7 +81,7 @@ private:
 /// From our z-up and millimetres to y-up and that unit, as in OBJ and glTF.
 GkMatrix3d yUpwards(double unitInMillimetres);
 
-/// From ours to what the job asks for, with that axis upwards where it doesn't say.
+/// From ours to what the job asks for, with that axis as up if it doesn't say.
 GkMatrix3d towards(const MeshExport& job, UpAxis usual);
 
 /// A new file that is written sequentially. Throws std::runtime_error.

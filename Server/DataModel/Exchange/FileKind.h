@@ -9,11 +9,13 @@
 
 namespace Vs::Exchange {
 
-/// By the beginning of a file; `size` is that of the whole file. Unknown if it has none of the formats.
+/// Determined from the beginning of a file; `size` is that of the whole file. Unknown if it is none of the
+/// formats.
 Format formatOfContent(std::string_view head, uint64_t size);
 
-/// Looks at the file and finds its format. A file that is missing, not a regular file, unreadable, empty, of
-/// no known format, or of a different one than its name says gives Unknown and an error that says so.
+/// Examines the file and determines its format. A file that is missing, not a regular file, unreadable,
+/// empty, of no known format, or of another format than its name says yields Unknown and an error that says
+/// so.
 Format recognise(const std::wstring& path, Status& status);
 
 } // namespace Vs::Exchange

@@ -12,9 +12,9 @@ Format formatOfName(const std::wstring& path);
 /// The name's suffix in lower case, with its dot; empty if it has none.
 std::wstring suffixOf(const std::wstring& path);
 
-/// As a person calls it: L"STEP".
+/// Its name for users: L"STEP".
 const wchar_t* nameOf(Format format);
-/// As the worker takes it: "step".
+/// Its name for the worker: "step".
 const char* keyOf(Format format);
 Format formatOfKey(std::string_view key);
 /// The program that reads and writes it. Each links only what its formats need, since loading that takes most

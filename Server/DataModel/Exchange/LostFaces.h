@@ -15,7 +15,7 @@ struct LostFaces
 
     /// "3 of 29 faces of "bracket"".
     [[nodiscard]] std::string text() const;
-    /// From a warning that is "lacks " and the text; nothing for any other.
+    /// From a warning of the form "lacks " and the text; nothing for any other.
     [[nodiscard]] static std::optional<LostFaces> ofWarning(const std::string& warning);
 };
 

@@ -12,7 +12,7 @@ struct LengthUnit;
 
 namespace Vs::Exchange {
 
-/// What is to be written as triangles, and how.
+/// What to write as triangles, and how.
 struct MeshExport
 {
     /// Every occurrence below it is written.
@@ -26,7 +26,7 @@ struct MeshExport
     bool combine = false;
     /// For STL, which also has a binary form.
     bool asText = false;
-    /// Of STL, where it usually is z, and OBJ, where it usually is y; glTF has it fixed.
+    /// For STL, where it usually is z, and OBJ, where it usually is y; glTF prescribes it.
     UpAxis upAxis = UpAxis::Usual;
     /// Called with the progress; returns false to cancel. May be empty.
     std::function<bool(double)> watch;
@@ -37,12 +37,12 @@ struct MeshExport
 // Each writes a new file, which replaces an old one when it is complete. Returns false with an error, or
 // without one if it was cancelled.
 
-/// STL, which knows neither parts nor colours.
+/// STL, which has neither parts nor colours.
 bool writeStl(const MeshExport& job, Status& status);
-/// OBJ with one group for each occurrence, and beside it the colours in an MTL file of the same name.
+/// OBJ with one group for each occurrence, and the colours in an MTL file of the same name next to it.
 bool writeObj(const MeshExport& job, Status& status);
-/// glTF 2.0: the tree of the components, with a body's mesh shared by its occurrences. A `.gltf` file carries
-/// its numbers within it.
+/// glTF 2.0: the tree of the components, with a body's mesh shared by its occurrences. A `.gltf` file embeds
+/// its numbers.
 bool writeGltf(const MeshExport& job, bool binary, Status& status);
 
 } // namespace Vs::Exchange

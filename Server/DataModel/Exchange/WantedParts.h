@@ -10,7 +10,7 @@
 
 namespace Vs::Exchange {
 
-/// The part of a component tree that the save options ask for. The tree must outlive it.
+/// The part of a component tree that the save options select. The tree must outlive it.
 class WantedParts
 {
 public:

@@ -28,7 +28,7 @@ struct WorkerLimits
     static WorkerLimits forFile(uint64_t bytes);
 };
 
-/// One job in a process of its own, so that whatever a foreign file does to the kernel can't affect this
+/// One job in a separate process, so that whatever a foreign file does to the kernel can't affect this
 /// program.
 class Worker
 {
@@ -43,8 +43,8 @@ public:
         Cancelled,
     };
 
-    /// `program` is the name of one that stands beside this program's libraries (see `workerOf`); the
-    /// arguments follow it.
+    /// `program` is the name of one next to this program's libraries (see `workerOf`); the arguments follow
+    /// it.
     Worker(std::string program, std::vector<std::string> arguments, WorkerLimits limits)
         : m_program(std::move(program)), m_arguments(std::move(arguments)), m_limits(limits)
     {
@@ -58,14 +58,13 @@ public:
     /// What it is doing, or was doing when it ended: "reading the file".
     const std::string& step() const { return m_step; }
     const std::vector<std::string>& warnings() const { return m_warnings; }
-    /// The files on which its work depends besides the given one; an empty path stands for one whose name it
-    /// doesn't know.
+    /// The other files on which its work depends; an empty path represents one whose name it doesn't know.
     const std::vector<std::string>& others() const { return m_others; }
     /// The cause of any end but Done, as a clause without a subject's name: "the reader crashed (segmentation
     /// fault) while transferring shapes". UTF-8.
     const std::string& fault() const { return m_fault; }
 
-    /// Begins the work, if it hasn't begun; it must be run then, or end with this object.
+    /// Starts the work, if it hasn't started; it must then be run, or end with this object.
     void start();
 
     /// Shows the progress of all and returns false to cancel. Called at least twenty times a second.
@@ -74,8 +73,8 @@ public:
     /// They share the memory; one for which its share is too small is tried again alone, with all of it.
     static void run(std::span<Worker* const> workers, const Watch& watch);
 
-    /// A worker counts as ended as soon as its result is there; this waits until the processes of all such
-    /// have gone, too.
+    /// A worker counts as ended as soon as its result exists; this waits until the processes of all such have
+    /// ended, too.
     static void waitForDeparting();
 
 private:
@@ -107,7 +106,7 @@ private:
     double m_fraction = 0;
     std::string m_step = "starting";
     int m_steps = 0;
-    size_t m_texts = 0; ///< Bytes of what it had to tell.
+    size_t m_texts = 0; ///< Bytes of its messages.
     std::string m_error;
     std::string m_fault;
     std::vector<std::string> m_warnings;

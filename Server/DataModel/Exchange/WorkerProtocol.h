@@ -34,7 +34,7 @@ class WorkerMessageReader
 {
 public:
     void add(std::string_view bytes);
-    /// The next complete message. An invalid frame makes the reader broken: it returns nothing any more.
+    /// The next complete message. An invalid frame makes the reader broken: it then returns nothing.
     std::optional<WorkerMessage> next();
     bool broken() const { return m_broken; }
 

@@ -10,8 +10,8 @@ namespace Vs::Kernel {
 /// Keeps the program alive when the kernel crashes in a thread by a signal, such as that of an invalid
 /// address, and stops a kernel that doesn't finish: the thread is then blocked for good, with everything that
 /// it holds. It isn't unwound from wherever it happens to be, since the kernel keeps lists of objects on the
-/// stacks of threads (MemoryStop unwinds where that is possible). A guard is for one thread, which starts no
-/// threads of its own.
+/// stacks of threads (MemoryStop unwinds where that is possible). A guard is for one thread, which must not
+/// start other threads.
 class [[nodiscard]] CrashGuard
 {
 public:
@@ -20,7 +20,7 @@ public:
     CrashGuard(const CrashGuard&) = delete;
     CrashGuard& operator=(const CrashGuard&) = delete;
 
-    /// Guards the calling thread for as long as this exists; makes room for handlers.
+    /// Guards the calling thread as long as this exists; provides the stack for signal handlers.
     class [[nodiscard]] Guarded
     {
     public:

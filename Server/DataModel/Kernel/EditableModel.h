@@ -22,7 +22,7 @@ protected:
     /// Long work can be cancelled, and doesn't block the window; a body on the main thread.
     BodyProperties measureBody(const TopoDS_Shape& body, BodyMeasure what) override;
     ShapeAnswer distance(const TopoDS_Shape& first, const TopoDS_Shape& second) override;
-    /// A shape on which the mesher crashes, or doesn't finish, costs nothing but its mesh.
+    /// If the mesher crashes on a shape, or doesn't finish, only its mesh is lost.
     std::shared_ptr<const BodyMesh> makeMesh(const TopoDS_Shape& shape, const ShapeColours& colours,
                                              const TranslatorRefinement& refinement,
                                              const std::function<bool(double)>& goOn) override;

@@ -11,7 +11,7 @@
 
 namespace Vs::Kernel {
 
-/// How work of the kernel ended, other than by itself.
+/// How the kernel's work ended, if not by itself.
 struct LongWorkEnd
 {
     std::optional<EditFault> fault; ///< Crashed, Cancelled or TooLong.
@@ -22,17 +22,17 @@ struct LongWorkEnd
 /// Keeps an object from ever being destroyed. Any thread.
 void keepForever(std::shared_ptr<void> thing);
 
-/// What it makes belongs to itself until it's complete: taken apart half made, it could break down as well.
+/// Its result belongs to itself until it is complete: destroying it half made could crash as well.
 using LongWorkBody = std::function<void(const Handle(Message_ProgressIndicator)&)>;
 
-/// Runs work that may crash (CrashGuard), take long or never finish on a thread of its own. If it isn't done
-/// at once, the caller's thread shows progress under that title, and a cancel (Progress) or two minutes stop
-/// it: by the progress indicator, where the kernel checks it; else by failing its allocations, which unwinds
-/// it (MemoryStop); and where it makes none, by abandoning it. Exceptions pass through. Main thread.
+/// Runs work that may crash (CrashGuard), take long or never finish in a separate thread. If it isn't done at
+/// once, the caller's thread shows progress under that title, and a cancel (Progress) or two minutes stop it:
+/// through the progress indicator, where the kernel checks it; otherwise by failing its allocations, which
+/// unwinds it (MemoryStop); and where it makes none, by abandoning it. Exceptions pass through. Main thread.
 [[nodiscard]] LongWorkEnd runLongWork(const std::wstring& title, const LongWorkBody& work);
 
-/// The same, which shows nothing: while the work goes on, the caller's thread tells `goOn` some twenty times
-/// a second what fraction is done; false cancels. Nothing else runs on the caller's thread meanwhile. It may
+/// The same without a display: while the work runs, the caller's thread calls `goOn` some twenty times a
+/// second with the fraction done; false cancels. Nothing else runs on the caller's thread meanwhile. It may
 /// be empty. Any thread.
 [[nodiscard]] LongWorkEnd runGuardedWork(const std::function<bool(double)>& goOn, const LongWorkBody& work);
 

@@ -15,11 +15,11 @@ namespace Vs::Kernel {
 class MadeShapes
 {
 public:
-    /// Everything that what is made depends on. The places are compared by where they are; what is made knows
+    /// Everything that the result depends on. The places are compared by where they are; the result refers to
     /// the shapes at those that it was made with.
     struct Question
     {
-        int operation = 0; ///< Tells what is asked for from everything else that is.
+        int operation = 0; ///< Distinguishes this request from all others.
         double size = 0;
         std::vector<TopoDS_Shape> shapes;
         std::vector<TopLoc_Location> places;
@@ -30,13 +30,13 @@ public:
         MadeShape made;
     };
 
-    /// The known answer, or a new one. What `make` throws comes through, and is no answer.
+    /// The known result, or a new one. An exception of `make` passes through, and isn't remembered.
     const Answer& make(const Question& question, const std::function<MadeShape(const Question&)>& make);
 
 private:
     static constexpr size_t kMost = 4;
 
-    std::list<Answer> m_answers; ///< The last one first.
+    std::list<Answer> m_answers; ///< Most recent first.
 };
 
 } // namespace Vs::Kernel

@@ -4,16 +4,16 @@
 
 namespace Vs::Kernel {
 
-/// Brings work of the kernel to its end that looks at no cancel: from `stop` on, the kernel's allocator gives
-/// the thread no memory, but an exception, so that its stack is unwound and all that stands on it is given
-/// back. The kernel takes the exception for none of its own failures, which it handles and goes on.
+/// Ends work of the kernel that doesn't check for cancellation: from `stop` on, the kernel's allocator gives
+/// the thread no memory, but throws, so that its stack is unwound and everything on it is released. The
+/// kernel doesn't take the exception for one of its own, which it would handle and carry on.
 ///
-/// What asks for no memory goes on, as does everything where the kernel was loaded by somebody else before
-/// and allocates without asking here; for these there is CrashGuard::stop.
+/// Work that allocates nothing carries on, as does everything if somebody else loaded the kernel before and
+/// it allocates without asking here; for these there is CrashGuard::stop.
 class MemoryStop
 {
 public:
-    /// The calling thread can be stopped for as long as this lives. One for each thread.
+    /// The calling thread can be stopped as long as this lives. One per thread.
     class [[nodiscard]] Heeded
     {
     public:
@@ -23,7 +23,7 @@ public:
         Heeded& operator=(const Heeded&) = delete;
     };
 
-    /// What comes out of the work then. It has no base class, so that nobody takes it for something else.
+    /// Thrown out of the work then. It has no base class, so that nobody takes it for something else.
     class Stopped
     {
     };

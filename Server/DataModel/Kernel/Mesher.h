@@ -10,9 +10,9 @@ namespace Vs::Kernel {
 /// Whether all processors share the work, or the calling thread does it alone.
 enum class MeshThreads { All, Own };
 
-/// Makes the triangles of a shape's faces and keeps them in the shape. Faces that have some already are left
-/// alone if those are fine enough. The deflection is a fraction of the shape's own diagonal, so that big and
-/// small parts look alike and none explodes. Throws Standard_Failure.
+/// Makes the triangles of a shape's faces and stores them in the shape. Faces that already have fine enough
+/// ones are left alone. The deflection is a fraction of the shape's own diagonal, so that big and small parts
+/// look alike and none explodes. Throws Standard_Failure.
 void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement,
                const Message_ProgressRange& progress = {}, MeshThreads threads = MeshThreads::All);
 

@@ -40,7 +40,7 @@ public:
 
     void begin(const std::wstring& name, const std::wstring& cmdKey);
     bool isOpen() const { return m_open != nullptr; }
-    /// Says so of the open change.
+    /// Sets whether the open change is a preview.
     void openIsPreview(bool preview)
     {
         require(isOpen(), "a change is open");
@@ -62,11 +62,11 @@ public:
             return work(kernel);
         });
     }
-    /// Sets a value, as a part of the open change if there is one; empty text removes it. Returns whether it
-    /// was another before.
+    /// Sets a value, as a part of the open change if there is one; empty text removes it. Returns whether the
+    /// value changed.
     bool set(const std::string& key, const std::wstring& value);
 
-    /// Makes the kernel say what was touched so far, though the change stays open.
+    /// Makes the kernel report what was touched so far, though the change stays open.
     void settle();
     /// Ends the open change as one step, and forgets what could be redone. One that changed nothing is no
     /// step of the session; in a group it is one. `cache` may be null.
@@ -77,19 +77,19 @@ public:
         require(!m_session.m_done.empty(), "there is a step to keep something with");
         m_session.m_done.back()->m_userCache = std::move(cache);
     }
-    /// Takes the open change back.
+    /// Undoes the open change.
     Extent abort();
 
-    /// Takes the nearest step of the group, or without one of the session, if there is one and no change is
-    /// open; says what it touched.
+    /// Undoes the nearest step of the group, or, without a group, of the session, if there is one and no
+    /// change is open; reports what it touched.
     Extent undo();
     Extent redo();
 
     /// Only while nothing is open.
     void beginGroup(const std::wstring& name, const std::wstring& cmdKey);
-    /// The steps that are done become one of the session. Those that are undone are forgotten.
+    /// The steps that are done become one of the session's. Those that are undone are forgotten.
     Extent commitGroup();
-    /// Takes back all steps. What could be redone before the group can be again.
+    /// Undoes all steps. What could be redone before the group can be redone again.
     Extent abortGroup();
 
 private:
@@ -98,7 +98,7 @@ private:
 
     Step& top() { return m_group ? *m_group : m_session; }
     void enter(ModelKernel& kernel);
-    /// Takes the step's changes of the model back; afterwards it holds those that make them again.
+    /// Undoes the step's changes of the model; afterwards it holds those that redo them.
     void revertModel(Step& step);
     void put(const std::string& key, const std::wstring& value);
     void putAll(const Step& step, std::wstring Step::Difference::*side);

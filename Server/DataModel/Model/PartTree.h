@@ -33,7 +33,7 @@ struct PartTree
         int32_t body = -1; ///< Index into `bodies`, or -1 for an assembly.
         bool visible = true;
         std::vector<Node> children;
-        std::string part; ///< Where the original of this occurrence is; empty in a file.
+        std::string part; ///< Where the part or assembly is that it shows; empty in a file.
     };
 
     std::vector<Node> roots;

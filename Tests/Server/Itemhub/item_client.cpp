@@ -1,14 +1,13 @@
-// A run of the client by itself, which tests kill, or start in a session of its own.
+// A run of the client alone, which tests kill, or start in a separate session.
 //
-//     item_client PROFILE new COUNT              makes so many items, and prints the path of each one's file
-//     item_client PROFILE queue FILE CONTENT...  saves the contents, one after the other, without signing in
-//     item_client PROFILE save FILE CONTENT...   the same, signed in, and waits until all have arrived
-//     item_client PROFILE wait                   waits until all have arrived
-//     item_client PROFILE maps                   prints what of the network is mapped before a sign-in
-//     item_client PROFILE keep ADDRESS TOKEN     signs in and keeps the token in the keyring
-//     item_client PROFILE browser ADDRESS        prints the page to sign in at, and then who is
-//     item_client PROFILE resume                 goes on with that, and says who is signed in
-//     item_client PROFILE leave                  the same, and signs out
+//     item_client PROFILE new COUNT              creates that many items, and prints the path of each one's
+//     file item_client PROFILE queue FILE CONTENT...  saves the contents, one after the other, without
+//     signing in item_client PROFILE save FILE CONTENT...   the same, signed in, and waits until all have
+//     arrived item_client PROFILE wait                   waits until all have arrived item_client PROFILE
+//     maps                   prints which network libraries are mapped before a sign-in item_client PROFILE
+//     keep ADDRESS TOKEN     signs in and keeps the token in the keyring item_client PROFILE browser ADDRESS
+//     prints the page for signing in, and then who is signed in item_client PROFILE resume continues that
+//     session, and prints who is signed in item_client PROFILE leave                  the same, and signs out
 
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"

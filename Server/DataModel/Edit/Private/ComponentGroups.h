@@ -21,10 +21,10 @@ public:
     /// Makes a group of components, as part of the open change. Fewer than two don't make a group.
     void add(const std::vector<std::string>& components);
     bool isGrouped(const std::string& component) const { return keyOf(component) != nullptr; }
-    /// The members of the component's group that are there, itself among them; empty if it is in none.
+    /// The existing members of the component's group, including itself; empty if it is in none.
     std::vector<std::string> groupOf(const std::string& component) const;
-    /// Takes components that were deleted out of their groups, as a part of the open change; a group with one
-    /// member left is dissolved.
+    /// Removes deleted components from their groups, as a part of the open change; a group with one member
+    /// left is dissolved.
     void remove(const std::vector<std::string>& components);
     /// Forgets the component's group, as a part of the open change; false if it is in none.
     bool separate(const std::string& component);

@@ -9,7 +9,7 @@
 
 namespace Vs::Exchange {
 
-/// An empty file, accessible to this user alone, for others to write into; removed with this object.
+/// An empty file, accessible only to this user, for others to write to; removed with this object.
 class ScratchFile
 {
 public:

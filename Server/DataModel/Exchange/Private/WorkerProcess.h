@@ -19,7 +19,7 @@ public:
     WorkerProcess(const WorkerProcess&) = delete;
     WorkerProcess& operator=(const WorkerProcess&) = delete;
 
-    /// The path of a program that lies beside this one's libraries.
+    /// The path of a program next to this one's libraries.
     [[nodiscard]] static std::string pathOf(const std::string& program);
 
     /// Runs the program at that path, with the other end of the pipe as its descriptor kWorkerPipe and its
@@ -29,15 +29,15 @@ public:
     /// Never blocks; -1 when there is none.
     int pipe() const { return m_pipe; }
 
-    /// The processor time that it and its descendants have used so far, without those that have ended;
-    /// nothing if the system doesn't report it.
+    /// The processor time that it and its descendants have used so far, except those that have ended; nothing
+    /// if the system doesn't report it.
     std::optional<std::chrono::milliseconds> processorTime() const;
-    /// Whether it has work to do at this moment: a thread of it or its descendants runs, or waits for a
-    /// processor or the disk.
+    /// Whether it currently has work to do: a thread of it or its descendants runs, or waits for a processor
+    /// or the disk.
     bool wantsProcessor() const;
 
-    /// Waits that long for its end, then kills it and all its descendants. Returns the state as from waitpid,
-    /// or nothing if that isn't known.
+    /// Waits that long for it to end, then kills it and all its descendants. Returns the status as from
+    /// waitpid, or nothing if that isn't known.
     std::optional<int> collect(std::chrono::milliseconds patience);
     /// Kills it without waiting until it is gone.
     void dismiss();

@@ -9,7 +9,7 @@ namespace Vs::MeasureTexts {
 
 /// One sentence; `name` is the object's path.
 std::wstring reason(const std::wstring& name, NoAnswer why, ShapeKind kind, EMeasureType type);
-/// What a part of a component of that name is called, as "Cylinder of rod".
+/// The name of a part of a component of that name, such as "Cylinder of rod".
 std::wstring solidOf(size_t number, const std::wstring& name);
 std::wstring partOf(ShapeKind kind, const std::wstring& name);
 std::wstring kernelFailed(const std::wstring& name, const std::string& message);

@@ -1,7 +1,7 @@
-// One save in a process of its own, for tests that kill it:
+// One save in a separate process, for tests that kill it:
 //     upload_once KIND ADDRESS NOTES PATH SOURCE [KNOWN-ETAG], with the password in QUILLET_PASSWORD
-// Of the KIND -1, what the server does is found out first; of -2, it is taken for one that neither locks nor
-// refuses. NOTES is the folder for what a killed one left.
+// With the KIND -1, the server's traits are found out first; with -2, it is treated as one that neither locks
+// nor refuses. NOTES is the folder for what a killed process left behind.
 
 #include "Server/Skyvault/Client/Transport.h"
 #include "Tests/Server/Skyvault/Servers/DriveOnServer.h"
