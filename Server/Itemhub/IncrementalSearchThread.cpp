@@ -28,7 +28,7 @@ void IncrementalSearchThread::run()
     } catch (...) {
         failure = ItemhubUtilities::currentFailure();
     }
-    // This object belongs to the main thread, which gets finished() behind this.
+    // This object belongs to the main thread, which receives finished() after this.
     QMetaObject::invokeMethod(
         this,
         [this, found, failure] {

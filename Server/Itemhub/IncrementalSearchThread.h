@@ -6,13 +6,13 @@
 
 namespace Vs {
 
-/// One search at the lifecycle service, on a thread of its own. Make it on the main thread, start() it, and
-/// delete it when finished() has come: ItemhubEventSite::searchResultsReceived is told before. A destroyed
-/// one gives its search up first.
+/// One search at the lifecycle service, on its own thread. Create it on the main thread, start() it, and
+/// delete it on finished(): ItemhubEventSite::searchResultsReceived is called before that. Destroying it
+/// cancels the search.
 class IncrementalSearchThread : public QThread
 {
 public:
-    /// `mode` comes back in the event, and means nothing here.
+    /// `mode` is passed back in the event, and has no meaning here.
     IncrementalSearchThread(std::wstring query, bool mode);
     ~IncrementalSearchThread() override;
 

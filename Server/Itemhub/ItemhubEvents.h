@@ -10,14 +10,14 @@
 
 namespace Vs {
 
-/// Something happened to the session or to the queue of uploads; ask ItemhubUtilities for how things are now.
+/// The session or the upload queue has changed; ask ItemhubUtilities for the current state.
 class ItemhubEvent : public Implements<ItemhubEvent, Event>
 {
 public:
     ItemhubEvent() = default;
 };
 
-/// A failure that the user is to be told.
+/// A failure to be reported to the user.
 class ItemhubErrorEvent : public Implements<ItemhubErrorEvent, ItemhubEvent>
 {
 public:
@@ -28,7 +28,7 @@ private:
     std::wstring m_message;
 };
 
-/// What a search found.
+/// The results of a search.
 class ItemhubSearchResultsEvent : public Implements<ItemhubSearchResultsEvent, ItemhubEvent>
 {
 public:
@@ -39,11 +39,11 @@ public:
     }
 
     const std::wstring& query() const { return m_query; }
-    /// As the search was started.
+    /// As passed when the search was started.
     bool mode() const { return m_mode; }
-    /// The best first.
+    /// Best match first.
     const Items& items() const { return m_items; }
-    /// For the person, why there are none; empty if the search went well.
+    /// Why there are none, as text for the user; empty if the search succeeded.
     const std::wstring& failure() const { return m_failure; }
 
 private:
@@ -68,10 +68,10 @@ public:
     }
 
     /// "item.added", "item.changed", "item.removed", "link.added", "link.removed", "comment.added",
-    /// "comment.removed", "attachment.added", "attachment.removed" or "version.added"; others may come.
+    /// "comment.removed", "attachment.added", "attachment.removed" or "version.added"; others may be added.
     const std::string& kind() const { return m_kind; }
     std::int64_t itemId() const { return m_itemId; }
-    std::int64_t attachmentId() const { return m_attachmentId; } ///< 0 if it concerns none.
+    std::int64_t attachmentId() const { return m_attachmentId; } ///< 0 if none is concerned.
     std::int64_t version() const { return m_version; }           ///< The same.
     const std::wstring& account() const { return m_account; }    ///< Who did it.
 
@@ -81,7 +81,7 @@ private:
     std::wstring m_account;
 };
 
-/// The service's dashboard asks for something; ItemhubUtilities::takeDashboardRequest takes it.
+/// The service's dashboard requests something; ItemhubUtilities::takeDashboardRequest claims it.
 class ItemhubDashboardEvent : public Implements<ItemhubDashboardEvent, ItemhubEvent>
 {
 public:
@@ -92,7 +92,7 @@ private:
     std::int64_t m_request;
 };
 
-/// The state of a document's upload is another one.
+/// The upload state of a document has changed.
 class ItemhubUploadEvent : public Implements<ItemhubUploadEvent, ItemhubEvent>
 {
 public:
@@ -102,7 +102,7 @@ public:
     }
     /// The local file of the document.
     const boost::filesystem::path& document() const { return m_document; }
-    /// The version that has arrived just now; 0 if none has.
+    /// The version that has just arrived; 0 if none has.
     std::int64_t version() const { return m_version; }
 
 private:
@@ -110,20 +110,21 @@ private:
     std::int64_t m_version;
 };
 
-/// What happens at the lifecycle service. Each operation does nothing unless overridden. Main thread only:
-/// what threads find out comes here by ItemhubUtilities::results().
+/// Events of the lifecycle service. Every operation does nothing unless overridden. Main thread only:
+/// results of other threads arrive through ItemhubUtilities::results().
 class ItemhubEventSite : public EventSite
 {
 public:
-    /// A sign-in went well.
+    /// A sign-in succeeded.
     virtual void userAuthenticated(ItemhubEvent*) {}
-    /// Somebody signed in or out, or the service can be reached again or no more.
+    /// Somebody signed in or out, or the service became reachable or unreachable.
     virtual void sessionChanged(ItemhubEvent*) {}
     virtual void onErrorMessage(ItemhubErrorEvent*) {}
-    /// An upload failed for good, as long as nobody asks for it again (ItemhubUtilities::getAllRecoverFiles).
+    /// An upload failed and stays failed until somebody retries it
+    /// (ItemhubUtilities::getAllRecoverFiles).
     virtual void onRecoveryMessage(ItemhubEvent*) {}
     virtual void onRecoveryFileDeleted(ItemhubEvent*) {}
-    /// The account's favourites are others, by this program or another.
+    /// The account's favourites have changed, through this program or another.
     virtual void favoritesChanged(ItemhubEvent*) {}
     virtual void searchResultsReceived(ItemhubSearchResultsEvent*) {}
     virtual void itemChanged(ItemhubItemEvent*) {}

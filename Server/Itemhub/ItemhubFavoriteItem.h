@@ -16,7 +16,7 @@ public:
 
     std::int64_t getItemId() const { return m_itemId; }
     std::int64_t getWorkspaceId() const { return m_workspaceId; }
-    /// As a person typed it: show it as plain text.
+    /// As a user typed it: display it as plain text.
     const std::wstring& getCaption() const { return m_caption; }
 
 private:

@@ -38,7 +38,7 @@ namespace Web = Corvane::Itemstore::WebServices;
 
 namespace {
 
-/// The most that is shown of a search.
+/// The maximum number of search results shown.
 constexpr int kMostResults = 50;
 
 ItemhubUtilities::Notifier& installedNotifier()
@@ -52,7 +52,8 @@ std::wstring asking()
     return localized("ItemhubAsking", "Asking the lifecycle service");
 }
 
-/// What `attach` gives for the item of a document of who is signed in; empty for any other document.
+/// What `attach` returns for the item of one of the signed-in user's documents; empty for any other
+/// document.
 std::wstring
 attached(const boost::filesystem::path& document,
          const std::function<std::string(ItemStore&, const Itemhub::WorkFile&, const Watch&)>& attach)
@@ -74,7 +75,7 @@ struct ItemhubUtilities::Data
 
 ItemhubUtilities* ItemhubUtilities::get()
 {
-    // The results come first into being, so that they are there as long as what posts to them.
+    // The results are created first, so that they outlive whatever posts to them.
     std::ignore = results();
     static ItemhubUtilities client;
     return &client;
@@ -218,7 +219,7 @@ std::wstring ItemhubUtilities::downloadAttachment(const std::wstring& uri) const
     if (!isAuthenticated())
         return {};
     const std::string account = Session::get().facts().name;
-    // As it is now: the download runs beside.
+    // A snapshot: the download runs concurrently.
     std::set<Path> open;
     if (const DocumentMgr* documents = DocumentMgr::get())
         for (unsigned i = 0; i < documents->documents(); ++i)
@@ -317,7 +318,7 @@ bool ItemhubUtilities::waitForUploads(std::chrono::milliseconds time) const
                                    std::this_thread::sleep_for(kLook);
                            });
     } catch (const ItemStore::Cancelled&) {
-        // What has arrived is told below.
+        // Arrived uploads are reported below.
     }
     return UploadQueue::get().entries().empty();
 }

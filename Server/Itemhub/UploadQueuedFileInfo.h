@@ -5,14 +5,14 @@
 
 namespace Vs {
 
-/// A save that isn't at the service yet: a value, as it was when it was asked for.
+/// A save that isn't at the service yet: a value, a snapshot of the time it was queried.
 class UploadQueuedFileInfo
 {
 public:
     enum class State {
-        Waiting,   ///< Its turn comes, or the service can't be reached.
+        Waiting,   ///< Its turn will come, or the service is unreachable.
         Uploading, ///< Now.
-        Failed,    ///< The service refused it; it stays until somebody asks for it again or gives it up.
+        Failed,    ///< The service refused it; it stays until somebody retries or abandons it.
         Outdated   ///< Refused, since another made a newer version meanwhile. Asked for again, it becomes the
                    ///< newest, and the other's stays as the version before.
     };
@@ -31,15 +31,16 @@ public:
     UploadQueuedFileInfo() = default;
     explicit UploadQueuedFileInfo(Values values) : m_values(std::move(values)) {}
 
-    /// What the user calls the file, as "wheel.vlra".
+    /// The file's name for the user, for example "wheel.vlra".
     const std::wstring& fileName() const { return m_values.fileName; }
-    /// The queue's own link to the content. It names the entry in ItemhubUtilities' functions.
+    /// The queue's own link to the content. It identifies the entry in ItemhubUtilities' functions.
     const std::wstring& uploadQueuedFile() const { return m_values.uploadQueuedFile; }
     /// The local file of the document.
     const std::wstring& document() const { return m_values.document; }
-    /// That the version will have; may be empty.
+    /// The label of the future version; may be empty.
     const std::wstring& label() const { return m_values.label; }
-    /// For the person, of Failed and Outdated: what the service said, who made the newer version and when.
+    /// For Failed and Outdated, as text for the user: what the service said, who made the newer version
+    /// and when.
     const std::wstring& reason() const { return m_values.reason; }
     State state() const { return m_values.state; }
     std::int64_t itemId() const { return m_values.itemId; }

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-/// What the lifecycle service keeps, as values, and how it fails. Any thread.
+/// The values that the lifecycle service keeps, and how it fails. Any thread.
 namespace Corvane::Itemstore::WebServices {
 
-/// A place for items. Roles are given by workspace.
+/// A container of items. Roles are assigned per workspace.
 class Workspace
 {
 public:
@@ -20,9 +20,9 @@ public:
     }
 
     std::int64_t id() const { return m_id; }
-    /// UTF-8, as all texts here. As a person typed it: show it as plain text.
+    /// UTF-8, like all texts here. As a user typed it: display it as plain text.
     const std::string& name() const { return m_name; }
-    /// Of the signed-in account: "reader", "writer" or "admin".
+    /// The signed-in account's role: "reader", "writer" or "admin".
     const std::string& role() const { return m_role; }
     bool mayWrite() const { return m_role == "writer" || m_role == "admin"; }
 
@@ -40,7 +40,7 @@ struct ItemValues
     std::string description;
     std::int64_t revision = 0; ///< Of caption and description, from 1.
     std::string createdBy;     ///< An account's name.
-    std::string createdAt;     ///< In UTC: "2026-01-31T12:00:00.000Z".
+    std::string createdAt;     ///< In UTC, for example "2026-01-31T12:00:00.000Z".
     std::string changedAt;     ///< The same.
     bool isFavourite = false;  ///< Of the signed-in account.
 };
@@ -71,8 +71,8 @@ struct AttachmentValues
     std::int64_t id = 0;
     std::int64_t itemId = 0;
     std::int64_t workspaceId = 0;
-    std::string name;               ///< A file's, as "wheel.vlra".
-    std::string docType;            ///< As "VeloraDocType".
+    std::string name;               ///< A file name, for example "wheel.vlra".
+    std::string docType;            ///< For example "VeloraDocType".
     std::int64_t latestVersion = 0; ///< 0 as long as there is none.
     std::string uri;
 };
@@ -89,23 +89,23 @@ public:
     const std::string& name() const { return m_values.name; }
     const std::string& docType() const { return m_values.docType; }
     std::int64_t latestVersion() const { return m_values.latestVersion; }
-    /// What ItemhubUtilities::downloadAttachment takes.
+    /// The argument of ItemhubUtilities::downloadAttachment.
     const std::string& uri() const { return m_values.uri; }
 
 private:
     AttachmentValues m_values;
 };
 
-/// One state of an attachment; none is ever changed or lost.
+/// One state of an attachment; versions never change and are never lost.
 struct Version
 {
     std::int64_t number = 0; ///< From 1.
-    std::string label;       ///< Empty for a save that nobody marked.
+    std::string label;       ///< Empty for a save without a label.
     std::string author;
     std::string createdAt;
-    std::string sha256; ///< Of its content, 64 hexadecimal digits; empty where the system doesn't know it.
+    std::string sha256; ///< Of its content, 64 hexadecimal digits; empty if the system doesn't know it.
     std::uint64_t size = 0;
-    std::int64_t madeFrom = 0; ///< The version that it continues; 0 for the first.
+    std::int64_t madeFrom = 0; ///< The version it is based on; 0 for the first.
 };
 
 struct Comment
@@ -116,8 +116,8 @@ struct Comment
     std::string createdAt;
 };
 
-/// The service answered with something that isn't what it should be: no JSON, of wrong types, beyond all
-/// measure. what() says which request, and what was wrong.
+/// The service sent a malformed response: not JSON, of wrong types, or far too large. what() says which
+/// request and what was wrong.
 class PayloadException : public Vs::Exception
 {
 public:
@@ -125,21 +125,22 @@ public:
     ~PayloadException() override;
 };
 
-/// The service understood the request and refuses it. what() says what was asked, and the service's reason.
+/// The service understood the request and refused it. what() says what was requested, and the service's
+/// reason.
 class ItemhubException : public Vs::Exception
 {
 public:
     enum class Kind {
         NotSignedIn, ///< Nobody is signed in, or the service no longer takes the token.
-        Forbidden,   ///< This account may not.
-        NotFound,    ///< It isn't there, or not for this account.
-        Outdated,    ///< A version was made from one that isn't the newest any more; see latest().
-        Changed,     ///< Another changed the item meanwhile.
-        Conflict,    ///< Another contradiction to what the service has.
-        BadRequest,  ///< The service doesn't take such values.
+        Forbidden,   ///< This account isn't allowed to.
+        NotFound,    ///< It doesn't exist, or not for this account.
+        Outdated,    ///< A version was made from one that is no longer the newest; see latest().
+        Changed,     ///< Somebody else changed the item meanwhile.
+        Conflict,    ///< Another conflict with what the service has.
+        BadRequest,  ///< The service doesn't accept such values.
         TooLarge,    ///< Or no space is left there.
-        Busy,        ///< The service can't at the moment; the same may succeed later.
-        Damaged,     ///< What the service has is damaged or missing there.
+        Busy,        ///< The service is unable at the moment; the same may succeed later.
+        Damaged,     ///< The service's data is damaged or missing.
         Local,       ///< This machine's own files could not be read or written.
         Disabled,    ///< The service is switched off for this installation.
     };
@@ -149,7 +150,7 @@ public:
     ~ItemhubException() override;
 
     Kind kind() const { return m_kind; }
-    /// Of Outdated: the newest version, with who made it and when.
+    /// For Outdated: the newest version, with its author and time.
     const Version& latest() const { return m_latest; }
 
 private:
@@ -157,8 +158,8 @@ private:
     Version m_latest;
 };
 
-/// There was no answer: the service can't be reached, or the connection broke off or stalled. Whether the
-/// request was carried out isn't known.
+/// There was no response: the service is unreachable, or the connection broke off or stalled. Whether the
+/// request was carried out is unknown.
 class ConnectionException : public Vs::Exception
 {
 public:

@@ -8,19 +8,19 @@
 
 namespace Vs::Network {
 
-/// What a request sends: bytes that are held, or a part of a file, which is read as it is sent.
+/// The body of a request: bytes in memory, or a part of a file, which is read while it is sent.
 class Body
 {
 public:
     explicit Body(const Request& request);
 
-    /// Empty as long as it can be read. A file that another program cuts short while it is sent can't: less
-    /// would be kept than was announced.
+    /// Empty as long as it can be read. Reading fails if another program truncates the file while it is being
+    /// sent: less would be stored than was announced.
     const std::string& trouble() const { return m_trouble; }
     qint64 size() const { return m_size; }
-    /// Whether all has been read that is to be sent before the connection is cut.
+    /// Whether everything that should be sent before the connection is cut has been read.
     bool isAtCut() const { return m_cut && m_position >= *m_cut; }
-    /// How much was read into `data`; 0 at its end, at the cut, and in trouble.
+    /// The number of bytes read into `data`; 0 at the end, at the cut, and on failure.
     size_t read(char* data, size_t most);
     bool seek(qint64 position);
 

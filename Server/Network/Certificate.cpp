@@ -24,7 +24,7 @@ std::string fingerprintOf(const X509* certificate)
     return text;
 }
 
-/// Is called for each certificate of the server's chain, and for each fault.
+/// Called for each certificate of the server's chain, and for each error.
 int note(int isGood, X509_STORE_CTX* store)
 {
     const auto* const ssl =

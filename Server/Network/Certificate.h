@@ -4,14 +4,14 @@
 
 namespace Vs::Network {
 
-/// The server's certificate of the connection that was made last, and what is wrong with it.
+/// The server certificate of the last connection made, and what is wrong with it.
 struct Certificate
 {
-    std::string fault;       ///< Empty if nothing is.
+    std::string fault;       ///< Empty if nothing is wrong.
     std::string fingerprint; ///< SHA-256, "AB:CD:..."; empty if none was seen.
 
-    /// Has connections that are made with this handle of libcurl note their certificates here. What is
-    /// accepted doesn't change.
+    /// Makes connections that use this libcurl handle record their certificates here. Doesn't change which
+    /// ones are accepted.
     void watch(void* handle);
 };
 

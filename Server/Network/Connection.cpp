@@ -14,13 +14,13 @@ namespace Vs::Network {
 namespace {
 
 constexpr std::chrono::milliseconds kTick{100};
-// What is read from a file, and from the network, at once.
+// The buffer size for reading from a file and from the network.
 constexpr long kBuffer = 256L * 1024;
-// A server that refuses a large body may say so before it is sent; many say nothing.
+// A server that refuses a large body may say so before the body is sent; many say nothing.
 constexpr long kMsForRefusal = 300;
 
-/// A program that is started meanwhile, such as a browser, must not hold it open: the server would never
-/// learn that this one has gone.
+/// A program started meanwhile, such as a browser, must not inherit the socket: the server would never learn
+/// that this program is gone.
 curl_socket_t openSocket(void*, curlsocktype, curl_sockaddr* address)
 {
     return socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
@@ -32,7 +32,7 @@ void* newHandle()
     if (!handle)
         throw std::bad_alloc();
     curl_easy_setopt(handle, CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(handle, CURLOPT_QUICK_EXIT, 1L); // A name that is still looked up isn't waited for.
+    curl_easy_setopt(handle, CURLOPT_QUICK_EXIT, 1L); // Don't wait for a pending name lookup.
     curl_easy_setopt(handle, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(handle, CURLOPT_HTTP_VERSION, long(CURL_HTTP_VERSION_1_1));
     curl_easy_setopt(handle, CURLOPT_PATH_AS_IS, 1L);
@@ -46,7 +46,7 @@ void* newHandle()
     return handle;
 }
 
-/// The system's, but never between this machine and itself.
+/// The system's proxy, but never for connections within this machine.
 QNetworkProxy proxyFor(QUrl url)
 {
     url.setScheme("http");
@@ -66,7 +66,7 @@ void setProxy(CURL* handle, const QUrl& url)
         address.setHost(proxy.hostName());
         address.setPort(proxy.port());
     }
-    // An empty text forbids the one that the environment may name.
+    // An empty text overrides a proxy from the environment.
     curl_easy_setopt(handle, CURLOPT_PROXY, address.toEncoded().constData());
     const QByteArray user = proxy.user().toUtf8(), password = proxy.password().toUtf8();
     curl_easy_setopt(handle, CURLOPT_PROXYUSERNAME, user.isEmpty() ? nullptr : user.constData());
@@ -82,7 +82,8 @@ void setLogin(CURL* handle, const DigestLogin& login)
     curl_easy_setopt(handle, CURLOPT_PASSWORD, isDigest ? login.password.constData() : nullptr);
 }
 
-/// Lets the library work on a request. Even the removal calls the exchange, which has to be there then.
+/// Adds a request to the library's handle. Even removing it calls the exchange, which therefore has to
+/// outlive this.
 class UnderWay
 {
 public:
@@ -98,7 +99,7 @@ private:
 
 } // namespace
 
-/// One that isn't in use, for a request's time.
+/// An idle handle, for the duration of a request.
 class Connection::Handle
 {
 public:

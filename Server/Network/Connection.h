@@ -13,19 +13,19 @@ namespace Vs::Network {
 
 class Exchange;
 
-/// Says who asks by Digest, which needs the server's challenge first; empty otherwise.
+/// Digest authentication of the caller, which needs the server's challenge first; otherwise empty.
 struct DigestLogin
 {
     QByteArray user, password;
 };
 
-/// The connections to a server, which stay open between requests. One thread at a time; all work is done on
-/// the thread that waits, so that none of its events is handled meanwhile.
+/// The connections to a server, which stay open between requests. One thread at a time; everything runs on
+/// the waiting thread, so that none of its events are handled meanwhile.
 class Connection
 {
 public:
-    /// Some ten times a second, with the bytes done and in all (0 if unknown); false cancels. It may ask
-    /// something else meanwhile.
+    /// Called about ten times a second with the bytes done and the total (0 if unknown); false cancels. May
+    /// send other requests meanwhile.
     using Tick = std::function<bool(std::uint64_t done, std::uint64_t total)>;
 
     Connection();
@@ -33,19 +33,19 @@ public:
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    /// Of time without a byte.
+    /// The longest time without a byte.
     void patience(std::chrono::milliseconds time) { m_patience = time; }
 
     [[nodiscard]] Answer run(const Request& request, const DigestLogin& login, const Tick& tick);
 
 private:
     class Handle;
-    /// Lets all requests that are under way go on, and waits until there is something to do.
+    /// Lets all requests in progress continue, and waits until there is something to do.
     void work(const Exchange& exchange);
 
     Certificate m_certificate; ///< Outlives the connections, which write to it.
     std::unique_ptr<void, void (*)(void*)> m_all;
-    std::vector<std::unique_ptr<void, void (*)(void*)>> m_free; ///< With what they know of logging in.
+    std::vector<std::unique_ptr<void, void (*)(void*)>> m_free; ///< With their authentication state.
     std::chrono::milliseconds m_patience{60000};
 };
 

@@ -6,14 +6,14 @@ namespace Vs::Network {
 
 namespace {
 
-// What a sink is given at once.
+// How much a sink is given at a time.
 constexpr qsizetype kPiece = qsizetype(256) * 1024;
 
-// A server that would refuse a larger body is given the time to say so before it is sent. For a smaller one
-// that would be another way to the server and back.
+// For a larger body, the server is given time to refuse before it is sent. For a smaller one, that would only
+// cost a round trip.
 constexpr qint64 kLarge = qint64(1) << 20;
 
-// Until what was sent has left this machine.
+// Until the data sent has left this machine.
 constexpr std::chrono::milliseconds kUntilCut{100};
 
 Exchange& exchangeOf(void* given)
@@ -35,7 +35,7 @@ Exchange::Exchange(const Request& request, CURL* handle, std::chrono::millisecon
 void Exchange::setRequest()
 {
     curl_easy_setopt(m_handle, CURLOPT_URL, m_request.url.toEncoded().constData());
-    // Each of them stays as it was set for the request before: only what is set anew is this one's.
+    // Options persist from the previous request: only those set again belong to this one.
     curl_easy_setopt(m_handle, CURLOPT_NOBODY, 0L);
     curl_easy_setopt(m_handle, CURLOPT_HTTPGET, 1L);
     const bool hasBody = m_body.size() > 0 || m_request.method == "PUT" || m_request.method == "POST";
@@ -48,7 +48,7 @@ void Exchange::setRequest()
     const auto add = [&](const QByteArray& line) {
         m_headers.reset(curl_slist_append(m_headers.release(), line.constData()));
     };
-    // A packed answer has another ETag on some servers, and an unknown length.
+    // On some servers a compressed response has a different ETag and an unknown length.
     add("Accept-Encoding: identity");
     if (m_body.size() <= kLarge)
         add("Expect:");
@@ -75,9 +75,9 @@ void Exchange::setCallbacks()
     curl_easy_setopt(m_handle, CURLOPT_PREREQDATA, this);
 }
 
-// The library sends a request anew by itself when a connection that was kept open ends before an answer. A
-// MOVE that is done twice has cost both files: whoever asked decides. After an answer it is another request,
-// which says who asks.
+// The library resends a request on its own when a reused connection ends before the response. Doing a MOVE
+// twice has destroyed both files, so that decision is left to the caller. After a response it is a new
+// request, with authentication.
 int Exchange::beforeRequest(void* exchange, char*, char*, int, int)
 {
     Exchange& self = exchangeOf(exchange);
@@ -116,7 +116,7 @@ size_t Exchange::onHeader(char* data, size_t one, size_t count, void* exchange)
     Exchange& self = exchangeOf(exchange);
     const QByteArrayView line(data, qsizetype(one * count));
     self.m_lastByte = Clock::now();
-    if (line.startsWith("HTTP/")) // The library tells the status, but not its words.
+    if (line.startsWith("HTTP/")) // The library gives the status, but not the reason phrase.
         self.m_answer.reason = line.trimmed().toByteArray().split(' ').mid(2).join(' ');
     else if (line.trimmed().isEmpty() && self.statusNow() >= 200)
         self.m_hasHeaders = true;
@@ -164,8 +164,8 @@ bool Exchange::pour()
     if (m_piece.isEmpty())
         return true;
     m_cause = m_request.sink(m_piece);
-    m_piece.resize(0);         // Its memory serves for the next.
-    m_lastByte = Clock::now(); // The time that the sink took isn't the server's.
+    m_piece.resize(0);         // Keeps its capacity for the next piece.
+    m_lastByte = Clock::now(); // The time taken by the sink doesn't count against the server.
     return m_cause.isOk();
 }
 
@@ -206,8 +206,8 @@ void Exchange::takeHeaders()
         m_answer.headers.emplace_back(header->name, header->value);
 }
 
-/// The library takes headers that are cut short for all of them, and the end of a connection for that of an
-/// answer without a length; that is so only where the server has said it.
+/// The library accepts truncated headers as complete, and the end of a connection as that of a response
+/// without a length; that is only right if the server said so.
 bool Exchange::isEndSeen() const
 {
     const long status = statusNow();
@@ -223,7 +223,7 @@ void Exchange::finish(CURLcode code, const Certificate& certificate)
     if (m_isDone)
         return;
     takeHeaders();
-    // What came before a break is the sink's, too: a download goes on behind it.
+    // The sink also gets what came before an interruption: a download resumes after it.
     if (m_cause.isOk() && m_request.sink)
         pour();
     if (code == CURLE_OK && m_cause.isOk() && isEndSeen()) {

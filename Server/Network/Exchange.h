@@ -11,7 +11,7 @@
 
 namespace Vs::Network {
 
-/// One request and its answer, on a handle of libcurl that is its own until it goes.
+/// One request and its response, with exclusive use of a libcurl handle.
 class Exchange
 {
 public:
@@ -24,13 +24,13 @@ public:
     bool isDone() const { return m_isDone; }
     std::uint64_t bytesDone() const { return m_bytesDone; }
     std::uint64_t bytesInAll() const { return m_bytesInAll; }
-    /// When it ends if nothing comes or goes until then.
+    /// When it times out unless data is transferred before.
     Clock::time_point deadline() const;
-    /// Ends it if that time has come.
+    /// Ends it if that time has passed.
     void look();
-    /// Ends it with a cause of ours.
+    /// Ends it for a reason of our own.
     void end(Result cause);
-    /// The library has done with it.
+    /// The library is done with it.
     void finish(CURLcode code, const Certificate& certificate);
     Answer takeAnswer() { return std::move(m_answer); }
 
@@ -45,7 +45,7 @@ private:
 
     void setRequest();
     void setCallbacks();
-    /// Gives the sink what has been gathered for it.
+    /// Passes the buffered data to the sink.
     bool pour();
     bool isEndSeen() const;
     void takeHeaders();
@@ -56,14 +56,14 @@ private:
     CURL* const m_handle;
     const std::chrono::milliseconds m_patience;
     std::unique_ptr<curl_slist, void (*)(curl_slist*)> m_headers{nullptr, curl_slist_free_all};
-    std::array<char, CURL_ERROR_SIZE> m_text{}; ///< The library's words for a fault.
+    std::array<char, CURL_ERROR_SIZE> m_text{}; ///< The library's text for an error.
     Body m_body;
     Clock::time_point m_lastByte = Clock::now();
-    std::optional<Clock::time_point> m_cutAt; ///< When all is sent before a cut.
+    std::optional<Clock::time_point> m_cutAt; ///< When everything before a cut has been sent.
     std::uint64_t m_bytesDone = 0, m_bytesInAll = 0;
-    QByteArray m_piece; ///< Gathered for the sink.
+    QByteArray m_piece; ///< Buffered for the sink.
     Answer m_answer;
-    Result m_cause; ///< Ours, if we ended it.
+    Result m_cause; ///< Our reason, if we ended it.
     bool m_isSent = false, m_hasHeaders = false, m_isDone = false;
 };
 

@@ -14,7 +14,7 @@ CloudErrorState stateOf(int status)
     case 401:
         return CloudErrorState::Unauthorized;
     case 403:
-    case 405: // Of a method that works elsewhere on this drive: not here, then.
+    case 405: // The method works elsewhere on this drive, so it is refused here.
         return CloudErrorState::Forbidden;
     case 404:
     case 410:
@@ -44,7 +44,7 @@ CloudErrorState stateOf(int status)
     return status >= 500 ? CloudErrorState::ServerError : CloudErrorState::BadAnswer;
 }
 
-/// What a server calls the status, without anything that doesn't belong into a message.
+/// The server's reason phrase for the status, without anything that doesn't belong in a message.
 std::string reasonOf(const QByteArray& given)
 {
     QString text = QString::fromUtf8(given).left(kLongestReason);

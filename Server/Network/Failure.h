@@ -6,10 +6,10 @@
 
 namespace Vs::Network {
 
-/// What an answer, or its absence, means, for a person: `action` says what was tried and where ("Reading
-/// "/a.vlra" on host"). Success for the kind 2xx.
+/// What a response, or the lack of one, means, as text for the user: `action` says what was attempted and
+/// where ("Reading "/a.vlra" on host"). Success for 2xx.
 Result resultOf(const Answer& answer, const std::string& action);
-/// The detail with what was tried before it.
+/// A failure whose detail starts with what was attempted.
 Result failed(CloudErrorState state, const std::string& action, const std::string& why);
 
 } // namespace Vs::Network

@@ -16,7 +16,7 @@ constexpr std::chrono::milliseconds kMostWaiting{30000};
 constexpr std::chrono::milliseconds kTick{100};
 constexpr std::chrono::milliseconds kHurry{5000};
 
-/// Seconds, or a date; none if the server doesn't say.
+/// Given in seconds or as a date; none if the server doesn't say.
 std::optional<std::chrono::milliseconds> retryAfter(const Answer& answer)
 {
     const QByteArray text = answer.header("Retry-After").trimmed();
@@ -26,7 +26,7 @@ std::optional<std::chrono::milliseconds> retryAfter(const Answer& answer)
     const qint64 seconds = text.toLongLong(&isNumber);
     if (isNumber)
         return std::chrono::seconds(std::clamp<qint64>(seconds, 0, 86400));
-    // The server's own clock is the one that its date goes by.
+    // The date is relative to the server's own clock.
     const QLocale c = QLocale::c();
     const QString format = "ddd, dd MMM yyyy hh:mm:ss 'GMT'";
     const QDateTime until = c.toDateTime(QString::fromLatin1(text), format);
@@ -68,7 +68,7 @@ Answer Http::askAs(const Request& request, const Watch& watch)
     Answer answer = askOnce(request, watch);
     if (answer.status == 401 && learnsLogin(answer, request))
         answer = askOnce(request, watch);
-    // A connection that the server had closed meanwhile looks the same as one that it cut: nothing came.
+    // A stale connection that the server had closed looks the same as a failed one: nothing was received.
     if (answer.status == 0 && answer.wasReset && answer.received == 0 && request.isHarmless())
         answer = askOnce(request, watch);
     return answer;
@@ -115,7 +115,7 @@ bool Http::learnsLogin(const Answer& answer, const Request& request)
         basic = basic || value.contains("basic ");
         digest = digest || value.contains("digest ");
     }
-    // Where Basic is offered as well, it was refused just now.
+    // If Basic is offered as well, it has just been refused.
     m_digest = digest && !basic;
     return m_digest && !request.url.isEmpty();
 }

@@ -7,36 +7,36 @@
 
 namespace Vs::Network {
 
-/// Asks a server on behalf of a user: says who he is, follows redirections within the server, waits where the
-/// server wants it, and asks once more where that changes nothing. One thread at a time.
+/// Sends requests to a server on behalf of a user: authenticates, follows redirects within the server, waits
+/// when the server asks for it, and retries harmless requests once. One thread at a time.
 class Http
 {
 public:
     explicit Http(Credentials credentials);
 
-    /// Gives an access token anew; false if that isn't possible.
+    /// Renews an access token; false if that isn't possible.
     using Renewal = std::function<bool(Credentials& credentials)>;
     void renewal(Renewal renewal) { m_renewal = std::move(renewal); }
-    /// Signs each request instead of sending a secret along; gives the value of its header "Authorization".
+    /// Signs each request instead of sending a secret; returns the value of its "Authorization" header.
     using Signature = std::function<QByteArray(const Request& request)>;
     void signature(Signature signature) { m_signature = std::move(signature); }
-    /// Of time without a byte, from the next request on. Any thread may call this.
+    /// The longest time without a byte, from the next request on. Any thread may call this.
     void patience(std::chrono::milliseconds time) { m_patience = time; }
-    /// For what is still to be tidied up on a server that has just been waited for in vain.
+    /// For cleaning up on a server that has just timed out.
     void hurry(bool isInHurry) { m_isInHurry = isInHurry; }
     const Credentials& credentials() const { return m_credentials; }
 
     [[nodiscard]] Answer ask(Request request, const Watch& watch = {});
 
-    /// Is called on the waiting thread while a request runs, so that something can be done beside it.
+    /// Called on the waiting thread while a request runs, to do something else alongside it.
     void beside(std::function<void()> task) { m_beside = std::move(task); }
 
 private:
     Answer askOnce(const Request& request, const Watch& watch);
     Answer askAs(const Request& request, const Watch& watch);
-    /// Learns from a refusal how to log in; true if it is worth asking again.
+    /// Learns from a refusal how to authenticate; true if it is worth retrying.
     bool learnsLogin(const Answer& answer, const Request& request);
-    /// Empty if the answer leads nowhere else; a failure in `answer` if it may not be followed.
+    /// Empty if the response is not a redirect; a failure in `answer` if it must not be followed.
     QUrl redirection(Answer& answer, const Request& request) const;
     bool waits(Answer& answer, std::chrono::milliseconds& left, const Watch& watch) const;
 

@@ -19,7 +19,7 @@ QJsonObject getJson(Http& http, const QUrl& url)
 
 Answer postForm(Http& http, const QUrl& url, const QUrlQuery& form, const Watch& watch)
 {
-    // In a form a plus sign stands for a space.
+    // In a form, a plus sign means a space.
     QByteArray body = form.toString(QUrl::FullyEncoded).toUtf8();
     body.replace('+', "%2B");
     return http.ask(

@@ -7,12 +7,12 @@
 
 namespace Vs::Network {
 
-/// What an address answers to GET; empty if that is no JSON object.
+/// The response of an address to GET; empty if that isn't a JSON object.
 QJsonObject getJson(Http& http, const QUrl& url);
 /// Posts a form.
 Answer postForm(Http& http, const QUrl& url, const QUrlQuery& form, const Watch& watch = {});
 QJsonObject objectOf(const Answer& answer);
-/// A name for once: 256 random bits, in letters that an address may hold.
+/// A single-use name: 256 random bits in URL-safe characters.
 QByteArray randomName();
 
 } // namespace Vs::Network

@@ -17,8 +17,8 @@ namespace {
 std::atomic<std::chrono::seconds> s_patience{std::chrono::seconds(120)};
 const auto kService = QStringLiteral("Quillet");
 
-/// The library hands its jobs through one queue, which belongs to the thread that made the first; so all of
-/// them are made on this one.
+/// The library runs its jobs through one queue, which belongs to the thread that created the first one; so
+/// all of them are created on this thread.
 class KeyringThread
 {
 public:
@@ -52,7 +52,7 @@ struct Outcome
     QString message, text;
 };
 
-/// What a job came to, which may be after whoever waits for it has given up.
+/// The outcome of a job, which may arrive after the waiting caller has given up.
 struct Waiting
 {
     std::mutex mutex;
@@ -60,7 +60,7 @@ struct Waiting
     std::optional<Outcome> outcome;
 };
 
-/// What was given up last. The library's queue goes on with nothing else before that is answered.
+/// The last job that was given up. The library's queue is blocked until that one is answered.
 class GivenUp
 {
 public:
@@ -138,7 +138,7 @@ Result resultOf(const Outcome& outcome, const char* action)
     default:
         break;
     }
-    // The library has no code for a bus or a keyring that isn't there, only the bus's own words.
+    // The library has no error code for a missing bus or keyring, only the bus's own text.
     const std::string why = outcome.message.toStdString();
     return failed(CloudErrorState::CacheFailed, "the desktop's keyring could not be used" +
                                                     (why.empty() ? std::string() : " (" + why + ")"));

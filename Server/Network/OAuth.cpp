@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::chrono::minutes kPatience{20};
 constexpr std::chrono::milliseconds kTick{100};
-// Where a program can't register itself, the server's administrator does it by this name.
+// If a program can't register itself, the server's administrator registers it by this name.
 const auto kClient = QStringLiteral("quillet");
 
 QString pathOf(const QUrl& url)
@@ -27,7 +27,7 @@ QString pathOf(const QUrl& url)
     return path;
 }
 
-/// A place of metadata: between host and path, as RFC 8414 has it.
+/// A metadata location: the well-known part between host and path, as specified by RFC 8414.
 QUrl wellKnown(const QUrl& of, const char* name)
 {
     QUrl url = of;
@@ -53,7 +53,7 @@ std::optional<TokenServer> serverOf(Http& http, const QUrl& issuer)
                                  protectedUrl(found["token_endpoint"]),
                                  protectedUrl(found["registration_endpoint"]),
                                  {}};
-        // One origin can serve several issuers that don't trust each other.
+        // One origin can host several issuers that don't trust each other.
         const QUrl named(server.issuer);
         if (isSameOrigin(named, issuer) && pathOf(named) == pathOf(issuer) &&
             !server.authorization.isEmpty() && !server.token.isEmpty())
@@ -62,7 +62,7 @@ std::optional<TokenServer> serverOf(Http& http, const QUrl& issuer)
     return std::nullopt;
 }
 
-/// A name under which the server knows this program and the address that its browser comes back to.
+/// The identifier under which the server has registered this program and the address to redirect to.
 QString clientOf(const TokenServer& server, const QUrl& redirect)
 {
     if (server.registration.isEmpty())
@@ -74,7 +74,8 @@ QString clientOf(const TokenServer& server, const QUrl& redirect)
                            {"response_types", QJsonArray{"code"}},
                            {"application_type", "native"},
                            {"token_endpoint_auth_method", "none"},
-                           // In no standard, but Glewlwyd demands a secret without it, though it gives none.
+                           // Not part of any standard, but without it Glewlwyd demands a secret that it
+                           // doesn't issue.
                            {"client_confidential", false}};
     const Answer answer = http.ask({.method = "POST",
                                     .url = server.registration,
@@ -102,7 +103,7 @@ Result takeTokens(const Answer& answer, const std::string& action, Credentials& 
         return failed(CloudErrorState::BadAnswer, action, "the answer has no token that could be used");
     credentials.kind = Credentials::Kind::Bearer;
     credentials.secret = token;
-    // A server that gives no new one goes on with the old.
+    // A server that issues no new one continues with the old one.
     if (const QString refresh = found["refresh_token"].toString(); !refresh.isEmpty())
         credentials.refreshToken = refresh.toStdString();
     return {};

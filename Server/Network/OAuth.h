@@ -8,23 +8,23 @@
 
 namespace Vs::Network {
 
-/// A server that gives tokens for a drive, by its metadata.
+/// The authorization server of a drive, according to its metadata.
 struct TokenServer
 {
     QString issuer;
-    QUrl authorization, token, registration; ///< The last is empty where no program can register.
-    QString scopes;                          ///< That the drive names.
+    QUrl authorization, token, registration; ///< The last is empty if programs can't register.
+    QString scopes;                          ///< As named by the drive.
 };
 
-/// Finds who gives tokens for the drive at that address: by what its refusal refers to, else at the places
-/// where metadata is kept. `challenge` is the refusal's WWW-Authenticate.
+/// Finds the authorization server for the drive at that address: by what its refusal refers to, otherwise at
+/// the well-known metadata locations. `challenge` is the refusal's WWW-Authenticate header.
 std::optional<TokenServer> findTokenServer(Http& http, const QUrl& drive, const QByteArray& challenge);
 
-/// Sends the person to the server's login page, and gets tokens for what the browser brings back.
+/// Sends the user to the server's login page, and exchanges what the browser brings back for tokens.
 Result signInByOAuth(const TokenServer& server, const std::function<bool(const std::string&)>& open,
                      Credentials& credentials, const Watch& watch);
 
-/// Gets a new access token; false, with the credentials as they were, if there is none to be had.
+/// Gets a new access token; false, leaving the credentials unchanged, if that isn't possible.
 bool renewToken(Credentials& credentials);
 
 } // namespace Vs::Network

@@ -53,7 +53,7 @@ bool isFileName(QByteArrayView name)
 {
     if (name.isEmpty() || name.size() > kLongestName || name == "." || name == "..")
         return false;
-    // A backslash parts names elsewhere, and paths of documents are compared as if it did here.
+    // A backslash separates names on other systems, and document paths are compared as if it did here.
     const bool clean = std::none_of(name.begin(), name.end(), [](char c) {
         const auto byte = static_cast<unsigned char>(c);
         return byte < 0x20 || byte == 0x7f || c == '/' || c == '\\';

@@ -7,13 +7,13 @@
 
 namespace Vs::Network {
 
-/// Whether what goes there is protected: https, or this machine itself, which nobody listens to.
+/// Whether the connection is protected: https, or this machine itself, where nobody can listen in.
 bool isProtected(const QUrl& url);
-/// Whether both are the same server to whoever sends secrets: host, port and protocol.
+/// Whether secrets for one may be sent to the other: same host, port and protocol.
 bool isSameOrigin(const QUrl& one, const QUrl& other);
 /// "host" or "host:port", for messages.
 std::string hostOf(const QUrl& url);
-/// Whether a file of this system could be called so, without leading anywhere else. UTF-8.
+/// Whether this is a valid file name on this system that leads nowhere else. UTF-8.
 bool isFileName(QByteArrayView name);
 
 } // namespace Vs::Network

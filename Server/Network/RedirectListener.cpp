@@ -11,7 +11,7 @@ namespace {
 constexpr int kRequestTime = 3000;
 constexpr qsizetype kLongestRequest = 16384;
 
-/// The request up to the end of its headers.
+/// The request up to the end of the headers.
 QByteArray readRequest(QTcpSocket& socket)
 {
     QByteArray request;
@@ -56,7 +56,7 @@ std::optional<QUrlQuery> RedirectListener::wait(std::chrono::milliseconds time, 
     const QByteArrayList line = readRequest(*socket).split('\n').first().trimmed().split(' ');
     const QUrl asked = line.size() == 3 ? QUrl::fromEncoded(line[1]) : QUrl();
     const QUrlQuery query(asked);
-    // Any page that a browser shows can send a request here, but it doesn't know the state.
+    // Any page in a browser can send requests here, but none knows the state.
     if (line.first() != "GET" || asked.path() != address().path() ||
         query.queryItemValue(QStringLiteral("state"), QUrl::FullyDecoded).toUtf8() != state) {
         answer(*socket, "400 Bad Request", "This address is not the one that a sign-in goes back to.");

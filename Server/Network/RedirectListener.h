@@ -9,16 +9,16 @@
 
 namespace Vs::Network {
 
-/// Waits on this machine for the browser that comes back from a login page.
+/// Waits on this machine for the browser to be redirected back from a login page.
 class RedirectListener
 {
 public:
     RedirectListener();
 
-    /// Where the browser is to come; empty if no port could be had.
+    /// Where to redirect the browser; empty if no port was available.
     QUrl address() const;
-    /// Waits so long for one request to that address, and answers it with a page for the person; what the
-    /// address was asked with. Other requests are refused.
+    /// Waits that long for one request to that address, and answers it with a page for the user; returns the
+    /// query of the address. Other requests are refused.
     std::optional<QUrlQuery> wait(std::chrono::milliseconds time, const QByteArray& state);
 
 private:

@@ -7,8 +7,8 @@
 
 namespace Vs::Network {
 
-/// The SHA-256 of what is added, by the processor's own instructions where it has them: several times as fast
-/// as Qt's.
+/// Incremental SHA-256 that uses the processor's SHA instructions if it has them: several times as fast as
+/// Qt's.
 class Sha256
 {
 public:
@@ -18,7 +18,7 @@ public:
     Sha256& operator=(const Sha256&) = delete;
 
     void add(QByteArrayView bytes);
-    /// In hexadecimal digits. Once.
+    /// In hexadecimal digits. May be called only once.
     [[nodiscard]] std::string digits();
 
 private:

@@ -5,13 +5,14 @@
 
 namespace Vs::Network {
 
-/// Whoever waits for a request. `progress` is called on the waiting thread, some ten times a second, with the
-/// bytes done and in all (0 if unknown); false cancels the request. Without it, nobody cancels.
+/// The observer of a request. `progress` is called on the waiting thread about ten times a second with the
+/// bytes done and the total (0 if unknown); false cancels the request. Without it, the request can't be
+/// cancelled.
 struct Watch
 {
     std::function<bool(std::uint64_t done, std::uint64_t total)> progress{};
 
-    /// Whether the work is to go on.
+    /// Whether the work should continue.
     bool goesOn() const { return !progress || progress(0, 0); }
 };
 

@@ -24,7 +24,7 @@ using Cloud::CacheRow;
 
 namespace {
 
-/// One run of the program at a time sends what waits in a cache.
+/// Only one run of the program at a time uploads what is waiting in a cache.
 class SendingLock
 {
 public:
@@ -74,7 +74,7 @@ void lookAtLast(std::vector<Cache::Place> places)
 
 struct CloudCacheManager::Data
 {
-    std::unique_ptr<SendingLock> lock; ///< While something is being sent.
+    std::unique_ptr<SendingLock> lock; ///< While uploading.
     std::vector<Cache::Place> queue;
 
     void sendNext();
@@ -101,7 +101,7 @@ try {
     const fs::path root = SkyvaultUtilities::currentCachePath(nullptr);
     return node && !root.empty() && Cloud::isDownloadRequired({root, node->id()}, node->etag());
 } catch (const Exception& error) {
-    // The download tells why.
+    // The download reports the reason.
     Cloud::Failures::note(CloudErrorState::CacheFailed, error.message());
     return true;
 }
@@ -162,7 +162,7 @@ void CloudCacheManager::uploadWaiting()
     m_data->sendNext();
 }
 
-// One after the other, so that what a person does meanwhile comes in between.
+// One after the other, so that the user's own requests come in between.
 void CloudCacheManager::Data::sendNext()
 {
     while (!queue.empty()) {
@@ -174,7 +174,7 @@ void CloudCacheManager::Data::sendNext()
                 Cache::get().uploading().contains(place.file().string()))
                 continue;
             Cloud::Upload::post(place, [this] {
-                // The others can't be reached, either.
+                // The others can't be reached either.
                 if (!Cloud::Session::get().isOnline())
                     queue.clear();
                 sendNext();

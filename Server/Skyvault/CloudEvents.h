@@ -8,7 +8,7 @@
 
 namespace Vs {
 
-/// What happened to the session with the drive, or to a file of its cache.
+/// Something happened to the session with the drive, or to a file in its cache.
 class CloudEvent : public Implements<CloudEvent, Event>
 {
 public:
@@ -16,9 +16,9 @@ public:
         : m_file(std::move(file)), m_text(std::move(text))
     {
     }
-    /// Empty if the event concerns no single file.
+    /// Empty if the event doesn't concern a single file.
     const boost::filesystem::path& file() const { return m_file; }
-    /// For the person, where there is something to say.
+    /// Text for the user, if there is something to say.
     const std::wstring& text() const { return m_text; }
 
 private:
@@ -26,18 +26,18 @@ private:
     std::wstring m_text;
 };
 
-/// What happens to the cloud drive. Each operation does nothing unless overridden.
+/// Events of the cloud drive. Every operation does nothing unless overridden.
 class CloudEventSite : public EventSite
 {
 public:
-    /// Somebody signed in or out, or the drive can be reached again or no more.
+    /// Somebody signed in or out, or the drive became reachable or unreachable.
     virtual void cloudSessionChanged(CloudEvent*) {}
-    /// CloudCacheManager::state of a file is another one.
+    /// CloudCacheManager::state of a file has changed.
     virtual void cloudFileStateChanged(CloudEvent*) {}
-    /// A save was refused, since another wrote a newer version; the text says who and when. Not fired under
-    /// replay.
+    /// A save was refused because somebody else wrote a newer version; the text says who and when. Not fired
+    /// during replay.
     virtual void cloudFileConflicted(CloudEvent*) {}
-    /// What had waited has arrived; the file's identifier is known now.
+    /// A waiting upload has arrived; the file's identifier is known now.
     virtual void cloudFileArrived(CloudEvent*) {}
 };
 

@@ -23,8 +23,8 @@ using Cloud::Session;
 
 struct MeshportAuth::Data
 {
-    bool refused = false;   ///< By the person, in what he is doing now.
-    bool loggedOut = false; ///< In this run, so that no file signs anybody in again.
+    bool refused = false;   ///< By the user, in the current operation.
+    bool loggedOut = false; ///< In this run, so that the token file doesn't sign anybody in again.
 };
 
 namespace {
@@ -35,13 +35,13 @@ std::function<bool()>& edition()
     return asked;
 }
 
-/// The transport can't be had: it, or a library that it needs, is missing.
+/// The transport is not available: it, or a library that it needs, is missing.
 DriveResult noTransport(const std::exception& error)
 {
     return {CloudErrorState::Unsupported, error.what()};
 }
 
-/// Something that the transport does, on the thread of requests.
+/// A function of the transport, run on the request thread.
 template <class Action>
 DriveResult onThread(const std::wstring& title, Action&& action)
 try {
@@ -77,7 +77,7 @@ try {
     return noTransport(error);
 }
 
-/// What the keyring has for the last drive.
+/// The credentials in the keyring for the last drive.
 DriveResult kept(Cloud::Access& access)
 {
     access.address = Strings::narrow(CloudOptionGroup::get()->server());
@@ -89,7 +89,7 @@ DriveResult kept(Cloud::Access& access)
     return result;
 }
 
-/// Signs in without asking anybody; false if nothing is there to sign in with, or it isn't taken.
+/// Signs in without prompting; false if there are no credentials, or they aren't accepted.
 bool resume(bool withTokenFile)
 {
     Cloud::Access access;
@@ -196,7 +196,7 @@ DriveResult MeshportAuth::signIn(const std::string& address, const Cloud::DriveC
     if (!result.isOk())
         return result;
     auto* options = CloudOptionGroup::get();
-    // What the keyring had for another drive, or had and is not to have any more, goes.
+    // Remove what the keyring had for another drive, or should no longer have.
     if (const std::string old = Strings::narrow(options->server());
         options->kept() && (old != address || !keepThem))
         std::ignore = forget(old);
@@ -296,7 +296,7 @@ bool MeshportAuth::isKept() const
            (!Session::get().exists() || Strings::widen(Session::get().address()) == options->server());
 }
 
-// None of the servers that are known has addresses that sign somebody in.
+// None of the known servers has addresses that sign somebody in.
 bool MeshportAuth::authenticatedUrl(const std::wstring&, std::string&, bool) const
 {
     return false;

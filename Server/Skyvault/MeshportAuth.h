@@ -6,40 +6,40 @@
 
 namespace Vs {
 
-/// The user's session with the cloud drive. A run without a window takes the credentials that the keyring
-/// has, or the token of the file that QUILLET_CLOUD_TOKEN_FILE names. Main thread only.
+/// The user's session with the cloud drive. A run without a window uses the credentials from the keyring, or
+/// the token from the file named by QUILLET_CLOUD_TOKEN_FILE. Main thread only.
 class MeshportAuth : public BaseAuth
 {
 public:
     static MeshportAuth* globalInstance();
 
-    /// By the user's option, or by the edition of the program.
+    /// By the user's option or by the program's edition.
     [[nodiscard]] bool cloudDisabled() const;
-    /// Who knows whether the edition has no cloud drive; null for nobody, and then it has one.
+    /// `asked` tells whether the edition has no cloud drive; with null, it has one.
     static void editionDisables(std::function<bool()> asked);
 
-    /// True when somebody is signed in, asking if needed. Kept credentials count also while the server can't
-    /// be reached. A refusal stays until the person asks for it himself: the dialog isn't shown twice for one
-    /// command.
+    /// True if somebody is signed in, prompting if necessary. Stored credentials count even if the server
+    /// can't be reached. A refusal holds until the user starts something new: the dialog isn't shown twice
+    /// for one command.
     [[nodiscard]] bool login(CloudLoginDialog::ELoginMode mode);
-    /// A person begins something anew: who refused to sign in before may be asked again.
+    /// The user starts something new: after an earlier refusal to sign in, the dialog may be shown again.
     void forgetRefusal();
-    /// Forgets the credentials, here and in the keyring; what waits to be uploaded stays. False if the
-    /// keyring didn't give them up.
+    /// Deletes the credentials, here and in the keyring; pending uploads stay. False if the keyring didn't
+    /// release them.
     [[nodiscard]] bool logout();
 
-    /// Signs in with credentials: connects, probes the server at need, and, where `keep` says so, keeps them
-    /// in the keyring. On any failure nobody is signed in and nothing is kept.
+    /// Signs in with credentials: connects, probes the server if needed, and stores them in the keyring if
+    /// `keep` is set. On failure nobody is signed in and nothing is stored.
     [[nodiscard]] Cloud::DriveResult signIn(const std::string& address,
                                             const Cloud::DriveCredentials& credentials, bool keep);
     [[nodiscard]] Cloud::DriveResult discover(const std::string& typed, Cloud::DriveOffer& offer);
     [[nodiscard]] Cloud::DriveResult signInByBrowser(const Cloud::DriveOffer& offer, bool keep,
                                                      const std::function<bool(const std::string&)>& open);
 
-    /// The page where the user sees the drive; empty when no drive is set.
+    /// The page on which the user sees the drive; empty if no drive is set.
     [[nodiscard]] std::string getHalvaneUrl() const;
 
-    /// What the server was found to do; null while nobody is signed in.
+    /// How the server was found to behave; null while nobody is signed in.
     const Cloud::DriveTraits* traits() const;
 
     bool isLoggedIn() const override;

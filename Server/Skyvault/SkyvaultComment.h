@@ -14,8 +14,8 @@ public:
     const std::string& body() const { return m_body; }
     void setBody(std::string body) { m_body = std::move(body); }
 
-    /// By which the server knows it; empty until it is on the drive, and where the drive keeps comments
-    /// without.
+    /// The server's identifier of it; empty until it is on the drive, and if the drive stores comments
+    /// without one.
     const std::string& commentId() const { return m_commentId; }
     void setCommentId(std::string id) { m_commentId = std::move(id); }
     /// Who wrote it; empty until it is on the drive.

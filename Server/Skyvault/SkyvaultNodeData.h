@@ -10,22 +10,22 @@ namespace Vs {
 
 class BaseAuth;
 
-/// One node of the drive's tree: a value, with the children as they were when it was read.
+/// One node of the drive's tree: a value, with the children at the time of reading.
 class SkyvaultNodeData
 {
 public:
-    /// Of a node's kind, in listings.
+    /// The kinds of nodes in listings.
     static const std::string& rootKind();   ///< "root"
     static const std::string& folderKind(); ///< "folder"
     static const std::string& fileKind();   ///< "file"
     static const std::string& userKind();   ///< "user"
-    /// Of times in listings: "yyyy-MM-dd'T'HH:mm:ss.zzz'Z'".
+    /// The format of times in listings: "yyyy-MM-dd'T'HH:mm:ss.zzz'Z'".
     static const std::string& timeFormat();
 
     SkyvaultNodeData() = default;
     SkyvaultNodeData(std::string id, std::string kind) : m_id(std::move(id)), m_kind(std::move(kind)) {}
 
-    /// The path on the drive, from its root, UTF-8; empty for a node that stands for nothing yet.
+    /// The path on the drive, from its root, UTF-8; empty for a node that doesn't represent anything yet.
     const std::string& id() const { return m_id; }
     /// The last part of the identifier, UTF-8.
     std::string name() const;
@@ -40,12 +40,12 @@ public:
 
     const std::vector<SkyvaultNodeData>& children() const { return m_children; }
     void children(std::vector<SkyvaultNodeData> nodes) { m_children = std::move(nodes); }
-    /// Null if absent. The pointer lasts as long as this node has the same children.
+    /// Null if absent. The pointer is valid as long as this node's children don't change.
     const SkyvaultNodeData* findChild(const std::string& name) const;
     SkyvaultNodeData* findChild(const std::string& name);
     void assign(const SkyvaultNodeData& node) { *this = node; }
 
-    /// Where the node lies, or would lie, in the user's cache: a folder for a folder, a file for a file.
+    /// Where the node is, or would be, in the user's cache: a folder for a folder, a file for a file.
     boost::filesystem::path cachePath(const BaseAuth* auth) const;
 
 private:

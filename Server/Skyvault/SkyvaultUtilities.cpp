@@ -87,7 +87,7 @@ std::wstring plainText(CloudErrorState state)
     return localized("CloudStateUnknown", "The cloud drive failed for an unknown reason.");
 }
 
-/// Runs what asks the index, which may fail; the state is noted.
+/// Runs something that queries the index, which may fail; records the state.
 template <class Action>
 CloudErrorState guarded(Action&& action)
 try {
@@ -182,7 +182,8 @@ bool SkyvaultUtilities::ensureCloudPath(const BaseAuth*, const std::vector<WPath
     for (const WPath& part : stack)
         id += '/' + part.string();
     const CloudErrorState state = guarded([&] {
-        // Without the drive the folder is what the index knows; it is made when what waits is sent.
+        // Without the drive, the folder is what the index knows; it is created when the waiting files are
+        // uploaded.
         const DriveResult result = readFolder(id.empty() ? "/" : id, true, node);
         return result.state == CloudErrorState::Unreachable ? CloudErrorState::Success
                                                             : Failures::note(result);
@@ -217,7 +218,7 @@ CloudErrorState SkyvaultUtilities::GetFileNode(const BaseAuth*, const WPath& roo
         }
         if (result.state == CloudErrorState::NotFound)
             noteRemoved(place);
-        // A file that is here can be worked on without the drive.
+        // A file that is here can be used without the drive.
         const std::optional<CacheRow> row = Cache::get().row(place);
         const bool isHere = row && fs::exists(place.file());
         const bool waits = row && row->pending != CacheRow::Pending::No;
@@ -256,7 +257,8 @@ CloudErrorState SkyvaultUtilities::SaveConflictCopy(const BaseAuth* auth, const 
             who = localized("CloudSomebody", "copy");
         Cache::Place other = *place;
         other.path = place->path.substr(0, place->path.rfind('/') + 1) + copyName(place->file(), who);
-        // The content stays where it is until the copy has its own; what the drive has is the other's.
+        // The original stays in place until the copy is uploaded; the drive's version of it is somebody
+        // else's.
         fs::copy_file(place->file(), other.file());
         Upload upload(other, true);
         const DriveResult sent = upload.run();
@@ -302,7 +304,7 @@ CloudErrorState SkyvaultUtilities::Comment(const BaseAuth*, const std::string& i
     });
 }
 
-// No server tells what happened lately; nobody asks for more than none.
+// No server reports recent activities; callers only ever ask for none.
 CloudErrorState SkyvaultUtilities::GetActivities(const BaseAuth*, const std::vector<std::string>&,
                                                  const std::string&, const std::string&, int first, int count,
                                                  std::vector<SkyvaultNodeData>& activities)

@@ -28,8 +28,8 @@ namespace {
 
 constexpr const char* kLocal = "local"; ///< The customer and the account of a local service.
 
-/// Signals end the service in order, on a thread that waits for them; all others are begun later and don't
-/// get them.
+/// Signals shut the service down cleanly, on a thread that waits for them; all other threads are started
+/// later and don't receive them.
 class EndBySignal
 {
 public:
@@ -72,7 +72,7 @@ private:
     std::thread m_thread;
 };
 
-/// Removes what has expired, at the start and now and then.
+/// Removes expired data, at the start and periodically.
 class Housekeeping
 {
 public:
@@ -130,7 +130,7 @@ private:
     std::thread m_thread;
 };
 
-/// The token of this run: for the one account of the one customer, which are made at the first.
+/// The token of this run, for the single account of the single customer, which the first run creates.
 Access::Granted localToken(Routes::Service& service)
 {
     constexpr qint64 kLifetime = 366LL * 24 * 3600 * 1000;
@@ -153,7 +153,7 @@ Access::Granted localToken(Routes::Service& service)
     return granted;
 }
 
-/// A part of a host's name, in which capitals don't count.
+/// A part of a host name, which is case-insensitive.
 QString randomName()
 {
     constexpr size_t kBytes = 10;
@@ -171,7 +171,7 @@ void removeToken(Routes::Service& service, qint64 token)
     }
 }
 
-/// Waits until the pipe's other end is closed everywhere.
+/// Waits until the other end of the pipe is closed everywhere.
 void waitForOtherEnd(int pipe)
 {
     pollfd entry{pipe, 0, 0};
@@ -216,7 +216,7 @@ int serveLocally(const QString& folder, int pipe)
     Http::Server server([&](Http::Request& request) { return api.answer(request); }, {});
     const int port = server.bind(config.address.toStdString(), 0);
     service.config.url = QString("http://127.0.0.1:%1").arg(port);
-    // Cookies know no ports: at this name, browsers send the page's to nobody else's server on this machine.
+    // Cookies ignore ports: with this name, browsers send the page's to no other server on this machine.
     service.config.pageUrl = QString("http://items-%1.localhost:%2").arg(randomName()).arg(port);
     const Access::Granted token = localToken(service);
     const QJsonObject line{{"url", service.config.url}, {"customer", kLocal}, {"token", token.token}};

@@ -1,9 +1,9 @@
-// The lifecycle service: items with their versions, attachments and what happens to them, over HTTP.
+// The lifecycle service: items with their versions, attachments and events, over HTTP.
 //
 //     quillet-itemhub --local FOLDER [--pipe DESCRIPTOR]
-//         for one user of this machine, until the pipe is closed
+//         for one user on this machine, until the pipe is closed
 //     quillet-itemhub --serve CONFIGURATION [--port PORT]
-//         for a team; the port stands for the configuration's, so that several processes share one
+//         for a team; the port overrides the configuration's, so that several processes can share one
 //     quillet-itemhub admin CONFIGURATION COMMAND...
 //         accounts, tokens, backups; "help" lists the commands
 
@@ -80,7 +80,7 @@ int main(int argc, char** argv)
          {"port", "With --serve, the port instead of the configuration's.", "port"},
          {"list-routes", "Print what the service answers to."}});
     parser.addPositionalArgument("admin", "Accounts, tokens, backups: admin CONFIGURATION help", "[admin]");
-    // An administrator's passwords and names may begin with a hyphen.
+    // Administrators' passwords and names may begin with a hyphen.
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     parser.process(application);
     try {

@@ -23,7 +23,7 @@ Problem problemOf(const Answer& answer)
 {
     const QJsonObject object = QJsonDocument::fromJson(answer.content).object();
     Problem problem{object["code"].toString(), object["detail"].toString(), {}};
-    // An issue tracker lists sentences.
+    // An issue tracker returns a list of sentences.
     for (const auto& each : object["errors"].toArray())
         problem.detail += (problem.detail.isEmpty() ? "" : " ") + each.toString();
     try {

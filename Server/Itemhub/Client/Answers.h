@@ -7,15 +7,15 @@
 
 #include <string>
 
-/// What the service's answers mean. `action` says what was tried and where, for messages: "Reading the item 7
-/// at items.example.org".
+/// What the service's responses mean. `action` says what was attempted and where, for messages: "Reading
+/// the item 7 at items.example.org".
 namespace Vs::Itemhub::Answers {
 
-/// Throws what an answer means that isn't of the kind 2xx, or that never came.
+/// Throws what a missing or non-2xx response means.
 void check(const Network::Answer& answer, const std::string& action);
-/// The JSON object of an answer that is checked, too. PayloadException if it has none.
+/// The JSON object of a response, which is checked as well. PayloadException if it has none.
 [[nodiscard]] QJsonObject object(const Network::Answer& answer, const std::string& action);
-/// What a server wrote, as it may stand in a message.
+/// Text from a server in a form that is safe to show in a message.
 [[nodiscard]] std::string printable(const QString& text);
 
 } // namespace Vs::Itemhub::Answers

@@ -12,7 +12,7 @@
 namespace Vs::Itemhub {
 namespace {
 
-/// Of idle connections, as many are kept.
+/// The number of idle connections to keep.
 constexpr size_t kMostIdle = 4;
 
 Network::Credentials credentialsOf(const Access& access)
@@ -81,7 +81,7 @@ Network::Answer Connections::ask(const Network::Request& request, const Network:
         answer = http->ask(request, watch);
     }
     const std::lock_guard lock(m_mutex);
-    // One with an older token goes.
+    // Connections with an outdated token are dropped.
     if (m_idle.size() < kMostIdle &&
         (m_access.kind == Access::Kind::Signed || http->credentials().secret == m_access.token))
         m_idle.push_back(std::move(http));

@@ -7,7 +7,7 @@
 namespace Vs::Itemhub {
 namespace {
 
-/// How often a connection may break off without a single byte between.
+/// How often a connection may break off without delivering a single byte.
 constexpr int kMostBreaks = 3;
 constexpr int kPartialContent = 206;
 

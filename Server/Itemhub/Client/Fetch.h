@@ -12,15 +12,15 @@
 
 namespace Vs::Itemhub {
 
-/// Brings one content to this machine. What breaks off goes on where it was.
+/// Downloads one content to this machine, resuming where a connection broke off.
 class Fetch
 {
 public:
     Fetch(Connections& connections, QUrl from, const Content& content, std::string action);
 
-    /// For a server that gives a content as a whole or not at all: what breaks off begins anew.
+    /// For a server that doesn't support ranges: an interrupted download starts over.
     void fromTheStart() { m_isFromTheStart = true; }
-    /// Makes the file, when all of it has come and has the right hash. Throws as ItemStore does.
+    /// Creates the file once everything has arrived with the right hash. Throws as ItemStore does.
     void into(const std::string& file, const Watch& watch);
 
 private:

@@ -6,7 +6,7 @@
 
 namespace Vs::Itemhub {
 
-/// As ItemTransport::sha256.
+/// See ItemTransport::sha256.
 [[nodiscard]] std::string hashFile(const std::string& file, const Network::Watch& watch);
 
 } // namespace Vs::Itemhub

@@ -18,7 +18,7 @@ using Network::Request;
 
 constexpr qint64 kMostContent = qint64(16) << 20;
 constexpr const char* kPage = "200";
-/// Of a list; who has more looks by a search.
+/// In a list; beyond that, users have to search.
 constexpr size_t kMostEntries = 20000;
 constexpr const char* kMostFavourites = "100";
 const Network::Header kTus{"Tus-Resumable", "1.0.0"};
@@ -96,7 +96,7 @@ JsonReader HttpStore::post(const std::string& path, const QJsonObject& body, con
     Request request = jsonRequest("POST", url(path), body);
     request.headers.push_back({"Idempotency-Key", QByteArray::fromStdString(key)});
     Answer answer = m_connections.ask(request, watch);
-    // The key makes it harmless.
+    // The key makes a retry harmless.
     if (answer.isLost())
         answer = m_connections.ask(request, watch);
     return {Answers::object(answer, action(doing)), action(doing)};

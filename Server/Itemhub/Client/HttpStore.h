@@ -47,7 +47,7 @@ public:
     void answerRequest(std::int64_t id, DashboardAnswer answer, const std::string& detail,
                        const Watch& watch) override;
 
-    /// Is told of renewed credentials, on whichever thread.
+    /// `keeper` receives renewed credentials, on an arbitrary thread.
     void onRenewed(std::function<void(const Access&)> keeper);
 
 private:
@@ -59,21 +59,21 @@ private:
                                  const Watch& watch);
     [[nodiscard]] JsonReader post(const std::string& path, const QJsonObject& body, const std::string& key,
                                   const std::string& doing, const Watch& watch);
-    /// Asks for something that may happen once, and isn't repeated.
+    /// Sends a request that must happen at most once, and so isn't retried.
     [[nodiscard]] JsonReader once(const char* method, const std::string& path, const QJsonObject& body,
                                   const std::string& doing, const Watch& watch);
-    /// All parts of a list, as long as there aren't more than a client should hold.
+    /// All pages of a list, up to the number of entries that a client should hold.
     template <class Value>
     std::vector<Value> list(const std::string& path, const char* name, Value (*read)(const JsonReader&),
                             const std::string& doing, const Watch& watch);
-    /// The path below the service of an address that it gave out.
+    /// The path, relative to the service, of an address that the service gave out.
     [[nodiscard]] std::string pathOf(const std::string& uri, const std::string& doing) const;
 
     const QUrl m_address;
     const std::string m_customer;
     const bool m_isOwn;
     Connections m_connections;
-    std::atomic<std::int64_t> m_granted; ///< The token that signing out ends; 0 for none.
+    std::atomic<std::int64_t> m_granted; ///< The token to revoke on sign-out; 0 for none.
 };
 
 } // namespace Vs::Itemhub

@@ -8,7 +8,7 @@
 namespace Vs::Itemhub {
 namespace {
 
-// Beyond them, JSON's numbers aren't exact any more.
+// Beyond this, JSON numbers are no longer exact.
 constexpr double kLargest = 9007199254740991.0;
 constexpr qsizetype kLongest = 100000;
 

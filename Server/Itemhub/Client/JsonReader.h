@@ -8,20 +8,20 @@
 
 namespace Vs::Itemhub {
 
-/// Takes members out of an answer's object. What is missing, of another type or beyond its measure is a
-/// PayloadException that names it.
+/// Reads members of a response object. A member that is missing, has the wrong type or is out of range
+/// causes a PayloadException that names it.
 class JsonReader
 {
 public:
     /// `action` as in Answers.
     JsonReader(QJsonObject object, std::string action);
 
-    /// Whether there is such a member, and it isn't null.
+    /// Whether the member exists and isn't null.
     [[nodiscard]] bool has(const char* name) const;
-    /// A whole number from `lowest` up.
+    /// An integer of at least `lowest`.
     [[nodiscard]] std::int64_t number(const char* name, std::int64_t lowest) const;
     [[nodiscard]] std::int64_t id(const char* name) const { return number(name, 1); }
-    /// 0 where the member is null, or missing.
+    /// 0 if the member is null or missing.
     [[nodiscard]] std::int64_t idOrNone(const char* name) const;
     [[nodiscard]] std::string text(const char* name) const;
     [[nodiscard]] bool flag(const char* name) const;
@@ -29,7 +29,7 @@ public:
     [[nodiscard]] std::string sha256(const char* name) const;
     [[nodiscard]] QJsonArray list(const char* name) const;
     [[nodiscard]] QJsonObject object(const char* name) const;
-    /// 0 where there is no such member.
+    /// 0 if there is no such member.
     [[nodiscard]] std::int64_t next() const;
     [[nodiscard]] const std::string& action() const { return m_action; }
 

@@ -24,7 +24,7 @@ QByteArray encoded(const std::string& text)
     return encoded(QString::fromStdString(text));
 }
 
-/// What is signed: method, address and all parameters in the order of their bytes.
+/// The signature base string: method, address, and all parameters in byte order.
 QByteArray baseOf(const Network::Request& request, const std::vector<Pair>& parameters)
 {
     std::vector<QByteArray> pairs;

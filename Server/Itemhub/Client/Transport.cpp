@@ -15,7 +15,7 @@
 namespace Vs::Itemhub {
 namespace {
 
-/// What the service lists the token as.
+/// The label under which the service lists the token.
 const auto kLabel = QStringLiteral("Quillet");
 
 QUrl addressOf(const Access& where, const char* path)
@@ -27,8 +27,8 @@ QUrl addressOf(const Access& where, const char* path)
     return url;
 }
 
-/// By which the service knows the token, so that it can be ended with the session; 0 where another server
-/// gave it.
+/// The service's identifier of the token, so that it can be revoked with the session; 0 if another server
+/// issued it.
 std::int64_t idOfToken(const QUrl& session, const Network::Credentials& given, const Watch& watch)
 {
     Network::Http http(given);

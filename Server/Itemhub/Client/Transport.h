@@ -4,7 +4,7 @@
 
 namespace Vs::Itemhub {
 
-/// What signs in to services over HTTP.
+/// Signs in to services over HTTP.
 class Transport : public ItemTransport
 {
 public:

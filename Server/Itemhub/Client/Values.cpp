@@ -11,7 +11,7 @@ namespace {
 
 constexpr qsizetype kLongestName = 200;
 
-/// The attributes and elements of a small document, by their names.
+/// The attributes and elements of a small document by name.
 std::map<QString, QString> textsOf(const QByteArray& xml, const std::string& action)
 {
     std::map<QString, QString> texts;
@@ -145,7 +145,7 @@ std::string Values::fileName(const std::string& name)
     for (QChar& c : text)
         if (c == '/' || c == '\\' || !c.isPrint())
             c = '_';
-    // The ending says what kind of file it is.
+    // The extension says what kind of file it is.
     if (text.size() > kLongestName) {
         const QString ending = text.mid(text.lastIndexOf('.')).left(16);
         text = text.left(kLongestName - ending.size()) + ending;

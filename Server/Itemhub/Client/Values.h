@@ -3,7 +3,7 @@
 #include "Server/Itemhub/Client/JsonReader.h"
 #include "Server/Itemhub/ItemStore.h"
 
-/// The service's values out of its JSON. PayloadException for what isn't as it should be.
+/// Parses the service's values from its JSON. PayloadException for malformed ones.
 namespace Vs::Itemhub::Values {
 
 [[nodiscard]] Web::Workspace workspace(const JsonReader& json);
@@ -13,9 +13,9 @@ namespace Vs::Itemhub::Values {
 [[nodiscard]] Web::Comment comment(const JsonReader& json);
 [[nodiscard]] ItemEvent event(const JsonReader& json);
 [[nodiscard]] DashboardRequest request(const JsonReader& json);
-/// What `attachments/ID.xml` answers.
+/// The response to `attachments/ID.xml`.
 [[nodiscard]] Content content(const QByteArray& xml, const std::string& action);
-/// A name as a file may be called, near to the given one.
+/// A valid file name close to the given name.
 [[nodiscard]] std::string fileName(const std::string& name);
 
 } // namespace Vs::Itemhub::Values

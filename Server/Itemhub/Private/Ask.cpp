@@ -12,7 +12,7 @@
 namespace Vs::Itemhub {
 namespace {
 
-/// How often the main thread looks after the window while it waits.
+/// How often the main thread processes the window's events while it waits.
 constexpr std::chrono::milliseconds kLook{20};
 
 double fraction(std::uint64_t done, std::uint64_t total)
@@ -24,7 +24,7 @@ double fraction(std::uint64_t done, std::uint64_t total)
 
 bool MainThreadTurn::ask(const std::function<bool()>& question)
 {
-    // Shared, since the main thread is still in it when the answer is here already.
+    // Shared, since the main thread may still be in it when the answer has arrived.
     const auto task = std::make_shared<std::packaged_task<bool()>>(question);
     std::future<bool> answer = task->get_future();
     {

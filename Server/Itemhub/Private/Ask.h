@@ -9,14 +9,13 @@
 
 namespace Vs::Itemhub {
 
-/// What work beside the main thread asks of it.
+/// Calls to the main thread from work that runs beside it.
 class MainThreadTurn
 {
 public:
-    /// For the work: waits until the main thread has done it, and gives its answer; what it throws comes out
-    /// here.
+    /// For the work: runs it on the main thread, waits, and returns the result; rethrows exceptions here.
     bool ask(const std::function<bool()>& question);
-    /// For the main thread: does what is asked, if anything is.
+    /// For the main thread: runs what was requested, if anything.
     void answer();
 
 private:
@@ -24,18 +23,18 @@ private:
     std::function<void()> m_question;
 };
 
-/// Does something that waits for the network. On the main thread it runs beside, while the window lives and
-/// shows progress under the title, and Esc cancels; elsewhere it runs here. What it throws comes out here,
-/// Cancelled, too. What the work asks by `turn`, which may be null, is done meanwhile; on the main thread
-/// only.
+/// Runs something that waits for the network. On the main thread it runs on another thread, while the
+/// window stays responsive and shows progress with the title, and Esc cancels; elsewhere it runs here.
+/// Exceptions, including Cancelled, are rethrown here. Calls through `turn`, which may be null, are served
+/// meanwhile, on the main thread only.
 void runBeside(const std::wstring& title, const std::function<void(const Watch&)>& work,
                MainThreadTurn* turn = nullptr);
 
-/// Asks the store of the session, and notes whether it answered. NotSignedIn without a session. `action`
-/// takes the store and a watch.
+/// Sends a request to the session's store, and notes whether it responded. NotSignedIn without a session.
+/// `action` takes the store and a watch.
 void askStore(const std::wstring& title, const std::function<void(ItemStore&, const Watch&)>& action);
 
-/// The same for what answers with something: nothing (a default value) if the person cancelled.
+/// The same for a request with a result: a default value if the user cancelled.
 template <class Action>
 auto ask(const std::wstring& title, Action&& action)
 {

@@ -25,10 +25,10 @@ namespace fs = boost::filesystem;
 
 namespace {
 
-/// Of a name's bytes, so that endings of our own fit behind it.
+/// In bytes of a name, so that our own suffixes fit behind it.
 constexpr qsizetype kLongestName = 200;
 
-/// Whether the queue has an entry of the file that is meant.
+/// Whether the queue has a matching entry of the file.
 bool isQueued(const WorkFile& work, bool (*isMeant)(const QueueEntry&))
 {
     const std::vector<QueueEntry> entries = QueueEntry::all(work.account);
@@ -42,7 +42,7 @@ bool isOutdated(const QueueEntry& entry)
     return entry.state == QueueEntry::State::Outdated;
 }
 
-/// Whether it isn't given up, and isn't another's turn.
+/// Whether it still has to be sent, not having been overtaken by a newer version.
 bool isUnsent(const QueueEntry& entry)
 {
     return !isOutdated(entry);
@@ -53,13 +53,13 @@ bool isAny(const QueueEntry&)
     return true;
 }
 
-/// The content in the cache: fetched, unless the cache has it as it should be.
+/// The content in the cache; fetched unless the cache has it intact.
 fs::path fetched(ItemStore& store, const std::string& account, const Content& content, const Watch& watch)
 {
     OwnFiles::makeFolder(Places::contents(account));
     fs::path file = Places::contents(account) / content.sha256;
     boost::system::error_code error;
-    // The working files share it, so that somebody may have written into it.
+    // The working files share it through hard links, so somebody may have written to it.
     if (fs::file_size(file, error) == content.size && !error &&
         ItemTransport::get().sha256(file.string(), watch) == content.sha256)
         return file;
@@ -68,13 +68,13 @@ fs::path fetched(ItemStore& store, const std::string& account, const Content& co
     return file;
 }
 
-/// Puts the content where a working file lies, as a whole.
+/// Puts the content in place of a working file, atomically.
 void place(const fs::path& content, const fs::path& file)
 {
     const fs::path beside = file.parent_path() / ".new";
     boost::system::error_code error;
     fs::remove(beside, error);
-    // A file system without links.
+    // A file system without hard links.
     if (::link(content.c_str(), beside.c_str()) != 0)
         fs::copy_file(content, beside, error);
     if (error || std::rename(beside.c_str(), file.c_str()) != 0)
@@ -91,7 +91,7 @@ void note(const WorkFile& work, const Content& content)
     });
 }
 
-/// Of the files that are here, the one to go on with; nothing if the newest version needs one of its own.
+/// The local file to continue with; nothing if the newest version needs a new one.
 std::optional<WorkFile> usable(const std::string& account, const Content& content,
                                const std::function<bool(const fs::path&)>& isOpen)
 {
@@ -169,7 +169,7 @@ Documents::Path Documents::download(ItemStore& store, const std::string& account
     if (content.version == 0)
         return {};
     std::optional<WorkFile> work = usable(account, content, isOpen);
-    // What isn't used goes after a while, perhaps just now.
+    // Unused files are removed after a while, perhaps just now.
     if (work && !WorkFiles::get().touch(work->file))
         work.reset();
     if (work && FileStamp::of(work->file).exists() &&

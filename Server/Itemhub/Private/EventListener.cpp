@@ -35,7 +35,7 @@ void tellFavourites()
     });
 }
 
-/// Of what was asked for while this machine slept, only the last can still be wanted.
+/// Of the requests made while this machine was asleep, only the last can still be wanted.
 void tellDashboard(std::vector<std::int64_t> requests)
 {
     constexpr std::ptrdiff_t kMost = 10;
@@ -65,7 +65,7 @@ void tell(const std::vector<ItemEvent>& events, const std::string& account)
     tellDashboard(std::move(requests));
 }
 
-/// The serial of the newest event: who has just signed in sees everything as it is.
+/// The serial of the newest event: somebody who has just signed in sees the current state anyway.
 std::int64_t newest(ItemStore& store, const Watch& watch)
 {
     for (std::int64_t after = 0;;) {
@@ -117,12 +117,12 @@ void EventListener::loop(const std::shared_ptr<ItemStore>& store, const std::str
         try {
             if (!serial)
                 serial = newest(*store, watch);
-            // After a failure it is to be known soon that the service answers again.
+            // After a failure, find out quickly when the service responds again.
             const ItemEvents events = store->events(*serial, hasFailed ? 0 : kWait, watch);
             hasFailed = false;
             Session::get().answered(store.get(), true);
             tell(events.events, account);
-            // A service that was set back to a backup counts from there.
+            // A service that was restored from a backup counts on from there.
             serial = events.next;
             time = kFirstPause;
             continue;
@@ -131,7 +131,7 @@ void EventListener::loop(const std::shared_ptr<ItemStore>& store, const std::str
         } catch (const Web::ConnectionException&) {
             Session::get().answered(store.get(), false);
         } catch (const std::exception&) {
-            // Nobody asked for it; what is asked for says what is wrong.
+            // Nobody requested this; an explicit request reports what is wrong.
         }
         hasFailed = true;
         if (!pause(time))

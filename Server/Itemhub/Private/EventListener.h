@@ -10,8 +10,7 @@
 
 namespace Vs::Itemhub {
 
-/// The thread that listens to what happens at the service while somebody is signed in, and has the sites
-/// told.
+/// The thread that listens for events of the service while somebody is signed in, and notifies the sites.
 class EventListener
 {
 public:
@@ -25,7 +24,7 @@ public:
 private:
     EventListener() = default;
     void loop(const std::shared_ptr<ItemStore>& store, const std::string& account);
-    /// False when it is to end.
+    /// False when the thread should end.
     [[nodiscard]] bool pause(std::chrono::seconds time);
 
     std::thread m_thread;

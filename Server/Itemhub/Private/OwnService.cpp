@@ -23,7 +23,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr int kPipeOfService = 3;
-/// A first start makes a database; on a slow disk that takes its time.
+/// The first start creates a database, which takes a while on a slow disk.
 constexpr std::chrono::seconds kPatience{60};
 constexpr int kLook = 100;
 constexpr size_t kLongestLine = 65536;
@@ -35,7 +35,7 @@ constexpr std::chrono::seconds kPatienceAtEnd{5};
                                 "The program's own lifecycle service did not start: " + why);
 }
 
-/// What the service says of itself: one line.
+/// The line that the service prints about itself.
 std::string readLine(int pipe, const Watch& watch)
 {
     std::string line;
@@ -62,7 +62,8 @@ std::string readLine(int pipe, const Watch& watch)
 
 OwnService& OwnService::get()
 {
-    // Never destroyed: who stops it may itself be destroyed after all that is made as late as this.
+    // Never destroyed: whatever stops it may itself be destroyed after statics that are initialized as
+    // late as this.
     static auto* const service = new OwnService;
     return *service;
 }
@@ -78,8 +79,8 @@ void OwnService::launch()
     if (pipe2(ends, O_CLOEXEC) != 0)
         failed(std::strerror(errno));
     m_pipe = ends[0];
-    // It leads a group, since what Ctrl+C in a terminal ends is the program, which still has something to say
-    // to its service.
+    // It leads its own process group, since Ctrl+C in a terminal should end the program, which then still
+    // has to talk to its service.
     const std::string program = (PathInfo::rootDirectory() / "bin" / "quillet-itemhub").string();
     const int error =
         m_process.start({.program = program,
@@ -134,7 +135,7 @@ void OwnService::stop()
     m_access = {};
     if (!m_process.exists())
         return;
-    // What it has answered is on the disk.
+    // Everything it has acknowledged is on disk.
     if (!m_process.endsWithin(kPatienceAtEnd))
         m_process.kill();
     m_process.collect();

@@ -6,23 +6,23 @@
 
 namespace Vs::Itemhub {
 
-/// The service that the program runs for its one user: a process of its own that listens on this machine
-/// alone, keeps its data in the profile, and ends with the program, however that ends, by the pipe between
-/// them. Main thread, but for start(), during which nobody may call the others.
+/// The service that the program runs for its single user: a separate process that listens on this machine
+/// only, keeps its data in the profile, and ends with the program, however that ends, by means of the pipe
+/// between them. Main thread, except for start(), during which nobody may call the others.
 class OwnService
 {
 public:
     static OwnService& get();
 
-    /// Has it started unless it runs; whoever has something else to do meanwhile calls start() later. Throws
-    /// as that does.
+    /// Launches it unless it is running; a caller with other things to do meanwhile calls start() later.
+    /// Throws as start() does.
     void launch();
-    /// Starts it unless it runs, and gives the way to sign in to it, which is another one in each run. Throws
-    /// ItemhubException if it doesn't start.
+    /// Starts it unless it is running, and returns the credentials for it, which differ in each run.
+    /// Throws ItemhubException if it doesn't start.
     [[nodiscard]] Access start(const Watch& watch);
     /// False if it was never started, or has ended since.
     [[nodiscard]] bool isAlive();
-    /// Tells it to end and waits for that.
+    /// Tells it to end and waits until it has.
     void stop();
 
 private:

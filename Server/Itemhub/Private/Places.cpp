@@ -12,8 +12,8 @@ namespace Vs::Itemhub {
 
 Places::Path Places::root()
 {
-    // Beside the cloud drive's files, not among them: those are saved by commands of their own. Kept, since
-    // each change of any document asks whether it lies here.
+    // Beside the cloud drive's files, not among them: those are saved by their own commands. Cached, since
+    // every change of any document asks whether it is in here.
     static const Path kept = PathInfo::cloudCacheDirectory().parent_path() / "itemhub";
     return kept;
 }

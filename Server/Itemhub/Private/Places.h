@@ -5,25 +5,25 @@
 #include <string>
 #include <vector>
 
-/// Where the lifecycle service's files lie on this machine. All of them belong to this user alone. Any
-/// thread, once the profile is settled.
+/// Where the lifecycle service's files are kept on this machine, accessible to this user only. Any
+/// thread, once the profile is determined.
 namespace Vs::Itemhub::Places {
 
 using Path = boost::filesystem::path;
 
-/// Of everything.
+/// The root of them all.
 [[nodiscard]] Path root();
 /// Of the program's own service.
 [[nodiscard]] Path ownService();
-/// Of an account, by Session::Facts::name.
+/// The folder of an account, by Session::Facts::name.
 [[nodiscard]] Path account(const std::string& name);
-/// Of what an account has to upload, and of what it has downloaded, by hash.
+/// An account's pending uploads, and its downloads by hash.
 [[nodiscard]] Path queue(const std::string& account);
 [[nodiscard]] Path contents(const std::string& account);
 /// All accounts' names.
 [[nodiscard]] std::vector<std::string> accounts();
-/// The name of an account's folder: of letters that every file system has, and another one for each account
-/// of each customer of each service.
+/// The name of an account's folder: made of characters that every file system allows, and different for
+/// each account of each customer of each service.
 [[nodiscard]] std::string nameOf(const std::string& address, const std::string& customer,
                                  const std::string& account);
 

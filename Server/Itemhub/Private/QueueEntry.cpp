@@ -62,20 +62,20 @@ fs::path withEnding(std::uint64_t serial, const std::string& account, const char
     return Places::queue(account) / (std::string(name) + ending);
 }
 
-/// False if something has that name already.
+/// False if the name is taken already.
 bool linkContent(const fs::path& from, const fs::path& to)
 {
     if (::link(from.c_str(), to.c_str()) == 0)
         return true;
     const int cause = errno;
-    // A file system without links, or with as many as it can have.
+    // A file system without hard links, or at its limit of them.
     boost::system::error_code error;
     if (cause == EEXIST || (fs::copy_file(from, to, error) && !error))
         return cause != EEXIST;
     throw Exception(from.string() + " cannot be queued as " + to.string() + ": " + std::strerror(cause));
 }
 
-/// The highest of all files, also of links without a record.
+/// The highest of all files, including links without a record.
 std::uint64_t lastSerial(const fs::path& folder)
 {
     std::uint64_t last = 0;
@@ -85,7 +85,7 @@ std::uint64_t lastSerial(const fs::path& folder)
     return last;
 }
 
-/// Whether a link was made so long ago that its record won't come any more.
+/// Whether a link is so old that its record won't follow any more.
 bool isLeftBehind(const fs::path& link)
 {
     constexpr std::time_t kSeconds = 60;

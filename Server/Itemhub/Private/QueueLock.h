@@ -4,7 +4,7 @@
 
 namespace Vs::Itemhub {
 
-/// Held by the one run of the program that uploads an account's queue. It goes with the process.
+/// Held by the one run of the program that uploads an account's queue. Released with the process.
 class QueueLock
 {
 public:

@@ -42,7 +42,7 @@ void SaveListener::queue(const Document* document)
     const std::optional<WorkFile> work = WorkFiles::get().find(document->path());
     if (!work || !work->isChanged())
         return;
-    // Of a save, the first event finds another content than before.
+    // On a save, the first event finds a different content.
     FileStamp& queued = m_queued[work->file];
     const FileStamp now = FileStamp::of(work->file);
     if (queued == now)

@@ -10,21 +10,21 @@
 
 namespace Vs::Itemhub {
 
-/// Queues every save of an item's document, before the save returns, and notes which of their files are in
+/// Queues every save of an item's document before the save returns, and notes which of their files are in
 /// use. Main thread only.
 class SaveListener : public DocumentEventSite
 {
 public:
     SaveListener();
 
-    /// Of the next save of that file.
+    /// For the next save of the file.
     void label(const boost::filesystem::path& file, const std::string& label);
 
     void documentOpened(DocumentEvent* event) override { touch(event->document()); }
     void documentOpenedInBackground(DocumentEvent* event) override { touch(event->document()); }
     void documentClosed(DocumentEvent* event) override { touch(event->document()); }
     void documentSaved(DocumentEvent* event) override;
-    /// A save under another name tells no more than this.
+    /// The only notification of a save under another name.
     void documentUpdated(DocumentEvent* event) override;
 
 private:
@@ -32,7 +32,7 @@ private:
     void queue(const Document* document);
 
     std::map<boost::filesystem::path, std::string> m_labels;
-    std::map<boost::filesystem::path, FileStamp> m_queued; ///< What was queued last.
+    std::map<boost::filesystem::path, FileStamp> m_queued; ///< What was last queued.
     Subscriptions m_subscriptions;
 };
 

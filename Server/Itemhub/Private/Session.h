@@ -8,7 +8,7 @@
 
 namespace Vs::Itemhub {
 
-/// Who is signed in where. Any thread; begin and end are the main thread's.
+/// Who is signed in and where. Any thread; begin and end on the main thread only.
 class Session
 {
 public:
@@ -16,7 +16,7 @@ public:
     {
         Account account;
         std::string address; ///< As signed in to; empty for the program's own service.
-        std::string name;    ///< Of the account's folder on this machine; the same in every run.
+        std::string name;    ///< The name of the account's folder on this machine; the same in every run.
         bool isOwn = false;
         bool isKept = false;
     };
@@ -24,19 +24,19 @@ public:
     static Session& get();
 
     void begin(std::shared_ptr<ItemStore> store, Facts facts, bool isOnline);
-    /// Gives the store back whose session ended; null if there was none.
+    /// Returns the store of the ended session; null if there was none.
     std::shared_ptr<ItemStore> end();
 
-    /// Null while nobody is signed in. It goes on to be there for whoever holds it.
+    /// Null while nobody is signed in. The store lives as long as somebody holds it.
     [[nodiscard]] std::shared_ptr<ItemStore> store() const;
-    /// Throws ItemhubException of the kind NotSignedIn instead.
+    /// The same, but throws ItemhubException of the kind NotSignedIn instead of returning null.
     [[nodiscard]] std::shared_ptr<ItemStore> needed() const;
     [[nodiscard]] Facts facts() const;
     void kept(bool isKept);
 
-    /// Whether the service answered last.
+    /// Whether the service responded last time.
     [[nodiscard]] bool isOnline() const;
-    /// A request of that store was answered, or wasn't. A change is told on the main thread.
+    /// Notes whether a request of that store was answered. A change is reported on the main thread.
     void answered(const ItemStore* store, bool wasAnswered);
 
 private:

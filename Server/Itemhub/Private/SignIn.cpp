@@ -80,7 +80,7 @@ void rememberSession(const Session::Facts& facts)
     options->ownService(facts.isOwn);
 }
 
-/// By which the keyring has the credentials.
+/// The credentials' key in the keyring.
 std::string keyOf(const std::string& address, const std::string& customer)
 {
     return "itemhub " + address + (customer.empty() ? "" : "?customer=" + customer);
@@ -213,7 +213,7 @@ bool SignIn::toOwnService()
 try {
     assertMainThread();
     refuseIfDisabled();
-    // It comes up while the client's libraries are opened.
+    // It starts up while the client's libraries are loaded.
     OwnService::get().launch();
     ItemTransport& way = transport();
     std::shared_ptr<ItemStore> store;

@@ -8,23 +8,22 @@
 #include <optional>
 #include <string>
 
-/// Beginning and ending the session; see ItemhubUtilities. What answers with a bool or an optional does with
-/// false or nothing if the person cancelled. Main thread only.
+/// Starting and ending the session; see ItemhubUtilities. Functions that return a bool or an optional
+/// return false or nothing if the user cancelled. Main thread only.
 namespace Vs::Itemhub::SignIn {
 
-/// The service that an address names, without secrets: "?customer=" is taken apart from it. Throws
-/// ItemhubException if it is no address, or one where secrets could be listened to.
+/// The service that an address names, without secrets: "?customer=" is split off. Throws ItemhubException
+/// if it isn't an address, or one where secrets could be intercepted.
 [[nodiscard]] Access accessTo(const std::string& uri);
 
-/// With `mayBeAway`, a service that can't be reached is no failure, and the account is the one of the last
-/// run.
+/// With `mayBeAway`, an unreachable service isn't a failure, and the account is the last run's.
 bool with(const Access& access, bool keep, bool mayBeAway = false);
 [[nodiscard]] std::optional<Access> byPassword(const std::string& address, const std::string& customer,
                                                const std::string& account, const std::string& password);
 [[nodiscard]] std::optional<Access> byBrowser(const std::string& address, const std::string& customer,
                                               const std::function<bool(const std::string&)>& open);
 bool toOwnService();
-/// If the session is with the program's own service, and that has ended, starts it again.
+/// Restarts the program's own service if the session uses it and it has ended.
 void reviveOwnService();
 [[nodiscard]] bool canResume();
 bool resume();

@@ -7,8 +7,8 @@
 
 namespace Vs::Itemhub {
 
-/// The user's text for `key`, or `english` where there is none, and on other threads than the main one, which
-/// knows the user's language.
+/// The user's text for `key`; `english` if there is none, or on threads other than the main one, which
+/// has the user's language.
 inline std::wstring localized(const char* key, const char* english)
 {
     if (!Detail::onMainThread())
@@ -16,7 +16,7 @@ inline std::wstring localized(const char* key, const char* english)
     return StringTable::getLocalizedString(L"VsItemhub", key, english);
 }
 
-/// The same with %1%, %2%... filled in. A translation that lacks a placeholder still gives a text.
+/// The same with %1%, %2%... filled in. A translation that lacks a placeholder still yields a text.
 template <class... Values>
 std::wstring localizedFormat(const char* key, const char* english, const Values&... values)
 {

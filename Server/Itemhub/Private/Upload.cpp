@@ -16,7 +16,7 @@ using Kind = Web::ItemhubException::Kind;
 
 /// How often the service may forget an upload before that counts as a failure.
 constexpr int kMostAttempts = 3;
-/// How often another may be quicker with his version.
+/// How often somebody else may get a version in first.
 constexpr int kMostOvertakings = 5;
 
 WorkFile workOf(const QueueEntry& entry)
@@ -26,7 +26,7 @@ WorkFile workOf(const QueueEntry& entry)
     throw Exception("The record of \"" + entry.document.string() + "\" is missing or damaged");
 }
 
-/// Whether beginning anew may help.
+/// Whether starting over may help.
 bool isForgotten(const Web::ItemhubException& error)
 {
     return error.kind() == Kind::NotFound || error.kind() == Kind::Conflict ||
@@ -100,7 +100,7 @@ void Upload::sendContent()
         m_entry.upload = m_store.beginUpload(m_entry.size, m_entry.sha256, m_watch);
         m_entry.write();
     }
-    // An empty file has arrived with its announcement.
+    // An empty file has arrived once it is announced.
     if (there < m_entry.size)
         sendFrom(there);
 }
@@ -111,7 +111,7 @@ try {
 } catch (const Web::ItemhubException& error) {
     if (error.kind() != Kind::Conflict)
         throw;
-    // A request before, which nobody here waits for any more, may still have brought some of it.
+    // An earlier request that nobody here waits for any more may still have delivered some of it.
     const std::uint64_t now = m_store.arrived(m_entry.upload, m_watch);
     if (now <= there)
         throw;
@@ -144,7 +144,7 @@ MadeVersion Upload::post()
     } catch (const Web::ItemhubException& error) {
         if (error.kind() != Kind::Outdated)
             throw;
-        // A request that the service has carried out and forgotten refuses itself.
+        // A request that the service has carried out and forgotten is refused because of its own version.
         if (isOurs(error.latest()))
             return {m_entry.attachmentId, error.latest()};
         if (!m_entry.onTop)
@@ -207,8 +207,8 @@ std::optional<MadeVersion> Upload::madeBefore()
     return std::nullopt;
 }
 
-// The content may have been changed from outside since it was hashed, which is the other reason to be
-// refused.
+// The content may have been changed from outside since it was hashed, which is the other reason for a
+// refusal.
 void Upload::beginAnew()
 {
     m_entry.upload.clear();

@@ -6,21 +6,21 @@
 
 namespace Vs::Itemhub {
 
-/// Brings one entry of the queue to the service, step by step. Each step's outcome is in the entry's record
-/// before the next one begins, so that a kill at any point repeats nothing that the service would do twice.
+/// Uploads one entry of the queue step by step. Each step's result is recorded before the next one
+/// begins, so that a kill at any point repeats nothing that the service would do twice.
 class Upload
 {
 public:
     /// `account` is the user's name at the service.
     Upload(QueueEntry& entry, ItemStore& store, std::string account, const Watch& watch);
 
-    /// Returns when the version is there, and the working file's record says so: its number, or 0 for a
-    /// content that the service has already. Throws as ItemStore does, and Vs::Exception for files of this
-    /// machine.
+    /// Returns once the version exists and the working file's record says so: the version's number, or 0
+    /// for a content that the service has already. Throws as ItemStore does, and Vs::Exception for local
+    /// files.
     [[nodiscard]] std::int64_t run();
 
 private:
-    /// False for a content that the service has already, and that nobody wants to have as a version.
+    /// False for a content that the service has already and that nobody wants as a version.
     [[nodiscard]] bool isWanted();
     void hash();
     void sendContent();
@@ -28,7 +28,7 @@ private:
     void prepareRequest();
     [[nodiscard]] MadeVersion post();
     [[nodiscard]] MadeVersion postOnTop(const Web::Version& latest);
-    /// The version that an earlier run of this request has made, if it has.
+    /// The version that an earlier run of this request made, if any.
     [[nodiscard]] std::optional<MadeVersion> madeBefore();
     [[nodiscard]] bool isOurs(const Web::Version& version) const;
     void beginAnew();

@@ -24,10 +24,10 @@ using State = QueueEntry::State;
 constexpr std::chrono::seconds kLongestPause{300};
 /// While another run of the program uploads.
 constexpr std::chrono::seconds kUntilUnlocked{5};
-/// A page between here and the service may answer in its place for a while.
+/// A page between here and the service may respond in its place for a while.
 constexpr int kMostNonsense = 5;
 
-/// `version` is the one that has arrived just now; 0 for none.
+/// `version` is the one that has just arrived; 0 for none.
 void tellState(const boost::filesystem::path& document, std::int64_t version = 0)
 {
     ItemhubUtilities::results().post([document, version] {
@@ -45,7 +45,7 @@ void tellFailure(const QueueEntry& entry)
     });
 }
 
-/// Whether the service may answer the same request otherwise later.
+/// Whether the service may respond differently to the same request later.
 bool isPassing(Kind kind)
 {
     return kind == Kind::Busy || kind == Kind::NotSignedIn;
@@ -81,7 +81,7 @@ void UploadQueue::add(const WorkFile& work, const std::string& label, bool isFou
             entry.isFound = isFound;
             entry.create();
         } else if (!isFound && !entry.isPosted) {
-            // Found on the disk between the save and its report.
+            // Found on disk between the save and its notification.
             entry.label = label;
             entry.isFound = false;
             entry.write();
@@ -261,7 +261,7 @@ UploadQueue::Outcome UploadQueue::failed(QueueEntry& entry, State state, const s
         try {
             entry.write();
         } catch (const Exception&) {
-            // A full disk: it fails again, and is told again, after the pause.
+            // The disk is full: it fails and is reported again after the pause.
             return Outcome::Later;
         }
     }
@@ -318,7 +318,7 @@ bool UploadQueue::retry(const Path& link)
         document = entry->document;
         if (entry->state != State::Waiting) {
             entry->onTop = entry->state == State::Outdated;
-            // What was refused may be a request that the service would only refuse again.
+            // The refused request may be one that the service would only refuse again.
             entry->isPosted = entry->isPosted && entry->onTop;
             entry->state = State::Waiting;
             entry->reason.clear();

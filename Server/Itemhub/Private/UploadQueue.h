@@ -13,9 +13,9 @@
 
 namespace Vs::Itemhub {
 
-/// The saves that are to become versions, on the disk, and the one thread that uploads those of the signed-in
-/// account: in their order for each document, while a document whose turn has failed keeps no other one
-/// waiting. Any thread. What happens is told on the main one.
+/// The saves on disk that are to become versions, and the single thread that uploads those of the
+/// signed-in account, in order per document; a document whose upload fails doesn't hold up the others. Any
+/// thread. Notifications are sent on the main one.
 class UploadQueue
 {
 public:
@@ -23,23 +23,24 @@ public:
 
     static UploadQueue& get();
 
-    /// Queues what the working file holds now. When it returns, nothing of that is lost any more. Does
-    /// nothing for a content that is queued already. Throws Vs::Exception.
+    /// Queues what the working file contains now. Once it returns, none of that can be lost. Does nothing
+    /// for a content that is queued already. Throws Vs::Exception.
     void add(const WorkFile& work, const std::string& label, bool isFound);
-    /// Somebody has signed in: looks for saves that nobody has queued, and uploads, until stop(). Main
+    /// Somebody has signed in: looks for saves that haven't been queued, and uploads until stop(). Main
     /// thread.
     void begin();
     /// Ends a pause.
     void wake();
-    /// Ends the thread; the upload that runs goes on in the next run, or after the next begin(). Main thread.
+    /// Ends the thread; the current upload continues in the next run or after the next begin(). Main
+    /// thread.
     void stop();
 
     [[nodiscard]] std::vector<QueueEntry> entries() const;
-    /// Puts a failed entry, named by its link, back into the queue; false if it isn't there.
+    /// Returns a failed entry, named by its link, to the queue; false if it isn't there.
     bool retry(const Path& link);
     /// Removes a failed entry.
     void giveUp(const Path& link);
-    /// Whether something of the signed-in account waits or is on its way.
+    /// Whether anything of the signed-in account is waiting or being uploaded.
     [[nodiscard]] bool isBusy() const;
 
 private:
@@ -50,7 +51,7 @@ private:
     void loop();
     [[nodiscard]] std::optional<QueueEntry> next() const;
     [[nodiscard]] bool uploadNext();
-    /// `version` is set to the one that has arrived.
+    /// Sets `version` to the one that has arrived.
     [[nodiscard]] Outcome upload(QueueEntry& entry, const std::shared_ptr<ItemStore>& store,
                                  std::int64_t& version);
     [[nodiscard]] Outcome failed(QueueEntry& entry, QueueEntry::State state, const std::string& reason);
@@ -59,14 +60,14 @@ private:
     void pause();
     [[nodiscard]] std::optional<QueueEntry> find(const Path& link) const;
 
-    mutable std::mutex m_mutex; ///< Of the members below and of the folder.
+    mutable std::mutex m_mutex; ///< Guards the members below and the folder.
     std::condition_variable m_changed;
     std::thread m_thread;
     bool m_ends = false, m_isWoken = false, m_scans = false;
-    bool m_toldOfSignIn = false; ///< That the service no longer takes the token.
+    bool m_toldOfSignIn = false; ///< That the service no longer accepts the token.
     std::optional<Clock::time_point> m_pausedUntil;
     std::chrono::seconds m_nextPause{1};
-    int m_nonsense = 0; ///< Answers that made no sense, one after the other.
+    int m_nonsense = 0; ///< Consecutive responses that made no sense.
     std::atomic<bool> m_cancelled = false;
     Path m_uploading;
 };

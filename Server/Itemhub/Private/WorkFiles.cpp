@@ -27,7 +27,7 @@ fs::path recordOf(const fs::path& file)
     return file.parent_path() / kRecord;
 }
 
-/// "accounts/NAME/files/NUMBER/FILE" below the root gives NAME; empty for what lies elsewhere.
+/// NAME of "accounts/NAME/files/NUMBER/FILE" below the root; empty for any other path.
 std::string accountOf(const fs::path& file)
 {
     const fs::path inside = file.lexically_normal().lexically_relative(Places::root());
@@ -67,7 +67,7 @@ try {
     work.stamp = FileStamp::ofText((*json)["stamp"].toString().toStdString());
     return work;
 } catch (const Exception&) {
-    // Records are replaced as a whole; one that can't be read was damaged by others.
+    // Records are replaced atomically; an unreadable one was damaged by others.
     return std::nullopt;
 }
 
@@ -76,7 +76,7 @@ void write(const WorkFile& work)
     JsonFile::write(recordOf(work.file), toJson(work), JsonFile::Readers::OwnerOnly);
 }
 
-/// Whether a folder has its record and the file of that name, or the first alone.
+/// Whether a folder contains only its record and the file of that name, or only the record.
 bool hasNothingElse(const fs::path& folder, const fs::path& file)
 {
     boost::system::error_code error;
@@ -86,7 +86,7 @@ bool hasNothingElse(const fs::path& folder, const fs::path& file)
     return !error;
 }
 
-/// What is left of it when this is cut short is a folder whose file isn't here, as it is before a download.
+/// If interrupted, this leaves a folder without its file, the same state as before a download.
 void removeFolderOf(const fs::path& file)
 {
     boost::system::error_code error;
@@ -168,7 +168,7 @@ WorkFile WorkFiles::make(WorkFile values, const std::string& name)
     const std::lock_guard lock(m_mutex);
     const Path files = Places::account(values.account) / kFiles;
     OwnFiles::makeFolder(files);
-    // The next number behind those of all items that are here.
+    // The first free number above those of all items on this machine.
     for (unsigned number = 1;; ++number) {
         const Path folder = files / std::to_string(number);
         boost::system::error_code error;

@@ -8,7 +8,7 @@
 
 namespace Vs::Cloud {
 
-// This library's files speak of requests all the time.
+// This library's files use requests throughout.
 using namespace Network;
 
 } // namespace Vs::Cloud

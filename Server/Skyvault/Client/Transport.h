@@ -4,7 +4,7 @@
 
 namespace Vs::Cloud {
 
-/// What signs in to drives and opens them.
+/// Signs in to drives and opens them.
 class Transport : public DriveTransport
 {
 public:

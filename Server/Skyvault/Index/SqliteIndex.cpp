@@ -37,7 +37,7 @@ std::string folderOf(const std::string& path)
 
 QString text(const std::string& value)
 {
-    // Never null, which would be another value than an empty text.
+    // Never null, which differs from an empty text.
     return value.empty() ? QStringLiteral("") : QString::fromStdString(value);
 }
 
@@ -50,7 +50,7 @@ public:
         m_connection = QStringLiteral("quillet-cloud-%1").arg(++count);
         m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connection);
         m_database.setDatabaseName(QString::fromStdString(m_file));
-        // Another run of the program may just be writing.
+        // Another run of the program may be writing at the moment.
         m_database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
         try {
             if (!m_database.open())
@@ -101,7 +101,7 @@ public:
     }
     std::vector<std::string> foldersIn(const std::string& folder) override
     {
-        // All that begins with the folder and a slash; what follows the slash in the order of letters is '0'.
+        // Everything that begins with the folder and a slash; the character after the slash is '0'.
         QSqlQuery query = run(QStringLiteral("SELECT DISTINCT folder FROM files WHERE folder >= ? AND "
                                              "folder < ? ORDER BY folder"),
                               {text(folder + '/'), text(folder + '0')});
@@ -118,7 +118,7 @@ public:
     }
     std::vector<CacheRow> pending() override { return select("pending != ? ORDER BY since", 0); }
 
-    /// Whether the failure says that the file is no index.
+    /// Whether the error means that the file isn't a valid index.
     static bool isDamage(const QSqlError& error)
     {
         constexpr std::array kDamage{"11", "26"}; // SQLITE_CORRUPT, SQLITE_NOTADB
@@ -133,7 +133,7 @@ public:
 private:
     void prepare()
     {
-        // A change is on the medium when it is answered.
+        // A change is on the medium before it is acknowledged.
         run(QStringLiteral("PRAGMA synchronous = FULL"), {});
         const int layout = number(QStringLiteral("PRAGMA user_version"));
         if (layout > kLayout)
@@ -142,7 +142,7 @@ private:
             run(QString::fromLatin1(statement), {});
         if (layout < kLayout)
             run(QStringLiteral("PRAGMA user_version = %1").arg(kLayout), {});
-        // Damage that lies deeper is found now, and not among a save's steps.
+        // Finds deeper damage now rather than in the middle of a save.
         if (number(QStringLiteral("SELECT count(*) FROM pragma_quick_check WHERE quick_check != 'ok'")) != 0)
             throw Damaged(m_file + " is damaged");
     }
@@ -229,7 +229,7 @@ public:
             QFile::remove(aside);
             if (!QFile::rename(name, aside))
                 throw Exception(damaged.message());
-            // What SQLite keeps beside it belongs to the damaged one.
+            // SQLite's journal belongs to the damaged one.
             QFile::remove(name + QStringLiteral("-journal"));
         }
         wasDamaged = true;

@@ -25,7 +25,7 @@ std::string_view withoutWeakness(std::string_view etag)
     return etag.starts_with("W/") ? etag.substr(2) : etag;
 }
 
-/// As far as it exists with all links followed.
+/// The existing part with all links resolved.
 fs::path real(const fs::path& path)
 {
     boost::system::error_code error;
@@ -99,7 +99,7 @@ CacheIndex& Cache::opened(const Path& root)
     return *index;
 }
 
-// An index that has failed is opened anew: it may have been replaced, or be damaged, which is mended then.
+// An index that has failed is reopened: it may have been replaced, or be damaged, which reopening repairs.
 template <class Action>
 auto Cache::withIndex(const Path& root, Action&& action)
 {
@@ -118,7 +118,7 @@ std::optional<CacheRow> Cache::row(const Place& place)
         withIndex(place.root, [&](CacheIndex& index) { return index.find(place.path); });
     if (!row || row->incomingEtag.empty())
         return row;
-    // The program came to its end between the two steps of a download.
+    // The program ended between the two steps of a download.
     boost::system::error_code error;
     if (fs::exists(place.file(), error) && library().hashOf(place.file().string()) == row->incomingHash) {
         row->etag = row->incomingEtag;
@@ -202,7 +202,7 @@ try {
         return CloudFileState::Changed;
     return isChanged(*place, *known) ? CloudFileState::Dirty : CloudFileState::Clean;
 } catch (const Exception&) {
-    // Whoever saves or opens the file is told.
+    // Whoever saves or opens the file gets the error.
     return CloudFileState::Unknown;
 }
 

@@ -13,8 +13,8 @@
 
 namespace Vs::Cloud {
 
-/// The files of the cache with what the index knows of them. Functions that ask the index throw Vs::Exception
-/// where it can't be had. Main thread only.
+/// The files of the cache with what the index knows about them. Functions that query the index throw
+/// Vs::Exception if it is not available. Main thread only.
 class Cache
 {
 public:
@@ -22,7 +22,7 @@ public:
 
     static Cache& get();
 
-    /// Where a file of the cache belongs to: the folder of a user's drive, and the path on the drive. Nothing
+    /// Where a file of the cache belongs: the folder of a user's drive, and the path on the drive. Nothing
     /// for files elsewhere.
     struct Place
     {
@@ -32,12 +32,12 @@ public:
     };
     [[nodiscard]] static std::optional<Place> placeOf(const Path& file);
 
-    /// Opens the index's library at the first call.
+    /// Loads the index's library on the first call.
     [[nodiscard]] CacheIndexLibrary& library();
-    /// Made with its folder if it isn't there. What it has is settled: a version that was on its way into the
-    /// cache when the program came to its end is in its place or isn't.
+    /// Creates the index and its folder if necessary. Settles unfinished downloads: a version that was on its
+    /// way into the cache when the program ended is either in place or not.
     [[nodiscard]] std::optional<CacheRow> row(const Place& place);
-    /// A row that is there, or one of a file that nothing is known of.
+    /// The existing row, or one for a file about which nothing is known.
     [[nodiscard]] CacheRow rowOrNew(const Place& place);
     void put(const Place& place, const CacheRow& row);
     void replace(const Place& gone, const Place& place, const CacheRow& row);
@@ -45,15 +45,15 @@ public:
     [[nodiscard]] std::vector<std::string> foldersIn(const Path& root, const std::string& folder);
     [[nodiscard]] std::vector<CacheRow> pending(const Path& root);
 
-    /// Whether the local file is another one than the version that its row goes back to.
+    /// Whether the local file differs from the version that its row is based on.
     [[nodiscard]] bool isChanged(const Place& place, const CacheRow& row);
-    /// Unknown where the index can't be had.
+    /// Unknown if the index is not available.
     [[nodiscard]] CloudFileState state(const Path& file);
 
     /// Files that this process is uploading now.
     std::set<std::string>& uploading() { return m_uploading; }
 
-    /// Nanoseconds; 0 if there is no such file.
+    /// In nanoseconds; 0 if there is no such file.
     [[nodiscard]] static std::int64_t timeOf(const Path& file);
 
 private:
@@ -67,8 +67,8 @@ private:
     std::set<std::string> m_uploading;
 };
 
-/// Whether two ETags name the same content as far as their server tells: a weak one is compared as a strong
-/// one. An empty one is the same as none.
+/// Whether two ETags name the same content as far as their server can tell: a weak one is compared as a
+/// strong one. An empty one is never the same.
 [[nodiscard]] bool isSameEtag(const std::string& a, const std::string& b);
 
 } // namespace Vs::Cloud

@@ -13,7 +13,7 @@
 namespace Vs::Cloud {
 namespace {
 
-/// Each trait with its name in the file. What the server itself says is asked for at each sign-in.
+/// Each trait with its name in the file. The server's own capabilities are requested at each sign-in instead.
 constexpr std::pair<const char*, Trait DriveTraits::*> kTraits[] = {
     {"locks", &DriveTraits::locks},
     {"refusesExisting", &DriveTraits::refusesExisting},

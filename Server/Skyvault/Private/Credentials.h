@@ -9,21 +9,21 @@
 
 namespace Vs::Cloud {
 
-/// How somebody signs in, and where.
+/// The credentials of a sign-in, and its server.
 struct Access
 {
     std::string address;
     DriveCredentials credentials;
 };
 
-/// What the file has that QUILLET_CLOUD_TOKEN_FILE names: a JSON object with "address", "user" and "secret",
-/// all texts; a secret that is an OAuth 2 access token has "kind": "bearer" beside it. The file must be this
-/// user's own and closed to all others (0600). Nothing if the variable is not set. Throws Vs::Exception,
-/// whose text has no secret, if the file is unfit.
+/// The contents of the file named by QUILLET_CLOUD_TOKEN_FILE: a JSON object with the strings "address",
+/// "user" and "secret"; if the secret is an OAuth 2 access token, also "kind": "bearer". The file must belong
+/// to this user and be inaccessible to all others (0600). Nothing if the variable is not set. Throws
+/// Vs::Exception, whose text contains no secret, if the file is unsuitable.
 [[nodiscard]] std::optional<Access> accessOfTokenFile();
 
-/// What a drive was found to do at the last sign-in, kept beside the cache; nothing if it isn't known. What
-/// is damaged counts as not known.
+/// The traits found at the last sign-in, stored beside the cache; nothing if they aren't known. Damaged ones
+/// count as unknown.
 [[nodiscard]] std::optional<DriveTraits> keptTraits(const boost::filesystem::path& file);
 void keepTraits(const boost::filesystem::path& file, const DriveTraits& traits);
 

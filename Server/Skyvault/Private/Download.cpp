@@ -46,7 +46,7 @@ void setAside(const Cache::Place& place)
         file.filename().wstring(), kept.wstring()));
 }
 
-/// The two steps: what has come, and then that it is in its place.
+/// The two steps: record what has arrived, then that it is in place.
 void takeIn(const Cache::Place& place, const fs::path& part, const DriveEntry& entry, const std::string& hash)
 {
     Cache& cache = Cache::get();
@@ -102,7 +102,7 @@ DriveResult download(const Cache::Place& place, DriveEntry& entry)
         fs::remove(part, error);
         return result;
     }
-    // The same content needs no other place.
+    // The same content needs no copy.
     const bool differs = fs::exists(file, error) && library.hashOf(file.string()) != hash;
     if (differs && (!row || cache.isChanged(place, *row)))
         setAside(place);

@@ -5,14 +5,14 @@
 
 namespace Vs::Cloud {
 
-/// Whether the cache lacks the version of this ETag. What was changed here is never fetched over.
+/// Whether the cache lacks the version with this ETag. Local changes are never overwritten by a download.
 [[nodiscard]] bool isDownloadRequired(const Cache::Place& place, const std::string& etag);
 
-/// Brings a file into the cache, in two steps of which the index knows. What was changed here and isn't on
-/// the drive is kept under another name first, of which the person is told. Main thread.
+/// Downloads a file to the cache, in two steps recorded in the index. Local changes that aren't on the drive
+/// are first saved under another name, which is reported to the user. Main thread.
 [[nodiscard]] DriveResult download(const Cache::Place& place, DriveEntry& entry);
 
-/// A name that is free in the folder, as "wheel (Anna 2026-03-14 15.09).vlra".
+/// A free name in the folder, for example "wheel (Anna 2026-03-14 15.09).vlra".
 [[nodiscard]] std::string copyName(const Cache::Path& file, const std::wstring& who);
 
 } // namespace Vs::Cloud

@@ -16,13 +16,13 @@
 namespace Vs::Cloud {
 namespace {
 
-/// How often the main thread looks after the window while it waits.
+/// How often the main thread processes the window's events while it waits.
 constexpr std::chrono::milliseconds kLook{20};
 
 struct Work
 {
     DriveThread::Job job;
-    DriveThread::Done done; ///< Of background work alone.
+    DriveThread::Done done; ///< For background work only.
     DriveResult result;
     bool begun = false;
     bool finished = false;
@@ -45,7 +45,7 @@ void Work::execute()
     } catch (const std::exception& error) {
         result = {CloudErrorState::BadAnswer, error.what()};
     }
-    // What it holds goes on this thread, which is the only one that knows drives.
+    // What it captured is destroyed on this thread, the only one that may use drives.
     job = nullptr;
 }
 
@@ -57,14 +57,14 @@ struct DriveThread::Data
     std::condition_variable changed;
     std::deque<std::shared_ptr<Work>> waiting;
     std::shared_ptr<Work> running;
-    std::function<bool()> asked; ///< Of the main thread by the running job.
+    std::function<bool()> asked; ///< The running job's call to the main thread.
     bool answer = false;
     bool ends = false;
     std::thread thread;
 
     void loop();
     void add(const std::shared_ptr<Work>& work);
-    /// Whether it waited still.
+    /// Whether it was still waiting.
     bool takeOut(const std::shared_ptr<Work>& work);
     void doWhatIsAsked();
 };
@@ -129,7 +129,7 @@ void DriveThread::Data::doWhatIsAsked()
 
 DriveThread& DriveThread::get()
 {
-    // The results go first into being, so that they are there as long as the thread.
+    // The results are created first, so that they outlive the thread.
     std::ignore = CloudCacheManager::results();
     static DriveThread thread;
     return thread;

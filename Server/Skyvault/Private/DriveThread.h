@@ -8,9 +8,9 @@
 
 namespace Vs::Cloud {
 
-/// The one thread that talks to the drive, job after job, so that no drive is ever used by two threads and
-/// the order of requests is that of the calls. It begins with the first job and ends with the process. Main
-/// thread only, but for the jobs themselves.
+/// The single thread that talks to the drive, job by job, so that a drive is never used by two threads and
+/// requests are sent in the order of the calls. It is started by the first job and ends with the process.
+/// Main thread only, except for the jobs themselves.
 class DriveThread
 {
 public:
@@ -19,17 +19,18 @@ public:
 
     static DriveThread& get();
 
-    /// Runs a job and returns with its result. Meanwhile the window is kept alive and shows progress under
-    /// the title, and Esc cancels. A job that still waits behind another one is then never begun.
+    /// Runs a job and returns its result. Meanwhile the window stays responsive and shows progress with the
+    /// title, and Esc cancels. A cancelled job that is still waiting behind another one is never started.
     [[nodiscard]] DriveResult run(const std::wstring& title, Job job);
-    /// Runs a job in the background. `done` is called on the main thread, from CloudCacheManager::results().
+    /// Runs a job in the background. `done` is called on the main thread, through
+    /// CloudCacheManager::results().
     void post(Job job, Done done);
 
-    /// For a job of `run`, from its own thread: does something on the main thread, which waits for the job,
-    /// and returns what came of it. False, with nothing done, if the job is cancelled meanwhile.
+    /// For a job of `run`, from its own thread: runs something on the main thread, which is waiting for the
+    /// job, and returns the result. False, without running it, if the job is cancelled meanwhile.
     [[nodiscard]] bool onMainThread(std::function<bool()> action);
 
-    /// Cancels what runs, drops what waits, and ends the thread; for the end of the program.
+    /// Cancels the running job, drops the waiting ones, and ends the thread; for program exit.
     void stop();
 
 private:

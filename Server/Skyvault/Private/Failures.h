@@ -4,13 +4,13 @@
 
 #include <string>
 
-/// What is known of the last failure of each kind, which completes the text for the person. Main thread only.
+/// Details of the last failure of each kind, which complete the text for the user. Main thread only.
 namespace Vs::Cloud::Failures {
 
 /// Returns the result's state.
 CloudErrorState note(const DriveResult& result);
 CloudErrorState note(CloudErrorState state, std::wstring detail);
-/// Empty if nothing is known.
+/// Empty if there are none.
 std::wstring detail(CloudErrorState state);
 
 } // namespace Vs::Cloud::Failures

@@ -74,7 +74,7 @@ DriveResult readFolder(const std::string& id, bool make, SkyvaultNodeData& node)
                                listed = drive.makeFolders(id);
                                return listed.isOk() ? drive.list(id, entries, watch) : listed;
                            });
-    // Whoever waits no longer is helped by what is here, too.
+    // What is here is useful after a cancellation, too.
     if (result.state == CloudErrorState::Unreachable || result.state == CloudErrorState::Cancelled) {
         try {
             node = knownFolder(SkyvaultUtilities::currentCachePath(nullptr), id);

@@ -10,13 +10,13 @@
 namespace Vs::Cloud {
 
 [[nodiscard]] SkyvaultNodeData nodeOf(const DriveEntry& entry);
-/// What the index knows of a file.
+/// What the index knows about a file.
 [[nodiscard]] SkyvaultNodeData nodeOf(const CacheRow& row);
-/// A folder with what the index knows of its files, and of folders that hold such; for when the drive can't
-/// be reached.
+/// A folder with what the index knows about its files and about subfolders that contain any; for when the
+/// drive can't be reached.
 [[nodiscard]] SkyvaultNodeData knownFolder(const Cache::Path& root, const std::string& id);
 
-/// Reads a folder with its children. With `make`, it is made if it isn't there. Where the drive can't be
+/// Reads a folder with its children. With `make`, creates it if it doesn't exist. If the drive can't be
 /// reached, or reading is cancelled, `node` is what the index knows.
 [[nodiscard]] DriveResult readFolder(const std::string& id, bool make, SkyvaultNodeData& node);
 /// One file or folder.

@@ -17,8 +17,7 @@
 namespace Vs::Cloud {
 namespace {
 
-/// Whether the server may answer the same request later. What it says of itself is no reason to lose a
-/// session.
+/// Whether the server may answer the same request later. A temporary condition is no reason to end a session.
 bool isPassing(CloudErrorState state)
 {
     return state == CloudErrorState::Unreachable || state == CloudErrorState::ServerError ||
@@ -100,7 +99,7 @@ void Session::end()
 {
     if (!m_link)
         return;
-    // A drive goes on the thread that it was used on.
+    // A drive is destroyed on the thread that used it.
     DriveThread::get().post([link = m_link](const DriveWatch&) { return link->drive.reset(), DriveResult(); },
                             {});
     m_link.reset();
@@ -178,7 +177,7 @@ DriveResult Session::verify()
                });
 }
 
-// An address that somebody writes with a slash at its end is the same drive.
+// An address typed with a trailing slash is the same drive.
 boost::filesystem::path Session::folderOf(const std::string& written, const std::string& user)
 {
     const std::string address = written.substr(0, written.find_last_not_of('/') + 1);

@@ -42,7 +42,7 @@ std::wstring title(const Cache::Place& place)
                            place.file().filename().wstring());
 }
 
-/// The content that the drive has, as a digest.
+/// The digest of the drive's content.
 DriveResult hashOnDrive(Drive& drive, const DriveWatch& watch, CacheIndexLibrary& library,
                         const DriveUpload& upload, std::string& hash)
 {
@@ -125,7 +125,7 @@ Upload::Sent Upload::prepared() const
     sent.upload.source = m_place.file().string();
     if (!m_isNew && !m_row.etag.empty())
         sent.upload.known = m_row.etag;
-    // Nobody has seen what is there, so it is kept for whoever wrote it.
+    // Nobody here has seen the existing version, so it is preserved for its author.
     sent.keepsOther = !m_isNew && !sent.upload.known;
     sent.upload.keepOther = sent.keepsOther;
     return sent;
@@ -150,7 +150,7 @@ DriveResult Upload::send(Drive& drive, const DriveWatch& watch, CacheIndexLibrar
     }
     DriveResult result = drive.upload(sent.upload, sent.entry, watch);
     if (result.state == CloudErrorState::NotFound) {
-        // The file is gone, or its folder: nobody's version is lost.
+        // The file or its folder is gone: nobody's version is lost.
         sent.upload.known.reset();
         sent.upload.keepOther = false;
         result = drive.makeFolders(folderOf(sent.upload.path));
@@ -160,7 +160,7 @@ DriveResult Upload::send(Drive& drive, const DriveWatch& watch, CacheIndexLibrar
     return result.state == CloudErrorState::Changed ? resolve(drive, watch, library, sent, result) : result;
 }
 
-// What is there may be what was sent before, whose answer was lost with the connection or with the program.
+// The existing version may be one sent before, whose response was lost with the connection or the program.
 DriveResult Upload::resolve(Drive& drive, const DriveWatch& watch, CacheIndexLibrary& library, Sent& sent,
                             DriveResult refused)
 {
@@ -266,7 +266,7 @@ void Upload::post(const Cache::Place& place, const std::function<void()>& done)
     CacheIndexLibrary& library = Cache::get().library();
     const auto upload = std::make_shared<Upload>(place, !Cache::get().rowOrNew(place).onDrive);
     const auto sent = std::make_shared<Sent>(upload->prepared());
-    // One that the drive was not to have yet may have met another's of the same name meanwhile.
+    // A file that was new to the drive may have run into somebody else's of the same name meanwhile.
     sent->keepsOther = sent->keepsOther || upload->m_isNew;
     sent->upload.keepOther = false;
     if (!read(library, *sent).isOk())

@@ -7,25 +7,25 @@
 
 namespace Vs::Cloud {
 
-/// One file of the cache on its way to the drive. The index knows of each step before it is made, so that a
-/// new start of the program finds out what became of the last one. Main thread only, but for `send`.
+/// Uploads one file of the cache. Each step is recorded in the index before it is taken, so that the next
+/// start of the program can find out what became of the last one. Main thread only, except for `send`.
 class Upload
 {
 public:
-    /// `isNew`: the drive is to have no such file.
+    /// `isNew`: the drive should not have such a file.
     Upload(Cache::Place place, bool isNew);
 
-    /// In the foreground; see DriveThread::run. Unreachable is no failure: the file waits then.
+    /// In the foreground; see DriveThread::run. Unreachable is not a failure: the file then waits.
     [[nodiscard]] DriveResult run();
-    /// What waits is sent in the background; `done` is told of it.
+    /// Uploads a waiting file in the background; `done` is called at the end.
     static void post(const Cache::Place& place, const std::function<void()>& done);
 
-    /// Whether the file waits for the drive to be reached.
+    /// Whether the file is waiting for the drive to become reachable.
     bool waits() const { return m_row.pending == CacheRow::Pending::Waiting; }
     const CacheRow& row() const { return m_row; }
 
 private:
-    /// What the thread of requests has of an upload.
+    /// The request thread's part of an upload.
     struct Sent
     {
         CacheRow row; ///< As it was before.
@@ -33,7 +33,7 @@ private:
         std::string hash;
         std::uint64_t size = 0;
         std::int64_t time = 0;   ///< Of the local file, before its content was read.
-        bool keepsOther = false; ///< Where the cache has never seen what is there.
+        bool keepsOther = false; ///< If the cache has never seen the existing version.
         DriveEntry entry;
     };
     [[nodiscard]] static DriveResult read(CacheIndexLibrary& library, Sent& sent);
@@ -48,16 +48,17 @@ private:
 
     Cache::Place m_place;
     bool m_isNew;
-    bool m_hasWaited = false; ///< Nobody is there to be told: what fails goes on waiting.
+    bool m_hasWaited = false; ///< In the background, with nobody to report to: a failed upload keeps waiting.
     CacheRow m_row;
 };
 
-/// A file was looked at on the drive: whether another changed it is noted, and told if that is news.
+/// A file was looked up on the drive: records whether somebody else changed it, and reports that if it is
+/// news.
 void noteSeen(const Cache::Place& place, const DriveEntry& entry);
-/// The same of a file that the drive has no longer.
+/// The same for a file that is no longer on the drive.
 void noteRemoved(const Cache::Place& place);
 
-/// "who" and "when" of the version of another, for the person.
+/// The "who" and "when" of somebody else's version, as text for the user.
 [[nodiscard]] std::wstring changedText(const Cache::Place& place, const CacheRow& row);
 
 } // namespace Vs::Cloud

@@ -40,8 +40,8 @@ void requireGood(const TokenRecord& token)
         throw unauthorized("token_expired", "The token has expired.");
 }
 
-/// As findToken. Most requests of a thread come with a few tokens, which are kept as long as nothing at all
-/// has changed.
+/// Like findToken. Most of a thread's requests use a few tokens, which are cached as long as nothing in the
+/// database has changed.
 std::optional<TokenRecord> knownToken(Store::Connection& connection, const QString& selector)
 {
     thread_local Store::Memo<QString, TokenRecord> known(64);
@@ -51,7 +51,7 @@ std::optional<TokenRecord> knownToken(Store::Connection& connection, const QStri
 TokenRecord byBearer(Store::Connection& connection, const QString& text)
 {
     const auto token = knownToken(connection, text.section('.', 0, 0));
-    // Nobody learns whether a token was ever there.
+    // Don't reveal whether such a token ever existed.
     if (!token || token->consumer ||
         !equalSecrets(hashOf(text.section('.', 1)).toLatin1(), token->hash.toLatin1()))
         throw unauthorized("token_unknown", "The token is not one of this service.");
@@ -59,11 +59,11 @@ TokenRecord byBearer(Store::Connection& connection, const QString& text)
     return *token;
 }
 
-/// By the cookie of the dashboard's session.
+/// By the dashboard's session cookie.
 TokenRecord byPage(Store::Connection& connection, const MasterKey& key, const Http::Request& request,
                    const QString& text)
 {
-    // First who it is: what is refused to somebody is noted for the administrator.
+    // Identify the caller first: what is refused to a known account is noted for the administrator.
     TokenRecord token = byBearer(connection, text);
     requireOwnPage(request);
     const bool reads = request.method() == "GET" || request.method() == "HEAD";
@@ -73,12 +73,12 @@ TokenRecord byPage(Store::Connection& connection, const MasterKey& key, const Ht
     return token;
 }
 
-/// Everything but the token's age.
+/// Checks everything but the token's age.
 TokenRecord bySignature(Store::Connection& connection, const MasterKey& key, const Http::Request& request,
                         const QMap<QString, QString>& parameters, const QString& base)
 {
     const qint64 seconds = Store::now() / 1000, stamp = parameters.value("oauth_timestamp").toLongLong();
-    // With what the time is here, a client whose clock is wrong can sign anew.
+    // Told the time here, a client whose clock is wrong can sign again.
     if (std::abs(seconds - stamp) > kClockSeconds)
         throw unauthorized("clock", "The request's time is " + std::to_string(std::abs(seconds - stamp)) +
                                         " seconds from the service's; set the clock.")

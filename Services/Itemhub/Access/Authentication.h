@@ -5,16 +5,17 @@
 
 namespace Itemhub::Access {
 
-/// Who asks, by the request's Authorization header: a bearer token, or a signature by OAuth 1.0. Without one,
-/// by the cookie of the dashboard's session.
+/// Identifies the caller by the request's Authorization header: a bearer token or an OAuth 1.0 signature.
+/// Without one, by the dashboard's session cookie.
 /// @param base as for signatureBase
-/// @throws Http::Problem with 401 if it's nobody, or the token is no longer good; with 403 if the request's
-/// "customer" names another tenant than the token's, or a request with a cookie wasn't made by the page
+/// @throws Http::Problem with 401 if the caller is unknown or the token is no longer valid; with 403 if the
+/// request's "customer" names a tenant other than the token's, or a request with a cookie wasn't made by the
+/// page
 [[nodiscard]] Store::TokenRecord authenticate(Store::Connection& connection, const MasterKey& key,
                                               const Http::Request& request, const QString& base);
 
-/// Gives a token for signed requests in exchange for an old one and its session handle, also when it has
-/// expired.
+/// Issues a token for signed requests in exchange for an old one, even an expired one, and its session
+/// handle.
 /// @throws Http::Problem
 [[nodiscard]] Granted exchange(Store::Connection& connection, const MasterKey& key,
                                const Http::Request& request, const QString& base, qint64 lifetimeMs);

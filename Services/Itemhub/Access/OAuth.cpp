@@ -16,7 +16,7 @@ QMap<QString, QString> signedParameters(const std::string& authorization)
     QMap<QString, QString> parameters;
     if (!text.startsWith(scheme, Qt::CaseInsensitive))
         return parameters;
-    // Values are percent-encoded, so that no comma and no quote stands within one.
+    // Values are percent-encoded, so they contain neither commas nor quotes.
     for (const QString& entry : text.mid(scheme.size()).split(',')) {
         QString value = entry.section('=', 1).trimmed();
         if (value.size() >= 2 && value.startsWith('"') && value.endsWith('"'))

@@ -10,7 +10,7 @@ namespace Itemhub::Access {
 /// The OAuth 1.0 parameters of a request's Authorization header, decoded; empty if it has none.
 [[nodiscard]] QMap<QString, QString> signedParameters(const std::string& authorization);
 
-/// The text that client and service sign alike (RFC 5849, 3.4.1).
+/// The signature base string (RFC 5849, 3.4.1).
 /// @param base scheme and host of the service as clients address it, without a slash at the end
 [[nodiscard]] QByteArray signatureBase(const Http::Request& request, const QMap<QString, QString>& parameters,
                                        const QString& base);

@@ -6,7 +6,8 @@ namespace Itemhub::Access {
 
 namespace {
 
-/// By https, browsers let nobody else set a cookie of such a name, not even another host of the same domain.
+/// Over https, browsers let nobody else set a cookie with such a name, not even another host of the same
+/// domain.
 constexpr const char* kSafeName = "__Host-itemhub";
 constexpr const char* kPlainName = "itemhub";
 
@@ -21,7 +22,7 @@ std::string cookie(const std::string& value, const std::string& base)
            "; Path=/; HttpOnly; SameSite=Strict" + (isSafe(base) ? "; Secure" : "");
 }
 
-/// The value of the cookie by its safe name, else by its plain one.
+/// The value of the cookie by its safe name, otherwise by its plain one.
 std::optional<QString> valueOf(const Http::Request& request, const char* safeName, const char* plainName)
 {
     std::optional<QString> found;
@@ -73,7 +74,7 @@ QString pageProof(const MasterKey& key, const QString& selector)
 
 void requireOwnPage(const Http::Request& request)
 {
-    // Typed addresses and links of other programs come from no page at all.
+    // Typed addresses and links from other programs don't come from any page.
     const std::string from = request.header("Sec-Fetch-Site");
     if (!from.empty() && from != "same-origin" && from != "none")
         throw Http::Problem(403, "other_site", "The request was made by another site's page.");

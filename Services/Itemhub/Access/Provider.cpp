@@ -32,7 +32,7 @@ QJsonObject jsonOf(const std::string& text, const char* what)
     return document.object();
 }
 
-/// Only by TLS, or on this machine: what comes from there is believed.
+/// TLS or this machine only: what the provider says is trusted.
 QString safe(const QString& address)
 {
     const QUrl url(address, QUrl::StrictMode);
@@ -41,7 +41,7 @@ QString safe(const QString& address)
     refuse('"' + address + "\" is not an https address");
 }
 
-/// The claims of an ID token. Its signature needs no look: it came from the provider itself, by TLS, and not
+/// The claims of an ID token. Its signature needs no check: it came directly from the provider over TLS, not
 /// through the browser.
 QJsonObject claimsOf(const QString& token)
 {

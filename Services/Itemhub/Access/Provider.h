@@ -8,7 +8,7 @@
 
 namespace Itemhub::Access {
 
-/// An outside provider of sign-ins (OpenID Connect). Thread-safe.
+/// An external sign-in provider (OpenID Connect). Thread-safe.
 class Provider
 {
 public:
@@ -16,18 +16,18 @@ public:
 
     [[nodiscard]] bool isThere() const { return !m_config.issuer.isEmpty(); }
     [[nodiscard]] const ProviderConfig& config() const { return m_config; }
-    /// What people call it; empty if there is none.
+    /// Its display name; empty if there is none.
     [[nodiscard]] QString title() const;
 
-    /// What goes there with the browser, and is compared when it comes back.
+    /// What the browser takes there, and what is checked when it comes back.
     struct Visit
     {
         QString state, verifier, nonce;
-        QString redirect; ///< Where the browser comes back to.
+        QString redirect; ///< Where the browser returns to.
     };
-    /// The address that the browser is sent to. @throws std::runtime_error if the provider can't be reached
+    /// The address to send the browser to. @throws std::runtime_error if the provider can't be reached
     [[nodiscard]] QString place(const Visit& visit);
-    /// The provider's lasting name of who was there. @throws std::runtime_error with what is wrong
+    /// The provider's permanent identifier of the user. @throws std::runtime_error that says what is wrong
     [[nodiscard]] QString subjectOf(const Visit& visit, const QString& code);
 
 private:
@@ -40,7 +40,7 @@ private:
 
     const ProviderConfig& m_config;
     std::mutex m_mutex;
-    std::optional<Places> m_places; ///< As the provider told them not long ago.
+    std::optional<Places> m_places; ///< As recently reported by the provider.
 };
 
 } // namespace Itemhub::Access

@@ -7,15 +7,15 @@
 
 namespace Itemhub::Access {
 
-/// Protects a process from a client that asks too often. Each process counts for itself; what must hold for
-/// all of them, failed sign-ins, stands in the database. Thread-safe.
+/// Protects a process from a client that sends too many requests. Each process counts separately; what must
+/// hold across all of them, failed sign-ins, is kept in the database. Thread-safe.
 class RateLimit
 {
 public:
-    /// @param perSecond 0 for no limit; for a moment, four times as many are taken
+    /// @param perSecond 0 for no limit; short bursts of four times as many are allowed
     explicit RateLimit(double perSecond) : m_perSecond(perSecond) {}
 
-    /// Whether one more request of the client is taken.
+    /// Whether one more request of the client is accepted.
     [[nodiscard]] bool take(const std::string& client);
 
 private:

@@ -35,7 +35,7 @@ QByteArray randomBytes(size_t count)
     return bytes;
 }
 
-/// Each takes 64 MB, and anybody may ask for one.
+/// Each hash takes 64 MB, and anybody may request one.
 class PasswordTurn
 {
 public:
@@ -55,7 +55,7 @@ QByteArray keyOf(const QString& file)
     return stored.open(QIODevice::ReadOnly) ? QByteArray::fromHex(stored.readAll().trimmed()) : QByteArray();
 }
 
-/// Written beside and given its name when it's whole; whoever comes first wins.
+/// Written under a temporary name and linked to its final one when complete; the first process wins.
 void makeKey(const QString& file)
 {
     const QByteArray path = QFile::encodeName(file), beside = path + ".new-" + QByteArray::number(::getpid());

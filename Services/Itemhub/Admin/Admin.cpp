@@ -78,7 +78,7 @@ QString nameOf(const QString& text)
     return clean;
 }
 
-/// From the standard input, so that it stands in no list of processes.
+/// From standard input, so that it doesn't show in the list of processes.
 QString passwordFromInput()
 {
     constexpr qsizetype kShortest = 10;

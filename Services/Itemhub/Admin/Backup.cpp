@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A value for libpq.
+/// A value quoted for libpq.
 QString quoted(QString text)
 {
     return '\'' + text.replace('\\', "\\\\").replace('\'', "\\'") + '\'';
@@ -47,7 +47,7 @@ void backup(Routes::Service& service, const QStringList& words)
     const fs::path folder = words[0].toStdString();
     fs::create_directories(folder / "blobs");
     fs::permissions(folder, fs::perms::owner_all);
-    // Under another name until it's whole.
+    // Under a temporary name until it is complete.
     const fs::path database = folder / "database", fresh = folder / "database.new";
     fs::remove(fresh);
     const QString statement = service.database.dialect().backup(QString::fromStdString(fresh));

@@ -6,8 +6,8 @@
 
 namespace Itemhub::Admin {
 
-/// Copies everything into a folder, the database first: contents only ever come, so whatever it refers to is
-/// there to be copied. Of an earlier backup in the same folder, contents are kept and not copied again.
+/// Copies everything into a folder, the database first: contents are only ever added, so everything it refers
+/// to is there to be copied. Contents of an earlier backup in the same folder are kept and not copied again.
 /// @param words the folder
 void backup(Routes::Service& service, const QStringList& words);
 

@@ -10,7 +10,7 @@ namespace Itemhub::Admin {
 
 namespace {
 
-/// What is wrong with a content; empty if nothing is.
+/// What is wrong with a content; empty if it is intact.
 std::string faultOf(const Blobs::BlobStore& blobs, const Store::Content& content)
 {
     const std::string sha256 = content.sha256.toStdString();
@@ -51,7 +51,7 @@ void cleanBlobs(Routes::Service& service, const QStringList&)
         const QString hash = QString::fromStdString(sha256);
         if (age < kDay)
             return;
-        // A version that takes it meanwhile waits for this, and then finds it gone.
+        // A version that claims it meanwhile waits for this transaction, and then finds it gone.
         Store::Transaction change(store);
         if (Store::isReferredTo(store, hash))
             return;

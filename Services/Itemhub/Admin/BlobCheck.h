@@ -6,12 +6,12 @@
 
 namespace Itemhub::Admin {
 
-/// Reads all contents that versions refer to, and prints those that are missing or no longer what their hash
-/// says, with their versions. @throws std::runtime_error if there are such
+/// Reads all contents that versions refer to, and prints those that are missing or don't match their hash,
+/// with their versions. @throws std::runtime_error if there are any
 void checkBlobs(Routes::Service& service, const QStringList& words);
 
-/// Removes contents that nothing refers to, as an interrupted upload leaves them; younger ones may be an
-/// upload's under way.
+/// Removes unreferenced contents, which interrupted uploads leave behind; recent ones are kept, as they may
+/// belong to an upload in progress.
 void cleanBlobs(Routes::Service& service, const QStringList& words);
 
 } // namespace Itemhub::Admin

@@ -43,11 +43,11 @@ void FolderBlobs::put(const std::string& sha256, const std::string& file)
     if (fs::create_directory(parent))
         flush(m_folder);
     flush(file);
-    // A name that appears has its whole content; no half-written one can be seen.
+    // Linking is atomic: nobody sees a half-written content.
     if (::link(file.c_str(), path.c_str()) != 0) {
         if (errno != EEXIST)
             fail("Cannot keep a content as " + path);
-        // It may be damaged, and this one is sound.
+        // The existing one may be damaged, and this one is intact.
         if (static_cast<uint64_t>(size(sha256)) != fs::file_size(file)) {
             const std::string beside = path + ".new-" + std::to_string(::getpid());
             ::unlink(beside.c_str());

@@ -6,7 +6,7 @@
 
 namespace Itemhub::Blobs {
 
-/// An open file, closed in the end.
+/// An open file, closed on destruction.
 class Descriptor
 {
 public:
@@ -25,9 +25,9 @@ public:
 
     [[nodiscard]] bool isValid() const { return m_descriptor >= 0; }
     [[nodiscard]] int get() const { return m_descriptor; }
-    /// Bytes, or -1 if it isn't valid.
+    /// In bytes; -1 if it isn't valid.
     [[nodiscard]] int64_t size() const { return ::lseek(m_descriptor, 0, SEEK_END); }
-    /// The caller's from now on.
+    /// Passes ownership to the caller.
     [[nodiscard]] int release() { return std::exchange(m_descriptor, -1); }
 
 private:

@@ -9,7 +9,7 @@ struct evp_md_ctx_st;
 
 namespace Itemhub::Blobs {
 
-/// A hash that is fed piece by piece.
+/// An incremental hash.
 class Digest
 {
 public:
@@ -22,12 +22,12 @@ public:
     Digest& operator=(const Digest&) = delete;
 
     void add(std::string_view data);
-    /// The hash of all that was added, as bytes. Nothing may be added afterwards.
+    /// The hash of everything added, as bytes. Nothing may be added afterwards.
     [[nodiscard]] std::string result();
     /// The same in lower-case hexadecimal digits.
     [[nodiscard]] std::string hexResult();
 
-    [[nodiscard]] static std::string hexOf(std::string_view data); ///< Of one piece, by SHA-256.
+    [[nodiscard]] static std::string hexOf(std::string_view data); ///< SHA-256 of a single piece.
 
 private:
     struct Free
@@ -37,7 +37,7 @@ private:
     std::unique_ptr<evp_md_ctx_st, Free> m_context;
 };
 
-/// Adds an open file's bytes from an offset up to another one. @returns whether all could be read
+/// Adds an open file's bytes from one offset up to another. @returns whether all could be read
 [[nodiscard]] bool addFile(Digest& digest, int descriptor, uint64_t from, uint64_t to);
 
 } // namespace Itemhub::Blobs

@@ -40,7 +40,7 @@ struct Free
     void operator()(curl_slist* list) const { curl_slist_free_all(list); }
 };
 
-/// A thread's connection, which is kept for its next request.
+/// A thread's connection, kept for its next request.
 CURL* connection()
 {
     static const bool isReady = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
@@ -81,7 +81,7 @@ size_t read(char* data, size_t size, size_t count, void* descriptor)
 class Request
 {
 public:
-    /// @param sha256 of the body, which is signed as well
+    /// @param sha256 of the body, which is covered by the signature
     Request(const ObjectPlace& place, const std::string& path, const std::string& query = {},
             const std::string& sha256 = Digest::hexOf({}))
         : m_place(place), m_handle(connection())
@@ -144,7 +144,7 @@ private:
     std::string m_text;
 };
 
-/// A file of its own, which goes if nobody keeps it.
+/// A temporary file, deleted on destruction.
 struct Fetched
 {
     explicit Fetched(const std::string& folder) : path(folder + "/fetched-XXXXXX")
@@ -164,7 +164,7 @@ struct Fetched
 struct Listed
 {
     std::vector<std::pair<std::string, int64_t>> contents; ///< With their ages in seconds.
-    std::string next;                                      ///< Empty with the last part.
+    std::string next;                                      ///< Empty on the last page.
 };
 
 Listed listedIn(const ObjectPlace& place, const std::string& text)
@@ -205,7 +205,7 @@ void ObjectBlobs::put(const std::string& sha256, const std::string& file)
     if (!content.isValid() || ::fstat(content.get(), &entry) != 0)
         throw std::system_error(errno, std::generic_category(), "Cannot read " + file);
     int descriptor = content.get();
-    // The store compares what comes with the hash, and an object appears as a whole or not at all.
+    // The store checks the content against the hash, and an object appears atomically.
     Request request(m_place, sha256, {}, sha256);
     request.header("Content-Type: application/octet-stream");
     request.set(CURLOPT_UPLOAD, 1L);
@@ -235,7 +235,7 @@ Descriptor ObjectBlobs::open(const std::string& sha256) const
     Digest digest;
     if (!addFile(digest, descriptor, 0, static_cast<uint64_t>(::lseek(descriptor, 0, SEEK_END))) ||
         digest.hexResult() != sha256) {
-        // What is damaged there has none of the bytes that it should have, so that nobody is given others.
+        // Truncated if damaged, so that nobody is given wrong bytes.
         if (::ftruncate(descriptor, 0) != 0)
             throw std::system_error(errno, std::generic_category(), "Cannot write into " + m_folder);
         return std::move(fetched.file);
@@ -271,7 +271,7 @@ void ObjectBlobs::each(const std::function<void(const std::string&, int64_t)>& t
 {
     std::string next;
     do {
-        // By the order of their names, as what is signed has them.
+        // Sorted by name, as the signature requires.
         const QByteArray token = QUrl::toPercentEncoding(QString::fromStdString(next));
         Request request(m_place, {},
                         (next.empty() ? "" : "continuation-token=" + token.toStdString() + '&') +
@@ -285,7 +285,7 @@ void ObjectBlobs::each(const std::function<void(const std::string&, int64_t)>& t
     } while (!next.empty());
 }
 
-/// What came first goes first. Another process may do the same at the same time.
+/// Oldest first. Another process may be doing the same at the same time.
 void ObjectBlobs::makeRoom() const
 {
     struct Near

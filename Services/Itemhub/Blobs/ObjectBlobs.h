@@ -7,25 +7,25 @@
 
 namespace Itemhub::Blobs {
 
-/// Where a store of objects is, and by what it knows this service.
+/// Where an object store is, and this service's credentials there.
 struct ObjectPlace
 {
     std::string
         address; ///< Of the store, without a slash at the end; the bucket is the first part of its paths.
-    std::string bucket; ///< Which is there.
+    std::string bucket; ///< An existing one.
     std::string region;
     std::string keyId, secret;
-    uint64_t nearBytes = 0; ///< How much is kept here of what was asked for last.
+    uint64_t nearBytes = 0; ///< The size of the local cache of recently requested contents.
 };
 
-/// Contents as objects of a store that speaks S3, by requests that are signed (AWS Signature Version 4). What
-/// was put or asked for lies in a folder of this machine as well, as long as there is room; each is compared
-/// with its hash when it comes, and of a damaged one the file that is opened is empty. A store that can't be
-/// reached, or refuses, is a std::system_error of host_unreachable.
+/// Contents as objects of an S3-compatible store, accessed by signed requests (AWS Signature Version 4). What
+/// was stored or requested is also cached in a local folder, as long as there is room; each content is
+/// checked against its hash when it arrives, and a damaged one is opened as an empty file. If the store can't
+/// be reached or refuses a request, std::system_error with host_unreachable is thrown.
 class ObjectBlobs : public BlobStore
 {
 public:
-    /// @param folder of what is kept here
+    /// @param folder of the local cache
     ObjectBlobs(ObjectPlace place, const std::string& folder);
 
     void put(const std::string& sha256, const std::string& file) override;

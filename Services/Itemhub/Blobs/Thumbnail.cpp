@@ -12,8 +12,8 @@ namespace {
 
 constexpr const char* kName = "thumbnail.png";
 constexpr zip_uint64_t kMostPicture = 4U << 20;
-/// Of everything that is read, the list of a package's entries too, which its maker can make as long as he
-/// likes.
+/// Applies to everything that is read, including the package's list of entries, which its author can make as
+/// long as he likes.
 constexpr zip_uint64_t kMostRead = 16U << 20;
 
 /// What the library reads from.
@@ -102,7 +102,7 @@ std::string entryOf(zip_t* archive)
         return {};
     std::string bytes(stat.size, '\0');
     char beyond = 0;
-    // Only at its end the library compares the checksum.
+    // The library verifies the checksum only at the end of the entry.
     const bool whole = zip_fread(file, bytes.data(), stat.size) == static_cast<zip_int64_t>(stat.size) &&
                        zip_fread(file, &beyond, 1) == 0;
     zip_fclose(file);
@@ -125,7 +125,7 @@ std::string thumbnailOf(Descriptor content, int64_t size)
         return {};
     }
     std::string picture = entryOf(archive.get());
-    // Whatever else calls itself so, browsers aren't given it as a picture.
+    // Anything else of that name isn't served to browsers as a picture.
     return picture.starts_with("\x89PNG\r\n\x1a\n") ? picture : std::string();
 }
 

@@ -7,8 +7,8 @@
 
 namespace Itemhub::Blobs {
 
-/// The picture that a document's package has of itself, as a PNG file; empty if the content is no package, or
-/// has none. Reads no more than a few megabytes, whatever the content says of itself.
+/// The thumbnail in a document's package, as a PNG file; empty if the content isn't a package or has none.
+/// Reads no more than a few megabytes, whatever the content claims.
 /// @param size of the content, in bytes
 [[nodiscard]] std::string thumbnailOf(Descriptor content, int64_t size);
 

@@ -18,8 +18,8 @@ namespace {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-/// Which byte of the file is locked by the request that writes, and by the one that waits for it. Such locks
-/// belong to the open file, and hold against other threads and other processes alike.
+/// Which byte of the file is locked by the request that writes, and which by the one waiting for it. Such
+/// locks belong to the open file description, and work across threads as well as across processes.
 enum Turn : off_t { kWriter, kNext };
 
 struct flock rangeOf(Turn turn, short type)
@@ -46,7 +46,7 @@ void give(const Descriptor& file, Turn turn)
     ::fcntl(file.get(), F_OFD_SETLK, &range);
 }
 
-/// Of several that want the file, one waits.
+/// If several requests want the file, only one waits.
 [[nodiscard]] bool takeInTurn(const Descriptor& file)
 {
     constexpr std::chrono::milliseconds kLook{20}, kPatience{2000};

@@ -44,7 +44,7 @@ Setter number(Part part)
     };
 }
 
-/// What a configuration file may have.
+/// The settings of a configuration file.
 const std::map<QString, Setter>& settings()
 {
     static const std::map<QString, Setter> all{

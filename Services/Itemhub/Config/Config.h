@@ -7,44 +7,44 @@
 
 namespace Itemhub {
 
-/// An outside provider that people sign in by (OpenID Connect).
+/// An external sign-in provider (OpenID Connect).
 struct ProviderConfig
 {
     QString issuer; ///< Its address; empty for none.
     QString clientId, clientSecret;
-    QString title; ///< What its button says.
+    QString title; ///< The label of its button.
 };
 
-/// How a service runs.
+/// The configuration of a service.
 struct Config
 {
     Store::DatabaseOptions database;
     QString blobs;                                                              ///< The folder of contents.
-    Blobs::ObjectPlace objects{.region = "us-east-1", .nearBytes = 4ULL << 30}; ///< No address: none.
-    QString uploads; ///< The folder of what is being uploaded; on the same file system as the contents.
+    Blobs::ObjectPlace objects{.region = "us-east-1", .nearBytes = 4ULL << 30}; ///< Without an address: none.
+    QString uploads; ///< The folder for uploads in progress; on the same file system as the contents.
     QString keyFile; ///< See Access::MasterKey.
 
     QString address = "127.0.0.1";
     int port = 8080;
-    QString url;     ///< As clients see the service, without a slash at the end; empty for its own address.
-    QString pageUrl; ///< The same as browsers see it; empty if that is no other one.
+    QString url;     ///< As clients see the service, without a trailing slash; empty for its own address.
+    QString pageUrl; ///< The same as browsers see it; empty if it doesn't differ.
     bool behindProxy = false;
-    double requestsPerSecond = 200; ///< Of one client; 0 for no limit.
-    int connections = 512;          ///< At the same time.
+    double requestsPerSecond = 200; ///< Per client; 0 for no limit.
+    int connections = 512;          ///< Concurrent ones.
 
-    qint64 largestUpload = 8LL << 30;     ///< Bytes.
-    qint64 announcedUploads = 64LL << 30; ///< Bytes that one account may have under way.
-    qint64 uploadHours = 48;              ///< Until an unfinished upload is forgotten.
+    qint64 largestUpload = 8LL << 30;     ///< In bytes.
+    qint64 announcedUploads = 64LL << 30; ///< In bytes; the total of uploads in progress per account.
+    qint64 uploadHours = 48;              ///< Until an unfinished upload is discarded.
 
     ProviderConfig provider;
 
-    qint64 eventDays = 90;  ///< How long events are kept; 0 for ever.
-    qint64 auditDays = 730; ///< The same of what administrators may want to know.
+    qint64 eventDays = 90;  ///< How long events are kept; 0 for forever.
+    qint64 auditDays = 730; ///< The same for the administrators' audit trail.
 };
 
-/// Reads a configuration file in JSON. @throws std::runtime_error that names the file and what is wrong there
+/// Reads a JSON configuration file. @throws std::runtime_error that names the file and what is wrong in it
 [[nodiscard]] Config readConfig(const QString& file);
-/// All in one folder, which is made; for one user on this machine. @throws std::runtime_error
+/// Everything in one folder, which is created; for a single user on this machine. @throws std::runtime_error
 [[nodiscard]] Config localConfig(const QString& folder);
 
 } // namespace Itemhub

@@ -10,7 +10,7 @@ namespace {
 constexpr size_t kLongest = 256UL * 1024;
 constexpr time_t kSeconds = 10;
 
-/// The server's part of an address, and what comes behind it.
+/// The server part of an address, and the rest.
 std::pair<std::string, std::string> split(const std::string& url)
 {
     const size_t authority = url.find("//");

@@ -6,18 +6,18 @@
 
 namespace Itemhub::Http {
 
-/// What another server answered.
+/// Another server's response.
 struct Reply
 {
     int status = 0;
     std::string body;
 };
 
-/// Asks another server; a certificate that nobody vouches for is refused, nor is another address followed.
-/// What is longer than 256 KiB is cut off.
-/// @throws std::runtime_error that names the address, if there is no answer within ten seconds
+/// Sends a request to another server; rejects untrusted certificates and doesn't follow redirects. Responses
+/// are cut off at 256 KiB.
+/// @throws std::runtime_error that names the address if there is no response within ten seconds
 [[nodiscard]] Reply get(const std::string& url, const std::string& bearer = {});
-/// Sends a form, as the user with that password.
+/// Posts a form, authenticated as the user with that password.
 [[nodiscard]] Reply post(const std::string& url, const std::vector<std::pair<std::string, std::string>>& form,
                          const std::string& user, const std::string& password);
 

@@ -36,7 +36,7 @@ Response::File::~File()
 
 std::string jsonString(std::string_view text)
 {
-    // An array of one text, without its brackets.
+    // An array of one string, minus its brackets.
     const QByteArray array =
         QJsonDocument(QJsonArray{QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))})
             .toJson(QJsonDocument::Compact);

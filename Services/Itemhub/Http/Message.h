@@ -14,7 +14,7 @@ namespace Itemhub::Http {
 
 using Fields = std::vector<std::pair<std::string, std::string>>;
 
-/// A failed request, as its client is told: thrown anywhere below a route, it becomes an answer of the type
+/// A failed request, as reported to the client: thrown anywhere below a route, it becomes a response of type
 /// application/problem+json.
 class Problem : public std::runtime_error
 {
@@ -26,7 +26,7 @@ public:
     {
     }
 
-    /// The same problem with one more header.
+    /// The same problem with an additional header.
     Problem& with(std::string name, std::string value) &
     {
         headers.emplace_back(std::move(name), std::move(value));
@@ -42,46 +42,47 @@ public:
     std::string code;
     Fields headers;
     std::string
-        members; ///< More members of the JSON object, as `"name":value` separated by commas, or empty.
+        members; ///< Additional members of the JSON object, as `"name":value` separated by commas, or empty.
 };
 
-/// What a client asks. Names of headers are compared without regard to case.
+/// A client's request. Header names are case-insensitive.
 class Request
 {
 public:
-    /// Takes the next piece of a body; returns whether more is wanted.
+    /// Takes the next piece of a body; returns whether to continue.
     using Taker = std::function<bool(const char* data, size_t size)>;
-    /// Asked now and then while the client is silent; returns whether to wait longer.
+    /// Called now and then while the client is silent; returns whether to keep waiting.
     using Patience = std::function<bool()>;
 
     virtual ~Request() = default;
 
     [[nodiscard]] virtual const std::string& method() const = 0;
     [[nodiscard]] virtual const std::string& path() const = 0;   ///< Percent-decoded.
-    [[nodiscard]] virtual const std::string& target() const = 0; ///< Path and query as they were sent.
-    [[nodiscard]] virtual std::string remoteAddress() const = 0; ///< Of the client, past a trusted proxy.
+    [[nodiscard]] virtual const std::string& target() const = 0; ///< Path and query as sent.
+    [[nodiscard]] virtual std::string
+    remoteAddress() const = 0; ///< The client's, as seen by a trusted proxy if there is one.
     [[nodiscard]] virtual std::string header(std::string_view name) const = 0; ///< Empty if missing.
     [[nodiscard]] virtual bool hasHeader(std::string_view name) const = 0;
     [[nodiscard]] virtual std::optional<std::string> parameter(const std::string& name) const = 0;
-    /// All parameters of the query, decoded.
+    /// All query parameters, decoded.
     [[nodiscard]] virtual Fields parameters() const = 0;
 
-    /// Hands the body over piece by piece.
-    /// @param patience may be null, for that of all requests
-    /// @returns false if it was cut, or refused by the taker, or the patience is at its end
+    /// Passes on the body piece by piece.
+    /// @param patience may be null for the default
+    /// @returns false if the body was cut short or refused by the taker, or patience ran out
     virtual bool readBody(const Taker& take, const Patience& patience) = 0;
 
-    /// The whole body. @throws Problem with 413 if it is longer, with 400 if it was cut
+    /// The whole body. @throws Problem with 413 if it is longer, with 400 if it was cut short
     [[nodiscard]] std::string body(size_t longest);
 };
 
-/// What the client is told. Of body, file and stream, one is used.
+/// What the client receives. Only one of body, file and stream is used.
 struct Response
 {
-    /// Writes a piece to the client; false when nobody reads any more.
+    /// Writes a piece to the client; false once nobody is reading any more.
     using Write = std::function<bool(std::string_view)>;
 
-    /// A part of an open file, which is closed when the answer is gone.
+    /// A part of an open file, which is closed once the response has been sent.
     struct File
     {
         explicit File(int descriptor) : descriptor(descriptor) {}
@@ -98,14 +99,14 @@ struct Response
     std::string type = "application/json";
     std::string body;
     std::shared_ptr<File> file;
-    /// Called again and again until it returns false; may wait meanwhile.
+    /// Called repeatedly until it returns false; may block.
     std::function<bool(const Write&)> stream;
 };
 
-/// An answer that says what failed.
+/// A response that says what failed.
 [[nodiscard]] Response responseOf(const Problem& problem);
 
-/// A text as a JSON string with its quotes.
+/// A text as a quoted JSON string.
 [[nodiscard]] std::string jsonString(std::string_view text);
 
 } // namespace Itemhub::Http

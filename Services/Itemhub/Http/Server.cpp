@@ -16,10 +16,10 @@ namespace Itemhub::Http {
 namespace {
 
 constexpr std::chrono::seconds kKeepAlive{15};
-constexpr int kMostRequests = 1'000'000; ///< Of one connection.
+constexpr int kMostRequests = 1'000'000; ///< Per connection.
 constexpr size_t kPiece = 256UL * 1024;
 
-/// The connection of the request that this thread answers.
+/// The connection of the request that this thread is handling.
 thread_local Socket* t_socket = nullptr;
 
 size_t lengthOf(const httplib::Request& request)
@@ -68,7 +68,7 @@ public:
 
 private:
     Socket& m_socket;
-    std::string m_peer; ///< The client's address, asked for once.
+    std::string m_peer; ///< The client's address, looked up once.
     int m_port = -1;
 };
 
@@ -94,7 +94,7 @@ public:
     {
         if (const std::string chain = m_behindProxy ? header("X-Forwarded-For") : std::string();
             !chain.empty()) {
-            // Only the last entry is the proxy's own; all before it may be invented.
+            // Only the last entry is the proxy's own; all earlier ones may be forged.
             const size_t begin = chain.find_last_of(", ");
             return chain.substr(begin == std::string::npos ? 0 : begin + 1);
         }
@@ -118,11 +118,11 @@ public:
 
 private:
     const httplib::Request& m_request;
-    const httplib::ContentReader* m_reader; ///< Null if there is no body, or it was read.
+    const httplib::ContentReader* m_reader; ///< Null if there is no body or it has been read.
     bool m_behindProxy;
 };
 
-/// Hands a file's bytes on; the library counts the offset from 0.
+/// Passes on a file's bytes; the library counts the offset from 0.
 httplib::ContentProvider providerOf(const std::shared_ptr<Response::File>& file)
 {
     return [file](size_t offset, size_t length, httplib::DataSink& sink) {
@@ -136,7 +136,7 @@ httplib::ContentProvider providerOf(const std::shared_ptr<Response::File>& file)
 void fill(httplib::Response& out, Response&& response)
 {
     out.status = response.status;
-    // The library adds to those that all answers have.
+    // The library appends to the headers common to all responses.
     for (const auto& [name, value] : response.headers)
         out.headers.erase(name);
     for (const auto& [name, value] : response.headers)
@@ -174,7 +174,8 @@ public:
         set_tcp_nodelay(true);
         set_keep_alive_timeout(kKeepAlive.count());
         set_keep_alive_max_count(kMostRequests);
-        // The library offers to share its port with whoever asks; two servers on one port are a mistake here.
+        // By default the library shares its port with other listeners; two servers on one port are a mistake
+        // here.
         set_socket_options([](socket_t socket) {
             const int yes = 1;
             setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
@@ -190,7 +191,7 @@ public:
                                      const httplib::ContentReader& reader) {
             answer(request, response, &reader);
         };
-        // Any path: which route it is, is decided by the one handler.
+        // Matches any path: the one handler does the routing.
         const std::string any = "[\\s\\S]*";
         Post(any, withBody);
         Put(any, withBody);
@@ -207,7 +208,7 @@ public:
     }
 
 private:
-    /// The library's interface to threads.
+    /// Adapts the workers to the library's interface.
     class Queue : public httplib::TaskQueue
     {
     public:
@@ -224,7 +225,7 @@ private:
     {
         Received received(request, reader, m_behindProxy);
         try {
-            // Which of the two counts is what programs disagree about, and attackers use.
+            // Programs disagree about which of the two counts, which attackers exploit (request smuggling).
             if (request.has_header("Transfer-Encoding") && request.has_header("Content-Length"))
                 throw Problem(400, "two_lengths",
                               "A request has a Content-Length or a Transfer-Encoding, not both.");
@@ -251,14 +252,14 @@ private:
             chunked = false;
             socket.beginHead();
             goesOn = process_request(stream, left == 1, closed, [&](httplib::Request& request) {
-                // Ranges are for blobs, whose route sees to them; the library would cut any answer, also one
-                // that tells of a failure.
+                // Ranges are for blobs, and handled by their route; the library would cut any response, even
+                // an error.
                 request.ranges.clear();
                 understood = true;
                 chunked = request.has_header("Transfer-Encoding");
                 socket.beginBody(chunked ? 0 : lengthOf(request));
             });
-            // Behind a head that isn't one, nobody knows where the next request begins.
+            // After a malformed head, there is no telling where the next request begins.
             goesOn = socket.flush() && goesOn && understood && !closed && !chunked && socket.unread() == 0;
         }
         t_socket = nullptr;
@@ -266,7 +267,7 @@ private:
         return goesOn;
     }
 
-    /// In short pieces, so that idle connections don't hold up the end.
+    /// In short intervals, so that idle connections don't delay shutdown.
     bool waitForRequest(Socket& socket) const
     {
         constexpr std::chrono::milliseconds kLook{200};

@@ -8,8 +8,8 @@
 
 namespace Itemhub::Http {
 
-/// A server of HTTP/1.1 without TLS, which a proxy adds. One handler answers all requests, on many threads at
-/// once.
+/// An HTTP/1.1 server without TLS, which is left to a proxy. One handler answers all requests, on many
+/// threads concurrently.
 class Server
 {
 public:
@@ -17,19 +17,19 @@ public:
 
     struct Options
     {
-        bool behindProxy = false; ///< Whether the last entry of X-Forwarded-For is believed.
+        bool behindProxy = false; ///< Whether the last entry of X-Forwarded-For is trusted.
         size_t mostConnections = 512;
     };
 
-    /// @param handler catches what its routes throw; what it throws itself becomes status 500
+    /// @param handler catches what its routes throw; anything it throws itself becomes status 500
     Server(Handler handler, const Options& options);
     ~Server();
 
-    /// @param port 0 for one that the system chooses
+    /// @param port 0 to let the system choose one
     /// @returns the port
-    /// @throws std::runtime_error if the address cannot be had
+    /// @throws std::runtime_error if the address is not available
     int bind(const std::string& address, int port);
-    /// Serves until stop is called, by any thread; then waits for the answers on their way.
+    /// Serves until any thread calls stop; then waits for pending responses.
     void run();
     void stop();
 

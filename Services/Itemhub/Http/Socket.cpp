@@ -13,8 +13,8 @@ namespace Itemhub::Http {
 namespace {
 
 constexpr size_t kBuffer = 64UL * 1024;
-constexpr std::chrono::seconds kBodyTime{30};  ///< Without a byte.
-constexpr std::chrono::seconds kWriteTime{30}; ///< Without a byte taken.
+constexpr std::chrono::seconds kBodyTime{30};  ///< Without receiving a byte.
+constexpr std::chrono::seconds kWriteTime{30}; ///< Without sending a byte.
 
 using std::chrono::duration_cast;
 using std::chrono::milliseconds;
@@ -72,7 +72,7 @@ bool Socket::waitForBytes() const
 
 bool Socket::fill()
 {
-    // What answers something already, "100 Continue" say, must be out before the client goes on.
+    // An interim response such as "100 Continue" must be sent before the client goes on.
     if (!flush())
         return false;
     ssize_t got = ::recv(m_descriptor, m_in.data(), m_in.size(), MSG_DONTWAIT);
@@ -87,7 +87,7 @@ ssize_t Socket::read(char* data, size_t size)
 {
     if (m_inHead)
         size = std::min(size, m_head);
-    // A head that is too long ends here as if the client had gone.
+    // A head that is too long ends here as if the client had disconnected.
     if (size == 0 || (m_taken == m_filled && !fill()))
         return m_inHead ? -1 : 0;
     const size_t count = std::min(size, m_filled - m_taken);

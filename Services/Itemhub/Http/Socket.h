@@ -9,40 +9,41 @@
 
 namespace Itemhub::Http {
 
-/// The bytes of one connection. It bounds what a client may send before anybody knows who it is: a request's
-/// head has a length and a time, whatever the library that parses it would take. Small writes go out
-/// together. Used by one thread.
+/// The byte stream of one connection. It bounds what a client may send before it is authenticated: a
+/// request's head is limited in length and time, whatever the parsing library would accept. Small writes are
+/// combined. Used by one thread.
 class Socket
 {
 public:
     static constexpr size_t kLongestHead = 32UL * 1024;
     static constexpr std::chrono::seconds kHeadTime{10};
 
-    explicit Socket(int descriptor); ///< Stays the caller's.
+    explicit Socket(int descriptor); ///< Remains owned by the caller.
 
     [[nodiscard]] int descriptor() const { return m_descriptor; }
 
-    /// Waits for the first byte of a request; false at the end of the connection or of the time.
+    /// Waits for the first byte of a request; false at the end of the connection or when the time is up.
     [[nodiscard]] bool waitForRequest(std::chrono::milliseconds time);
-    /// From here, what is read is a head, with its limits.
+    /// From here on a head is read, within its limits.
     void beginHead();
-    /// From here it is a body of that length.
+    /// From here on a body of that length is read.
     void beginBody(size_t length);
-    /// Is asked of this body, whenever the client is silent for a moment, whether to wait longer.
+    /// Called while this body is read, whenever the client is silent for a moment; returns whether to keep
+    /// waiting.
     void patience(std::function<bool()> asked) { m_patience = std::move(asked); }
-    /// Of the body, what nobody has read yet.
+    /// The part of the body that hasn't been read yet.
     [[nodiscard]] size_t unread() const { return m_unread; }
 
-    /// As recv: the number of bytes, 0 at the end, -1 at a failure or after a time without any.
+    /// Like recv: the number of bytes, 0 at the end, -1 on failure or timeout.
     ssize_t read(char* data, size_t size);
-    /// Keeps the bytes until flush if they are few. @returns size, or -1
+    /// Buffers small writes until flush. @returns size, or -1
     ssize_t write(const char* data, size_t size);
     bool flush();
     [[nodiscard]] bool isReadable();
     [[nodiscard]] bool isWritable();
 
-    /// Ends the connection. Of a client that may still be sending, what comes is thrown away for a moment, so
-    /// that it reads the answer before it learns that nobody listens.
+    /// Closes the connection. If the client may still be sending, its data is drained for a moment, so that
+    /// it reads the response before it learns that nobody is listening.
     void close(bool mayBeSending);
 
 private:
@@ -52,10 +53,10 @@ private:
     bool send(const char* data, size_t size);
 
     int m_descriptor;
-    std::vector<char> m_in; ///< Of the buffer, what came ends at m_filled.
+    std::vector<char> m_in; ///< The buffer; received data ends at m_filled.
     std::string m_out;
     size_t m_taken = 0, m_filled = 0;
-    size_t m_head = 0;   ///< Bytes that the head may still have.
+    size_t m_head = 0;   ///< The number of bytes that the head may still have.
     size_t m_unread = 0; ///< Of the body.
     bool m_inHead = false;
     std::function<bool()> m_patience;

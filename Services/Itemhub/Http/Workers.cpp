@@ -29,7 +29,7 @@ void Workers::add(std::function<void()> job)
             const auto id = thread.get_id();
             m_threads.emplace(id, std::move(thread));
         } catch (const std::system_error&) {
-            // The system has no more of them; those that there are serve one after the other.
+            // The system can't create more threads; the existing ones do the work one after the other.
             if (m_threads.empty())
                 throw;
         }
@@ -52,7 +52,7 @@ void Workers::work()
         job();
         lock.lock();
     }
-    // stop has taken the threads away already.
+    // stop has taken the threads already.
     if (const auto self = m_threads.find(std::this_thread::get_id()); self != m_threads.end()) {
         m_ended.push_back(std::move(self->second));
         m_threads.erase(self);

@@ -10,19 +10,19 @@
 
 namespace Itemhub::Http {
 
-/// Threads for connections. A connection holds its thread while it stands, also when it only listens for
-/// events; so there are as many as are needed, up to a limit, and those that have had nothing to do for a
-/// while end. Thread-safe.
+/// Threads for connections. A connection occupies its thread as long as it is open, even while it only waits
+/// for events; so as many are created as needed, up to a limit, and those that have been idle for a while
+/// end. Thread-safe.
 class Workers
 {
 public:
     explicit Workers(size_t most);
-    ~Workers(); ///< As stop.
+    ~Workers(); ///< Calls stop.
 
     Workers(const Workers&) = delete;
     Workers& operator=(const Workers&) = delete;
 
-    /// Runs the job on the next free thread.
+    /// Runs the job on the next available thread.
     void add(std::function<void()> job);
     /// Waits until all jobs are done.
     void stop();
@@ -36,7 +36,7 @@ private:
     std::condition_variable m_wake;
     std::deque<std::function<void()>> m_jobs;
     std::unordered_map<std::thread::id, std::thread> m_threads;
-    std::vector<std::thread> m_ended; ///< They have left their loop and wait to be joined.
+    std::vector<std::thread> m_ended; ///< Finished, waiting to be joined.
     size_t m_free = 0;
     bool m_stopped = false;
 };

@@ -32,7 +32,7 @@ std::string joined(const std::vector<std::string>& texts)
     return all;
 }
 
-/// For the log, which must not be written by clients.
+/// For the log, into which clients must not be able to inject lines.
 std::string printable(std::string text)
 {
     std::replace_if(
@@ -70,7 +70,7 @@ Problem problemOf(const std::system_error& error)
     return Problem(500, "failed", "The service failed; its log says why.");
 }
 
-/// What a path names; nothing where the tenant has no such thing.
+/// What a path refers to; nothing if the tenant doesn't have it.
 std::optional<Store::Subject> subjectOf(Call& call)
 {
     const qint64 tenant = call.tenant(), account = call.account();
@@ -103,7 +103,7 @@ void admit(Call& call, const Route& route)
     requireScope(call, route);
     if (route.asks == Asks::Path) {
         const auto subject = subjectOf(call);
-        // Who has no role doesn't learn what there is.
+        // Without a role, the caller doesn't learn what exists.
         if (!subject || subject->role == Role::None)
             throw Problem(404, "not_found", "There is nothing at " + printable(call.request.path()) + '.');
         call.subject = *subject;
@@ -150,7 +150,7 @@ Store::KeptAnswer keptOf(const QString& request, const Response& response)
             QString::fromStdString(response.body)};
 }
 
-/// The answer and the note of it are one transaction: whatever is killed when, a repeated request does
+/// The response and its record are one transaction: whenever the process is killed, a repeated request does
 /// nothing twice.
 Response repeatable(Call& call, const Route& route, const std::string& text)
 {
@@ -258,7 +258,7 @@ Response Api::answerKeeping(Http::Request& request)
         log(error.what());
         response = Http::responseOf(problemOf(error));
     }
-    // Resumable uploads want it in whatever they are told.
+    // The resumable upload protocol requires this header in every response.
     if (request.hasHeader("Tus-Resumable"))
         response.headers.emplace_back("Tus-Resumable", "1.0.0");
     return response;

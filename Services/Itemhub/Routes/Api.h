@@ -5,7 +5,7 @@
 
 namespace Itemhub::Routes {
 
-/// Answers requests: finds the route, sees to it that who asks may have it, and turns failures into answers.
+/// Answers requests: finds the route, checks that the caller may use it, and turns failures into responses.
 /// Thread-safe.
 class Api
 {
@@ -15,7 +15,7 @@ public:
     [[nodiscard]] Http::Response answer(Http::Request& request);
 
 private:
-    /// While it answers, the thread keeps its connection to the database.
+    /// The thread keeps its database connection until the request is answered.
     [[nodiscard]] Http::Response answerKeeping(Http::Request& request);
     [[nodiscard]] Http::Response dispatch(Http::Request& request);
 

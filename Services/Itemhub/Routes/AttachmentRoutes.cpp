@@ -20,7 +20,7 @@ Store::Attachment attachmentOf(Call& call, qint64 id)
     return *attachment;
 }
 
-/// The version's number in the path, where "latest" is the newest.
+/// The version numbered in the path, where "latest" means the newest.
 Store::Version versionOf(Call& call)
 {
     const qint64 attachment = call.subject.attachment;
@@ -32,7 +32,7 @@ Store::Version versionOf(Call& call)
     return *version;
 }
 
-/// An older version was continued; says who was faster.
+/// The version was made from one that is no longer the newest; says who was faster.
 Http::Problem outdated(Call& call, qint64 attachment, qint64 madeFrom)
 {
     const qint64 latest = attachmentOf(call, attachment).latest;
@@ -49,7 +49,7 @@ Http::Problem outdated(Call& call, qint64 attachment, qint64 madeFrom)
     return problem;
 }
 
-/// Within a transaction: the version, and with it the end of the upload.
+/// Within a transaction: adds the version, which ends the upload.
 Store::Version addVersion(Call& call, qint64 attachment, const QString& upload, const QString& label,
                           qint64 madeFrom)
 {

@@ -13,19 +13,19 @@
 
 namespace Itemhub::Routes {
 
-/// A request on its way to its route. That its account may do this was seen to before.
+/// A request on its way to its route. Its account's permission has been checked already.
 struct Call
 {
     Service& service;
     Http::Request& request;
     Store::ThreadsConnection store;
-    Store::TokenRecord caller;                ///< Of a public route, nobody.
-    Store::Subject subject;                   ///< What the path names.
+    Store::TokenRecord caller;                ///< Empty for a public route.
+    Store::Subject subject;                   ///< What the path refers to.
     std::map<std::string, std::string> names; ///< The path's variable parts.
-    QJsonObject body;                         ///< Of a route that takes JSON.
+    QJsonObject body;                         ///< For a route that takes JSON.
     std::string base;                         ///< The service's address as the client knows it.
 
-    /// For lists and searches: a replica's connection, where one has all that there is by now.
+    /// For lists and searches: a connection to a replica, if there is an up-to-date one.
     [[nodiscard]] Store::Connection& reads() const { return service.database.reading(); }
     [[nodiscard]] qint64 tenant() const { return caller.tenant; }
     [[nodiscard]] qint64 account() const { return caller.account; }
@@ -33,19 +33,18 @@ struct Call
     [[nodiscard]] qint64 id(const std::string& name) const;
     [[nodiscard]] QString text(const std::string& name) const;
 
-    /// The part of a list that is wanted, from the query's "after" and "limit". @throws Http::Problem with
-    /// 400
+    /// The requested page of a list, from the query's "after" and "limit". @throws Http::Problem with 400
     [[nodiscard]] Store::Page page(qint64 most = 500) const;
-    /// A number of the query. @throws Http::Problem with 400 if it is none, or out of the range
+    /// A number in the query. @throws Http::Problem with 400 if it isn't one or is out of range
     [[nodiscard]] qint64 queryNumber(const std::string& name, qint64 otherwise, qint64 lowest,
                                      qint64 highest) const;
 
-    /// Notes an event of this caller; within a transaction.
+    /// Records an event caused by this caller; within a transaction.
     void note(const Store::NewEvent& event);
-    /// Notes that an account's roles are others, also for itself: it may hear nothing of the workspace any
-    /// more.
+    /// Records that an account's roles have changed, for that account as well, which may no longer receive
+    /// the workspace's events.
     void noteRolesOf(qint64 account, qint64 workspace);
-    /// Notes it for the administrator.
+    /// Adds an entry to the administrators' audit trail.
     void audit(const char* action, const QString& subject);
 };
 

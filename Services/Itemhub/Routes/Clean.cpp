@@ -10,7 +10,7 @@ bool isUnwanted(QChar character)
 {
     const auto category = character.category();
     const char16_t code = character.unicode();
-    // Marks, embeddings and isolates of direction; a name with these reads as another one.
+    // Directional marks, embeddings and isolates; they can make a name look like another one.
     const bool turns = code == 0x200e || code == 0x200f || code == 0x061c ||
                        (code >= 0x202a && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069) ||
                        code == 0xfeff;

@@ -13,7 +13,7 @@ namespace Itemhub::Routes {
 
 namespace {
 
-/// Only what the service itself has may run, show or be asked.
+/// Scripts, content and requests of this origin only.
 constexpr const char* kPolicy =
     "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; connect-src 'self'; "
     "form-action 'self'; base-uri 'none'; frame-ancestors 'none'; require-trusted-types-for 'script'";
@@ -24,7 +24,7 @@ QByteArray resource(const QString& name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// All of the page's texts by their keys, in the reader's language.
+/// All of the page's texts by key, in the reader's language.
 QJsonObject textsFor(const Texts& texts)
 {
     QJsonObject shown = QJsonDocument::fromJson(resource("texts.json")).object();
@@ -33,7 +33,7 @@ QJsonObject textsFor(const Texts& texts)
     return shown;
 }
 
-/// JSON within a page: nothing in it ends the element in which it stands.
+/// JSON embedded in a page: nothing in it can close the surrounding element.
 QString embedded(const QJsonObject& object)
 {
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)).replace('<', "\\u003c");

@@ -6,17 +6,18 @@
 
 namespace Itemhub::Routes {
 
-/// The dashboard's page, as one account gets it. Everything else that it shows, it asks for by itself.
+/// The dashboard's page for one account. Everything else it shows, it requests by itself.
 struct DashboardPage
 {
-    std::string languages; ///< As the browser's Accept-Language.
+    std::string languages; ///< As in the browser's Accept-Language.
     QString account, customer;
-    QString proof;            ///< See Access::pageProof.
-    bool own = false;         ///< Whether the service is a program's own, which needs no sign-in.
-    QString scope;            ///< Beyond which the session may do nothing.
-    QString provider;         ///< What the provider of sign-ins is called; empty if there is none.
-    bool isLinked = false;    ///< Whether the account is linked to somebody there.
-    bool administers = false; ///< Whether the session may do what administrators of all workspaces do.
+    QString proof;         ///< See Access::pageProof.
+    bool own = false;      ///< Whether this is a program's own service, which needs no sign-in.
+    QString scope;         ///< The session's upper limit.
+    QString provider;      ///< The sign-in provider's display name; empty if there is none.
+    bool isLinked = false; ///< Whether the account is linked to one at the provider.
+    bool administers =
+        false; ///< Whether the session may do what requires an administrator of all workspaces.
 
     [[nodiscard]] Http::Response response() const;
 };

@@ -15,7 +15,7 @@ namespace Itemhub::Routes {
 namespace {
 
 constexpr qint64 kLinkLifetimeMs = 60LL * 1000;
-constexpr const char* kLabel = "Browser"; ///< What the list of tokens calls a session.
+constexpr const char* kLabel = "Browser"; ///< The label of a session in the list of tokens.
 
 /// @param problem as for SignInPage::response
 Http::Response signInForm(const Call& call, const QString& customer, const QString& account,
@@ -42,7 +42,7 @@ std::optional<Store::TokenRecord> sessionOf(Call& call)
     } catch (const Http::Problem& problem) {
         if (problem.status != 401)
             throw;
-        return std::nullopt; // It has ended; who was signed in does it again.
+        return std::nullopt; // It has ended; the user signs in again.
     }
 }
 
@@ -107,7 +107,7 @@ Http::Response signInToDashboard(Call& call)
 
 Http::Response signOutOfDashboard(Call& call)
 {
-    // Programs end their tokens by their numbers.
+    // Programs revoke their tokens by number.
     if (!call.request.hasHeader("Authorization"))
         changing(call, [&] {
             call.audit("token removed", QString::number(call.caller.id));

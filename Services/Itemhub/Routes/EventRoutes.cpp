@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-constexpr milliseconds kBeat = 15s; ///< How often a stream shows that it stands.
+constexpr milliseconds kBeat = 15s; ///< The interval of a stream's keep-alive messages.
 
 /// Waits for events that the caller may see.
 std::vector<Store::Event> wait(Service& service, const Store::TokenRecord& caller, const Store::Page& page,
@@ -27,7 +27,7 @@ std::vector<Store::Event> wait(Service& service, const Store::TokenRecord& calle
         const auto left = std::chrono::duration_cast<milliseconds>(end - steady_clock::now());
         if (!events.empty() || left <= 0ms)
             return events;
-        // What came meanwhile was for others; only something newer is worth another look.
+        // What came meanwhile was for others; only something newer is worth another query.
         seen = std::max(seen, last);
         if (service.events.waitBeyond(seen, left) <= seen)
             return events;
@@ -40,7 +40,7 @@ std::string lineOf(const Store::Event& event)
            "\ndata: " + QJsonDocument(toJson(event)).toJson(QJsonDocument::Compact).toStdString() + "\n\n";
 }
 
-/// Whether the token still holds: a stream may stand for days.
+/// Whether the token is still valid: a stream may stay open for days.
 bool stillHolds(Service& service, const Store::TokenRecord& caller)
 {
     const auto token = Store::findToken(service.database.connection(), caller.selector);
@@ -57,7 +57,7 @@ Http::Response streamOf(Call& call, Store::Page page)
         page.after = std::max<qint64>(0, std::atoll(last.c_str()));
     Http::Response response;
     response.type = "text/event-stream";
-    // The comment makes proxies pass the head on at once.
+    // The comment makes proxies forward the head at once.
     response.stream = [&service = call.service, caller = call.caller, page, place,
                        begun = false](const Http::Response::Write& write) mutable {
         if (!std::exchange(begun, true))
@@ -75,7 +75,7 @@ Http::Response streamOf(Call& call, Store::Page page)
     return response;
 }
 
-/// What comes behind a serial, or behind everything that there is now.
+/// The events after a serial, or after everything there is now.
 Store::Page pageOf(Call& call)
 {
     if (call.request.parameter("after") != "now")

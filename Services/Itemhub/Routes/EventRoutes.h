@@ -4,8 +4,7 @@
 
 namespace Itemhub::Routes {
 
-/// Events behind a serial: at once, after a while of waiting for the first, or as a stream without end, as
-/// the client wants.
+/// Events after a serial: at once, by long polling, or as an endless stream, as the client requests.
 [[nodiscard]] Http::Response listen(Call& call);
 
 } // namespace Itemhub::Routes

@@ -7,7 +7,7 @@ namespace Itemhub::Routes {
 namespace {
 
 constexpr std::chrono::milliseconds kInterval{200};
-constexpr std::chrono::seconds kTold{5}; ///< Where the database tells.
+constexpr std::chrono::seconds kTold{5}; ///< Where the database sends notifications.
 
 } // namespace
 
@@ -37,7 +37,7 @@ EventWatch::Place::~Place()
 qint64 EventWatch::waitBeyond(qint64 serial, std::chrono::milliseconds time)
 {
     std::unique_lock lock(m_mutex);
-    // Whoever waits needs no connection meanwhile.
+    // No connection is needed while waiting.
     m_database.giveBack();
     if (!m_thread.joinable() && !m_stopped) {
         m_thread = std::thread([this] { look(); });
@@ -77,7 +77,7 @@ void EventWatch::look()
         try {
             serial = Store::lastSerial(m_database.connection());
         } catch (const Store::StoreError&) {
-            // The waiters' own look-up will tell.
+            // The waiters' own queries will report it.
         }
         m_database.giveBack();
         lock.lock();

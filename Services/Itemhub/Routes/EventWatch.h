@@ -10,13 +10,13 @@
 
 namespace Itemhub::Routes {
 
-/// Wakes those who wait for events. What this process notes wakes them at once; of what other processes note
-/// the database tells, or it is looked for a few times a second, once for all who wait, and only while
-/// somebody does. Thread-safe.
+/// Wakes those who wait for events. Events of this process wake them at once; those of other processes are
+/// announced by the database, or polled for a few times a second, once for all waiters and only while there
+/// are any. Thread-safe.
 class EventWatch
 {
 public:
-    /// @param most so many may wait at the same time
+    /// @param most how many may wait at the same time
     EventWatch(const Store::Database& database, size_t most);
     ~EventWatch();
 
@@ -40,10 +40,10 @@ public:
         bool m_granted;
     };
 
-    /// Waits until the last serial, of any tenant, is another one than that. @returns the last serial
+    /// Waits until the last serial of any tenant exceeds the given one. @returns the last serial
     qint64 waitBeyond(qint64 serial, std::chrono::milliseconds time);
     void wake(); ///< Something may have been noted.
-    void stop(); ///< Nobody waits any longer.
+    void stop(); ///< Ends all waits.
 
 private:
     void look();
@@ -52,11 +52,11 @@ private:
     const size_t m_most;
     std::mutex m_mutex;
     std::condition_variable m_news, m_work;
-    std::thread m_thread; ///< Begun by the first waiter.
+    std::thread m_thread; ///< Started by the first waiter.
     size_t m_places = 0, m_waiting = 0;
     qint64 m_serial = 0;
     bool m_hurry = false, m_stopped = false;
-    std::unique_ptr<Store::Listener> m_listener; ///< Begun by the first waiter.
+    std::unique_ptr<Store::Listener> m_listener; ///< Created by the first waiter.
 };
 
 } // namespace Itemhub::Routes

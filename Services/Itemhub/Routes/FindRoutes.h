@@ -4,9 +4,9 @@
 
 namespace Itemhub::Routes {
 
-/// Items by the beginnings of words in captions, descriptions and names of attachments, best first.
+/// Items by word prefixes in captions, descriptions and attachment names, best match first.
 [[nodiscard]] Http::Response searchItems(Call& call);
-/// The newest first.
+/// Newest first.
 [[nodiscard]] Http::Response listFavourites(Call& call);
 [[nodiscard]] Http::Response addFavourite(Call& call);
 [[nodiscard]] Http::Response removeFavourite(Call& call);

@@ -6,10 +6,10 @@
 
 namespace Itemhub::Routes {
 
-/// The fields of a form that a browser sent; empty where there is none of that name.
+/// The fields of a submitted form; empty if there is none of that name.
 using Field = std::function<QString(const char* name)>;
 
-/// @throws Http::Problem with 415 if the request's body is no form
+/// @throws Http::Problem with 415 if the request's body isn't a form
 [[nodiscard]] Field formOf(Call& call);
 
 } // namespace Itemhub::Routes

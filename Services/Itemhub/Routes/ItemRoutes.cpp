@@ -34,7 +34,7 @@ Http::Problem stale(const Store::Item& item)
         .with("ETag", etagOf(item));
 }
 
-/// Throws unless the client knows the item as it is.
+/// Throws unless the client knows the item's current state.
 void requireMatch(const Call& call, const Store::Item& item)
 {
     const std::string match = call.request.header("If-Match");

@@ -7,7 +7,7 @@ namespace Itemhub::Routes {
 [[nodiscard]] Http::Response listItems(Call& call);
 [[nodiscard]] Http::Response makeItem(Call& call);
 [[nodiscard]] Http::Response readItem(Call& call);
-/// Takes If-Match, and refuses a change of what the client hasn't seen.
+/// Takes If-Match, and refuses to change a state that the client hasn't seen.
 [[nodiscard]] Http::Response changeItem(Call& call);
 [[nodiscard]] Http::Response deleteItem(Call& call);
 
@@ -17,7 +17,7 @@ namespace Itemhub::Routes {
 
 [[nodiscard]] Http::Response listComments(Call& call);
 [[nodiscard]] Http::Response makeComment(Call& call);
-/// By its author or an administrator.
+/// For its author or an administrator.
 [[nodiscard]] Http::Response deleteComment(Call& call);
 
 } // namespace Itemhub::Routes

@@ -29,7 +29,7 @@ Http::Response with(int status, const SignInPage& page, const char* problem)
     return response;
 }
 
-/// The form to sign in, for whom the invitation is of no use.
+/// A sign-in form instead, since the invitation is no longer valid.
 Http::Response gone(const Call& call)
 {
     SignInPage page;
@@ -79,7 +79,7 @@ Http::Response takeJoin(Call& call)
     const QString hash = Access::passwordHash(password);
     try {
         return changing(call, [&] {
-            // Whoever takes the invitation away has it; a second one comes too late.
+            // Whoever removes the invitation has claimed it; the second one is too late.
             const auto invitation = Store::findInvitation(call.store, Access::hashOf(code));
             if (!invitation || !Store::removeInvitation(call.store, invitation->tenant, invitation->workspace,
                                                         invitation->id))

@@ -4,9 +4,9 @@
 
 namespace Itemhub::Routes {
 
-/// What an invitation leads to: a form for the name and the password of a new account.
+/// The target of an invitation: a form for the name and password of a new account.
 [[nodiscard]] Http::Response showJoin(Call& call);
-/// What was typed there.
+/// The submitted form.
 [[nodiscard]] Http::Response takeJoin(Call& call);
 
 } // namespace Itemhub::Routes

@@ -13,7 +13,7 @@ namespace Itemhub::Routes {
 
 namespace {
 
-/// With a null in the place of a 0.
+/// Null for 0.
 QJsonValue idOrNull(qint64 id)
 {
     return id ? QJsonValue(id) : QJsonValue();
@@ -127,7 +127,7 @@ void Members::end() const
 
 QString timeText(qint64 ms)
 {
-    // Not by QDateTime, which takes a tenth of the time of reading an item.
+    // Not with QDateTime, which would take a tenth of the time of reading an item.
     constexpr qint64 kSecond = 1000;
     const std::time_t seconds = ms / kSecond;
     std::tm parts{};

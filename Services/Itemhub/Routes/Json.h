@@ -13,27 +13,27 @@
 
 namespace Itemhub::Routes {
 
-/// Reads the members of a request's JSON object. What is missing, of a wrong type, too long or unknown
-/// becomes a Problem with 400 that names it.
+/// Reads the members of a request's JSON object. A member that is missing, of the wrong type, too long or
+/// unknown becomes a Problem with 400 that names it.
 class Members
 {
 public:
     explicit Members(const QJsonObject& object) : m_object(object) {}
 
-    static constexpr qsizetype kName = 255, kText = 20'000; ///< The longest, in characters.
+    static constexpr qsizetype kName = 255, kText = 20'000; ///< Maximum lengths, in characters.
 
     [[nodiscard]] bool has(const char* name);
-    /// A name that isn't empty.
+    /// A non-empty name.
     [[nodiscard]] QString name(const char* name);
     [[nodiscard]] std::optional<QString> optionalName(const char* name);
     [[nodiscard]] QString fileName(const char* name);
-    /// A text, as it was sent if it is secret.
+    /// A text, unaltered if it is secret.
     [[nodiscard]] QString text(const char* name, const QString& otherwise);
     [[nodiscard]] QString secret(const char* name);
     [[nodiscard]] std::optional<qint64> number(const char* name, qint64 lowest, qint64 highest);
     [[nodiscard]] std::optional<bool> flag(const char* name);
     [[nodiscard]] Store::Role role(const char* name, Store::Role otherwise);
-    /// To be called when all were read: refuses others.
+    /// To be called when all have been read: refuses any others.
     void end() const;
 
 private:
@@ -54,11 +54,11 @@ private:
 [[nodiscard]] QJsonObject toJson(const Store::Event& event);
 
 [[nodiscard]] Http::Response answer(const QJsonObject& object, int status = 200);
-/// @param location of what was made
+/// @param location of the created object
 [[nodiscard]] Http::Response created(const QJsonObject& object, const std::string& location);
 [[nodiscard]] Http::Response nothing(); ///< 204
 
-/// A list with the id behind which its next part begins, if there may be one.
+/// A list, with the id after which the next page begins if there may be one.
 template <class List, class Convert, class IdOf>
 Http::Response listAnswer(const List& list, const Store::Page& page, const char* name, Convert convert,
                           IdOf idOf)

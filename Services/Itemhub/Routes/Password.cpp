@@ -17,7 +17,7 @@ QString accountSubject(const QString& customer, const QString& name)
     return hashed("account\n" + customer + '\n' + name);
 }
 
-/// Who is made to wait: the account, from wherever, and the address, for whatever account.
+/// What is throttled: the account, from any address, and the address, for any account.
 QStringList throttledBy(const Call& call, const QString& customer, const QString& name)
 {
     return {accountSubject(customer, name),
@@ -42,7 +42,7 @@ Store::Account accountOf(Call& call, const QString& customer, const QString& nam
 
     const auto tenant = Store::findTenant(call.store, customer);
     const auto account = tenant ? Store::findAccount(call.store, *tenant, name) : std::nullopt;
-    // The same work for names that there aren't: how long it takes tells nobody anything.
+    // The same work for names that don't exist, so that timing reveals nothing.
     const bool matches = Access::passwordMatches(account ? account->passwordHash : QString(), password);
     if (!account || !matches || account->disabled) {
         changing(call, [&] {

@@ -65,7 +65,7 @@ Http::Response changeAccount(Call& call)
     const auto account = Store::findAccount(call.store, call.tenant(), call.text("account"));
     if (!account)
         throw Http::Problem(404, "no_account", "The customer has no account of that name.");
-    // So that there is always one who can undo it.
+    // So that there is always somebody who can undo it.
     if (account->id == call.account())
         throw Http::Problem(409, "own_account", "Nobody changes his own account; another administrator can.");
     return changing(call, [&] {

@@ -4,7 +4,7 @@
 
 namespace Itemhub::Routes {
 
-// What administrators do with people: of a customer, and of a workspace.
+// How administrators manage people: those of a customer, and those of a workspace.
 
 [[nodiscard]] Http::Response listAccounts(Call& call);
 [[nodiscard]] Http::Response changeAccount(Call& call);

@@ -7,7 +7,7 @@ namespace Itemhub::Routes {
 
 namespace {
 
-/// Of an item; what else is attached is looked at by itself.
+/// Per item; further attachments only show their own pictures.
 constexpr qint64 kMostAttachments = 4;
 
 std::string pictureOf(Call& call, const Store::Version& version)
@@ -17,7 +17,7 @@ std::string pictureOf(Call& call, const Store::Version& version)
     return content.isValid() ? Blobs::thumbnailOf(std::move(content), version.size) : std::string();
 }
 
-/// A content never changes, nor does its picture; what an item looks like may.
+/// A content never changes, and neither does its picture; the picture of an item may.
 Http::Response answerWith(const Call& call, const Store::Version& version, const char* keep,
                           const std::string& picture)
 {

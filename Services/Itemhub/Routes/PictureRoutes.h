@@ -4,9 +4,9 @@
 
 namespace Itemhub::Routes {
 
-/// What a version looks like: the picture in its package, as PNG.
+/// A version's picture: the one in its package, as PNG.
 [[nodiscard]] Http::Response showVersion(Call& call);
-/// What an item looks like: the newest version of the first of its attachments that has a picture.
+/// An item's picture: the newest version of its first attachment that has one.
 [[nodiscard]] Http::Response showItem(Call& call);
 
 } // namespace Itemhub::Routes

@@ -16,7 +16,8 @@ using Store::ProgramRequest;
 constexpr qint64 kLifetimeMs = 60LL * 1000;
 constexpr qint64 kMostWaiting = 10;
 constexpr const char* kScheme = "quillet:ticket/";
-/// The one command whose arguments no page knows: they are a token, made for whoever takes the request.
+/// The one command whose arguments the page doesn't know: they are a token, issued to whoever takes the
+/// request.
 constexpr const char* kTokenCommand = "ItemhubAuthenticateWithTokenCommand";
 constexpr qint64 kTokenLifetimeMs = 30LL * 24 * 3600 * 1000;
 
@@ -26,7 +27,7 @@ bool isName(const QString& text)
     return name.match(text).hasMatch();
 }
 
-/// What a program can be given: texts and numbers by their names. Which ones, the program knows.
+/// Arguments for a program: named texts and numbers. Which ones are valid, the program decides.
 QJsonObject argumentsOf(const QJsonValue& given)
 {
     constexpr qsizetype kMost = 16;
@@ -42,11 +43,11 @@ QJsonObject argumentsOf(const QJsonValue& given)
 
 Http::Problem gone()
 {
-    // Nobody learns whose it was, or whether it ever was.
+    // Don't reveal whose it was, or whether it ever existed.
     return Http::Problem(404, "no_request", "The request no longer exists.");
 }
 
-/// What who took it is told.
+/// The response to whoever took it.
 Http::Response taken(Call& call, const std::optional<ProgramRequest>& request)
 {
     if (!request)

@@ -15,11 +15,11 @@ constexpr qint64 kCodeLifetimeMs = 2LL * 60 * 1000;
 
 [[noreturn]] void refuse(const std::string& why)
 {
-    // Shown here: nobody knows yet whether the address to go back to is the program's.
+    // Shown here: it is not known yet whether the address to return to is the program's.
     throw Http::Problem(400, "bad_sign_in", "The program's request cannot be taken: " + why);
 }
 
-/// Only this machine's own address, by its number: a name could be somebody else's.
+/// Only the loopback address in numeric form: a name could resolve to somebody else's.
 bool isOfThisMachine(const QUrl& url)
 {
     return url.isValid() && url.scheme() == "http" && url.host() == "127.0.0.1" && url.userInfo().isEmpty() &&
@@ -39,7 +39,7 @@ QString newCode(Call& call, const ProgramWish& wish)
     return code;
 }
 
-/// By the names that a program sends.
+/// By the names that programs use.
 std::vector<std::pair<QString, QString>> fieldsOf(const ProgramWish& wish)
 {
     return {{"response_type", "code"}, {"client_id", wish.client},         {"redirect_uri", wish.redirect},

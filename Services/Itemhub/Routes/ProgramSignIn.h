@@ -6,12 +6,12 @@
 
 namespace Itemhub::Routes {
 
-/// What a program that signs in with the browser asks for (OAuth 2.0 with PKCE).
+/// The request of a program that signs in through the browser (OAuth 2.0 with PKCE).
 struct ProgramWish
 {
     QString client, redirect, state, challenge;
 
-    /// @throws Http::Problem with 400 if it cannot be taken
+    /// @throws Http::Problem with 400 if it isn't acceptable
     [[nodiscard]] static ProgramWish of(const Field& field);
     [[nodiscard]] static ProgramWish ofQuery(const QString& query);
     [[nodiscard]] QString query() const;
@@ -21,11 +21,11 @@ struct ProgramWish
 [[nodiscard]] Field queryOf(const Call& call);
 
 /// The form in which the program's user signs in.
-/// @param place of the form's target, from the page that shows it
+/// @param place of the form's target, relative to the page that shows it
 [[nodiscard]] SignInPage pageFor(const Call& call, const ProgramWish& wish, const QString& place);
 
-/// Sends the browser back to the program with a code, for which it gets a token of the caller. Within a
-/// transaction.
+/// Redirects the browser to the program with a code, which the program exchanges for a token of the caller.
+/// Within a transaction.
 [[nodiscard]] Http::Response backToProgram(Call& call, const ProgramWish& wish);
 
 } // namespace Itemhub::Routes

@@ -14,7 +14,7 @@ namespace Itemhub::Routes {
 namespace {
 
 constexpr qint64 kVisitMs = 10LL * 60 * 1000;
-constexpr const char* kByProvider = " by the provider"; ///< What administrators read.
+constexpr const char* kByProvider = " by the provider"; ///< For administrators to read.
 
 Access::Provider& providerOf(Call& call)
 {
@@ -23,7 +23,7 @@ Access::Provider& providerOf(Call& call)
     return call.service.provider;
 }
 
-/// Begins a visit. @returns the provider's place, and the cookie that the browser comes back with
+/// Begins a visit. @returns the provider's address, and the cookie that the browser comes back with
 std::pair<QString, std::string> begin(Call& call, qint64 account, const QString& wish)
 {
     constexpr size_t kBytes = 32;
@@ -56,8 +56,8 @@ Http::Response sent(const std::pair<QString, std::string>& begun)
     return response;
 }
 
-/// The browser comes from another site, and would not send a new session's cookie on a way that began there;
-/// so the page is entered anew.
+/// The browser comes from another site, and wouldn't send the new session's cookie on a redirect chain that
+/// began there; so the page is loaded afresh.
 Http::Response entered(Http::Response response, const std::string& place)
 {
     std::erase_if(response.headers, [](const auto& header) { return header.first == "Location"; });
@@ -105,7 +105,7 @@ Http::Response goToProvider(Call& call)
 
 Http::Response goToProviderForProgram(Call& call)
 {
-    // Nobody else's page gets a program in without its user having seen what he is asked.
+    // No other site's page may sign a program in without the user having seen what it asks for.
     Access::requireOwnPage(call.request);
     return sent(begin(call, 0, ProgramWish::of(queryOf(call)).query()));
 }
@@ -135,7 +135,8 @@ Http::Response backFromProvider(Call& call)
     };
     Access::Provider& provider = providerOf(call);
     const QString state = given("state");
-    // Only the browser that went there may come back: else somebody could have another one use his account.
+    // Only the browser that was sent there may come back: otherwise somebody could trick another into using
+    // his account.
     const auto visit = state == Access::visitOf(call.request)
                            ? Store::takeVisit(call.store, Access::hashOf(state))
                            : std::nullopt;

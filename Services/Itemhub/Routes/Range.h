@@ -4,9 +4,9 @@
 
 namespace Itemhub::Routes {
 
-/// Narrows an answer that is a whole file to the part that the request's Range asks for, with status 206, or
-/// 416 if the file has no such part. Several ranges at once, other units, and a range of another content
-/// (If-Range) are answered by the whole.
+/// Narrows a response with a whole file to the part requested by the Range header, with status 206, or 416 if
+/// the file has no such part. Multiple ranges, other units, and a range of another content (If-Range) get the
+/// whole file.
 void applyRange(const Http::Request& request, const std::string& etag, Http::Response& response);
 
 } // namespace Itemhub::Routes

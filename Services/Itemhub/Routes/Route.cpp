@@ -32,7 +32,7 @@ std::vector<std::string_view> partsOf(std::string_view path)
     return parts;
 }
 
-/// A pattern's part is a text, or a name in braces with a text behind.
+/// Each part of a pattern is literal text, or a name in braces followed by text.
 bool fits(std::string_view pattern, std::string_view part, std::map<std::string, std::string>& names)
 {
     if (!pattern.starts_with('{'))
@@ -63,7 +63,7 @@ const std::vector<Route>& routes()
     using enum Asks;
     using enum Store::Role;
     constexpr Takes kNone = Takes::Nothing;
-    // What is more particular stands first.
+    // More specific patterns come first.
     static const std::vector<Route> table{
         {"GET", "/", Nothing, None, kNone, describeService},
         {"GET", "/health", Nothing, None, kNone, tellHealth},

@@ -25,7 +25,7 @@ Service::Service(Config given)
       uploads(config.uploads.toStdString()),
       rateLimit(config.requestsPerSecond),
       provider(config.provider),
-      // The other half stays for those who want an answer now.
+      // The other half is for those who want an immediate response.
       events(database, static_cast<size_t>(config.connections) / 2)
 {
 }

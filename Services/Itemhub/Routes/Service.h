@@ -13,7 +13,7 @@
 
 namespace Itemhub::Routes {
 
-/// What all routes stand on. Nothing in here has to survive, nor be known to another process.
+/// What all routes share. Nothing in here needs to persist or be known to another process.
 struct Service
 {
     explicit Service(Config given);

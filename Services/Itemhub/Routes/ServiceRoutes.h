@@ -5,7 +5,7 @@
 namespace Itemhub::Routes {
 
 [[nodiscard]] Http::Response describeService(Call& call);
-[[nodiscard]] Http::Response tellHealth(Call& call); ///< 503 when the database doesn't answer.
+[[nodiscard]] Http::Response tellHealth(Call& call); ///< 503 when the database doesn't respond.
 [[nodiscard]] Http::Response describeInterface(Call& call);
 
 } // namespace Itemhub::Routes

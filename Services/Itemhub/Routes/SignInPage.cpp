@@ -11,7 +11,7 @@ namespace Itemhub::Routes {
 
 namespace {
 
-/// The dashboard's colours and forms; a page that holds all of it can forbid the browser to load anything.
+/// The dashboard's look; with everything inline, the page can forbid the browser to load anything.
 constexpr const char* kStyle =
     ":root{color-scheme:light dark;font:16px/1.45 system-ui,sans-serif;"
     "--sheet:light-dark(#ffffff,#1f2529);--line:light-dark(#d5dade,#3a434a);"
@@ -39,7 +39,7 @@ QString field(const char* name, const QString& title, const QString& value, cons
         .arg(name, title, value.toHtmlEscaped(), more);
 }
 
-/// Nothing runs and nothing is loaded; what the form sends goes here, and from here to the program.
+/// Nothing is run or loaded; the form is sent here, and redirected from here to the program.
 std::string policyFor(const QString& goesTo)
 {
     static const std::string style = [] {

@@ -11,23 +11,23 @@ namespace Itemhub::Routes {
 
 class Texts;
 
-/// A page with a form for customer, name and password, which works without a script. Whatever it is given is
-/// shown as text.
+/// A page with a form for customer, name and password that works without scripts. All input is shown as plain
+/// text.
 struct SignInPage
 {
     /// What somebody signs in to.
     enum class Kind { Program, Dashboard, Join };
 
     Kind kind = Kind::Program;
-    std::string languages;        ///< As the browser's Accept-Language.
-    QString action = "dashboard"; ///< Where the form goes, from the page that shows it.
-    QString provider;             ///< What people call the provider of sign-ins; empty if there is none.
-    QString providerPlace;        ///< Where the way to it begins.
+    std::string languages;        ///< As in the browser's Accept-Language.
+    QString action = "dashboard"; ///< The form's target, relative to the page that shows it.
+    QString provider;             ///< The sign-in provider's display name; empty if there is none.
+    QString providerPlace;        ///< Where signing in through it starts.
     QString customer, account;
-    std::vector<std::pair<QString, QString>> hidden; ///< More fields of the form, which come back unseen.
-    QString goesTo;                                  ///< The origin to which the form's answer redirects.
+    std::vector<std::pair<QString, QString>> hidden; ///< Additional hidden fields of the form.
+    QString goesTo;                                  ///< The origin to which submitting the form redirects.
 
-    /// @param problem why what was typed was refused, as a Problem's code; null at first
+    /// @param problem why the input was refused, as a Problem's code; null at first
     [[nodiscard]] Http::Response response(const char* problem) const;
 
 private:

@@ -19,7 +19,7 @@ Http::Response grantRefused(const char* error)
     return answer({{"error", error}}, 400);
 }
 
-/// What the program hashed when it began.
+/// The challenge for a verifier: its hash, which the program sent at the start.
 QByteArray challengeOf(const QString& verifier)
 {
     Blobs::Digest digest;

@@ -28,7 +28,7 @@ Store::Account accountOf(Call& call)
     return *account;
 }
 
-/// So that there is always one who can undo it.
+/// So that there is always somebody who can undo it.
 void requireOthers(Call& call, const Store::Team& team)
 {
     if (Store::isInTeam(call.store, team.id, call.account()))
@@ -36,7 +36,7 @@ void requireOthers(Call& call, const Store::Team& team)
                             "Nobody takes a role from a team of his own; another administrator can.");
 }
 
-/// What a change of a team's roles ends with.
+/// How a change of a team's roles ends.
 Http::Response changed(Call& call, const char* action, const QString& subject, qint64 workspace = 0)
 {
     call.note({.kind = "member.changed", .workspace = workspace});

@@ -4,7 +4,7 @@
 
 namespace Itemhub::Routes {
 
-// What is told to administrators of all workspaces.
+// For administrators of all workspaces.
 [[nodiscard]] Http::Response listTeams(Call& call);
 [[nodiscard]] Http::Response makeTeam(Call& call);
 [[nodiscard]] Http::Response changeTeam(Call& call);
@@ -12,7 +12,7 @@ namespace Itemhub::Routes {
 [[nodiscard]] Http::Response addToTeam(Call& call);
 [[nodiscard]] Http::Response takeFromTeam(Call& call);
 
-// And to those of one.
+// And for those of one.
 [[nodiscard]] Http::Response listTeamsOfWorkspace(Call& call);
 [[nodiscard]] Http::Response setTeam(Call& call);
 [[nodiscard]] Http::Response removeTeam(Call& call);

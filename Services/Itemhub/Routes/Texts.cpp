@@ -12,7 +12,7 @@ namespace {
 
 using Translators = std::map<QString, std::unique_ptr<QTranslator>>;
 
-/// By their languages.
+/// By language.
 const Translators& translators()
 {
     static const Translators all = [] {

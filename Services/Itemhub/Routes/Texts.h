@@ -8,14 +8,14 @@ class QTranslator;
 
 namespace Itemhub::Routes {
 
-/// What people are shown, in their language where there is a translation of it.
+/// Texts shown to people, in their language where there is a translation.
 class Texts
 {
 public:
-    /// @param languages as the browser's Accept-Language; the first counts
+    /// @param languages as in the browser's Accept-Language; the first one counts
     explicit Texts(const std::string& languages);
 
-    [[nodiscard]] QString language() const { return m_language; } ///< Such as "en".
+    [[nodiscard]] QString language() const { return m_language; } ///< For example "en".
     /// @param key of the text in the translations
     [[nodiscard]] QString text(const char* key, const char* english) const;
 

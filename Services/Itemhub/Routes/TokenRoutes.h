@@ -4,9 +4,9 @@
 
 namespace Itemhub::Routes {
 
-/// A token for a name and a password.
+/// Issues a token for name and password.
 [[nodiscard]] Http::Response signIn(Call& call);
-/// Another token for a signed request that shows its session handle.
+/// Renews the token of a signed request that presents its session handle.
 [[nodiscard]] Http::Response renewToken(Call& call);
 [[nodiscard]] Http::Response tellSession(Call& call);
 [[nodiscard]] Http::Response listTokens(Call& call);

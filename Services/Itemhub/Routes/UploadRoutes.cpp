@@ -60,15 +60,15 @@ Problem busy(const char* why)
     return Problem(423, "upload_busy", why).with("Retry-After", "1");
 }
 
-/// The file while nobody else writes to it. Nothing if a request that was waited for has brought the rest, as
-/// the record then says.
+/// The file, locked against other writers. Nothing if a request that was waited for has delivered the rest,
+/// as the record then says.
 std::optional<UploadWriter> writerOf(Call& call, Store::Upload& upload)
 {
     std::optional<UploadWriter> writer;
     try {
         writer = call.service.uploads.write(upload.id.toStdString());
     } catch (const std::system_error& error) {
-        // A request that was quicker has finished it since the record was read, or ended it.
+        // A faster request has completed or ended it since the record was read.
         upload = uploadOf(call, upload.id);
         if (error.code() != std::errc::no_such_file_or_directory || upload.sha256.isEmpty())
             throw;
@@ -82,15 +82,15 @@ std::optional<UploadWriter> writerOf(Call& call, Store::Upload& upload)
     return writer;
 }
 
-/// Once the record says that it's needed no more. A request that may be repeated is a transaction as a whole,
-/// which may still be taken back, and the file is all that there is then.
+/// Removes the file once the record says that it is no longer needed. A repeatable request is one transaction
+/// as a whole, which may still be rolled back, and then the file is all there is.
 void removeFile(Call& call, const std::string& id)
 {
     Store::Connection& store = call.store;
     store.afterCommit([&files = call.service.uploads, id] { files.remove(id); });
 }
 
-/// Keeps what came. What is killed in between is done again: each step may be repeated.
+/// Stores what was uploaded. If killed in between, it is done again: each step can be repeated.
 void keep(Call& call, const Store::Upload& upload, UploadWriter& writer, const std::string& sha256)
 {
     const std::string id = upload.id.toStdString();
@@ -119,7 +119,7 @@ void keepRead(Call& call, const Store::Upload& upload, UploadWriter& writer)
 /// The checksum of the extension: an algorithm and the hash in Base64.
 struct Checksum
 {
-    std::optional<Digest> digest; ///< Of what comes.
+    std::optional<Digest> digest; ///< Of the data received.
     std::string wanted;
 };
 
@@ -135,8 +135,8 @@ void readChecksum(const Call& call, Checksum& checksum)
     checksum.wanted = QByteArray::fromBase64(header.section(' ', 1).toLatin1()).toStdString();
 }
 
-/// Writes the request's body. Where its client is silent, be it gone or not, one that comes anew goes on in
-/// its place. @returns whether it came to its end
+/// Writes the request's body. If its client is silent, disconnected or not, a new request takes over.
+/// @returns whether the body was complete
 bool receive(Call& call, UploadWriter& writer, uint64_t length, Checksum& checksum, Digest* whole)
 {
     std::string piece;
@@ -150,7 +150,7 @@ bool receive(Call& call, UploadWriter& writer, uint64_t length, Checksum& checks
         piece.clear();
     };
     bool tooLong = false, isOvertaken = false;
-    // A client may send slowly, and needs no connection meanwhile.
+    // A client may send slowly, and no connection is needed meanwhile.
     call.service.database.giveBack();
     const bool complete = call.request.readBody(
         [&](const char* data, size_t size) {
@@ -180,7 +180,7 @@ Http::Response offsetAnswer(const Store::Upload& upload, uint64_t offset)
 
 QString wantedHash(const Call& call)
 {
-    // Name and value in Base64, several separated by commas.
+    // Pairs of name and Base64 value, separated by commas.
     for (const QString& entry : QString::fromStdString(call.request.header("Upload-Metadata")).split(','))
         if (entry.trimmed().section(' ', 0, 0) == "sha256") {
             QString hash = QByteArray::fromBase64(entry.trimmed().section(' ', 1).toLatin1()).toLower();
@@ -239,7 +239,8 @@ Http::Response tellUpload(Call& call)
     requireProtocol(call);
     const Store::Upload upload = uploadOf(call, call.text("upload"));
     const std::string id = upload.id.toStdString();
-    // Whoever asks goes on from there, so that a request before must not write any more, unless it's at it.
+    // The client resumes from there, so an earlier request must not write any more, unless it is still
+    // receiving.
     call.service.uploads.settle(id);
     const int64_t size = call.service.uploads.size(id);
     Http::Response response = offsetAnswer(
@@ -276,7 +277,7 @@ Http::Response continueUpload(Call& call)
     UploadWriter& writer = *taken;
     requireOffset(writer.offset());
 
-    // What comes in one piece is hashed on its way; the rest is read again when it's complete.
+    // An upload sent in one piece is hashed on the way; any other is read again once it is complete.
     std::optional<Digest> whole;
     if (offset == 0)
         whole.emplace();
@@ -313,7 +314,7 @@ Http::Response endUpload(Call& call)
 void finishUpload(Call& call, const QString& id)
 {
     const auto found = Store::findUpload(call.store, id);
-    // A repeated request finds it taken; its kept answer, or the transaction, will tell.
+    // A repeated request finds it taken; its stored response, or the transaction, will decide.
     if (!found || !found->sha256.isEmpty())
         return;
     Store::Upload upload = uploadOf(call, id);
@@ -335,7 +336,7 @@ QString takeUpload(Call& call, const QString& id)
     if (call.service.blobs.size(upload.sha256.toStdString()) != upload.length)
         throw Problem(409, "upload_lost", "The service lost what was uploaded; send it again.");
     Store::removeUpload(call.store, id);
-    removeFile(call, id.toStdString()); // Left by a request that ended between the two.
+    removeFile(call, id.toStdString()); // Left over from a request that ended between the two steps.
     return upload.sha256;
 }
 

@@ -71,7 +71,7 @@ qint64 addVersion(Connection& connection, qint64 attachment, qint64 account, con
                   const QString& sha256, qint64 madeFrom)
 {
     Transaction change(connection);
-    // Who changes the row first has it until the end; the other then finds another number there.
+    // Whoever changes the row first locks it until the end; the other one then finds another number there.
     if (connection
             .run("UPDATE attachment SET latest = latest + 1 WHERE id = ? AND latest = ?",
                  {attachment, madeFrom})

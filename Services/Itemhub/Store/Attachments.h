@@ -13,7 +13,7 @@ struct Version
     qint64 createdAt = 0;
     QString sha256;
     qint64 size = 0;     ///< In bytes.
-    qint64 madeFrom = 0; ///< The number of the version that it continues; 0 for the first.
+    qint64 madeFrom = 0; ///< The number of the version it is based on; 0 for the first.
 };
 
 struct Attachment
@@ -37,16 +37,16 @@ qint64 addAttachment(Connection& connection, qint64 item, qint64 account, const 
 [[nodiscard]] std::vector<Attachment> attachmentsOf(Connection& connection, qint64 item, const Page& page);
 bool removeAttachment(Connection& connection, qint64 attachment);
 
-/// @returns the new version's number, or 0 if the newest one isn't the one that this was made from any more
+/// @returns the new version's number, or 0 if the one it was made from is no longer the newest
 [[nodiscard]] qint64 addVersion(Connection& connection, qint64 attachment, qint64 account,
                                 const QString& label, const QString& sha256, qint64 madeFrom);
 [[nodiscard]] std::optional<Version> findVersion(Connection& connection, qint64 attachment, qint64 number);
 [[nodiscard]] std::vector<Version> versionsOf(Connection& connection, qint64 attachment, const Page& page);
 
-/// Notes that the content lies where contents do.
+/// Records that the content is stored.
 void addBlob(Connection& connection, const QString& sha256, qint64 size);
 void removeBlob(Connection& connection, const QString& sha256);
-/// Whether a version or an upload has it.
+/// Whether a version or an upload refers to it.
 [[nodiscard]] bool isReferredTo(Connection& connection, const QString& sha256);
 
 /// A content with the first version that has it.

@@ -18,10 +18,10 @@ namespace {
 struct Table
 {
     const char* name;
-    const char* number; ///< The column of numbers that the database gives; null if there is none.
+    const char* number; ///< The column of generated numbers; null if there is none.
 };
 
-/// What a row refers to stands before it.
+/// Referenced rows come before those that refer to them.
 constexpr std::array<Table, 28> kTables{{{"tenant", "id"},
                                          {"account", "id"},
                                          {"workspace", "id"},
@@ -104,7 +104,7 @@ void indexAll(Connection& to)
 
 void copyAll(Connection& from, Connection& to)
 {
-    // Both as they are at one moment, though others may change the first.
+    // A consistent snapshot, even if others change the source meanwhile.
     Transaction still(from), change(to);
     if (to.run("SELECT 1 FROM tenant").next())
         throw StoreError(StoreError::Kind::Conflict, "The other database has customers already.");

@@ -4,9 +4,9 @@
 
 namespace Itemhub::Store {
 
-/// Copies everything into another database, which may be of another kind, and is brought up to this program's
-/// version but has nothing in it yet. All of it or nothing gets there.
-/// @throws StoreError, of kind Conflict if something is there
+/// Copies everything to another database, possibly of another kind, which has this program's schema version
+/// but is still empty. All or nothing.
+/// @throws StoreError, of kind Conflict if it isn't empty
 void copyAll(Connection& from, Connection& to);
 
 } // namespace Itemhub::Store

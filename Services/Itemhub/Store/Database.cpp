@@ -17,7 +17,7 @@ namespace Itemhub::Store {
 
 namespace {
 
-/// What this thread has of a database, by its number.
+/// What this thread has borrowed from a database, by the database's number.
 struct Borrowed
 {
     std::unique_ptr<Pool::Loan> writing, reading;
@@ -25,7 +25,7 @@ struct Borrowed
 thread_local std::unordered_map<quint64, Borrowed> t_borrowed;
 
 using Clock = std::chrono::steady_clock;
-/// Until when nobody asks for a replica again, since there was none.
+/// Until when no replica is tried, after none was available.
 std::atomic<Clock::rep> replicasAwayUntil = 0;
 
 QString freshName()
@@ -97,11 +97,11 @@ void Connection::open(Use use)
                              " cannot be opened: " + m_link->lastError().text().toStdString());
     for (const QString& setting : dialect().settings())
         runPatiently(setting);
-    // The first connection notes which file it is.
+    // The first connection records which file it is.
     dialect().requireSame();
 }
 
-// SQLite doesn't wait by itself where two connections that come first change the way of writing.
+// SQLite's busy timeout doesn't apply when two first connections change the journal mode.
 void Connection::runPatiently(const QString& setting)
 {
     const auto end =
@@ -195,7 +195,7 @@ Rows Connection::run(std::string_view statement, std::initializer_list<QVariant>
 {
     QSqlQuery& query = prepared(statement);
     int place = 0;
-    // Qt takes a text that nobody set for a null, which here is another thing.
+    // Qt treats an unset text as null, which is something else here.
     for (const QVariant& value : values)
         query.bindValue(place++, value.typeId() == QMetaType::QString && value.toString().isNull()
                                      ? QVariant("")
@@ -216,7 +216,7 @@ Rows Connection::run(std::string_view statement, std::initializer_list<QVariant>
 quint64 Connection::state()
 {
     static std::atomic<quint64> states = 0;
-    // What a transaction sees may be taken back.
+    // What a transaction sees may be rolled back.
     if (m_changeMark.empty() || m_depth > 0) {
         m_mark = -1;
         return m_state = ++states;
@@ -262,7 +262,7 @@ Transaction::~Transaction()
     try {
         m_connection.runPlain("ROLLBACK");
     } catch (const StoreError&) {
-        // It has been taken back by what failed.
+        // Whatever failed has rolled it back.
     }
 }
 
@@ -323,7 +323,7 @@ Connection& Database::reading() const
         if (!borrowed)
             borrowed = Pool::borrow(m_reading);
         Connection& replica = borrowed->connection();
-        // One that is a moment behind is waited for; one that lags isn't.
+        // Waits for a replica that is a moment behind, but not for one that lags.
         constexpr int kLooks = 3;
         for (int look = 0; look < kLooks; ++look) {
             if (replica.runBuilt(dialect().hasReached(), {reached}).next())

@@ -22,7 +22,7 @@ namespace Itemhub::Store {
 
 class Database;
 
-/// The rows that a statement answered; the statement is free again when this goes.
+/// The result rows of a statement; the statement is released on destruction.
 class Rows
 {
 public:
@@ -31,26 +31,26 @@ public:
     Rows(Rows&& other) noexcept : m_query(std::exchange(other.m_query, nullptr)) {}
     Rows& operator=(Rows&&) = delete;
 
-    /// Goes to the next row, at first to the first; false behind the last.
+    /// Advances to the next row, initially the first; false after the last.
     bool next();
     [[nodiscard]] qint64 number(int column) const; ///< 0 for null.
     [[nodiscard]] double real(int column) const;
     [[nodiscard]] QString text(int column) const; ///< Empty for null.
     [[nodiscard]] bool isNull(int column) const;
-    [[nodiscard]] qint64 changed() const; ///< How many rows were changed.
+    [[nodiscard]] qint64 changed() const; ///< The number of rows changed.
 
 private:
-    QSqlQuery* m_query; ///< Belongs to the connection.
+    QSqlQuery* m_query; ///< Owned by the connection.
 };
 
-/// What `make` makes of the first row; nothing if there is none.
+/// The result of `make` for the first row; nothing if there is none.
 template <class Make>
 [[nodiscard]] auto firstOf(Rows rows, Make make) -> std::optional<decltype(make(rows))>
 {
     return rows.next() ? std::optional(make(rows)) : std::nullopt;
 }
 
-/// What `make` makes of each row.
+/// The results of `make` for all rows.
 template <class Make>
 [[nodiscard]] auto allOf(Rows rows, Make make) -> std::vector<decltype(make(rows))>
 {
@@ -60,13 +60,13 @@ template <class Make>
     return all;
 }
 
-/// The id that an insertion returns.
+/// The id returned by an insertion.
 [[nodiscard]] inline qint64 newId(Rows rows)
 {
     return rows.next() ? rows.number(0) : 0;
 }
 
-/// The connection that a thread has at the time.
+/// The connection that a thread is using.
 class Connection
 {
 public:
@@ -76,32 +76,33 @@ public:
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    /// Runs a statement with a value for each "?". Statements are prepared once; so no value ever stands in
-    /// its text.
+    /// Runs a statement with a value for each "?". Statements are prepared once, so values are never part of
+    /// their text.
     /// @throws StoreError
     Rows run(std::string_view statement, std::initializer_list<QVariant> values = {});
-    /// The same for a statement that the dialect made.
+    /// The same for a statement built by the dialect.
     Rows runBuilt(const QString& statement, std::initializer_list<QVariant> values = {});
 
-    /// Runs one that is not prepared, as databases want those that change the schema.
+    /// Runs one without preparing it, as databases require for schema changes.
     void runPlain(const QString& statement);
 
     [[nodiscard]] const Dialect& dialect() const;
     [[nodiscard]] QSqlDriver* driver() const;
     [[nodiscard]] const QSqlDatabase& link() const { return *m_link; }
 
-    /// False once the database's server has gone: whoever comes next needs another connection.
+    /// False once the database server is gone: the next user needs another connection.
     [[nodiscard]] bool isGood() const { return !m_isLost && m_depth == 0; }
-    /// Leaves this thread, so that another may `arrive` with it.
+    /// Detaches it from this thread, so that another one may `arrive` with it.
     void leave();
     void arrive();
 
-    /// A number that is another one once anything may have changed, in this process or in another, and in no
-    /// two connections the same; never 0. What a thread keeps between requests is good as long as it stays.
+    /// A number that changes once anything may have changed, in this process or in another, and is never the
+    /// same in two connections; never 0. What a thread caches between requests is valid as long as it stays
+    /// the same.
     [[nodiscard]] quint64 state();
 
-    /// Runs what can't be taken back once all transactions that are open now are committed; at once if none
-    /// is, and never if they are taken back.
+    /// Runs something irreversible once all transactions that are open now are committed; at once if none is,
+    /// and never if they are rolled back.
     void afterCommit(std::function<void()> what);
 
 private:
@@ -110,8 +111,8 @@ private:
     void open(Use use);
     [[noreturn]] void fail(const QSqlError& error);
     void runPatiently(const QString& setting);
-    /// Whether a statement that failed may be tried again, with a new connection: its server was away while
-    /// nobody asked it.
+    /// Whether a failed statement may be retried with a new connection: the server was away while it was
+    /// idle.
     [[nodiscard]] bool reopened(const QSqlError& error, bool isHarmless);
     QSqlQuery& prepared(std::string_view statement);
 
@@ -127,25 +128,25 @@ private:
     std::unique_ptr<QSqlDatabase> m_link;
     std::unordered_map<std::string, std::unique_ptr<QSqlQuery>, Hash, std::equal_to<>> m_statements;
     const std::string m_changeMark; ///< The dialect's statement.
-    qint64 m_mark = -1;             ///< Its answer; -1 after a change of this connection's own.
+    qint64 m_mark = -1;             ///< Its result; -1 after a change by this connection itself.
     quint64 m_state = 0;
-    int m_depth = 0; ///< Of transactions.
+    int m_depth = 0; ///< Nesting of transactions.
     std::vector<std::function<void()>> m_afterCommit;
     bool m_broken = false, m_isLost = false;
-    bool m_isFresh = false; ///< Nothing was run since it arrived.
+    bool m_isFresh = false; ///< Nothing has been run since it arrived.
 };
 
-/// Changes that are made together or not at all. One within another belongs to that.
+/// Changes that are made all or not at all. A nested one belongs to the outer one.
 class Transaction
 {
 public:
     explicit Transaction(Connection& connection); ///< @throws StoreError
-    ~Transaction();                               ///< Takes everything back that wasn't committed.
+    ~Transaction();                               ///< Rolls back unless committed.
 
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
 
-    /// @throws StoreError, and everything is taken back
+    /// @throws StoreError, after everything is rolled back
     void commit();
 
 private:
@@ -155,12 +156,12 @@ private:
 
 class Pool;
 
-/// The database, which lends a connection to each thread that asks. Thread-safe.
+/// The database, which lends a connection to each thread that needs one. Thread-safe.
 class Database
 {
 public:
-    /// Brings the database up to this program's version, and makes it if it's missing.
-    /// @throws StoreError, of kind Newer if a later version of the program has been at it
+    /// Brings the database up to this program's schema version, and creates it if it is missing.
+    /// @throws StoreError, of kind Newer if a later version of the program has used it
     explicit Database(DatabaseOptions options);
     ~Database();
 
@@ -168,13 +169,13 @@ public:
     Database& operator=(const Database&) = delete;
 
     /// This thread's connection, until it gives it back.
-    /// @throws StoreError of kind Busy if others have all of them for too long
+    /// @throws StoreError of kind Busy if all of them stay in use for too long
     [[nodiscard]] Connection& connection() const;
-    /// The same for a look that may be left to a replica: one that has all that there was when this was
-    /// called. Else this thread's connection.
+    /// The same for a query that may be answered by a replica that has everything as of this call; otherwise
+    /// this thread's connection.
     [[nodiscard]] Connection& reading() const;
-    /// This thread needs none for a while; what it was given is no longer its own. Where connections are
-    /// many, it keeps it.
+    /// This thread needs no connection for a while; what it was given is no longer valid. Where connections
+    /// are plentiful, it keeps it.
     void giveBack() const;
     [[nodiscard]] const Dialect& dialect() const { return *m_dialect; }
     [[nodiscard]] const DatabaseOptions& options() const { return m_options; }
@@ -182,11 +183,11 @@ public:
 private:
     DatabaseOptions m_options;
     std::unique_ptr<Dialect> m_dialect;
-    quint64 m_number; ///< Which database of this process it is.
+    quint64 m_number; ///< Identifies this database within the process.
     std::shared_ptr<Pool> m_writing, m_reading;
 };
 
-/// Stands for the connection of whichever thread uses it.
+/// Behaves as the connection of whichever thread uses it.
 class ThreadsConnection
 {
 public:

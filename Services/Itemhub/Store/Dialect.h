@@ -13,36 +13,36 @@ class QSqlError;
 
 namespace Itemhub::Store {
 
-/// Which database, and how it is reached.
+/// Which database to use, and how to reach it.
 struct DatabaseOptions
 {
     QString driver = "sqlite"; ///< "sqlite" or "postgresql".
     QString name;              ///< SQLite's file, or PostgreSQL's database.
-    /// PostgreSQL's, as "one.example.org:5433, two.example.org"; of several servers the one that takes
-    /// changes is found. Empty for its own defaults.
+    /// PostgreSQL's, for example "one.example.org:5433, two.example.org"; of several servers, the writable
+    /// one is found. Empty for its defaults.
     QString host, user;
-    QString password;          ///< Of PostgreSQL.
-    int port = 0;              ///< Where host names none; 0 for the default.
-    int patienceMs = 5000;     ///< How long a change waits for others'.
-    bool readReplicas = false; ///< Whether lists and searches may be answered by servers that only follow.
-    int connections = 16;      ///< To PostgreSQL at the same time, and as many to replicas.
+    QString password;          ///< For PostgreSQL.
+    int port = 0;              ///< For hosts that name none; 0 for the default.
+    int patienceMs = 5000;     ///< How long a change waits for those of others.
+    bool readReplicas = false; ///< Whether read-only servers may answer lists and searches.
+    int connections = 16;      ///< Concurrent ones to PostgreSQL, and as many to replicas.
 };
 
-/// What a connection is for.
+/// The purpose of a connection.
 enum class Use {
-    Create, ///< As Write; a database that is missing is made.
+    Create, ///< Like Write; creates a database that is missing.
     Write,
-    Read, ///< With a replica, if there is one.
+    Read, ///< From a replica, if there is one.
 };
 
-/// A word that is looked for, without blanks.
+/// A word to search for, without blanks.
 struct SearchWord
 {
     QString beginning;
-    QStringList whole; ///< All words that begin so, as the search writes them; empty if they aren't known.
+    QStringList whole; ///< All words with that prefix, as the search spells them; empty if they aren't known.
 };
 
-/// All in which the databases differ. Everything else is SQL that both understand.
+/// Everything in which the databases differ. The rest is SQL that both understand.
 class Dialect
 {
 public:
@@ -50,77 +50,77 @@ public:
 
     virtual ~Dialect() = default;
 
-    [[nodiscard]] virtual QString driver() const = 0; ///< Qt's name.
+    [[nodiscard]] virtual QString driver() const = 0; ///< Qt's name of it.
     /// Sets name and options of a connection that isn't open yet.
     virtual void configure(QSqlDatabase& database, Use use) const = 0;
-    /// What each new connection is told first.
+    /// Run first on each new connection.
     [[nodiscard]] virtual QStringList settings() const = 0;
-    /// Run before and after the schema is looked at and changed, so that of several programs one does it.
+    /// Run before and after the schema is checked and changed, so that only one of several programs does it.
     [[nodiscard]] virtual QStringList beforeMigrations() const { return {}; }
     [[nodiscard]] virtual QStringList afterMigrations() const { return {}; }
     /// Replaces the placeholders of a migration.
     [[nodiscard]] virtual QString expanded(QString migration) const = 0;
 
-    /// Begins a transaction that changes something. Two of them never wait for each other crosswise.
+    /// Begins a transaction that changes something. Two such transactions never deadlock.
     [[nodiscard]] virtual QString beginWriting() const = 0;
-    /// What a transaction runs before it notes an event, so that serials become visible in their order; may
-    /// be empty.
+    /// What a transaction runs before it records an event, so that serials become visible in order; may be
+    /// empty.
     [[nodiscard]] virtual QString beforeEvent() const = 0;
 
-    /// What a transaction runs once it has noted an event, so that other processes hear of it; may be empty.
+    /// What a transaction runs after it has recorded an event, to notify other processes; may be empty.
     [[nodiscard]] virtual QString afterEvent() const { return {}; }
-    /// What tells connections of such notes, as the driver calls it; empty if nothing does.
+    /// The channel of such notifications, as the driver names it; empty if there is none.
     [[nodiscard]] virtual QString eventChannel() const { return {}; }
 
-    /// Whether connections are few, so that threads share them.
+    /// Whether connections are scarce, so that threads share them.
     [[nodiscard]] virtual bool isPooled() const { return false; }
-    /// What answers with how far all changes are, and what answers, given that, whether a replica is as far;
-    /// empty if there are no replicas.
+    /// A query for the position of the latest change, and one that tells, given that, whether a replica has
+    /// reached it; empty if there are no replicas.
     [[nodiscard]] virtual QString position() const { return {}; }
     [[nodiscard]] virtual QString hasReached() const { return {}; }
 
-    /// A statement that answers with a number which is another one once other connections have changed
-    /// anything; empty if the database has no cheap one.
+    /// A query for a number that changes once other connections have changed anything; empty if the database
+    /// has no cheap one.
     [[nodiscard]] virtual QString changeMark() const = 0;
 
     [[nodiscard]] virtual StoreError::Kind kindOf(const QSqlError& error) const = 0;
-    /// @throws StoreError (Gone) if what is open is no longer what others would open
+    /// @throws StoreError (Gone) if what is open is no longer what a new connection would open
     virtual void requireSame() const = 0;
 
-    /// What a new tenant's search needs; each is one statement.
+    /// What a new tenant's search needs, one statement each.
     [[nodiscard]] virtual QStringList makeSearch(qint64 tenant) const = 0;
-    /// Removes an item from its tenant's search; takes the item.
+    /// Removes an item from its tenant's search index; takes the item.
     [[nodiscard]] virtual QString unindex(qint64 tenant) const = 0;
-    /// Adds one; takes item, caption, text.
+    /// Adds an item; takes item, caption, text.
     [[nodiscard]] virtual QString index(qint64 tenant) const = 0;
-    /// Finds items: columns item and rank, best first. Takes what searchArgument makes of the words, and the
-    /// number wanted.
-    /// @param ranked by how well they match; else the newest first
+    /// Finds items: columns item and rank, best match first. Takes the result of searchArgument for the
+    /// words, and the number wanted.
+    /// @param ranked by how well they match; otherwise newest first
     [[nodiscard]] virtual QString search(qint64 tenant, bool ranked) const = 0;
-    /// The same for words all of which resemble one of the caption's; takes the text, its longest word, the
-    /// text, and the number wanted. Empty if the database can't tell.
+    /// The same for items whose caption has a similar word for every word; takes the text, its longest word,
+    /// the text again, and the number wanted. Empty if the database doesn't support that.
     [[nodiscard]] virtual QString searchSimilar(qint64) const { return {}; }
     [[nodiscard]] virtual QString searchArgument(const std::vector<SearchWord>& words) const = 0;
-    /// What a connection needs before it may run nextWord; may be empty.
+    /// What a connection needs before it can run nextWord; may be empty.
     [[nodiscard]] virtual QString prepareWords(qint64 tenant) const = 0;
-    /// Of the words that the search of the tenant knows, as it writes them, finds the first that doesn't come
-    /// before the one it takes. Empty if the search gains nothing from that.
+    /// Finds, among the words in the tenant's search index, as spelled there, the first that isn't less than
+    /// the given one. Empty if the search doesn't benefit from that.
     [[nodiscard]] virtual QString nextWord(qint64 tenant) const = 0;
 
-    /// Run once numbers that another database gave were taken over into a column, so that new ones come
-    /// behind them; may be empty.
+    /// Run after numbers generated by another database were copied into a column, so that new ones follow
+    /// them; may be empty.
     [[nodiscard]] virtual QString afterNumbers(const char*, const char*) const { return {}; }
 
-    /// The statement that writes a whole copy to a file, or empty if a program of the database's own does
+    /// The statement that writes a complete copy to a file; empty if a separate tool of the database does
     /// that.
     [[nodiscard]] virtual QString backup(const QString& file) const = 0;
 
 protected:
-    /// Among how many matches, the newest, ranking looks for the best: a word that every item has must not
-    /// cost as much as there are items.
+    /// The number of matches, the newest ones, that are ranked: a word that occurs in every item must not
+    /// cost time proportional to the number of items.
     static constexpr int kRankedMatches = 1000;
 
-    /// A text as a statement holds it.
+    /// A text quoted for use in a statement.
     [[nodiscard]] static QString quoted(const QString& text);
 };
 

@@ -13,8 +13,8 @@ QVariant idOrNull(qint64 id)
     return id ? QVariant(id) : QVariant();
 }
 
-/// In steps, so that nobody has to wait long. Rows lie in the order of their numbers, which is that of their
-/// times; so only the oldest are looked at.
+/// In batches, so that nobody has to wait long. Rows are ordered by number, and thus by time, so only the
+/// oldest are examined.
 void removeBefore(Connection& connection, const char* table, const char* number, qint64 time)
 {
     const QString statement = QString("DELETE FROM %1 WHERE %2 < (SELECT min(%2) FROM %1) + 1000 AND %2 < "

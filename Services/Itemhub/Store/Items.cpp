@@ -7,7 +7,7 @@ namespace Itemhub::Store {
 
 namespace {
 
-// Whose favourites are told is the first value of each statement that begins so.
+// The first value of each statement that begins this way is the account whose favourites are reported.
 const std::string kColumns = "SELECT i.id, i.workspace_id, i.caption, i.description, i.revision, a.name, "
                              "i.created_at, i.changed_at, f.item_id";
 const std::string kFrom = " FROM item i JOIN account a ON a.id = i.created_by "
@@ -24,15 +24,15 @@ const std::string kOne = kSelect + "WHERE i.id = ? AND i.deleted_at IS NULL";
 const std::string kVisibleOne = kSelect + "WHERE i.id = ? AND i.deleted_at IS NULL AND " + kVisible;
 const std::string kOfWorkspace = kSelect + "WHERE i.workspace_id = ? AND i.deleted_at IS NULL ";
 
-/// A list in one of the orders: its first part, and what comes behind an item, also behind one that was
-/// removed meanwhile.
+/// A list in one of the orders: its first page, and what follows an item, even one that has been removed
+/// meanwhile.
 struct Listing
 {
     const char* name;
     std::string first, behind;
 };
 
-/// @param key with "%1" for the item; empty for the order in which they were made
+/// @param key with "%1" for the item; empty for the order of creation
 Listing listing(const char* name, const QString& key, const QString& direction)
 {
     const QString less = direction == "DESC" ? "<" : ">";
@@ -47,7 +47,7 @@ Listing listing(const char* name, const QString& key, const QString& direction)
                        .arg(key.arg("i"), less, key.arg("o"), order))};
 }
 
-/// By Order.
+/// Indexed by Order.
 const std::array<Listing, 4> kListings{listing("oldest", {}, "ASC"), listing("newest", {}, "DESC"),
                                        listing("changed", "%1.changed_at", "DESC"),
                                        listing("name", "lower(%1.caption)", "ASC")};

@@ -8,7 +8,7 @@ struct Workspace
 {
     qint64 id = 0;
     QString name;
-    Role role = Role::None; ///< Of who asked.
+    Role role = Role::None; ///< Of the caller.
     qint64 createdAt = 0;
 };
 
@@ -16,13 +16,13 @@ struct Item
 {
     qint64 id = 0, workspace = 0;
     QString caption, description;
-    qint64 revision = 0; ///< Grows with each change of caption and description.
+    qint64 revision = 0; ///< Increases with each change of caption or description.
     QString createdBy;
     qint64 createdAt = 0, changedAt = 0;
-    bool favourite = false; ///< Of who asked.
+    bool favourite = false; ///< Of the caller.
 };
 
-/// A part of a list: what comes behind an id, so many at most.
+/// A page of a list: what follows an id, at most that many.
 struct Page
 {
     qint64 after = 0;
@@ -41,10 +41,10 @@ qint64 addItem(Connection& connection, qint64 tenant, qint64 workspace, qint64 a
                const QString& caption, const QString& description);
 [[nodiscard]] std::optional<Item> findItem(Connection& connection, qint64 account, qint64 item);
 
-/// Nothing if the account may not see it.
+/// Nothing if it isn't visible to the account.
 [[nodiscard]] std::optional<Item> findVisibleItem(Connection& connection, qint64 account, qint64 item);
 
-/// An item with the role that the account has there, which may be none.
+/// An item with the account's role there, which may be none.
 struct ItemAndRole
 {
     Item item;
@@ -57,29 +57,29 @@ struct ItemAndRole
 enum class Order { Oldest, Newest, Changed, Name };
 [[nodiscard]] std::optional<Order> orderOf(const std::string& name);
 
-/// @param page comes behind its item, wherever that stands in the order
+/// @param page follows its item, wherever that is in the order
 [[nodiscard]] std::vector<Item> itemsOf(Connection& connection, qint64 workspace, qint64 account,
                                         const Page& page, Order order = Order::Oldest);
-/// Notes that something of the item has changed just now.
+/// Records that something about the item has just changed.
 void touchItem(Connection& connection, qint64 item);
-/// @returns false if the item has no longer that revision, and nothing is changed
+/// @returns false, without changing anything, if the item no longer has that revision
 [[nodiscard]] bool changeItem(Connection& connection, qint64 tenant, qint64 item, qint64 revision,
                               const QString& caption, const QString& description);
-/// From then on nobody finds it; versions and their contents stay.
+/// The item can't be found from then on; versions and their contents stay.
 /// @param revision 0 for any
 [[nodiscard]] bool removeItem(Connection& connection, qint64 tenant, qint64 item, qint64 revision);
-/// Brings the search up to date with the item and its attachments.
+/// Updates the search index for the item and its attachments.
 void indexItem(Connection& connection, qint64 tenant, qint64 item);
 
-/// @returns false if the link was there
+/// @returns false if the link existed already
 bool addLink(Connection& connection, qint64 item, qint64 linked);
 bool removeLink(Connection& connection, qint64 item, qint64 linked);
-/// Those of the linked items that the account may see.
+/// Those of the linked items that are visible to the account.
 [[nodiscard]] std::vector<Item> linksOf(Connection& connection, qint64 account, qint64 item,
                                         const Page& page);
 
 bool setFavourite(Connection& connection, qint64 account, qint64 item, bool favourite);
-/// The newest first.
+/// Newest first.
 [[nodiscard]] std::vector<Item> favouritesOf(Connection& connection, qint64 account, qint64 limit);
 
 } // namespace Itemhub::Store

@@ -10,8 +10,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kLook = 2s;  ///< How often it is seen whether the server is still there.
-constexpr auto kPause = 1s; ///< Until a server that has gone is tried again.
+constexpr auto kLook = 2s;  ///< How often to check whether the server is still there.
+constexpr auto kPause = 1s; ///< Until reconnecting to a lost server.
 
 } // namespace
 
@@ -43,10 +43,10 @@ void Listener::work()
         try {
             listen();
         } catch (const StoreError&) {
-            // The waiters' own look-up will tell.
+            // The waiters' own queries will report it.
         }
         m_isListening = false;
-        // Somebody has to look from now on.
+        // From now on events have to be polled for.
         m_heard();
         lock.lock();
         m_end.wait_for(lock, kPause, [this] { return m_stopped; });
@@ -76,7 +76,7 @@ void Listener::listen()
         m_loop = &loop;
     }
     m_isListening = true;
-    m_heard(); // Of what was noted before.
+    m_heard(); // For events recorded before.
     loop.exec();
     const std::lock_guard lock(m_mutex);
     m_loop = nullptr;

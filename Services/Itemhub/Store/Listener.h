@@ -12,19 +12,19 @@ class QEventLoop;
 
 namespace Itemhub::Store {
 
-/// Hears, by a connection and a thread of its own, of the events that any process notes, where the database
-/// can tell. Where it can't, this does nothing.
+/// Receives notifications of the events that any process records, on a separate connection and thread, if the
+/// database supports that. Otherwise this does nothing.
 class Listener
 {
 public:
-    /// @param heard is called by the thread; something may have been noted
+    /// @param heard is called on the thread; something may have been recorded
     Listener(const Database& database, std::function<void()> heard);
     ~Listener();
 
     Listener(const Listener&) = delete;
     Listener& operator=(const Listener&) = delete;
 
-    /// Whether everything is heard at present; else somebody has to look.
+    /// Whether notifications are being received; otherwise events have to be polled for.
     [[nodiscard]] bool isListening() const { return m_isListening; }
 
 private:
@@ -37,7 +37,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_end;
     bool m_stopped = false;
-    QEventLoop* m_loop = nullptr; ///< Of the thread, while it listens.
+    QEventLoop* m_loop = nullptr; ///< The thread's, while it listens.
     std::thread m_thread;
 };
 

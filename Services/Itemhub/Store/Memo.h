@@ -8,16 +8,17 @@
 
 namespace Itemhub::Store {
 
-/// What one thread has read and may be asked for again soon. It is good as long as nothing at all has changed
-/// in the database, by this process or another.
+/// A thread's cache of what it has read and may soon need again. Valid as long as nothing at all has changed
+/// in the database, whether by this process or another.
 template <class Key, class Value>
 class Memo
 {
 public:
-    /// @param most how many are kept at the same time
+    /// @param most the maximum number of entries
     explicit Memo(qsizetype most) : m_most(most) {}
 
-    /// What is kept, else what `read()` answers, a std::optional, which is kept if it has a value.
+    /// The cached value, otherwise the result of `read()`, a std::optional, which is cached if it has a
+    /// value.
     template <class Read>
     [[nodiscard]] std::optional<Value> get(Connection& connection, const Key& key, Read read)
     {

@@ -11,7 +11,7 @@ namespace Itemhub::Store {
 
 namespace {
 
-/// By their numbers.
+/// By number.
 std::map<qint64, QString> files()
 {
     std::map<qint64, QString> found;
@@ -46,11 +46,11 @@ namespace {
 void bringUp(Connection& connection)
 {
     const std::map<qint64, QString> known = files();
-    // Outside of a transaction, so that a start that has nothing to do writes nothing.
+    // Outside of a transaction, so that a start with nothing to do writes nothing.
     connection.runPlain("CREATE TABLE IF NOT EXISTS schema_version (number BIGINT NOT NULL PRIMARY KEY, "
                         "applied_at BIGINT NOT NULL)");
     if (versionOf(connection) < known.rbegin()->first) {
-        // All under one lock: of two programs that start at once, the second finds nothing to do.
+        // All under one lock: if two programs start at once, the second finds nothing to do.
         Transaction change(connection);
         const qint64 version = versionOf(connection);
         for (const auto& [number, path] : known) {
@@ -73,7 +73,7 @@ void bringUp(Connection& connection)
 
 void migrate(Connection& connection)
 {
-    // Who fails ends, and its lock with the connection.
+    // On failure the program ends, and the lock with its connection.
     for (const QString& statement : connection.dialect().beforeMigrations())
         connection.runPlain(statement);
     bringUp(connection);

@@ -19,7 +19,7 @@ std::unique_ptr<Connection> Pool::takeOrReserve()
         ++m_count;
         return nullptr;
     }
-    // The one that was used last, so that those that aren't needed can be seen to be idle.
+    // The most recently used one, so that superfluous ones show as idle.
     auto connection = std::move(m_free.back());
     m_free.pop_back();
     return connection;

@@ -7,14 +7,14 @@
 
 namespace Itemhub::Store {
 
-/// Connections for one use, of which threads borrow one for as long as they need it. Thread-safe.
+/// Connections for one purpose, lent to threads for as long as they need them. Thread-safe.
 class Pool
 {
 public:
     /// @param most 0 for no limit
     Pool(const Database& database, Use use, int most);
 
-    /// What a thread has borrowed, until this goes.
+    /// What a thread has borrowed, returned on destruction.
     class Loan
     {
     public:
@@ -31,9 +31,9 @@ public:
         std::unique_ptr<Connection> m_connection;
     };
 
-    /// @throws StoreError of kind Busy if nobody gives one back in time
+    /// @throws StoreError of kind Busy if none is returned in time
     [[nodiscard]] static std::unique_ptr<Loan> borrow(const std::shared_ptr<Pool>& pool);
-    /// Lends what was made elsewhere.
+    /// Lends one that was made elsewhere.
     [[nodiscard]] static std::unique_ptr<Loan> lend(const std::shared_ptr<Pool>& pool,
                                                     std::unique_ptr<Connection> connection);
 
@@ -48,7 +48,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_given;
     std::vector<std::unique_ptr<Connection>> m_free;
-    size_t m_count = 0; ///< Lent and free.
+    size_t m_count = 0; ///< Lent and free ones.
 };
 
 } // namespace Itemhub::Store

@@ -19,7 +19,7 @@ public:
         database.setDatabaseName(m_options.name);
         database.setUserName(m_options.user);
         database.setPassword(m_options.password);
-        // A server that vanishes is given up after a quarter of a minute.
+        // A server that vanishes is given up after about 15 seconds.
         QStringList options{"connect_timeout=5",      "keepalives_idle=10",
                             "keepalives_interval=5",  "keepalives_count=1",
                             "tcp_user_timeout=15000", "application_name=quillet-itemhub"};
@@ -34,11 +34,11 @@ public:
     {
         return {QString("SET lock_timeout = %1").arg(m_options.patienceMs),
                 "SET client_min_messages = warning",
-                // As far as one wrong letter in a word of seven goes.
+                // Tolerates one wrong letter in a word of seven.
                 "SET pg_trgm.word_similarity_threshold = 0.45"};
     }
 
-    // A migration may take its time, so whoever comes meanwhile waits for it.
+    // A migration may take a while, so other programs wait for it.
     QStringList beforeMigrations() const override
     {
         return {"SET lock_timeout = 0", "SELECT pg_advisory_lock(1902536)"};
@@ -62,7 +62,7 @@ public:
     }
 
     QString beginWriting() const override { return "BEGIN"; }
-    // Until the end of the transaction: else a reader could see serial 6 before 5, and never 5.
+    // Held until the end of the transaction: otherwise a reader could see serial 6 before 5, and miss 5.
     QString beforeEvent() const override { return "SELECT pg_advisory_xact_lock(1902537)"; }
 
     QString afterEvent() const override { return "SELECT pg_notify('itemhub_event', '')"; }
@@ -91,7 +91,7 @@ public:
             return StoreError::Kind::Busy;
         if (state.startsWith("53"))
             return StoreError::Kind::Full;
-        // Also a server that takes no changes any more, since another one does.
+        // Includes a server that has become read-only because another one took over.
         if (state.startsWith("08") || state.startsWith("57") || state.isEmpty() || state == "25006")
             return StoreError::Kind::Gone;
         return StoreError::Kind::Other;
@@ -102,7 +102,7 @@ public:
     QStringList makeSearch(qint64) const override { return {}; }
     QString unindex(qint64) const override { return "DELETE FROM search WHERE item_id = ?"; }
 
-    // Signs part words, as in the names of files, which would be one word each otherwise.
+    // Punctuation separates words, as in file names, which would otherwise be one word each.
     QString index(qint64 tenant) const override
     {
         const QString words =
@@ -126,7 +126,7 @@ public:
             .arg(kRankedMatches);
     }
 
-    // By one word the index finds candidates, of which each other word is asked.
+    // The index finds candidates by one word; the other words are then checked for each candidate.
     QString searchSimilar(qint64 tenant) const override
     {
         return QString("SELECT id, -word_similarity(?, lower(caption)) AS score FROM item WHERE tenant_id = "
@@ -166,7 +166,7 @@ QStringList postgresqlServers(const DatabaseOptions& options)
     QStringList hosts, ports;
     for (const QString& each : options.host.split(',')) {
         QString server = each.trimmed();
-        // An address of IPv6 has colons, too, and brackets around it where a port follows.
+        // An IPv6 address contains colons, too, and is in brackets if a port follows.
         const bool isBracketed = server.startsWith('[');
         const qsizetype colon = server.lastIndexOf(isBracketed ? "]:" : ":") + (isBracketed ? 1 : 0);
         const bool hasPort = isBracketed ? colon > 0 : server.count(':') == 1;

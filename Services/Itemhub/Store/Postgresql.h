@@ -4,10 +4,10 @@
 
 namespace Itemhub::Store {
 
-/// What is particular about PostgreSQL.
+/// PostgreSQL's dialect.
 [[nodiscard]] std::unique_ptr<Dialect> postgresqlDialect(const DatabaseOptions& options);
 
-/// The servers as libpq wants them, which tries one after the other: "host=one,two" and "port=1,2".
+/// The servers in libpq's form, which tries one after the other: "host=one,two" and "port=1,2".
 [[nodiscard]] QStringList postgresqlServers(const DatabaseOptions& options);
 
 } // namespace Itemhub::Store

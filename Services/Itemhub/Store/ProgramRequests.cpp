@@ -8,7 +8,7 @@ namespace {
 
 using State = ProgramRequest::State;
 
-/// Its answer is asked for a while.
+/// The page polls for the outcome for a while.
 constexpr qint64 kKeptMs = 3600LL * 1000;
 
 ProgramRequest requestOf(const Rows& rows)

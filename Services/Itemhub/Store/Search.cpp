@@ -15,7 +15,7 @@ QStringList wordsOf(const QString& text)
     return text.split(blanks, Qt::SkipEmptyParts).mid(0, kMostWords);
 }
 
-/// What the search writes as it is but for capitals.
+/// Words that the search stores unchanged except for case.
 bool isPlain(const QString& word)
 {
     return std::all_of(word.begin(), word.end(), [](QChar c) {
@@ -23,12 +23,12 @@ bool isPlain(const QString& word)
     });
 }
 
-/// All words that begin so, if there are few of them; nothing if none does.
+/// All words with that prefix if there are only a few, otherwise an empty list; nothing if there are none.
 std::optional<QStringList> wholeWords(Connection& connection, const QString& statement,
                                       const QString& beginning)
 {
     constexpr qsizetype kMost = 8;
-    const QChar first(1); // Comes before all that words are made of.
+    const QChar first(1); // Sorts before all characters of words.
     const QString known = beginning.toLower();
     QStringList whole;
     for (QString from = known; whole.size() <= kMost; from = whole.back() + first) {
@@ -49,7 +49,7 @@ std::vector<SearchWord> asTyped(const QStringList& words)
     return typed;
 }
 
-/// The words with what is known of each; nothing if no item can have one of them.
+/// The words with what is known about each; nothing if one of them occurs in no item.
 std::optional<std::vector<SearchWord>> lookedUp(Connection& connection, qint64 tenant,
                                                 const QStringList& words)
 {
@@ -73,10 +73,10 @@ std::vector<qint64> idsOf(Rows rows)
     return allOf(std::move(rows), [](const Rows& row) { return row.number(0); });
 }
 
-/// Items with a caption that resembles what nothing has as it was typed.
+/// Items with a caption similar to a text that has no exact match.
 std::vector<qint64> similar(Connection& connection, qint64 tenant, const QStringList& words, qint64 limit)
 {
-    constexpr qsizetype kTelling = 4; // Letters; what is shorter resembles too much.
+    constexpr qsizetype kTelling = 4; // In letters; anything shorter resembles too much.
     const QString text = words.join(' ').toLower();
     const QString statement = connection.dialect().searchSimilar(tenant);
     if (statement.isEmpty() || text.size() < kTelling)
@@ -92,7 +92,7 @@ std::vector<Item> search(Connection& connection, qint64 tenant, qint64 account, 
                          qint64 limit)
 {
     constexpr qsizetype kShort = 2;
-    // Some are not the asker's to see; so more are looked for than are wanted.
+    // Some aren't visible to the caller, so more are fetched than wanted.
     constexpr qint64 kSpare = 4;
     const QStringList words = wordsOf(text);
     if (words.isEmpty())

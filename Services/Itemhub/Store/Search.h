@@ -4,8 +4,8 @@
 
 namespace Itemhub::Store {
 
-/// Finds items by the beginnings of words, the best first, of those that the account may see. One or two
-/// letters are answered with the newest.
+/// Finds items visible to the account by word prefixes, best match first. One or two letters yield the
+/// newest.
 [[nodiscard]] std::vector<Item> search(Connection& connection, qint64 tenant, qint64 account,
                                        const QString& text, qint64 limit);
 

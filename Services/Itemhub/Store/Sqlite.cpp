@@ -22,7 +22,7 @@ public:
     void configure(QSqlDatabase& database, Use use) const override
     {
         const bool mayCreate = use == Use::Create;
-        // As an address, since only so can it be said that a missing file must not be made anew.
+        // As a URI, the only way to say that a missing file must not be created.
         QUrl address = QUrl::fromLocalFile(m_options.name);
         address.setQuery(mayCreate ? "mode=rwc" : "mode=rw");
         database.setDatabaseName(address.toString(QUrl::FullyEncoded));
@@ -34,7 +34,7 @@ public:
 
     QStringList settings() const override
     {
-        // Readers and one writer at the same time; and what was answered is on the disk.
+        // Readers concurrently with one writer; and what was answered is on disk.
         return {"PRAGMA journal_mode = WAL",   "PRAGMA synchronous = FULL", "PRAGMA foreign_keys = ON",
                 "PRAGMA trusted_schema = OFF", "PRAGMA cache_size = -8000", "PRAGMA temp_store = MEMORY"};
     }
@@ -52,7 +52,7 @@ public:
 
     StoreError::Kind kindOf(const QSqlError& error) const override
     {
-        // The low byte; the others say more than is needed.
+        // The low byte is the primary result code; the rest is more detail than needed.
         switch (error.nativeErrorCode().toInt() & 0xff) {
         case 5:
         case 6:
@@ -80,13 +80,13 @@ public:
         const bool there = ::stat(QFile::encodeName(m_options.name).constData(), &now) == 0;
         if (there && !m_opened)
             m_opened = now;
-        // A file that was removed could still be written, and all of it would be lost.
+        // A deleted file could still be written to, and all of it would be lost.
         if (!there || now.st_ino != m_opened->st_ino || now.st_dev != m_opened->st_dev)
             throw StoreError(StoreError::Kind::Gone, "The database's file " + m_options.name.toStdString() +
                                                          " is no longer the one that was opened.");
     }
 
-    // A table for each tenant: how often a word occurs elsewhere is nobody's business, nor may it cost time.
+    // One table per tenant: word frequencies of other tenants must neither leak nor cost time.
     QStringList makeSearch(qint64 tenant) const override
     {
         return {QString("CREATE VIRTUAL TABLE %1 USING fts5(caption, text, tokenize = 'unicode61 "
@@ -118,8 +118,8 @@ public:
             .arg(kRankedMatches);
     }
 
-    // Whole words are read along with each other, up to the last of the wanted ones, while for a beginning
-    // all lists of all words have to be put together first, and again to rank what was found.
+    // Lists of whole words are merged while they are read, up to the last match wanted, whereas a prefix
+    // requires the lists of all its words to be combined first, and again for ranking.
     QString searchArgument(const std::vector<SearchWord>& words) const override
     {
         QStringList terms;
@@ -132,7 +132,7 @@ public:
         return terms.join(" AND ");
     }
 
-    // It belongs to the connection, and takes no room.
+    // It belongs to the connection, and takes no space.
     QString prepareWords(qint64 tenant) const override
     {
         return QString("CREATE VIRTUAL TABLE IF NOT EXISTS temp.%1_words USING fts5vocab(main, %1, instance)")
@@ -152,7 +152,7 @@ private:
 
     DatabaseOptions m_options;
     mutable std::optional<struct stat>
-        m_opened; ///< Set by the first connection, which is made before there are threads.
+        m_opened; ///< Set by the first connection, which is made before any threads exist.
 };
 
 } // namespace

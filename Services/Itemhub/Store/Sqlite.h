@@ -4,7 +4,7 @@
 
 namespace Itemhub::Store {
 
-/// What is particular about SQLite.
+/// SQLite's dialect.
 [[nodiscard]] std::unique_ptr<Dialect> sqliteDialect(const DatabaseOptions& options);
 
 } // namespace Itemhub::Store

@@ -4,16 +4,16 @@
 
 namespace Itemhub::Store {
 
-/// What the database refuses or cannot do. The text is for the log; clients are told the kind.
+/// What the database refuses or cannot do. The text is for the log; clients learn the kind.
 class StoreError : public std::runtime_error
 {
 public:
     enum class Kind {
-        Busy,     ///< Somebody else has it for too long; later it may go.
-        Full,     ///< No room on the disk.
+        Busy,     ///< Locked by somebody else for too long; may succeed later.
+        Full,     ///< No space left on disk.
         Gone,     ///< It cannot be reached, or is no longer the one that was opened.
-        Newer,    ///< A later version of the program made it.
-        Conflict, ///< A row of that key exists, or one that is referred to doesn't.
+        Newer,    ///< Created by a later version of the program.
+        Conflict, ///< A row with that key exists, or a referenced one doesn't.
         Other,
     };
 

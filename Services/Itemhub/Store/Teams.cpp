@@ -4,7 +4,7 @@ namespace Itemhub::Store {
 
 namespace {
 
-// The first value of each statement is the workspace that is asked about.
+// The first value of each statement is the workspace in question.
 const std::string kSelect =
     "SELECT t.id, t.name, e.role, h.role FROM team t LEFT JOIN team_role e ON e.team_id = t.id AND "
     "e.workspace_id = 0 LEFT JOIN team_role h ON h.team_id = t.id AND h.workspace_id <> 0 AND "

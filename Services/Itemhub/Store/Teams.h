@@ -4,13 +4,13 @@
 
 namespace Itemhub::Store {
 
-/// People of a customer who have roles together. Whoever is in it has its roles besides his own.
+/// A customer's people who share roles. A member has the team's roles in addition to his own.
 struct Team
 {
     qint64 id = 0;
     QString name;
     Role everywhere = Role::None;
-    Role here = Role::None; ///< In the workspace that was asked about, apart from `everywhere`.
+    Role here = Role::None; ///< In the workspace in question, apart from `everywhere`.
 };
 
 /// @throws StoreError of kind Conflict if the customer has a team of that name
@@ -25,9 +25,9 @@ void removeTeam(Connection& connection, qint64 team);
 [[nodiscard]] std::vector<QString> namesOfTeam(Connection& connection, qint64 team);
 [[nodiscard]] bool isInTeam(Connection& connection, qint64 team, qint64 account);
 
-/// What holds already is left as it is, in both.
+/// Both leave alone what already holds.
 void setInTeam(Connection& connection, qint64 team, qint64 account, bool isIn);
-/// Role::None takes its role there, or its role everywhere with kAllWorkspaces.
+/// Role::None removes the team's role there; with kAllWorkspaces, its role everywhere.
 void setTeamRole(Connection& connection, qint64 team, qint64 workspace, Role role);
 
 } // namespace Itemhub::Store

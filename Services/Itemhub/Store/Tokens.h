@@ -4,7 +4,7 @@
 
 namespace Itemhub::Store {
 
-/// A token with whom it stands for, as one look-up finds it.
+/// A token and its account, found by a single query.
 struct TokenRecord
 {
     qint64 id = 0, account = 0, tenant = 0;
@@ -13,13 +13,13 @@ struct TokenRecord
     QString consumerKey; ///< Empty for bearer tokens.
     qint64 consumer = 0; ///< 0 for bearer tokens.
     Role scope = Role::None;
-    bool disabled = false; ///< The account.
+    bool disabled = false; ///< Whether the account is.
     qint64 createdAt = 0, expiresAt = 0;
 };
 
 struct NewToken
 {
-    qint64 account = 0, consumer = 0; ///< A consumer of 0 makes a bearer token.
+    qint64 account = 0, consumer = 0; ///< With a consumer of 0, it is a bearer token.
     QString selector, hash, sessionHash, label;
     Role scope = Role::Reader;
     qint64 expiresAt = 0;
@@ -30,7 +30,7 @@ qint64 addToken(Connection& connection, const NewToken& token);
 [[nodiscard]] std::vector<TokenRecord> tokensOf(Connection& connection, qint64 account);
 /// @returns false if the account has no such token
 bool removeToken(Connection& connection, qint64 account, qint64 token);
-/// Gives a token another selector, session and end.
+/// Gives a token a new selector, session and expiry.
 void renewToken(Connection& connection, qint64 token, const QString& selector, const QString& sessionHash,
                 qint64 expiresAt);
 void removeExpiredTokens(Connection& connection);
@@ -43,12 +43,13 @@ struct Consumer
 qint64 addConsumer(Connection& connection, qint64 tenant, const QString& key, const QString& label);
 [[nodiscard]] std::optional<Consumer> findConsumer(Connection& connection, const QString& key);
 
-/// Notes that a signed request came. @returns false if it came before
-/// @param stamp of the request, in seconds since 1970; what is older than the oldest is forgotten
+/// Records a signed request.
+/// @returns false for a replay
+/// @param stamp of the request, in seconds since 1970; anything older than the oldest is forgotten
 [[nodiscard]] bool useNonce(Connection& connection, const QString& token, qint64 stamp, const QString& nonce,
                             qint64 oldest);
 
-/// How long somebody who failed to sign in has to wait, in milliseconds; 0 if not at all.
+/// How long somebody who failed to sign in has to wait, in milliseconds; 0 for not at all.
 [[nodiscard]] qint64 waitOf(Connection& connection, const QString& subject);
 void noteFailure(Connection& connection, const QString& subject);
 void forgetFailures(Connection& connection, const QString& subject);

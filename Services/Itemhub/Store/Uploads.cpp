@@ -51,7 +51,7 @@ std::optional<KeptAnswer> claimKey(Connection& connection, qint64 account, const
     constexpr qint64 kKept = 24LL * 3600 * 1000;
     connection.run("DELETE FROM idempotency WHERE account_id = ? AND created_at < ?",
                    {account, now() - kKept});
-    // Of two at the same time, the second waits here for the first.
+    // Of two concurrent requests, the second waits here for the first.
     if (connection
             .run("INSERT INTO idempotency (account_id, idempotency_key, request, status, headers, body, "
                  "created_at) "

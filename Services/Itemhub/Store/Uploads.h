@@ -7,14 +7,14 @@
 
 namespace Itemhub::Store {
 
-/// An upload that was announced. How far it is, its file says.
+/// An announced upload. Its progress is the size of its file.
 struct Upload
 {
     QString id;
     qint64 account = 0;
-    qint64 length = 0; ///< In bytes, of the whole.
+    qint64 length = 0; ///< In bytes; the total.
     QString wanted;    ///< The SHA-256 that the client announced, or empty.
-    QString sha256;    ///< What came, once all of it is kept; before, empty.
+    QString sha256;    ///< Of the content, once all of it is stored; empty before.
     qint64 expiresAt = 0;
 };
 
@@ -23,19 +23,18 @@ void addUpload(Connection& connection, const Upload& upload);
 void finishUpload(Connection& connection, const QString& id, const QString& sha256);
 void removeUpload(Connection& connection, const QString& id);
 [[nodiscard]] std::vector<QString> expiredUploads(Connection& connection);
-/// Bytes that the account has announced in uploads that aren't over.
+/// The total in bytes of the account's open uploads.
 [[nodiscard]] qint64 announcedBytes(Connection& connection, qint64 account);
 
-/// An answer that was given to a request, to be given again when it's repeated.
+/// The response to a request, kept to be sent again when it is repeated.
 struct KeptAnswer
 {
-    QString request; ///< What was asked, as a hash.
+    QString request; ///< A hash of the request.
     int status = 0;
     QString headers, body;
 };
 
-/// Claims a key for a request, within a transaction. @returns the answer that was given if it was claimed
-/// before
+/// Claims a key for a request, within a transaction. @returns the response if it was claimed before
 [[nodiscard]] std::optional<KeptAnswer> claimKey(Connection& connection, qint64 account, const QString& key,
                                                  const QString& request);
 void keepAnswer(Connection& connection, qint64 account, const QString& key, const KeptAnswer& answer);

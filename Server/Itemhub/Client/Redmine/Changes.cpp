@@ -7,7 +7,7 @@
 namespace Vs::Itemhub::Redmine {
 namespace {
 
-constexpr std::chrono::seconds kPause{5}; // Between two questions, so that many programs are no burden.
+constexpr std::chrono::seconds kPause{5}; // Between two polls, so that many clients don't burden the server.
 constexpr int kPage = 100;
 
 std::int64_t secondsOf(const std::string& time)

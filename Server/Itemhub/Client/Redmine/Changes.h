@@ -4,14 +4,14 @@
 
 namespace Vs::Itemhub::Redmine {
 
-/// What happened to the issues that the user sees, found by asking which of them changed. Events are counted
-/// by the tracker's clock, in whole seconds since 1970; of a second, nothing is told before it is over.
+/// What happened to the issues that the user can see, found by polling for changed ones. Event serials
+/// are the tracker's time in whole seconds since 1970; a second is reported only once it is over.
 class Changes
 {
 public:
     Changes(Tracker& tracker, Reader& reader);
 
-    /// As ItemStore::events. After 0 there is nothing but the place to go on from.
+    /// See ItemStore::events. From 0, only the serial to continue from is returned.
     [[nodiscard]] ItemEvents events(std::int64_t after, int seconds, const Watch& watch);
 
 private:

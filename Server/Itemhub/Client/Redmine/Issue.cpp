@@ -12,7 +12,7 @@ namespace {
 // The tracker's own numbers have 31 bits.
 constexpr int kBits = 31;
 
-/// Null and missing texts are empty.
+/// Null and missing texts become empty.
 std::string textOrNone(const JsonReader& json, const char* name)
 {
     return json.has(name) ? json.text(name) : std::string();

@@ -9,8 +9,8 @@
 
 namespace Vs::Itemhub::Redmine {
 
-/// What we know of a file and the tracker doesn't: it stands in the file's description there, for people to
-/// read as well.
+/// What we know about a file and the tracker doesn't. It is kept in the file's description there, where
+/// people can read it, too.
 struct FileNote
 {
     std::string docType;
@@ -19,41 +19,42 @@ struct FileNote
 };
 
 [[nodiscard]] std::string textOf(const FileNote& note);
-/// What a description says; of one that isn't ours, only what the file's name tells.
+/// What a description says; if it isn't one of ours, only what the file name reveals.
 [[nodiscard]] FileNote noteOf(const std::string& description, const std::string& fileName);
 
-/// A file of an issue, which the tracker never changes: files of one name are versions of each other.
+/// A file of an issue. The tracker never changes files: those of the same name are versions of each
+/// other.
 struct File
 {
     std::int64_t id = 0;
     std::string name, author, createdAt, label;
-    std::string attachedAt;  ///< It may have been sent earlier.
-    std::int64_t change = 0; ///< The number of the change that it came with; 0 for what came with the issue.
+    std::string attachedAt;  ///< It may have been uploaded earlier.
+    std::int64_t change = 0; ///< The number of the change it came with; 0 if it came with the issue.
     std::uint64_t size = 0;
     FileNote note;
 };
 
-/// An issue with all that we look for in it.
+/// An issue with everything we need from it.
 struct Issue
 {
     Web::ItemValues values;
-    std::vector<File> files; ///< In the order in which they came, which isn't that of their numbers.
+    std::vector<File> files; ///< In order of arrival, which isn't the order of their numbers.
     std::vector<Web::Comment> comments;
-    /// The files of one name, the first version first.
+    /// The files of one name, oldest version first.
     [[nodiscard]] std::vector<File> versionsOf(const std::string& name) const;
-    /// The name of the file with that number; NotFound if there is none.
+    /// The name of the file with this number; NotFound if there is none.
     [[nodiscard]] const std::string& nameOf(std::int64_t file, const std::string& action) const;
 };
 
-/// How people of the tracker are called.
+/// The display name of a person on the tracker.
 using NameOf = std::function<std::string(const JsonReader& person)>;
 
 [[nodiscard]] Web::ItemValues itemOf(const JsonReader& issue, const NameOf& nameOf);
 [[nodiscard]] Issue issueOf(const JsonReader& issue, const NameOf& nameOf);
 [[nodiscard]] Web::Version versionOf(const File& file, std::int64_t number);
 
-/// Attachments have numbers of their own in the whole system, but the tracker doesn't say whose a file is:
-/// ours tell both.
+/// Attachment numbers are unique across the tracker, but it doesn't say which issue a file belongs to:
+/// our identifiers encode both.
 [[nodiscard]] std::int64_t attachmentId(std::int64_t issue, std::int64_t file);
 [[nodiscard]] std::int64_t issueOfAttachment(std::int64_t attachment);
 [[nodiscard]] std::int64_t fileOfAttachment(std::int64_t attachment);

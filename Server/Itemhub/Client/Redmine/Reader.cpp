@@ -35,7 +35,7 @@ Reader::User Reader::me(const Watch& watch)
     return user;
 }
 
-// People have the names that the tracker shows; the user the one by which he signs in, which no other has.
+// Others have the names that the tracker shows; the user has the login name, which is unique.
 NameOf Reader::names(const Watch& watch)
 {
     return [me = me(watch)](const JsonReader& person) {
@@ -60,7 +60,7 @@ std::string Reader::roleIn(const JsonReader& project, const User& me, const Watc
         for (const auto& permission : answer.object("role")["permissions"].toArray())
             may.insert(permission.toString().toStdString());
     }
-    // Whoever may write notes may attach files.
+    // Anyone who may write notes may attach files.
     if (!may.contains("add_issues") || (!may.contains("edit_issues") && !may.contains("add_issue_notes")))
         return "reader";
     return may.contains("manage_members") ? "admin" : "writer";

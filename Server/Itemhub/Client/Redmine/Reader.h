@@ -10,7 +10,7 @@
 
 namespace Vs::Itemhub::Redmine {
 
-/// What is read of a tracker for more than one purpose. Any thread.
+/// Reads from a tracker that serve more than one purpose. Any thread.
 class Reader
 {
 public:
@@ -26,11 +26,11 @@ public:
 
     /// Who is signed in; asked once.
     [[nodiscard]] User me(const Watch& watch);
-    /// Asks the next time again who is signed in.
+    /// The next call asks again who is signed in.
     void forget();
     [[nodiscard]] NameOf names(const Watch& watch);
     [[nodiscard]] Issue issue(std::int64_t id, const std::string& doing, const Watch& watch);
-    /// What the user may in a project, as Workspace::role says it.
+    /// What the user may do in a project, in the terms of Workspace::role.
     [[nodiscard]] std::string roleIn(const JsonReader& project, const User& me, const Watch& watch);
 
 private:

@@ -24,7 +24,7 @@ std::string issuePath(std::int64_t id, const char* rest = ".json")
     return "issues/" + std::to_string(id) + rest;
 }
 
-/// The tracker keeps line ends as browsers send them.
+/// The tracker stores line ends the way browsers send them.
 std::string plain(const std::string& text)
 {
     QString plain = QString::fromStdString(text);
@@ -46,7 +46,7 @@ Account RedmineStore::account(const Watch& watch)
 
 void RedmineStore::signOut()
 {
-    // The key is the user's for as long as he likes, for all of his programs.
+    // The key is the user's own and shared by all of his programs, so it isn't revoked.
 }
 
 std::vector<Web::Workspace> RedmineStore::workspaces(const Watch& watch)
@@ -126,7 +126,8 @@ std::vector<Web::Item> RedmineStore::ownNewest(std::int64_t project, const std::
     return items;
 }
 
-// The tracker knows no keys of requests: whether a lost one was carried out, what is there tells.
+// The tracker has no idempotency keys: whether a lost request was carried out shows in what exists
+// afterwards.
 Web::Item RedmineStore::addItem(const NewItem& item, const std::string&, const Watch& watch)
 {
     const std::string doing = "Making the issue \"" + item.caption + '"';
@@ -288,7 +289,7 @@ std::uint64_t RedmineStore::arrived(const std::string& upload, const Watch&)
     return m_versions.arrived(upload);
 }
 
-// The tracker takes a file as a whole or not at all.
+// The tracker accepts a file only as a whole.
 void RedmineStore::upload(const std::string& upload, const std::string& file, std::uint64_t,
                           const Watch& watch)
 {

@@ -9,13 +9,13 @@
 
 namespace Vs::Itemhub::Redmine {
 
-/// An issue tracker (Redmine 5) as an ItemStore. Its projects are workspaces, its issues items; the files of
-/// one name that an issue has are the versions of an attachment, labelled by the note that came with the
-/// file; other notes are comments; what the user watches are his favourites.
+/// An issue tracker (Redmine 5) as an ItemStore. Projects are workspaces and issues are items; an issue's
+/// files of the same name are the versions of an attachment, labelled by the note that came with the file;
+/// other notes are comments; the issues that the user watches are his favourites.
 ///
-/// The tracker has no condition for a change that a client could state: whether a version was made from the
-/// newest one is looked at before and after, and who came second takes his own away again. It has no list of
-/// what happened either, and is asked every few seconds which issues changed.
+/// The tracker has no conditional updates: whether a version was made from the newest one is checked
+/// before and after the change, and whoever came second removes his own. It has no event log either, so it is
+/// polled every few seconds for changed issues.
 class RedmineStore : public ItemStore
 {
 public:

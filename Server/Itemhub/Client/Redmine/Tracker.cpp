@@ -17,7 +17,7 @@ using Network::Request;
 
 constexpr const char* kPrefix = "redmine+";
 constexpr qint64 kMostContent = qint64(16) << 20;
-constexpr int kPage = 100; // More the tracker doesn't give at once.
+constexpr int kPage = 100; // The tracker's limit per page.
 constexpr size_t kMostEntries = 20000;
 
 QUrl addressOf(const std::string& named)
@@ -25,7 +25,7 @@ QUrl addressOf(const std::string& named)
     return QUrl(QString::fromStdString(isAddress(named) ? named.substr(std::strlen(kPrefix)) : named));
 }
 
-/// The tracker takes a user's key for a name that needs no password.
+/// The tracker accepts a user's key as a name that needs no password.
 Access withKey(Access access)
 {
     access.kind = Access::Kind::Key;

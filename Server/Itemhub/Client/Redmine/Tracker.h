@@ -16,7 +16,8 @@ namespace Vs::Itemhub::Redmine {
 /// Whether an address names an issue tracker, as "redmine+https://tracker.example.org/".
 [[nodiscard]] bool isAddress(const std::string& address);
 
-/// Requests to an issue tracker in the name of one of its users, by his key. Fails as ItemStore does.
+/// Requests to an issue tracker on behalf of one of its users, authenticated by his key. Fails as
+/// ItemStore does.
 class Tracker
 {
 public:
@@ -24,34 +25,35 @@ public:
 
     explicit Tracker(const Access& access);
 
-    /// The key of whoever has that password.
+    /// The key of the user with this password.
     [[nodiscard]] static std::string keyOf(const Access& where, const std::string& account,
                                            const std::string& password, const Watch& watch);
 
     [[nodiscard]] QUrl url(const std::string& path, const Query& query = {}) const;
-    /// What is done and where, for messages.
+    /// What is being done and where, for messages.
     [[nodiscard]] std::string action(const std::string& doing) const;
     [[nodiscard]] Connections& connections() { return m_connections; }
 
     [[nodiscard]] JsonReader get(const std::string& path, const Query& query, const std::string& doing,
                                  const Watch& watch);
-    /// The same with the server's clock, which says when it answered.
+    /// The same with the server's time of the response.
     [[nodiscard]] std::pair<JsonReader, QDateTime> getWithTime(const std::string& path, const Query& query,
                                                                const std::string& doing, const Watch& watch);
-    /// Asks for a change, once. The answer may still be one that refuses it.
+    /// Requests a change, once. The response may still be a refusal.
     [[nodiscard]] Network::Answer change(const char* method, const std::string& path, const QJsonObject& body,
                                          const Watch& watch);
-    /// Asks for a change, and throws if it is refused.
+    /// Requests a change, and throws if it is refused.
     void changed(const char* method, const std::string& path, const QJsonObject& body,
                  const std::string& doing, const Watch& watch);
-    /// The objects of all pages of a list, as long as there aren't more than a client should hold.
+    /// The objects on all pages of a list, up to the number of entries that a client should hold.
     [[nodiscard]] std::vector<JsonReader> list(const std::string& path, const char* name, Query query,
                                                const std::string& doing, const Watch& watch);
-    /// Sends a file, which belongs to nothing yet; gives its token, which names it and its hash.
+    /// Uploads a file, not yet attached to anything; returns its token, which contains its number and
+    /// hash.
     [[nodiscard]] std::string upload(const std::string& file, std::uint64_t size, const Watch& watch);
-    /// What a content hashes to, which the tracker tells nobody.
+    /// The hash of a content, which the tracker doesn't report.
     [[nodiscard]] std::string sha256(const QUrl& content, const std::string& doing, const Watch& watch);
-    /// The path and query below the tracker of an address that the store gave out.
+    /// The path and query, relative to the tracker, of an address that the store gave out.
     [[nodiscard]] QUrl below(const std::string& uri, const std::string& doing) const;
 
 private:

@@ -16,7 +16,7 @@ using Network::Answer;
 
 constexpr int kUnprocessable = 422;
 
-/// The number of the file that an upload has become.
+/// The number of the file that an upload became.
 std::int64_t fileOf(const std::string& token)
 {
     return std::strtoll(token.c_str(), nullptr, 10);
@@ -32,7 +32,7 @@ std::string numbered(const char* what, std::int64_t id)
     return std::string(what) + ' ' + std::to_string(id);
 }
 
-/// As a program of ours takes it; on the tracker's page, that of the file.
+/// In the form that our clients accept; on the tracker's page it is the file's address.
 std::string addressOf(const Tracker& tracker, std::int64_t issue, std::int64_t file)
 {
     return tracker.url("attachments/" + std::to_string(file), {{"issue", std::to_string(issue)}})
@@ -193,7 +193,8 @@ MadeVersion Versions::add(const NewVersion& version, const Watch& watch)
     const std::string name =
         isNew ? version.name : before.nameOf(fileOfAttachment(version.attachmentId), m_tracker.action(doing));
     const std::vector<File> known = before.versionsOf(name);
-    // What an earlier request with this content has made, whose answer was lost, isn't made again.
+    // A version that an earlier request with this content made, and whose response was lost, isn't made
+    // again.
     if (find(known, id) == known.end()) {
         if (!isNew)
             refuseOutdated(known, version.madeFrom, doing);
@@ -209,7 +210,7 @@ MadeVersion Versions::add(const NewVersion& version, const Watch& watch)
                                                          "where the account may not change the issue");
     const std::int64_t number = made - now.begin() + 1;
     if (!isNew && number != version.madeFrom + 1) {
-        // Somebody came between the look and the change.
+        // Somebody was faster between the check and the change.
         m_tracker.changed("DELETE", "attachments/" + std::to_string(id) + ".json", {}, doing, watch);
         std::vector<File> others(now.begin(), now.end());
         std::erase_if(others, [id](const File& file) { return file.id == id; });
@@ -241,8 +242,8 @@ void Versions::attach(const NewVersion& version, const std::string& name, const 
         issue["notes"] = QString::fromStdString(version.label);
     const std::string path = "issues/" + std::to_string(version.itemId) + ".json";
     Answer answer = m_tracker.change("PUT", path, {{"issue", issue}}, watch);
-    // A file that belongs to an issue isn't attached twice, so asking again is harmless; what it is refused
-    // for then is seen in the issue.
+    // A file that belongs to an issue isn't attached twice, so retrying is harmless; why it is refused
+    // then shows in the issue.
     const bool wasLost = answer.isLost();
     if (wasLost)
         answer = m_tracker.change("PUT", path, {{"issue", issue}}, watch);

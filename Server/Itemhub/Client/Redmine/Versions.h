@@ -4,7 +4,7 @@
 
 namespace Vs::Itemhub::Redmine {
 
-/// The files of issues as attachments with versions, and the way there; see RedmineStore. Any thread.
+/// The files of issues as attachments with versions, and their transfer; see RedmineStore. Any thread.
 class Versions
 {
 public:
@@ -17,12 +17,12 @@ public:
 
     [[nodiscard]] std::string beginUpload(std::uint64_t size, const std::string& sha256);
     [[nodiscard]] std::uint64_t arrived(const std::string& upload);
-    /// All of it: the tracker takes a file as a whole or not at all.
+    /// All of it: the tracker accepts a file only as a whole.
     void upload(const std::string& upload, const std::string& file, const Watch& watch);
     [[nodiscard]] MadeVersion add(const NewVersion& version, const Watch& watch);
 
 private:
-    /// An upload that began in this run; the tracker itself remembers nothing of it.
+    /// An upload that was begun in this run; the tracker itself keeps no record of it.
     struct Announced
     {
         std::uint64_t size = 0;
@@ -33,7 +33,7 @@ private:
     /// 0 for the newest.
     [[nodiscard]] Content contentOf(std::int64_t attachment, std::int64_t number, const std::string& doing,
                                     const Watch& watch);
-    /// The hash of a file whose description doesn't tell it.
+    /// The hash of a file whose description doesn't state it.
     [[nodiscard]] std::string hashed(std::int64_t file, const QUrl& address, const std::string& doing,
                                      const Watch& watch);
     void refuseOutdated(const std::vector<File>& known, std::int64_t madeFrom,

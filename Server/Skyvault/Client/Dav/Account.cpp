@@ -10,7 +10,7 @@ namespace {
 
 const auto kEntry = QStringLiteral("/remote.php/");
 
-/// The "data" of an answer of the server's own interface; empty if there is none.
+/// The "data" of a response of the server's own API; empty if there is none.
 QJsonObject dataOf(Session& session, const QUrl& base, const QString& path)
 {
     QUrl url = base;
@@ -70,7 +70,7 @@ DriveResult recognize(Session& session)
     const QString display = user["display-name"].toString(user["displayname"].toString());
     session.user = (display.isEmpty() ? id : display).toStdString();
     session.service.web = base;
-    session.service.foldersHaveEtags = true; // Clients that mirror such a drive go by them.
+    session.service.foldersHaveEtags = true; // Clients that synchronize such a drive rely on them.
     readCapabilities(dataOf(session, base, QStringLiteral("/ocs/v2.php/cloud/capabilities")),
                      session.service);
     if (path.startsWith(base.path() + "/remote.php/webdav"))

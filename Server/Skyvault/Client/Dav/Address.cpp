@@ -4,7 +4,7 @@ namespace Vs::Cloud {
 
 namespace {
 
-/// Whether it is a path that means itself, as most do in a long listing.
+/// Whether it is a path without any encoding, as most in a long listing are.
 bool isPlainPath(QByteArrayView reference)
 {
     const auto isPlain = [](char c) {
@@ -15,8 +15,8 @@ bool isPlainPath(QByteArrayView reference)
            std::all_of(reference.begin(), reference.end(), isPlain);
 }
 
-/// The names of a path as it travels, decoded. Nothing stands between two slashes but in a path that leads
-/// nowhere, save at its end.
+/// The decoded names of an encoded path, whose trailing slash is ignored. An empty name, from two slashes in
+/// a row, means that the path leads nowhere.
 std::optional<QByteArrayList> namesOf(QByteArray path)
 {
     QByteArrayList names;
@@ -86,7 +86,7 @@ std::optional<std::string> Address::pathOf(QByteArrayView reference) const
     return path.empty() ? "/" : path;
 }
 
-// Without decoding, and without a copy of each name.
+// Without decoding, and without copying each name.
 std::optional<std::string> Address::pathOfPlain(QByteArrayView text) const
 {
     if (text.endsWith('/'))

@@ -6,7 +6,7 @@ namespace Vs::Cloud {
 
 namespace {
 
-// A server tells times in whole seconds.
+// Servers report times in whole seconds.
 constexpr std::chrono::seconds kOlder{2};
 
 } // namespace
@@ -53,7 +53,8 @@ void Aside::drop(const DriveEntry& after)
     DriveEntry moved;
     if (!m_session.find(m_path, moved).isOk())
         return;
-    // On some servers an ETag goes by the name, too. Then size and time tell, unless both are of one moment.
+    // On some servers the ETag also depends on the name. Then size and time decide, unless both versions are
+    // of the same moment.
     const bool hasSameEtag = !moved.etag.empty() && strongPart(moved.etag) == strongPart(m_known.etag);
     const bool isSame = moved.size == m_known.size && moved.modified == m_known.modified &&
                         moved.modified + kOlder < after.modified;

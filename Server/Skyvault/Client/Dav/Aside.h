@@ -7,19 +7,20 @@
 
 namespace Vs::Cloud {
 
-/// What a server has under a file's name, moved to the name of a copy beside it until the new version is
-/// there. It is for servers that neither lock nor refuse: whatever another writes before the move is in the
-/// file that was moved, and not written over. Who is killed meanwhile leaves it where everybody sees it.
+/// Whatever has the file's name on the server, moved to the name of a copy beside it until the new version is
+/// in place. For servers that neither lock nor refuse: anything somebody else writes before the move is in
+/// the moved file, and not overwritten. If the program is killed meanwhile, the copy stays where everybody
+/// can see it.
 class Aside
 {
 public:
-    /// Moves `known`, or what has come in its place. There is none if nothing had the name any more.
+    /// Moves `known` aside, or whatever has replaced it. There is no Aside if nothing had the name any more.
     static DriveResult take(Session& session, const DriveEntry& known, std::unique_ptr<Aside>& aside);
 
-    /// Moves it back, if nothing has its name meanwhile.
+    /// Moves it back unless the name has been taken meanwhile.
     void giveBack();
-    /// Removes it if it is the known version; if it is another's, it stays as the copy that it is. `after` is
-    /// the new version, by whose time the server's clock is known.
+    /// Removes it if it is the known version; if it is somebody else's, it stays as a copy. `after` is the
+    /// new version, whose time tells the server's clock.
     void drop(const DriveEntry& after);
 
 private:

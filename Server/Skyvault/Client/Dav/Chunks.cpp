@@ -8,7 +8,7 @@ namespace Vs::Cloud {
 
 namespace {
 
-// No part but the last may be smaller, and no more than 10000 are allowed.
+// All parts but the last must have at least this size, and at most 10000 are allowed.
 constexpr qint64 kLeastPart = qint64(5) << 20;
 constexpr qint64 kPart = qint64(10) << 20;
 constexpr qint64 kMostParts = 10000;
@@ -38,14 +38,14 @@ DriveResult Chunks::begin(const std::string& action)
     m_sent.clear();
     const Request make{.method = "MKCOL", .url = m_place.root(), .headers = {m_destination}};
     Answer made = m_session.http.ask(make);
-    // What is made twice is there once.
+    // Creating it twice is harmless.
     if (made.isLost() && made.wasReset)
         made = m_session.http.ask(make);
     if (made.status == 201)
         return {};
     if (made.status != 405 && !made.isLost())
         return resultOf(made, action);
-    // An earlier attempt has made it, or the lost one.
+    // An earlier attempt created it, or the request whose response was lost.
     MultiStatus reader(m_place, [&](DavItem&& each) { m_sent[each.entry.path] = each.entry.size; });
     Request request{
         .method = "PROPFIND",
@@ -91,16 +91,16 @@ DriveResult Chunks::sendMissing(const std::string& source, qint64 size, const st
                                               {"Content-Type", "application/octet-stream"}},
                                   .file = FilePart{source, offset, length}};
             Answer answer = m_session.http.ask(request, partly);
-            // The same bytes to the same part of ours change nothing when they arrive twice.
+            // Sending the same bytes to the same part twice is harmless.
             if (answer.isLost() && answer.wasReset)
                 answer = m_session.http.ask(request, partly);
-            // Also 409: the folder above what is written is missing.
+            // 409 as well: the folder above the target is missing.
             m_isGone = answer.status == 404 || answer.status == 409;
             if (!answer.isOk())
                 return resultOf(answer, action);
         }
         offset += length;
-        // A chunk may be through before anybody was asked, or need not be sent.
+        // A chunk may be done before progress was ever reported, or may not need to be sent.
         if (watch.progress && !watch.progress(std::uint64_t(offset), std::uint64_t(size)))
             return failed(CloudErrorState::Cancelled, action, {});
     }

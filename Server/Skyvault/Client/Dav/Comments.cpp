@@ -11,7 +11,7 @@ namespace {
 const auto kRemark = QStringLiteral("remark");
 constexpr const char* kWanted = "<q:remark xmlns:q=\"urn:quillet\"/>";
 
-/// Without what XML can't hold.
+/// Without the characters that XML doesn't allow.
 QString plain(const std::string& text)
 {
     QString result = QString::fromStdString(text);
@@ -24,7 +24,7 @@ bool isRefusal(int status)
     return status == 404 || status == 405 || status == 501;
 }
 
-/// The last name of the address that the server gave what was made, which is a number.
+/// The last part of the address that the server assigned to the new comment, if it is a number.
 std::string madeId(const Answer& answer)
 {
     const QByteArray address = answer.header("Content-Location");
@@ -33,7 +33,7 @@ std::string madeId(const Answer& answer)
     return isNumber ? std::to_string(id) : std::string();
 }
 
-/// Whether the newest comment, by its number, says this. Then `id` becomes its number.
+/// Whether the newest comment, by number, has this text. Sets `id` to its number.
 bool isNewest(Session& session, const QUrl& collection, const QString& text, std::string& id)
 {
     const Address place(collection);
@@ -72,7 +72,7 @@ DriveResult setRemark(Session& session, const std::string& path, const std::stri
         return failed(CloudErrorState::Unsupported, action, "the server keeps no remarks");
     if (!answer.isOk() && !answer.isLost())
         return resultOf(answer, action);
-    // Some servers answer that all is well and keep nothing.
+    // Some servers report success and store nothing.
     DavItem item;
     if (DriveResult found = session.look(path, item, kWanted); !found.isOk())
         return found;
@@ -106,7 +106,8 @@ DriveResult comment(Session& session, const std::string& path, const std::string
             id = madeId(answer);
             return {};
         }
-        // Who says it once more, says it twice. Another good answer may be a page of the network between.
+        // Retrying could post it twice. Any other successful response may be a page of the network in
+        // between.
         if ((answer.isOk() || mayBeDone(answer)) && isNewest(session, url, message, id))
             return {};
         if (answer.isOk())
@@ -117,7 +118,7 @@ DriveResult comment(Session& session, const std::string& path, const std::string
     }
     if (!session.traits.properties.mayHold())
         return failed(CloudErrorState::Unsupported, action, "the server keeps no remarks");
-    // Earlier remarks stay, each in its line.
+    // Earlier remarks are kept, one per line.
     QString remarks = item.properties[kRemark];
     if (!remarks.isEmpty())
         remarks += '\n';

@@ -6,11 +6,11 @@
 
 namespace Vs::Cloud {
 
-/// Adds a remark to the server's comments on a file, else to those that the file itself keeps as a property.
+/// Adds a remark to the server's comments on a file, or if it has none to those in a property of the file.
 DriveResult comment(Session& session, const std::string& path, const std::string& text, std::string& id);
 
-/// Replaces the remarks that the file keeps as a property, and reads them back. Unsupported if the server
-/// doesn't keep them.
+/// Replaces the remarks in a property of the file, and reads them back. Unsupported if the server doesn't
+/// store them.
 DriveResult setRemark(Session& session, const std::string& path, const std::string& text);
 
 } // namespace Vs::Cloud

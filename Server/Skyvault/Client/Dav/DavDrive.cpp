@@ -11,7 +11,7 @@ namespace Vs::Cloud {
 
 namespace {
 
-// In one session, of what remains unknown: a server may never answer some request.
+// Per session, for what remains unknown: a server may never answer some request.
 constexpr int kMostProbes = 3;
 
 } // namespace
@@ -66,7 +66,7 @@ DriveResult DavDrive::makeFolders(const std::string& path)
 
 DriveResult DavDrive::upload(const DriveUpload& upload, DriveEntry& entry, const DriveWatch& watch)
 {
-    // Perhaps the user may write there and not in the root.
+    // The user may be allowed to write there though not in the root.
     if (!m_session.traits.isKnown() && m_probesLeft-- > 0) {
         DriveResult result = checkPath("Writing", upload.path);
         if (result.isOk())

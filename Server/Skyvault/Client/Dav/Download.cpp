@@ -18,7 +18,7 @@ DriveResult cacheFailed(const std::string& action, const std::string& file, cons
     return failed(CloudErrorState::CacheFailed, action, "\"" + file + "\" can't be written: " + why);
 }
 
-/// The new name itself must not get lost in a power cut either.
+/// The new name itself has to survive a power failure, too.
 void syncFolder(const QString& folder)
 {
     const int handle = ::open(folder.toLocal8Bit().constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -55,7 +55,7 @@ DriveResult download(Session& session, const std::string& path, const std::strin
     if (answer.status != 200)
         return failed(CloudErrorState::BadAnswer, action,
                       "the server answered " + std::to_string(answer.status));
-    // What was read may be newer than what was looked at; its own ETag is what counts.
+    // The content may be newer than the entry looked up before; its own ETag counts.
     const std::string etag = answer.header("ETag").toStdString();
     const bool isOther = !etag.empty() && strongPart(etag) != strongPart(entry.etag);
     if (!isOther && std::uint64_t(answer.received) != entry.size)

@@ -6,8 +6,7 @@
 
 namespace Vs::Cloud {
 
-/// Reads a file of the drive into a new one beside the target, which takes the target's place when all of it
-/// is on the disk.
+/// Downloads a file of the drive to a temporary file, which replaces the target once all of it is on disk.
 DriveResult download(Session& session, const std::string& path, const std::string& target, DriveEntry& entry,
                      const DriveWatch& watch);
 

@@ -52,7 +52,7 @@ std::string nameOfNewCopy(Session& session, const DriveEntry& other)
     for (int number = 1; number <= kMostCopies; ++number) {
         std::string copy = nameOfCopy(other, number);
         DriveEntry there;
-        // Some servers copy over what is there though told not to.
+        // Some servers overwrite an existing copy though told not to.
         if (session.find(copy, there).state == CloudErrorState::NotFound)
             return copy;
     }

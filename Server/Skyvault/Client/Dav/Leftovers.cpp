@@ -19,10 +19,10 @@ namespace fs = boost::filesystem;
 
 namespace {
 
-/// Of a note that is still written: others leave it alone.
+/// Marks a note that is still being written: others leave it alone.
 constexpr char kUnfinished = '.';
 
-/// The lock goes with the file's handle, and so with its program. -1 if another has it.
+/// The lock is released with the file handle, and thus with its program. -1 if another one holds it.
 int opened(const fs::path& file, int how)
 {
     const int handle = ::open(file.c_str(), how | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);

@@ -8,16 +8,16 @@
 
 namespace Vs::Cloud {
 
-/// Notes on this machine of what is made on a drive for a while, so that what a killed program left there can
-/// be removed: not every server lists hidden names. A note is a file with a path of the drive in it, which
-/// its program has locked as long as it lives. Where notes can't be written there are none.
+/// Local notes of what is temporarily created on a drive, so that what a killed program left there can be
+/// removed: not every server lists hidden names. A note is a file that contains a path on the drive, and is
+/// locked by its program as long as that runs. If notes can't be written, there are none.
 class Leftovers
 {
 public:
-    /// The folder of the notes, which is made with the first one. Without it there are none.
+    /// The folder for the notes, created with the first one. Without a folder there are no notes.
     void keepIn(boost::filesystem::path folder) { m_folder = std::move(folder); }
 
-    /// What something is noted by, from before it is made.
+    /// The note of an object, written before the object is created.
     class Note
     {
     public:
@@ -28,7 +28,8 @@ public:
         Note(const Note&) = delete;
         Note& operator=(const Note&) = delete;
 
-        /// It is gone from the drive. Else the note stays, for the next program to see to it.
+        /// The object is gone from the drive. Otherwise the note stays, and the next program takes care of
+        /// it.
         void drop();
 
     private:
@@ -40,8 +41,8 @@ public:
     };
     [[nodiscard]] Note note(const std::string& path) const;
 
-    /// Calls `remove` with each path whose program is no more, and forgets those of which it answers that
-    /// they are gone.
+    /// Calls `remove` with each path whose program is no longer running, and deletes the notes of those for
+    /// which it returns that they are gone.
     void clear(const std::function<bool(const std::string& path)>& remove) const;
 
 private:

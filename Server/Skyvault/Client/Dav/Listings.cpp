@@ -6,7 +6,7 @@ namespace Vs::Cloud {
 
 namespace {
 
-// What is shorter is read as soon as it is asked about.
+// Reading a shorter listing takes no longer than asking whether it has changed.
 constexpr size_t kLeastEntries = 100;
 constexpr size_t kMostListings = 4;
 

@@ -7,14 +7,14 @@
 
 namespace Vs::Cloud {
 
-/// The last long listings of folders, for servers that give a folder another ETag with whatever changes in
-/// it: as long as it has the same one, the listing isn't read again.
+/// A cache of the latest long listings, for servers on which any change within a folder changes the folder's
+/// ETag: as long as that stays the same, the listing isn't read again.
 class Listings
 {
 public:
     DriveResult list(Session& session, const std::string& folder, std::vector<DriveEntry>& entries,
                      const DriveWatch& watch);
-    /// After a change of ours, so that nothing is asked whose answer is known.
+    /// After a change of our own, to avoid a query whose answer is known.
     void forget() { m_kept.clear(); }
 
 private:
@@ -24,7 +24,7 @@ private:
         std::vector<DriveEntry> entries;
     };
 
-    std::vector<Kept> m_kept; ///< The latest first.
+    std::vector<Kept> m_kept; ///< Latest first.
 };
 
 } // namespace Vs::Cloud

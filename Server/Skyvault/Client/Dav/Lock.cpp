@@ -9,8 +9,8 @@ namespace Vs::Cloud {
 
 namespace {
 
-// Whoever is killed in a save keeps others out for so long, and so does a lock whose answer was lost, where
-// the server doesn't tell whose it is. As long as a save goes on, it is renewed.
+// A program killed during a save locks others out for that long, and so does a lock whose response was lost,
+// if the server doesn't say whose it is. During a save it is renewed.
 constexpr std::chrono::seconds kTime{30};
 constexpr std::chrono::seconds kLeastTime{10};
 
@@ -26,14 +26,14 @@ Header timeHeader()
     return {"Timeout", "Second-" + QByteArray::number(qint64(kTime.count()))};
 }
 
-/// Empty if the server doesn't tell it.
+/// Empty if the server doesn't report it.
 QString property(const DavItem& item, const char* name)
 {
     const auto found = item.properties.find(QString::fromLatin1(name));
     return found == item.properties.end() ? QString() : found->second;
 }
 
-/// "Second-120"; what can't be read is taken for what was asked.
+/// "Second-120"; if it can't be parsed, the requested time is assumed.
 std::chrono::seconds timeGranted(const QByteArray& content)
 {
     QXmlStreamReader xml(content);
@@ -109,7 +109,7 @@ DriveResult Lock::another(const DavItem& item, const std::string& action)
                   "it is locked" + (owner.isEmpty() ? std::string() : " by " + owner.toStdString()));
 }
 
-// Some servers tell an owner or a token of their own making.
+// Some servers report an owner or a token that they made up themselves.
 bool Lock::isSecond(const DavItem& item) const
 {
     const QString owner = property(item, "owner");
@@ -128,7 +128,7 @@ bool Lock::adopt()
     return !m_token.isEmpty();
 }
 
-// Some servers want to be told whose token it is.
+// Some servers require the token to be tagged with its resource.
 void Lock::removeEmptyFile() const
 {
     DriveEntry made;
@@ -151,7 +151,7 @@ void Lock::renewAtHalfTime()
         m_time = timeGranted(answer.content);
     else if (answer.status != 0)
         m_isLost = true;
-    // Also where nothing was answered: it is tried again at half of what remains at worst.
+    // Also without a response: at worst it is retried after half of what remains.
     m_since = std::chrono::steady_clock::now();
     m_isRenewing = false;
 }
@@ -162,7 +162,7 @@ Lock::~Lock()
     if (m_token.isEmpty())
         return;
     const Headers headers{{"Lock-Token", "<" + m_token + ">"}};
-    // A lock that is released twice is no harm, one that stays keeps others out.
+    // Releasing a lock twice is harmless, but a remaining one locks others out.
     if (m_session.ask("UNLOCK", m_path, headers).wasReset)
         static_cast<void>(m_session.ask("UNLOCK", m_path, headers));
 }

@@ -8,8 +8,8 @@
 
 namespace Vs::Cloud {
 
-/// A lock on a file of the drive, which is renewed at half of its time as long as requests run, and released
-/// with this object. A lock whose program was killed ends by itself.
+/// A lock on a file of the drive, renewed at half its time as long as requests are running, and released with
+/// this object. The lock of a killed program expires.
 class Lock
 {
 public:
@@ -17,28 +17,28 @@ public:
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
 
-    /// Takes the lock. A file that isn't there yet comes to be, empty: `madeFile` says so.
+    /// Takes the lock. A file that doesn't exist yet is created empty: `madeFile` says so.
     static DriveResult take(Session& session, const std::string& path, std::unique_ptr<Lock>& lock);
 
     bool madeFile() const { return m_madeFile; }
-    /// Removes the file again, if it is empty; for one that came to be by the lock and was not written to.
+    /// Removes the file again if it is empty; for one that was created by the lock and not written to.
     void removeEmptyFile() const;
-    /// For a request about the locked file itself.
+    /// For a request on the locked file itself.
     Header condition() const { return {"If", "(<" + m_token + ">)"}; }
-    /// For a request about another one that also changes this.
+    /// For a request on another file that also changes this one.
     Header taggedCondition() const;
-    /// Whether what the server tells of the locked file (`lockdiscovery`) names another's lock first: where
-    /// two ask at once, some servers give one to both, and the second has to step back.
+    /// Whether the lock that the server reports first (`lockdiscovery`) is somebody else's: if two ask at the
+    /// same time, some servers grant a lock to both, and the second has to back off.
     bool isSecond(const DavItem& item) const;
-    /// That somebody else has the lock that the server tells of.
+    /// The failure that somebody else holds the lock reported by the server.
     static DriveResult another(const DavItem& item, const std::string& action);
-    /// The server no longer knows it, or refused to renew it.
+    /// The server no longer knows the lock, or refused to renew it.
     bool isLost() const { return m_isLost; }
 
 private:
     Lock(Session& session, std::string path);
     DriveResult request(const std::string& action);
-    /// The answer of a LOCK was lost: whether the lock is ours nevertheless.
+    /// After the response to a LOCK was lost: whether the lock is ours nevertheless.
     bool adopt();
     void take(const Answer& answer);
     void renewAtHalfTime();

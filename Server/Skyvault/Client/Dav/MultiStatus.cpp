@@ -14,7 +14,7 @@ constexpr qint64 kMostBytes = qint64(64) << 20;
 constexpr size_t kDeepest = 32;
 constexpr size_t kLongestText = 16384;
 
-/// Of "HTTP/1.1 200 OK".
+/// The status in "HTTP/1.1 200 OK".
 int statusOf(QByteArrayView line)
 {
     const QByteArrayView text = line.trimmed();
@@ -32,10 +32,10 @@ QByteArrayView viewOf(const xmlChar* text)
 
 std::chrono::system_clock::time_point timeOf(const std::string& text)
 {
-    // Months have their English names, whatever the user's language is.
+    // Month names are English, whatever the user's language.
     static const locale_t kEnglish = ::newlocale(LC_TIME_MASK, "C", nullptr);
     tm time{};
-    const char* const date = std::strchr(text.c_str(), ','); // The day of the week says nothing more.
+    const char* const date = std::strchr(text.c_str(), ','); // The day of the week adds nothing.
     if (!date || !::strptime_l(date, ", %d %b %Y %H:%M:%S GMT", &time, kEnglish))
         return {};
     return std::chrono::system_clock::from_time_t(::timegm(&time));
@@ -70,7 +70,7 @@ struct MultiStatus::Events
     {
         readerOf(reader).fail("the answer declares a document type, which such an answer never has");
     }
-    static void onFault(void*, xmlError*) {} // It is asked for; nothing is printed.
+    static void onFault(void*, xmlError*) {} // Errors are queried; nothing is printed.
 
     static xmlParserCtxt* newParser(MultiStatus* reader)
     {
@@ -204,7 +204,7 @@ void MultiStatus::endProperty(QByteArrayView name)
     } else if (name == "creator-displayname" || name == "owner-display-name") {
         entry.modifiedBy.assign(text.data(), size_t(text.size()));
     } else if (const QString key = QString::fromUtf8(name); !m_candidate.properties.contains(key)) {
-        // Of several locks the first one counts.
+        // If there are several locks, the first one counts.
         m_candidate.properties[key] = QString::fromUtf8(text);
     }
 }

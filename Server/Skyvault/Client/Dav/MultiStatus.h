@@ -13,19 +13,19 @@ struct _xmlParserCtxt;
 
 namespace Vs::Cloud {
 
-/// One resource of an answer to PROPFIND.
+/// One resource in a PROPFIND response.
 struct DavItem
 {
     DriveEntry entry;
-    bool etagFromListing = false; ///< Rather than by another request.
-    /// Properties beside those of the entry, by their local names, as text. Of a lock: "locktoken" and
-    /// "owner"; "supportedlock" is there if it holds an entry.
+    bool etagFromListing = false; ///< As opposed to by a separate request.
+    /// Further properties by local name, as text. For a lock: "locktoken" and "owner"; "supportedlock" is
+    /// present if it has an entry.
     std::map<QString, QString> properties;
 };
 
-/// Reads an answer of status 207 while it comes, and keeps nothing of it. What is no multi-status, is cut
-/// short, or has a document type is a BadAnswer; entries with names that no file could have, and of other
-/// hosts, are left out.
+/// Parses a response of status 207 while it arrives, without storing it. One that isn't a multi-status, is
+/// truncated, or has a document type is a BadAnswer; entries with invalid file names or on other hosts are
+/// skipped.
 class MultiStatus
 {
 public:
@@ -38,14 +38,14 @@ public:
     DriveResult end();
 
 private:
-    struct Events; ///< What the parser calls.
+    struct Events; ///< The parser's callbacks.
 
     void startElement(QByteArrayView name, QByteArrayView space);
     void endElement(QByteArrayView name);
     void addText(QByteArrayView text);
     void endProperty(QByteArrayView name);
     void endResponse();
-    /// Ends the reading.
+    /// Ends the parsing.
     void fail(std::string why);
     DriveResult result() const;
 
@@ -53,21 +53,21 @@ private:
     const std::function<void(DavItem&&)> m_take;
     const std::unique_ptr<_xmlParserCtxt, void (*)(_xmlParserCtxt*)> m_parser;
     qint64 m_bytes = 0;
-    std::vector<QByteArrayView> m_path; ///< Local names of the open elements, which the parser keeps.
+    std::vector<QByteArrayView> m_path; ///< Local names of the open elements, owned by the parser.
     std::string m_text, m_reference;
-    std::string m_timeText; ///< The last one, and what it says: files that came together have the same.
+    std::string m_timeText; ///< The last one and its value: files uploaded together have the same.
     std::chrono::system_clock::time_point m_time{};
-    DavItem m_item;      ///< Of the response that is read.
-    DavItem m_candidate; ///< Of its part whose status comes later.
+    DavItem m_item;      ///< Of the current response element.
+    DavItem m_candidate; ///< Of its part whose status follows later.
     int m_status = 0, m_partStatus = 0;
     bool m_isMultiStatus = false;
     std::string m_trouble;
 };
 
-/// The body of a PROPFIND for the properties of DavItem.
+/// The PROPFIND body that requests the properties of DavItem.
 QByteArray propertiesWanted(const QByteArray& more = {});
 
-/// "Sun, 06 Nov 1994 08:49:37 GMT"; the epoch if it is something else.
+/// Parses "Sun, 06 Nov 1994 08:49:37 GMT"; the epoch for anything else.
 std::chrono::system_clock::time_point timeOf(const std::string& text);
 
 } // namespace Vs::Cloud

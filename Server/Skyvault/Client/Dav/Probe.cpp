@@ -14,20 +14,21 @@ namespace Vs::Cloud {
 namespace {
 
 constexpr std::chrono::hours kFresh{30 * 24};
-// Of a body that is cut: so much that no buffer holds it back.
+// The size of a body to be cut: too large for any buffer to hold back.
 constexpr qsizetype kCutBody = qsizetype(256) * 1024;
 constexpr int kTries = 3, kPatience = 3;
 constexpr std::chrono::milliseconds kPause{100};
 constexpr std::chrono::milliseconds kShortTick{20}, kLongTick{1100};
 
-/// Whether an answer tells of the moment, or of what stands between, and nothing of what the server does.
+/// Whether a response reflects the moment or something in between, and says nothing about the server's
+/// behaviour.
 bool isDisturbance(int status)
 {
     return status == 0 || status == 401 || status == 407 || status == 408 || status == 429 ||
            (status >= 500 && status != 501);
 }
 
-/// The same of what such answers came to. Nobody else has a lock in a folder of ours.
+/// The same for the resulting states. Nobody else has a lock in our own folder.
 bool isDisturbance(CloudErrorState state)
 {
     using enum CloudErrorState;
@@ -36,7 +37,7 @@ bool isDisturbance(CloudErrorState state)
            state == DriveFull || state == Locked;
 }
 
-/// Tries one trait after the other. A trial answers what it has seen the server do, or that it saw nothing.
+/// Tests one trait after the other. A trial returns what it saw the server do, or that it saw nothing.
 class Probe
 {
 public:
@@ -55,7 +56,7 @@ public:
 private:
     using Trial = Trait (Probe::*)();
 
-    /// Asks, and notes a failure of the connection, which ends the whole probe.
+    /// Sends a request, and records a connection failure, which ends the whole probe.
     Answer ask(const char* method, const std::string& path, Headers headers = {},
                const QByteArray& body = {});
     bool put(const std::string& path, const QByteArray& content)
@@ -71,13 +72,13 @@ private:
     void decideTick();
     Trait refusesExisting();
     Trait refusesStale();
-    /// Of a file that holds "first".
+    /// For a file that contains "first".
     Trait refuses(const std::string& file, const Headers& condition);
     Trait etagsDiffer();
     Trait etagsAreFine();
     Trait keepsOldOnBreak();
     Trait locks();
-    /// Whether the lock that was just taken keeps others out; `before` is the file's ETag without it.
+    /// Whether the lock just taken keeps others out; `before` is the file's ETag without it.
     Trait lockHolds(const std::string& before);
     Trait movesOntoExisting();
     Trait properties();
@@ -87,7 +88,7 @@ private:
     const DriveWatch& m_watch;
     const ProbeFolder m_folder;
     const std::string m_one, m_two;
-    DriveTraits m_seen; ///< What comes along with the answers.
+    DriveTraits m_seen; ///< Traits that show in the responses along the way.
     int m_names = 0;
     DriveResult m_broken;
 };
@@ -108,7 +109,7 @@ Answer Probe::ask(const char* method, const std::string& path, Headers headers, 
     return answer;
 }
 
-/// Keeps a failure of the connection, which leaves everything open.
+/// Records a connection failure, which leaves everything undecided.
 DriveResult Probe::noted(DriveResult result)
 {
     if (m_broken.isOk() &&
@@ -124,7 +125,7 @@ bool Probe::goesOn()
     return m_broken.isOk();
 }
 
-/// Empty if nothing was answered.
+/// Empty without a response.
 std::string Probe::etag(const std::string& path)
 {
     DavItem item;
@@ -135,7 +136,7 @@ std::string Probe::etag(const std::string& path)
     return item.entry.etag;
 }
 
-/// What doesn't hold may be what was disturbed, so that counts when it was seen twice.
+/// A negative result may be due to a disturbance, so it only counts when seen twice.
 void Probe::decide(Trait& trait, Trial trial)
 {
     int refusals = 0;
@@ -169,7 +170,7 @@ Trait Probe::refuses(const std::string& file, const Headers& condition)
 
 Trait Probe::etagsDiffer()
 {
-    // Two of three may have a step of the clock between them.
+    // Two of the three may be separated by a clock tick.
     std::array<std::string, 3> etags;
     for (const char* const text : {"3rd", "4th", "5th"}) {
         if (!put(m_one, text))
@@ -181,8 +182,8 @@ Trait Probe::etagsDiffer()
     return etags[0] != etags[1] && etags[1] != etags[2];
 }
 
-/// Whether ETags change by a step of the clock that files have their times from, rather than by whole
-/// seconds.
+/// Whether ETags change with every tick of the clock that gives files their times, rather than with whole
+/// seconds only.
 Trait Probe::etagsAreFine()
 {
     std::string before = strongPart(etag(m_one));
@@ -202,7 +203,7 @@ Trait Probe::etagsAreFine()
 
 Trait Probe::keepsOldOnBreak()
 {
-    // One that never came to the server proves nothing, and looks the same from here.
+    // A request that never reached the server proves nothing, and looks the same from here.
     for (const std::string& file : {m_one, m_two}) {
         if (!put(file, "whole"))
             return {};
@@ -213,7 +214,7 @@ Trait Probe::keepsOldOnBreak()
         if (answer.status != 0 || answer.wasReset)
             return {};
     }
-    // The server may not have seen yet that the connections are gone.
+    // The server may not have noticed yet that the connections are gone.
     for (int i = 0; i < kPatience && goesOn(); ++i) {
         std::this_thread::sleep_for(kPause);
         std::vector<DriveEntry> kept;
@@ -228,7 +229,7 @@ Trait Probe::keepsOldOnBreak()
     return m_broken.isOk() ? Trait(true) : Trait();
 }
 
-// Once may be chance: a server that writes down two locks at once may lose one of them.
+// A single failure may be chance: a server that records two locks at once may lose one of them.
 Trait Probe::locks()
 {
     constexpr int kTimes = 3;
@@ -249,7 +250,7 @@ Trait Probe::locks()
 
 Trait Probe::lockHolds(const std::string& before)
 {
-    // Where a lock changes the ETag, nobody can tell under it whether another has written.
+    // If a lock changes the ETag, nobody who holds it can tell whether somebody else has written.
     const std::string after = strongPart(etag(m_one));
     const int status = ask("PUT", m_one, {}, "other").status;
     const QByteArray kept = content(m_one);
@@ -303,7 +304,7 @@ DriveResult Probe::run()
         m_session.http.ask({.method = "MKCOL", .url = m_session.address.of(m_folder.path(), true)}, m_watch);
     if (made.status == 0 || made.status == 401)
         return resultOf(made, m_session.action("Making the folder", m_folder.path()));
-    // Whoever may only read here may be allowed more elsewhere, or by the next time.
+    // A user who can only read here may have more rights elsewhere, or later.
     if (!made.isOk())
         return {};
     static_cast<void>(noted(m_folder.removeOthers(m_watch)));
@@ -337,7 +338,7 @@ DriveResult probe(Session& session, const std::string& within, const DriveWatch&
 
 bool isFresh(const DriveTraits& traits)
 {
-    // A time to come is that of a clock which has been set since.
+    // A time in the future comes from a clock that has been set back since.
     const auto age = std::chrono::system_clock::now() - traits.probed;
     return age < kFresh && age > -std::chrono::hours(24);
 }

@@ -4,12 +4,12 @@
 
 namespace Vs::Cloud {
 
-/// Finds out what isn't known of a server, in a folder of its own within the given one, which goes again
-/// however this ends. A connection that fails is an error; what else disturbs a trial leaves its trait
-/// unknown, as does a user who may not write there.
+/// Finds out what isn't known about a server, in a temporary folder within the given one, which is removed
+/// whatever happens. A connection failure is an error; any other disturbance of a trial leaves its trait
+/// unknown, as does a user without write permission there.
 DriveResult probe(Session& session, const std::string& within, const DriveWatch& watch);
 
-/// Whether what was found out earlier still counts.
+/// Whether earlier findings are still valid.
 bool isFresh(const DriveTraits& traits);
 
 } // namespace Vs::Cloud

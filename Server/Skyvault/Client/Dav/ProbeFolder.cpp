@@ -13,7 +13,7 @@ namespace Vs::Cloud {
 
 namespace {
 
-/// What the folders of this machine's probes begin with. The number of the process follows.
+/// The prefix of this machine's probe folders, followed by the process number.
 std::string prefix()
 {
     const QByteArray machine = QSysInfo::machineUniqueId() + QSysInfo::machineHostName().toUtf8();
@@ -55,7 +55,7 @@ DriveResult ProbeFolder::removeOthers(const DriveWatch& watch) const
 
 bool ProbeFolder::remove(const std::string& path) const
 {
-    // A lost answer is worth a second try: nothing of ours is to stay.
+    // A lost response is worth a second try: nothing of ours should remain.
     const Request request{.method = "DELETE", .url = m_session.address.of(path, true)};
     Answer answer = m_session.http.ask(request);
     if (answer.isLost())

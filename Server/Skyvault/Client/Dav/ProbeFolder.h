@@ -6,8 +6,8 @@
 
 namespace Vs::Cloud {
 
-/// The folder of a probe, as long as this lives. Its name is chosen, and noted, at the beginning; who probes
-/// makes it.
+/// The folder of a probe, for the lifetime of this object. Its name is chosen and noted at the start; the
+/// probe creates it.
 class ProbeFolder
 {
 public:
@@ -19,7 +19,7 @@ public:
     std::string file(const std::string& name) const { return joined(m_path, name); }
     const std::string& path() const { return m_path; }
 
-    /// Removes the folders of this machine's programs that were killed, as far as the server lists them.
+    /// Removes the folders of killed programs of this machine, as far as the server lists them.
     DriveResult removeOthers(const DriveWatch& watch) const;
 
 private:

@@ -56,7 +56,7 @@ DriveResult Session::look(const std::string& path, DavItem& item, const QByteArr
     const std::string action = this->action("Looking at", path);
     bool found = false;
     MultiStatus reader(address, [&](DavItem&& each) {
-        // Some servers leave the slash of a folder away, and none should tell of another resource.
+        // Some servers omit a folder's trailing slash, and none should report another resource.
         if (each.entry.path == path) {
             item = std::move(each);
             found = true;
@@ -135,8 +135,8 @@ DriveResult Session::makeFolder(const std::string& path)
     const Answer answer = http.ask({.method = "MKCOL", .url = address.of(path, true)});
     if (answer.status == 201)
         return {};
-    // 405 says that something is there; a lost answer says nothing, nor does another good one, which may be a
-    // page of the network between.
+    // 405 means that something exists; a lost response means nothing, and neither does any other successful
+    // one, which may be a page of the network in between.
     if (answer.isOk() || answer.status == 405 || answer.isLost()) {
         DriveEntry there;
         if (const DriveResult found = find(path, there); found.isOk())
@@ -173,7 +173,7 @@ DriveResult Session::remove(const std::string& path, Headers headers)
     return resultOf(answer, action("Removing", path));
 }
 
-// Some servers know a folder by the slash alone.
+// Some servers recognize a folder only by its trailing slash.
 void Session::removeLeftovers()
 {
     leftovers.clear([this](std::string path) {

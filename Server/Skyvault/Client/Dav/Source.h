@@ -6,22 +6,22 @@
 
 namespace Vs::Cloud {
 
-/// The local file that a save sends, as it was when the save began.
+/// The local file that a save uploads, in its state at the start of the save.
 class Source
 {
 public:
     explicit Source(std::string file) : m_file(std::move(file)) {}
 
-    /// Takes its size; CacheFailed if it can't be read.
+    /// Determines its size; CacheFailed if it can't be read.
     DriveResult open(const std::string& action);
-    /// Takes its checksum, for servers that keep one.
+    /// Computes its checksum, for servers that store one.
     void addSum();
 
     const std::string& file() const { return m_file; }
     qint64 size() const { return m_size; }
-    const QByteArray& sum() const { return m_sum; } ///< SHA-1, in hexadecimal; empty if none was taken.
+    const QByteArray& sum() const { return m_sum; } ///< SHA-1, in hexadecimal; empty if not computed.
 
-    /// Sends all of it, with its checksum where the server keeps one.
+    /// Uploads all of it, with its checksum if the server stores one.
     Answer putTo(Session& session, const std::string& path, Headers headers, const DriveWatch& watch) const;
 
 private:

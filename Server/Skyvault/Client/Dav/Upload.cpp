@@ -11,9 +11,9 @@ namespace Vs::Cloud {
 
 namespace {
 
-// Until a weak ETag has become a strong one.
+// Until a weak ETag becomes a strong one.
 constexpr std::chrono::milliseconds kFirstSecond{1200};
-// Until a request without an answer has been done, if it is done at all.
+// Until a request without a response is done, if it is done at all.
 constexpr int kLooks = 5;
 constexpr std::chrono::milliseconds kBetweenLooks{200};
 
@@ -43,7 +43,7 @@ DriveResult Upload::save(DriveEntry& entry)
     if (DriveResult opened = m_source.open(m_action); !opened.isOk())
         return opened;
     if (m_session.traits.locks) {
-        // Some servers make an empty file of a name that is locked, and don't say so.
+        // Some servers create an empty file for a locked name without saying so.
         DriveEntry before;
         if (!m_upload.known) {
             DriveResult found = m_session.find(m_upload.path, before);
@@ -59,7 +59,7 @@ DriveResult Upload::save(DriveEntry& entry)
     m_session.http.hurry(result.state == CloudErrorState::Unreachable);
     if (!result.isOk() && m_lock && !m_isWritten && (m_lock->madeFile() || m_wasAbsent))
         m_lock->removeEmptyFile();
-    // Another's file of the same size must not get the ETag of ours.
+    // Somebody else's file of the same size must not get the ETag of ours.
     if (m_isWritten && m_lock && !m_session.traits.etagsDifferInOneTick)
         std::this_thread::sleep_until(m_writtenAt + m_session.traits.etagTick);
     return result;
@@ -73,7 +73,8 @@ DriveResult Upload::underLock(DriveEntry& entry)
             entry = m_before;
             return result;
         }
-        // An empty file is nobody's work: some servers make one of a lock, whose answer may have been lost.
+        // An empty file is nobody's work: some servers create one for a lock, whose response may have been
+        // lost.
         result = m_before.size > 0 ? keepOther(m_session, m_before) : DriveResult();
     }
     if (result.isOk())
@@ -104,7 +105,7 @@ DriveResult Upload::compare()
     DavItem there;
     DriveResult found = m_session.look(m_upload.path, there, m_lock ? "<D:lockdiscovery/>" : "");
     if (found.state == CloudErrorState::NotFound)
-        return {}; // What another has removed comes back: nobody's work goes by that.
+        return {}; // A file that somebody else removed is restored: no work is lost by that.
     if (!found.isOk())
         return found;
     if (m_lock && m_lock->isSecond(there))
@@ -118,7 +119,7 @@ DriveResult Upload::compare()
     m_isThere = true;
     if (!m_upload.known)
         return changed("a file of this name is there");
-    // Without an ETag the server itself has to compare.
+    // Without an ETag, the comparison is left to the server.
     const bool isSame = m_before.etag.empty() ? bool(m_session.traits.refusesStale)
                                               : strongPart(m_before.etag) == strongPart(*m_upload.known);
     return isSame ? DriveResult() : changed("another version is there");
@@ -186,14 +187,14 @@ DriveResult Upload::put()
             m_putEtag = answer.header("ETag").toStdString();
             return {};
         }
-        bool isUntouched = false; // The first one may have been done after we had looked.
+        bool isUntouched = false; // The first request may have been carried out after we looked.
         if (!isFirst && settle(answer, isUntouched).isOk())
             return {};
         if (answer.status == 412)
             return putAfterAWhile();
         if (!mayBeDone(answer))
             return resultOf(answer, m_action);
-        // A server that has all of it may write it for whoever has cancelled.
+        // A server that has received everything may write it even though the user has cancelled.
         DriveResult settled = answer.failure.state == CloudErrorState::Cancelled
                                   ? settleSlowly(answer, isUntouched)
                                   : settle(answer, isUntouched);
@@ -215,7 +216,7 @@ DriveResult Upload::putAfterAWhile()
     m_after = m_before = now;
     if (!wasWeak || strongPart(now.etag) != strongPart(before))
         return changed("another version has appeared there meanwhile");
-    // It stays weak where the file's time is one to come. Nobody else writes under our lock.
+    // It stays weak if the file's time is in the future. Nobody else writes under our lock.
     const bool isStillWeak = now.etag.starts_with("W/") && m_lock && !m_lock->isLost();
     const Headers headers = isStillWeak ? Headers{m_lock->condition()} : conditions();
     const Answer answer = m_source.putTo(m_session, m_upload.path, headers, m_watch);
@@ -242,14 +243,14 @@ DriveResult Upload::putAndMove()
 
 void Upload::removeHidden(const std::string& hidden, const DriveResult& result)
 {
-    // Some servers remove what has the name first: between that, nothing else is left of the file.
+    // Some servers remove the target first: in between, this is all that is left of the file.
     if (result.isOk() || m_mayBeMoving || m_session.remove(hidden).isOk())
         m_hidden.drop();
 }
 
 DriveResult Upload::putHidden(const std::string& hidden)
 {
-    if (!m_lock) // Under one, the next save of this file sends to the same name.
+    if (!m_lock) // Under a lock, the next save of this file uses the same name.
         m_hidden = m_session.leftovers.note(hidden);
     const Answer put = m_source.putTo(m_session, hidden, {}, m_watch);
     DriveEntry sent;
@@ -266,7 +267,7 @@ DriveResult Upload::putAside()
     DriveResult result = putHidden(hidden);
     if (result.isOk() && m_isThere)
         result = Aside::take(m_session, m_before, m_aside);
-    // Nothing has the name now, and whoever gives it to something meanwhile keeps it.
+    // The name is free now, and whoever takes it meanwhile keeps it.
     m_isThere = false;
     if (result.isOk())
         result = moveFrom(m_session.address.of(hidden));
@@ -281,12 +282,12 @@ DriveResult Upload::putInChunks()
     const QUrl destination = m_session.address.of(m_upload.path);
     Chunks chunks(m_session, destination, m_source.sum() + ' ' + QByteArray::fromStdString(m_before.etag));
     DriveResult result = chunks.send(m_upload.source, m_source.size(), m_action, m_watch);
-    // That took its time, and a condition on the way is one that not every server looks at.
+    // That took a while, and not every server honours a condition along the way.
     if (result.isOk() && (!m_lock || m_lock->isLost()))
         result = compareAgain();
     if (result.isOk())
         result = moveFrom(chunks.whole());
-    // What a broken connection left is gone on with by the next save, unless the server is still at it.
+    // What a broken connection left is resumed by the next save, unless the server is still working on it.
     if (!result.isOk() && result.state != CloudErrorState::Unreachable && !m_mayBeMoving)
         chunks.remove();
     return result;
@@ -316,7 +317,7 @@ DriveResult Upload::moveFrom(const QUrl& place)
     }
     if (!mayBeDone(moved))
         return resultOf(moved, m_action);
-    bool unused = false; // It isn't sent again: one that is done twice has cost both files.
+    bool unused = false; // It isn't retried: doing it twice has destroyed both files.
     m_mayBeMoving = true;
     return settleSlowly(moved, unused);
 }
@@ -333,7 +334,7 @@ DriveResult Upload::settleSlowly(const Answer& answer, bool& isUntouched)
 
 DriveResult Upload::settle(const Answer& answer, bool& isUntouched)
 {
-    // A server that stood still isn't waited for as long again, three times over.
+    // Don't wait as long again, three times over, for a server that has stalled.
     m_session.http.hurry(answer.status == 0 && !answer.wasReset);
     DriveEntry now;
     const DriveResult found = m_session.find(m_upload.path, now);
@@ -354,7 +355,7 @@ bool Upload::isOurs(const DriveEntry& found)
 {
     if (qint64(found.size) != m_source.size() || (m_isThere && found.etag == m_before.etag))
         return false;
-    // Nobody else may have written under our lock.
+    // Nobody else can have written under our lock.
     if (m_lock && !m_lock->isLost() && !found.etag.empty() && (m_isThere || m_source.size() > 0))
         return true;
     std::string etag;
@@ -377,8 +378,8 @@ DriveResult Upload::readBack()
         return cutShort(m_after.size);
     }
     if (m_lock && !m_lock->isLost()) {
-        // The same ETag is that of two versions in one tick, or nothing was written and another than the
-        // server answered, such as the network of a hotel.
+        // The same ETag means two versions within one tick, or that nothing was written because something
+        // other than the server responded, such as a hotel network.
         const bool isNew = !m_isThere || m_after.etag.empty() || m_after.etag != m_before.etag;
         std::string etag;
         DriveResult compared =
@@ -388,7 +389,7 @@ DriveResult Upload::readBack()
         m_isWritten = false;
         return failed(CloudErrorState::NotKept, m_action, "the server still keeps what it had before");
     }
-    // Without a lock another may have written between. His version must not be taken for ours.
+    // Without a lock, somebody else may have written in between. That version must not be taken for ours.
     if (m_putEtag.empty() || strongPart(m_putEtag) != strongPart(m_after.etag)) {
         std::string etag;
         DriveResult compared = hasContent(m_session, m_upload.path, m_upload.source, etag);

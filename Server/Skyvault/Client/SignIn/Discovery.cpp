@@ -11,10 +11,10 @@ namespace Vs::Cloud {
 namespace {
 
 const auto kEntry = QStringLiteral("/remote.php");
-// Since then a server has the login flow that is spoken here.
+// The first version that supports the login flow implemented here.
 constexpr int kFirstVersion = 16;
 
-/// Where a server of the kind that has accounts begins, if the address leads to one; empty otherwise.
+/// The base address of a server with accounts, if the address leads to one; otherwise empty.
 QUrl serviceOf(Http& http, const QUrl& url, bool& hasLoginFlow)
 {
     QUrl base = url;

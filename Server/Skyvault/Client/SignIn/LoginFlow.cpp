@@ -43,7 +43,7 @@ DriveResult signInByLoginFlow(const QUrl& server, const std::function<bool(const
         if (tick % kTicksBetween != 0)
             continue;
         const Answer answer = postForm(http, endpoint, form, watch);
-        // Not found until the person has finished; a network that is away for a while comes back.
+        // 404 until the user has finished; a network that is down for a while comes back.
         if (answer.status == 404 || answer.isLost())
             continue;
         const QJsonObject found = objectOf(answer);

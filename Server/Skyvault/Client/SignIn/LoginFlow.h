@@ -9,8 +9,8 @@
 
 namespace Vs::Cloud {
 
-/// Signs in by the server's own login page (Nextcloud's login flow, version 2), which gives a password for
-/// this program alone. `server` is where the service begins, above "remote.php".
+/// Signs in through the server's own login page (Nextcloud's login flow, version 2), which issues an app
+/// password for this program. `server` is the service's base address, above "remote.php".
 DriveResult signInByLoginFlow(const QUrl& server, const std::function<bool(const std::string&)>& open,
                               DriveCredentials& credentials, const DriveWatch& watch);
 
