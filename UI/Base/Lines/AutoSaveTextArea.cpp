@@ -1,4 +1,4 @@
-// The subject area "AutoSave", whose lines stand with the add-in that shows recovery files.
+// The subject area "AutoSave"; its lines belong to the add-in that shows recovery files.
 
 #include "Server/Base/TextCommand.h"
 #include "UI/Base/Command/TextRows.h"

@@ -1,4 +1,4 @@
-// The subject area "Dashboard", whose lines stand with the add-in that has the lifecycle service's commands.
+// The subject area "Dashboard"; its lines belong to the add-in that has the lifecycle service's commands.
 
 #include "Server/Base/TextCommand.h"
 #include "UI/Base/Command/TextRows.h"

@@ -1,5 +1,5 @@
-// The part of the subject area "Commands" that fills the inputs of the running command: what a person types
-// into its panel, as lines.
+// The part of the subject area "Commands" that fills in the inputs of the running command, as a user does in
+// its panel.
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"

@@ -1,4 +1,4 @@
-// The subject area "Model": what the active model is like as a whole, for scripts and checks.
+// The subject area "Model": properties of the active model as a whole, for scripts and checks.
 
 #include "Server/Base/TextCommand.h"
 #include "Server/DataModel/ModelDigest.h"

@@ -46,7 +46,8 @@ public:
             canvas = canvasOfNumber(parameters.integer<size_t>(3));
         if (!canvas)
             return {1, localized("MouseNoCanvas", "There is no such view in the window.")};
-        // What was opened just now is framed first, as whoever pointed there saw it.
+        // A document opened just now is framed first, since it was framed when the recorded user pointed
+        // there.
         if (GraphicsView* view = canvas->view()) {
             view->settleLayout();
             view->settleFit();

@@ -1,4 +1,4 @@
-// The subject area "Options": what the preferences dialog shows, by lines, and the tour through the window.
+// The subject area "Options": the contents of the preferences dialog as lines, and the tour of the window.
 
 #include "Server/Base/Status.h"
 #include "Server/Base/TextCommand.h"

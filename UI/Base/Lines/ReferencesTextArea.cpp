@@ -1,4 +1,4 @@
-// The subject area "References": what happens to the values that checks and metrics compare with.
+// The subject area "References": manages the values that checks and metrics compare against.
 
 #include "Server/Base/TextCommand.h"
 #include "UI/Base/Command/Private/Localized.h"

@@ -14,7 +14,7 @@ class Asset;
 class Component;
 } // namespace Vs
 
-/// What the lines of the subject area "Script" have in common.
+/// Shared by the lines of the subject area "Script".
 namespace Vu::ScriptLines {
 
 constexpr const wchar_t* kArea = L"Script";
@@ -42,7 +42,7 @@ Vs::TextCommandResult answer(const QJsonDocument& document);
 /// Throws Vs::Exception if there is none.
 Vs::Asset& activeAsset();
 
-/// The component and where its own coordinates lie in the model's.
+/// The component and the placement of its local coordinates in the model.
 struct Place
 {
     const Vs::Component* component;
@@ -50,8 +50,8 @@ struct Place
     GkMatrix3d matrix;
 };
 
-/// What the first parameter names: by its path or, with /Id, by the key that Script.Component tells; without
-/// one the root. Throws Vs::Exception.
+/// The component that the first parameter names: by its path or, with /Id, by the key that Script.Component
+/// reports; without a parameter, the root. Throws Vs::Exception.
 Place placeOf(const Vs::Asset& asset, const Vs::TextCommandParameters& parameters);
 
 /// One row for each line.

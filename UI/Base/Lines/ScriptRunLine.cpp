@@ -9,7 +9,7 @@ namespace {
 using Vs::TextCommandParameters;
 using Vs::TextCommandResult;
 
-/// Runs a script while the line waits, and fails if the script does.
+/// Runs a script while the line waits, and fails if the script fails.
 class TextCmdScriptRun : public Vs::PythonEntry<TextCmdScriptRun, Vs::TextCommand>
 {
 public:
@@ -29,7 +29,7 @@ public:
         std::vector<std::wstring> arguments;
         for (unsigned i = 1; i < parameters.parameters(); ++i)
             arguments.push_back(parameters[i]);
-        // A recording takes the script down as one line.
+        // A recording keeps the script as one line.
         const Vs::TranscriptMgr::Unrecorded unrecorded;
         Vs::Status status;
         std::wstring result = Vs::PythonManager::get()->runScriptFile(path, status, arguments);

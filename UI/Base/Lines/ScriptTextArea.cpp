@@ -1,4 +1,4 @@
-// The subject area "Script": answers in JSON, for programs. Lengths are in millimetres whatever the user
+// The subject area "Script": answers in JSON, for programs. Lengths are in millimetres whatever unit the user
 // sees.
 
 #include "Server/Base/Exception.h"
@@ -64,7 +64,7 @@ TextCommandResult documents(const TextCommandParameters&)
     return answer(QJsonDocument(list));
 }
 
-/// A colour as red, green, blue and opacity from 0 to 1, linear; null without one.
+/// A colour as linear red, green, blue and opacity from 0 to 1; null without one.
 QJsonValue colourJson(const std::optional<Vs::Colour>& colour)
 {
     return colour ? QJsonValue(QJsonArray{colour->r, colour->g, colour->b, colour->a}) : QJsonValue();

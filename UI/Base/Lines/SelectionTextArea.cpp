@@ -23,7 +23,7 @@ constexpr const wchar_t* kArea = L"Selection";
 constexpr AreaRow kSelectionAreaRow = {kArea, L"Commands that change the selection in the active model",
                                        true};
 
-/// What a line does with the objects that it names.
+/// What a line does with the objects it names.
 using Change = void (*)(Vs::SelectionSet& selected, const Selections& named);
 
 void select(Vs::SelectionSet& selected, const Selections& named)
@@ -111,7 +111,7 @@ public:
     }
 };
 
-/// Whether undo and redo bring the selection and the camera back, which are no part of the model.
+/// Whether undo and redo restore the selection and the camera, which are not part of the model.
 class TextCmdSelectionUndo : public Vs::PythonEntry<TextCmdSelectionUndo, Vs::TextCommand>
 {
 public:

@@ -1,5 +1,5 @@
-// The subject area "Transcripting": recordings and replays by lines. "Debug" has what the debugger's window
-// brings.
+// The subject area "Transcripting": recordings and replays as lines. "Debug" has what the debugger's window
+// offers.
 
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
@@ -77,7 +77,7 @@ public:
     {
         TranscriptMgr* transcripts = TranscriptMgr::get();
         const std::wstring path = transcripts->locate(parameters[0]);
-        // The lines that it runs are told as its own failure.
+        // A failure of the lines it runs is reported as its own.
         Vs::Status status;
         Vs::ReplayOptions options;
         options.status = &status;
@@ -89,7 +89,7 @@ public:
                                            "\"%1%\" is not a parameter of the transcript: it has the form "
                                            "NAME=VALUE.",
                                            parameters[i])};
-        // A recording takes the transcript down as one line.
+        // A recording keeps the transcript as one line.
         const TranscriptMgr::Unrecorded unrecorded;
         const Vs::ReplayResult result = transcripts->replay(path, TranscriptMgr::typeOf(path), options);
         if (result.cancelled)

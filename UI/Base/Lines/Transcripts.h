@@ -2,8 +2,8 @@
 
 namespace Vu {
 
-/// Has recordings take down what the program does, and replays find the program behind them. Private to the
-/// host; called once.
+/// Lets recordings write down what the program does, and replays reach the program. Private to the host;
+/// called once.
 void installTranscripts();
 
 } // namespace Vu

@@ -1,4 +1,4 @@
-// A picture of the whole window: for a manual, and beside what a test in a window has found.
+// A picture of the whole window: for a manual, or to go with the findings of a test in a window.
 
 #include "Server/Base/Status.h"
 #include "Server/Base/TextCommand.h"

@@ -1,4 +1,5 @@
-// The transactions of the subject area "Script": what runs between a beginning and its end is one step.
+// The transactions of the subject area "Script": everything between the beginning of one and its end is one
+// step.
 
 #include "UI/Base/Script/ScriptTransactions.h"
 
@@ -25,8 +26,8 @@ using Vs::TextCommandResult;
 
 constexpr const wchar_t* kArea = L"Script";
 
-/// The transactions that scripts have begun, the outermost first. What a line does inside is a step of the
-/// outermost: a line that fails, or an inner transaction that is taken back, takes nothing else with it.
+/// The transactions that scripts have begun, the outermost first. What a line does inside is part of the
+/// outermost's step: neither a failing line nor a rolled-back inner transaction undoes anything else with it.
 class OpenTransactions : public Vs::AssetEventSite
 {
 public:
@@ -50,9 +51,9 @@ public:
     }
     size_t open() const { return m_open.size(); }
     const std::wstring& lastName() const { return m_open.back().name; }
-    /// Whether a step of the last one isn't finished.
+    /// Whether a step of the innermost one isn't finished.
     bool lastIsHeld() const { return m_open.back().whole && m_open.back().whole->hasOpenStep(); }
-    /// Takes the last one back.
+    /// Rolls back the innermost one.
     void drop()
     {
         Open last = std::move(m_open.back());
@@ -60,7 +61,7 @@ public:
         takeBack(last);
     }
 
-    /// Ends the last one. Returns the reason if it could not be kept, or not be ended.
+    /// Ends the innermost one. Returns the reason if it couldn't be kept or ended.
     std::wstring end(bool commit)
     {
         if (m_open.empty())
@@ -87,7 +88,7 @@ public:
         return {};
     }
 
-    /// The script may end the transaction later, but has lost what it did.
+    /// The script may still end the transaction later, but its changes are lost.
     void assetClosed(Vs::AssetEvent* event) override
     {
         for (auto open = m_open.rbegin(); open != m_open.rend(); ++open)
@@ -105,7 +106,7 @@ private:
         std::wstring name;
         bool wasDirty;
         size_t stepsBefore = 0;
-        std::unique_ptr<Vs::SteppedTransaction> whole; ///< Of the outermost of an asset,
+        std::unique_ptr<Vs::SteppedTransaction> whole; ///< Of the outermost in an asset,
         std::unique_ptr<Vs::Transaction> part;         ///< unless another change of it was open already.
     };
 
@@ -127,7 +128,7 @@ private:
         open.part.reset();
         if (open.wasDirty || !open.whole)
             return;
-        // It is as it was saved, but for what needs no saving.
+        // It is as it was saved, except for what doesn't need saving.
         const bool smudged = open.asset->isSmudge();
         open.asset->markClean();
         if (smudged)
@@ -190,7 +191,7 @@ std::wstring ScriptTransactions::takeBackTo(size_t count)
     std::wstring names;
     while (transactions.open() > count) {
         names = L'"' + transactions.lastName() + (names.empty() ? L"\"" : L"\", ") + names;
-        // Whatever still works on a step of it goes as well.
+        // Whatever is still working on a step of it is stopped as well.
         if (transactions.lastIsHeld())
             CommandMgr::terminateAllCommands(ETerminationReason::Cancel);
         transactions.drop();

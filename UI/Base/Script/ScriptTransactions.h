@@ -7,8 +7,8 @@
 namespace Vu::ScriptTransactions {
 
 [[nodiscard]] size_t open();
-/// Takes back all but the outermost `count`, for a run that has come to its end without ending them. Returns
-/// one message that names them; empty if there were none.
+/// Rolls back all but the outermost `count`, for a run that finished without ending them. Returns one message
+/// that names them; empty if there were none.
 [[nodiscard]] std::wstring takeBackTo(size_t count);
 
 } // namespace Vu::ScriptTransactions

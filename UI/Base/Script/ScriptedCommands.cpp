@@ -101,7 +101,7 @@ struct Known
     std::unique_ptr<ScriptedLine> line;
 };
 
-/// For a picture there is one record, which the window keeps what it has read of it by.
+/// A picture has one record, which the window uses as the key for what it has read of it.
 Vs::ImageSetResource* iconAt(const std::wstring& path)
 {
     static auto& known = *new std::map<std::wstring, Vs::ImageSetResource>;

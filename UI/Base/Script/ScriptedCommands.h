@@ -4,9 +4,9 @@
 
 namespace Vu::ScriptedCommands {
 
-/// Makes a command of a script's known: its definition, "Script.NAME", and its line, "Scripts.NAME". Both
-/// stay until the program ends. Of a name that is known already the new one runs from now on. Throws
-/// Vs::Exception if somebody else has a command of that identifier.
+/// Registers a command defined by a script: its definition, "Script.NAME", and its line, "Scripts.NAME". Both
+/// stay until the program ends. If the name is registered already, the new function replaces the old one.
+/// Throws Vs::Exception if someone else has a command with that identifier.
 void define(Vs::ScriptModel::Command command);
 
 } // namespace Vu::ScriptedCommands

@@ -35,7 +35,7 @@ Buffer bufferOf(const char* name, const std::vector<Number>& numbers, size_t col
     return {name, kind, numbers.size() / columns, columns, numbers.data(), owner};
 }
 
-/// Follows the changes of models from the first question of a script on.
+/// Follows model changes from a script's first question on.
 class Watch : public Vs::AssetEventSite,
               public SessionEventSite,
               public Vs::SelectionSetSite,
@@ -87,7 +87,7 @@ private:
             Vs::AssetEventSource::get()->subscribe(this);
         m_follows = true;
     }
-    /// What happened is told when the line is at its end: in the middle of a change nobody can ask a model.
+    /// Reported once the line has ended: a model can't be queried in the middle of a change.
     void happened(const char* what)
     {
         if (!m_heard || std::find(m_told.begin(), m_told.end(), what) != m_told.end())
@@ -164,7 +164,7 @@ private:
 
     bool m_follows = false;
     std::function<void(const char*)> m_heard;
-    std::vector<const char*> m_told; ///< What waits to be told.
+    std::vector<const char*> m_told; ///< Waiting to be reported.
     Vs::SelectionSet* m_selection = nullptr;
     uint64_t m_revision = 1;
     const Vs::Asset* m_active = nullptr;
@@ -191,7 +191,7 @@ std::vector<Buffer> Watch::mesh(const std::wstring& component)
             bufferOf("vertices", mesh->vertexPoints, 3, mesh)};
 }
 
-/// Makes the watch known to scripts; it follows nothing before one asks.
+/// Makes the watch available to scripts; it follows nothing until a script asks.
 struct Known
 {
     Known() { Vs::ScriptModel::set(&Watch::get()); }

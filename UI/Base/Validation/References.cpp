@@ -24,12 +24,12 @@ namespace {
 
 constexpr const char* kFormat = "format";
 constexpr const char* kReferences = "references";
-/// Of the layout that is described at readAll.
+/// Of the layout described at readAll.
 constexpr int kNewestFormat = 1;
 
 References::Mode currentMode = References::Mode::Fill;
 
-/// The one that is replayed, or else recorded; empty without either.
+/// The one being replayed, or else recorded; empty without either.
 fs::path transcript()
 {
     const Vs::TranscriptMgr* manager = Vs::TranscriptMgr::get();
@@ -42,7 +42,7 @@ std::wstring documentName()
     return session && session->document() ? session->document()->displayName() : std::wstring();
 }
 
-/// What a person calls a document need not be fit for a file.
+/// A document's display name need not be a valid file name.
 std::wstring fileNameOf(std::wstring name)
 {
     std::replace(name.begin(), name.end(), L'/', L'_');

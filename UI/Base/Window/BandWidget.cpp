@@ -6,7 +6,7 @@
 namespace Vu {
 
 namespace {
-/// Seen on light and on dark views; that of a crossing band differs not only by its dashes.
+/// Visible on light and dark views; a crossing band differs by more than its dashes.
 const QColor kInside(0x1e, 0x6f, 0xd9), kCrossing(0x2a, 0x9d, 0x55);
 constexpr int kFillOpacity = 36;
 } // namespace

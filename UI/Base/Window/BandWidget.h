@@ -6,7 +6,7 @@
 
 namespace Vu {
 
-/// Draws a band over a canvas, and lets the mouse through.
+/// Draws a band over a canvas and lets the mouse through.
 class BandWidget : public QWidget
 {
 public:

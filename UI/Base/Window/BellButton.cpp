@@ -25,7 +25,7 @@ BellButton::BellButton(ProgressPanel* progress, QWidget* parent)
     Accessible::opener(this, m_panel, [this] { click(); });
     setObjectName(QStringLiteral("bell"));
     setAutoRaise(true);
-    setFocusPolicy(Qt::NoFocus); // Keys open it from anywhere, and the line keeps the focus.
+    setFocusPolicy(Qt::NoFocus); // A shortcut opens it from anywhere, and the command line keeps the focus.
     setIcon(glyphIcon(Glyph::Bell));
     setIconSize(QSize(kBellSide, kBellSide));
     setToolButtonStyle(Qt::ToolButtonTextBesideIcon);

@@ -9,8 +9,8 @@ namespace Vu {
 class NotificationPanel;
 class ProgressPanel;
 
-/// Shows in the status bar how many notifications the user hasn't seen yet, and all of them when it is
-/// pressed or its keys are.
+/// Shows in the status bar how many notifications the user hasn't seen yet, and lists all of them when
+/// clicked or opened by its shortcut.
 class BellButton : public QToolButton, private Vs::NotificationsEventSite
 {
 public:

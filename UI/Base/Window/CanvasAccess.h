@@ -6,8 +6,8 @@ namespace Vu {
 
 class GraphicsCanvas;
 
-/// Tells assistive programs that the widget shows the canvas, and of the orientation cube in it, whose six
-/// sides are its actions.
+/// Tells assistive technology that the widget shows the canvas, and exposes the orientation cube in it, with
+/// its six sides as actions.
 void tellOfCanvas(QWidget* widget, const GraphicsCanvas& canvas);
 
 } // namespace Vu

@@ -29,7 +29,7 @@ using Selections = std::vector<Vs::StrongRef<Vs::Selection>>;
 
 constexpr const wchar_t* kPropertiesCommand = L"ShowPropertiesCommand";
 
-/// What can be clicked, and how its menu is called.
+/// What can be clicked, and the name of its menu.
 struct Kind
 {
     Leaf leaf;
@@ -43,7 +43,7 @@ constexpr Kind kKinds[] = {
     {Leaf::Component, L"OnPart", [] { return localized("MenuOfPart", "Component"); }},
 };
 
-/// Where that is the kind of all; null for others, and where there is nothing.
+/// If all are of that kind; null for other kinds, and if there is nothing.
 const Kind* kindOf(const Selections& selections)
 {
     const auto isOf = [](const Kind& kind, const Vs::Selection& selection) {
@@ -69,8 +69,8 @@ public:
     }
 };
 
-/// The menu of one more thing that lies at the place: while it is open, that is selected, and it stays so if
-/// one of the entries is chosen.
+/// The menu of another thing at the same place: while it is open, that thing is selected, and it stays
+/// selected if one of the entries is chosen.
 void addMenuAbout(const Kind& kind, const Vs::StrongRef<Vs::Selection>& object, QMenu& menu)
 {
     auto* about =
@@ -87,7 +87,7 @@ void addMenuAbout(const Kind& kind, const Vs::StrongRef<Vs::Selection>& object, 
     };
     menu.addMenu(about);
     about->setTitle(QString::fromStdWString(kind.title()));
-    // The commands are asked whether they can run once more, now that it is about this.
+    // The commands are asked again whether they can run, now that this is selected.
     QObject::connect(about, &QMenu::aboutToShow, about, [=] {
         if (const Vs::SelectionSet* selected = ActiveAssetUtils::selectionSet())
             state->before = selected->selections();
@@ -96,7 +96,7 @@ void addMenuAbout(const Kind& kind, const Vs::StrongRef<Vs::Selection>& object, 
         about->prepare();
     });
     QObject::connect(about, &QMenu::triggered, about, [state] { state->chosen = true; });
-    // An entry is triggered behind this.
+    // An entry is triggered after this.
     QObject::connect(about, &QMenu::aboutToHide, about, [=] {
         QTimer::singleShot(0, about, [=] {
             if (!state->chosen)
@@ -105,7 +105,7 @@ void addMenuAbout(const Kind& kind, const Vs::StrongRef<Vs::Selection>& object, 
     });
 }
 
-/// Of what lies there, the first of each kind but that which the menu is about.
+/// Of the things at that place, the first of each kind except the menu's own.
 void addOtherThings(const MouseEvent& event, const Kind* present, QMenu& menu)
 {
     const AssetSession* session = ActiveAssetUtils::assetSession();
@@ -144,7 +144,7 @@ bool isThere(const GraphicsCanvas* canvas)
     return std::find(all.begin(), all.end(), canvas) != all.end();
 }
 
-/// Whether the one is a component that has the other in it.
+/// Whether one is a component that contains the other.
 bool holds(const Vs::Selection& whole, const Vs::Selection& part)
 {
     const auto* component = Vs::cast<Vs::LogicalSelection>(&whole);
@@ -153,7 +153,7 @@ bool holds(const Vs::Selection& whole, const Vs::Selection& part)
            (object->componentId() + '/').starts_with(component->componentId() + '/');
 }
 
-/// Of several things that are selected, each has the menu of them all, and so has what is in them.
+/// If several things are selected, each of them, and whatever they contain, gets the menu of them all.
 void selectPointed(Vs::SelectionMgr& manager)
 {
     const auto pointed = manager.highlightSet().selections();
@@ -191,7 +191,7 @@ void CanvasMenu::mouseDown(MouseEvent* event)
     m_pressed = event->button() == kRightButton && widget && widget->window() == m_window;
 }
 
-// Behind the event, which also ends the camera's command that the press has started.
+// After the event, which also ends the camera command that the press started.
 void CanvasMenu::mouseUp(MouseEvent* event)
 {
     if (event->button() == kRightButton && std::exchange(m_pressed, false))
@@ -204,7 +204,7 @@ void CanvasMenu::open(GraphicsCanvas* canvas, const Vs::Point2& place)
     Vs::SelectionMgr* manager = ActiveAssetUtils::selectionManager();
     if (!manager || !isThere(canvas) || !canvas->existingWidget() || !commandRests())
         return;
-    // What lies there lights up again, which the camera's command has put out.
+    // Highlights what lies there again, since the camera command cleared it.
     MouseEvent move(canvas, {kNoMouseButton, kNoModifier, double(place.x), double(place.y), 0});
     MouseEventSource::get()->fireMouseMove(&move);
     selectPointed(*manager);

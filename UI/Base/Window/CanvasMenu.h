@@ -7,16 +7,16 @@
 
 namespace Vu {
 
-/// Opens the context menus of the canvases in one window: at a click of the right button (a drag of it moves
-/// the camera) while the user has no tool. What is clicked is selected first, unless it is already. The menu
-/// is that of what is selected, as the menus' files describe it (MenuBar::context): "OnPart", "OnFace" or
-/// "OnEdge"; beside everything it is "OnNothing". Behind it stand the commands that offer themselves. The
-/// other things that lie at the place, an edge of the part or the part of an edge, have menus of their own
-/// within it, which are about them. At the orbicon there is "OnCube".
+/// Opens the context menus of the canvases in one window: on a right click (a right drag moves the camera)
+/// while the user has no tool active. What is clicked is selected first, unless it is already. The menu is
+/// that of the selection, as the menu files describe it (MenuBar::context): "OnPart", "OnFace" or "OnEdge";
+/// beside everything it is "OnNothing". The commands that offer themselves follow. Other things at the same
+/// place, such as an edge of the part or the part of an edge, get submenus of their own. On the orbicon it is
+/// "OnCube".
 class CanvasMenu : public QObject, private MouseEventSite
 {
 public:
-    /// By which its menus are found.
+    /// The name under which its menus are found.
     static constexpr const char* kName = "canvasMenu";
 
     /// Belongs to the window.

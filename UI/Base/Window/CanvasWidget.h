@@ -4,8 +4,8 @@
 
 namespace Vu {
 
-/// The widget of a canvas: an OpenGL one where the platform has OpenGL, else one that paints the pictures of
-/// the windowless renderer.
+/// The widget of a canvas: an OpenGL widget where the platform supports OpenGL, else one that paints the
+/// images of the offscreen renderer.
 std::unique_ptr<CanvasSurface> makeCanvasSurface(GraphicsCanvas* canvas);
 
 } // namespace Vu

@@ -12,7 +12,7 @@ class ColourButton : public QToolButton
 public:
     ColourButton(const QString& title, ColourMenu::Choose choose, QWidget* parent);
 
-    /// A value of a ColourCommandInput; "" where there is none, or several differ, as the text says.
+    /// A value of a ColourCommandInput; "" if there is none, or if several differ, as the text says.
     void colour(const std::wstring& code, const QString& text);
 
 private:

@@ -87,7 +87,7 @@ void ColourMenu::fill()
     markLetters(*this);
 }
 
-// Behind the event, which may close the menu that this one stands in; that may be gone by then.
+// After the event, which may close and destroy the menu that contains this one.
 void ColourMenu::askForAny()
 {
     QTimer::singleShot(0, qApp, [choose = m_choose, now = m_current] {

@@ -16,13 +16,13 @@ struct ToolbarItem;
 
 /// Whether a command is a list or a menu, which opens instead of running.
 bool opensMenu(CommandDefinition& definition);
-/// What a list of the kinds that can be made offers, if it is one kind alone: then a press makes that, and no
-/// list opens. Null for all others.
+/// If a list of things to create offers a single kind, that kind: a press then creates it without opening the
+/// list. Null otherwise.
 Info* onlyKind(CommandDefinition& definition);
-/// Has the list make it; false if the command offers more than one kind, or something else.
+/// Has the list create it; false if the command offers more than one kind, or something else.
 bool makeOnlyKind(CommandDefinition& definition);
 
-/// Title and picture of a menu that was described.
+/// Title and icon of a described menu.
 struct MenuHead
 {
     QString title;
@@ -30,20 +30,20 @@ struct MenuHead
 };
 MenuHead headOf(const ToolbarItem& item);
 
-/// A menu of commands. Its entries are made when it opens first; each time, they are brought up to date:
-/// which can run, what is ticked, what keys they have. Commands that nobody has are left out.
+/// A menu of commands. Its entries are created when it first opens and updated each time it does: enabled,
+/// checked, shortcuts. Commands that no one has registered are left out.
 class CommandMenu : public QMenu
 {
 public:
-    /// `point` is how its commands are called.
+    /// `point` is the call point passed to its commands.
     CommandMenu(std::vector<ToolbarItem> items, QWidget* parent,
                 ECommandAccessPoint point = ECommandAccessPoint::Toolbar);
     ~CommandMenu() override;
 
-    /// Makes the entries now, for who adds others behind them.
+    /// Creates the entries now, so that the caller can add others after them.
     void prepare() { open(); }
 
-    /// Instead of those that it has.
+    /// Replaces its entries.
     void items(std::vector<ToolbarItem> items);
 
 private:
@@ -57,7 +57,7 @@ private:
     {
         QAction* action;
         std::wstring command, off;
-        std::wstring name; ///< Which the command had then.
+        std::wstring name; ///< Of the command at that time.
     };
 
     std::vector<ToolbarItem> m_items;
@@ -66,10 +66,10 @@ private:
     bool m_filled = false;
 };
 
-/// Gives each entry that has none a letter by which it is chosen, in every language.
+/// Gives each entry without a mnemonic one, in every language.
 void markLetters(QMenu& menu);
 
-/// The entries of a command that is a list or a menu, as they are now.
+/// The current entries of a command that is a list or a menu.
 void fillWithEntriesOf(QMenu* menu, CommandDefinition* definition);
 
 } // namespace Vu

@@ -20,36 +20,36 @@ class InputForm;
 class Workspace;
 
 /// The panel of the running command: title, inputs, what is wrong with them, OK and Cancel. It lies over the
-/// active canvas and can be dragged by its title. Enter commits the command, Escape cancels it, Tab goes
-/// round within the panel and leads into it from the canvas.
+/// active canvas and can be dragged by its title. Enter commits the command, Escape cancels it, Tab cycles
+/// within the panel and enters it from the canvas.
 class CommandPanel : public QFrame,
                      private CommandEventSite,
                      private SessionEventSite,
                      private CommandInputSetEventSite
 {
 public:
-    /// Shows the commands of this workspace alone, which outlives the panel.
+    /// Shows only the commands of this workspace, which outlives the panel.
     CommandPanel(const Workspace* workspace, QWidget* parent);
     ~CommandPanel() override;
 
-    /// The command that is shown; null for none.
+    /// The command shown; null for none.
     CommandBase* command() const { return m_command; }
-    /// Shows what is to be shown, now.
+    /// Updates the panel now.
     void refresh();
-    /// Does so if it is to happen at the end of the event.
+    /// Performs a pending update that was put off to the end of the event.
     void settle()
     {
         if (m_soon.isActive())
             refresh();
     }
-    /// Takes the place over the active canvas; for when the window has changed.
+    /// Positions itself over the active canvas; for when the window has changed.
     void place();
 
-    /// Ends the command with what is in the fields, if they make sense.
+    /// Commits the command with the values in the fields, if they are valid.
     void commit();
     void cancel();
-    /// Gives the focus to the field before or behind the one that has it; from outside, behind the one that
-    /// takes the clicks into the view. False if there is none.
+    /// Moves the focus to the field before or after the focused one; from outside, to the one after the input
+    /// that takes clicks in the view. False if there is none.
     bool walk(bool next);
 
 protected:
@@ -75,9 +75,9 @@ private:
     void fillFoot();
 
     const Workspace* m_workspace;
-    CommandBase* m_command = nullptr; ///< Never one that has ended: each end is told (CommandEventSite).
-    CommandMgr* m_manager = nullptr;  ///< Of the command; it lasts as long as that.
-    QPointer<InputForm> m_form;       ///< Null exactly if there is no command.
+    CommandBase* m_command = nullptr; ///< Never an ended one: every end is reported (CommandEventSite).
+    CommandMgr* m_manager = nullptr;  ///< Of the command, and lives as long.
+    QPointer<InputForm> m_form;       ///< Null if and only if there is no command.
     QWidget* m_head;
     QLabel* m_icon;
     QLabel* m_title;
@@ -86,9 +86,9 @@ private:
     QWidget* m_foot; ///< With the buttons.
     QPushButton* m_ok;
     QTimer m_soon;
-    QRect m_told;     ///< Where it was told to be.
+    QRect m_told;     ///< Where it was last placed.
     QPoint m_dragged; ///< How far from its usual place the panel was dragged.
-    QPoint m_grabbed; ///< Where in the window the pointer was last, while it drags.
+    QPoint m_grabbed; ///< The last pointer position in the window, while dragging.
     Vs::Subscriptions m_subscriptions;
 };
 

@@ -26,7 +26,7 @@ void runFromContextMenu(std::wstring_view key, const std::map<const char*, std::
     CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(key);
     CommandContext context = CommandContext::activeContext();
     context.accessPoint(ECommandAccessPoint::ContextMenu);
-    // Whether a command can run depends on what it is to work on.
+    // Whether a command can run depends on what it would work on.
     for (const auto& [name, value] : arguments)
         context.addArgument(Vs::UniqueString::find(name, true), value);
     if (definition && definition->isAvailable(&context))
@@ -57,7 +57,7 @@ void addContextCommands(QMenu& menu, MarkingMenuEventSource::ESource source)
     for (CommandDefinition* definition : definitions->commandDefinitions())
         if (!isKnown(*definition) && definition->addToContextMenu() && definition->isAvailable(&context))
             offered.push_back(definition);
-    // Wherever they were registered, these stand together where everybody looks for them.
+    // Wherever they were registered, these are grouped where every user expects them.
     std::stable_partition(offered.begin(), offered.end(), [](const CommandDefinition* definition) {
         return std::find(std::begin(kOfClipboard), std::end(kOfClipboard), definition->id()) !=
                std::end(kOfClipboard);

@@ -4,8 +4,7 @@
 
 namespace Vu {
 
-// Children are in the order in which they lie over each other. What lies over a parent lies over its
-// children.
+// Children are in stacking order. What covers a parent covers its children.
 void addCoveredParts(const QWidget& widget, std::vector<CanvasRect>& parts)
 {
     const QPoint corner = widget.mapTo(widget.window(), QPoint());

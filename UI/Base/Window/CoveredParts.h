@@ -8,8 +8,8 @@ class QWidget;
 
 namespace Vu {
 
-/// Adds the parts of a widget that others of its window lie over, in its own coordinates. What the mouse goes
-/// through doesn't count.
+/// Adds the parts of a widget that others of its window cover, in its own coordinates. Widgets transparent to
+/// the mouse don't count.
 void addCoveredParts(const QWidget& widget, std::vector<CanvasRect>& parts);
 
 } // namespace Vu

@@ -19,7 +19,7 @@ const QString kInterface = QStringLiteral("org.freedesktop.portal.Settings");
 const QString kSpace = QStringLiteral("org.gnome.desktop.interface");
 const QString kKey = QStringLiteral("enable-animations");
 
-/// The older way to ask wraps the value twice.
+/// The older method wraps the value twice.
 QVariant unwrapped(QVariant value)
 {
     while (value.metaType() == QMetaType::fromType<QDBusVariant>())
@@ -27,7 +27,7 @@ QVariant unwrapped(QVariant value)
     return value;
 }
 
-/// Of several such files, the newer toolkit's counts first.
+/// If there are several such files, the newer toolkit's takes precedence.
 bool fileWantsLess()
 {
     for (const QString& toolkit : {QStringLiteral("gtk-4.0"), QStringLiteral("gtk-3.0")}) {
@@ -50,7 +50,8 @@ DesktopMotion::DesktopMotion(QObject* parent) : QObject(parent)
     desktopReducesMotion(fileWantsLess());
     if (!DesktopNotifications::hasBus())
         return;
-    // The slot is found by the names of its types, and this one has none before its first message.
+    // The slot is looked up by the names of its parameter types, which aren't registered before the first
+    // message.
     qRegisterMetaType<QDBusVariant>();
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,

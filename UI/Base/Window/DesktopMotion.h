@@ -5,8 +5,8 @@
 
 namespace Vu {
 
-/// Listens to what the desktop's user wants of animations, and hands it on (desktopReducesMotion): as the
-/// settings portal tells it, now and whenever it changes; where there is none, as the file says in which
+/// Follows the desktop user's preference for animations and passes it on (desktopReducesMotion): as the
+/// settings portal reports it, now and on every change; without a portal, as set in the file in which
 /// desktops keep it for their programs (`gtk-enable-animations`).
 class DesktopMotion : public QObject
 {

@@ -12,9 +12,9 @@ class QDBusPendingCallWatcher;
 
 namespace Vu {
 
-/// Hands on to the desktop (org.freedesktop.Notifications on the session bus) what is told while no window of
-/// the program is active. A click there does what a click here does, and brings the window to the front.
-/// Without a bus, or without anybody who shows notifications, nothing happens. It never waits for an answer.
+/// Passes notifications on to the desktop (org.freedesktop.Notifications on the session bus) while no window
+/// of the program is active. A click there does the same as a click here, and brings the window to the front.
+/// Without a bus or a notification service nothing happens. It never waits for an answer.
 class DesktopNotifications : public QObject, private Vs::NotificationsEventSite
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ class DesktopNotifications : public QObject, private Vs::NotificationsEventSite
 public:
     explicit DesktopNotifications(QObject* parent);
 
-    /// Whether a session bus is named; looking for one by other means might start one.
+    /// Whether the address of a session bus is set; looking for one by other means might start one.
     [[nodiscard]] static bool hasBus();
 
 private slots:
@@ -44,7 +44,7 @@ private:
     State m_state = State::Unknown;
     bool m_takesMarkup = false;
     bool m_takesActions = false;
-    bool m_wasActive = false;                 ///< Before the first time nobody can have gone elsewhere.
+    bool m_wasActive = false;                 ///< Before the first time the user can't have gone elsewhere.
     std::vector<Vs::Notification*> m_waiting; ///< For the capabilities.
     std::vector<Vs::Notification*> m_sending; ///< Their numbers aren't known yet.
     std::map<uint, Vs::Notification*> m_shown;

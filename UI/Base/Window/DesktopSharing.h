@@ -8,8 +8,8 @@
 
 namespace Vu::DesktopSharing {
 
-/// Asks the desktop's services by the session's bus, and where they don't answer, its xdg programs. Returns
-/// before anything has come of it; `failed` is called on the main thread if nothing takes the file.
+/// Asks the desktop's services over the session bus and, if they don't answer, its xdg programs. Returns
+/// before the outcome is known; `failed` is called on the main thread if nothing accepts the file.
 void share(ShareWith with, const QString& path, const QString& title, std::function<void()> failed);
 
 } // namespace Vu::DesktopSharing

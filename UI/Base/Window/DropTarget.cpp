@@ -15,12 +15,12 @@ namespace Vu {
 namespace {
 
 constexpr int kInset = 16, kRadius = 16, kThickness = 3;
-constexpr int kVeil = 225; // Of 255: what lies below is still seen to be there.
+constexpr int kVeil = 225; // Of 255: what lies below stays visible.
 
 struct Dropped
 {
     std::vector<std::wstring> files;
-    bool hasOthers = false; ///< Addresses of what isn't on this computer.
+    bool hasOthers = false; ///< Addresses of files not on this computer.
 };
 
 Dropped droppedIn(const QMimeData& data)
@@ -34,7 +34,7 @@ Dropped droppedIn(const QMimeData& data)
     return dropped;
 }
 
-/// Without a look at the disk, which may not answer.
+/// Without accessing the disk, which may not respond.
 QString textFor(const std::vector<std::wstring>& files)
 {
     if (files.size() != 1)
@@ -57,7 +57,7 @@ DropTarget::DropTarget(QWidget* window) : QWidget(window)
 
 void DropTarget::enter(QDragEnterEvent& event)
 {
-    // A tile that is let go of where it came from.
+    // A tile dropped where it came from.
     if (event.source())
         return;
     const Dropped dropped = droppedIn(*event.mimeData());

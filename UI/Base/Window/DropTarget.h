@@ -7,8 +7,8 @@ class QDropEvent;
 
 namespace Vu {
 
-/// Makes the whole window a place on which files can be dropped, and shows it, over everything else, while
-/// something hangs over it that can be opened.
+/// Makes the whole window a drop target for files, and shows so, above everything else, while something that
+/// can be opened is dragged over it.
 class DropTarget : public QWidget
 {
 public:
@@ -16,7 +16,7 @@ public:
 
     void enter(QDragEnterEvent& event);
     void leave() { hide(); }
-    /// Opens what was dropped, behind the event; says of the rest why it isn't.
+    /// Opens what was dropped, after the event; says why the rest isn't opened.
     void drop(QDropEvent& event);
 
 protected:

@@ -5,9 +5,9 @@
 
 namespace Vu {
 
-/// Opens files that were dropped on the window, one command for each, in their order. The first takes the
-/// place of the document that shows, as any opening does, if the user lets that go; the others come beside
-/// it. Folders are left out, with a message; very many files are opened only if the user means it.
+/// Opens files dropped on the window, with one command each, in their order. The first replaces the document
+/// shown, as when opening any file, if the user agrees to close that; the others open beside it. Folders are
+/// skipped with a message; very many files are opened only after a confirmation.
 void openDroppedFiles(const std::vector<std::wstring>& paths);
 
 } // namespace Vu

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::wstring_view kReturnCommand = L"ReturnToEnvironmentCommand";
 
-/// From the model down to what holds the component that is edited.
+/// From the model down to whatever contains the component being edited.
 QString placeOf(const AssetSession& session)
 {
     QStringList names;

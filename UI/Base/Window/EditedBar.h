@@ -9,8 +9,8 @@ class QLabel;
 
 namespace Vu {
 
-/// Tells above the browser which component is edited by itself (AssetSession::editedComponent), and in what
-/// it lies, and has a button that leaves it. Hidden while the whole model is edited.
+/// Shows above the browser which component is being edited by itself (AssetSession::editedComponent) and what
+/// contains it, with a button that leaves it. Hidden while the whole model is edited.
 class EditedBar : public QWidget, private SessionEventSite, private Vs::AssetEventSite
 {
 public:

@@ -64,7 +64,7 @@ void EmptyHint::refresh()
     const bool wanted = isWanted();
     if (wanted) {
         adjustSize();
-        // Below the origin, which lies in the middle.
+        // Below the origin, which is in the middle.
         move((parentWidget()->width() - width()) / 2, parentWidget()->height() * 2 / 3 - height() / 2);
     }
     setVisible(wanted && width() < parentWidget()->width());

@@ -33,7 +33,7 @@ QString text(const std::wstring& wide)
     return QString::fromStdWString(wide);
 }
 
-/// The time alone for today, with the day before.
+/// The time alone for today, preceded by the date for other days.
 QString timeOf(const FeedEntry& entry)
 {
     if (entry.time == std::chrono::system_clock::time_point())
@@ -46,7 +46,7 @@ QString timeOf(const FeedEntry& entry)
                                                : locale.toString(when, QLocale::ShortFormat);
 }
 
-/// The title, and fainter below it where it comes from and when.
+/// The title, and in fainter text below it its origin and time.
 class EntryDelegate : public QStyledItemDelegate
 {
 public:
@@ -126,7 +126,7 @@ FeedPanel::FeedPanel(QWidget* parent)
     refresh();
 }
 
-/// One that nobody sees waits until somebody does.
+/// While hidden it waits until it is shown.
 void FeedPanel::feedChanged()
 {
     if (isVisible())

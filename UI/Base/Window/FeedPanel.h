@@ -12,9 +12,8 @@ class QListWidget;
 
 namespace Vu {
 
-/// The feed of the document that shows: what was done, by which command and when, the newest first. What was
-/// taken back stands in grey above the present state. A double click, Enter or the menu goes back, or
-/// forward, to a step.
+/// The feed of the document shown: what was done, by which command and when, the newest first. Undone steps
+/// are grey, above the present state. A double click, Enter or the menu goes back or forward to a step.
 class FeedPanel : public QWidget, private FeedEventSite
 {
 public:

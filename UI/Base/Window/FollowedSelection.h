@@ -4,8 +4,8 @@
 
 namespace Vu {
 
-/// Which selection a site follows: that of one session after the other. The set must be left, by `follow`
-/// with null, before it goes.
+/// The selection that a site follows, of one session after another. Before it is destroyed the set must be
+/// left by calling `follow` with null.
 class FollowedSelection
 {
 public:
@@ -25,9 +25,9 @@ public:
         if (m_set)
             m_set->subscribe(&m_site);
     }
-    /// The one that is followed; null for none.
+    /// The set being followed; null for none.
     const Vs::SelectionSet* set() const { return m_set; }
-    /// Whether nothing is selected there, or no set is followed.
+    /// Whether nothing is selected in it, or no set is followed.
     bool empty() const { return !m_set || m_set->empty(); }
 
 private:

@@ -9,8 +9,8 @@ namespace Vu {
 
 class CommandDefinition;
 
-/// What the search palette found, in rows of title, line and keys. Whether a command can start is asked when
-/// its row is drawn first.
+/// The results of the search palette, in rows of title, line and keys. Whether a command can start is only
+/// asked when its row is first painted.
 class FoundModel : public QAbstractTableModel
 {
 public:
@@ -19,7 +19,7 @@ public:
     FoundModel(SearchIndex index, QObject* parent);
 
     void find(const QString& words);
-    /// Null outside of the rows.
+    /// Null if out of range.
     const SearchEntry* entry(int row) const;
     /// Null for a line.
     static CommandDefinition* definition(const SearchEntry& entry);

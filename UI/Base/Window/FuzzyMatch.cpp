@@ -11,9 +11,9 @@ constexpr int kLetter = 16;
 constexpr int kWordStart = 10;
 constexpr int kTextStart = 6; ///< Besides kWordStart.
 constexpr int kInARow = 12;
-constexpr int kLeftOut = 1;      ///< For each letter between two that were found,
+constexpr int kLeftOut = 1;      ///< For each letter between two matches,
 constexpr int kMostLeftOut = 12; ///< but no more than this.
-/// No sum of points comes near it.
+/// No sum of scores comes near it.
 constexpr int kNever = std::numeric_limits<int>::min() / 2;
 
 bool startsWord(const QString& text, qsizetype i)
@@ -32,11 +32,11 @@ int pointsAt(const SearchText& text, size_t i)
     return kLetter + (text.beginsWord(i) ? kWordStart : 0) + (i == 0 ? kTextStart : 0);
 }
 
-/// For each place of the text, the best score of the letters so far with the last of them there.
+/// For each position of the text, the best score of the letters so far with the last one matched there.
 using Scores = std::array<int, SearchText::kLongest>;
 
-/// The scores with one letter more. What is left out costs the less the nearer it is, down to a limit, so the
-/// best way there comes either from near, one letter dearer at each step, or from anywhere.
+/// The scores with one letter more. The nearer a gap, the less it costs, up to a limit, so the best match
+/// comes either from near by, at one more letter's cost for each step, or from anywhere.
 void addLetter(const SearchText& text, char16_t letter, Scores& scores)
 {
     int near = kNever, anywhere = kNever, last = kNever;

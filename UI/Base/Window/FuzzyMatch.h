@@ -8,8 +8,8 @@
 
 namespace Vu {
 
-/// A text as it is searched: without the case of its letters and without their accents, and with a mark where
-/// its words begin ("CloseAllDocuments" has three). Of a text longer than kLongest there is the beginning.
+/// A text prepared for searching: without case and accents, and with word starts marked ("CloseAllDocuments"
+/// has three). Texts longer than kLongest are truncated.
 class SearchText
 {
 public:
@@ -26,17 +26,17 @@ private:
     std::vector<bool> m_begins;
 };
 
-/// How well a text answers what is typed. The letters must all be there, in their order, and the score is
-/// that of the best way to find them: letters at the start of a word and letters in a row count more, what
-/// is left out between them counts against it. Scores are comparable between texts for the same letters.
+/// How well a text matches what is typed. All letters must occur in order, and the score is that of the best
+/// match: letters at word starts and consecutive letters score more, gaps score less. Scores of different
+/// texts are comparable for the same letters.
 namespace FuzzyMatch {
 
-/// The longest that is looked for; more letters are left out.
+/// The longest pattern; further letters are ignored.
 constexpr size_t kLongestWanted = 64;
 
-/// Nothing if a letter is missing. Nothing wanted has the score 0 everywhere.
+/// Nothing if a letter is missing. An empty pattern has the score 0 everywhere.
 std::optional<int> score(const SearchText& text, const std::u16string& wanted);
-/// The same of letters that stand in one piece, for sentences, in which any letters can be found in order.
+/// The same for a contiguous match, for sentences, in which almost any letters occur in order.
 std::optional<int> scoreInOnePiece(const SearchText& text, const std::u16string& wanted);
 
 } // namespace FuzzyMatch

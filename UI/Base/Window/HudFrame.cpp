@@ -76,7 +76,7 @@ void HudFrame::splitViewDeactivate(SplitViewEvent*)
 
 void HudFrame::showEvent(QShowEvent*)
 {
-    // Now the others are there as well.
+    // Now the others exist as well.
     place();
 }
 
@@ -134,7 +134,7 @@ void HudFrame::resizeEvent(QResizeEvent*)
 
 bool HudFrame::event(QEvent* event)
 {
-    // Buttons that come and go change what a display needs.
+    // Buttons that come and go change a display's size.
     if (event->type() == QEvent::LayoutRequest)
         place();
     return QWidget::event(event);
@@ -153,7 +153,7 @@ void HudFrame::place()
     }
 }
 
-/// Within the canvas, with a distance from its edges, as far as that has room for it.
+/// Within the canvas, with a margin from its edges as far as there is room.
 QRect HudFrame::placeOf(const Hud& hud) const
 {
     QSize size = hud.bar->sizeHint();

@@ -15,20 +15,20 @@ namespace Vu {
 class CommandButton;
 class GraphicsCanvas;
 
-/// A canvas with the heads-up displays that lie over it. Of several canvases the active one has a frame in
-/// the colour of what is selected, and it alone shows the displays, which work on it.
+/// A canvas with the heads-up displays over it. Of several canvases the active one has a frame in the
+/// selection colour, and only it shows the displays, which work on it.
 class HudFrame : public QWidget, private SplitViewEventSite
 {
 public:
     explicit HudFrame(QWidget* parent);
     ~HudFrame() override;
 
-    /// Fills the frame with the canvas's widget, which stays its own.
+    /// Fills the frame with the canvas's widget, which the canvas still owns.
     void canvas(GraphicsCanvas* canvas);
-    /// Makes the displays; their buttons are appended.
+    /// Creates the displays and appends their buttons.
     void addHuds(std::vector<CommandButton*>& buttons);
-    /// Shows, hides and places the displays as the areas below `root` say that are theirs (HUD::contents).
-    /// The points of areas are those of `stage`.
+    /// Shows, hides and places the displays as described by those areas below `root` that are meant for them
+    /// (HUD::contents). The coordinates of areas are those of `stage`.
     void follow(Area& root, const QWidget& stage);
 
 protected:
@@ -45,7 +45,7 @@ private:
     struct Hud
     {
         QWidget* bar;
-        EPlacement usual;     ///< The side that the display itself names.
+        EPlacement usual;     ///< The side that the display itself asks for.
         std::string contents; ///< Of its area.
         EPlacement side;
         QPoint point; ///< Of a floating one.
@@ -55,7 +55,8 @@ private:
     void place();
 
     GraphicsCanvas* m_canvas = nullptr;
-    QPointer<QWidget> m_widget; ///< The canvas's own, which may go, or move to another frame, before this.
+    QPointer<QWidget>
+        m_widget; ///< The canvas's own, which may be destroyed, or move to another frame, before this.
     std::vector<Hud> m_huds;
     PlacedHuds m_placed{this};
     Vs::Subscriptions m_subscriptions;

@@ -14,7 +14,7 @@
 namespace Vu {
 namespace {
 
-/// How far what stands in a group is indented.
+/// How far the contents of a group are indented.
 constexpr int kIndent = 10;
 
 int depthOf(const CommandInputBase& input)

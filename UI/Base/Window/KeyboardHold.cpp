@@ -13,8 +13,8 @@
 namespace Vu {
 namespace {
 
-/// How long a window manager may take to give the keyboard to a new window, in milliseconds; longer, and the
-/// window takes it itself.
+/// How long a window manager may take to give the keyboard focus to a new window, in milliseconds; after
+/// that, the window takes it itself.
 constexpr qint64 kLongestWait = 300;
 constexpr unsigned long kBetweenLooks = 2;
 constexpr xcb_window_t kNoWindow = XCB_WINDOW_NONE;
@@ -26,7 +26,7 @@ struct Free
 template <class Reply>
 using Answer = std::unique_ptr<Reply, Free>;
 
-/// Null where the display server isn't X.
+/// Null if the display server isn't X.
 xcb_connection_t* server()
 {
     const auto* x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -55,7 +55,7 @@ bool grabKeyboard(xcb_connection_t* server, xcb_window_t root)
     return grab && grab->status == XCB_GRAB_STATUS_SUCCESS;
 }
 
-/// Readdresses keys before the toolkit looks for their window.
+/// Readdresses key events before the toolkit looks up their window.
 class Readdressing : public QAbstractNativeEventFilter
 {
 public:
@@ -102,7 +102,7 @@ KeyboardHold::KeyboardHold(QWidget* window) : m_window(window)
     if (!x || !window->internalWinId())
         return;
     m_old = static_cast<uint32_t>(window->internalWinId());
-    // The program itself may not know yet that the person has gone elsewhere.
+    // The program itself may not know yet that the user has switched to another window.
     if (!window->isVisible() || withKeyboard(x) != m_old)
         return;
     if (const xcb_window_t root = rootOf(x, m_old); root && grabKeyboard(x, root))
@@ -124,7 +124,7 @@ KeyboardHold::~KeyboardHold()
         waited.start();
         while (withKeyboard(x) != now && waited.elapsed() < kLongestWait)
             QThread::msleep(kBetweenLooks);
-        // Nobody has it, as where there is no window manager.
+        // No window has it, as without a window manager.
         if (const xcb_window_t other = withKeyboard(x);
             other <= XCB_INPUT_FOCUS_POINTER_ROOT || other == m_root)
             xcb_set_input_focus(x, XCB_INPUT_FOCUS_POINTER_ROOT, now, XCB_CURRENT_TIME);

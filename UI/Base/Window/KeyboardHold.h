@@ -9,17 +9,17 @@
 namespace Vu {
 
 /// Keeps what is typed while the native window of a window is replaced, which the toolkit does when the first
-/// canvas that draws by OpenGL comes into it: the display server sends keys to the native window that has the
-/// keyboard, and those that the program hasn't seen yet when it destroys that one, or that are pressed before
-/// the window manager has given the keyboard to the next, are lost otherwise.
+/// OpenGL canvas is added to it. The display server sends keys to the native window that has the focus; keys
+/// that the program hasn't received when it destroys that window, or that are pressed before the window
+/// manager has focused the next, would otherwise be lost.
 ///
-/// Lives around the replacement. If the window has the keyboard, all keys come to the program meanwhile; that
-/// ends with the next native window having the keyboard, for which it waits a few milliseconds, a third of a
-/// second at most. They, and those that the old native window got, come to the window as if typed into it.
-/// Without effect where the display server isn't X. Main thread.
+/// Use it around the replacement. If the window has the focus, all keys go to the program meanwhile, until
+/// the new native window has the focus, for which it waits a few milliseconds, a third of a second at most.
+/// Those keys, and those that the old native window received, reach the window as if typed into it. Without
+/// effect where the display server isn't X. Main thread.
 ///
-/// Keys that the toolkit has taken from the server already, and not handed out, are out of reach. So whoever
-/// starts from a key what may lead here calls `handOut` before.
+/// Keys that the toolkit has already read from the server but not dispatched are out of reach. So callers
+/// that react to a key with something that may lead here call `handOut` first.
 class [[nodiscard]] KeyboardHold
 {
 public:
@@ -36,7 +36,7 @@ private:
 
     QPointer<QWidget> m_window;
     uint32_t m_old = 0;  ///< Identifier of the native window at the beginning; 0 without X.
-    uint32_t m_root = 0; ///< That of the screen, to which keys go meanwhile; 0 if they don't.
+    uint32_t m_root = 0; ///< That of the screen, which gets keys meanwhile; 0 if it doesn't.
 };
 
 } // namespace Vu

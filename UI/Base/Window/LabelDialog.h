@@ -13,7 +13,7 @@ class LabelDialog : public QDialog
 public:
     LabelDialog(const QString& proposal, int longest, QWidget* parent);
 
-    /// Without blanks around it; not empty in a dialog that was accepted.
+    /// Trimmed; not empty if the dialog was accepted.
     QString label() const;
 
 private:

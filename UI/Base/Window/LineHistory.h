@@ -10,25 +10,25 @@
 
 namespace Vu {
 
-/// The lines that were run before in a field, kept in an option: Up and Down go through them.
+/// The lines run earlier in a field, stored in an option: Up and Down step through them.
 class LineHistory
 {
 public:
     /// The option isn't owned.
     explicit LineHistory(Vs::Option<std::vector<std::wstring>>& option);
 
-    /// A line that is there already becomes the newest.
+    /// A line already in the list becomes the newest.
     void remember(const QString& line);
-    /// Goes back (-1) or forth (1). `text` is what the field shows, and gets the line to show. Returns
-    /// whether that is another one.
+    /// Steps back (-1) or forward (1). `text` is what the field shows, and receives the line to show. Returns
+    /// whether it changed.
     bool recall(int step, QString& text);
-    /// From the newest again.
+    /// Starts from the newest again.
     void begin() { m_place = m_lines.size(); }
 
 private:
     Vs::Option<std::vector<std::wstring>>& m_option;
     QStringList m_lines;
-    QString m_unfinished; ///< What was typed before Up was pressed first.
+    QString m_unfinished; ///< What was typed before the first Up.
     qsizetype m_place = 0;
 };
 

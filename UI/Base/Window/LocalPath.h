@@ -6,7 +6,7 @@
 
 namespace Vu {
 
-/// The path of a local file. Its name may be no UTF-8, which QUrl::toLocalFile would change.
+/// The path of a local file. Its name may not be valid UTF-8, which QUrl::toLocalFile would alter.
 inline std::wstring pathOf(const QUrl& url)
 {
     const QByteArray bytes = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());

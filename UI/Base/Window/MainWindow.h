@@ -50,12 +50,12 @@ public:
     explicit MainWindow(WorkspaceWindow* owner);
     ~MainWindow() override;
 
-    /// Shows the areas of the active arrangement as they are, now.
+    /// Updates to the areas of the active arrangement now.
     void rebuild();
-    /// The same, and the refreshing of title and buttons, at the end of the event.
+    /// The same, plus title and buttons, at the end of the event.
     void rebuildSoon();
     void refreshSoon();
-    /// Does what they have put off, and lays out what has changed, now.
+    /// Performs deferred updates and lays out what has changed, now.
     void settleLayout();
 
     void message(const QString& text, bool isError);
@@ -107,7 +107,7 @@ private:
     ProgressPanel* m_progress;
     QLabel* m_message;
     StatusFields* m_fields;
-    QLabel* m_readOnly; ///< Who has the document that shows, if somebody else has.
+    QLabel* m_readOnly; ///< Who has the shown document open, if somebody else has.
     BellButton* m_bell;
     ToastStack* m_toasts;
     DropTarget* m_drops;

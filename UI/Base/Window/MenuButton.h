@@ -7,7 +7,7 @@
 
 namespace Vu {
 
-/// A toolbar's button that opens a menu. Where a command is its head, it looks as that does, at any time.
+/// A toolbar button that opens a menu. If it is headed by a command, it always looks like that command.
 class MenuButton : public QToolButton, private InputControlSite
 {
 public:

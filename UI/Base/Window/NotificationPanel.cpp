@@ -22,7 +22,7 @@ namespace {
 constexpr int kWidth = 400;
 constexpr int kHeight = 480;
 constexpr int kDistance = 4;
-/// How often the progress of work is looked at, in milliseconds.
+/// How often the progress of work is polled, in milliseconds.
 constexpr int kWorkInterval = 100;
 
 QToolButton* flatButton(QWidget* parent, const char* name, const std::wstring& text)
@@ -45,7 +45,7 @@ NotificationPanel::NotificationPanel(ProgressPanel* progress, QWidget* parent)
 {
     Accessible::role(this, QAccessible::Pane);
     setObjectName(QStringLiteral("notificationPanel"));
-    // A click on the bell closes it, and must not open it again.
+    // A click on the bell closes it, and must not reopen it.
     setAttribute(Qt::WA_NoMouseReplay);
     setAccessibleName(QString::fromStdWString(localized("Notifications", "Notifications")));
     auto* column = new QVBoxLayout(this);
@@ -108,7 +108,7 @@ void NotificationPanel::openAbove(const QWidget& anchor)
     fill();
     showWork();
     show();
-    place(); // Now the layout knows the heights.
+    place(); // The layout knows the heights now.
     focusRow(0);
     m_workTimer.start(kWorkInterval);
     auto* center = Vs::NotificationCenter::get();
@@ -208,7 +208,7 @@ void NotificationPanel::showWork()
         m_workBar->setValue(m_progress->value());
         m_cancel->setEnabled(!m_progress->cancelled());
     }
-    // Nothing is begun while work runs.
+    // Nothing can be started while work runs.
     m_scroll->setEnabled(!works);
     if (m_work->isHidden() != works)
         return;
@@ -227,10 +227,10 @@ void NotificationPanel::notificationSent(Vs::NotificationEvent* event)
 
 void NotificationPanel::notificationRemoved(Vs::NotificationEvent* event)
 {
-    // A row that is disabled loses the focus.
+    // A disabled row loses the focus.
     if (m_focused < 0)
         m_focused = focusedRow();
-    // The notification is gone before the list is made anew.
+    // The notification is gone before the list is rebuilt.
     for (NotificationRow* row : m_rows)
         if (row->notification() == event->notification())
             row->setEnabled(false);

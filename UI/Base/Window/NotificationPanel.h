@@ -18,8 +18,9 @@ namespace Vu {
 class NotificationRow;
 class ProgressPanel;
 
-/// The list behind the bell, the newest first; above it what work is going on, with its progress and a button
-/// that gives it up. A popup: Escape and clicks elsewhere close it. Whoever opens it has seen everything.
+/// The list behind the bell, the newest first; above it the work in progress, each with its progress and a
+/// button that cancels it. A popup: Escape and clicks elsewhere close it. Opening it marks everything as
+/// seen.
 class NotificationPanel : public QFrame, private Vs::NotificationsEventSite
 {
 public:
@@ -55,7 +56,7 @@ private:
     QToolButton* m_clear = nullptr;
     QScrollArea* m_scroll;
     std::vector<NotificationRow*> m_rows;
-    qsizetype m_focused = -1; ///< Of a list that is about to be made anew; -1 for none.
+    qsizetype m_focused = -1; ///< Of a list about to be rebuilt; -1 for none.
     QTimer m_fillTimer, m_workTimer;
     QRect m_anchor; ///< On the screen.
     Vs::Subscriptions m_subscriptions;

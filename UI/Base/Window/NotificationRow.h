@@ -10,20 +10,20 @@ class QBoxLayout;
 
 namespace Vu {
 
-/// One notification as the user sees it: sign, title, text, file, what can be done, and a button that
-/// dismisses it. What a press does comes behind the event, so that the row may go with its notification.
+/// One notification as the user sees it: icon, title, text, file, actions, and a button that dismisses it.
+/// Presses take effect after the event, so that the row may be removed with its notification.
 class NotificationRow : public QFrame
 {
 public:
     enum class Place {
-        List, ///< Takes the focus, and the keys: Return for a click, Delete to dismiss it.
+        List, ///< Takes the focus and the keys: Return clicks, Delete dismisses.
         Toast ///< Neither it nor its buttons ever take the focus.
     };
     NotificationRow(Vs::Notification* notification, Place place, QWidget* parent);
 
-    /// It is there as long as the row is: whoever owns rows removes them with their notifications.
+    /// It exists as long as the row: whoever owns rows removes them with their notifications.
     Vs::Notification* notification() const { return m_notification; }
-    /// In the list: Up (-1) or Down (+1) was pressed.
+    /// Up (-1) or Down (+1) was pressed, to move within the list.
     void onMove(std::function<void(int)> callback) { m_move = std::move(callback); }
     /// Called when the user closes the row. By default the notification is dismissed.
     void onClose(std::function<void()> callback) { m_close = std::move(callback); }

@@ -13,26 +13,26 @@ namespace Vu {
 
 class Area;
 
-/// What a person calls an area; its name, where nobody knows better.
+/// The user's name for an area; its internal name if there is no better one.
 [[nodiscard]] QString areaTitle(const Area& area);
 
-/// Whether the area stands in a panel of its own.
+/// Whether the area is shown in a panel of its own.
 [[nodiscard]] bool hasPanel(const Area& area);
 
-/// A panel: the contents of an area below a title, with a menu that docks, floats or collapses it, and a
-/// button that closes it. While it floats it is dragged by its title, and has a corner that resizes it.
-/// Closing runs the command that hides the area, where there is one.
+/// A panel: the contents of an area below a title bar, with a menu that docks, floats or collapses it, and a
+/// button that closes it. A floating panel is dragged by its title and has a resize corner. Closing runs the
+/// command that hides the area, if there is one.
 class PanelFrame : public QFrame
 {
 public:
     explicit PanelFrame(QWidget* parent);
 
-    /// Takes the contents over.
+    /// Takes ownership of the contents.
     void contents(QWidget* widget);
     QWidget* contents() const { return m_contents; }
-    /// Whose panel it is; the area must live as long as the panel shows.
+    /// The area of this panel; it must live as long as the panel is shown.
     void area(Area* area);
-    /// Whether it lies over the others.
+    /// Whether it floats above the others.
     void floats(bool value);
     QToolButton* menuButton() const { return m_menu; }
     QToolButton* closeButton() const { return m_close; }

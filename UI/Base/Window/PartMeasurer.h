@@ -11,18 +11,18 @@
 
 namespace Vu {
 
-/// Measures on a thread of its own, so that nobody waits for large models. Main thread.
+/// Measures on a separate thread, so that nobody waits for large models. Main thread.
 class PartMeasurer : public QObject
 {
 public:
     using Answer = std::function<void(const Vs::MeasuredParts&)>;
 
-    /// `answer` is called on the main thread with what the last question gave.
+    /// `answer` is called on the main thread with the result of the last question.
     explicit PartMeasurer(Answer answer) : m_answer(std::move(answer)) { m_pool.setMaxThreadCount(1); }
-    /// Waits until the body that is being measured is done with.
+    /// Waits until the body being measured is finished.
     ~PartMeasurer() override;
 
-    /// Gives the question before up.
+    /// Drops the previous question.
     void ask(std::vector<Vs::PartToMeasure> parts);
     void cancel() { ++m_question; }
 

@@ -13,11 +13,11 @@
 namespace Vu {
 namespace {
 
-/// From the place that a plate tells about.
+/// From the place that a plate describes.
 constexpr int kDistance = 14;
 
-/// Shows the inputs that have something to tell; returns whether there are any. The grid keeps its labels,
-/// which are two a row.
+/// Shows the inputs that have something to show; returns whether there are any. The grid keeps its labels,
+/// two to a row.
 bool fill(QGridLayout* grid, const Group& group)
 {
     int row = 0;
@@ -86,7 +86,7 @@ QFrame* PlacedHuds::plateOf(const PlacedHUD& hud)
 
 void PlacedHuds::refresh()
 {
-    int lowest = 0; // The bottom of the plate before, which the next one may not cover.
+    int lowest = 0; // The bottom of the previous plate, which the next one may not cover.
     QRect before;
     for (const PlacedHUD& hud : HUDManager::get()->huds()) {
         if (!m_active || !hud.shown()) {
@@ -123,7 +123,7 @@ void PlacedHuds::showHint()
     m_hint->raise();
 }
 
-/// Beside the panel of the running command, at its inner side.
+/// Beside the panel of the running command, on its inner side.
 void PlacedHuds::keepOffPanel(QWidget& plate) const
 {
     const auto* panel = m_frame->window()->findChild<QWidget*>(QStringLiteral("commandPanel"));

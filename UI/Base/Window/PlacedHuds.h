@@ -14,8 +14,8 @@ class QWidget;
 
 namespace Vu {
 
-/// Draws what HUDManager holds over the canvas of one frame: plates with the values of inputs, and the hint.
-/// Several changes are drawn once, at the end of the event.
+/// Draws the contents of HUDManager over the canvas of one frame: plates with the values of inputs, and the
+/// hint. Several changes are drawn together, at the end of the event.
 class PlacedHuds : private HUDEventSite
 {
 public:

@@ -7,7 +7,7 @@
 
 namespace Vu {
 namespace {
-/// The description that came from the tooltip.
+/// The description derived from the tooltip.
 constexpr const char* kDescribed = "describedByTooltip";
 } // namespace
 
@@ -21,7 +21,7 @@ QString PlainText::tooltip(const std::wstring& text)
     return tooltip(QString::fromStdWString(text));
 }
 
-// Where nothing else describes a widget, its tooltip is read out, with whatever markup it has.
+// If nothing else describes a widget, screen readers read its tooltip, including any markup.
 void PlainText::setTooltip(QWidget* widget, const QString& text)
 {
     const bool describes = widget->accessibleDescription() == widget->property(kDescribed).toString();

@@ -10,30 +10,30 @@ class QLabel;
 class QMessageBox;
 class QWidget;
 
-/// Texts that are shown letter by letter. Qt takes whatever looks like HTML for HTML in tooltips, labels and
-/// message boxes, with pictures from anywhere; but names and messages come from files, which others have
-/// made. So this is the only place that sets such texts.
+/// Texts that are shown literally. Qt treats anything that looks like HTML as HTML in tooltips, labels and
+/// message boxes, including images from anywhere; but names and messages come from files written by others.
+/// So this is the only place that sets such texts.
 namespace Vu::PlainText {
 
-/// What a tooltip has to be told so that it shows `text`; for a model's Qt::ToolTipRole.
+/// The tooltip that makes Qt show `text` literally; for a model's Qt::ToolTipRole.
 QString tooltip(const QString& text);
 QString tooltip(const std::wstring& text);
 
 void setTooltip(QWidget* widget, const QString& text);
 void setTooltip(QAction* action, const QString& text);
-/// A tooltip that is HTML of the program's own. Whatever else stands in it must have been escaped. `spoken`
-/// is what assistive programs read out instead.
+/// A tooltip in HTML written by the program. Anything else in it must have been escaped. `spoken` is what
+/// assistive technology reads out instead.
 void setMarkupTooltip(QWidget* widget, const QString& html, const QString& spoken);
 
-/// A label that shows texts and pictures, but no HTML. Owned by its parent, which may be null until it is
-/// laid out.
+/// A label that shows text and pictures, but no HTML. Owned by its parent, which may be null until it is laid
+/// out.
 QLabel* label(QWidget* parent, const QString& text = {});
 
-/// A message box without picture and buttons.
+/// A message box without icon and buttons.
 std::unique_ptr<QMessageBox> messageBox(QWidget* parent, const QString& title, const QString& text);
-/// What a button of the box unfolds; it is shown letter by letter.
+/// The details that a button of the box expands; shown literally.
 void setDetails(QMessageBox* box, const QString& text);
-/// Asks whether to go on; "no" is the answer unless it is chosen.
+/// Asks whether to go on; the default answer is "no".
 bool confirmed(QWidget* parent, const QString& title, const QString& question);
 
 } // namespace Vu::PlainText

@@ -21,10 +21,10 @@
 namespace Vu {
 namespace {
 
-/// Between places that are looked at, in pixels, so that no edge passes between them (PickWish::tolerance);
-/// far from the start they may lie so much wider apart for each pixel of the distance.
+/// The distance between sampled places, in pixels, so that no edge falls between them (PickWish::tolerance);
+/// farther from the start the spacing may grow by so much per pixel of distance.
 constexpr double kStep = 7, kWidening = 0.04;
-/// What lies aside of the direction counts as if it were so much farther away.
+/// Deviation sideways from the direction counts as so much extra distance.
 constexpr double kAside = 1.5;
 
 struct Direction
@@ -53,8 +53,8 @@ struct Offset
     double x, y, cost;
 };
 
-/// Places in the quarter of the plane that a direction leads into, or all around without one, up to so far
-/// from its start; the nearest first.
+/// Places in the quadrant that a direction leads into, or all around without one, up to so far from its
+/// start; the nearest first.
 std::vector<Offset> offsets(const Direction& way, double farthest)
 {
     const bool isAround = way.right == 0 && way.down == 0;
@@ -78,7 +78,7 @@ std::vector<Offset> offsets(const Direction& way, double farthest)
     return all;
 }
 
-/// Whether something else than the scene has the mouse there.
+/// Whether something other than the scene takes the mouse there.
 bool isCovered(const GraphicsCanvas& canvas, const std::vector<CanvasRect>& covered, MouseEvent& event)
 {
     MouseOverlay* overlay = canvas.view() ? canvas.view()->mouseOverlay() : nullptr;
@@ -90,8 +90,8 @@ bool isCovered(const GraphicsCanvas& canvas, const std::vector<CanvasRect>& cove
            (overlay && overlay->takesMouse(&event));
 }
 
-/// At rest, the mouse may take an edge of a component at its outline, where another one lies behind; keys go
-/// from component to component, and within those that are selected.
+/// At rest, the mouse may take an edge of a component at its silhouette, where another one lies behind; keys
+/// go from component to component, and within selected ones.
 bool isStop(const Vs::Selection& thing, const SelectionCommandInput& input)
 {
     const auto* object = Vs::cast<Vs::LogicalSelection>(&thing);
@@ -116,7 +116,7 @@ PointerKeys::PointerKeys(std::function<void(const QString&)> tell) : m_tell(std:
     m_subscriptions.add(MouseEventSource::get(), this);
 }
 
-// Also those that the keys have made.
+// Including those created by the keys.
 void PointerKeys::mouseMove(MouseEvent* event)
 {
     m_last = Place{event->canvas(), event->x(), event->y()};
@@ -169,7 +169,7 @@ void PointerKeys::go(const Place& place)
 {
     MouseEvent move(place.canvas, {.x = place.x, .y = place.y});
     MouseEventSource::get()->fireMouseMove(&move);
-    // The command may have taken its preview back on hearing of it, and ended, or another thing lie there.
+    // The command may have reacted by removing its preview and ending, or something else may lie there.
     const CommandBase* command = CommandBase::getActiveCommand();
     const SelectionCommandInput* input = SelectionCommandInput::currentOf(command);
     const Vs::StrongRef<Vs::Selection> thing = input ? input->under(move) : nullptr;

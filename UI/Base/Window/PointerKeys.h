@@ -13,14 +13,14 @@ namespace Vu {
 
 class SelectionCommandInput;
 
-/// Points by keys at the things in the active view that the running command, or the one that rests, lets
-/// be picked. Ctrl and an arrow go from where the pointer was last, else from the middle, to the nearest
-/// other thing in that direction, which lights up as it does under the pointer. Space is a click there, with
-/// the modifier keys that a click may have; the Menu key is one of the right button, there or in the middle.
+/// Points by keyboard at the things in the active view that the running (or the resting) command lets be
+/// picked. Ctrl and an arrow go from the last position of the pointer, or else from the middle, to the
+/// nearest other thing in that direction, which is highlighted as under the pointer. Space clicks there, with
+/// the modifier keys that a click may have; the Menu key right-clicks there, or in the middle.
 class PointerKeys : private MouseEventSite
 {
 public:
-    /// What is pointed at is told to `tell`.
+    /// `tell` is told what is pointed at.
     explicit PointerKeys(std::function<void(const QString&)> tell);
 
     /// Each returns false if the key is another one, or nothing can be picked now. An arrow is a Qt::Key.
@@ -30,7 +30,7 @@ public:
 private:
     struct Place
     {
-        GraphicsCanvas* canvas; ///< Compared alone; it may be gone.
+        GraphicsCanvas* canvas; ///< Only compared; it may be gone.
         double x, y;
     };
 

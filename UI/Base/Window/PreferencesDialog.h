@@ -17,8 +17,8 @@ namespace Vu {
 
 class KeysPage;
 
-/// All preferences below one another, one section for each page; the list beside them leads to a section, and
-/// the search field leaves those that it finds. What is changed holds at once.
+/// All preferences on one scrolling page, with a section for each page; the list beside them jumps to a
+/// section, and the search field filters them. Changes take effect at once.
 class PreferencesDialog : public QDialog
 {
 public:
@@ -31,7 +31,7 @@ private:
     struct Row
     {
         const Preference* preference;
-        QWidget* label; ///< Null where the editor says by itself what it is.
+        QWidget* label; ///< Null if the editor has its own label.
         QWidget* editor;
         std::function<void()> read;
     };
@@ -39,7 +39,7 @@ private:
     {
         QWidget* frame;
         std::vector<Row> rows;
-        QWidget* page = nullptr; ///< What an add-in brought.
+        QWidget* page = nullptr; ///< Provided by an add-in.
     };
 
     void addSections(QVBoxLayout* column);
@@ -49,7 +49,7 @@ private:
     void addKeys(QVBoxLayout* column);
     void addRow(Section& section, QGridLayout* grid, const Preference& preference);
     void showPage(int page);
-    /// Gives the keyboard to the first thing of a page that takes it. False if there is none.
+    /// Gives the focus to the first widget of a page that accepts it. False if there is none.
     bool enterPage(int page);
     void search(const QString& text);
     void resetAll();
@@ -57,7 +57,7 @@ private:
     QLineEdit* m_search;
     QListWidget* m_pages;
     QScrollArea* m_scroll;
-    std::vector<Section> m_sections; ///< The last is that of the keys, which has no rows.
+    std::vector<Section> m_sections; ///< The last is the page of keys, which has no rows.
     KeysPage* m_keys = nullptr;
 };
 

@@ -4,10 +4,10 @@
 
 namespace Vu {
 
-/// The toolkit's Fusion, but for four things: check boxes look the same everywhere (drawCheckBox); the frames
-/// of what is pressed, chosen and filled in have the palette's colour `Dark`, so that they stand out from
-/// what is around them, where Fusion darkens the window's; scroll bars have a name; and nothing moves by
-/// itself where the user wants less of that (motionIsReduced).
+/// The toolkit's Fusion style with four changes: check boxes look the same everywhere (drawCheckBox); the
+/// frames of pressed, selected and editable things use the palette's colour `Dark`, so that they stand out
+/// from their surroundings, where Fusion darkens the window's colour; scroll bars have a name; and nothing is
+/// animated where the user wants less motion (motionIsReduced).
 class ProgramStyle : public QProxyStyle
 {
 public:

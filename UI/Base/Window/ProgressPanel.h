@@ -15,7 +15,7 @@ class QToolButton;
 
 namespace Vu {
 
-/// What work says of itself, how far it is, and a button that gives it up.
+/// Title and progress of running work, and a button that cancels it.
 class ProgressPanel : public QWidget
 {
 public:
@@ -33,9 +33,9 @@ public:
     static int steps();
 
     QToolButton* cancelButton() const { return m_cancel; }
-    /// Widgets that go on working, with all that is in them, while work runs. They live as long as this one.
+    /// Widgets that stay usable, with everything in them, while work runs. They live as long as this one.
     void keepsAlive(std::vector<const QWidget*> widgets) { m_alive = std::move(widgets); }
-    /// Whether the person's events reach that while work runs.
+    /// Whether user events reach that object while work runs.
     [[nodiscard]] bool isAlive(const QObject* object) const;
 
 private:
@@ -49,9 +49,9 @@ private:
     bool m_cancelled = false;
 };
 
-/// Keeps the person's events away from everything but the cancel buttons for as long as it lives; Escape
-/// cancels. What is typed into a field meanwhile comes there afterwards: a preview that takes long must not
-/// eat the rest of a number, nor a file that is opened the next line (TypedAhead).
+/// Blocks user events everywhere but on the cancel buttons while it lives; Escape cancels. What is typed into
+/// a field meanwhile is delivered afterwards: a slow preview must not eat the rest of a number, nor a file
+/// being opened the next line (TypedAhead).
 class BusyFilter : public QObject
 {
 public:

@@ -23,11 +23,11 @@ namespace Vu {
 class ColourButton;
 class ValueLine;
 
-/// What is selected, by itself: name, kind, colour, position, size, volume and area; of faces and edges also
-/// form, diameter and length. Of several things what they have in common, and the sums. Name, colour and
-/// position can be changed while no tool runs (PropertyEdits). What takes long is measured on a thread a
-/// moment after the last click (PartMeasurer). Without a selection the panel tells of the document, with what
-/// add-ins know of it (DocumentFacts). Nothing is asked for while it doesn't show.
+/// The properties of the selection: name, kind, colour, position, size, volume and area; for faces and edges
+/// also shape, diameter and length. For several things it shows what they have in common, and totals. Name,
+/// colour and position can be changed while no tool runs (PropertyEdits). Slow properties are measured on a
+/// thread a moment after the last click (PartMeasurer). Without a selection the panel describes the document,
+/// including what add-ins know about it (DocumentFacts). Nothing is queried while it is hidden.
 class PropertiesPanel : public QWidget,
                         private Vs::SelectionSetSite,
                         private Vs::AssetEventSite,
@@ -50,7 +50,7 @@ private:
     {
         QLabel* title;
         QWidget* value;
-        QLabel* text = nullptr; ///< The value, where it can only be read.
+        QLabel* text = nullptr; ///< The value, if it is read-only.
         ValueLine* line = nullptr;
     };
 
@@ -95,7 +95,7 @@ private:
     QTimer m_soon, m_editableSoon, m_measureSoon;
     FollowedSelection m_followed{*this}; ///< Of the active session, as long as that lasts.
     PropertyValues m_values;
-    bool m_measuresLater = false; ///< When the preview that shows is over.
+    bool m_measuresLater = false; ///< When the shown preview ends.
     PartMeasurer m_measurer;
     Vs::Subscriptions m_subscriptions;
 };

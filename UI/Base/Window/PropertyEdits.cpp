@@ -18,10 +18,10 @@ namespace {
 constexpr std::wstring_view kRenameCommand = L"RenameCommand";
 constexpr std::wstring_view kColourCommand = L"ColourCommand";
 constexpr std::wstring_view kMoveCommand = L"MoveCommand";
-/// Has an editing command end with the change made (EditCmd).
+/// Ends an editing command with the change made (EditCmd).
 constexpr const char* kCommit = "Commit";
 
-/// What is selected, as an editing command's input takes it.
+/// The selection as an editing command's input takes it.
 std::wstring selectedObjects()
 {
     std::vector<std::wstring> paths;

@@ -117,7 +117,7 @@ QString size(const GkVector3d& size, bool isExact)
     QStringList numbers;
     for (const double extent : {size.x, size.y, size.z})
         numbers << shown(extent, Quantity::Length);
-    // The unit stands once, at the end.
+    // The unit is written once, at the end.
     const QString symbol = QString::fromStdWString(unit.symbol());
     for (int i = 0; i < 2; ++i)
         if (numbers[i].endsWith(symbol))

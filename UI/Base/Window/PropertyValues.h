@@ -14,7 +14,7 @@ class SelectionMgr;
 
 namespace Vu {
 
-/// A value of several things: none of them has it, all have the same, or they differ.
+/// A value of several things: none has it, all have the same, or they differ.
 template <class Value>
 class CommonValue
 {
@@ -36,8 +36,8 @@ private:
     bool m_differs = false;
 };
 
-/// What is known of the selected things at once, from the tree of components and the meshes that show. What
-/// takes long is only prepared (`parts`).
+/// What is known about the selection at once, from the component tree and the displayed meshes. Slow
+/// properties are only prepared (`parts`).
 struct PropertyValues
 {
     enum Kind { Assembly, Part, Body, Solid, Face, Edge, Vertex, kKinds };
@@ -45,20 +45,21 @@ struct PropertyValues
     std::array<size_t, kKinds> counts{};
     size_t all() const;
     bool areComponents() const { return all() > 0 && all() == counts[Assembly] + counts[Part]; }
-    /// Whether all can be given a colour: components, bodies, solids and faces.
+    /// Whether all of them can have a colour: components, bodies, solids and faces.
     bool haveColour() const { return all() > 0 && counts[Edge] + counts[Vertex] == 0; }
 
-    CommonValue<std::wstring> name;                ///< Of the components, or those that the parts belong to.
+    CommonValue<std::wstring> name; ///< Of the components, or of those that the parts belong to.
     CommonValue<std::optional<Vs::Colour>> colour; ///< Of their own; null for none.
     size_t partsWithin = 0;                        ///< Parts in the selected assemblies.
     bool isRoot = false;                           ///< The model as a whole is among them.
-    /// Where the components' own origins lie in the asset, by axis; of vertices, where they are. In mm.
+    /// The position of the components' own origins in the asset, by axis; for vertices, their position. In
+    /// mm.
     std::array<CommonValue<double>, 3> place;
-    /// Of the box around whole things, along the axes of the one part that is selected, of the model for
-    /// several.
+    /// Of the bounding box of whole things, along the axes of the part if just one is selected, of the model
+    /// for several.
     std::optional<GkVector3d> size;
     bool isSizeExact = true; ///< False where round faces are shown by triangles.
-    /// What can be measured together; empty where whole things are selected beside faces or edges.
+    /// What can be measured together; empty if whole things are selected along with faces or edges.
     std::vector<Vs::PartToMeasure> parts;
 };
 

@@ -25,7 +25,7 @@ bool PythonLine::run(const QString& line)
     {
         // What it has begun and not ended ends with it.
         const Vs::TranscriptMgr::Run run;
-        // A line of blanks ends a statement, since the field begins with those itself.
+        // A line of blanks ends a statement, since the field itself fills in leading blanks.
         m_goesOn =
             Vs::PythonManager::get()->consoleLine(isBlank ? std::wstring() : line.toStdWString(), status);
     }
@@ -50,7 +50,7 @@ void PythonLine::abandon()
 
 qsizetype PythonLine::wordStart(const QString& line, qsizetype place)
 {
-    // What the terminal's editor takes for the end of a word, too.
+    // The terminal's editor uses the same word boundaries.
     static const QString ends = QStringLiteral(" \t\"\\'`@$><=;|&{(");
     while (place > 0 && !ends.contains(line[place - 1]))
         --place;

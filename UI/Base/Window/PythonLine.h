@@ -7,28 +7,28 @@
 
 namespace Vu {
 
-/// Python typed line by line, as in a console, in which `quillet` and `design` are there already. A statement
-/// may take several lines. What comes of it goes to the display of PythonManager.
+/// Python typed line by line, as in a console, with `quillet` and `design` predefined. A statement may span
+/// several lines. Its output goes to the display of PythonManager.
 class PythonLine
 {
 public:
     PythonLine();
 
-    /// Starts the interpreter, if nobody has yet.
+    /// Starts the interpreter if it isn't running yet.
     static void start();
 
-    /// Runs the line. Returns false if it wants to leave, as sys.exit does.
+    /// Runs the line. Returns false if it asks to leave, as sys.exit does.
     bool run(const QString& line);
-    /// Whether the statement goes on in the next line.
+    /// Whether the statement continues on the next line.
     bool goesOn() const { return m_goesOn; }
-    /// Leaves a statement that goes on.
+    /// Abandons an unfinished statement.
     void abandon();
-    /// ">>> ", or "... " where the statement goes on.
+    /// ">>> ", or "... " while a statement continues.
     QString prompt() const { return QLatin1String(m_goesOn ? "... " : ">>> "); }
-    /// What the next line of the statement begins with.
+    /// The indentation of the statement's next line.
     const QString& indentation() const { return m_indentation; }
 
-    /// Where the word before that place begins, of which `completions` are others.
+    /// Where the word before that position begins, which `completions` replace.
     static qsizetype wordStart(const QString& line, qsizetype place);
     static QStringList completions(const QString& line, qsizetype place);
 

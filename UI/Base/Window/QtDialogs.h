@@ -2,7 +2,7 @@
 
 #include "UI/Base/Program/Private/Display.h"
 
-/// Questions to a person, as Display asks them.
+/// Questions to the user, as Display asks them.
 namespace Vu::QtDialogs {
 
 int askMessage(const std::wstring& title, const std::wstring& text, int icon,

@@ -24,8 +24,8 @@ QImage readPng(QIODevice& device)
     return reader.read();
 }
 
-/// Qt's own picture of a selected row blends with the highlight, from which most of ours, of nearly its
-/// colour, could not be told then.
+/// Qt's own icon for a selected row blends with the highlight, and since most of ours are nearly of its
+/// colour, they would be hard to see.
 QPixmap onHighlight(QPixmap picture)
 {
     constexpr float kShare = 0.65F;
@@ -37,7 +37,8 @@ QPixmap onHighlight(QPixmap picture)
     return picture;
 }
 
-/// Reads of a set of pictures the one that fits best what is asked for, and leaves the looks to Qt.
+/// Reads from a set of pictures the one that fits the request best, and leaves disabled and selected looks to
+/// Qt.
 class ImageSetEngine : public QIconEngine
 {
 public:
@@ -76,7 +77,7 @@ QIcon iconOf(const Vs::ImageSetResource* resource)
 {
     if (!resource)
         return {};
-    // Many widgets show the same few icons, again and again. They stay to the end of the process.
+    // Many widgets show the same few icons repeatedly. They stay cached until the process ends.
     static auto* const icons = new std::map<const Vs::ImageSetResource*, QIcon>;
     const auto found = icons->find(resource);
     return found != icons->end()

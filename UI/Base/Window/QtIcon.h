@@ -11,14 +11,14 @@ class ImageSetResource;
 
 namespace Vu {
 
-/// The icon with all of its sizes; null gives a null icon. Each picture is read when it is first drawn.
+/// The icon in all of its sizes; null gives a null icon. Each picture is read when it is first drawn.
 [[nodiscard]] QIcon iconOf(const Vs::ImageSetResource* resource);
 
-/// The same, of the set of pictures in that folder; none for an empty name.
+/// The same for the set of pictures in that folder; none for an empty name.
 [[nodiscard]] QIcon iconAt(const std::wstring& folder);
 
-/// A picture in the PNG format, from its file or from the bytes of one; null if it is none. Qt's own ways of
-/// reading load the plugins of all other formats first, each with its libraries.
+/// A PNG picture, from its file or its bytes; null if it isn't one. Qt's own ways of reading first load the
+/// plugins of all other formats, each with its libraries.
 [[nodiscard]] QImage pngFromFile(const std::wstring& path);
 [[nodiscard]] QImage pngFromBytes(const std::string& bytes);
 

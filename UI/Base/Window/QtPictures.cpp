@@ -17,7 +17,7 @@ namespace Vu {
 namespace {
 
 /// Uses the pixels of `image`, which must outlive it. Without transparency the fourth byte of a pixel is
-/// skipped as the rows are written: a large picture is never there twice.
+/// skipped as the rows are written, so that a large picture is never in memory twice.
 QImage qtImage(const Vs::Scene::Image& image, bool transparent = true)
 {
     return QImage(image.pixels.data(), static_cast<int>(image.width), static_cast<int>(image.height),
@@ -25,8 +25,8 @@ QImage qtImage(const Vs::Scene::Image& image, bool transparent = true)
                   transparent ? QImage::Format_RGBA8888 : QImage::Format_RGBX8888);
 }
 
-/// A file that notes what it could not take. Some formats' writers send their last bytes where they cannot
-/// answer any more, and call a picture written that isn't.
+/// A file that remembers failed writes. The writers of some formats flush their last bytes where they can't
+/// report errors any more, and report success for a broken picture.
 class CheckedFile : public QSaveFile
 {
 public:
@@ -78,7 +78,7 @@ bool QtPictures::writePicture(const Vs::Scene::Image& image, const std::wstring&
         picture.setDotsPerMeterX(dotsPerMetre);
         picture.setDotsPerMeterY(dotsPerMetre);
     }
-    // Written beside the old picture and put in its place whole.
+    // Written beside the old picture and moved into its place once complete.
     CheckedFile file(QString::fromStdWString(path));
     QString reason;
     if (!file.open(QIODevice::WriteOnly)) {
@@ -112,7 +112,7 @@ std::string QtPictures::pngOf(const Vs::Scene::Image& image)
 
 void QtPictures::copyPicture(const Vs::Scene::Image& image)
 {
-    // The clipboard keeps it, so it gets pixels of its own.
+    // The clipboard keeps it, so it needs a copy of the pixels.
     QGuiApplication::clipboard()->setImage(qtImage(image).copy());
 }
 

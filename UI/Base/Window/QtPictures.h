@@ -15,7 +15,7 @@ struct Image;
 namespace Vu::QtPictures {
 
 bool readPicture(const std::wstring& path, Vs::Scene::Image& image);
-/// False where there is nothing to take.
+/// False if there is nothing to take.
 bool takePicture(const QImage& from, Vs::Scene::Image& image);
 bool writePicture(const Vs::Scene::Image& image, const std::wstring& path, const std::string& format,
                   bool keepsTransparency, int dotsPerInch, Vs::Status& status);

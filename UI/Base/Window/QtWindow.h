@@ -5,7 +5,7 @@
 
 namespace Vu {
 
-/// A workspace window's widgets, as the workspace sees them.
+/// The widgets of a workspace window, as the workspace sees them.
 class QtWindow : public WindowFrame
 {
 public:

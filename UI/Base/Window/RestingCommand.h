@@ -5,7 +5,7 @@
 
 namespace Vu {
 
-/// Whether the user has no tool in the active session, so that keys and buttons are about what is selected.
+/// Whether the user has no tool active in the active session, so that keys and buttons act on the selection.
 inline bool commandRests()
 {
     const CommandBase* active = CommandBase::getActiveCommand();

@@ -24,7 +24,7 @@ void RovingFocus::adopt(QAbstractButton* button)
     button->installEventFilter(this);
 }
 
-/// In the order in which they lie.
+/// In visual order.
 QList<QAbstractButton*> RovingFocus::stops() const
 {
     QList<QAbstractButton*> stops;
@@ -79,8 +79,8 @@ bool RovingFocus::step(QAbstractButton* from, int key)
     return true;
 }
 
-/// From the bar's own place among the stops of the window: its buttons may have been made long after what
-/// comes next.
+/// At the bar's own position in the window's tab order: its buttons may have been created long after the
+/// widgets that follow.
 void RovingFocus::leave(bool next)
 {
     for (QWidget* to = m_bar;;) {
@@ -107,7 +107,7 @@ bool RovingFocus::eventFilter(QObject* watched, QEvent* event)
         return false;
     }
     auto* button = qobject_cast<QAbstractButton*>(watched);
-    if (!button) // it hears of its own end, too, when it is a button no more
+    if (!button) // It is also notified of its own end, when it is no longer a button.
         return false;
     if (event->type() == QEvent::FocusIn)
         m_last = button;

@@ -8,12 +8,12 @@ class QWidget;
 
 namespace Vu {
 
-/// Makes a bar of buttons one stop of the Tab key: within it, the arrows, Home and End go from button to
-/// button, and it is left by the next Tab. A click on a button takes the keyboard from nobody.
+/// Makes a bar of buttons a single tab stop: within it, the arrows, Home and End move from button to button,
+/// and the next Tab leaves it. Clicking a button doesn't take the focus.
 class RovingFocus : public QObject
 {
 public:
-    /// For the buttons that the bar has and gets. It belongs to the bar.
+    /// For the buttons that the bar has now and gets later. Owned by the bar.
     explicit RovingFocus(QWidget* bar);
 
 protected:
@@ -27,7 +27,7 @@ private:
     void leave(bool next);
 
     QWidget* m_bar;
-    QPointer<QAbstractButton> m_last; ///< Which had the keyboard last.
+    QPointer<QAbstractButton> m_last; ///< Which had the focus last.
 };
 
 } // namespace Vu

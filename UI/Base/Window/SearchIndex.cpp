@@ -19,10 +19,10 @@
 namespace Vu {
 namespace {
 
-/// Taken from the score of a word that isn't in the title, so that what is called so comes first.
+/// Subtracted from the score of a word that isn't in the title, so that title matches come first.
 constexpr int kOtherName = 10;
 constexpr int kInText = 20;
-/// Of the lines that were run, those that stand first while nothing is typed.
+/// How many of the lines run before come first while nothing is typed.
 constexpr size_t kRecentAtFirst = 5;
 
 using OtherTitles = std::multimap<std::wstring, QString>;
@@ -122,7 +122,7 @@ void addCommands(std::vector<SearchEntry>& entries)
               });
 }
 
-/// Those that no command above is called by; what serves transcripts comes last.
+/// Those that don't belong to a command above; lines for transcripts come last.
 void addLines(std::vector<SearchEntry>& entries)
 {
     std::set<QString> known;

@@ -9,23 +9,23 @@
 
 namespace Vu {
 
-/// Something that can be found by what it is called.
+/// Something that can be found by its names.
 struct SearchEntry
 {
     std::wstring command; ///< The identifier of a command that can be started; empty for a line.
     QString title;
-    QString keys; ///< As people read them; empty without any.
-    QString line; ///< By which it is called, with what the line needs besides.
-    /// What the command line is to hold so that one can go on; of a command, its line.
+    QString keys; ///< As shown to the user; empty without any.
+    QString line; ///< Its name as called, with whatever else the line needs.
+    /// The text to put into the command line so that the user can continue; for a command, its line.
     QString fillIn;
 
-    std::vector<SearchText> names; ///< The title first. Any letters of them, in order, are enough.
-    std::vector<SearchText> texts; ///< Keys and help, in which words are found only in one piece.
+    std::vector<SearchText> names; ///< The title first. Any of their letters, in order, match.
+    std::vector<SearchText> texts; ///< Keys and help, in which only whole substrings match.
     bool isRecent = false;         ///< A line that was run.
 };
 
-/// All that can be found: the commands that have a title, the lines of the others, and the lines that were
-/// run. Made anew when somebody begins to search; it doesn't follow what changes. Main thread only.
+/// Everything that can be found: the commands with a title, the lines of the others, and the lines run
+/// before. Rebuilt at the start of each search; it doesn't follow changes. Main thread only.
 class SearchIndex
 {
 public:
@@ -35,8 +35,8 @@ public:
     static SearchIndex ofProgram(const std::vector<std::wstring>& recent);
 
     const std::vector<SearchEntry>& entries() const { return m_entries; }
-    /// What has all the words, the best first; of those that are equally good, the shorter title. Without any
-    /// word all of it, as it stands here. The pointers hold as long as the index.
+    /// The entries that contain all the words, the best first; among equals, the shorter title. Without
+    /// words, all entries in their own order. The pointers are valid as long as the index.
     [[nodiscard]] std::vector<const SearchEntry*> find(const QString& words) const;
 
 private:

@@ -14,19 +14,19 @@ namespace Vu {
 class CommandDefinition;
 class FoundModel;
 
-/// A field over the window in which commands and lines are found by anything that they are called. The arrows
-/// choose, Enter starts the command or puts the line into the command line, Escape closes; so does a click
-/// elsewhere. What can't start now is faint, and Enter says so.
+/// A field over the window that finds commands and lines by any of their names. The arrows choose, Enter
+/// starts the command or puts the line into the command line; Escape or a click elsewhere closes it. Entries
+/// that can't start now are faint, and Enter says so.
 class SearchPalette : public QFrame
 {
 public:
-    /// What Enter does; called once the palette is gone and the keyboard is back where it was.
+    /// What Enter does; called once the palette is gone and the focus is back where it was.
     struct Actions
     {
         std::function<void(CommandDefinition&)> start;
         std::function<void(const QString& line)> fillIn;
     };
-    /// Shows it, or closes the one that shows.
+    /// Opens it, or closes the open one.
     static void toggle(QWidget* window, Actions actions);
 
 protected:
@@ -48,7 +48,7 @@ private:
     QLineEdit* m_edit;
     QTreeView* m_list;
     QLabel* m_note;
-    QPointer<QWidget> m_before; ///< Which had the keyboard.
+    QPointer<QWidget> m_before; ///< Which had the focus.
 };
 
 } // namespace Vu

@@ -12,8 +12,8 @@ class QToolButton;
 
 namespace Vu {
 
-/// What the status bar tells at any time: the running command, what is selected, the unit of length,
-/// snapping, and the recording that runs. The unit and snapping can be changed there.
+/// The permanent fields of the status bar: the running command, the selection, the unit of length, snapping,
+/// and the running recording. The unit and snapping can be changed there.
 class StatusFields : public QWidget,
                      private Vs::OptionEventSite,
                      private Vs::SelectionSetSite,
@@ -23,7 +23,7 @@ public:
     explicit StatusFields(QWidget* parent);
     ~StatusFields() override;
 
-    /// To be called when commands or sessions have changed; does it at the end of the event.
+    /// Call when commands or sessions have changed; updates at the end of the event.
     void refreshSoon();
     /// The same, now.
     void refresh();

@@ -11,9 +11,9 @@ class QToolButton;
 
 namespace Vu {
 
-/// A field that is typed into. What is typed becomes the value a moment after the last key, so that the
-/// preview follows, and for good with Enter or when the field is left. A number's field has a list of recent
-/// values and of commands that can fill it, which the Down key opens.
+/// An editable field. What is typed becomes the value a moment after the last key, so that the preview
+/// follows, and is final on Enter or when the field is left. A number's field has a list of recent values and
+/// of commands that can fill it, which the Down key opens.
 class TextField : public InputField
 {
 public:
@@ -35,7 +35,7 @@ private:
     QToolButton* m_list;
     QMenu* m_menu;
     QTimer m_pause;
-    bool m_edited = false; ///< The line holds what is not entered yet.
+    bool m_edited = false; ///< The line holds text not applied yet.
 };
 
 } // namespace Vu

@@ -8,12 +8,12 @@ namespace Vu {
 void applyTheme();
 /// The same, now and whenever the option changes.
 void followTheme();
-/// Whether what shows is the dark palette.
+/// Whether the dark palette is shown.
 bool isDark();
-/// Text that reports a failure, readable on the present palette.
+/// The colour for failure texts, readable on the present palette.
 QColor errorColour();
 
-/// In logical pixels, the same all over the window.
+/// In logical pixels, the same throughout the window.
 constexpr int kMargin = 6;
 constexpr int kIconSize = 24;
 

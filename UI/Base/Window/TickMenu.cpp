@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kTicks = "ticks";
 
-/// Triggers what is ticked itself, as the menu would close.
+/// Triggers checkable actions itself, since the menu would close.
 class StaysOpen : public QObject
 {
 public:
@@ -37,7 +37,7 @@ private:
     QMenu* m_menu;
 };
 
-/// One item's tick may set or take others.
+/// Checking one item may check or clear others.
 void showTicks(const QMenu& menu, const MenuControl& control)
 {
     const QList<QAction*> actions = menu.actions();
@@ -61,7 +61,7 @@ void fillWithTicks(QMenu* menu, const std::function<MenuControl*()>& control)
             menu->addSeparator();
             continue;
         }
-        // Without a picture, which would hide the check mark.
+        // Without an icon, which would hide the check mark.
         QAction* action = menu->addAction(QString::fromStdWString(item->info()->name()));
         action->setProperty(kTicks, true);
         action->setCheckable(true);

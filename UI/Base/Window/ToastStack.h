@@ -13,9 +13,9 @@ namespace Vu {
 
 class NotificationRow;
 
-/// Shows what has just been told at the lower right of the window, over everything else, without taking the
-/// focus. A toast goes after a while in which the window was active and the pointer not on it; an error stays
-/// until it is closed or seen in the list.
+/// Shows new notifications at the lower right of the window, above everything else, without taking the focus.
+/// A toast disappears after some time during which the window was active and the pointer not on it; an error
+/// stays until it is closed or seen in the list.
 class ToastStack : public QObject, private Vs::NotificationsEventSite
 {
 public:

@@ -24,7 +24,7 @@ bool isAtEnd(const QWidget* part)
     return !strip || strip->isAtEnd();
 }
 
-/// One that has things at both ends takes what the line has.
+/// A strip with items at both ends takes the remaining width.
 bool spreads(const QWidget* part)
 {
     const auto* strip = dynamic_cast<const ToolbarStrip*>(part);
@@ -127,7 +127,7 @@ void ToolbarLine::place()
     const QRect room = contentsRect();
     int left = room.left(), rest = std::accumulate(widths.begin(), widths.end(), 0);
     for (size_t i = 0; i < parts.size(); ++i) {
-        // From here on at the end of the line.
+        // From here on, at the end of the line.
         if (isAtEnd(parts[i]))
             left = std::max(left, room.left() + room.width() - rest);
         parts[i]->setGeometry(left, room.top(), widths[i], room.height());

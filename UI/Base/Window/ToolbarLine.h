@@ -6,9 +6,9 @@
 
 namespace Vu {
 
-/// Strips of toolbars beside each other, and what else stands in their line. Strips whose things all stand at
-/// the far end, and what is no strip, are at the line's end. Where the width doesn't do for all, the later
-/// ones yield first, so that opening, saving, undo and redo stand on any screen.
+/// Toolbar strips side by side, and whatever else is in their line. Strips with all items at the far end, and
+/// other widgets, go to the end of the line. If the width is not enough for all, the later ones shrink first,
+/// so that opening, saving, undo and redo are visible on any screen.
 class ToolbarLine : public QFrame
 {
 public:
@@ -16,7 +16,7 @@ public:
 
     /// The widget becomes the line's child, and stays hidden if it is.
     void add(QWidget* widget);
-    /// Takes all out again, to `parent`.
+    /// Moves all of them out again, to `parent`.
     void release(QWidget* parent);
 
     QSize sizeHint() const override;

@@ -18,7 +18,7 @@ namespace Vu {
 namespace {
 
 constexpr int kSpacing = 2;
-/// With the line in its middle.
+/// With the separator in its middle.
 constexpr int kGap = 7;
 constexpr int kMarginAbove = kMargin / 2;
 constexpr char16_t kChevron[] = u"\u00bb";
@@ -68,7 +68,7 @@ void ToolbarStrip::toolbars(const std::vector<const Toolbar*>& shown, std::vecto
                         button = buttons.back();
                 }
                 if (!widget && !item.separator())
-                    continue; // Nobody has such a command.
+                    continue; // No such command is registered.
                 m_items.push_back({item, widget, button, atEnd, begins});
                 begins = false;
             }
@@ -108,7 +108,7 @@ bool ToolbarStrip::spreads() const
            std::any_of(m_items.begin(), m_items.end(), [](const Item& item) { return item.atEnd; });
 }
 
-/// What would show if there were room; lines only between two things.
+/// What would be shown if there were room; separators only between two items.
 std::vector<size_t> ToolbarStrip::wanted() const
 {
     std::vector<size_t> shown;
@@ -120,7 +120,7 @@ std::vector<size_t> ToolbarStrip::wanted() const
 
 namespace {
 
-/// Whether a line stands before the item `next`, which follows `last`.
+/// Whether there is a separator before the item `next`, which follows `last`.
 template <class Items>
 bool lineBetween(const Items& items, size_t last, size_t next)
 {
@@ -167,7 +167,7 @@ void ToolbarStrip::resizeEvent(QResizeEvent*)
 
 bool ToolbarStrip::event(QEvent* event)
 {
-    // Buttons that come and go change what there is room for.
+    // Buttons that come and go change what fits.
     if (event->type() == QEvent::LayoutRequest) {
         updateGeometry();
         place();

@@ -14,22 +14,22 @@ namespace Vu {
 class CommandButton;
 class CommandMenu;
 
-/// The toolbars of one area in a row, with lines between. What the width has no room for, from the end of the
-/// row, stands in the menu of a chevron. A strip on which nothing is to be shown is empty, and takes no room.
+/// The toolbars of one area in a row, with separators. What doesn't fit, from the end of the row, goes into
+/// the menu of a chevron. A strip with nothing to show is empty and takes no room.
 class ToolbarStrip : public QFrame
 {
 public:
     explicit ToolbarStrip(QWidget* parent);
 
-    /// Shows these, in their order. Buttons of a toolbar whose items are the same as before stay. Those that
-    /// are new are appended to `buttons`.
+    /// Shows these, in their order. Buttons of a toolbar with unchanged items are kept. New ones are appended
+    /// to `buttons`.
     void toolbars(const std::vector<const Toolbar*>& shown, std::vector<CommandButton*>& buttons);
     bool isEmpty() const { return m_items.empty(); }
-    /// Whether everything stands at the far end.
+    /// Whether everything is at the far end.
     bool isAtEnd() const;
-    /// Whether something stands at either end.
+    /// Whether there is something at either end.
     bool spreads() const;
-    /// The button of what has no room; hidden while everything has.
+    /// The button for what doesn't fit; hidden while everything does.
     QToolButton* chevron() const { return m_chevron; }
 
     QSize sizeHint() const override;
@@ -60,7 +60,7 @@ private:
     std::vector<ToolbarItem> hiddenItems() const;
     void paintEvent(QPaintEvent* event) override;
 
-    std::vector<Item> m_items; ///< Lines between them have no widget.
+    std::vector<Item> m_items; ///< Separators have no widget.
     QToolButton* m_chevron;
     CommandMenu* m_hidden; ///< Of the chevron: what doesn't fit.
     std::vector<QRect> m_lines;

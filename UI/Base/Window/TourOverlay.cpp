@@ -24,8 +24,8 @@ constexpr int kCardWidth = 380;
 constexpr int kDim = 120; ///< Of 255.
 constexpr int kFrame = 2;
 
-/// Where a card of that size stands beside the lit area: below, above, right or left of it, wherever there is
-/// room, or else within it.
+/// The position of a card of that size beside the lit area: below, above, right or left of it, wherever there
+/// is room, or else within it.
 QPoint placeOf(const QSize& card, const QRect& lit, const QRect& window)
 {
     const QRect room = window.adjusted(kMargin, kMargin, -kMargin, -kMargin);
@@ -34,7 +34,7 @@ QPoint placeOf(const QSize& card, const QRect& lit, const QRect& window)
                                  {lit.right() + kMargin, lit.top()},
                                  {lit.left() - kMargin - card.width(), lit.top()}};
     for (QPoint place : candidates) {
-        // Along the area's edge it may be moved into the window.
+        // Along the area's edge it may be shifted into the window.
         if (place.y() > lit.bottom() || place.y() < lit.top())
             place.setX(
                 std::clamp(place.x(), room.left(), std::max(room.left(), room.right() - card.width())));
@@ -87,7 +87,7 @@ TourOverlay::TourOverlay(QWidget* window, const std::vector<TourStep>& steps)
 
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_count, 1);
-    // All keys go to the tour itself, or Tab would lead to what it covers.
+    // All keys go to the tour itself, or Tab would reach what it covers.
     setFocusPolicy(Qt::StrongFocus);
     for (QPushButton* button : {skip, m_back, m_next}) {
         button->setFocusPolicy(Qt::NoFocus);

@@ -12,16 +12,16 @@ class QPushButton;
 
 namespace Vu {
 
-/// Leads through the parts of a window: lights the area of the present step, dims the rest, and says beside
-/// it what it is for. Lies over the whole window, takes the mouse and the keyboard, and deletes itself at the
-/// end. Steps whose area isn't shown are passed over.
+/// A tour through the parts of a window: highlights the area of the present step, dims the rest, and explains
+/// it in a card beside it. Covers the whole window, takes mouse and keyboard, and deletes itself at the end.
+/// Steps whose area isn't shown are skipped.
 class TourOverlay : public QWidget
 {
 public:
     /// Null if none of the areas is shown.
     static TourOverlay* show(QWidget* window, const std::vector<TourStep>& steps);
 
-    /// What finds the widget of an area.
+    /// Finds the widget of an area.
     static void markArea(QWidget* widget, const std::string& contents);
 
 protected:

@@ -10,12 +10,12 @@
 
 namespace Vu {
 
-/// Keys that are typed into a field while work runs. They come to their window in their order when it is
-/// over, and those that are typed before the last of them has come line up behind them.
+/// Keys typed into a field while work runs. They are delivered to their window in order when it is over, and
+/// those typed before the last one is delivered queue up behind them.
 class TypedAhead : public QObject
 {
 public:
-    /// Keeps what is typed for as long as it lives. They may nest.
+    /// Keeps what is typed as long as it lives. May nest.
     class [[nodiscard]] Hold
     {
     public:
@@ -25,11 +25,11 @@ public:
         Hold& operator=(const Hold&) = delete;
 
     private:
-        QPointer<TypedAhead> m_typed; ///< It may go before, with the application.
+        QPointer<TypedAhead> m_typed; ///< It may be destroyed first, with the application.
     };
 
-    /// Whether what is typed into that native window goes into a field, also before the window system has
-    /// said that the window has the keyboard.
+    /// Whether what is typed into that native window goes into a field, even before the window system has
+    /// reported that the window has the focus.
     static bool goesIntoField(const QObject* window);
 
 protected:
@@ -41,11 +41,11 @@ private:
 
     struct Key
     {
-        QPointer<QWidget> window; ///< It may have got another native one when the key comes.
+        QPointer<QWidget> window; ///< It may have a new native window by the time the key arrives.
         std::unique_ptr<QEvent> event;
     };
     std::deque<Key> m_keys;
-    const QEvent* m_sent = nullptr; ///< That which is on its way.
+    const QEvent* m_sent = nullptr; ///< The one on its way.
     QTimer m_soon;
     int m_held = 0;
 };

@@ -66,7 +66,7 @@ void ValueLine::keyPressEvent(QKeyEvent* event)
 
 void ValueLine::focusOutEvent(QFocusEvent* event)
 {
-    // A menu over the line, or another window, doesn't mean that the person has done.
+    // A menu above the line, or another window, doesn't mean that the user is finished.
     if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason) {
         enter();
         if (isModified()) {

@@ -6,17 +6,17 @@
 
 namespace Vu {
 
-/// A line of the properties panel that shows a value, and changes it: Enter or leaving the line enters what
-/// was typed, Escape gives it up. What makes no sense stays there, marked, with the reason as its tooltip.
+/// A line of the properties panel that shows a value and lets it be edited: Enter or leaving the line applies
+/// what was typed, Escape discards it. Invalid text stays there, marked, with the reason as its tooltip.
 class ValueLine : public QLineEdit
 {
 public:
-    /// Returns what is wrong with the text; empty where it was taken.
+    /// Returns what is wrong with the text; empty if it was accepted.
     using Enter = std::function<QString(const QString& text)>;
 
     ValueLine(const char* name, const QString& title, Enter enter, QWidget* parent);
 
-    /// What is being typed is left alone.
+    /// Text being typed is left alone.
     void value(const QString& text, const QString& placeholder);
 
 protected:
@@ -28,7 +28,7 @@ private:
     void failed(const QString& why);
 
     QString m_title;
-    QString m_value; ///< As it was told last.
+    QString m_value; ///< As last set.
     Enter m_enter;
 };
 

@@ -16,7 +16,7 @@
 namespace Vu {
 namespace {
 
-/// Of a turn, in radians; of a shift, of the width of what is seen.
+/// For a turn, in radians; for a shift, as a fraction of the visible width.
 constexpr double kTurn = std::numbers::pi / 12;
 constexpr double kShift = 0.1;
 constexpr double kZoom = 1.1;
@@ -47,7 +47,7 @@ Step stepOf(const QKeyEvent& event)
     }
 }
 
-/// The eye goes round the target, so that the model follows the arrow.
+/// The eye moves around the target, so that the model follows the arrow.
 void turn(Vs::Scene::Camera& camera, const Step& step)
 {
     const double distance = camera.distance();

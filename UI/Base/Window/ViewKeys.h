@@ -4,8 +4,8 @@ class QKeyEvent;
 
 namespace Vu {
 
-/// Turns the active view by an arrow, moves it by Shift and an arrow, and zooms it by plus and minus. False
-/// if the key is none of them, or there is no view.
+/// An arrow turns the active view, Shift and an arrow move it, plus and minus zoom it. False if the key is
+/// none of these, or there is no view.
 bool moveViewByKey(const QKeyEvent& event);
 
 } // namespace Vu

@@ -26,7 +26,7 @@ WindowContents::WindowContents(const WorkspaceWindow& owner, QWidget* window)
 
 WindowContents::~WindowContents()
 {
-    // While its buttons can still be told.
+    // While its buttons can still be listed.
     delete m_attic.data();
 }
 
@@ -50,7 +50,7 @@ CommandBox* WindowContents::commandBox()
     return m_commandBox;
 }
 
-/// Of each of these there is one, which stands wherever an area wants it.
+/// There is one of each of these, shown wherever an area wants it.
 bool WindowContents::isShared(const QWidget* widget) const
 {
     return widget == m_browser || widget == m_commandBox ||
@@ -84,8 +84,8 @@ ToolbarStrip* WindowContents::strip(const Area& area)
     return strip;
 }
 
-/// Each gets the toolbars of its area. One that names no area of the layout stands in the first with its
-/// contents.
+/// Each gets the toolbars of its area. A toolbar without an area in the layout goes into the first one with
+/// its contents.
 void WindowContents::fillStrips()
 {
     Area* root = m_owner.area();

@@ -21,8 +21,8 @@ class HudFrame;
 class ToolbarStrip;
 class WorkspaceWindow;
 
-/// What stands in the areas of a window: the widgets that are made anew for each, and those of which there is
-/// one, which stands wherever an area wants it and outlives a layout.
+/// The contents of a window's areas: widgets that are created anew for each, and unique ones, which are moved
+/// to wherever an area wants them and outlive a layout.
 class WindowContents : public QObject
 {
 public:
@@ -41,12 +41,12 @@ public:
     QWidget* make(Area& area, QWidget* parent);
     /// Whether there is only one such widget for all layouts.
     bool isShared(const QWidget* widget) const;
-    /// Takes out of a widget that goes what is to outlive it.
+    /// Removes from a widget about to be destroyed what is to outlive it.
     void keepWhatStays(QWidget* leaving);
-    /// Has the toolbars of that environment show, and of the areas that the window has now.
+    /// Shows the toolbars of that environment and of the areas that the window has now.
     void environment(const std::wstring& id);
     const std::wstring& environment() const { return m_environment; }
-    /// Has what lies over the views of the stage keep to the areas below the root.
+    /// Makes what lies over the views of the stage follow the areas below the root.
     void follow(Area& root, const AreaStage& stage);
 
 private:

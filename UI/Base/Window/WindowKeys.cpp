@@ -36,7 +36,7 @@ bool editsComponent()
     return session && !session->editedComponent().empty();
 }
 
-/// Null if none shows that wants the keyboard before anyone has chosen a place for it.
+/// Null unless one is shown that wants the focus before the user has chosen where it goes.
 QWidget* firstOfContents(const QWidget& window)
 {
     for (const QWidget* each : window.findChildren<QWidget*>())
@@ -47,7 +47,7 @@ QWidget* firstOfContents(const QWidget& window)
     return nullptr;
 }
 
-/// False if no command is there that takes keys.
+/// False if there is no command that takes keys.
 bool tellActiveCommand(void (IKeyEventHandler::*what)(KeyEvent*), const QKeyEvent& key)
 {
     auto* handler = Vs::cast<IKeyEventHandler>(CommandBase::getActiveCommand());
@@ -61,7 +61,7 @@ bool tellActiveCommand(void (IKeyEventHandler::*what)(KeyEvent*), const QKeyEven
 
 } // namespace
 
-/// The widget of the view that is worked in, if this window shows it.
+/// The widget of the active view, if this window shows it.
 QWidget* WindowKeys::viewWidget() const
 {
     const GraphicsCanvas* canvas = SplitViewMgr::get()->activeCanvas();
@@ -80,12 +80,12 @@ bool WindowKeys::point(int arrow)
     QWidget* view = viewWidget();
     if (!view || !m_pointer.point(arrow))
         return false;
-    // Also out of a field of the panel: what follows is the Space key.
+    // Even from a field of the panel: the Space key comes next.
     view->setFocus(Qt::ShortcutFocusReason);
     return true;
 }
 
-// Qt hands it on to the next widget that takes it, which then is one of the status bar.
+// Qt passes it on to the next widget that accepts it, which would be one of the status bar.
 void WindowKeys::findKeyboard(const QWidget& leftovers) const
 {
     const QWidget* focus = m_window.focusWidget();
@@ -130,7 +130,7 @@ bool WindowKeys::press(const QKeyEvent& event)
 
 bool WindowKeys::release(const QKeyEvent& event)
 {
-    // A line that is typed into takes the presses, but lets the releases through.
+    // An edit field takes the presses, but lets the releases through.
     if (event.isAutoRepeat() || m_down.erase(event.key()) == 0)
         return false;
     tellActiveCommand(&IKeyEventHandler::keyRelease, event);

@@ -11,8 +11,8 @@ namespace Vu {
 
 class CommandPanel;
 
-/// What the keys of a window do that none of its widgets had a use for: they move the view, point at things
-/// in it, end or commit the tool, or go to the active command.
+/// Handles the keys of a window that none of its widgets used: they move the view, point at things in it, end
+/// or commit the tool, or go to the active command.
 class WindowKeys
 {
 public:
@@ -26,14 +26,15 @@ public:
     /// Each returns false if nobody wants the key.
     bool press(const QKeyEvent& event);
     bool release(const QKeyEvent& event);
-    /// Ctrl and an arrow, which lists and menus of a panel would take for themselves (PointerKeys::point).
+    /// Ctrl and an arrow, which lists and menus of a panel would otherwise consume (PointerKeys::point).
     bool point(int arrow);
-    /// Whether Tab leads to the values of the tool: who has picked something in the view goes on with them.
+    /// Whether Tab leads to the values of the tool: a user who has picked something in the view goes on with
+    /// them.
     bool walks() const;
-    /// Brings the keyboard to the view, or else to the contents that begin with it, if what had it is gone,
-    /// so that nobody works there.
+    /// Moves the focus to the view, or else to the contents that start with it, if the widget that had it is
+    /// gone, so that the user isn't typing into nothing.
     void findKeyboard(const QWidget& leftovers) const;
-    /// Tells what keys do in the view, if the keyboard has come there.
+    /// Explains what keys do in the view, once it has the focus.
     void tellIfInView() const;
 
 private:
@@ -44,7 +45,7 @@ private:
     CommandPanel& m_panel;
     Tell m_tell;
     PointerKeys m_pointer;
-    std::set<int> m_down; ///< Those whose press the active command got.
+    std::set<int> m_down; ///< Those whose press went to the active command.
 };
 
 } // namespace Vu

@@ -15,7 +15,7 @@ namespace Vu {
 std::wstring addMenus(QMainWindow& window)
 {
     QMenuBar* bar = window.menuBar();
-    // In the window, not in the desktop's panel, which would have to know the entries before they are made.
+    // In the window, not in the desktop's panel, which would need the entries before they are created.
     bar->setNativeMenuBar(false);
     for (const ToolbarItem& item : MenuBar::get()->menus()) {
         auto* menu = new CommandMenu(item.menu, bar);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr size_t kNumbers = 30000;
 
-/// Arithmetic, branches and memory in about the mixture of the program's own work.
+/// Arithmetic, branches and memory access in roughly the mix of the program's own work.
 double work(std::vector<double>& numbers)
 {
     uint64_t state = 88172645463325252u;
@@ -27,8 +27,8 @@ double work(std::vector<double>& numbers)
     return numbers[numbers.size() / 2];
 }
 
-/// Of this thread. By the clock a busy machine would seem a slow one, and what was measured on it far too
-/// long when it is quiet again.
+/// The processor time of this thread. By the clock a busy machine would seem a slow one, and values measured
+/// on it would be far too long once it is quiet again.
 double processorSeconds()
 {
     timespec now{};
@@ -40,7 +40,7 @@ double calibrationOfThread()
 {
     std::vector<double> numbers(kNumbers);
     std::array<double, 9> laps{};
-    volatile double result = work(numbers); // The first lap pays for the memory.
+    volatile double result = work(numbers); // The first lap pays for page faults in the memory.
     for (double& lap : laps) {
         const double start = processorSeconds();
         result = work(numbers);
