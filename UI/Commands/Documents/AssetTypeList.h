@@ -8,14 +8,14 @@ class AssetType;
 
 namespace Vu::Commands {
 
-/// The list of the asset types that a user can make. An item's key is the type's identifier.
+/// The list of the asset types that a user can create. An item's key is the type's identifier.
 class AssetTypeList
 {
 public:
-    /// Made and filled at the first call.
+    /// Created and filled at the first call.
     ListControl* control(Info* info, IListControlHandler* handler);
-    /// Takes a type in or out; types of the host and hidden ones are never shown. Nothing happens before
-    /// there is a control.
+    /// Adds or removes a type; types of the host and hidden ones are never shown. Does nothing before there
+    /// is a control.
     void update(Vs::AssetType* type, bool add);
 
 private:

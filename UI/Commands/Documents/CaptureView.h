@@ -17,14 +17,15 @@ class GraphicsView;
 
 namespace Vu::Commands {
 
-/// The view's size on the screen; a usual one for a view that no canvas shows, as in a run without a window.
+/// The view's size on the screen; a default one for a view that no canvas shows, as in a run without a
+/// window.
 void takeWindowSize(const GraphicsView& view, ImageOptions& options);
 
-/// Draws the view as a picture to take away: without ground, dome and grid, whatever the user's options are,
-/// which are the same afterwards. Writes it to the file as GraphicsView::renderImage does.
+/// Renders the view for use elsewhere: without ground, dome and grid, whatever the user's options, which it
+/// leaves as they were. Writes it to the file as GraphicsView::renderImage does.
 bool captureView(GraphicsView& view, Vs::ImageResource& file, const ImageOptions& options,
                  Vs::Status& status);
-/// The same into memory. False, with the reason, if it could not be drawn.
+/// The same into memory. False, with the reason, if rendering failed.
 bool captureView(const GraphicsView& view, Vs::Scene::Image& image, const ImageOptions& options,
                  Vs::Status& status);
 

@@ -14,8 +14,8 @@ class DocumentSession;
 
 namespace Vu::Commands {
 
-/// Closes one document by taking its sessions out of the asset shell; the platform closes a document whose
-/// last session has gone. Asks for dirty documents before there is a command at all.
+/// Closes one document by removing its sessions from the asset shell; the platform closes a document whose
+/// last session is gone. Asks about dirty documents before a command is created at all.
 class CloseDocumentCmdDef : public RowDefinition<CloseDocumentCmdDef>
 {
 public:
@@ -23,10 +23,10 @@ public:
 
     /// "DocumentSession": the session of the document to close.
     static const Vs::UniqueString* documentSessionArgumentName();
-    /// "DocumentCloseSilently": 1 leaves the shell as it is after the close.
+    /// "DocumentCloseSilently": 1 leaves the shell as it is after closing.
     static const Vs::UniqueString* documentCloseSilentlyName();
 
-    /// The document that a close in this context means; null if there is none.
+    /// The document to close in this context; null if there is none.
     static Vs::Document* docToClose(CommandContext* context);
 
 protected:
@@ -49,7 +49,7 @@ protected:
     EStackingBehavior onStackingBehavior() const override;
 };
 
-/// What closes the document that a window shows: it asks about it first, as closing the document does.
+/// Closes the document that a window shows: it asks about it first, as closing the document does.
 class WindowControllerCmdDef : public Vs::Implements<WindowControllerCmdDef, CommandDefinition>
 {
 protected:
@@ -88,11 +88,12 @@ protected:
     void onExecute(Vs::Status& status) override;
 };
 
-/// The session of the argument "DocumentSession", else that of the context's asset session; null if there is
+/// The session of the argument "DocumentSession", or else the context's asset session; null if there is
 /// neither.
 [[nodiscard]] DocumentSession* documentSessionOf(const CommandContext& context);
 
-/// Closes the document of a session that another one replaces, without asking, whatever its dirty state.
+/// Closes the document of a session that is being replaced by another one, without asking, even if it is
+/// dirty.
 void closeSilently(DocumentSession* session);
 
 class CloseAllDocumentsCmdDef : public RowDefinition<CloseAllDocumentsCmdDef>

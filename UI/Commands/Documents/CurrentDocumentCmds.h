@@ -17,7 +17,7 @@ protected:
     InputControl* onInputControl() override;
 };
 
-/// A list of the open documents of one type, seen while one of them is the current document.
+/// A list of the open documents of one type, visible while one of them is the current document.
 class CurrentDocumentListCmdDef
     : public Vs::Implements<CurrentDocumentListCmdDef, CurrentlyOpenDocumentsCmdDef>
 {

@@ -11,7 +11,7 @@ namespace Vu::Commands {
 /// Every open document.
 std::set<Vs::Document*> allDocuments();
 
-/// Asks the document-management handlers whether these documents may close; they may show questions and save.
+/// Asks the document-management handlers whether these documents may close; they may ask the user, and save.
 bool closingAgreed(const std::set<Vs::Document*>& documents);
 
 } // namespace Vu::Commands

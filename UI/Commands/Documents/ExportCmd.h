@@ -13,9 +13,9 @@ class ExportCmdDef : public CommandRowDefinition<ExportCmdDef, ExportCmd>
 public:
     static const CommandRow kRow;
 
-    /// "CombineObjects": an integer, non-zero to write all bodies as one mesh.
+    /// "CombineObjects": an integer; non-zero writes all bodies as one mesh.
     static const Vs::UniqueString* combineObjectsArgumentName();
-    /// "Tesselletion": an integer, 1 coarse, 2 medium, 3 (the default) as fine as the view.
+    /// "Tesselletion": an integer; 1 coarse, 2 medium, 3 (the default) as fine as the view.
     static const Vs::UniqueString* tessellationArgumentName();
 
 protected:
@@ -33,7 +33,7 @@ protected:
     void onEnd(ETerminationReason reason) override;
 
 private:
-    bool m_refused = false; ///< The user was told in a box, after which the command ends like any other.
+    bool m_refused = false; ///< A message box has told the user, and the command ends like any other.
 };
 
 class ExportAsCmd;
@@ -59,7 +59,7 @@ protected:
     void onEnd(ETerminationReason reason) override;
 
 private:
-    bool m_refused = false; ///< The user was told in a box, after which the command ends like any other.
+    bool m_refused = false; ///< A message box has told the user, and the command ends like any other.
 };
 
 } // namespace Vu::Commands

@@ -8,7 +8,7 @@ class Document;
 
 namespace Vu::Commands {
 
-/// The name, without a folder, that a dialog proposes for a file made of the document. `suffix` begins with
+/// The name, without a folder, that a dialog proposes for a file made from the document. `suffix` begins with
 /// its dot.
 [[nodiscard]] std::wstring fileNameFor(const Vs::Document* document, const std::wstring& suffix);
 

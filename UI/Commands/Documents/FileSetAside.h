@@ -4,15 +4,15 @@
 
 namespace Vu::Commands {
 
-/// Takes a write-protected file out of the way of a save, for as long as it lives: the save must not stop at
-/// it, and a save that fails must not cost it. Any other file stays in its place, since the save replaces it
-/// as a whole, and at no moment is there none of that name.
+/// Moves a write-protected file out of the way of a save while it lives: the save must not fail because of
+/// it, and a failed save must not lose it. Any other file stays in its place, since the save replaces it
+/// atomically, so that a file of that name exists at all times.
 class FileSetAside
 {
 public:
-    /// Nothing happens if there is no such file, or if it can't be moved; the save then tells why.
+    /// Does nothing if there is no such file, or if it can't be moved; the save then reports why.
     explicit FileSetAside(boost::filesystem::path path);
-    /// Deletes the file if another has taken its place, and brings it back otherwise.
+    /// Deletes the file if another has taken its place, and restores it otherwise.
     ~FileSetAside();
     FileSetAside(const FileSetAside&) = delete;
     FileSetAside& operator=(const FileSetAside&) = delete;

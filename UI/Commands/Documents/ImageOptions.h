@@ -7,43 +7,43 @@
 
 namespace Vu::Commands {
 
-/// What a captured image is to be like. Shared by the command and its dialog.
+/// The properties of a captured image. Shared by the command and its dialog.
 struct ImageOptions
 {
     uint32_t width = 0;  ///< Pixels.
     uint32_t height = 0; ///< Pixels.
     bool transparentBackground = false;
     bool antiAliasing = true;
-    bool transparencyLocked = false; ///< The file format knows no transparency.
-    int resolution = 72;             ///< Pixels per inch, as the file says.
+    bool transparencyLocked = false; ///< The file format doesn't support transparency.
+    int resolution = 72;             ///< Pixels per inch, as written to the file.
 };
 
-/// Asks a person, beginning with what `options` says; returns false for cancelled. Without a window nobody is
-/// asked, and the options are taken as they are.
+/// Asks the user, starting from `options`; returns false if cancelled. Without a window the options are taken
+/// as they are.
 bool askImageOptions(ImageOptions& options);
-/// Who asks: the add-in's widgets set it when they are loaded.
+/// The function that asks: set by the add-in's widgets when they are loaded.
 using ImageOptionsAsker = bool (*)(ImageOptions& options);
 void imageOptionsAsker(ImageOptionsAsker asker);
 
-/// Above this many pixels of width or height an image is rendered without anti-aliasing, whatever is wished.
+/// Above this width or height in pixels an image is rendered without anti-aliasing, even if it is requested.
 inline constexpr uint32_t kLargestAntiAliased = 4096;
-/// No image may be wider or higher.
+/// The maximum width and height of an image.
 inline constexpr uint32_t kLargestImage = 16384;
 
 /// Whether this image is rendered with anti-aliasing.
 bool rendersAntiAliased(const ImageOptions& options);
 
-/// Whether the name ends in ".jpg", in any case: that format knows no transparency.
+/// Whether the name ends in ".jpg", in any case: that format doesn't support transparency.
 bool locksTransparency(std::wstring_view name);
 
-/// The name itself if it ends in ".png", ".jpg" or ".tif", in any case; otherwise with ".png" behind it.
+/// The name itself if it ends in ".png", ".jpg" or ".tif", in any case; otherwise with ".png" appended.
 std::wstring withImageSuffix(const std::wstring& name);
 
-/// The numbers of a size list's entry such as "1920 x 1080 (16:9)"; nothing for an entry without any.
+/// The numbers of a size list's entry such as "1920 x 1080 (16:9)"; nothing for an entry without numbers.
 std::optional<std::pair<uint32_t, uint32_t>> sizeOfEntry(std::wstring_view entry);
 
-/// What the dialog computes while its fields are edited. The record always holds pixels; what is shown
-/// depends on the unit.
+/// The dialog's calculations while its fields are edited. The record always holds pixels; the displayed
+/// values depend on the unit.
 class ImageSizeModel
 {
 public:
@@ -57,16 +57,16 @@ public:
     bool ratioLocked() const { return m_ratioLocked; }
     /// Locking adapts the height to the width.
     void ratioLocked(bool locked);
-    /// Pixels per inch. 0 stands for 72.
+    /// Pixels per inch. 0 means 72.
     int resolution() const { return m_options.resolution; }
 
-    /// As the edits show them: pixels, or whole inches.
+    /// As displayed in the fields: pixels, or whole inches.
     uint32_t shownWidth() const;
     uint32_t shownHeight() const;
 
     void widthEdited(uint32_t shown);
     void heightEdited(uint32_t shown);
-    /// With inches, the shown numbers stay and the pixels follow.
+    /// In inches, the displayed numbers stay and the pixels follow.
     void resolutionEdited(int resolution);
     void size(uint32_t width, uint32_t height);
 

@@ -11,9 +11,9 @@ namespace Vu::Commands {
 
 class RevertDocumentCmd;
 
-/// Reads the document's file again, its native one or the foreign one that it comes from. Takes the argument
-/// "DocumentSession", by default the context's document. A person who starts it by hand is asked first where
-/// something isn't saved.
+/// Reloads the document's file, its native one or the foreign one it was imported from. Takes the argument
+/// "DocumentSession", by default the context's document. When started by hand, it first asks if there are
+/// unsaved changes.
 class RevertDocumentCmdDef : public CommandRowDefinition<RevertDocumentCmdDef, RevertDocumentCmd>
 {
 public:
@@ -25,9 +25,9 @@ protected:
     CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
-/// The document is made anew, and shown with the camera and the selection as they were, so far as there still
-/// is what was selected. Where the file can't be read everything stays as it was. What wasn't saved is left
-/// as a recovery file.
+/// The document is recreated, and shown with the same camera and selection, as far as the selected things
+/// still exist. If the file can't be read, everything stays as it was. Unsaved changes are left as a recovery
+/// file.
 class RevertDocumentCmd : public Vs::Implements<RevertDocumentCmd, SimpleCommand>
 {
 public:
@@ -39,7 +39,8 @@ protected:
 
 class SaveDocumentCopyCmd;
 
-/// Writes the document to another file, which the path argument or the user names, and goes on with its own.
+/// Writes the document to another file, named by the path argument or the user, and keeps working with its
+/// own.
 class SaveDocumentCopyCmdDef : public CommandRowDefinition<SaveDocumentCopyCmdDef, SaveDocumentCopyCmd>
 {
 public:
@@ -61,8 +62,8 @@ protected:
 
 class SaveAllDocumentsCmd;
 
-/// Saves all documents that were changed, each as SaveDocumentCmd does. One that fails doesn't keep the
-/// others from being saved.
+/// Saves all changed documents, each as SaveDocumentCmd does. A failure doesn't keep the others from being
+/// saved.
 class SaveAllDocumentsCmdDef : public CommandRowDefinition<SaveAllDocumentsCmdDef, SaveAllDocumentsCmd>
 {
 public:

@@ -15,8 +15,8 @@ namespace Vu::Commands {
 
 class NewDocumentCmd;
 
-/// The list of asset types; choosing one makes a document of it. In place of NewSingleDocumentCmdDef where
-/// there is a choice.
+/// The list of asset types; choosing one creates a document of it. Used instead of NewSingleDocumentCmdDef
+/// when there is a choice.
 class NewDocumentCmdDef : public CommandRowDefinition<NewDocumentCmdDef, NewDocumentCmd, CommandDefinition,
                                                       IListControlHandler, Vs::AssetEventSite>
 {
@@ -43,17 +43,18 @@ private:
     AssetTypeList m_types;
 };
 
-/// Makes a document of the type that the context names, and shows it in place of the one that was current,
-/// which is closed without a question.
+/// Creates a document of the type that the context names, and shows it in place of the current one, which is
+/// closed without asking.
 class NewDocumentCmd : public Vs::Implements<NewDocumentCmd, SimpleCommand>
 {
 public:
     NewDocumentCmd(NewDocumentCmdDef* definition, CommandContext* context);
-    /// Null without an error if there is no such type; null with the reasons if the document can't be made.
+    /// Null without an error if there is no such type; null with the reasons if the document can't be
+    /// created.
     static Vs::Document* CreateNewDocument(Vs::Status& status, const std::string& assetTypeId);
-    /// Shows a new document in place of the one that is current.
+    /// Shows a new document in place of the current one.
     static void ActivateAsset(Vs::Document* document);
-    /// A document that is going to be saved at `path`, shown. Null if it can't be made.
+    /// A document that is going to be saved at `path`, shown. Null if it can't be created.
     static Vs::Document* NewFile(const std::wstring& path, Vs::Status& status,
                                  const std::string& assetTypeId);
 
@@ -61,8 +62,8 @@ protected:
     void onExecute(Vs::Status& status) override;
 };
 
-/// The button that makes a document of the first asset type, and is named for it. In place of
-/// NewDocumentCmdDef where there is no choice.
+/// The button that creates a document of the first asset type, and is named after it. Used instead of
+/// NewDocumentCmdDef when there is no choice.
 class NewSingleDocumentCmdDef
     : public RowDefinition<NewSingleDocumentCmdDef, CommandDefinition, Vs::AssetEventSite>
 {
@@ -81,7 +82,7 @@ protected:
     void onUpdateInputControl(CommandContext* context) override;
 };
 
-/// Makes a document of the first asset type and shows it beside the ones that are open.
+/// Creates a document of the first asset type and shows it beside the open ones.
 class NewSingleDocumentCmd : public Vs::Implements<NewSingleDocumentCmd, SimpleCommand>
 {
 protected:

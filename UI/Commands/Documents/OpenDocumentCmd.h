@@ -17,7 +17,7 @@ namespace Vu::Commands {
 
 class OpenDocumentCmd;
 
-/// Opens files, native or foreign. Also shows the documents that the platform opens by itself.
+/// Opens files, native or foreign. Also shows the documents that the platform opens on its own.
 class OpenDocumentCmdDef : public CommandRowDefinition<OpenDocumentCmdDef, OpenDocumentCmd, CommandDefinition,
                                                        Vs::DocumentEventSite>
 {
@@ -35,8 +35,8 @@ private:
     Vs::Subscriptions m_subscriptions;
 };
 
-/// The one place in which a file becomes a document that the user sees. A successful open replaces the
-/// document that was current before, which is closed without a question.
+/// The only place that turns a file into a document that the user sees. On success it replaces the previously
+/// current document, which is closed without asking.
 class OpenDocumentCmd : public Vs::Implements<OpenDocumentCmd, SimpleCommand>
 {
 public:
@@ -44,14 +44,14 @@ public:
     /// The file dialog's filter: all supported files, then the native types, then the foreign formats.
     static std::wstring getFilterValues(Vs::DocumentMgr* manager, Vs::TranslatorFileRecognizer* recognizer);
 
-    /// Opens a foreign file. Errors are added to the status; the document that was current then stays.
+    /// Opens a foreign file. Errors are added to the status; the current document then stays.
     static void translatorOpen(Vs::Translator* translator, const std::wstring& path, Vs::Status& status);
 
     /// Opens a native file, or brings up the open document of that path. A failure is shown to the user, and
     /// the status is marked as reported.
     static void openDocument(const std::wstring& path, Vs::Status& status, const std::string& cloudId);
 
-    /// Opens one file of any kind. The cloud identifier only reaches native files.
+    /// Opens one file of any kind. The cloud identifier is used for native files only.
     static void OpenSingleFile(const std::wstring& path, Vs::Status& status, const std::string& cloudId);
 
     /// Opens several native files, side by side if the user's options say so.

@@ -16,12 +16,12 @@ class Document;
 
 namespace Vu::Commands {
 
-/// Shows an open document once the current event is over, as choosing it in a list does; one that has nothing
-/// to show stays as it is.
+/// Shows an open document once the current event is over, as choosing it in a list does; a document with
+/// nothing to show stays as it is.
 void switchTo(Vs::Document* document);
 
-/// The list of the open documents, the current one marked; choosing one shows it. Those derived from it know
-/// the documents of one type only.
+/// The list of the open documents, the current one marked; choosing one shows it. Derived classes list the
+/// documents of one type only.
 class CurrentlyOpenDocumentsCmdDef
     : public Vs::Implements<CurrentlyOpenDocumentsCmdDef, CommandDefinition, IListControlHandler,
                             SessionEventSite, Vs::DocumentEventSite, DocumentOrderSite>
@@ -32,7 +32,7 @@ public:
 
     explicit CurrentlyOpenDocumentsCmdDef(Info* info = CurrentlyOpenDocumentsCmdDef::info());
 
-    /// Shows what is open now, if there is a control.
+    /// Lists what is open now, if there is a control.
     void updateListControl();
 
     void onListSelectionChanged(Info* item) override;
@@ -51,7 +51,7 @@ protected:
     CommandBase* onCreateCommand(CommandContext* context) override;
     InputControl* onInputControl() override;
 
-    /// Only documents of this type count from now on.
+    /// From now on only documents of this type are listed.
     void filter(const char* documentType) { m_filter = documentType; }
     bool hasOpenDocuments() const;
     /// Whether the current document passes the filter.
@@ -70,7 +70,7 @@ private:
     Vs::Subscriptions m_subscriptions;
 };
 
-/// Brings the list up to date.
+/// Updates the list.
 class CurrentlyOpenDocumentsCmd : public Vs::Implements<CurrentlyOpenDocumentsCmd, SimpleCommand>
 {
 protected:
@@ -82,7 +82,7 @@ protected:
 
 class CycleOpenDocumentsCmd;
 
-/// Moves on to the next open document, from the last one to the first.
+/// Moves on to the next open document, wrapping from the last to the first.
 class CycleOpenDocumentsCmdDef : public CommandRowDefinition<CycleOpenDocumentsCmdDef, CycleOpenDocumentsCmd>
 {
 public:

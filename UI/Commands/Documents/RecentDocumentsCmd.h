@@ -12,8 +12,8 @@ namespace Vu::Commands {
 
 class RecentDocumentsCmd;
 
-/// The list of the documents that were used last, the newest on top, and an entry that clears it. Choosing a
-/// document opens it.
+/// The list of recently used documents, the newest on top, and an entry that clears it. Choosing a document
+/// opens it.
 class RecentDocumentsCmdDef
     : public CommandRowDefinition<RecentDocumentsCmdDef, RecentDocumentsCmd, CommandDefinition,
                                   IListControlHandler, Vs::DocumentEventSite>,

@@ -13,8 +13,8 @@ class SaveAsImageCmdDef : public CommandRowDefinition<SaveAsImageCmdDef, SaveAsI
 public:
     static const CommandRow kRow;
 
-    /// "Width" and "Height": integers, in pixels. With one of them no dialog is shown; the other one then is
-    /// that of the view.
+    /// "Width" and "Height": integers, in pixels. If either is given, no dialog is shown, and the other one
+    /// is taken from the view.
     static const Vs::UniqueString* widthArgumentName();
     static const Vs::UniqueString* heightArgumentName();
     /// "Transparent" and "AntiAliasing": integers, 0 or 1.

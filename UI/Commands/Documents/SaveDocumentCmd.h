@@ -22,9 +22,8 @@ protected:
     bool onIsVisible(CommandContext* context) const override;
 };
 
-/// The path argument names a document that has no path yet; one that has keeps its own. The command ends
-/// without an error whatever becomes of the save: a message tells why it failed, and the document stays
-/// dirty.
+/// The path argument applies to a document without a path; a document that has one keeps it. The command ends
+/// without an error even if the save fails: a message says why, and the document stays dirty.
 class SaveDocumentCmd : public Vs::Implements<SaveDocumentCmd, SimpleCommand>
 {
 public:
@@ -37,7 +36,7 @@ protected:
 
 class SaveDocumentAsCmd;
 
-/// Writes a document, local or not, to a new local path, which the path argument or the user names.
+/// Writes a document, local or not, to a new local path, given by the path argument or the user.
 class SaveDocumentAsCmdDef : public CommandRowDefinition<SaveDocumentAsCmdDef, SaveDocumentAsCmd>
 {
 public:
@@ -58,8 +57,8 @@ protected:
     void onEnd(ETerminationReason reason) override;
 };
 
-/// Hears why saves fail while it lives. SaveDocumentCmd shows its message only where nobody around it
-/// listens: whoever does, tells the reason in a way of its own.
+/// Collects the reasons of failed saves while it lives. SaveDocumentCmd shows its message only if nobody is
+/// listening: a listener reports the reason in its own way.
 class SaveFailures : private Vs::DocumentEventSite
 {
 public:
@@ -68,11 +67,11 @@ public:
     SaveFailures(const SaveFailures&) = delete;
     SaveFailures& operator=(const SaveFailures&) = delete;
 
-    /// Empty as long as nothing failed.
+    /// Empty if nothing has failed.
     const std::wstring& reason() const { return m_reason; }
-    /// Whether the user knows it already.
+    /// Whether the user has been told already.
     bool reported() const { return m_reported; }
-    /// Whether this is the only one that listens.
+    /// Whether this is the only listener.
     bool alone() const { return s_listening == 1; }
 
 private:

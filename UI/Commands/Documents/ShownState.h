@@ -8,14 +8,14 @@
 
 namespace Vu::Commands {
 
-/// How the active session shows its model, and what of it is selected: for a document that is read anew and
-/// is to look as before. Main thread only.
+/// How the active session shows its model, and which parts of it are selected: for a document that is
+/// reloaded and should look as before. Main thread only.
 class ShownState
 {
 public:
     /// Of the active session, as it is now.
     ShownState();
-    /// For the active session, which may be another one. What isn't there any more isn't selected.
+    /// Applies to the active session, which may be another one. Things that no longer exist aren't selected.
     void restore() const;
 
 private:

@@ -9,30 +9,30 @@ namespace Vs {
 class Document;
 }
 
-// What the tabs of the window do with the open documents, and the commands that belong to them.
+// What the window's tabs do with the open documents, and the commands for it.
 
 namespace Vu::Commands {
 
-/// The documents that have a tab: those of which the active workspace's asset shell lists a session, in the
-/// order of the tabs (DocumentOrder).
+/// The documents with a tab: those with a session in the active workspace's asset shell, in the order of the
+/// tabs (DocumentOrder).
 [[nodiscard]] std::vector<Vs::Document*> documentsWithTabs();
 
-/// Closes an open document behind the current event, as a person does who sees the others as tabs: it asks
-/// about changes as every close does, and where the document was the one that shows, its neighbour does then.
-/// The last one leads to the home screen.
+/// Closes an open document after the current event, as a user expects who sees the others as tabs: it asks
+/// about changes as every close does, and if the document was the one shown, its neighbour is shown next.
+/// After the last one comes the home screen.
 void closeTab(Vs::Document* document);
 
 class NewTabCmd;
 
-/// Makes a document of the first kind and shows it. What is open stays open.
+/// Creates a document of the first kind and shows it. Open documents stay open.
 class NewTabCmdDef : public CommandRowDefinition<NewTabCmdDef, NewTabCmd>
 {
 public:
     static const CommandRow kRow;
-    /// "Uuid": of the document that a recording has made.
+    /// "Uuid": the identifier of the document when it was recorded.
     static const Vs::UniqueString* uuidArgumentName();
 
-    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    /// Creates the only definition of this class at the first call. It isn't among the add-in's members.
     static void createCommandDef();
 
 protected:
@@ -50,8 +50,8 @@ protected:
 
 class PreviousOpenDocumentCmd;
 
-/// Moves to the open document in front of the one that shows, from the first one to the last:
-/// CycleOpenDocumentsCmdDef's other direction.
+/// Moves to the previous open document, wrapping from the first to the last: the opposite of
+/// CycleOpenDocumentsCmdDef.
 class PreviousOpenDocumentCmdDef
     : public CommandRowDefinition<PreviousOpenDocumentCmdDef, PreviousOpenDocumentCmd>
 {

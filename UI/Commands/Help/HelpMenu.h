@@ -11,12 +11,11 @@ class ApplicationEditionService;
 
 namespace Vu::Commands {
 
-/// An address that the edition of the program names; empty where it has none.
+/// A web address configured by the edition of the program; empty if there is none.
 using EditionAddress = std::wstring (Vs::Services::ApplicationEditionService::*)() const;
 std::wstring editionAddress(EditionAddress address);
 
-/// What the commands of the help menu have in common: the active command goes on meanwhile, and nothing is
-/// repeated.
+/// Base of the commands of the help menu: the active command continues meanwhile, and repeat ignores them.
 class HelpMenuCmd : public Vs::Implements<HelpMenuCmd, SimpleCommand>
 {
 public:

@@ -24,9 +24,9 @@ protected:
 
 class FeedbackCmd;
 
-// What the edition of the program has no address for isn't shown.
+// Hidden if the edition of the program has no address for it.
 
-/// Begins a mail to those who make the program.
+/// Starts an e-mail to the makers of the program.
 class FeedbackCmdDef : public CommandRowDefinition<FeedbackCmdDef, FeedbackCmd>
 {
 public:
@@ -47,7 +47,7 @@ protected:
 
 class JoinDiscussionCmd;
 
-/// Opens the place where users talk with one another.
+/// Opens the users' forum.
 class JoinDiscussionCmdDef : public CommandRowDefinition<JoinDiscussionCmdDef, JoinDiscussionCmd>
 {
 public:
@@ -68,7 +68,7 @@ protected:
 
 class VideosCmd;
 
-/// Opens the address that it was given, one of a list of videos, or else that of the product's videos.
+/// Opens the address it is given, one of a list of videos, or else that of the product's videos.
 class VideosCmdDef : public CommandRowDefinition<VideosCmdDef, VideosCmd>
 {
 public:
@@ -89,7 +89,7 @@ protected:
 
 class SuggestboxCmd;
 
-/// Opens the portal for suggestions by way of OpenWebBrowserCmd. Does nothing where the edition has none.
+/// Opens the portal for suggestions through OpenWebBrowserCmd. Does nothing if the edition has none.
 class SuggestboxCmdDef : public CommandRowDefinition<SuggestboxCmdDef, SuggestboxCmd>
 {
 public:
@@ -110,7 +110,7 @@ protected:
 
 class OpenWebBrowserCmd;
 
-/// Opens the web address that it is given.
+/// Opens the given web address.
 class OpenWebBrowserCmdDef : public CommandRowDefinition<OpenWebBrowserCmdDef, OpenWebBrowserCmd>
 {
 public:

@@ -4,7 +4,7 @@
 
 namespace Vu::Commands {
 
-/// The programme in which users let their usage be counted. Nobody runs it now: the command does nothing.
+/// The programme in which users share usage data. It has been discontinued: the command does nothing.
 class CIPCmdDef : public RowDefinition<CIPCmdDef>
 {
 public:
@@ -43,7 +43,7 @@ protected:
 
 class ProductTourGuideCmd;
 
-/// Leads through the parts of the window.
+/// Starts the tour of the window.
 class ProductTourGuideCmdDef : public CommandRowDefinition<ProductTourGuideCmdDef, ProductTourGuideCmd>
 {
 public:
@@ -61,13 +61,13 @@ protected:
 
 class SearchCommandsCmd;
 
-/// Opens the field in which commands are searched, or closes it.
+/// Opens or closes the command search field.
 class SearchCommandsCmdDef : public CommandRowDefinition<SearchCommandsCmdDef, SearchCommandsCmd>
 {
 public:
     static const CommandRow kRow;
 
-    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    /// Creates the only definition of this class at the first call. It isn't among the add-in's members.
     static void createCommandDef();
 };
 
@@ -82,13 +82,13 @@ protected:
 
 class WelcomeScreenCmd;
 
-/// Shows the home screen, in a window that is brought back if it was minimized.
+/// Shows the home screen, restoring the window if it was minimized.
 class WelcomeScreenCmdDef : public CommandRowDefinition<WelcomeScreenCmdDef, WelcomeScreenCmd>
 {
 public:
     static const CommandRow kRow;
 
-    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    /// Creates the only definition of this class at the first call. It isn't among the add-in's members.
     static void createCommandDef();
 };
 

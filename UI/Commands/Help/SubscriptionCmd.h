@@ -9,23 +9,23 @@ namespace Vu::Commands {
 
 class SubscriptionCmd;
 
-/// Looks whether there is a newer version, and tells so in the notification centre.
+/// Checks whether there is a newer version, and reports it in the notification centre.
 class SubscriptionCmdDef : public CommandRowDefinition<SubscriptionCmdDef, SubscriptionCmd>
 {
 public:
     static const CommandRow kRow;
 
-    /// Of the notifications that are sent.
+    /// Of the notifications it sends.
     static const std::wstring& notificationClientID();
 
-    /// The updates that the user is to hear of, by name. Main thread only, as the others.
+    /// The updates to tell the user about, by name. Main thread only, like the others.
     void addUpdate(const std::wstring& name);
-    /// Tells the user of all that are known then.
+    /// Tells the user about all updates known then.
     void addUpdates(const std::vector<std::wstring>& names);
-    /// Forgets one entry of that name.
+    /// Removes one entry of that name.
     void clearUpdate(const std::wstring& name);
     void clearAllUpdates();
-    /// Sends nothing where no update is known.
+    /// Sends nothing if no update is known.
     void notifyUpdatesAvailable();
 
 protected:
@@ -35,7 +35,7 @@ private:
     std::vector<std::wstring> m_updates;
 };
 
-/// Looks on a thread of its own, for a while at most: the file may lie on a disk that doesn't answer.
+/// Checks on a separate thread and gives up after a while: the file may be on a disk that doesn't respond.
 class SubscriptionCmd : public Vs::Implements<SubscriptionCmd, HelpMenuCmd>
 {
 public:

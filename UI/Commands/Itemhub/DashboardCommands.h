@@ -9,33 +9,33 @@ namespace Vu {
 class CommandContext;
 }
 
-/// What a page of the lifecycle service in the browser may have the program do: six commands, each with the
-/// arguments that it may be given, and what these may be. Whatever else a page asks for is refused.
+/// What a page of the lifecycle service in the browser may have the program do: six commands, each with its
+/// permitted arguments and their values. Everything else is refused.
 namespace Vu::Commands::DashboardCommands {
 
 using Request = Vs::Itemhub::DashboardRequest;
 
-/// Why a request is refused, for the person; empty if it may be asked for.
+/// Why a request is refused, for the user; empty if it is permitted.
 /// @param service the address of the service whose page asks, with a slash at the end; empty for the
 /// program's own
 [[nodiscard]] std::wstring refusal(const Request& request, const std::string& service);
 
-/// Whether refusal says something. Any thread.
+/// Whether the refusal has a text. Any thread.
 [[nodiscard]] bool isRefused(const Request& request, const std::string& service);
 
-/// Gives a request that isn't refused as the arguments of its command.
+/// Returns a permitted request as the arguments of its command.
 void fill(const Request& request, CommandContext& context);
 
-/// The item that a request is about; 0 if none.
+/// The item that a request concerns; 0 if none.
 [[nodiscard]] std::int64_t itemOf(const Request& request);
-/// The address of the attachment that a request is about; empty if none.
+/// The address of the attachment that a request concerns; empty if none.
 [[nodiscard]] std::string attachmentOf(const Request& request);
-/// Whether it concerns the shown document, which then must be the item's.
+/// Whether it concerns the shown document, which must then belong to the item.
 [[nodiscard]] bool isAboutShown(const Request& request);
 
-/// The question whether a page may have its wish.
-/// @param who the service, as a person knows it
-/// @param what the name of what the request is about
+/// The question whether to grant a page's request.
+/// @param who the service, as the user knows it
+/// @param what the name of what the request concerns
 [[nodiscard]] std::wstring question(const Request& request, const std::wstring& who,
                                     const std::wstring& what);
 

@@ -7,10 +7,10 @@
 
 namespace Vu::Commands {
 
-/// Does what the service's page in the browser asks for, when nothing else waits for the person: the request
-/// is compared with what pages may ask for (DashboardCommands), the person is asked, unless for that service
-/// the answer was "Always", and the command runs as one that was clicked. The page is told what came of it.
-/// Main thread only.
+/// Carries out what the service's page in the browser requests, when nothing else is waiting for the user:
+/// the request is checked against what pages may ask for (DashboardCommands), the user is asked, unless
+/// "Always" was answered for that service, and the command runs as if it had been clicked. The page is told
+/// the outcome. Main thread only.
 class DashboardRequests : private Vs::ItemhubEventSite
 {
 public:
@@ -19,12 +19,12 @@ public:
     DashboardRequests(const DashboardRequests&) = delete;
     DashboardRequests& operator=(const DashboardRequests&) = delete;
 
-    /// Whether the pages of the service that somebody is signed in to use the program without a question.
+    /// Whether pages of the service that the user is signed in to may use the program without asking.
     [[nodiscard]] static bool isTrusted();
     static void trust(bool on);
 
-    /// Follows a link of the form "quillet:ticket/...", by which the page starts the program. What is wrong
-    /// with it is told.
+    /// Follows a link of the form "quillet:ticket/...", by which the page starts the program. Errors in it
+    /// are reported.
     static void follow(const std::string& link);
 
 private:

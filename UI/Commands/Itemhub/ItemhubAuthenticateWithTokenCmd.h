@@ -7,8 +7,8 @@ namespace Vu::Commands {
 
 class ItemhubAuthenticateWithTokenCmd;
 
-/// Signs in with a token that somebody else has got: a web page of the service, or a script. No recording
-/// holds any of the secrets; it has the names under which they are to be given.
+/// Signs in with a token obtained elsewhere: by a web page of the service, or a script. Recordings contain
+/// none of the secrets, only the names under which they must be supplied.
 class ItemhubAuthenticateWithTokenCmdDef
     : public ItemhubDefinition<ItemhubAuthenticateWithTokenCmdDef, ItemhubAuthenticateWithTokenCmd,
                                Vs::DocumentEventSite>

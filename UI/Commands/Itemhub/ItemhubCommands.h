@@ -12,19 +12,19 @@ class Document;
 
 namespace Vu::Commands {
 
-/// Whether there is a lifecycle service for this installation at all.
+/// Whether this installation has a lifecycle service at all.
 [[nodiscard]] bool itemhubIsEnabled();
-/// Whether somebody is signed in to it.
+/// Whether the user is signed in to it.
 [[nodiscard]] bool isSignedInToItemhub();
-/// The same for commands, which go on with what the last run was signed in to, if there is such a session: a
-/// run without a window has nobody who would sign in. What is wrong with it is told.
+/// The same for commands, which resume the sign-in of the last run, if there is one: in a run without a
+/// window nobody can sign in. Errors are reported.
 [[nodiscard]] bool itemhubSession();
 
 /// The record of a row whose title has the service's trade name between two texts: those of the row's title
-/// key with "1" and "2" behind it.
+/// key with "1" and "2" appended.
 [[nodiscard]] Info itemhubInfo(const CommandRow& row, const char* before, const char* behind);
 
-/// The base of definitions of the lifecycle service: applicable unless it is disabled.
+/// Base of the lifecycle service's definitions: applicable unless it is disabled.
 template <class Self, class Cmd, class... Others>
 class ItemhubDefinition : public CommandRowDefinition<Self, Cmd, CommandDefinition, Others...>
 {
@@ -35,16 +35,16 @@ protected:
     bool onIsApplicable(CommandContext*) const override { return itemhubIsEnabled(); }
 };
 
-/// The argument as a whole number. Throws Vs::Exception, which names the argument, if it is none.
+/// The argument as a whole number. Throws Vs::Exception, which names the argument, if it isn't one.
 [[nodiscard]] int numberArgument(const CommandContext& context, const Vs::UniqueString* name);
 
-/// What a person calls a document of the service: the file's name up to its last dot but one ("a.b.ext" is
-/// "a"), behind which stands what keeps the local files apart.
+/// The display name of a document of the service: the file's name up to its last dot but one ("a.b.ext" is
+/// "a"), since what follows only makes the local files unique.
 void nameAfterFile(Vs::Document& document, const std::wstring& path);
 
-/// Does the work with the wait cursor of the window. What it throws is told by
-/// ItemhubUtilities::fireErrorMessage, and goes no further: what a failure of its own says, or, for anything
-/// but a Vs::Exception, that something unknown went wrong.
+/// Does the work under the window's wait cursor. Exceptions are reported by
+/// ItemhubUtilities::fireErrorMessage and not propagated: with their own message for a Vs::Exception, or
+/// otherwise as an unknown error.
 void withItemhubErrors(const std::function<void()>& work);
 
 } // namespace Vu::Commands

@@ -6,7 +6,7 @@ namespace Vu::Commands {
 
 class ItemhubCreateCommentIDCmd;
 
-/// Links a post of the service to the design that is open, by a comment on the cloud drive.
+/// Links a post of the service to the open design, by a comment on the cloud drive.
 class ItemhubCreateCommentIDCmdDef
     : public ItemhubDefinition<ItemhubCreateCommentIDCmdDef, ItemhubCreateCommentIDCmd>
 {
@@ -28,7 +28,7 @@ public:
     using TimedCommand::TimedCommand;
     static Vs::Metrics::TimeMetric* metric();
 
-    /// What the comment says of a post: a link, its title, or its number.
+    /// How the comment refers to a post: by a link, its title, or its number.
     [[nodiscard]] static std::wstring bodyFor(const std::wstring& postID, const std::wstring& title,
                                               const std::wstring& url);
 

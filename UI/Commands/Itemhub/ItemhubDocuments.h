@@ -2,14 +2,14 @@
 
 namespace Vu::Commands {
 
-/// What the program has to do with the lifecycle service beside the commands: what its client's threads find
-/// out reaches the main thread, what it tells becomes notifications, the favourites are kept up to date, and
-/// the edition has its say. An item's file is shown by the item (FilePlace): "Itemhub \u203a item 17". Main
-/// thread only.
+/// The program's connections to the lifecycle service apart from the commands: results of its client's
+/// threads reach the main thread, its messages become notifications, the favourites are kept up to date, and
+/// the edition's settings apply. An item's file is shown by its item (FilePlace): "Itemhub \u203a item 17".
+/// Main thread only.
 class ItemhubDocuments
 {
 public:
-    /// At the start of the add-in, and at its end.
+    /// Called at the start and at the end of the add-in.
     static void install();
     static void uninstall();
 };

@@ -11,10 +11,9 @@
 
 namespace Vu::Commands {
 
-/// Brings versions of items and what people have said about them to the feeds of the items' documents, and
-/// what an item and the document's version are called to the properties panel. The service is asked on
-/// threads when one of these is drawn for the first time, and again after something has happened to the item.
-/// Main thread only.
+/// Adds versions of items and comments on them to the feeds of the items' documents, and the names of the
+/// item and the document's version to the properties panel. The service is asked on threads when one of these
+/// is first drawn, and again after something has happened to the item. Main thread only.
 class ItemhubFeed : private FeedSource, private Vs::ItemhubEventSite
 {
 public:
@@ -33,7 +32,7 @@ private:
     {
         std::vector<FeedEntry> entries;
         std::wstring caption;                        ///< Of the item.
-        std::map<std::int64_t, std::wstring> labels; ///< By the numbers of the versions; may be empty.
+        std::map<std::int64_t, std::wstring> labels; ///< By version number; may be empty.
         bool isCurrent = false;
         bool isAsked = false;
     };

@@ -16,12 +16,12 @@ public:
     /// "ItemhubWorkspaceId" and "ItemhubItemId", numbers.
     static const Vs::UniqueString* workspaceId();
     static const Vs::UniqueString* itemId();
-    /// "ItemhubDocType": what kind of document the caller expects.
+    /// "ItemhubDocType": the kind of document that the caller expects.
     static const Vs::UniqueString* docType();
 };
 
-/// The item's first attachment is taken, if the argument says that a design is expected; without it, nothing
-/// is inserted.
+/// Takes the item's first attachment if the argument says that a design is expected; without it, nothing is
+/// inserted.
 class ItemhubInsertComponentCmd : public TimedCommand<ItemhubInsertComponentCmd>
 {
 public:

@@ -4,12 +4,12 @@
 
 #include <string>
 
-/// What the lines of the area "Itemhub" answer: one line for each thing, with tabs between. All may throw
+/// The answers of the lines of the area "Itemhub": one line for each thing, separated by tabs. All may throw
 /// what ItemhubUtilities throws.
 namespace Vu::Commands::ItemhubLines {
 
 [[nodiscard]] std::wstring account();
-/// That nobody is signed in.
+/// Reports that nobody is signed in.
 [[nodiscard]] std::wstring nobody();
 [[nodiscard]] std::wstring workspaces();
 [[nodiscard]] std::wstring items(int workspaceId);
@@ -20,7 +20,7 @@ namespace Vu::Commands::ItemhubLines {
 [[nodiscard]] std::wstring comments(int itemId);
 [[nodiscard]] std::wstring pending();
 
-/// By their commands, which a recording takes down.
+/// Through their commands, which a recording includes.
 [[nodiscard]] Vs::TextCommandResult open(int itemId, const Vs::TextCommandParameters& parameters);
 [[nodiscard]] Vs::TextCommandResult insert(int itemId, const Vs::TextCommandParameters& parameters);
 

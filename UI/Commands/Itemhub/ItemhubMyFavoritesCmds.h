@@ -10,7 +10,7 @@
 
 namespace Vu::Commands {
 
-/// The base of definitions that need a signed-in user. It makes no command.
+/// Base of definitions that need a signed-in user. It creates no command.
 class ItemhubCmdDef : public Vs::Implements<ItemhubCmdDef, CommandDefinition>
 {
 public:
@@ -22,7 +22,7 @@ protected:
     CommandBase* onCreateCommand(CommandContext*) override { return nullptr; }
 };
 
-/// For definitions of that kind which are only there to be found.
+/// For definitions of that kind that only have to exist.
 class ItemhubCmd : public Vs::Implements<ItemhubCmd, SimpleCommand>
 {
 public:
@@ -32,8 +32,8 @@ protected:
     void onExecute(Vs::Status&) override {}
 };
 
-/// The items that the user has bookmarked, as a list; the first eight. There is no list before somebody signs
-/// in. Main thread only, but for what is said to be for any thread.
+/// The items that the user has bookmarked, as a list; the first eight. There is no list before the user signs
+/// in. Main thread only, except where noted.
 class ItemhubMyFavoritesCmdDef
     : public Vs::Implements<ItemhubMyFavoritesCmdDef, ItemhubCmdDef, IListControlHandler>
 {
@@ -43,22 +43,22 @@ public:
 
     ItemhubMyFavoritesCmdDef();
 
-    /// Null as long as nobody has brought such a definition.
+    /// Null until such a definition is registered.
     [[nodiscard]] static ItemhubMyFavoritesCmdDef* get();
-    /// Asks the service for the favourites on a thread of its own, which nobody waits for. Throws
-    /// std::system_error if there can be no thread.
+    /// Asks the service for the favourites on a detached thread. Throws std::system_error if no thread can be
+    /// started.
     static void refreshLater();
-    /// A favourite of the list, by the number and the caption of its item.
+    /// A favourite in the list, with the number and caption of its item.
     struct Entry
     {
         std::wstring id, caption;
     };
-    /// Shows the first eight in place of what the list has shown; nothing happens if there is no list.
+    /// Replaces the list's contents with the first eight; does nothing if there is no list.
     void rebuildFavorites(const std::vector<Entry>& favorites);
-    /// Whether there is a list, since somebody has asked for it who was signed in.
+    /// Whether the list exists, because a signed-in user has asked for it.
     [[nodiscard]] bool hasList() const { return m_list != nullptr; }
 
-    /// What would be told of a chosen favourite: a JSON object with its "itemID".
+    /// The event data for a chosen favourite: a JSON object with its "itemID".
     [[nodiscard]] static std::wstring selectionMessage(const Info& item);
     void onListSelectionChanged(Info* item) override;
 
@@ -66,16 +66,16 @@ protected:
     InputControl* onInputControl() override;
 
 private:
-    /// What the thread does: asks the service, and gives what the main thread is to do with the answer.
+    /// The thread's work: asks the service, and returns what the main thread is to do with the answer.
     static std::function<void()> refreshFavorites(unsigned long number);
 
     std::unique_ptr<ListControl> m_list;
-    std::vector<std::unique_ptr<Info>> m_items; ///< What the list shows.
+    std::vector<std::unique_ptr<Info>> m_items; ///< The contents of the list.
 };
 
 class ItemhubMyFavoritesChangedCmd;
 
-/// Has the list of favourites brought up to date.
+/// Has the list of favourites updated.
 class ItemhubMyFavoritesChangedCmdDef
     : public CommandRowDefinition<ItemhubMyFavoritesChangedCmdDef, ItemhubMyFavoritesChangedCmd>
 {

@@ -7,8 +7,8 @@ namespace Vu::Commands {
 
 class ItemhubNewItemCmd;
 
-/// Makes an item of a workspace, with a first version. The arguments of numbers must be given; 0 stands for
-/// no linked item, and for the first workspace in which the account may write.
+/// Creates an item in a workspace, with a first version. The number arguments are required; 0 means no linked
+/// item, and the first workspace in which the account may write.
 class ItemhubNewItemCmdDef
     : public ItemhubDefinition<ItemhubNewItemCmdDef, ItemhubNewItemCmd, Vs::DocumentEventSite>
 {
@@ -20,7 +20,7 @@ public:
 
     /// "ItemhubWorkspaceId", a number.
     static const Vs::UniqueString* workspaceId();
-    /// "ItemhubItemName"; without it a name is made up.
+    /// "ItemhubItemName"; without it a name is generated.
     static const Vs::UniqueString* itemName();
     /// "ItemhubSaveLabel": the label of a version.
     static const Vs::UniqueString* labelArgument();
@@ -46,8 +46,8 @@ protected:
     void onExecute(Vs::Status& status) override;
 };
 
-/// A design with a made-up name, in the first workspace unless the context names another one: what a person
-/// chooses in a menu.
+/// A design with a generated name, in the first workspace unless the context names another one: the menu's
+/// entry.
 class ItemhubNewDesignCmdDef : public RowDefinition<ItemhubNewDesignCmdDef, ItemhubNewItemCmdDef>
 {
 public:
@@ -57,7 +57,7 @@ protected:
     CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
-/// A place for documentations, which have no command yet.
+/// A placeholder for documentations, which have no command yet.
 class ItemhubNewDocumentationCmdDef
     : public RowDefinition<ItemhubNewDocumentationCmdDef, ItemhubNewItemCmdDef>
 {

@@ -10,8 +10,8 @@ namespace Vu::Commands {
 
 class ItemhubNotifyMessageCmd;
 
-/// Tells what goes wrong at the lifecycle service as notifications, and offers uploads that failed to be
-/// begun again: a click on their notification runs it. The notification goes with the last of them.
+/// Reports errors of the lifecycle service as notifications, and offers to retry failed uploads: a click on
+/// their notification runs it. The notification disappears with the last of them.
 class ItemhubNotifyMessageCmdDef
     : public CommandRowDefinition<ItemhubNotifyMessageCmdDef, ItemhubNotifyMessageCmd, CommandDefinition,
                                   Vs::NotificationsEventSite, Vs::ItemhubEventSite>

@@ -13,8 +13,8 @@ class Document;
 
 namespace Vu::Commands {
 
-/// What the account may do with the items of a workspace, so that who may only read knows it before a save is
-/// refused. The service is asked on a thread when it is wanted first, and again when roles have changed. Main
+/// The account's permissions for the items of a workspace, so that read-only users know before a save is
+/// refused. The service is asked on a thread when first needed, and again when roles have changed. Main
 /// thread only.
 class ItemhubRoles : private Vs::ItemhubEventSite
 {
@@ -24,12 +24,12 @@ public:
     ItemhubRoles(const ItemhubRoles&) = delete;
     ItemhubRoles& operator=(const ItemhubRoles&) = delete;
 
-    /// Whether the document is an item's of which its account may make no versions. False as long as the
-    /// service has not answered.
+    /// Whether the document belongs to an item for which its account may not create versions. False until the
+    /// service has answered.
     [[nodiscard]] static bool mayOnlyRead(const Vs::Document& document);
 
 private:
-    /// Empty if it isn't known yet.
+    /// Empty if not known yet.
     [[nodiscard]] const std::string& roleOf(const Vs::Document& document);
     void ask(std::int64_t workspace);
     void answered(std::int64_t workspace, std::string role);
@@ -40,7 +40,7 @@ private:
     struct Known
     {
         std::string role;
-        bool isCurrent = false; ///< Or is being asked for.
+        bool isCurrent = false; ///< Or being queried.
     };
     std::map<std::int64_t, Known> m_known; ///< By workspaces.
     DocumentFacts m_facts;

@@ -6,9 +6,9 @@ namespace Vu::Commands {
 
 class ItemhubSaveCmd;
 
-/// Saves the document of an item as a version with a label. Arguments: "DocumentSession" (by default the
-/// context's), CommandContext::pathArgumentName() and the label, ItemhubNewItemCmdDef::labelArgument(), which
-/// a person is asked for.
+/// Saves an item's document as a version with a label. Arguments: "DocumentSession" (by default the
+/// context's), CommandContext::pathArgumentName() and the label, ItemhubNewItemCmdDef::labelArgument(); a
+/// user is asked for the label if it is missing.
 class ItemhubSaveCmdDef : public ItemhubDefinition<ItemhubSaveCmdDef, ItemhubSaveCmd>
 {
 public:

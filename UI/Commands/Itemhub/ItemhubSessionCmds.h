@@ -11,7 +11,7 @@ class ItemhubSignInCmd;
 class ItemhubSignOutCmd;
 class ItemhubDashboardCmd;
 
-/// Has a person sign in to the lifecycle service; a script has lines for it.
+/// Lets the user sign in to the lifecycle service; scripts have lines for that.
 class ItemhubSignInCmdDef : public ItemhubDefinition<ItemhubSignInCmdDef, ItemhubSignInCmd>
 {
 public:
@@ -21,8 +21,8 @@ public:
 
     ItemhubSignInCmdDef();
 
-    /// What asks: shows a dialog until somebody has signed in or given up. Installed by the widgets' library;
-    /// null takes it away.
+    /// The function that asks: shows a dialog until the user has signed in or given up. Installed by the
+    /// widgets' library; null removes it.
     using Asker = std::function<void()>;
     static void asker(Asker asker);
 
@@ -61,7 +61,7 @@ protected:
     void onExecute(Vs::Status& status) override;
 };
 
-/// Shows the service's page in the browser, which is signed in by that.
+/// Opens the service's page in the browser, signed in.
 class ItemhubDashboardCmdDef : public ItemhubDefinition<ItemhubDashboardCmdDef, ItemhubDashboardCmd>
 {
 public:

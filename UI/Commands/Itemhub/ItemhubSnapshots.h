@@ -9,8 +9,8 @@
 namespace Vu::Commands {
 
 /// Attaches the recovery files of items' documents to their items, for users who want that
-/// (ItemhubOptionGroup::recoverySnapshots): what was closed without being saved, or left by a run that ended
-/// badly, can be opened on another computer then. Main thread only.
+/// (ItemhubOptionGroup::recoverySnapshots): what was closed without saving, or left behind by a crash, can
+/// then be opened on another computer. Main thread only.
 class ItemhubSnapshots : private Vs::AutoSaveEventSite, private Vs::ItemhubEventSite
 {
 public:

@@ -2,16 +2,16 @@
 
 #include <functional>
 
-/// Questions to the lifecycle service that nobody waits for, each on a thread of its own.
+/// Background requests to the lifecycle service, each on a thread of its own.
 namespace Vu::Commands::ItemhubThreads {
 
-/// Runs `ask` on a new thread, and what it gives, if that isn't null, on the main thread afterwards. What
-/// `ask` throws is dropped: nobody has asked for it. Does nothing after `end`. Throws std::system_error if
-/// there can be no thread. Main thread only.
+/// Runs `ask` on a new thread, then the function it returns, if not null, on the main thread. Exceptions of
+/// `ask` are dropped: the user didn't ask for it. Does nothing after `end`. Throws std::system_error if no
+/// thread can be started. Main thread only.
 void run(std::function<std::function<void()>()> ask);
 
-/// No thread begins any more, and those that run change nothing; waits a moment for them. For the end of the
-/// program, when the service's client has given up its requests.
+/// Starts no more threads, and lets running ones change nothing; waits for them briefly. For the end of the
+/// program, when the service's client has cancelled its requests.
 void end();
 
 } // namespace Vu::Commands::ItemhubThreads

@@ -6,7 +6,7 @@
 
 namespace Vu::Commands {
 
-/// Hears what a command tells the user, which ends without an error of its own.
+/// Captures what a command reports to the user when it ends without an error of its own.
 class ToldError : public Vs::ItemhubEventSite
 {
 public:

@@ -22,9 +22,9 @@ namespace Vu::Commands {
 
 class MeasureCmdDef;
 
-/// The tool that measures: up to three selections, and what there is to tell of each, of two, and of the
-/// angle of three. A passive run shows no panel; it measures what the pointer is over and what is selected,
-/// and ends with the first value.
+/// The measuring tool: up to three selections, and the results for each, for pairs, and for the angle of
+/// three. A passive run shows no panel; it measures what is under the pointer and what is selected, and ends
+/// with the first value.
 class MeasureCmd : public Vs::Implements<MeasureCmd, InteractiveCommandBase, CommandInputEventSite,
                                          Vs::Scene::CameraEventSite>,
                    private CanvasEventSite,
@@ -35,7 +35,7 @@ class MeasureCmd : public Vs::Implements<MeasureCmd, InteractiveCommandBase, Com
 public:
     ~MeasureCmd() override;
 
-    /// Makes the kept settings of the user, if there are none yet.
+    /// Creates the user's stored settings, if there are none yet.
     static void makeOptions();
 
     bool passive() const { return m_passive; }
@@ -48,17 +48,17 @@ public:
     void showPreview(const Vs::MeasureResult& result, bool isDistance);
     void clearPreview(bool isDistance);
     void clearPreviews();
-    /// Tells the result beside the pointer, in a passive command.
+    /// Shows the result beside the pointer, in a passive command.
     void showHint(const MeasureRequest& request, const Vs::MeasureResult& result);
-    /// Ends the command with the value at the next idle moment, unless all of the request's selections are
-    /// still selected: then a person looks at them, and it returns false.
+    /// Ends the command with the value when next idle, unless all of the request's selections are still
+    /// selected: then the user is looking at them, and it returns false.
     bool deliver(const MeasureRequest& request, const Vs::MeasureResult& result);
 
-    /// For EndMeasureTask: the queue has it no more.
+    /// For EndMeasureTask: it is no longer in the queue.
     void endTaskRuns() { m_endTask = nullptr; }
 
     ECommandType onCommandType() const override { return ECommandType::Exclusive; }
-    /// A passive run stacks over the command that it measures for.
+    /// A passive run stacks on top of the command it measures for.
     EStackingBehavior onStackingBehavior() const override;
     void onBegin() override;
     void onActivate() override;
@@ -85,7 +85,7 @@ private:
     void optionChanged(Vs::OptionEvent* event) override;
     void showTexts();
     void preselected(const Vs::Selection* selection);
-    /// Begins anew with what lies there; false, and nothing happens, if there is nothing.
+    /// Starts over with what lies there; does nothing and returns false if there is nothing.
     bool beginAnewAt(const MouseEvent& click);
     bool permits(const CommandInputBase* input, const Vs::Selection& selection) const;
     void hovered(const CommandInputBase* input, bool entering);
@@ -106,12 +106,12 @@ private:
     MeasureState m_state{this};
     Vs::CompositeSelectionFilter m_filter12{Vs::CompositeSelectionFilter::ELogic::Any};
     Vs::CompositeSelectionFilter m_filter3{Vs::CompositeSelectionFilter::ELogic::Any};
-    EndMeasureTask* m_endTask = nullptr;    ///< That waits in the queue, which owns it.
+    EndMeasureTask* m_endTask = nullptr;    ///< Waiting in the queue, which owns it.
     Vs::SelectionSet* m_selected = nullptr; ///< The session's, while a passive command listens to it.
     unsigned m_measureTypes = 0;
     bool m_passive = false;
-    bool m_changing = false;   ///< Its own changes of the selections need no answer.
-    bool m_beginsAnew = false; ///< Looks for the first selection of another measurement.
+    bool m_changing = false;   ///< Its own changes of the selections are ignored.
+    bool m_beginsAnew = false; ///< Waiting for the first selection of another measurement.
 };
 
 } // namespace Vu::Commands

@@ -10,9 +10,9 @@ class RealValueCommandInput;
 
 namespace Vu::Commands {
 
-/// Measures what is selected. The field of a length or an angle of any other command offers to be filled by a
-/// measurement: then the command runs passively over that one, without a panel, and ends with the first value
-/// that it finds.
+/// Measures the selection. The field of a length or an angle of any other command offers to take a
+/// measurement: the command then runs passively on top of that one, without a panel, and ends with the first
+/// value it finds.
 class MeasureCmdDef
     : public RowDefinition<MeasureCmdDef, CommandDefinition, CommandInputEventSite, CommandEventSite>
 {
@@ -26,13 +26,13 @@ public:
     static const Vs::UniqueString* measureTypesArgName();
     static const Vs::UniqueString* passiveArgName();
 
-    /// Ends the command, which may be null, and gives the value to the input that waits for it, if one does.
+    /// Ends the command, which may be null, and gives the value to the waiting input, if there is one.
     void endMeasure(double value, CommandBase* command);
-    /// A passive command ended without a value: the input that waits for one is left as it is.
+    /// A passive command ended without a value: the waiting input keeps its value.
     void measureEnded(const CommandBase* command);
 
     void onCommandInputEvent(CommandInputEvent* event) override;
-    /// A passive command doesn't outlive the one that it measures for.
+    /// A passive command doesn't outlive the one it measures for.
     void commandAvailabilitiesChanged(Vs::Event*) override;
 
 protected:
@@ -42,9 +42,9 @@ private:
     void measureFor(RealValueCommandInput* input);
     static void enableHostSelectionInput(bool enable);
 
-    static RealValueCommandInput* s_pToMeasure; ///< That waits for a measurement; null for none. Not owned.
+    static RealValueCommandInput* s_pToMeasure; ///< Waiting for a measurement; null for none. Not owned.
     CommandBase* m_measuring = nullptr;         ///< The passive command; null for none. Not owned.
-    const CommandBase* m_host = nullptr;        ///< Of the input that waits. Not owned.
+    const CommandBase* m_host = nullptr;        ///< Of the waiting input. Not owned.
     Vs::Subscriptions m_subscriptions;
 };
 

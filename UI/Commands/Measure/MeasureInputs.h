@@ -19,14 +19,14 @@ namespace Vu::Commands {
 
 /// The bits of a mask of what is measured.
 enum EMeasureTypeBit : unsigned {
-    kMeasureDistance = 2, ///< And lengths and radii.
+    kMeasureDistance = 2, ///< Including lengths and radii.
     kMeasureAngle = 4,
-    kMeasureArea = 8, ///< And the lengths of loops.
+    kMeasureArea = 8, ///< Including the lengths of loops.
     kMeasurePosition = 16,
     kMeasureVolume = 32,
 };
 
-/// What is told of one selection by itself.
+/// The results for a single selection.
 struct MeasureSide
 {
     RealValueCommandInput* length = nullptr;
@@ -44,7 +44,7 @@ struct MeasureSide
     }
 };
 
-/// What is told of two selections, and of the angle also of three.
+/// The results for two selections, and the angle of three.
 struct MeasurePair
 {
     RealValueCommandInput* distance = nullptr;
@@ -56,8 +56,8 @@ struct MeasurePair
     std::array<RealValueCommandInput*, 5> all() const { return {distance, angle, deltaX, deltaY, deltaZ}; }
 };
 
-/// The inputs of the measure command, in the order of its panel. They belong to the set; the items of the
-/// controls belong to this and must go before the set.
+/// The inputs of the measure command, in panel order. They belong to the set; the items of the controls
+/// belong to this and must be destroyed before the set.
 class MeasureInputs
 {
 public:
@@ -79,16 +79,16 @@ public:
     /// Which of the sides the result belongs to; null for none.
     const MeasureSide* sideOf(const CommandInputBase* result) const;
 
-    /// The bits of MeasureMgr's mask that the chosen item of the list stands for; 0 if none is chosen.
+    /// The bits of MeasureMgr's mask for the chosen item of the list; 0 if none is chosen.
     unsigned chosenSelectionTypes() const;
     /// Chooses the first item whose types are all in the mask.
     void chooseSelectionTypes(unsigned mask);
 
-    /// The mask with the bits of the menu's items set as these are checked.
+    /// The mask with the bits of the menu's items set as they are checked.
     unsigned checkedMeasureTypes(unsigned mask) const;
     void checkMeasureTypes(unsigned mask);
 
-    /// The number of decimals that the chosen item stands for.
+    /// The number of decimals for the chosen item.
     short chosenPrecision() const;
 
 private:

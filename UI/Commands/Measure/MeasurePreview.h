@@ -10,7 +10,7 @@
 namespace Vu::Commands {
 
 /// The dimension of a measured distance or angle in the active view. It follows the camera, so that arrows
-/// and lettering keep their size, without measuring anew.
+/// and lettering keep their size on screen, without measuring again.
 class MeasurePreview : private Vs::Scene::CameraEventSite, private CanvasEventSite
 {
 public:
@@ -19,13 +19,13 @@ public:
     MeasurePreview(const MeasurePreview&) = delete;
     MeasurePreview& operator=(const MeasurePreview&) = delete;
 
-    /// Shows the result, or nothing if it has no extent: equal places, and angles without an arc.
+    /// Shows the result, or nothing if it has no extent: coincident points, and angles without an arc.
     void show(const Vs::MeasureResult& result, const std::wstring& text);
-    /// Another text for the same result; does nothing while nothing is shown.
+    /// Changes the text of the same result; does nothing while nothing is shown.
     void text(const std::wstring& text);
     void clear();
     bool shown() const { return m_parent.get() != nullptr; }
-    /// Lights it up, or no longer.
+    /// Turns its highlight on or off.
     void highlight(bool on);
 
 private:
@@ -40,7 +40,7 @@ private:
     Vs::MeasureResult m_result;
     std::wstring m_text;
     Vs::StrongRef<Rendra::Graphics::InstanceNode> m_node;
-    /// What it hangs under; null while nothing is shown.
+    /// Its parent node; null while nothing is shown.
     Vs::StrongRef<Rendra::Graphics::GroupNode> m_parent;
 };
 

@@ -14,12 +14,12 @@ namespace Vu::Commands {
 class MeasureCmd;
 struct MeasureSide;
 
-/// One measurement that waits to be made.
+/// One pending measurement.
 struct MeasureRequest
 {
     using Object = Vs::StrongRef<Vs::LogicalSelection>;
 
-    Object selection1, selection2, selection3; ///< The later ones null when unused.
+    Object selection1, selection2, selection3; ///< Unused ones, at the end, are null.
     int type = 0;                              ///< Of Vs::EMeasureType.
     RealValueCommandInput* input = nullptr;    ///< Where the result goes.
 
@@ -28,8 +28,8 @@ struct MeasureRequest
     bool measure(Vs::MeasureResult& result) const;
 };
 
-/// What the measure command has to measure: from the picks of its selection inputs and the enabled types, a
-/// queue of measurements, and where their results go.
+/// The measure command's work: from the picks of its selection inputs and the enabled types, a queue of
+/// measurements, and where their results go.
 class MeasureState
 {
 public:
@@ -42,18 +42,17 @@ public:
 
     Vs::StrongRef<Vs::LogicalSelection>& selection(int number);
 
-    /// Queues what selection 1 or 2 gives by itself.
+    /// Queues the measurements of selection 1 or 2 alone.
     void requestSingle(int selectionNumber);
-    /// Queues what the first two give together.
+    /// Queues the measurements between the first two.
     void requestPair();
     /// Queues the angle of all three.
     void requestTriple();
-    /// All of the three, as far as there are selections.
+    /// All three, as far as there are selections.
     void requestAll();
     /// The first request in the queue that has an answer; null for none.
     const MeasureRequest* firstAnswered(Vs::MeasureResult& result) const;
-    /// Makes the measurements and hands their results on. In a passive command the first one that succeeds is
-    /// the only one.
+    /// Makes the measurements and delivers their results. In a passive command, only the first that succeeds.
     void runRequests();
 
 private:

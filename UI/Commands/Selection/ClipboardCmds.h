@@ -10,7 +10,7 @@ namespace Vu::Commands {
 
 class CutCmd;
 
-/// Puts what is selected on the clipboard, to be taken away from where it is when it is pasted.
+/// Puts the selection on the clipboard, to be moved from its place when it is pasted.
 class CutCmdDef : public CommandRowDefinition<CutCmdDef, CutCmd>
 {
 public:
@@ -18,7 +18,7 @@ public:
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;
-    /// All that is selected can be cut.
+    /// Whether the whole selection can be cut.
     bool onAddToContextMenu() override;
 };
 
@@ -34,14 +34,14 @@ protected:
 
 class CopyToClipboardCmd;
 
-/// Puts what is selected on the clipboard, and in a window a picture of the view on that of the desktop, for
+/// Puts the selection on the clipboard and, in a window, a picture of the view on the desktop's clipboard for
 /// other programs.
 class CopyToClipboardCmdDef : public CommandRowDefinition<CopyToClipboardCmdDef, CopyToClipboardCmd>
 {
 public:
     static const CommandRow kRow;
 
-    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    /// Creates the only definition of this class at the first call. It isn't among the add-in's members.
     static void createCommandDef();
 
 protected:
@@ -61,14 +61,14 @@ protected:
 
 class PasteCmd;
 
-/// Puts what is on the clipboard into the active asset and selects it. What was cut goes from where it was,
-/// in a step of its own if that is another asset, and can be pasted once.
+/// Pastes the clipboard into the active asset and selects the result. What was cut is removed from its
+/// original place, in a separate step if that is another asset, and can be pasted once.
 class PasteCmdDef : public CommandRowDefinition<PasteCmdDef, PasteCmd>
 {
 public:
     static const CommandRow kRow;
 
-    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    /// Creates the only definition of this class at the first call. It isn't among the add-in's members.
     static void createCommandDef();
 
 protected:

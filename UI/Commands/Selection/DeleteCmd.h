@@ -10,13 +10,13 @@ namespace Vu::Commands {
 
 class DeleteCmd;
 
-/// Deletes what is selected, as far as it can be deleted.
+/// Deletes whatever of the selection can be deleted.
 class DeleteCmdDef : public CommandRowDefinition<DeleteCmdDef, DeleteCmd>
 {
 public:
     static const CommandRow kRow;
 
-    /// An integer: whether copies of patterns go without the others. 0 by default.
+    /// An integer: whether copies in patterns are deleted without the others. 0 by default.
     static const Vs::UniqueString* aloneArgumentName();
 
     DeleteCmdDef() = default;
@@ -24,12 +24,12 @@ public:
     explicit DeleteCmdDef(Info* identity) : CommandRowDefinition(identity) {}
 
 protected:
-    /// Something is selected that can be deleted.
+    /// Whether something deletable is selected.
     bool onIsApplicable(CommandContext* context) const override;
 };
 
-/// Where a person deletes some of the copies that were made as one pattern, it asks whether all of them are
-/// meant; a line means all, unless its argument says otherwise.
+/// When a user deletes some of the copies of a pattern, it asks whether all of them are meant; a line means
+/// all, unless its argument says otherwise.
 class DeleteCmd : public Vs::Implements<DeleteCmd, SimpleCommand>
 {
 public:
@@ -39,7 +39,8 @@ protected:
     void onExecute(Vs::Status& status) override;
     /// What was deleted before an error stays deleted.
     bool onAbortTransactionOnFailure(const Vs::Status&) const override { return false; }
-    /// Deletes those that can be deleted, of which one may take others along, and selects nothing any more.
+    /// Deletes those that can be deleted, some of which may be removed along with others, and clears the
+    /// selection.
     void deleteSelections(std::vector<Vs::StrongRef<Vs::LogicalSelection>>& selections, Vs::Status& status);
 
 private:

@@ -7,7 +7,7 @@ namespace Vu::Commands {
 
 class FindInBrowserCmd;
 
-/// Shows the one selected object in the browser.
+/// Reveals the one selected object in the browser.
 class FindInBrowserCmdDef : public CommandRowDefinition<FindInBrowserCmdDef, FindInBrowserCmd>
 {
 public:
@@ -29,8 +29,8 @@ protected:
 
 class FindInCanvasCmd;
 
-/// Brings the one selected object into the middle of the view: the camera first shows the whole scene and
-/// then moves in on the object.
+/// Brings the one selected object to the middle of the view: the camera first shows the whole scene and then
+/// moves in on the object.
 class FindInCanvasCmdDef : public CommandRowDefinition<FindInCanvasCmdDef, FindInCanvasCmd>
 {
 public:

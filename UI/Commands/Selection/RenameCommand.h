@@ -7,7 +7,7 @@ namespace Vu::Commands {
 
 class RenameCommand;
 
-/// Gives the selected components another name.
+/// Renames the selected components.
 class RenameCommandDef : public CommandRowDefinition<RenameCommandDef, RenameCommand>
 {
 public:
@@ -16,7 +16,7 @@ public:
     static const Vs::UniqueString* newNameArgument();
 };
 
-/// What can't be renamed keeps its name, and nothing is said.
+/// Components that can't be renamed keep their names, without a message.
 class RenameCommand : public Vs::Implements<RenameCommand, SimpleCommand>
 {
 public:

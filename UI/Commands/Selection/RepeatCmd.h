@@ -7,8 +7,8 @@ namespace Vu::Commands {
 
 class RepeatCmd;
 
-/// Runs the session's last command again, with what is active now. Its button bears that command's name and
-/// picture.
+/// Runs the session's last command again, on the current selection. Its button shows that command's name and
+/// icon.
 class RepeatCmdDef : public CommandRowDefinition<RepeatCmdDef, RepeatCmd>
 {
 public:

@@ -5,7 +5,7 @@
 
 namespace Vu::Commands {
 
-/// What the commands on the selection as a whole have in common: the active command goes on meanwhile.
+/// Base of the commands on the selection as a whole: the active command continues meanwhile.
 class WholeSelectionCmd : public Vs::Implements<WholeSelectionCmd, SimpleCommand>
 {
 public:
@@ -17,13 +17,13 @@ protected:
 
 class SelectAllCmd;
 
-/// Selects all parts that are visible.
+/// Selects all visible parts.
 class SelectAllCmdDef : public CommandRowDefinition<SelectAllCmdDef, SelectAllCmd>
 {
 public:
     static const CommandRow kRow;
 
-    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    /// Creates the only definition of this class at the first call. It isn't among the add-in's members.
     static void createCommandDef();
 
 protected:
@@ -41,8 +41,7 @@ protected:
 
 class InvertSelectionCmd;
 
-/// Selects the visible parts that aren't selected, in place of those that are. Of what is selected in a part,
-/// the part counts as selected.
+/// Inverts the selection among the visible parts. A part counts as selected if anything in it is.
 class InvertSelectionCmdDef : public CommandRowDefinition<InvertSelectionCmdDef, InvertSelectionCmd>
 {
 public:

@@ -16,10 +16,10 @@ class SelectCmdDef : public Vs::Implements<SelectCmdDef, CommandDefinition>
 public:
     static Info* info();
     SelectCmdDef();
-    /// For definitions that are a kind of it; the identity outlives the definition.
+    /// For definitions derived from it; the identity outlives the definition.
     explicit SelectCmdDef(Info* identity);
 
-    /// Whether the command's mouse events are written into a transcript, from its next activation on. Default
+    /// Whether the command's mouse events are written to a transcript, from its next activation on. Default
     /// false.
     bool recordMouseEvent() const { return m_recordMouseEvent; }
     void recordMouseEvent(bool value) { m_recordMouseEvent = value; }
@@ -32,8 +32,8 @@ private:
     bool m_recordMouseEvent = false;
 };
 
-/// Takes what is clicked as the session's selection, which outlives the command. The Escape key selects
-/// nothing, and the S key lights up all smart bodies (Vs::Body::smart).
+/// Takes what is clicked as the session's selection, which outlives the command. Escape clears the selection,
+/// and S highlights all smart bodies (Vs::Body::smart).
 class SelectCmd : public Vs::Implements<SelectCmd, InteractiveCommandBase>, public MouseEventSite
 {
 public:

@@ -13,7 +13,7 @@ namespace Vu::Commands {
 /// Those of the selections that name an object of the model, in their order. Null gives none.
 std::vector<Vs::StrongRef<Vs::LogicalSelection>> selectedObjects(Vs::SelectionMgr* manager);
 
-/// Takes those of the selections out whose paths were handled, and returns how many.
+/// Removes those of the selections whose paths were handled, and returns how many.
 size_t takeOut(std::vector<Vs::StrongRef<Vs::LogicalSelection>>& selections,
                std::vector<Vs::ObjectPath> handled);
 

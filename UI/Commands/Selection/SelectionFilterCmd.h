@@ -17,8 +17,9 @@ class MenuControl;
 
 namespace Vu::Commands {
 
-/// The menu in which the user says what kinds of things may be picked: a mark for each category of the input
-/// that takes the clicks. Changing a mark runs the command, which gives the categories the state of the menu.
+/// The menu in which the user chooses what kinds of things can be picked: a check mark for each category of
+/// the input that takes the clicks. Changing a mark runs the command, which gives the categories the state of
+/// the menu.
 class SelectionFilterCmdDef
     : public RowDefinition<SelectionFilterCmdDef, CommandDefinition, IMenuControlHandler>
 {
@@ -26,14 +27,14 @@ public:
     static const CommandRow kRow;
     static Info* selectAllInfo();
     static Info* selectVisibleInfo();
-    /// "Marked": the entries that are to have a mark, by the ids of categories and the key of "Select
-    /// Visible", with commas between. Without it the menu is taken as it stands.
+    /// "Marked": the entries to be checked, by the ids of categories and the key of "Select Visible",
+    /// separated by commas. Without it the menu is taken as it is.
     static const Vs::UniqueString* markedArgumentName();
 
     SelectionFilterCmdDef();
     ~SelectionFilterCmdDef() override;
 
-    /// Those that the menu shows, not owned; they go with the command that runs.
+    /// Those in the menu, not owned; they are destroyed with the running command.
     const std::vector<Vs::SelectionCategory*>& categories() const { return m_categories; }
     std::vector<MenuItem*> menuItems() const;
 

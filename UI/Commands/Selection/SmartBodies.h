@@ -10,8 +10,8 @@ class Asset;
 
 namespace Vu::Commands {
 
-/// Of all bodies that show in the views, those that are smart (Vs::Body::smart), each once, where the tree of
-/// components has it first.
+/// The smart bodies (Vs::Body::smart) among all bodies shown in the views, each once, at its first place in
+/// the component tree.
 std::vector<Vs::ObjectPath> smartBodies(Vs::Asset& asset);
 
 } // namespace Vu::Commands

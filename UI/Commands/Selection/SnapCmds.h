@@ -13,7 +13,7 @@ namespace Vu::Commands {
 
 class SetSnapValueCmd;
 
-/// The panel for the step of the grid that values snap to, and whether it follows the zoom.
+/// The panel for the step of the snap grid, and whether it follows the zoom.
 class SetSnapValueCmdDef : public CommandRowDefinition<SetSnapValueCmdDef, SetSnapValueCmd>
 {
 public:
@@ -23,7 +23,7 @@ protected:
     bool onIsApplicable(CommandContext* context) const override;
 };
 
-/// The settings change with the commit alone.
+/// The settings change on commit only.
 class SetSnapValueCmd : public Vs::Implements<SetSnapValueCmd, Command>
 {
 public:
@@ -39,12 +39,12 @@ protected:
 private:
     BoolValueCommandInput* m_adaptiveInput = nullptr;
     RealValueCommandInput* m_valueInput = nullptr;
-    BoolValueCommandInput* m_fixedInput = nullptr; ///< On exactly if the adaptive one is off.
+    BoolValueCommandInput* m_fixedInput = nullptr; ///< On if and only if the adaptive one is off.
 };
 
 class EnableAdaptiveSnapCmd;
 
-/// Lets distances snap. Offered only while they don't.
+/// Turns snapping on. Offered only while it is off.
 class EnableAdaptiveSnapCmdDef : public CommandRowDefinition<EnableAdaptiveSnapCmdDef, EnableAdaptiveSnapCmd>
 {
 public:
@@ -66,7 +66,7 @@ protected:
 
 class DisableAdaptiveSnapCmd;
 
-/// Lets distances be as they are dragged. Offered only while they snap.
+/// Turns snapping off. Offered only while it is on.
 class DisableAdaptiveSnapCmdDef
     : public CommandRowDefinition<DisableAdaptiveSnapCmdDef, DisableAdaptiveSnapCmd>
 {

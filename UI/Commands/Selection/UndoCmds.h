@@ -7,7 +7,7 @@ namespace Vu::Commands {
 
 class UndoCmd;
 
-/// Takes back the last step: of the running tool if that can, else of the asset.
+/// Undoes the last step: of the running tool if that can, otherwise of the asset.
 class UndoCmdDef : public CommandRowDefinition<UndoCmdDef, UndoCmd>
 {
 public:
@@ -22,7 +22,7 @@ protected:
 
 class RedoCmd;
 
-/// Does the step again that was taken back last.
+/// Redoes the step undone last.
 class RedoCmdDef : public CommandRowDefinition<RedoCmdDef, RedoCmd>
 {
 public:
@@ -35,8 +35,8 @@ protected:
     bool onIsVisible(CommandContext*) const override { return true; }
 };
 
-/// What undo and redo have alike. The argument "TxnIndex" asks for several steps at once: all those to the
-/// one of that place in the list, of which 0 is the nearest.
+/// Base of undo and redo. The argument "TxnIndex" asks for several steps at once: all those up to the one at
+/// that index in the list, of which 0 is the nearest.
 class UndoRedoCmd : public Vs::Implements<UndoRedoCmd, SimpleCommand>
 {
 protected:
@@ -44,7 +44,8 @@ protected:
 
     void onExecute(Vs::Status& status) override;
     void onEnd(ETerminationReason reason) override;
-    /// Nested exactly if the active command can take the step itself: otherwise that makes room.
+    /// Nested if and only if the active command can undo the step itself: otherwise that command is ended
+    /// first.
     ECommandType onCommandType() const override;
 
 private:

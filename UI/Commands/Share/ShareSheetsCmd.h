@@ -9,9 +9,9 @@
 
 namespace Vu::Commands {
 
-/// Gives a picture of the active view away: a list of the ways that there are now, each of which runs the
-/// definition with its identifier as "CmdId". CommandContext::pathArgumentName() names the picture's file, a
-/// PNG; without it the picture goes to a folder that suits the way, under the document's name.
+/// Shares a picture of the active view: a list of the available ways, each of which runs the definition with
+/// its identifier as "CmdId". CommandContext::pathArgumentName() names the picture's file, a PNG; without it
+/// the picture goes to a folder that suits the way, under the document's name.
 class ShareSheetsCmdDef : public RowDefinition<ShareSheetsCmdDef, CommandDefinition, IListControlHandler>
 {
 public:

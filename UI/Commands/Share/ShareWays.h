@@ -15,23 +15,23 @@ class Status;
 
 namespace Vu::Commands {
 
-/// One way to give a picture away.
+/// One way to share a picture.
 struct ShareWay
 {
     CommandRow row;
-    /// Whether it is offered for a document; null for always.
+    /// Whether it is offered for a document; null means always.
     bool (*isOffered)(const Vs::Document& document);
-    /// Where the picture goes if nobody says so. Null for a way that needs no file.
+    /// The default folder of the picture. Null for a way that needs no file.
     boost::filesystem::path (*folder)();
-    /// Gives the file away, or says why not.
+    /// Shares the file, or says why not.
     void (*give)(const boost::filesystem::path& picture, Vs::Document& document, Vs::Status& status);
 };
 
-/// In the order of the menu.
+/// In menu order.
 std::span<const ShareWay> shareWays();
 
-/// Where a picture of that name can be written into the folder: "name.png", or, where something is called so,
-/// with a number behind it. `isTaken`, if it is given, knows names that are taken elsewhere.
+/// The path for a picture of that name in the folder: "name.png", or with a number appended if that exists.
+/// `isTaken`, if given, reports names taken elsewhere.
 [[nodiscard]] boost::filesystem::path
 freePicturePath(const boost::filesystem::path& folder, const std::wstring& name,
                 const std::function<bool(const std::string& file)>& isTaken = {});

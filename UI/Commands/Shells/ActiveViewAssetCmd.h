@@ -15,7 +15,7 @@ namespace Vu::Commands {
 class ActiveViewAssetCmd;
 
 /// The list of the asset sessions of the active workspace, on the toolbar of the active view; it shows the
-/// one that is current, and choosing another brings that one up.
+/// current one, and choosing another activates it.
 class ActiveViewAssetCmdDef
     : public CommandRowDefinition<ActiveViewAssetCmdDef, ActiveViewAssetCmd, CommandDefinition,
                                   IListControlHandler, SplitViewEventSite, SessionEventSite>
@@ -23,7 +23,7 @@ class ActiveViewAssetCmdDef
 public:
     static const CommandRow kRow;
 
-    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    /// Creates the only definition of this class at the first call. It isn't among the add-in's members.
     static void createCommandDef();
 
     ActiveViewAssetCmdDef();
@@ -43,7 +43,7 @@ protected:
 
     /// Whether sessions on assets of that type are listed.
     virtual bool onValidateAssetType(Vs::AssetType* type) const;
-    /// What a session is called in the list.
+    /// A session's name in the list.
     virtual std::wstring onAssetName(const AssetSession* session) const;
     virtual bool isSelectedListItem(const AssetSession* session);
 
@@ -53,7 +53,7 @@ private:
     void selectCurrent();
 
     OwnedList m_list;
-    int m_making = 0; ///< The toolbar asks for the control again while it is being put there.
+    int m_making = 0; ///< The toolbar asks for the control again while it is being added.
     Vs::Subscriptions m_subscriptions;
 };
 

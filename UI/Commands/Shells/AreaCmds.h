@@ -5,12 +5,12 @@
 
 namespace Vu::Commands {
 
-/// Shows or hides the areas with these contents in the context's window. One in a palette is shown and hidden
-/// with that, and a collapsed one comes onto its collapse bar, or goes off it. For browser, feed
-/// and properties, that is also what the user wants to see from now on.
+/// Shows or hides the areas with these contents in the context's window. An area in a palette is shown and
+/// hidden with it, and a collapsed one appears on or disappears from its collapse bar. For browser, feed and
+/// properties, this also becomes the user's preference.
 void areaVisibility(CommandContext& context, const Vs::UniqueString* contents, bool show);
 
-/// A command that shows or hides the areas of one contents key, which the class of each area gives in its
+/// A command that shows or hides the areas with one contents key, which the class of each area passes to the
 /// constructor.
 class AreaCmdDef : public Vs::Implements<AreaCmdDef, CommandDefinition>
 {
@@ -39,7 +39,7 @@ protected:
     CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
-/// The active command goes on meanwhile, and nothing is repeated.
+/// The active command continues meanwhile, and repeat ignores it.
 class AreaCmd : public Vs::Implements<AreaCmd, SimpleCommand>
 {
 protected:
@@ -68,7 +68,7 @@ protected:
     void onExecute(Vs::Status& status) override;
 };
 
-/// Neither of the two is offered where the layout has no room for the browser, whatever the user wants.
+/// Neither of the two is offered if the layout has no room for the browser, whatever the user's preference.
 class ShowBrowserCmdDef : public RowDefinition<ShowBrowserCmdDef, ShowAreaCmdDef>
 {
 public:
@@ -110,13 +110,14 @@ protected:
     bool onIsApplicable(CommandContext* context) const override;
 };
 
-/// The panel that tells of what is selected: both need a document. They aren't among the add-in's members.
+/// The panel with the properties of the selection: both need a document. They aren't among the add-in's
+/// members.
 class ShowPropertiesCmdDef : public RowDefinition<ShowPropertiesCmdDef, ShowAreaCmdDef>
 {
 public:
     static const CommandRow kRow;
     ShowPropertiesCmdDef() { contentsOfArea("Properties"); }
-    /// Makes the one definition of this class at the first call.
+    /// Creates the only definition of this class at the first call.
     static void createCommandDef();
 
 protected:

@@ -75,7 +75,8 @@ protected:
     ECommandType onCommandType() const override;
 };
 
-/// Closes one asset, and its document with the last one. Asks for a dirty document before there is a command.
+/// Closes one asset, and with the last one its document. Asks about a dirty document before a command is
+/// created.
 class CloseAssetCmdDef : public RowDefinition<CloseAssetCmdDef>
 {
 public:

@@ -19,9 +19,8 @@ class ShellMgr;
 
 namespace Vu::Commands {
 
-/// The shell of modelling: canvas, browser, toolbars. Lists the asset sessions that are open in its
-/// workspace, in the order in which they came, and keeps their documents and assets open while they are
-/// listed.
+/// The modelling shell: canvas, browser, toolbars. Lists the asset sessions open in its workspace, in the
+/// order in which they were added, and keeps their documents and assets open while they are listed.
 class AssetShell
     : public Vs::Implements<AssetShell, SceneBasedShell, SplitViewEventSite, ISplitViewArrangement>
 {
@@ -33,17 +32,17 @@ public:
 
     const std::vector<AssetSession*>& assetSessions() const { return m_sessions; }
     AssetSession* currentAssetSession() const { return m_current; }
-    /// Makes the session, which may be null, the current one; nothing happens if it is already. The flags go
-    /// to the canvases as they are. The session need not be listed.
+    /// Makes the session, which may be null, the current one; does nothing if it is already. The flags are
+    /// passed on to the canvases. The session need not be listed.
     void currentAssetSession(AssetSession* session, bool flagA, bool flagB);
 
     bool has(AssetSession* session) const;
     void add(AssetSession* session);
-    /// Takes the session out. Its document stays open until the deferred tasks have run. With
+    /// Removes the session. Its document stays open until the deferred tasks have run. With
     /// `activateDefault`, an active shell gives way to the default one.
     void remove(AssetSession* session, bool activateDefault);
 
-    /// The listed session behind, or in front of, the current one; null at the ends of the list.
+    /// The listed session after, or before, the current one; null at the ends of the list.
     AssetSession* nextAssetSession() const;
     AssetSession* previousAssetSession() const;
 
@@ -63,7 +62,7 @@ protected:
     GraphicsView* onNextView(GraphicsView* view) override;
 
 private:
-    /// What keeps a listed session's document and asset open.
+    /// Keeps a listed session's document and asset open.
     struct Hold
     {
         Vs::LockBase document;

@@ -9,8 +9,8 @@ class DocumentSession;
 
 namespace Vu::Commands {
 
-/// Keeps a document open until the main loop is past the current command. Safe to queue for one document many
-/// times: every task holds a lock of its own count.
+/// Keeps a document open until the main loop has passed the current command. Can be queued for one document
+/// many times: every task holds its own counted lock.
 class DeferredSessionReleaseTask : public Vs::Implements<DeferredSessionReleaseTask, Vs::Task>
 {
 public:

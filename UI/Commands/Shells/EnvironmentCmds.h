@@ -15,8 +15,8 @@ namespace Vu::Commands {
 
 class ActivateEnvironmentCmd;
 
-/// Enters an environment, which the user calls a workspace. Its control lists those that the current session
-/// can be in, with the one it is in selected.
+/// Enters an environment, which the user calls a workspace. Its control lists those available to the current
+/// session, with its present one selected.
 class ActivateEnvironmentCmdDef
     : public CommandRowDefinition<ActivateEnvironmentCmdDef, ActivateEnvironmentCmd, CommandDefinition,
                                   IListControlHandler, SessionEventSite>
@@ -44,7 +44,7 @@ private:
     void updateActiveEnvironment(const EnvironmentDefinition* environment);
     Info* itemOf(const EnvironmentDefinition* environment);
 
-    /// Of every environment that was ever listed: a menu that is open still shows them.
+    /// For every environment ever listed: an open menu still shows them.
     std::vector<std::unique_ptr<Info>> m_items;
     std::unique_ptr<ListControl> m_control;
     Vs::Subscriptions m_subscriptions;
@@ -61,7 +61,7 @@ protected:
 
 class CycleWorkspacesForwardCmd;
 
-/// Enters the next environment that the current session can be in; behind the last one comes the first.
+/// Enters the next environment available to the current session, wrapping from the last to the first.
 class CycleWorkspacesForwardCmdDef
     : public CommandRowDefinition<CycleWorkspacesForwardCmdDef, CycleWorkspacesForwardCmd>
 {

@@ -15,7 +15,7 @@ T* findShell(ShellMgr* manager)
     return nullptr;
 }
 
-/// The same, made and added if there is none. Null only without a manager.
+/// The same, created and added if there is none. Null only without a manager.
 template <class T>
 T* findOrMakeShell(ShellMgr* manager)
 {

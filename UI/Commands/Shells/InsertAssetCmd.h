@@ -24,7 +24,7 @@ public:
     static const Vs::UniqueString* documentSessionArgumentName();
     /// "Uuid": the guid that the asset had when it was recorded.
     static const Vs::UniqueString* uuidArgumentName();
-    /// "Hidden": 1 makes an asset that belongs to the document's active one and isn't shown by itself.
+    /// "Hidden": 1 creates an asset that belongs to the document's active one and isn't shown by itself.
     static const Vs::UniqueString* hiddenArgumentName();
 
     void onListSelectionChanged(Info* item) override;

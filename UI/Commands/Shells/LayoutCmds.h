@@ -6,15 +6,14 @@ namespace Vu::Commands {
 
 class ResetToDefaultLayoutCmd;
 
-/// Gives the window the layout of the start back; the canvases and what the user wants to see of the browser
-/// stay.
+/// Restores the window's initial layout; the canvases and the user's preferences for the browser stay.
 class ResetToDefaultLayoutCmdDef
     : public CommandRowDefinition<ResetToDefaultLayoutCmdDef, ResetToDefaultLayoutCmd>
 {
 public:
     static const CommandRow kRow;
 
-    /// Why a line does nothing: without a model the window shows another layout. Empty if it does.
+    /// Why a line does nothing: without a model the window shows another layout. Empty if it does something.
     static std::wstring refusal(CommandContext& context);
 
 protected:
@@ -32,7 +31,7 @@ protected:
 
 class ShowCommandPaletteCmd;
 
-/// Shows the panel of the active command. Does nothing if no command is active, as the other one.
+/// Shows the panel of the active command. Does nothing if no command is active, like the other one.
 class ShowCommandPaletteCmdDef : public CommandRowDefinition<ShowCommandPaletteCmdDef, ShowCommandPaletteCmd>
 {
 public:

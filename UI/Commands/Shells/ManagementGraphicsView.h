@@ -6,7 +6,7 @@
 
 namespace Vu::Commands {
 
-/// The graphics view of the home screen. It shows no model; its node is there for what the home screen draws.
+/// The graphics view of the home screen. It shows no model; its node holds what the home screen draws.
 class ManagementGraphicsView : public Vs::Implements<ManagementGraphicsView, GraphicsView>
 {
 public:

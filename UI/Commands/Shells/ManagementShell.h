@@ -9,7 +9,7 @@ class ShellMgr;
 
 namespace Vu::Commands {
 
-/// The home screen of a workspace: what shows when no asset shell is on top.
+/// The home screen of a workspace: shown when no asset shell is on top.
 class ManagementShell : public Vs::Implements<ManagementShell, SceneBasedShell>
 {
 public:
@@ -26,7 +26,7 @@ protected:
 private:
     explicit ManagementShell(ShellMgr* manager);
 
-    Arrangement* m_arrangement = nullptr; ///< Made at the first activation; destroyed by the destructor.
+    Arrangement* m_arrangement = nullptr; ///< Created at the first activation; destroyed by the destructor.
 };
 
 } // namespace Vu::Commands

@@ -4,7 +4,7 @@
 
 namespace Vu::Commands {
 
-/// Common base of the shells that show graphics: binds the shell's views into the window's canvases.
+/// Base of the shells that show graphics: binds the shell's views to the window's canvases.
 class SceneBasedShell : public Vs::Implements<SceneBasedShell, Shell>
 {
 public:
@@ -12,9 +12,8 @@ public:
 
     GraphicsView* nextView(GraphicsView* view) { return onNextView(view); }
 
-    /// Gives each canvas a view of this shell, or only the active canvas of a split. A canvas for which there
-    /// is no view gets one from the session, if it is an asset's. The flags go to GraphicsCanvas::view as
-    /// they are.
+    /// Gives each canvas a view of this shell, or only the active canvas of a split. A canvas without one
+    /// gets a view from the session, if it is an asset's. The flags are passed on to GraphicsCanvas::view.
     void bindView(bool flagA, bool flagB);
 
     /// Clears each canvas that shows `view`; null means those that show none.

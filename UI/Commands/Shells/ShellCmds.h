@@ -29,7 +29,7 @@ protected:
 
 class AssetShellCmd;
 
-/// Brings an asset session up in the asset shell.
+/// Activates an asset session in the asset shell.
 class AssetShellCmdDef : public CommandRowDefinition<AssetShellCmdDef, AssetShellCmd>
 {
 public:

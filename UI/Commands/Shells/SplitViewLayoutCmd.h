@@ -8,15 +8,15 @@ namespace Vu::Commands {
 
 class SplitViewLayoutCmd;
 
-/// The list of the ways in which the canvas can be divided among several views; it shows which one is there,
-/// and choosing another brings that one about.
+/// The list of ways to divide the canvas among several views; it shows the present one, and choosing another
+/// applies it.
 class SplitViewLayoutCmdDef : public CommandRowDefinition<SplitViewLayoutCmdDef, SplitViewLayoutCmd,
                                                           CommandDefinition, IListControlHandler>
 {
 public:
     static const CommandRow kRow;
 
-    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    /// Creates the only definition of this class at the first call. It isn't among the add-in's members.
     static void createCommandDef();
 
     /// "Layout": the form of the layout, as text; kOneView for the ordinary one.
@@ -26,7 +26,7 @@ public:
     void onListSelectionChanged(Info* item) override;
 
 protected:
-    /// There is a view to divide.
+    /// Whether there is a view to divide.
     bool onIsApplicable(CommandContext* context) const override;
     InputControl* onInputControl() override;
     void onUpdateInputControl(CommandContext* context) override;

@@ -5,8 +5,8 @@
 
 namespace Vu::Commands {
 
-/// Shows or hides all areas of the window with these contents. Neither of the commands writes an option: the
-/// layout keeps what the user wants to see of toolbars.
+/// Shows or hides all areas of the window with these contents. Neither command writes an option: the layout
+/// stores the user's choice of toolbars.
 void toolbarVisibility(WorkspaceWindow& window, const char* contents, bool show);
 
 class ShowCommandToolbarCmd;
@@ -92,8 +92,8 @@ protected:
 };
 
 /// A command that docks one of the two areas with the toolbars of the model; each names the area that it
-/// docks. Where that one stands at the side already, the other area is docked, so that what the one command
-/// takes away the other brings back.
+/// docks. If that one is docked already, the other area is, so that each command restores what the other
+/// removes.
 class DockCmdDefBase : public Vs::Implements<DockCmdDefBase, CommandDefinition>
 {
 public:

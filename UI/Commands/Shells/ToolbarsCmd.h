@@ -10,21 +10,21 @@ namespace Vu::Commands {
 
 class ToolbarsCmd;
 
-/// The menu of the window's toolbars, with a mark for each that shows. Changing a mark runs the command,
-/// which also keeps for the next start what the user has taken from the window. A toolbar that full screen
-/// hid is brought back here.
+/// The menu of the window's toolbars, with a check mark for each one shown. Changing a mark runs the command,
+/// which also stores for the next start what the user has hidden. A toolbar hidden by full screen can be
+/// brought back here.
 class ToolbarsCmdDef
     : public CommandRowDefinition<ToolbarsCmdDef, ToolbarsCmd, CommandDefinition, IMenuControlHandler>
 {
 public:
     static const CommandRow kRow;
 
-    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    /// Creates the only definition of this class at the first call. It isn't among the add-in's members.
     static void createCommandDef();
 
     /// "Toolbar": the identifier of the toolbar.
     static const Vs::UniqueString* toolbarArgumentName();
-    /// "Visible": 1 to show it, 0 to hide it; without it, the one becomes the other.
+    /// "Visible": 1 to show it, 0 to hide it; toggles without it.
     static const Vs::UniqueString* visibleArgumentName();
 
     void onMenuSelectionChanged(MenuItem* item) override;

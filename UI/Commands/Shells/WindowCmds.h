@@ -9,8 +9,8 @@ class WorkspaceWindow;
 
 namespace Vu::Commands {
 
-/// What the commands that work on the window have in common: the active command goes on meanwhile, and
-/// nothing is repeated. Without a window they do nothing.
+/// Base of the commands on the window: the active command continues meanwhile, and repeat ignores them.
+/// Without a window they do nothing.
 class OnWindowCmd : public Vs::Implements<OnWindowCmd, SimpleCommand>
 {
 public:
@@ -41,7 +41,7 @@ protected:
 
 class ZoomWindowCmd;
 
-/// Switches between the window's normal size and that of the screen.
+/// Maximizes the window, or restores its size.
 class ZoomWindowCmdDef : public CommandRowDefinition<ZoomWindowCmdDef, ZoomWindowCmd>
 {
 public:
@@ -76,7 +76,7 @@ protected:
 
 class ShowWorkspaceFullScreenCmd;
 
-/// Fills the screen with the window, without its right toolbar.
+/// Makes the window fill the screen, without its right toolbar.
 class ShowWorkspaceFullScreenCmdDef
     : public CommandRowDefinition<ShowWorkspaceFullScreenCmdDef, ShowWorkspaceFullScreenCmd>
 {
@@ -98,7 +98,7 @@ protected:
 
 class ShowWorkspaceNormalCmd;
 
-/// Gives the window its frame back. The toolbar that full screen hid stays hidden.
+/// Leaves full screen. The toolbar that full screen hid stays hidden.
 class ShowWorkspaceNormalCmdDef
     : public CommandRowDefinition<ShowWorkspaceNormalCmdDef, ShowWorkspaceNormalCmd>
 {

@@ -9,7 +9,7 @@
 
 namespace Vu {
 
-/// The window of the debug dialog, as the add-in's widgets make it.
+/// The debug dialog's window, as created by the add-in's widgets.
 class DebugWindow
 {
 public:
@@ -19,8 +19,8 @@ public:
     virtual Vs::Point2 corner() const = 0;
 };
 
-/// The floating window with the tools for transcripts. It follows the shell: it goes while none is active and
-/// comes back at its place. Main thread only.
+/// The floating window with the tools for transcripts. It follows the shell: it disappears while none is
+/// active and returns to its place. Main thread only.
 class DebugDialog : public ShellEventSite
 {
 public:
@@ -30,18 +30,18 @@ public:
     void shellActivated(ShellEvent* event) override;
     void shellDeactivated(ShellEvent* event) override;
 
-    /// Builds the window anew.
+    /// Rebuilds the window.
     void show();
     /// Keeps its place.
     void hide();
 
     static bool savedShowState();
     static void saveShowState(bool shown);
-    /// The kept place, or (400, 300) if it lies on no screen any more.
+    /// The stored position, or (400, 300) if that is no longer on any screen.
     static Vs::Point2 savedPos();
     static void savePos(const Vs::Point2& corner);
 
-    /// What the add-in's widgets bring when they are loaded; a run without them shows nothing.
+    /// Set by the add-in's widgets when they are loaded; a run without them shows nothing.
     class Toolkit
     {
     public:
@@ -50,7 +50,7 @@ public:
         /// All screens together.
         virtual QRect desktop() const = 0;
     };
-    /// Not owned; null takes it away.
+    /// Not owned; null removes it.
     static void toolkit(Toolkit* toolkit);
 
 private:

@@ -49,14 +49,15 @@ protected:
     bool onIsApplicable(CommandContext* context) const override;
 };
 
-/// Takes the window away until a shell is activated the next time.
+/// Hides the window until a shell is next activated.
 class DestroyDebugDialogCmdDef : public DebugToolDefinition<DestroyDebugDialogCmdDef, DestroyDebugDialogCmd>
 {
 public:
     static const CommandRow kRow;
 };
 
-/// What the dialog's own buttons do: runs a definition, called by another part of the interface.
+/// The action of the dialog's own buttons: runs a definition, as if called from another part of the
+/// interface.
 void runFromDialog(const Info* info);
 
 } // namespace Vu::Commands

@@ -5,7 +5,7 @@
 
 namespace Vu::Commands {
 
-/// A command of the debug group that runs inside whatever command is active.
+/// A command of the debug group that runs nested in whatever command is active.
 template <class Self>
 class DebugTool : public Vs::Implements<Self, SimpleCommand>
 {
@@ -19,7 +19,7 @@ protected:
     ECommandType onCommandType() const override { return ECommandType::Nested; }
 };
 
-/// The same, passed over by "repeat".
+/// The same, skipped by "repeat".
 template <class Self>
 class UnrepeatedDebugTool : public DebugTool<Self>
 {
@@ -31,7 +31,7 @@ public:
     }
 };
 
-/// The definition of a `Tool`, which can be run at any time unless `Self` says otherwise.
+/// The definition of a `Tool`, which can run at any time unless `Self` says otherwise.
 template <class Self, class Tool>
 class DebugToolDefinition : public CommandRowDefinition<Self, Tool>
 {

@@ -32,7 +32,7 @@ protected:
     void onExecute(Vs::Status& status) override;
 };
 
-/// A list of macros, which does something with the one that is chosen. It is read anew each time.
+/// A list of macros that acts on the chosen one. It is reloaded each time.
 class MacroListCmdDef : public Vs::Implements<MacroListCmdDef, CommandDefinition, IListControlHandler>
 {
 public:

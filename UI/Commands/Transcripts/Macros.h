@@ -11,31 +11,31 @@ namespace Vu {
 class CommandDefinition;
 }
 
-/// The user's macros: recordings in a folder of their own, beside the scripts. What they have of the form
-/// ${NAME:-VALUE} a person is asked for. Each is played by a command of its own, "Macro.NAME", which can have
-/// a key. Main thread only.
+/// The user's macros: recordings in a folder of their own, beside the scripts. The user is asked for their
+/// placeholders of the form ${NAME:-VALUE}. Each is played by its own command, "Macro.NAME", which can have a
+/// shortcut. Main thread only.
 namespace Vu::Commands::Macros {
 
-/// With `create`, made if it isn't there.
+/// With `create`, created if missing.
 boost::filesystem::path folder(bool create);
-/// In alphabetical order, as files now are.
+/// In alphabetical order, as the files are now.
 [[nodiscard]] std::vector<std::wstring> names();
 [[nodiscard]] boost::filesystem::path fileOf(const std::wstring& name);
-/// The name of a macro with that file; empty if it isn't one.
+/// The name of the macro in that file; empty if it isn't one.
 [[nodiscard]] std::wstring nameOf(const boost::filesystem::path& file);
-/// A name is that of a file, so that some letters can't be in it. A sentence for the user; empty if all is
-/// well.
+/// Names are file names, so some characters aren't allowed. Returns a sentence for the user; empty if the
+/// name is valid.
 [[nodiscard]] std::wstring whyNoName(const std::wstring& name);
 
-/// What the macro asks for, each once, but for what every run has (`out`).
+/// The macro's placeholders, each once, except the one that every run has (`out`).
 [[nodiscard]] std::vector<Vs::NamedParameter> parametersOf(const std::wstring& name);
 
 /// The command that plays it.
 CommandDefinition* command(const std::wstring& name);
-/// Makes the commands of all macros that are there, so that their keys are known.
+/// Creates the commands of all existing macros, so that their shortcuts are known.
 void defineAll();
 
-/// Plays it to its end; a recording takes it down as one line.
+/// Plays it to its end; a recording keeps it as one line.
 void play(const std::wstring& name, const Vs::TranscriptParameters& parameters);
 
 } // namespace Vu::Commands::Macros

@@ -7,13 +7,13 @@ namespace Vu {
 class Enabler;
 class PerfTestingContext;
 
-/// Holds what the lines of a performance transcript measure with. Main thread only.
+/// Holds the measuring state for the lines of a performance transcript. Main thread only.
 class PerformanceValidationMgr
 {
 public:
     static PerformanceValidationMgr* get();
 
-    /// Begins a test that is named after the transcript that is replayed. One that runs is given up.
+    /// Starts a test named after the transcript being replayed. A running one is abandoned.
     void startPerformanceValidation();
     void endPerformanceValidation();
     /// Null while no test runs.
@@ -23,7 +23,7 @@ private:
     PerformanceValidationMgr();
     ~PerformanceValidationMgr();
 
-    // The enabler goes last.
+    // The enabler must be destroyed last.
     std::unique_ptr<Enabler> m_enabler;
     std::unique_ptr<PerfTestingContext> m_context;
 };

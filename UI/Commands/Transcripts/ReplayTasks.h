@@ -6,8 +6,8 @@
 
 namespace Vu::Commands {
 
-// Replays that wait for the end of the current event. What goes wrong in them is told where the transcripts
-// tell it; nobody looks at their status.
+// Replays that wait for the end of the current event. Their errors are reported where transcripts report
+// them; nobody looks at their status.
 
 class ReplayTranscriptTask : public NamedTask<ReplayTranscriptTask>
 {
@@ -21,7 +21,7 @@ private:
     std::wstring m_path;
 };
 
-/// Goes on with the transcript that the debugger has loaded; nothing happens without one.
+/// Continues the transcript loaded in the debugger; does nothing without one.
 class ReplayTextTranscriptTask : public NamedTask<ReplayTextTranscriptTask>
 {
 public:

@@ -21,14 +21,14 @@ protected:
 };
 
 /// Asks for the script unless the context names it. The script runs as a deferred task: it may start commands
-/// of its own, which must find this one ended.
+/// itself, and this one must have ended by then.
 class RunScriptCmd : public Vs::Implements<RunScriptCmd, SimpleCommand>
 {
 public:
-    /// For a script that is known already.
+    /// For a script that is already known.
     RunScriptCmd(CommandDefinition* definition, CommandContext* context, const std::wstring& path);
 
-    /// Makes scripts run inside the command, with their errors in its status; off at the start.
+    /// Makes scripts run inside the command, with their errors in its status; off by default.
     static void runsDirectly(bool direct);
 
 protected:
@@ -38,7 +38,7 @@ protected:
     void onExecute(Vs::Status& status) override;
 };
 
-/// What goes wrong in the script is told by the interpreter, to the output of text lines.
+/// The interpreter reports the script's errors to the output of text lines.
 class RunPythonTask : public NamedTask<RunPythonTask>
 {
 public:

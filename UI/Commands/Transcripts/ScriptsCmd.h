@@ -8,15 +8,15 @@ namespace Vu::Commands {
 
 class ScriptsCmd;
 
-/// The list of what scripts bring: the commands that they define, then the scripts of the user's folder. It
-/// is read anew each time.
+/// The list of what scripts provide: the commands they define, then the scripts in the user's folder. It is
+/// reloaded each time.
 class ScriptsCmdDef
     : public CommandRowDefinition<ScriptsCmdDef, ScriptsCmd, CommandDefinition, IListControlHandler>
 {
 public:
     static const CommandRow kRow;
 
-    /// Makes the one definition of this class at the first call. It isn't among the add-in's members.
+    /// Creates the only definition of this class at the first call. It isn't among the add-in's members.
     static void createCommandDef();
 
     void onListSelectionChanged(Info* item) override;

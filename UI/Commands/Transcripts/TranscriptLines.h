@@ -4,16 +4,17 @@
 
 namespace Vu::Commands {
 
-/// Writes a line of the add-in's own into the running transcript, as it stands. Without a recording nothing
-/// happens, so callers need not ask for one.
+/// Writes a line of the add-in's own into the running transcript, verbatim. Does nothing without a recording,
+/// so callers need not check for one.
 void insertTranscriptLine(const std::wstring& line);
 
-/// Keeps what a check finds now as its reference, beside the transcript that is recorded: who writes the
-/// check down sees a model that is right. Why it can't is a warning. Without a recording nothing happens.
+/// Stores the present result of a check as its reference, beside the transcript being recorded: whoever
+/// writes down the check is looking at a correct model. Failure to do so is a warning. Does nothing without a
+/// recording.
 void keepReference(const std::wstring& checkLine);
 
-/// What a person typed as one parameter of a line: without white space at its ends, and with `_` for each
-/// blank inside; in quotes if it still would not be one word, since it holds a quote, say. Empty if it is.
+/// Turns the user's input into one parameter of a line: trimmed, with `_` for each inner blank; in quotes if
+/// it still isn't a single word, for instance because it contains a quote. Empty if it is empty.
 std::wstring normalizedDescription(std::wstring text);
 
 } // namespace Vu::Commands

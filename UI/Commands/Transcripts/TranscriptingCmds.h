@@ -51,7 +51,7 @@ protected:
     void onExecute(Vs::Status& status) override;
 };
 
-/// Asks for a file and begins to record into it.
+/// Asks for a file and starts recording into it.
 class StartTranscriptingCmdDef : public DebugToolDefinition<StartTranscriptingCmdDef, StartTranscriptingCmd>
 {
 public:
@@ -61,7 +61,7 @@ protected:
     void onUpdateInputControl(CommandContext* context) override;
 };
 
-/// The same, with the lines that measure while it is replayed.
+/// The same, with lines that measure during replay.
 class StartPerfTranscriptingCmdDef
     : public DebugToolDefinition<StartPerfTranscriptingCmdDef, StartPerfTranscriptingCmd>
 {
@@ -91,7 +91,7 @@ protected:
     void onUpdateInputControl(CommandContext*) override {}
 };
 
-/// Takes away the messages that stand beside the running command.
+/// Clears the messages beside the running command.
 class ClearAllAlertsCmdDef : public DebugToolDefinition<ClearAllAlertsCmdDef, ClearAllAlertsCmd>
 {
 public:

@@ -5,7 +5,7 @@
 
 namespace Vu::Commands {
 
-/// What a NormalValidationWidget says of its check.
+/// A NormalValidationWidget's description of its check.
 struct ValidationCheck
 {
     std::wstring subjectArea, command, options;
@@ -13,10 +13,10 @@ struct ValidationCheck
 
 using ValidationCheckTaker = std::function<void(const ValidationCheck&)>;
 
-/// Registers a check. No widget is made before a window needs it.
+/// Registers a check. No widget is created before a window needs it.
 void addValidationCheck(ValidationCheck check);
-/// For the library of the widgets, once its window comes to be: it is given all that were registered, and
-/// from then on each at once.
+/// For the widgets' library, when its window is created: it receives all registered checks, and from then on
+/// each new one at once.
 void takeValidationChecks(ValidationCheckTaker taker);
 
 } // namespace Vu::Commands

@@ -4,7 +4,7 @@
 
 namespace Vu {
 
-/// A window that stands by while a transcript is recorded, with checks to put into it.
+/// A companion window while a transcript is recorded, with checks to insert into it.
 class ValidationWindow
 {
 public:
@@ -14,31 +14,31 @@ public:
     virtual void finishStartedMetrics() {}
 };
 
-/// The switch between the two validation windows: which of them the recording has, and whether it shows. It
-/// goes with the recording, also where that ends by a line or since the disk is full. A run without a window
-/// has neither, and writes the same lines. Main thread only.
+/// Switches between the two validation windows: which of them the recording has, and whether it is shown. It
+/// disappears with the recording, even if that is ended by a line or because the disk is full. A run without
+/// a window has neither, and writes the same lines. Main thread only.
 class ValidationDialog
 {
 public:
     static ValidationDialog* get();
     virtual ~ValidationDialog() = default;
 
-    /// Nothing happens unless a recording runs.
+    /// Does nothing unless a recording is running.
     void show(bool visible);
-    /// Whether the user wants to see the window; kept between sessions.
+    /// Whether the user wants to see the window; remembered between sessions.
     bool needToShow() const;
     void needToShow(bool value);
 
     void startNormalValidation();
-    /// Also writes the line that begins measuring, so the recording must run already. It takes each step of a
-    /// drag of the camera from now on.
+    /// Also writes the line that starts measuring, so the recording must be running already. From now on it
+    /// records each step of a camera drag.
     void startPerformanceValidation();
     /// Before the recording ends: hides the window, and ends measuring.
     void endValidation();
 
     enum Kind { kNormal = 0, kPerformance = 1 };
-    /// Who makes the window of a kind, at the first call that needs it; it stays for the rest of the process.
-    /// The add-in's widgets set it when they are loaded.
+    /// Creates the window of a kind, at the first call that needs it; it stays for the rest of the process.
+    /// Set by the add-in's widgets when they are loaded.
     using Maker = ValidationWindow* (*)();
     void maker(Kind kind, Maker maker) { m_makers[kind] = maker; }
 
