@@ -47,7 +47,7 @@ protected:
 
 class JoinDiscussionCmd;
 
-/// Opens the users' forum.
+/// Opens the users' discussion pages.
 class JoinDiscussionCmdDef : public CommandRowDefinition<JoinDiscussionCmdDef, JoinDiscussionCmd>
 {
 public:

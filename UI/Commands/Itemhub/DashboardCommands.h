@@ -20,7 +20,7 @@ using Request = Vs::Itemhub::DashboardRequest;
 /// program's own
 [[nodiscard]] std::wstring refusal(const Request& request, const std::string& service);
 
-/// Whether the refusal has a text. Any thread.
+/// Whether `refusal` gives a reason. Any thread.
 [[nodiscard]] bool isRefused(const Request& request, const std::string& service);
 
 /// Returns a permitted request as the arguments of its command.

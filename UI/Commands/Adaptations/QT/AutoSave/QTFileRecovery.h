@@ -6,7 +6,7 @@ namespace Vu::Commands {
 
 class QTFileRecoveryListWidget;
 
-/// Lists the files of runs that ended badly. Deletes itself when it is closed.
+/// Lists the recovery files of runs that ended abnormally. Deletes itself when it is closed.
 class QTFileRecovery : public QDialog
 {
 public:

@@ -9,7 +9,7 @@ QTFileRecoveryListWidgetItem::QTFileRecoveryListWidgetItem(const Vs::AutoSavedFi
                                                            QListWidget* list)
     : QListWidgetItem(QString::fromStdWString(RecoveryFiles::rowOf(file)), list), m_file(file)
 {
-    // A long name is cut off; the path tells two of the same name apart.
+    // A long name is elided; the path distinguishes two files of the same name.
     const std::wstring& source = file.oriSourceFile();
     setData(
         Qt::ToolTipRole,

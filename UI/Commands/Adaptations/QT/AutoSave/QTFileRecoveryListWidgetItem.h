@@ -10,7 +10,7 @@ namespace Vu::Commands {
 class QTFileRecoveryListWidgetItem : public QListWidgetItem
 {
 public:
-    /// The list takes the item.
+    /// The list takes ownership of the item.
     QTFileRecoveryListWidgetItem(const Vs::AutoSavedFileInfo& file, QListWidget* list);
 
     const Vs::AutoSavedFileInfo& file() const { return m_file; }

@@ -16,17 +16,17 @@ namespace Vu::Commands {
 
 class CloudPath;
 
-/// The head of the drive's dialog: whose drive it is and whether it can be reached, the way to the folder
-/// that is shown, what can be done in it, and the field that searches it.
+/// The header of the drive's dialog: whose drive it is and whether it can be reached, the path to the shown
+/// folder, the actions available in it, and the search field.
 class CloudHead : public QWidget, private Vs::CloudEventSite
 {
 public:
     struct Actions
     {
-        std::function<void(const std::string&)> open; ///< A folder on the way.
+        std::function<void(const std::string&)> open; ///< A folder on the path.
         std::function<void()> goAbove, makeFolder, readAgain;
         std::function<void(const QString&)> search; ///< At each letter.
-        std::function<void()> toList;               ///< From the field, by Return or Down.
+        std::function<void()> toList;               ///< From the search field, by Return or Down.
     };
     CloudHead(Actions actions, bool makesFolders, QWidget* parent);
 

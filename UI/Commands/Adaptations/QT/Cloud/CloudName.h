@@ -12,24 +12,24 @@ class QLineEdit;
 
 namespace Vu::Commands {
 
-/// The rows below the list of the drive's dialog: the name to save under, where one is asked for, and the
-/// kinds of files that are listed.
+/// The rows below the list in the drive's dialog: the name to save under, if one is asked for, and the kinds
+/// of files listed.
 class CloudName : public QWidget
 {
 public:
     struct Actions
     {
-        std::function<void()> begin;  ///< The person comes to the name.
+        std::function<void()> begin;  ///< The user moves on to the name.
         std::function<void()> change; ///< Of the name.
         std::function<void(const QStringList&)> kinds;
     };
     CloudName(const CloudDialog::Request& request, const QString& name, Actions actions, QWidget* parent);
 
-    /// Without blanks around it.
+    /// Trimmed.
     QString name() const;
     void name(const QString& name);
     void goToName();
-    /// Wild cards of the kind that is chosen, "*.vlra".
+    /// Wildcards of the chosen kind, "*.vlra".
     QStringList kinds() const;
     void enableKinds(bool value);
 

@@ -210,7 +210,7 @@ void QTItemhubSignInDialog::sign(const std::function<bool()>& way)
         tell(failure);
 }
 
-/// Where nothing can keep the credentials, the person can go on without. To be called in a handler.
+/// If no keyring can store the credentials, the user can continue without. Call this in a handler.
 void QTItemhubSignInDialog::tryWithoutKeeping(QString& failure)
 {
     using Failure = Corvane::Itemstore::WebServices::ItemhubException;
@@ -237,7 +237,7 @@ void QTItemhubSignInDialog::tell(const QString& content)
     adjustSize();
 }
 
-/// A request is given up by its own Esc.
+/// Esc in a request cancels only the request.
 void QTItemhubSignInDialog::reject()
 {
     if (!m_asking)
@@ -246,7 +246,7 @@ void QTItemhubSignInDialog::reject()
 
 namespace {
 
-/// Installed for as long as the library is there.
+/// Installed as long as the library is loaded.
 class Installed
 {
 public:

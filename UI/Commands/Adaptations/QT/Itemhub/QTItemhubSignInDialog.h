@@ -12,9 +12,9 @@ class QPushButton;
 
 namespace Vu::Commands {
 
-/// Signs a person in to the lifecycle service: to the program's own on this computer, or to a team's by its
-/// address, with the browser, or with a name and a password. It is accepted when somebody is signed in; what
-/// went wrong stands in it.
+/// Signs the user in to the lifecycle service: to the program's own on this computer, or to a team's by its
+/// address, through the browser or with a name and a password. It is accepted once the user is signed in;
+/// errors are shown in it.
 class QTItemhubSignInDialog : public QDialog
 {
 public:
@@ -29,7 +29,7 @@ private:
     QWidget* makeButtons();
     QLineEdit* field(QFormLayout* form, const char* name, const QString& title, const QString& hint);
     void refresh();
-    /// Asks the service, with nothing to press but Cancel meanwhile.
+    /// Asks the service; meanwhile only Cancel can be pressed.
     void sign(const std::function<bool()>& way);
     void signInByBrowser();
     void signInWithPassword();

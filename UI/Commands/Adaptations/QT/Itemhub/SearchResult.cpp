@@ -41,7 +41,7 @@ SearchResult::SearchResult(const Item& item, QWidget* parent)
       m_isFavourite(item.isFavourite())
 {
     setObjectName(QStringLiteral("searchResult"));
-    // The bar keeps the keyboard, and moves the selection.
+    // The bar keeps the focus, and moves the selection.
     setFocusPolicy(Qt::NoFocus);
     setAccessibleName(m_caption);
     setAccessibleDescription(m_detail);

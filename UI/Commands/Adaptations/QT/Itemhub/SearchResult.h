@@ -6,8 +6,8 @@
 
 namespace Vu::Commands {
 
-/// A row of what was found: an item's caption, and fainter below it where it is from. Its star bookmarks the
-/// item. Captions are shown letter by letter, whatever they look like.
+/// A row of the search results: an item's caption and, fainter below it, where it is from. Its star bookmarks
+/// the item. Captions are shown literally, whatever they contain.
 class SearchResult : public QAbstractButton
 {
 public:

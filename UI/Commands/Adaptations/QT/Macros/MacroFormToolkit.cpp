@@ -1,4 +1,4 @@
-// What the forms of macros are drawn by.
+// The widgets of the macro forms.
 
 #include "UI/Base/Program/Application.h"
 #include "UI/Commands/Adaptations/QT/Macros/QTMacroForm.h"

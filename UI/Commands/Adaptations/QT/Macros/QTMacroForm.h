@@ -10,14 +10,14 @@ class QPushButton;
 
 namespace Vu::Commands {
 
-/// A line for each field. OK needs a value in each that is required, and what the check says.
+/// A line for each field. OK requires a value in each required one, and the check to pass.
 class QTMacroForm : public QDialog
 {
 public:
     QTMacroForm(const std::wstring& title, std::vector<MacroForm::Field> fields, MacroForm::Check check,
                 QWidget* parent);
 
-    /// As the lines stand.
+    /// The present contents of the lines.
     std::vector<MacroForm::Field> fields() const;
 
 private:

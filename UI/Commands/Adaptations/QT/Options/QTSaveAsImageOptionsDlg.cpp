@@ -30,7 +30,8 @@ constexpr int kLargestResolution = 2400;
 // In the group of internal options.
 constexpr const char* kWidth = "QTSaveAsImageOptionsDlg_width";
 constexpr const char* kHeight = "QTSaveAsImageOptionsDlg_height";
-constexpr const char* kSize = "QTSaveAsImageOptionsDlg_size"; // an index, which is the same in every language
+constexpr const char* kSize =
+    "QTSaveAsImageOptionsDlg_size"; // An index, which is the same in every language.
 constexpr const char* kUnit = "QTSaveAsImageOptionsDlg_unit"; // the same
 constexpr const char* kResolution = "QTSaveAsImageOptionsDlg_resolution";
 constexpr const char* kLockRatio = "QTSaveAsImageOptionsDlg_lockRatio";
@@ -188,7 +189,7 @@ void QTSaveAsImageOptionsDlg::restore()
         m_model.size(static_cast<uint32_t>(std::max(kept(kWidth, int(m_window.width)), 1)),
                      static_cast<uint32_t>(std::max(kept(kHeight, int(m_window.height)), 1)));
     checkBoxLockRatio->setChecked(kept(kLockRatio, 0) != 0);
-    // What the command was told already stays.
+    // What the command was already given is kept.
     if (!m_options->transparencyLocked && kept(kTransparent, 0) != 0)
         checkBoxTransBgd->setChecked(true);
     if (kept(kAntiAliasing, 1) == 0)
@@ -231,7 +232,7 @@ void QTSaveAsImageOptionsDlg::sizeIndexChanged(const QString& entry)
     if (entry == currentWindowSize())
         m_model.size(m_window.width, m_window.height);
     else if (const auto size = sizeOfEntry(entry.toStdWString())) {
-        // An entry names both numbers, which the window's aspect must not change.
+        // An entry sets both numbers, which the window's aspect must not change.
         checkBoxLockRatio->setChecked(false);
         m_model.size(size->first, size->second);
     }

@@ -71,7 +71,7 @@ QCheckBox* ServicePage::addChoice(const char* part, const QString& title)
 bool ServicePage::showRest(bool switchedOff, bool isDisabled)
 {
     m_on->setChecked(!switchedOff);
-    // Where the edition has no service, there is nothing to switch on.
+    // If the edition has no service, there is nothing to switch on.
     m_on->setEnabled(switchedOff || !isDisabled);
     m_rest->setVisible(!isDisabled);
     return !isDisabled;

@@ -26,10 +26,10 @@ bool OverMainWindow::eventFilter(QObject* object, QEvent* event)
     } else if (object == m_window && type == QEvent::WindowUnblocked && std::exchange(m_gaveWay, false)) {
         m_window->show();
     }
-    // The first picture that needs OpenGL has the main window made anew.
+    // The first picture that needs OpenGL has the main window's native window recreated.
     const bool covers = type == QEvent::Show || type == QEvent::WinIdChange || type == QEvent::ZOrderChange ||
                         type == QEvent::WindowActivate;
-    // What the main window is about to do comes first.
+    // Pending work of the main window comes first.
     if (object == m_main && covers && m_window->isVisible())
         QTimer::singleShot(0, m_window, [this] {
             attach();

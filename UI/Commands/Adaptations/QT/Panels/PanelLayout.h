@@ -12,13 +12,13 @@ inline QString panelText(const char* key, const char* english)
     return QString::fromStdWString(localized(key, english));
 }
 
-/// What a field of a validation window shows while it is empty.
+/// The placeholder text of a field in a validation window.
 inline QString descriptionText()
 {
     return panelText("ValidationDescription", "Description");
 }
 
-/// Puts the contents into a frame with a title, which fills the whole of the panel.
+/// Puts the contents into a titled frame that fills the whole panel.
 inline void putInGroup(QWidget* panel, const QString& title, QLayout* contents)
 {
     auto* group = new QGroupBox(title);

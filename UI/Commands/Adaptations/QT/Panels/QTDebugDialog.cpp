@@ -45,7 +45,7 @@ QTTranscriptingWidget::QTTranscriptingWidget(QWidget* parent)
     connect(m_stop, &QPushButton::clicked, this, &Self::onClickStopTranscriptingButton);
     connect(m_replay, &QPushButton::clicked, this, &Self::onClickReplayTranscriptButton);
     connect(m_validation, &QCheckBox::clicked, this, &Self::onClickValidationDialogCheck);
-    // After the slots above, since they change what it looks at.
+    // Connected after the slots above, since they change the state it looks at.
     for (QPushButton* button : {m_performance, m_normal, m_stop})
         connect(button, &QPushButton::clicked, this, &Self::onUpdateTranscriptingButtonConstrains);
     onUpdateTranscriptingButtonConstrains();
@@ -127,7 +127,7 @@ namespace {
 class QtDebugWindow : public DebugWindow
 {
 public:
-    // It may be closing itself just now, so it goes with the next turn of the loop.
+    // It may be closing itself right now, so it is deleted in the next turn of the event loop.
     ~QtDebugWindow() override
     {
         m_dialog->hide();

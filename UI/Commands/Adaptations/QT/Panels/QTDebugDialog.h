@@ -35,7 +35,7 @@ private:
     QCheckBox* m_validation;
 };
 
-/// The window of DebugDialog. Closing it is hiding the dialog.
+/// The window of DebugDialog. Closing it hides the dialog.
 class QTDebugDialog : public QWidget
 {
 public:

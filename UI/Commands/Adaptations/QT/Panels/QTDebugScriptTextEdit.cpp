@@ -14,11 +14,11 @@
 namespace Vu::Commands {
 namespace {
 
-/// The marks stand left of the numbers.
+/// The marks are to the left of the numbers.
 constexpr int kMarkWidth = 15;
 constexpr int kArrowShaft = 10;
 
-/// A text block for each line, whatever else in it looks like the end of one.
+/// One text block for each line, even if it contains other characters that look like line ends.
 QString shownLine(const std::string& bytes)
 {
     QString line = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
@@ -69,7 +69,7 @@ void QTDebugScriptTextEdit::onScriptDebugInfoChanged()
     const Vs::ScriptDebugInfo* info = scriptDebugInfo();
     if (!info)
         return;
-    // Counting the lines is a change, too, and is told from inside the load.
+    // Counting the lines is a change as well, and is signalled during the load.
     if (info->needToReload() && !m_loading) {
         m_loading = true;
         load();
@@ -119,7 +119,7 @@ void QTDebugScriptTextEdit::paintLineNumbers(QPaintEvent* event)
     int line = block.blockNumber() + 1;
     int top = static_cast<int>(blockBoundingGeometry(block).translated(contentOffset()).top());
     int bottom = top + static_cast<int>(blockBoundingRect(block).height());
-    // The last line feed makes a block that is no line of the file.
+    // The last line feed creates a block that isn't a line of the file.
     while (block.isValid() && top <= event->rect().bottom() && line - 1 < lines) {
         if (block.isVisible() && bottom >= event->rect().top()) {
             paintMarks(painter, line, top);

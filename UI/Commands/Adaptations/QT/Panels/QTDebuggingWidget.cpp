@@ -76,7 +76,7 @@ void QTDebuggingWidget::onClickLoadButton()
     info->needToReload(true);
     info->scriptPath(path);
     info->needToReload(false);
-    // Break points stay with their line numbers, unless the info has loaded something else.
+    // Breakpoints keep their line numbers, unless the info has loaded something else.
     if (info->scriptPath() != path)
         info->removeAllBreakPoints();
 }

@@ -39,7 +39,7 @@ private slots:
 private:
     void showScript(bool shown);
 
-    std::unique_ptr<QTShowScriptWidget> m_script; ///< Null until it is needed.
+    std::unique_ptr<QTShowScriptWidget> m_script; ///< Null until needed.
 };
 
 } // namespace Vu::Commands

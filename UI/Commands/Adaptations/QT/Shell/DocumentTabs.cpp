@@ -42,7 +42,7 @@ std::wstring fileOf(const Vs::Document& document)
     return document.path().empty() ? document.importedFrom() : document.path();
 }
 
-/// What is to be said of its state behind the name; empty for nothing.
+/// The remark on its state to show after the name; empty for none.
 QString stateOf(const Vs::Document& document)
 {
     QStringList all;
@@ -134,7 +134,7 @@ void DocumentTabs::assetDirtyChanged(Vs::AssetEvent* event)
 
 void DocumentTabs::documentClosed(Vs::DocumentEvent* event)
 {
-    // The tab goes before the document does.
+    // The tab is removed before the document.
     if (event->timing() == Vs::Timing::After && std::ranges::count(m_documents, event->document()) > 0)
         refresh();
 }
@@ -161,7 +161,7 @@ void DocumentTabs::refresh()
 {
     m_soon.stop();
     const std::vector<Vs::Document*> documents = documentsWithTabs();
-    // What a change of the tabs themselves makes the current one, nobody has chosen.
+    // When changes of the tabs themselves make another one current, the user hasn't chosen it.
     const QSignalBlocker quiet(m_bar);
     if (documents != m_documents)
         bringTabs(documents);
@@ -177,7 +177,7 @@ void DocumentTabs::refresh()
     showWhichFits();
 }
 
-/// Takes tabs away, adds and moves them until they are those of the documents.
+/// Removes, adds and moves tabs until they match the documents.
 void DocumentTabs::bringTabs(const std::vector<Vs::Document*>& documents)
 {
     const std::set<const Vs::Document*> wanted(documents.begin(), documents.end());
@@ -232,7 +232,7 @@ void DocumentTabs::resizeEvent(QResizeEvent* event)
     showWhichFits();
 }
 
-/// A drag, or another program's order, has moved the tab.
+/// A drag, or an order set elsewhere, has moved the tab.
 void DocumentTabs::moved(int from, int to)
 {
     const auto first = m_documents.begin();
@@ -257,7 +257,7 @@ void DocumentTabs::showMenu(const QPoint& place)
     QAction* copy = menu.addAction(told("TabCopyPath", "Copy Path"));
     copy->setEnabled(!file.isEmpty());
     const QAction* chosen = menu.exec(m_bar->mapToGlobal(place));
-    // It may have gone while the menu stood there.
+    // It may have been closed while the menu was open.
     if (std::ranges::count(m_documents, document) == 0)
         return;
     if (chosen == close)

@@ -17,10 +17,10 @@ namespace Vu::Commands {
 
 class TabBar;
 
-/// The open documents as tabs: the name, a star for changes, and what is said of the document's state
-/// (DocumentRemark) as in the title of the window. A click shows a document, a drag gives it another place
-/// (DocumentOrder). Behind them stand a button for a new document and, where not all tabs have room, a list
-/// of them. What happens to one document touches its tab alone.
+/// The open documents as tabs: the name, a star for changes, and a remark on the document's state
+/// (DocumentRemark) as in the window's title. A click shows a document, a drag moves it (DocumentOrder).
+/// After them come a button for a new document and, if not all tabs fit, a list of them. A change to one
+/// document touches only its tab.
 class DocumentTabs : public QFrame,
                      private Vs::DocumentEventSite,
                      private Vs::AssetEventSite,
@@ -60,7 +60,7 @@ private:
     QToolButton* m_new;
     QToolButton* m_list;
     std::vector<Vs::Document*> m_documents;  ///< Of the tabs.
-    std::set<const Vs::Document*> m_changed; ///< Whose tabs say something else now.
+    std::set<const Vs::Document*> m_changed; ///< Whose tab texts have changed.
     QTimer m_soon;
     Vs::Subscriptions m_subscriptions;
 };

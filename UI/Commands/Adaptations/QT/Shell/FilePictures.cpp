@@ -17,7 +17,7 @@
 namespace Vu::Commands::FilePictures {
 namespace {
 
-// Of another size it is none of these pictures.
+// At another size it is none of these pictures.
 constexpr qint64 kMostBytes = 1 << 20;
 
 QString nameOf(const boost::filesystem::path& file)
@@ -25,7 +25,7 @@ QString nameOf(const boost::filesystem::path& file)
     return QString::fromStdString(Vs::pictureStem(file.native()));
 }
 
-/// Empty for what is no file.
+/// Empty for anything but a file.
 QString placeOf(const boost::filesystem::path& file, const std::wstring& folder)
 {
     boost::system::error_code error;

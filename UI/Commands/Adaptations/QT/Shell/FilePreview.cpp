@@ -20,7 +20,7 @@ namespace Vu::Commands {
 
 namespace {
 
-/// What the disk says.
+/// As read from the disk.
 struct Found
 {
     bool exists = false;

@@ -8,12 +8,12 @@
 
 namespace Vu::Commands {
 
-/// Lays its items out in rows, as many to a row as there is room for, like words in a paragraph.
+/// Lays its items out in rows, as many to a row as fit, like words in a paragraph.
 class FlowLayout : public QLayout
 {
 public:
-    /// Items that are all equally wide: a row is filled to its end, as far as that leaves each no wider than
-    /// `most`. Their height follows from the width.
+    /// Items of equal width: a row is filled to its end, unless that would make them wider than `most`. Their
+    /// height follows from the width.
     struct Cells
     {
         int least;
@@ -35,7 +35,7 @@ public:
     void setGeometry(const QRect& rect) override;
 
 private:
-    /// The height that the rows need; with `place` the items are put there.
+    /// The height that the rows need; with `place` the items are positioned.
     int arrange(const QRect& rect, bool place) const;
     QSize sizeOf(const QLayoutItem& item, int width) const;
 

@@ -18,7 +18,7 @@ namespace Vu::Commands {
 namespace {
 
 constexpr uint32_t kSide = 256;
-// Who has just opened a file looks at it first.
+// A user who has just opened a file looks at it first.
 constexpr std::chrono::milliseconds kAfter(1500);
 
 bool isAsRead(const Vs::Document& document)

@@ -10,15 +10,15 @@ class Asset;
 
 namespace Vu::Commands {
 
-/// Keeps a picture of each foreign file that is opened, for the next time that it stands on the home screen.
-/// Main thread only.
+/// Stores a picture of each foreign file that is opened, for when it next appears on the home screen. Main
+/// thread only.
 class ForeignPictures : public QObject, private Vs::DocumentEventSite
 {
 public:
-    /// From now on, to the end of the program; once.
+    /// From now on, until the program ends; call once.
     static void begin();
 
-    /// A picture of the asset as it is now. It is kept if nothing of what was read has been changed.
+    /// A picture of the asset as it is now. It is stored if nothing has been changed since the file was read.
     static void drawn(const Vs::Asset& asset, const std::string& picture);
 
 private:

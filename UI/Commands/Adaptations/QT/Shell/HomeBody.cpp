@@ -9,7 +9,7 @@ namespace Vu::Commands {
 namespace {
 
 constexpr int kSideWidth = 280, kSideMargin = 40, kSpacing = 16;
-// Below this, the tiles beside the lists would be fewer than three.
+// Below this width, fewer than three tiles would fit beside the lists.
 constexpr int kFolds = 3 * 196 + 2 * kSpacing + 2 * kSideMargin + kSideWidth;
 
 QVBoxLayout* column(QWidget* widget)

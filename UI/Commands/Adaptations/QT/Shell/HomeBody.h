@@ -6,9 +6,9 @@ class QBoxLayout;
 
 namespace Vu::Commands {
 
-/// What lies below the buttons of the home screen: the sections of tiles, and beside them, or below them
-/// where the window is narrow, the lists. What its areas hold is found by their keys (AreaContents), so that
-/// an add-in can bring it.
+/// The part of the home screen below the buttons: the sections of tiles and, beside them or in a narrow
+/// window below them, the lists. The contents of its areas are found by their keys (AreaContents), so that an
+/// add-in can provide them.
 class HomeBody : public QWidget
 {
 public:

@@ -1,4 +1,4 @@
-// What the layout of the home screen names: each kind of contents is made here.
+// The contents named in the home screen's layout: each kind is created here.
 
 #include "UI/Base/Program/AreaContents.h"
 #include "UI/Base/Window/PlainText.h"

@@ -42,7 +42,7 @@ HomeList::HomeList(const QString& title, QWidget* parent) : QFrame(parent), m_ro
 
 void HomeList::add(QWidget* row)
 {
-    // One that comes later was made after all that follows this list.
+    // A later one was created after everything that follows this list.
     if (QWidget* last = m_rows->itemAt(m_rows->count() - 1)->widget())
         QWidget::setTabOrder(last, row);
     m_rows->addWidget(row);
@@ -53,7 +53,7 @@ QToolButton* HomeList::addRow(const QString& text, const QString& tooltip, const
 {
     auto* row = new QToolButton(this);
     asRow(*row);
-    // An ampersand of a name marks no letter.
+    // An ampersand in a name isn't a mnemonic.
     row->setText(u' ' + QString(text).replace(u'&', QStringLiteral("&&")));
     row->setAccessibleName(text);
     PlainText::setTooltip(row, tooltip);

@@ -11,7 +11,7 @@ class QVBoxLayout;
 
 namespace Vu::Commands {
 
-/// A card beside the tiles of the home screen: a heading with rows below it. The rows are buttons, as wide as
+/// A card beside the tiles of the home screen: a heading with rows below it. The rows are buttons as wide as
 /// the card.
 class HomeList : public QFrame
 {
@@ -19,7 +19,7 @@ public:
     HomeList(const QString& title, QWidget* parent);
 
 protected:
-    /// A row of its own; its text is shortened to the card, and its tooltip tells all of it.
+    /// A single row; its text is elided to the card's width, and its tooltip has the full text.
     QToolButton* addRow(const QString& text, const QString& tooltip, const QIcon& icon,
                         std::function<void()> action);
     void add(QWidget* row);
@@ -30,7 +30,7 @@ private:
     QVBoxLayout* m_rows;
 };
 
-/// Where somebody learns to use the program: the commands of the toolbars in "HomeLearn".
+/// Learning resources: the commands of the toolbars in "HomeLearn".
 class LearnList : public HomeList
 {
 public:

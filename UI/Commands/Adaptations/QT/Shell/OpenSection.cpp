@@ -33,7 +33,7 @@ namespace {
 
 constexpr uint32_t kPictureSide = 256;
 
-/// Behind the click, which came from a tile that the command may take away.
+/// After the click, which came from a tile that the command may remove.
 void run(const std::wstring& command, const Vs::UniqueString* argument, Vs::SerializableObject* object)
 {
     CommandContext context = CommandContext::activeContext();
@@ -68,13 +68,14 @@ void OpenSection::paintEvent(QPaintEvent* event)
     TileSection::paintEvent(event);
     if (m_painted)
         return;
-    // The first picture that is drawn without a window brings the graphics up, for which nobody should have
-    // to look at an empty page.
+    // The first picture rendered without a window starts the graphics, and nobody should have to look at an
+    // empty page during that.
     m_painted = true;
     QTimer::singleShot(0, this, [this] { drawNext(); });
 }
 
-/// Tells of the page being shown, which the section, hidden without tiles, isn't told.
+/// Tracks whether the page is shown, since the section gets no event for that while it is hidden for lack of
+/// tiles.
 bool OpenSection::eventFilter(QObject* page, QEvent* event)
 {
     if (m_stale && event->type() == QEvent::Show)
@@ -91,7 +92,7 @@ void OpenSection::assetComponentsChanged(Vs::ComponentsEvent* event)
 
 void OpenSection::sessionPostActivateForAsset(SessionEvent* event)
 {
-    // The user may look from elsewhere by the next time.
+    // By the next time the user may be looking from another viewpoint.
     if (event->assetSession())
         m_undrawn.insert(event->assetSession());
     fillSoon();
@@ -112,7 +113,7 @@ void OpenSection::sessionClosed(SessionEvent* event)
 
 void OpenSection::fillSoon()
 {
-    // A step of work behind the page must not cost what all the open documents do.
+    // While the page is hidden, a step of work must not pay for a look at all open documents.
     m_stale = !parentWidget()->isVisible();
     if (m_filling || m_stale)
         return;
@@ -152,7 +153,7 @@ Tile* OpenSection::makeTile(AssetSession& session)
     const Vs::Document* document = session.documentSession()->document();
     auto* tile =
         new Tile(nameOf(*session.asset()), iconOfDocumentType(document->documentType()->identifier()), this);
-    // A session that went between the press and the command is not asked for anything.
+    // A session closed between the press and the command must not be accessed.
     const Vs::Asset* asset = session.asset();
     connect(tile, &Tile::clicked, this, [asset] {
         if (AssetSession* open = SessionMgr::get()->getOpenAssetSession(asset))

@@ -15,9 +15,9 @@ class AssetSession;
 
 namespace Vu::Commands {
 
-/// The assets that are open in the workspace, with a picture of how they look now; a press goes back to them.
-/// Takes no room without any. Pictures are drawn one by one behind the first picture of the window, and again
-/// only of what was changed or looked at since; while the page isn't shown, nothing is.
+/// The assets open in the workspace, with a picture of their present state; a press returns to them. Takes no
+/// room without any. Pictures are drawn one by one after the window's first frame, and again only for what
+/// was changed or viewed since; while the page isn't shown, none are drawn.
 class OpenSection : public TileSection,
                     private Vs::AssetEventSite,
                     private Vs::DocumentEventSite,
@@ -48,7 +48,7 @@ private:
     void drawNext();
 
     std::map<AssetSession*, Tile*> m_tiles;
-    std::set<AssetSession*> m_undrawn; ///< Whose pictures show what was.
+    std::set<AssetSession*> m_undrawn; ///< Whose pictures are outdated.
     bool m_filling = false;
     bool m_stale = false; ///< Filled when the page is shown.
     bool m_drawing = false;

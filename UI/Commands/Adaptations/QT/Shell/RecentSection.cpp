@@ -38,23 +38,23 @@ void open(const std::wstring& path)
 {
     CommandContext context = CommandContext::activeContext();
     context.addArgument(CommandContext::pathArgumentName(), path);
-    // What is kept on the drive comes from there, where there may be a newer version.
+    // Files stored on the drive are opened from there, since there may be a newer version.
     const bool isCloud =
         !Vs::MeshportAuth::globalInstance()->cloudDisabled() && Vs::PathInfo::isNamedInCloudCache(path);
     const std::wstring& command = isCloud ? kOpenFromCloud : OpenDocumentCmdDef::info()->key();
-    // Behind the click: the tile goes when the document comes.
+    // After the click: the tile is removed when the document opens.
     if (CommandDefinition* definition = CommandDefinitionMgr::get()->findCommandDefinitionById(command))
         ReplacingDocument::executeLater(definition, context);
 }
 
-/// Both lists know of the other's removals only where they tell them.
+/// Each list only learns of the other's removals when told here.
 void forget(const std::wstring& path)
 {
     RecentDocumentMgr::get()->remove(path);
     RecentPaths::files().remove(path);
 }
 
-/// One that only the documents' list knew is noted with its pin.
+/// A file known only to the documents' list is added together with its pin.
 void pin(const std::wstring& path, bool value)
 {
     RecentPaths& files = RecentPaths::files();
@@ -63,7 +63,7 @@ void pin(const std::wstring& path, bool value)
     files.pin(path, value);
 }
 
-/// Native documents that were used before files of all kinds were noted stand behind them.
+/// Native documents used before files of all kinds were recorded come after them.
 std::vector<RecentPaths::Entry> listed()
 {
     std::vector<RecentPaths::Entry> entries = RecentPaths::files().entries();
@@ -73,7 +73,7 @@ std::vector<RecentPaths::Entry> listed()
     return entries;
 }
 
-/// The folder as its owner would write it.
+/// The folder as the user would write it.
 QString folderOf(const QFileInfo& file)
 {
     const QString folder = QDir::toNativeSeparators(file.path());
@@ -83,7 +83,7 @@ QString folderOf(const QFileInfo& file)
                : folder;
 }
 
-/// Of foreign files the suffix tells the kind.
+/// For foreign files the suffix gives the kind.
 QString nameOf(const std::wstring& path)
 {
     const QFileInfo file(QString::fromStdWString(path));
@@ -152,7 +152,7 @@ void RecentSection::fill()
         if (passes(entry.path))
             shown.push_back(tile);
     }
-    // A tile that is filtered out stays, with its picture, for when it is wanted again.
+    // A tile filtered out is kept, with its picture, for when it is needed again.
     for (const auto& [path, tile] : m_tiles)
         if (!kept.contains(path))
             tile->deleteLater();
@@ -210,7 +210,7 @@ void RecentSection::showMenu(Tile& tile, const std::wstring& path)
     menu->popup(QCursor::pos());
 }
 
-/// The Down key leads from the field to the tiles, and Escape empties it.
+/// The Down key goes from the field to the tiles, and Escape clears it.
 bool RecentSection::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched != m_filter || event->type() != QEvent::KeyPress)
@@ -234,7 +234,7 @@ void RecentSection::lookAgain()
     askDrive();
 }
 
-/// Whether its files are still there.
+/// Whether its files still exist.
 void RecentSection::askDrive()
 {
     std::vector<boost::filesystem::path> files;
@@ -253,7 +253,7 @@ void RecentSection::cloudFileStateChanged(Vs::CloudEvent* event)
 
 void RecentSection::look(const std::wstring& path)
 {
-    // A disk that doesn't answer is asked once.
+    // A disk that doesn't respond is asked only once.
     if (!m_asked.insert(path).second)
         return;
     const bool isCloud = Vs::PathInfo::isNamedInCloudCache(path);
@@ -263,7 +263,7 @@ void RecentSection::look(const std::wstring& path)
         if (found == m_tiles.end())
             return;
         Tile* tile = found->second;
-        // Of what is on the drive, the copy here may have been cleared.
+        // For a file on the drive, the local copy may have been cleared.
         const auto place = FilePlace::of(path);
         const bool isGone = place && place->isGone;
         tile->missing(isGone || (!file.exists && !isCloud));

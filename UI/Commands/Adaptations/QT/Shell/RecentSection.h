@@ -12,9 +12,9 @@ class QLineEdit;
 
 namespace Vu::Commands {
 
-/// The files that were used last, of every kind, the pinned ones first; a field beside the heading leaves
-/// those that have its words in their name or folder. One that is gone stays as a faint tile that can be
-/// taken away; looking at the files happens behind the first picture of the window.
+/// Recently used files of every kind, the pinned ones first; a field beside the heading filters them by words
+/// in their name or folder. A missing file stays as a faint tile that can be removed; files are checked after
+/// the window's first frame.
 class RecentSection : public TileSection,
                       private RecentPathsEventSite,
                       private WorkspaceEventSite,
@@ -42,7 +42,7 @@ private:
 
     QLineEdit* m_filter;
     std::map<std::wstring, Tile*> m_tiles;
-    std::set<std::wstring> m_asked; ///< Whose answers are still to come: a disk may never give one.
+    std::set<std::wstring> m_asked; ///< Still unanswered: a disk may never respond.
     Vs::Subscriptions m_subscriptions;
 };
 

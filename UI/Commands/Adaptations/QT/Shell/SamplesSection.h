@@ -4,7 +4,7 @@
 
 namespace Vu::Commands {
 
-/// The models that come with the program. A press opens one in a document of its own.
+/// The models that come with the program. A press opens one in a new document.
 class SamplesSection : public TileSection
 {
 public:

@@ -76,7 +76,7 @@ void ScriptsList::fill()
     }
 }
 
-/// Return runs, as with the tiles, and Delete takes away.
+/// Return runs, as with the tiles, and Delete removes.
 bool ScriptsList::eventFilter(QObject* row, QEvent* event)
 {
     if (event->type() != QEvent::KeyPress)

@@ -7,7 +7,7 @@
 
 namespace Vu::Commands {
 
-/// Commands that run scripts and record transcripts, and those that were used last, to be run again.
+/// Commands that run scripts and record transcripts, and the recently used ones to run again.
 class ScriptsList : public HomeList, private RecentPathsEventSite
 {
 public:

@@ -71,7 +71,7 @@ void ShellButton::draw()
     setText(QLatin1Char(' ') + accessibleName());
     setIcon(info->icon() ? iconOf(info->icon()) : m_picture);
     setEnabled(m_control->enabled());
-    // Of two commands that share one purpose, only the one that can be used shows.
+    // Of two commands with the same purpose, only the one that can be used is shown.
     setVisible(m_control->visible() && m_control->enabled());
 }
 
@@ -117,7 +117,7 @@ QWidget* makeShellButtons(QWidget* parent)
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(kSideMargin, 0, kSideMargin, kSpacing);
     layout->setSpacing(kSpacing);
-    // They take a second line where the window is narrow.
+    // They wrap to a second line in a narrow window.
     auto* flowing = new QWidget(row);
     flowing->setProperty("beginsWithKeyboard", true);
     auto* flow = new FlowLayout(flowing, kSpacing);

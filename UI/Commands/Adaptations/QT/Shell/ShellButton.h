@@ -20,14 +20,14 @@ public:
     ShellButton(CommandDefinition* definition, const std::wstring& picture, QWidget* parent);
     ~ShellButton() override;
 
-    /// What stands there instead of the command's own title; empty for that.
+    /// Text to show instead of the command's own title; empty to keep the title.
     void title(const std::wstring& text);
 
 private:
     void inputControlChanged(InputControl*) override { draw(); }
     void inputControlDestroyed(InputControl*) override;
     void draw();
-    /// A list of one kind of thing makes that.
+    /// A list with a single kind to create creates it.
     void press(bool makesKind);
     void fillMenu();
 
@@ -40,7 +40,7 @@ private:
 /// Adds the buttons of the toolbars with the contents "HomeButtons": those at the far end, or the others.
 void addShellButtons(QLayout& layout, QWidget* parent, bool atEnd);
 
-/// The row of those that begin something, with the search beside them.
+/// The row of buttons that start something, with the search beside them.
 QWidget* makeShellButtons(QWidget* parent);
 
 } // namespace Vu::Commands

@@ -29,7 +29,7 @@ TabBar::TabBar(QWidget* parent) : QTabBar(parent)
     setExpanding(false);
     setMovable(true);
     setUsesScrollButtons(true);
-    // The state of a document stands at the end of its text.
+    // The state of a document is at the end of its text.
     setElideMode(Qt::ElideMiddle);
     setFocusPolicy(Qt::TabFocus);
     setSelectionBehaviorOnRemove(QTabBar::SelectLeftTab);
@@ -45,7 +45,7 @@ void TabBar::insert(int place, const QString& closeName)
     close->setIconSize(QSize(kCloseIcon, kCloseIcon));
     close->setAutoRaise(true);
     close->setProperty("flat", true);
-    // The keyboard closes by Delete.
+    // On the keyboard, Delete closes.
     close->setFocusPolicy(Qt::NoFocus);
     close->setAccessibleName(closeName);
     PlainText::setTooltip(close, closeName);
@@ -59,7 +59,7 @@ void TabBar::insert(int place, const QString& closeName)
 
 void TabBar::label(int index, const QString& text, const QString& spoken, const QString& tooltip)
 {
-    // A name's ampersand is no key.
+    // An ampersand in a name isn't a mnemonic.
     const QString shown = QString(text).replace(QLatin1Char('&'), QStringLiteral("&&"));
     if (tabText(index) != shown)
         setTabText(index, shown);
@@ -82,13 +82,13 @@ QSize TabBar::tabSizeHint(int index) const
     return size;
 }
 
-// Tabs are not squeezed until nobody can read them, but scrolled.
+// Tabs are scrolled instead of being squeezed until they are unreadable.
 QSize TabBar::minimumTabSizeHint(int index) const
 {
     return tabSizeHint(index);
 }
 
-// A style sheet can't tell a tab of the bar that has the keyboard from another one.
+// A style sheet can't distinguish a tab of the focused bar from others.
 void TabBar::paintEvent(QPaintEvent* event)
 {
     QTabBar::paintEvent(event);
@@ -100,7 +100,7 @@ void TabBar::paintEvent(QPaintEvent* event)
     painter.drawRect(tabRect(currentIndex()).adjusted(1, 1, -1, -1));
 }
 
-// The base leaves the picture as it is.
+// The base class leaves the icon as it is.
 void TabBar::focusInEvent(QFocusEvent* event)
 {
     QTabBar::focusInEvent(event);

@@ -4,9 +4,9 @@
 
 namespace Vu::Commands {
 
-/// A row of tabs that can be dragged, and closed by their buttons, the middle button of the mouse or the
-/// Delete key. One stop of the Tab key: the arrows go from tab to tab. Tabs for which there is no room are
-/// scrolled to. Their texts are shown letter by letter.
+/// A row of tabs that can be dragged, and closed by their buttons, the middle mouse button or the Delete key.
+/// A single tab stop: the arrows go from tab to tab. Tabs that don't fit are scrolled to. Their texts are
+/// shown literally.
 class TabBar : public QTabBar
 {
     Q_OBJECT
@@ -14,11 +14,11 @@ class TabBar : public QTabBar
 public:
     explicit TabBar(QWidget* parent);
 
-    /// Adds a tab, whose button is called `closeName`.
+    /// Adds a tab whose close button has the object name `closeName`.
     void insert(int place, const QString& closeName);
-    /// What the tab shows; `spoken` is its accessible name.
+    /// The tab's text; `spoken` is its accessible name.
     void label(int index, const QString& text, const QString& spoken, const QString& tooltip);
-    /// Whether all tabs have room at once.
+    /// Whether all tabs fit at once.
     bool hasRoom(int width) const;
 
 signals:
@@ -27,7 +27,7 @@ signals:
 protected:
     QSize tabSizeHint(int index) const override;
     QSize minimumTabSizeHint(int index) const override;
-    /// A tab that became narrower leaves no rest of itself beside it.
+    /// Repaints, so that a tab that became narrower leaves no remnant beside it.
     void tabLayoutChange() override { update(); }
     void paintEvent(QPaintEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -37,7 +37,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    int m_pressed = -1; ///< The tab on which the middle button went down.
+    int m_pressed = -1; ///< The tab on which the middle button was pressed.
 };
 
 } // namespace Vu::Commands

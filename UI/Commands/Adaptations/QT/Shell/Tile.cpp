@@ -43,7 +43,7 @@ QFont smallOf(QFont font)
     return font;
 }
 
-/// Where the pictures stand: about the ground that models have in the canvas, so that they look as there.
+/// The background of the pictures: close to the canvas's background, so that models look the same here.
 QLinearGradient ground(const QRect& rect, bool dark)
 {
     QLinearGradient gradient(rect.topLeft(), rect.bottomLeft());
@@ -110,7 +110,7 @@ QToolButton* Tile::makeCornerButton(const char* name, std::function<void()> Tile
     button->setCursor(Qt::ArrowCursor);
     button->setFocusPolicy(Qt::NoFocus);
     connect(button, &QToolButton::clicked, this, [this, action] {
-        // The action may delete the tile, and with it the function that runs.
+        // The action may delete the tile, and with it the running function.
         const std::function<void()> copy = this->*action;
         copy();
     });
@@ -245,7 +245,7 @@ void Tile::mouseMoveEvent(QMouseEvent* event)
         QAbstractButton::mouseMoveEvent(event);
 }
 
-/// Gives the file as it is on the disk. The release belongs to the drag, so that it presses nothing.
+/// Drags out the file as it is on the disk. The release ends the drag, so it must not count as a click.
 void Tile::dragFile()
 {
     setDown(false);

@@ -63,7 +63,8 @@ void TileSection::arrange(const std::vector<Tile*>& tiles)
         m_flow->addWidget(tile);
         tile->show();
     }
-    // They were made after all that follows this section. What takes no focus has no place in the order.
+    // They were created after everything that follows this section. Widgets that take no focus aren't in the
+    // tab order.
     m_flowing->setFocusPolicy(Qt::TabFocus);
     QWidget* previous = m_last ? m_last : m_flowing;
     for (Tile* tile : tiles) {

@@ -12,8 +12,8 @@ namespace Vu::Commands {
 class FlowLayout;
 class Tile;
 
-/// Tiles below a heading. The arrow keys go from tile to tile, in rows and columns as they lie. All sections
-/// of one width have tiles of one width.
+/// Tiles below a heading. The arrow keys go from tile to tile, in rows and columns as laid out. All sections
+/// of the same width have tiles of the same width.
 class TileSection : public QWidget
 {
 public:
@@ -22,15 +22,15 @@ public:
     const std::vector<Tile*>& tiles() const { return m_tiles; }
 
 protected:
-    /// What the section shows from now on, in this order; it takes the new ones. Those that aren't among them
-    /// are hidden, and the caller's to delete: at the end of the event, since one of them may be what asks
-    /// for it. The keyboard stays with its tile, or goes to the one that takes its place.
+    /// The tiles to show from now on, in this order; it takes ownership of new ones. Those not among them are
+    /// hidden and left to the caller to delete: at the end of the event, since one of them may be the sender.
+    /// The focus stays with its tile, or goes to the one that takes its place.
     void arrange(const std::vector<Tile*>& tiles);
     /// Beside the heading, at the far end.
     void addToHeading(QWidget* widget);
-    /// Instead of tiles; null takes it away.
+    /// Shown instead of tiles; null removes it.
     void placeholder(QWidget* widget);
-    /// The number of the tile that has the keyboard, or -1.
+    /// The index of the focused tile, or -1.
     int focused() const;
 
     void keyPressEvent(QKeyEvent* event) override;
@@ -40,7 +40,7 @@ private:
 
     QLabel* m_title;
     QHBoxLayout* m_heading;
-    QWidget* m_last = nullptr; ///< In the heading; the keyboard goes from there to the tiles.
+    QWidget* m_last = nullptr; ///< In the heading; the focus goes from there to the tiles.
     QWidget* m_flowing;
     FlowLayout* m_flow;
     QWidget* m_placeholder = nullptr;

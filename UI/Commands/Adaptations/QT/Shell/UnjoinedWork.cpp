@@ -11,7 +11,7 @@
 namespace Vu::Commands::UnjoinedWork {
 namespace {
 
-/// Enough that a few files on one dead disk don't keep back those on others.
+/// Enough that a few files on one dead disk don't delay those on others.
 constexpr int kMostThreads = 8;
 
 class Workers
@@ -58,7 +58,7 @@ private:
         const std::lock_guard ending(m_ending);
         if (m_over)
             for (;;)
-                pause(); // What it would touch is going.
+                pause(); // What it would touch is being destroyed.
         if (then)
             then();
     }
@@ -69,7 +69,7 @@ private:
     }
 
     std::mutex m_mutex;
-    std::mutex m_ending; ///< Held while what was read is used.
+    std::mutex m_ending; ///< Held while a result is being used.
     std::condition_variable m_changed;
     std::deque<Reading> m_waiting;
     int m_threads = 0;

@@ -6,7 +6,7 @@ class QLineEdit;
 
 namespace Vu::Commands {
 
-/// Puts comments into the transcript that is being recorded.
+/// Inserts comments into the transcript being recorded.
 class QTInsertScriptWidget : public QWidget
 {
     Q_OBJECT

@@ -23,7 +23,7 @@ struct MetricRow
     const wchar_t* name;
     const wchar_t* startLine;
     const wchar_t* checkPrefix;
-    bool ofMouse = false; ///< Measured at moves of the mouse, which a replay makes only if they are recorded.
+    bool ofMouse = false; ///< Measured on mouse moves, which a replay repeats only if they are recorded.
 };
 
 // clang-format off

@@ -19,7 +19,7 @@ class QTPerfValidationWidget : public QWidget
 public:
     explicit QTPerfValidationWidget(QWidget* parent = nullptr);
 
-    /// Writes the lines that end the started metrics, if any are.
+    /// Writes the lines that end the started metrics, if any.
     void finishStartedMetrics();
 
 private slots:
@@ -36,7 +36,7 @@ private:
 
     void startMetrics();
     void endMetrics();
-    /// For the metrics of the mouse, if any is ticked.
+    /// For the mouse metrics, if any is checked.
     void recordMoves(bool record);
     void setStarted(bool started);
 
