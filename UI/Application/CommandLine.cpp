@@ -86,10 +86,10 @@ constexpr OptionRow kOptions[] = {
     {"help", nullptr, "Print this help."},
 };
 
-/// What is about test runs alone.
+/// Options for test runs only.
 constexpr const char* kOfTestRunAlone[] = {"jobs", "timeout", "junit",   "tap",    "shard",     "filter",
                                            "list", "retry",   "results", "failed", "artifacts", "window"};
-/// What may stand beside --test as well, since it holds for such a run, too.
+/// Options allowed together with --test, since they apply to such a run, too.
 constexpr const char* kBesideTestRun[] = {"coverage", "verbose",    "test", "set",    "references",
                                           "headless", "no-autorun", "help", "version"};
 
@@ -101,7 +101,7 @@ void addOptions(QCommandLineParser& parser)
                                             QLatin1String(row.value ? row.value : "")));
 }
 
-/// Options that are short for a line.
+/// Options that are shorthand for a line.
 constexpr const char* kShortForms[] = {"export", "info", "thumbnail"};
 
 bool stepKind(const QString& option, Step::Kind& kind)
@@ -121,7 +121,7 @@ bool stepKind(const QString& option, Step::Kind& kind)
     return true;
 }
 
-/// Arguments may name files, and these needn't be UTF-8.
+/// Arguments may be file names, and these needn't be valid UTF-8.
 QString textOf(const std::string& argument)
 {
     return QString::fromStdWString(Vs::Strings::fromBytes(argument));
@@ -132,7 +132,7 @@ std::string bytesOf(const QString& text)
     return Vs::Strings::toBytes(Vs::wideText(text));
 }
 
-/// Desktops hand over files as addresses, too. What is percent-encoded in one are bytes, as of any name.
+/// Desktops also pass files as URLs. What is percent-encoded in them are bytes, as in any file name.
 std::string pathOf(const std::string& given)
 {
     for (const std::string_view beginning : {"file://localhost/", "file:///"})
@@ -165,13 +165,13 @@ std::string readReferences(const QCommandLineParser& parser, CommandLine& line)
     return "--references needs compare, fill or update, not \"" + mode + "\".";
 }
 
-/// A line with the name of a file as its last parameter.
+/// A line with a file name as its last parameter.
 std::string lineOn(const std::string& line, const QString& file)
 {
     return line + ' ' + Vs::Strings::toBytes(Vs::Strings::quote(Vs::wideText(file)));
 }
 
-/// What is short for lines. Returns what is wrong in one sentence, or nothing.
+/// Shorthands for lines. Returns what is wrong in one sentence, or nothing.
 std::string readShortForms(const QCommandLineParser& parser, CommandLine& line)
 {
     const bool info = parser.isSet(QStringLiteral("info"));
@@ -198,7 +198,7 @@ std::string readShortForms(const QCommandLineParser& parser, CommandLine& line)
     return {};
 }
 
-/// What a test run decides by itself, or has no use for. Returns what is wrong in one sentence, or nothing.
+/// What a test run decides itself, or has no use for. Returns what is wrong in one sentence, or nothing.
 std::string strangerToTestRun(const QCommandLineParser& parser)
 {
     for (const OptionRow& row : kOptions) {
@@ -277,7 +277,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
         return result;
     }
 
-    // The parser keeps the values of each option apart, and the names of all in their order.
+    // The parser keeps the values of each option separately, and the names of all options in order.
     std::map<QString, qsizetype> seen;
     for (const QString& option : parser.optionNames()) {
         Step::Kind kind;

@@ -8,7 +8,7 @@
 
 namespace Quillet {
 
-/// One piece of work that the command line asks for, in the order given.
+/// One step that the command line asks for, in the order given.
 struct Step
 {
     enum class Kind {
@@ -20,31 +20,31 @@ struct Step
     };
     Kind kind;
     std::string text;
-    std::string place = {}; ///< What messages begin with; empty for the step's own.
+    std::string place = {}; ///< The prefix of messages; empty for the step's own.
 };
 
-/// What the user asked for. Texts are the bytes that were given: UTF-8, unless a file has another name.
+/// What the user asked for. Texts are the bytes as given: UTF-8, except for file names in another encoding.
 struct CommandLine
 {
     std::vector<std::string> files; ///< Opened before the steps.
-    std::vector<std::string> links; ///< Followed when the window is there (Vu::ProgramLink).
-    std::string infoLine;           ///< Run after each file was opened; empty for none.
+    std::vector<std::string> links; ///< Followed once the window exists (Vu::ProgramLink).
+    std::string infoLine;           ///< Run after each file has been opened; empty for none.
     std::vector<Step> steps;
     std::vector<std::string> scriptArguments;      ///< What follows `--`, if a script is run.
-    std::map<std::string, std::string> parameters; ///< What ${NAME} stands for in transcripts.
+    std::map<std::string, std::string> parameters; ///< The values of ${NAME} in transcripts.
     std::string profileDirectory;                  ///< Empty: the user's own directories.
-    std::string stubsDirectory;                    ///< Where type stubs are written to; empty for nowhere.
-    std::string coverageFile; ///< Where it is written what the run has tried; empty for nowhere.
-    std::string references;   ///< compare, fill or update; empty for the default.
-    TestRun test;             ///< With a folder, the run is this and nothing else.
+    std::string stubsDirectory;                    ///< The folder for type stubs; empty for none.
+    std::string coverageFile;                      ///< The file for the run's coverage; empty for none.
+    std::string references;                        ///< compare, fill or update; empty for the default.
+    TestRun test;                                  ///< With a folder, the run is a test run and nothing else.
     bool headless = false;
-    bool handOver = false; ///< The files go to the window that runs already, if there is one.
+    bool handOver = false; ///< The files go to a window that is already running, if there is one.
     bool autorun = true;
     bool exit = false; ///< A window closes after the last step.
     bool keepGoing = false;
     bool echo = false;
     bool compareRecordings = false; ///< The two files are compared, and nothing else is done.
-    bool verbose = false;           ///< Checks tell their values.
+    bool verbose = false;           ///< Checks print their values.
     bool listCommands = false;
     bool listDefinitions = false;
     bool listFormats = false;
@@ -52,22 +52,22 @@ struct CommandLine
     bool version = false;
     bool help = false;
 
-    /// Wrong usage in one sentence; empty if all is well. With an error, nothing else here counts.
+    /// The usage error in one sentence; empty if there is none. With an error, nothing else here is valid.
     std::string error;
 };
 
 /// Exit codes of the program.
 constexpr int kExitOk = 0;
-constexpr int kExitLineFailed = 1; ///< Of a script, the number that it gave to sys.exit.
-constexpr int kExitUsage = 2;      ///< Also when the program refuses to start.
+constexpr int kExitLineFailed = 1; ///< For a script, the number it passed to sys.exit.
+constexpr int kExitUsage = 2;      ///< Also if the program refuses to start.
 
-/// Reads the arguments, the program's name not among them. Needs no application object.
+/// Parses the arguments, without the program's name. Needs no application object.
 CommandLine parseCommandLine(const std::vector<std::string>& arguments);
 
 /// The text of --help.
 std::string helpText();
 
-/// What can be written on the command line, for those who make pages and completions of it.
+/// The options of the command line, for generating manual pages and completions.
 struct OptionText
 {
     std::string name;  ///< Without its dashes.

@@ -41,7 +41,7 @@ bool waitForInput()
     if (Vu::Application::headless()) {
         pollfd input = {STDIN_FILENO, POLLIN, 0};
         constexpr int kMoment = 20, kForever = -1; // milliseconds
-        // Nobody else comes by to keep what the last line changed.
+        // Nothing else will save what the last line changed.
         while (true) {
             const int found = ::poll(&input, 1, Vs::AutoSaveController::get()->work() ? kMoment : kForever);
             if (found > 0 || (found < 0 && errno != EINTR))
@@ -169,7 +169,7 @@ void runPythonTerminal(LineRunner& runner, const std::string& historyFile)
     terminal.run = [&](const std::string& text) {
         Vs::Status status;
         goesOn = python->consoleLine(Vs::Strings::fromBytes(text), status);
-        // Whoever leaves by sys.exit has told how.
+        // A script that calls sys.exit has set the exit code.
         terminal.ended = status.isError() || Vu::Application::get()->exiting();
         runner.flush();
         return text;
@@ -181,7 +181,7 @@ void runPythonTerminal(LineRunner& runner, const std::string& historyFile)
         return candidates;
     };
     terminal.prompt = [&] { return goesOn ? "... " : ">>> "; };
-    // The first line shall not wait for the interpreter.
+    // The first line should not have to wait for the interpreter.
     Vs::Status status;
     python->consoleLine({}, status);
     const Vs::SiblingLibrary editor("libQuilletTerminal.so");

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT};
 constexpr int kMostCalls = 64;
-/// A stack that is used up has no room for a handler.
+/// After a stack overflow there is no room for a handler.
 std::array<char, 64UL * 1024> ownStack;
 
 void write(const char* text)
@@ -28,7 +28,7 @@ void crashed(int number)
     write(kStackHead);
     write("\n");
     backtrace_symbols_fd(calls, count, STDERR_FILENO);
-    // It is pending until this handler returns, and ends the process then.
+    // It stays pending until this handler returns, and then ends the process.
     std::raise(number);
 }
 
@@ -44,7 +44,7 @@ void tellStackOfCrash()
 {
     if (kHasReport)
         return;
-    // The first call loads what it needs, which a handler must not.
+    // The first call loads what it needs, which a handler must not do.
     void* first = nullptr;
     backtrace(&first, 1);
     const stack_t stack = {.ss_sp = ownStack.data(), .ss_flags = 0, .ss_size = ownStack.size()};

@@ -2,11 +2,11 @@
 
 namespace Quillet {
 
-/// Has a crash of this process write the calls that led to it to standard error, before it ends as it would
-/// have. What a sanitizer builds has a report of its own.
+/// Makes a crash of this process write its call stack to standard error, before it ends as it would have
+/// anyway. Sanitizer builds have reports of their own.
 void tellStackOfCrash();
 
-/// What stands before these calls, in a line of its own.
+/// The heading of the call stack, on a line of its own.
 constexpr const char* kStackHead = "quillet: The calls that led to the crash, the innermost first:";
 
 } // namespace Quillet

@@ -18,7 +18,7 @@ namespace {
 using namespace HandOverSocket;
 using Clock = std::chrono::steady_clock;
 
-/// Waits until the connection is ready; false when the time is over or the other end is gone.
+/// Waits until the connection is ready; false when the time is up or the peer is gone.
 bool waitFor(const Descriptor& connection, short what, Clock::time_point end)
 {
     for (;;) {
@@ -64,7 +64,7 @@ bool hears(const Descriptor& connection, std::string_view answer, Clock::time_po
     return heard == answer;
 }
 
-/// Those of this profile's windows, the one that was active last in front.
+/// The sockets of this profile's windows, the most recently active first.
 std::vector<std::filesystem::path> sockets()
 {
     namespace fs = std::filesystem;

@@ -46,7 +46,7 @@ void run(const wchar_t* command, const std::wstring& path = {})
     Vu::CommandMgr::get()->executeLater(definition, context);
 }
 
-/// One program that has files to hand over. Deletes itself when it has nothing more to say.
+/// A connection from a program that has files to hand over. Deletes itself when it is finished.
 class Connection : public QObject
 {
 public:
@@ -81,7 +81,7 @@ private:
         try {
             m_taken ? go() : take();
         } catch (const std::exception&) {
-            end(); // Whoever speaks another language gets no answer.
+            end(); // A peer with another protocol gets no answer.
         }
     }
 
@@ -118,7 +118,7 @@ private:
     bool m_taken = false;
 };
 
-/// Notes on the socket's file when the program was active last.
+/// Records in the socket file's time when the program was last active.
 class ActivationNote : public QObject
 {
 public:
@@ -190,7 +190,7 @@ void HandOverReceiver::openInWindow(const HandedOver& files)
             Vu::ProgramLink::follow(file);
             continue;
         }
-        run(kHomeCommand); // Opening replaces what shows; there, nothing does.
+        run(kHomeCommand); // Opening replaces the document shown; here there is none.
         run(kOpenCommand, Vs::Strings::fromBytes(file));
     }
     Vu::WorkspaceWindow* window = Vu::WorkspaceWindow::activeWorkspaceWindow();

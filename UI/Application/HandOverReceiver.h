@@ -7,22 +7,22 @@
 
 namespace Quillet {
 
-/// The window's side of `handOver`: a socket in the user's runtime folder, which nobody else can open. Of
-/// several programs the one that was active last gets what is handed over. Main thread only.
+/// The window's side of `handOver`: a socket in the user's runtime folder, which nobody else can open. Among
+/// several programs the one that was active last receives the files. Main thread only.
 class HandOverReceiver
 {
 public:
     using Take = std::function<void(const HandedOver&)>;
 
-    /// Calls `take` in the main loop for whatever is handed over. Where no socket can be made, that is
-    /// logged, and nothing comes.
+    /// Calls `take` in the main loop for whatever is handed over. If no socket can be created, that is
+    /// logged, and nothing is received.
     explicit HandOverReceiver(Take take);
     ~HandOverReceiver();
     HandOverReceiver(const HandOverReceiver&) = delete;
     HandOverReceiver& operator=(const HandOverReceiver&) = delete;
 
-    /// Opens the files in the active window, beside what it shows, has the links followed, and brings the
-    /// window to the front.
+    /// Opens the files in the active window, beside the document shown, has the links followed, and brings
+    /// the window to the front.
     static void openInWindow(const HandedOver& files);
 
 private:

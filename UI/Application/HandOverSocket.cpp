@@ -45,8 +45,7 @@ Descriptor::~Descriptor()
 
 std::string prefix()
 {
-    // The standard library's hash is the same in all processes of one build, which is all that is asked of
-    // it.
+    // The standard library's hash is the same in all processes of one build, which is all that is needed.
     const size_t profile = std::hash<std::string>()(Vs::PathInfo::optionsDirectory().string());
     return "window-" + std::to_string(profile) + '-';
 }
@@ -65,7 +64,7 @@ Descriptor connectTo(const std::string& path)
 {
     sockaddr_un address;
     struct stat status;
-    // A link could lead to a program of somebody else's.
+    // A symbolic link could lead to someone else's program.
     if (!setAddress(path, address) || lstat(path.c_str(), &status) != 0 || !S_ISSOCK(status.st_mode) ||
         status.st_uid != geteuid())
         return Descriptor();
@@ -80,7 +79,7 @@ Descriptor listenAt(const std::string& path)
     sockaddr_un address;
     if (!setAddress(path, address))
         return Descriptor();
-    unlink(path.c_str()); // Of a dead process that had this number.
+    unlink(path.c_str()); // Left by a dead process with the same id.
     Descriptor made = unixSocket();
     const mode_t before = umask(0177);
     const bool bound =

@@ -25,7 +25,7 @@ void write(std::FILE* stream, const std::string& text)
     std::fputc('\n', stream);
 }
 
-/// Who started the program by a click on a file, or a replay by a click on a button, sees no terminal.
+/// A user who started the program by clicking a file, or a replay by clicking a button, sees no terminal.
 void tellInWindow(const std::wstring& failure)
 {
     const Vu::WorkspaceWindow* window = Vu::WorkspaceWindow::activeWorkspaceWindow();
@@ -136,7 +136,7 @@ bool LineRunner::runScript(const std::string& path, const std::vector<std::wstri
         m_scriptCode = Vs::PythonManager::get()->exitCode();
     if (late != 0)
         return fail(path + ": " + Vs::Strings::narrow(message));
-    // The interpreter has told the error already.
+    // The interpreter has already reported the error.
     m_failed = m_failed || status.isError();
     return status.isOk() || m_options.keepGoing;
 }

@@ -24,34 +24,35 @@ public:
     explicit LineRunner(Options options);
     ~LineRunner() override;
 
-    /// Each returns whether the run may go on: all was well, or failures don't end it.
-    /// A file that cannot be opened is told in the window as well; `failure`, where it is given, takes what a
-    /// line that fails says.
+    /// Each returns whether the run may continue: there was no failure, or failures don't end it. A file that
+    /// can't be opened is reported in the window as well; `failure`, if given, receives the message of a
+    /// failed line.
     bool openFile(const std::string& path);
     bool runLine(const std::wstring& line, const std::string& where, std::wstring* failure = nullptr);
     bool replay(const std::string& path);
     bool runScript(const std::string& path, const std::vector<std::wstring>& arguments);
 
-    /// A failure that has no line: a file of the command line, say.
+    /// A failure without a line, such as that of a file on the command line.
     bool fail(const std::string& message);
 
     bool keepGoing() const { return m_options.keepGoing; }
-    /// Whether anything failed so far.
+    /// Whether anything has failed so far.
     bool failed() const { return m_failed; }
-    /// What a script that failed gave to sys.exit; 0 if none did.
+    /// The number that a failed script passed to sys.exit; 0 if none did.
     int scriptCode() const { return m_scriptCode; }
 
     void message(const std::wstring& text) override;
     void error(const std::wstring& text) override;
-    /// Brings out what standard output holds back.
+    /// Flushes standard output.
     void flush();
 
 private:
     void echo(const std::wstring& line);
-    /// Warnings wait for the end of the line that runs: what its own failure says anyway isn't told twice.
+    /// Warnings wait for the end of the running line, so that what its own failure says anyway isn't reported
+    /// twice.
     void warn(const std::wstring& text);
     void tellWarnings(const std::wstring& failure = {});
-    /// What was worse than its reference allows, behind the place of the line; the run has failed then.
+    /// Results worse than their references allow, after the location of the line; the run has then failed.
     void tellMissedBounds(const std::string& where);
 
     Options m_options;
@@ -61,7 +62,7 @@ private:
     std::atomic<bool> m_lineRuns = false;
     bool m_failed = false;
     int m_scriptCode = 0;
-    Vs::WarningHandler m_handler; ///< The last: it may be called once it exists.
+    Vs::WarningHandler m_handler; ///< The last member: it may be called as soon as it exists.
 };
 
 } // namespace Quillet

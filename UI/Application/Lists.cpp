@@ -25,7 +25,7 @@ public:
     void add(const char* name, const QJsonValue& value)
     {
         m_text += (m_text.isEmpty() ? "{\"" : ",\"") + QByteArray(name) + "\":";
-        // Qt writes whole documents only; a list of one value, without its brackets, is the value.
+        // Qt writes only whole documents; a list of one value, without its brackets, is the value.
         const QByteArray list = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
         m_text += list.mid(1, list.size() - 2);
     }
@@ -38,14 +38,14 @@ private:
     QByteArray m_text;
 };
 
-/// The class's own name, without its namespaces, of which there are more in the arguments of a template.
+/// The class's own name without its namespaces, of which there are more in template arguments.
 std::string className(const Vu::CommandDefinition& definition)
 {
     static const std::regex namespaces(R"((\w+|\(anonymous namespace\)|\{anonymous\})::)");
     return std::regex_replace(definition.getInterfaceId()->text(), namespaces, "");
 }
 
-/// The path as the resource catalogues name it, under the add-in's folder of resources.
+/// The path as in the resource catalogues, relative to the add-in's resource folder.
 std::wstring iconPath(const Vs::ImageSetResource* icon)
 {
     static const std::wstring folder = L"/Resources/";

@@ -2,16 +2,16 @@
 
 namespace Quillet {
 
-/// Prints every text command that is registered, one JSON object a line, in the order of registration.
+/// Prints every registered text command, one JSON object per line, in registration order.
 void listCommands();
 
 /// The same for every command definition.
 void listDefinitions();
 
-/// The same for every foreign format that is read or written.
+/// The same for every foreign format that can be read or written.
 void listFormats();
 
-/// Prints what can be written on the command line.
+/// Prints the options of the command line.
 void listOptions();
 
 } // namespace Quillet

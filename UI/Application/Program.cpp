@@ -46,8 +46,8 @@
 namespace Quillet {
 namespace {
 
-/// The first Ctrl-C asks a load that runs to stop; without one, or the second time, it ends the program, in a
-/// window as the other signals do.
+/// The first Ctrl-C asks a running load to stop; without one, or the second time, it ends the program, in a
+/// window the way the other signals do.
 void onInterrupt(int signal)
 {
     if (Vs::Progress::active() && !Vs::Progress::cancelled()) {
@@ -68,7 +68,7 @@ bool isSet(const char* name)
     return value && *value;
 }
 
-/// Returns whether a window that runs already has taken the files.
+/// Returns whether a window that is already running has taken the files.
 bool handFilesOver(const CommandLine& line)
 {
     HandedOver all;
@@ -87,7 +87,7 @@ std::string historyFile(const char* name)
 {
     try {
         const boost::filesystem::path file = Vs::PathInfo::optionsDirectory() / name;
-        // The line editor would make it for all to read.
+        // The line editor would create it readable for everyone.
         if (!boost::filesystem::exists(file))
             Vs::OwnFiles::write(file, {});
         return file.string();
@@ -96,7 +96,7 @@ std::string historyFile(const char* name)
     }
 }
 
-/// Opens the files and runs the steps, until one fails and nobody said to keep going.
+/// Opens the files and runs the steps, until one fails, unless failures are to be ignored.
 void runSteps(const CommandLine& line, LineRunner& runner)
 {
     Vu::Application* application = Vu::Application::get();
@@ -138,7 +138,7 @@ void runSteps(const CommandLine& line, LineRunner& runner)
     }
 }
 
-/// What goes wrong in them is told, and is no failure of this run.
+/// Errors in them are reported, but don't make this run a failure.
 void runAutorunScripts()
 {
     Vs::Status status;
@@ -167,7 +167,7 @@ bool readsConsole(const CommandLine& line)
 
 int runWorkspace(const CommandLine& line)
 {
-    // Transcripts put their results where the user is, unless told otherwise.
+    // Transcripts put their results into the user's current folder, unless told otherwise.
     std::map<std::string, std::string> parameters = line.parameters;
     boost::system::error_code gone;
     parameters.emplace("out", boost::filesystem::current_path(gone).string());
@@ -181,7 +181,7 @@ int runWorkspace(const CommandLine& line)
     takeReferenceMode(line.references);
     Vu::tellCheckedValues(line.verbose);
     Vu::AutoSaving::begin();
-    // In a window nobody may wait for what is typed elsewhere, and the console reads its own lines.
+    // A window must not wait for input elsewhere, and the console reads its own lines.
     Vs::PythonManager::get()->readsInput(line.headless && !readsConsole(line));
     Vu::Workspace* workspace = Vu::WorkspaceMgr::get()->create();
     if (!line.headless) {
@@ -198,7 +198,7 @@ int runWorkspace(const CommandLine& line)
     for (const std::string& link : line.links)
         Vu::ProgramLink::follow(link);
     int code = kExitOk;
-    // Whoever hands files over must not wait for those that this start was given.
+    // Whoever hands files over must not wait for those given to this start.
     const bool stays = !line.headless && !line.exit && !application->exiting();
     if (stays)
         receiver = std::make_unique<HandOverReceiver>(HandOverReceiver::openInWindow);
@@ -210,8 +210,8 @@ int runWorkspace(const CommandLine& line)
     return runner.failed() || Vs::TranscriptMgr::get()->recordingLost() ? kExitLineFailed : code;
 }
 
-/// A driver that starts while the first file is still being read, where the lines ask for a picture of it:
-/// both take about as long.
+/// Starts a driver while the first file is still being read, if the lines ask for a picture of it: both take
+/// about as long.
 class ExpectedPicture
 {
 public:
@@ -269,18 +269,18 @@ int runProgram(CommandLine line, int& count, char** arguments)
         line.headless = true;
     }
     line.headless = line.headless || lists;
-    // Who watches the lines sees what came before the one that was the last ever.
+    // Someone following the lines sees what preceded the very last one.
     if (!lists)
         std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
     if (!lists && !Vs::PathInfo::hasHome())
         complain("there is no home folder (HOME is not set, and this user has none): what this run keeps "
                  "goes with it, "
                  "and no scripts of the user's run at its start.");
-    // A window with unsaved work must outlive the terminal that it was started from. Without one the run ends
-    // with whoever reads its answers, as programs in a pipe do.
+    // A window with unsaved work must outlive the terminal it was started from. Without a window the run ends
+    // with the reader of its answers, as programs in a pipe do.
     if (!line.headless)
         std::signal(SIGPIPE, SIG_IGN);
-    // A file that would grow beyond what the system allows can't be written, and no more.
+    // A file that would exceed the system's size limit can't be written, and that must not end the program.
     std::signal(SIGXFSZ, SIG_IGN);
     // Reading the first file takes longest, and needs nothing of what starts now.
     if (!lists && !line.files.empty())

@@ -35,7 +35,8 @@ bool takeProfile(const boost::filesystem::path& folder)
     const boost::filesystem::path absolute = Vs::PathInfo::absolute(folder);
     boost::system::error_code ignored;
     try {
-        // One that is there may be shared with others for other ends: only what lies in it is closed to them.
+        // An existing folder may be shared with others for other purposes: only what is inside is closed to
+        // them.
         if (!boost::filesystem::is_directory(absolute, ignored))
             Vs::OwnFiles::makeFolder(absolute);
     } catch (const Vs::Exception& error) {

@@ -4,9 +4,9 @@
 
 namespace Quillet {
 
-/// Writes a type stub `AREA.pyi` for each area of text commands into the folder, which is made if it isn't
-/// there: what editors and type checkers need to know the modules that scripts import. Throws Vs::Exception
-/// if one can't be written.
+/// Writes a type stub `AREA.pyi` for each area of text commands into the folder, which is created if missing:
+/// editors and type checkers need them for the modules that scripts import. Throws Vs::Exception if one can't
+/// be written.
 void writeStubs(const std::string& folder);
 
 } // namespace Quillet

@@ -52,7 +52,7 @@ private:
         }
         const std::string line = text;
         std::free(text);
-        // While the line runs, Ctrl-C is the program's own and not the editor's.
+        // While the line runs, Ctrl-C belongs to the program, not to the editor.
         rl_callback_handler_remove();
         const std::string kept = s_running->m_terminal.run(line);
         if (!kept.empty())
@@ -68,7 +68,7 @@ private:
             s_running->m_terminal.complete(std::string(rl_line_buffer, static_cast<size_t>(end)));
         if (candidates.empty())
             return nullptr;
-        // The editor wants the common beginning first, then all candidates, then null; it frees them.
+        // The editor expects the common prefix first, then all candidates, then null; it frees them.
         size_t common = candidates.front().size();
         for (const std::string& candidate : candidates)
             for (size_t i = 0; i < common; ++i)
@@ -80,7 +80,7 @@ private:
         for (size_t i = 0; i < listed; ++i)
             result[i + 1] = strdup(candidates[i].c_str());
         result[listed + 1] = nullptr;
-        // A name goes on behind the dot of its area.
+        // A name continues after the dot of its area.
         constexpr int kNone = 0, kBlank = ' ';
         rl_completion_append_character = candidates.front().ends_with('.') ? kNone : kBlank;
         return result;

@@ -16,8 +16,8 @@ using namespace Quillet;
 
 namespace {
 
-/// A run that was started with one of the standard streams closed would give its number to the next file that
-/// is opened, and write its messages into that.
+/// If the run was started with a standard stream closed, the next opened file would get its descriptor, and
+/// the stream's messages.
 void openStandardStreams()
 {
     for (int stream = 0; stream <= 2; ++stream)
@@ -65,7 +65,7 @@ int main(int count, char** arguments)
     } catch (const std::exception& fault) {
         std::fprintf(stderr, "quillet: %s\n", Vs::Strings::forTerminal(fault.what()).c_str());
     }
-    // Answers that nobody got, on a full disk say, are no success.
+    // Answers that couldn't be delivered, on a full disk for instance, are a failure.
     errno = 0;
     if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
         std::fprintf(stderr, "quillet: Answers could not be written to standard output%s%s.\n",

@@ -21,11 +21,11 @@
 namespace Vu::Design {
 namespace {
 
-/// Another version of the kernel, or a way through a file, may change the last digits.
+/// Another version of the kernel, or a round trip through a file, may change the last digits.
 constexpr double kTolerance = 1e-4;
-/// What measuring is sure of (MeasureMgr), of both values.
+/// The accuracy of measuring (MeasureMgr), for both values.
 constexpr double kExactTolerance = 2e-6;
-/// Boxes are those of meshes, whose facets lie off round surfaces by a little of the size.
+/// Boxes are those of meshes, whose facets deviate from round surfaces by a fraction of the size.
 constexpr double kBoundsTolerance = 1e-3;
 constexpr double kExactBoundsTolerance = 1e-6;
 

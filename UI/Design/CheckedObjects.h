@@ -17,7 +17,7 @@ class Status;
 
 namespace Vu::Design {
 
-/// What a check looks at: the components at and below one of a model, in the order of the tree.
+/// The subject of a check: a component of a model and everything below it, in tree order.
 class CheckedObjects
 {
 public:
@@ -29,16 +29,16 @@ public:
 
     struct Choice
     {
-        bool visibleOnly = false; ///< Without what is hidden, or stands below something hidden.
-        bool eachBody = false;    ///< Values for each body by itself, not for all together.
-        bool exact = false;       ///< The tolerance is what measuring itself is sure of.
+        bool visibleOnly = false; ///< Without anything hidden, or below something hidden.
+        bool eachBody = false;    ///< Values for each body separately, not for all together.
+        bool exact = false;       ///< The tolerance is the accuracy of measuring itself.
     };
 
-    /// Empty text for the whole model. The components must stay as they are while this lives. Throws
+    /// An empty text means the whole model. The components must not change while this lives. Throws
     /// Vs::Exception if there is no such component.
     CheckedObjects(Vs::Asset& asset, std::wstring_view path, const Choice& choice);
 
-    /// Each throws Vs::Exception, with the reason, where there is nothing to check.
+    /// Each throws Vs::Exception, with the reason, if there is nothing to check.
     std::vector<CheckedValue> volumes() const;
     std::vector<CheckedValue> areas() const;
     std::vector<CheckedValue> bounds() const;
@@ -47,10 +47,10 @@ public:
     std::vector<CheckedValue> centres() const;
     /// How many solids, faces and edges the bodies have.
     std::vector<CheckedValue> parts() const;
-    /// How many edges have one face alone, or more than two; and how many bodies enclose no space. Both are
-    /// 0 for what can be made.
+    /// How many edges have just one face, or more than two; and how many bodies aren't closed. Both are 0 for
+    /// a model that can be manufactured.
     std::vector<CheckedValue> freeEdges() const;
-    /// The colours that components have of their own, or their bodies have.
+    /// The colours set on components, or on their bodies.
     std::vector<CheckedValue> colours() const;
 
 private:
@@ -64,7 +64,7 @@ private:
     std::vector<Occurrence> m_bodies;     ///< Those of them that show one.
 };
 
-/// "#rrggbbaa" of the shares of light.
+/// "#rrggbbaa" of linear light.
 [[nodiscard]] std::wstring colourText(const Vs::Colour& colour);
 
 } // namespace Vu::Design

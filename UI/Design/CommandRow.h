@@ -5,7 +5,7 @@
 
 namespace Vu::Design {
 
-// The host's records and definitions from rows, with this add-in's texts.
+// Builds the host's records and definitions from rows, with this add-in's texts.
 
 [[nodiscard]] inline Info makeInfo(const CommandRow& row)
 {

@@ -26,7 +26,7 @@ class DesignAddIn : public Vs::IUIAddIn
 public:
     DesignAddIn() : Vs::IUIAddIn(L"Design") {}
 
-    // As with the commands' own toolbars: without them the commands work all the same.
+    // As with the commands' own toolbars: without them the commands still work.
     void load() override
     {
         Vs::Status status;
@@ -73,7 +73,7 @@ private:
 } // namespace
 } // namespace Vu::Design
 
-/// The library's one export.
+/// The library's only export.
 extern "C" Vs::IAddIn* GetIAddIn()
 {
     static Vu::Design::DesignAddIn addIn;

@@ -21,7 +21,7 @@ namespace {
 
 constexpr double kCubicMillimetresInCubicCentimetre = 1000;
 
-/// Occurrences of one part are numbered behind a colon.
+/// Occurrences of the same part are numbered after a colon.
 std::wstring withoutNumber(const std::wstring& name)
 {
     const size_t end = name.find_last_not_of(L"0123456789");
@@ -57,7 +57,8 @@ public:
     }
 
 private:
-    /// Returns what two components have in common if they show the same: names and bodies, all the way down.
+    /// Returns what two components have in common if they show the same thing: names and bodies, all the way
+    /// down.
     std::wstring collect(const Vs::Component& component, const GkMatrix3d& placement, bool visible,
                          DesignInfo::Node& node)
     {

@@ -13,10 +13,10 @@ class Asset;
 
 namespace Vu::Design {
 
-/// What a model holds, in numbers and as a tree, with lengths in mm.
+/// The contents of a model, in numbers and as a tree, with lengths in mm.
 struct DesignInfo
 {
-    /// A component, or several beside each other that are the same but for their places.
+    /// A component, or several siblings that differ only in their placement.
     struct Node
     {
         std::wstring name;
@@ -24,14 +24,14 @@ struct DesignInfo
         std::vector<Node> children;
     };
 
-    std::wstring name, file; ///< Of the document, and where it came from; no file for one that was made here.
+    std::wstring name, file; ///< Of the document, and where it came from; no file for one created here.
     Node structure;          ///< Of the model as a whole, which has no name of its own.
     size_t assemblies = 0, parts = 0, differentParts = 0, hidden = 0;
-    size_t triangles = 0; ///< Of the different parts together.
-    /// Of a box around it all along the axes; nothing where there are no triangles to see.
+    size_t triangles = 0; ///< Of the distinct parts together.
+    /// Of the axis-aligned box around everything; nothing if there are no visible triangles.
     std::optional<std::vector<double>> size;
-    std::optional<double> volume, area; ///< Nothing where a part has none, or can't be measured.
-    bool isExact = true;                ///< Else some of the numbers are those of triangles.
+    std::optional<double> volume, area; ///< Nothing if a part has none, or can't be measured.
+    bool isExact = true;                ///< Otherwise some of the numbers come from triangles.
     std::optional<double> density;      ///< In g/cm³.
 
     /// In grams.

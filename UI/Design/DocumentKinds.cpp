@@ -10,10 +10,11 @@ namespace {
 
 // clang-format off
 constexpr DocumentKindRow kDesign        = {"VeloraDocType", "Quillet Design", L".vlra", kDesignAssetType, "Design", &Resources::Design};
-// These bring nothing that a design lacks yet, so nobody is offered a new one; such files open, and lines make them.
+// These offer nothing that a design lacks yet, so the user isn't offered new ones; such files open, and lines
+// create them.
 constexpr DocumentKindRow kSimulation    = {"SimulationDocType", "Quillet Simulation", L".vlsim", "SimulationAssetType", "Simulation", &Resources::Simulation, {.hidden = true}};
 constexpr DocumentKindRow kDocumentation = {"DocumentationDocType", "Quillet Documentation", L".vldoc", "DocumentationAssetType", "Documentation", &Resources::Documentation, {.hidden = true}};
-// A document that other documents refer to: it comes with them, and nobody makes or opens one by itself.
+// A document that other documents refer to: it comes with them, and is never created or opened on its own.
 constexpr DocumentKindRow kTorvex        = {"TorvexDocumentType", "Quillet Torvex", L".vltx", "TorvexAssetType", "Torvex", nullptr, {.hidden = true}};
 // clang-format on
 

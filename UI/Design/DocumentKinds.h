@@ -8,8 +8,7 @@ namespace Vu::Design {
 /// The identifier of the asset type "Design".
 inline constexpr const char* kDesignAssetType = "VeloraAssetType";
 
-/// One row per kind of native document: its document type, and the asset type of the asset that a new
-/// document of it holds.
+/// One row per kind of native document: its document type, and the asset type of the asset in a new document.
 struct DocumentKindRow
 {
     const char* documentType; ///< Identifier, and key of the name.
@@ -21,7 +20,7 @@ struct DocumentKindRow
     Vs::AssetTypeTraits traits = {};
 };
 
-/// A kind of native document. Registered with the data model for as long as it lives.
+/// A kind of native document. Registered with the data model as long as it lives.
 class DocumentKind
 {
 public:
@@ -45,8 +44,8 @@ private:
     PicturedAssetType m_assetType;
 };
 
-/// All kinds that this add-in brings, in the order in which a user is offered them. Their models are alike: a
-/// tree of components with bodies.
+/// All kinds that this add-in provides, in the order in which they are offered to the user. Their models are
+/// alike: a tree of components with bodies.
 class DocumentKinds
 {
 public:

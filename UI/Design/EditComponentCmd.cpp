@@ -21,7 +21,7 @@
 namespace Vu::Design {
 namespace {
 
-/// Nothing where none, or several, are selected.
+/// Nothing if none, or several, are selected.
 std::optional<Vs::ObjectPath> selectedComponent(const AssetSession& session)
 {
     const auto& selections = session.selectionManager()->selectionSet().selections();
@@ -32,7 +32,7 @@ std::optional<Vs::ObjectPath> selectedComponent(const AssetSession& session)
                : std::nullopt;
 }
 
-/// Leaves what doesn't hold the component, and enters it unless it is entered already.
+/// Leaves the environments that don't contain the component, and enters it unless that has been done already.
 void enter(AssetSession& session, const std::string& component)
 {
     EnvironmentDefinition* const environment =
@@ -107,8 +107,8 @@ std::string componentUnder(const MouseEvent& event, const AssetSession& session)
     return {};
 }
 
-/// The outermost component around that one, and within what is edited, which isn't all that there is; empty
-/// if there is none.
+/// The outermost component around that one, within the component being edited, that isn't the entire model;
+/// empty if there is none.
 std::string meantBy(const std::string& under, const AssetSession& session)
 {
     std::string meant = session.editedComponent();

@@ -6,9 +6,9 @@
 namespace Vu::Design {
 
 /// "EditComponentCommand": enters the component that the text argument "Component" names by its path, or the
-/// one that is selected. What is made then goes into it; the rest is a ghost that can't be picked, until
-/// "ReturnToEnvironmentCommand" leaves it. One that lies in the component being edited is entered on top of
-/// that; for any other, those that don't hold it are left first. It changes nothing of the document.
+/// selected one. New parts then go into it; the rest is a ghost that can't be picked, until
+/// "ReturnToEnvironmentCommand" leaves it. A component inside the one being edited is entered on top of that;
+/// for any other, those that don't contain it are left first. The document doesn't change.
 class EditComponentCmdDef : public RowDefinition<EditComponentCmdDef>
 {
 public:
@@ -21,8 +21,8 @@ protected:
     bool onAddToContextMenu() override;
 };
 
-/// Runs the command for what is clicked twice in a view while the user has no tool. Of components in each
-/// other, the outermost one that isn't entered yet is meant, unless it is all that there is.
+/// Runs the command for what is double-clicked in a view while the user has no tool active. Of nested
+/// components, the outermost one that isn't entered yet is meant, unless it is the entire model.
 class EditByDoubleClick : private MouseEventSite
 {
 public:

@@ -5,7 +5,7 @@
 
 namespace Vu::Design {
 
-/// Building: the commands that make and change solids. Where every session starts.
+/// Building: the commands that create and change solids. Every session starts here.
 class ModellingEnvironment : public Vs::Implements<ModellingEnvironment, EnvironmentDefinition>
 {
 public:
@@ -16,7 +16,7 @@ protected:
     bool onIsApplicable(const AssetSession*) const override { return true; }
 };
 
-/// Looking at, measuring and passing on what others have built.
+/// Viewing, measuring and sharing what others have built.
 class ReviewEnvironment : public Vs::Implements<ReviewEnvironment, EnvironmentDefinition>
 {
 public:
@@ -27,8 +27,8 @@ protected:
     bool onIsApplicable(const AssetSession*) const override { return true; }
 };
 
-/// Building within one component, on top of the environment that it was entered from: what is made goes into
-/// it, and the rest of the model is a ghost.
+/// Building within one component, on top of the environment that it was entered from: new parts go into it,
+/// and the rest of the model is a ghost.
 class ComponentEnvironment : public Vs::Implements<ComponentEnvironment, EnvironmentDefinition>
 {
 public:
@@ -36,7 +36,7 @@ public:
     ComponentEnvironment();
 
 protected:
-    /// Only where the session is in one already: entering needs a component.
+    /// Only if the session is in one already: entering needs a component.
     bool onIsApplicable(const AssetSession* session) const override;
     bool onOffers(const std::wstring& id) const override { return id == ModellingEnvironment::kId; }
 };

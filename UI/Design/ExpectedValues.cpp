@@ -33,7 +33,7 @@ double numberOf(const std::wstring& text, const CheckedValue& value)
     return *number;
 }
 
-/// What stands behind "+-".
+/// What follows "+-".
 void setTolerance(std::wstring text, CheckedValue& value)
 {
     if (!text.ends_with(L'%')) {

@@ -26,17 +26,17 @@ namespace {
 std::wstring proposedName(const Vs::Document& document)
 {
     std::wstring name = document.displayName();
-    // What a document is called may be anything; a file's name is no path.
+    // A document's name may be anything; a file name isn't a path.
     std::replace(name.begin(), name.end(), L'/', L'_');
     constexpr const wchar_t* kSuffix = L".stp";
-    // Enter must not write over the file that it was made of.
+    // Enter must not overwrite the file that it was made from.
     const boost::filesystem::path source(document.importedFrom());
     if (source.filename() == name + kSuffix)
         name += localized("ExportProposed", " exported");
     return name + kSuffix;
 }
 
-/// Where a window shows it; a line answers for itself.
+/// If a window shows it; a line answers for itself.
 void tellExported(const std::wstring& path, size_t files)
 {
     if (!Application::get()->mainWidget())
@@ -195,7 +195,7 @@ bool VeloraExportCmd::ask(Vs::Asset& asset, const Vs::TranslatorFileRecognizer& 
     return true;
 }
 
-// The file dialog has asked about the one name that it knows.
+// The file dialog has only asked about the one name that it knows.
 bool VeloraExportCmd::mayReplace(const std::vector<std::wstring>& files) const
 {
     const auto there = std::ranges::count_if(files, [](const std::wstring& file) {

@@ -10,7 +10,7 @@ class TranslatorFileRecognizer;
 
 namespace Vu::Design {
 
-/// Writes the active design as a file of any format that a translator writes; the name's suffix chooses.
+/// Writes the active design as a file in any format that a translator can write, chosen by the name's suffix.
 class VeloraExportCmdDef : public RowDefinition<VeloraExportCmdDef>
 {
 public:
@@ -20,22 +20,22 @@ public:
 
     /// Integers, all optional. Non-zero: all parts are written as one.
     static const Vs::UniqueString* combineArgumentName();
-    /// Non-zero: lengths are written in the unit in which they are shown, where the format has any choice.
+    /// Non-zero: lengths are written in the displayed unit, if the format supports a choice.
     static const Vs::UniqueString* displayUnitArgumentName();
-    /// Non-zero: what is hidden is written as well.
+    /// Non-zero: hidden parts are written as well.
     static const Vs::UniqueString* hiddenTooArgumentName();
-    /// Non-zero: only what is selected is written.
+    /// Non-zero: only the selection is written.
     static const Vs::UniqueString* selectedOnlyArgumentName();
-    /// Non-zero: each part becomes a file of its own, with its name behind that of the path.
+    /// Non-zero: each part becomes a separate file, with its name appended to that of the path.
     static const Vs::UniqueString* separateArgumentName();
-    /// Non-zero: as text, where the format has a binary form as well.
+    /// Non-zero: as text, if the format also has a binary form.
     static const Vs::UniqueString* asTextArgumentName();
-    /// A text: the key of a unit of length, "mm" for one.
+    /// A text: the key of a unit of length, such as "mm".
     static const Vs::UniqueString* unitArgumentName();
     /// A text: "y" or "z", the axis that points upwards in the file.
     static const Vs::UniqueString* upAxisArgumentName();
-    /// A text: "coarse", "fine", or the four numbers of Vs::TranslatorRefinement, separated by commas; what
-    /// is left out at the end stays as usual.
+    /// A text: "coarse", "fine", or the four numbers of Vs::TranslatorRefinement, separated by commas;
+    /// numbers left out at the end keep their defaults.
     static const Vs::UniqueString* refinementArgumentName();
 
 protected:
@@ -52,11 +52,11 @@ protected:
     void onExecute(Vs::Status& status) override;
 
 private:
-    /// Asks for what the arguments don't say; false if there is nothing to be done.
+    /// Asks for what the arguments don't say; false if there is nothing to do.
     bool ask(Vs::Asset& asset, const Vs::TranslatorFileRecognizer& recognizer, Vs::Status& status);
     bool mayReplace(const std::vector<std::wstring>& files) const;
     void writeParts(Vs::Asset& asset, Vs::Status& status);
-    /// Of the components with these ids, or of all that are asked for.
+    /// For the components with these ids, or all requested ones.
     bool write(Vs::Asset& asset, const std::wstring& path, const std::vector<std::string>& components,
                Vs::Status& status);
 

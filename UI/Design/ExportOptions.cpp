@@ -35,7 +35,7 @@ constexpr Vs::TranslatorRefinement kFine = {8.0f, 0.0002f};
 
 ExportOptionsAsker installedAsker = nullptr;
 
-/// The arguments that are whole numbers, zero or not.
+/// The arguments that are whole numbers, used as zero or non-zero.
 struct FlagRow
 {
     bool ExportOptions::*flag;
@@ -222,7 +222,7 @@ std::vector<std::wstring> filesOfParts(const std::wstring& path, const std::vect
     for (const ExportedPart& part : parts) {
         const std::wstring name = stem + L'-' + asFileName(part.name);
         std::wstring file = name + whole.extension().wstring();
-        // A part may be called as the second of another name would be.
+        // A part's name may equal the numbered form of another name.
         for (int number = 2; !taken.insert(file).second; ++number)
             file = name + L'-' + std::to_wstring(number) + whole.extension().wstring();
         files.push_back(file);
@@ -233,7 +233,7 @@ std::vector<std::wstring> filesOfParts(const std::wstring& path, const std::vect
 bool askExportOptions(Vs::Asset& asset, const Vs::Translator& translator, const std::wstring& path,
                       ExportOptions& options)
 {
-    // Opened for the first export by hand, not with the window.
+    // Loaded for the first export by hand, not with the window.
     if (Application::get()->mainWidget() && FileDialog::canAsk())
         static const Vs::SiblingLibrary widgets("libVuDesignQT10.so");
     return !installedAsker || installedAsker(asset, translator, path, options);

@@ -16,11 +16,11 @@ class CommandContext;
 
 namespace Vu::Design {
 
-/// What an export is asked for, as the arguments of its command and as the dialog have it.
+/// The options of an export, as the arguments of its command and in the dialog.
 struct ExportOptions
 {
-    /// "coarse", "fine", or four numbers separated by commas (VeloraExportCmdDef); empty for the triangles
-    /// that are shown.
+    /// "coarse", "fine", or four numbers separated by commas (VeloraExportCmdDef); empty for the displayed
+    /// triangles.
     std::wstring refinement;
     std::string unit; ///< LengthUnit::key; empty for millimetres.
     Vs::UpAxis upAxis = Vs::UpAxis::Usual;
@@ -31,21 +31,22 @@ struct ExportOptions
     bool displayUnit = false;
     bool asText = false;
 
-    /// Adds an error for each argument that can't be meant.
+    /// Adds an error for each invalid argument.
     static ExportOptions read(CommandContext& context, Vs::Status& status);
-    /// The same as arguments, for whoever runs the command again.
+    /// The same as arguments, for running the command again.
     void write(CommandContext& context) const;
 
-    /// Why a format can't be written so; empty if it can.
+    /// Why a format can't be written like this; empty if it can.
     [[nodiscard]] std::wstring refusal(const Vs::Translator& translator) const;
-    /// For all that is asked for: `TranslatorSaveOptions::components` are what is selected, if only that is.
+    /// For everything requested: `TranslatorSaveOptions::components` is the selection, if only that is
+    /// exported.
     void apply(Vs::TranslatorSaveOptions& options) const;
 };
 
-/// The numbers behind a refinement's text; false, with an error, if it is none.
+/// The numbers of a refinement's text; false, with an error, if it is invalid.
 bool readRefinement(const std::wstring& text, Vs::TranslatorRefinement& refinement, Vs::Status& status);
 
-/// What is selected, as ids of components; of a face or an edge, the component that has it.
+/// The selection as ids of components; for a face or an edge, the component that has it.
 [[nodiscard]] std::vector<std::string> selectedComponents();
 
 /// A part that gets a file of its own.
@@ -54,19 +55,18 @@ struct ExportedPart
     std::string id;
     std::wstring name;
 };
-/// All that show a body and are wanted, in the order of the tree.
+/// All requested components that show a body, in tree order.
 [[nodiscard]] std::vector<ExportedPart> partsToExport(const Vs::Asset& asset, const ExportOptions& options);
 
-/// The files of those parts: the name of each, as a file can have it, behind that of the whole, and no name
-/// twice.
+/// The files of those parts: the name of each, made valid for a file, appended to that of the whole, without
+/// duplicates.
 [[nodiscard]] std::vector<std::wstring> filesOfParts(const std::wstring& path,
                                                      const std::vector<ExportedPart>& parts);
 
-/// Asks a person for the options of a file; false to cancel. Keeps them as they are where nobody can be
-/// asked.
+/// Asks the user for the options of a file; false to cancel. Leaves them unchanged if nobody can be asked.
 bool askExportOptions(Vs::Asset& asset, const Vs::Translator& translator, const std::wstring& path,
                       ExportOptions& options);
-/// Who asks: the add-in's widgets set it when their library is opened.
+/// The function that asks: set by the add-in's widgets when their library is loaded.
 using ExportOptionsAsker = bool (*)(Vs::Asset&, const Vs::Translator&, const std::wstring& path,
                                     ExportOptions&);
 void exportOptionsAsker(ExportOptionsAsker asker);

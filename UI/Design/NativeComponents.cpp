@@ -28,7 +28,7 @@ struct Close
     void operator()(Vs::Document* document) const { Vs::DocumentMgr::get()->close(document); }
 };
 
-/// One request pastes all of them: they stand beside each other.
+/// One request pastes all of them: they are siblings.
 std::unique_ptr<Vs::PasteRequest, Destroy> pasteOf(Vs::Asset& asset)
 {
     std::vector<Vs::ObjectPath> paths, handled;

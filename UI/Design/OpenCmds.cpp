@@ -40,7 +40,7 @@ bool askForFile(const Vs::TranslatorFileRecognizer& recognizer, CommandContext* 
     return false;
 }
 
-/// Puts what `work` adds at the top of the model into a component; one step.
+/// Moves what `work` adds at the top of the model into a component; one step.
 template <class Work>
 void addInto(Vs::Asset& asset, const std::string& parent, const std::wstring& name, Work&& work,
              Vs::Status& status)
@@ -63,8 +63,8 @@ void addInto(Vs::Asset& asset, const std::string& parent, const std::wstring& na
         transaction.commit();
 }
 
-/// Reads the file into a document of its own, or into the context's asset. A translator that was cancelled
-/// says nothing of it, but whoever asked for the file must not take it for opened.
+/// Reads the file into a new document, or into the context's asset. A cancelled translator adds no error, but
+/// the caller must not take the file for opened.
 void translate(Vs::Translator* translator, const std::wstring& path, bool isStrict,
                Vs::TranslatorContext& context, Vs::Status& status)
 {

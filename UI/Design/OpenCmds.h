@@ -5,12 +5,12 @@
 
 namespace Vu::Design {
 
-/// Opens a native or foreign file as a document and shows it. The documents that are open stay open.
+/// Opens a native or foreign file as a document and shows it. Open documents stay open.
 class VeloraOpenDocumentCmdDef : public RowDefinition<VeloraOpenDocumentCmdDef>
 {
 public:
     static const CommandRow kRow;
-    /// Whether a damaged file is refused, rather than read as far as it is sound.
+    /// Whether a damaged file is refused, rather than read as far as it is intact.
     static const Vs::UniqueString* strictArgumentName();
 
 protected:

@@ -6,7 +6,7 @@
 
 namespace Vu::Design {
 
-/// All parameters of a line as one argument of a command that takes a list: a line each; empty if there is
+/// All parameters of a line as one argument of a command that takes a list: one per line; empty if there are
 /// none.
 [[nodiscard]] inline std::wstring parametersAsList(const Vs::TextCommandParameters& parameters)
 {

@@ -31,7 +31,7 @@ public:
     static Vs::ImageSetResource* LinearPattern();
     static Vs::ImageSetResource* CircularPattern();
     static Vs::ImageSetResource* Colour();
-    /// `file` is one of the folder Samples: L"Samples/Flange.png".
+    /// `file` is in the folder Samples: L"Samples/Flange.png".
     static Vs::Resource* SamplePicture(const std::wstring& file);
     static Vs::Resource* MenusXml();
     static Vs::Resource* ToolbarXml();

@@ -40,7 +40,7 @@ Look alongY(double x, double y, double z, const wchar_t* name, const Vs::Colour&
     return {GkMatrix3d::translation({x, y, z}) * GkMatrix3d::rotation(-kTurn / 4, {1, 0, 0}), name, colour};
 }
 
-/// Makes a sample's parts; all sizes are in mm. After an error nothing more is made.
+/// Builds a sample's parts; all sizes are in mm. After an error nothing more is created.
 class Maker
 {
 public:
@@ -111,7 +111,7 @@ void makeFlange(Maker& maker)
     maker.combine(Combine::Subtract, disc, drills);
 }
 
-/// A block with a bushing, through which a shaft goes.
+/// A block with a bushing and a shaft through it.
 void makeBearing(Maker& maker)
 {
     const auto block = maker.box(150, 60, 14, look(-75, -30, 0, L"Block", kSlate));
@@ -180,7 +180,7 @@ void open(const SampleRow& row, const std::wstring& title, Vs::Status& status)
     showDesign(document, status);
 }
 
-/// What the home screen shows.
+/// The samples as the home screen shows them.
 class Shown
 {
 public:

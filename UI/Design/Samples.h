@@ -7,14 +7,14 @@
 
 namespace Vu::Design {
 
-/// A new document with a small coloured assembly of primitives, shown; in a design that the tests use, its
-/// parts. It counts as unchanged: it can be made again at any time, so that nobody need be asked when it
-/// closes.
+/// A new document with a small coloured assembly of primitives, shown; if tests have set a design of
+/// their own (Vs::SegmentFinder::existingAsset), its parts go into that. It counts as unchanged: it can
+/// be recreated at any time, so closing it needs no question.
 void makeSample(Vs::Status& status);
 
-/// The names of the samples, by which `openSample` knows them: L"Flange".
+/// The names of the samples, as `openSample` takes them: L"Flange".
 [[nodiscard]] std::vector<std::wstring> sampleNames();
-/// A new document with that sample, shown and unchanged; an error if there is none of the name.
+/// A new document with that sample, shown and unchanged; an error if there is none with that name.
 void openSample(const std::wstring& name, Vs::Status& status);
 
 } // namespace Vu::Design

@@ -4,8 +4,8 @@
 
 namespace Vu::Design {
 
-/// "SeparateCommand": takes the patterns apart to which the components belong that the text argument
-/// "Objects" names, one path a line, or that are selected. One step of undo.
+/// "SeparateCommand": dissolves the patterns that contain the components named by the text argument
+/// "Objects", one path per line, or the selected ones. One step of undo.
 class SeparateCmdDef : public RowDefinition<SeparateCmdDef>
 {
 public:

@@ -17,7 +17,7 @@
 namespace Vu::Design {
 namespace {
 
-// Belongs to another add-in, which this one knows by identifiers alone.
+// Belongs to another add-in, which this one knows only by identifiers.
 constexpr const wchar_t* kAssetShellCommand = L"AssetShellCommand";
 
 void run(const wchar_t* id, CommandContext context, Vs::Status& status)
@@ -48,7 +48,7 @@ void showDesign(Vs::Document* document, Vs::Status& status)
     CommandContext context = CommandContext::activeContext();
     context.addArgument(Vs::UniqueString::find("AssetSession", true), session);
     run(kAssetShellCommand, context, status);
-    // The view frames what arrives later by itself, unless the camera is moved before.
+    // The view itself frames what arrives later, unless the camera is moved first.
     const Vs::Component* parts = document->activeAsset()->components();
     GraphicsView* view = session->viewManager()->graphicsView();
     if (view && parts && !parts->children.empty())

@@ -11,7 +11,7 @@ namespace Vu::Design {
 /// A new document with one empty design, not shown yet. Null with the reason.
 Vs::Document* createDesign(Vs::Status& status);
 
-/// Brings the document's active asset up in the asset shell and frames it. Other documents stay open.
+/// Shows the document's active asset in the asset shell and frames it. Other documents stay open.
 void showDesign(Vs::Document* document, Vs::Status& status);
 
 } // namespace Vu::Design

@@ -1,4 +1,4 @@
-// The checks of a transcript: lines that compare the active model with what it was when the transcript was
+// The checks of a transcript: lines that compare the active model with its state when the transcript was
 // made.
 
 #include "Server/Base/Exception.h"
@@ -66,7 +66,7 @@ std::wstring selectionText(const Vs::Asset& asset)
     for (const auto& selection : session->selectionManager()->selectionSet().selections())
         if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
             paths.push_back(Vs::pathText(logical->path(), asset));
-    // The order is that of the clicks, which doesn't count.
+    // The order is that of the clicks, which doesn't matter.
     std::sort(paths.begin(), paths.end());
     return boost::algorithm::join(paths, L" ");
 }
@@ -81,14 +81,14 @@ std::wstring cameraText(const GraphicsView* view)
     const GkPoint3d& position = camera.position();
     const GkPoint3d& target = camera.target();
     const GkVector3d up = camera.screenUp();
-    // As many digits as a camera that came another way to the same place agrees in.
+    // The number of digits to which cameras agree that came to the same place by different ways.
     for (const double number : {position.x, position.y, position.z, target.x, target.y, target.z, up.x, up.y,
                                 up.z, camera.extentsWidth(), camera.extentsHeight()})
         text += (boost::wformat(L" %.5g") % (std::abs(number) < 1e-6 ? 0.0 : number)).str();
     return text;
 }
 
-/// "camera" for the one that is shown; of several beside each other the second is "camera of view 2".
+/// "camera" for the shown one; of several split views the second is "camera of view 2".
 std::vector<std::pair<std::wstring, const GraphicsView*>> views()
 {
     std::vector<GraphicsCanvas*> canvases;
@@ -112,7 +112,7 @@ std::wstring numbers(std::initializer_list<double> all)
     return text;
 }
 
-/// Each component by itself, so that a digest that is another one can be explained.
+/// Each component separately, so that a differing digest can be explained.
 class Reasons
 {
 public:
@@ -125,7 +125,7 @@ public:
     const Values& values() const { return m_values; }
 
 private:
-    /// More would make references that nobody can look through.
+    /// More would make references too long to review.
     static constexpr size_t kMost = 500;
 
     void add(const Vs::Component& component, const std::wstring& path)
@@ -224,7 +224,8 @@ std::vector<std::wstring> optionsOf(const CheckRow& row)
     return options;
 }
 
-/// The name of the reference: all of the line that decides what is found, whatever the order of its options.
+/// The name of the reference: everything in the line that affects the result, regardless of the order of its
+/// options.
 std::wstring referenceName(const CheckRow& row, const TextCommandParameters& parameters)
 {
     std::wstring name = row.area + std::wstring(L".") + row.name;
@@ -236,7 +237,7 @@ std::wstring referenceName(const CheckRow& row, const TextCommandParameters& par
     return name;
 }
 
-/// Which parameter is the "=" with what is expected behind it. The first is the description.
+/// The index of the parameter "=", which the expected values follow. The first parameter is the description.
 std::optional<unsigned> equalsSign(const TextCommandParameters& parameters)
 {
     for (unsigned i = 1; i < parameters.parameters(); ++i)

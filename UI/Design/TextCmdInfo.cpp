@@ -1,5 +1,5 @@
-// The lines of the area "Design" that tell what a model is to those who don't look at it: in words, and as a
-// small picture.
+// The lines of the area "Design" that describe a model to someone who can't see it in a window: in words, and
+// as a small picture.
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"

@@ -68,7 +68,7 @@ bool isShown(const Vs::Asset& asset, const Vs::ObjectPath& path)
     return component && component->visible;
 }
 
-/// Whether anything would become another than it is.
+/// Whether the visibility of anything would change.
 bool hasWork(Kind kind, const Vs::Asset& asset, const Paths& paths)
 {
     const auto shown = [&](const Vs::ObjectPath& path) { return isShown(asset, path); };
@@ -118,7 +118,7 @@ protected:
     }
 
 private:
-    /// Who hides one bolt of an assembly that occurs several times wonders where the others are.
+    /// A user who hides one bolt of an assembly that occurs several times will wonder where the others went.
     static void tellOfOthers(size_t hidden, size_t wanted)
     {
         if (hidden > wanted)

@@ -4,8 +4,8 @@
 
 namespace Vu::Design {
 
-/// What the commands share that show and hide components: they take what the text argument "Objects" names,
-/// one path a line, or without it what is selected. Each makes one step of undo.
+/// Base of the commands that show and hide components: they act on what the text argument "Objects" names,
+/// one path per line, or without it on the selection. Each is one step of undo.
 class VisibilityCmdDef : public Vs::Implements<VisibilityCmdDef, CommandDefinition>
 {
 public:
@@ -39,7 +39,7 @@ public:
     static Info* info();
 };
 
-/// "ShowAllCommand": whatever is hidden in the model.
+/// "ShowAllCommand": shows whatever is hidden in the model.
 class ShowAllCmdDef : public Vs::Implements<ShowAllCmdDef, VisibilityCmdDef>
 {
 public:
@@ -47,7 +47,7 @@ public:
     static Info* info();
 };
 
-/// "ToggleVisibilityCommand": hides, or if all of it is hidden shows.
+/// "ToggleVisibilityCommand": hides it, or shows it if all of it is hidden.
 class ToggleVisibilityCmdDef : public Vs::Implements<ToggleVisibilityCmdDef, VisibilityCmdDef>
 {
 public:

@@ -1,4 +1,4 @@
-// The module _quillet for a Python that isn't the program's own: importing it starts the application without
+// The module _quillet for a Python other than the program's own: importing it starts the application without
 // a window, in that Python's process.
 
 #include "Server/Base/SoftwareVersion.h"
@@ -26,8 +26,8 @@ namespace {
 
 using namespace Quillet;
 
-/// The script that the process is: what it does is done to its end line by line, and what it leaves open is
-/// told.
+/// The process is the script: its lines' effects are completed one by one, and what it leaves open is
+/// reported.
 std::unique_ptr<Vs::TranscriptMgr::Run>& script()
 {
     static std::unique_ptr<Vs::TranscriptMgr::Run> run;

@@ -29,7 +29,7 @@ std::string demangled(const std::string& name)
     return status == 0 ? text.get() : name;
 }
 
-/// What the program prints; nothing if it can't be run.
+/// The program's output; nothing if it can't be run.
 std::string outputOf(const std::string& program, std::vector<std::string> arguments)
 {
     int ends[2];
@@ -60,7 +60,7 @@ void findNames(std::vector<Call>& calls)
         std::vector<std::string> arguments = {"-Cfe", library};
         for (const Call* call : those)
             arguments.push_back(call->offset);
-        // Two lines for each: the function, and where it is written.
+        // Two lines for each: the function and its source location.
         std::istringstream lines(outputOf("addr2line", std::move(arguments)));
         std::string name, place;
         for (Call* call : those)

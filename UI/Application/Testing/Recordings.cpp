@@ -29,7 +29,7 @@ struct Line
     Words words;
 };
 
-/// The words of a line, its flags last and in order; none where it means nothing.
+/// The words of a line, its flags last and sorted; none if the line means nothing.
 Words wordsOf(const std::wstring& line)
 {
     using Separator = boost::escaped_list_separator<wchar_t>;
@@ -41,7 +41,7 @@ Words wordsOf(const std::wstring& line)
             if (!word.empty() && word != L"\t")
                 words.push_back(word);
     } catch (const boost::escaped_list_error&) {
-        words = {line}; // A line that is no line of text is as it stands.
+        words = {line}; // A line that isn't a text line is kept as it is.
     }
     if (words.empty() || words.front().starts_with(L"#") || words.front() == L"Transcripting.Document")
         return {};
@@ -61,7 +61,7 @@ std::vector<Line> linesOf(const std::string& path)
     return lines;
 }
 
-/// A number, or several with commas between.
+/// A number, or several separated by commas.
 std::optional<std::vector<double>> numbersOf(const std::wstring& word)
 {
     Words parts;
@@ -111,7 +111,7 @@ int compareRecordings(const std::string& one, const std::string& other)
         std::fprintf(stderr, "quillet: %s\n", Vs::Strings::forTerminal(error.what()).c_str());
         return kExitUsage;
     }
-    // How long the longest common part of what follows is, from the end to the beginning.
+    // The length of the longest common subsequence of the remainders, from the end to the beginning.
     const size_t columns = b.size() + 1;
     std::vector<uint32_t> common((a.size() + 1) * columns);
     for (size_t i = a.size(); i-- > 0;)

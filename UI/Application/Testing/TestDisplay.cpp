@@ -28,7 +28,7 @@ TestDisplay::TestDisplay()
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
         throw std::runtime_error("A pipe cannot be made.");
-    // It takes a free number, and tells it once it serves.
+    // It picks a free number, and reports it once it is ready.
     const int error = m_server.start(
         {.program = "Xvfb",
          .arguments = {"-displayfd", "3", "-noreset", "-nolisten", "tcp", "-screen", "0", kScreen},

@@ -4,7 +4,7 @@
 
 namespace Quillet {
 
-/// Where a test run shows its windows: the desktop that it was started in, or else a virtual one of its own
+/// The display for a test run's windows: the desktop it was started on, or else a virtual one of its own
 /// (Xvfb), which ends with this object.
 class TestDisplay
 {

@@ -10,18 +10,18 @@ namespace Quillet {
 
 struct TestCase;
 
-/// How transcripts ended when they were run last, in a JSON file that a run reads at its start and brings up
-/// to date at its end. Transcripts that weren't run keep what the file says of them.
+/// The results of each transcript's last run, in a JSON file that is read at the start of a run and updated
+/// at its end. Transcripts that weren't run keep their entries.
 class TestHistory
 {
 public:
-    /// Empty if there is no such file, or for an empty name. Throws Vs::Exception that names a file which
+    /// Empty if there is no such file, or for an empty name. Throws Vs::Exception, naming the file, if it
     /// can't be used.
     explicit TestHistory(const boost::filesystem::path& file);
 
     /// By the name of the transcript.
     [[nodiscard]] bool failed(const std::string& name) const;
-    /// What it took; for one that isn't known the middle of all that are, or 1.
+    /// Its duration; for an unknown one the median of the known ones, or 1.
     [[nodiscard]] double seconds(const std::string& name) const;
     [[nodiscard]] bool hasTimes() const { return !m_entries.empty(); }
 

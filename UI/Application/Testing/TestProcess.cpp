@@ -17,7 +17,7 @@
 namespace Quillet {
 namespace {
 
-/// A transcript that prints without end must not take all memory.
+/// A transcript that prints endlessly must not use up all memory.
 constexpr size_t kLongestText = 1 << 18;
 /// From the polite request to the kill.
 constexpr double kSecondsToStop = 5;
@@ -35,7 +35,7 @@ std::string signalName(int signal)
                            : "signal " + std::to_string(signal);
 }
 
-/// The first line that begins with `beginning`, or else the last one that isn't empty.
+/// The first line that begins with `beginning`, or else the last non-empty one.
 std::string tellingLine(const std::string& text, const std::string& beginning)
 {
     std::istringstream lines(text);
@@ -49,7 +49,7 @@ std::string tellingLine(const std::string& text, const std::string& beginning)
     return last;
 }
 
-/// The last line that was echoed, which is the one that ran at the end.
+/// The last echoed line, which is the one that was running at the end.
 std::string lastEcho(const std::string& output)
 {
     const size_t found = output.rfind("\n> ");
@@ -118,7 +118,7 @@ void TestProcess::start(std::vector<std::string> words)
     close(errors);
     if (error != 0)
         fail(error, "The process cannot be started");
-    // Debian's header of its wrapper cannot be used from C++.
+    // Debian's header of its wrapper can't be used from C++.
     m_descriptor = static_cast<int>(syscall(SYS_pidfd_open, m_process.id(), 0));
 }
 
@@ -142,7 +142,7 @@ bool TestProcess::proceed()
     m_errors.read();
     if (ended) {
         m_seconds = seconds();
-        // What it has left behind goes with it.
+        // Processes that it left behind are killed with it.
         m_process.kill();
         m_state = m_process.collect().value_or(0);
     }
@@ -175,7 +175,7 @@ TestResult TestProcess::result() const
 {
     TestResult result{TestResult::Kind::Passed, {}, m_seconds, {}, m_output.text(), m_errors.text()};
     const std::string at = lastEcho(m_output.text());
-    // Of a script there is one line, which says no more than its name.
+    // A script has a single line, which says no more than its name.
     const std::string during = at.empty() || at == m_transcript.string() ? "." : ", in the line: " + at;
     if (m_stopAsked > 0) {
         std::ostringstream limit;
@@ -188,7 +188,7 @@ TestResult TestProcess::result() const
             m_transcript.string() + ": The program was ended by " + signalName(WTERMSIG(m_state)) + during;
         result.stack = readableStack(m_errors.text());
     } else if (WEXITSTATUS(m_state) != 0) {
-        // A script may end with any number, and says so.
+        // A script may end with any number, and reports it.
         const bool said = m_errors.text().find(m_transcript.string() + ':') != std::string::npos;
         result.kind =
             WEXITSTATUS(m_state) == 1 || said ? TestResult::Kind::Failed : TestResult::Kind::Crashed;

@@ -12,24 +12,23 @@ struct pollfd;
 
 namespace Quillet {
 
-/// How a transcript ended.
+/// The result of a transcript.
 struct TestResult
 {
     enum class Kind {
         Passed,
         Failed,  ///< A line failed.
-        Crashed, ///< A signal ended the process, or it could not start.
+        Crashed, ///< A signal ended the process, or it couldn't start.
         TimedOut,
     };
     Kind kind = Kind::Passed;
-    std::string message; ///< One line; empty if all is well.
+    std::string message; ///< One line; empty on success.
     double seconds = 0;
-    std::string stack;          ///< Of a crash, the calls that led to it, one a line.
-    std::string output, errors; ///< The ends of what the process wrote.
+    std::string stack;          ///< Of a crash, the call stack, one call per line.
+    std::string output, errors; ///< The last part of what the process wrote.
 };
 
-/// Runs one transcript in a process of its own, which leads a process group, and is killed with it by the
-/// destructor.
+/// Runs one transcript in a process of its own, which leads a process group; the destructor kills both.
 class TestProcess
 {
 public:
@@ -41,13 +40,13 @@ public:
     TestProcess(const TestProcess&) = delete;
     TestProcess& operator=(const TestProcess&) = delete;
 
-    /// Adds what is to be waited for.
+    /// Adds the descriptors to wait for.
     void addDescriptors(std::vector<pollfd>& waiting) const;
-    /// Takes in what the process has written. Returns whether it has ended.
+    /// Reads what the process has written. Returns whether it has ended.
     bool proceed();
     /// Seconds since the start.
     double seconds() const;
-    /// Asks it to stop, as Ctrl-C does, at the first call, and kills its group when that hasn't helped.
+    /// Asks it to stop, as Ctrl-C does, at the first call, and kills its group if that hasn't helped.
     void stop(double secondsLimit);
 
     /// Once it has ended.
@@ -58,7 +57,7 @@ private:
     {
     public:
         ~Stream();
-        /// Opens a pipe; returns its writing end.
+        /// Opens a pipe; returns its write end.
         int open();
         void read();
         int descriptor() const { return m_descriptor; }
@@ -76,7 +75,7 @@ private:
     Stream m_output, m_errors;
     Vs::ChildProcess m_process;
     int m_descriptor = -1; ///< Readable when the process has ended.
-    int m_state = 0;       ///< As waitpid gives it.
+    int m_state = 0;       ///< As from waitpid.
     double m_stopAsked = 0;
     double m_secondsLimit = 0;
     double m_seconds = 0;

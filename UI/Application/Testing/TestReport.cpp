@@ -14,7 +14,7 @@
 namespace Quillet {
 namespace {
 
-/// XML has no way to write most control characters.
+/// XML has no way to represent most control characters.
 QString xmlText(const std::string& text)
 {
     QString result = QString::fromStdString(text);
@@ -29,7 +29,7 @@ QString secondsText(double seconds)
     return QString::number(seconds, 'f', 3);
 }
 
-/// The folders as what JUnit calls a class, `a.b` for `a/b/c.txt`.
+/// The folders as JUnit's class name, `a.b` for `a/b/c.txt`.
 QString className(const QString& suite, const QString& name)
 {
     QString folders = name.section(u'/', 0, -2);

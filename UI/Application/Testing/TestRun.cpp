@@ -29,7 +29,7 @@ namespace {
 
 namespace fs = boost::filesystem;
 
-/// The time limits are looked at this often, in milliseconds.
+/// How often the time limits are checked, in milliseconds.
 constexpr int kInterval = 200;
 /// In the folder of each transcript.
 constexpr const char* kCoverage = "coverage.jsonl";
@@ -52,7 +52,7 @@ public:
     ScratchFolder(const ScratchFolder&) = delete;
     ScratchFolder& operator=(const ScratchFolder&) = delete;
 
-    /// Makes a folder in it.
+    /// Creates a folder in it.
     fs::path folder(size_t number) const
     {
         fs::path made = m_path / std::to_string(number);
@@ -64,7 +64,7 @@ private:
     fs::path m_path;
 };
 
-/// Whether it measures how fast something is, so that it must have the machine for itself.
+/// Whether it measures performance, so that it must have the machine to itself.
 bool measures(const fs::path& transcript)
 {
     fs::ifstream stream(transcript, std::ios::binary);
@@ -72,7 +72,7 @@ bool measures(const fs::path& transcript)
     return content.find("Performance.StartPerformanceValidation") != std::string::npos;
 }
 
-/// How often what measures is tried: the best counts.
+/// How often a measuring transcript is tried: the best try counts.
 constexpr int kMostTries = 3;
 
 class Runner
@@ -117,7 +117,7 @@ public:
 
     const std::vector<TestCase>& cases() const { return m_cases; }
     size_t atOnce() const { return m_running.size(); }
-    /// What all together have tried.
+    /// The combined coverage of all.
     const Coverage::Runs& tried() const { return m_tried; }
 
 private:
@@ -198,7 +198,7 @@ private:
         }
     }
 
-    /// What may tell why it failed. That it can't be kept is told, and no failure.
+    /// Whatever may explain the failure. If it can't be stored, that is reported, but isn't a failure.
     void keepArtifacts(const TestCase& test, const fs::path& folder)
     {
         if (m_run.artifactsDirectory.empty())
@@ -236,7 +236,7 @@ private:
     std::vector<std::string> m_options;
     std::vector<TestCase> m_cases;
     ScratchFolder m_scratch;
-    std::vector<Job> m_running; ///< Behind the folder that the processes use.
+    std::vector<Job> m_running; ///< Declared after the folder that the processes use.
     std::vector<Turn> m_order;
     Coverage::Runs m_tried;
     size_t m_next = 0;
@@ -262,7 +262,7 @@ int runIn(const TestRun& run, const fs::path& folder)
             std::printf("%s\n", Vs::Strings::forTerminal(file.name).c_str());
         return kExitOk;
     }
-    // A pattern that is mistyped must not pass.
+    // A mistyped pattern must not pass.
     if (files.empty() && !run.filters.empty() && !run.failedOnly && run.shards == 1)
         return complain(run.directory + ": No transcript has a name like that.");
     std::optional<TestDisplay> display;

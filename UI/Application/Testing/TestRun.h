@@ -9,34 +9,34 @@ namespace Quillet {
 /// What a test run is asked for. All texts are UTF-8.
 struct TestRun
 {
-    std::string
-        directory; ///< Its transcripts and those of its folders are run, or the one; empty for no test run.
+    std::string directory; ///< The transcripts of this folder and its subfolders are run, or the one file;
+                           ///< empty for no test run.
     std::vector<std::string>
-        filters;          ///< Only names that one of these patterns (`*`, `?`, `[...]`) fits; empty for all.
-    bool verbose = false; ///< Checks tell their values, which the report has then.
-    bool failedOnly = false;        ///< Only those that failed when they were run last.
+        filters;          ///< Only names that match one of these patterns (`*`, `?`, `[...]`); empty for all.
+    bool verbose = false; ///< Checks print their values, which the report then includes.
+    bool failedOnly = false;        ///< Only those that failed in their last run.
     bool window = false;            ///< Each in a window (TestDisplay).
-    bool list = false;              ///< Tells the names, and runs nothing.
-    int retries = 0;                ///< How often one that fails is run again.
-    std::string resultsFile;        ///< How they ended last (TestHistory); empty for nowhere.
-    std::string artifactsDirectory; ///< Where what failed ones wrote is kept; empty for nowhere.
-    std::string tapFile;            ///< Where the report goes as TAP; empty for nowhere.
-    std::string junitFile;          ///< Where the report goes as JUnit XML; empty for nowhere.
-    std::string coverageFile; ///< Where what all of them have tried is written (Coverage); empty for nowhere.
-    int jobs = 0;             ///< How many run side by side; 0 for as many as there are processors.
-    int shard = 1;            ///< Of `shards` equal parts, this one is run. From 1.
+    bool list = false;              ///< Lists the names without running anything.
+    int retries = 0;                ///< How often a failed one is run again.
+    std::string resultsFile;        ///< The results of last time (TestHistory); empty for none.
+    std::string artifactsDirectory; ///< The folder for the output of failed ones; empty for none.
+    std::string tapFile;            ///< The file for the report as TAP; empty for none.
+    std::string junitFile;          ///< The file for the report as JUnit XML; empty for none.
+    std::string coverageFile;       ///< The file for the combined coverage (Coverage); empty for none.
+    int jobs = 0;                   ///< How many run in parallel; 0 for as many as there are processors.
+    int shard = 1;                  ///< Which of `shards` equal parts is run. From 1.
     int shards = 1;
     double secondsLimit = 300;                     ///< For each transcript.
-    std::map<std::string, std::string> parameters; ///< What ${NAME} stands for.
-    std::string references = "compare";            ///< What checks do with theirs: compare, fill or update.
+    std::map<std::string, std::string> parameters; ///< The values of ${NAME}.
+    std::string references = "compare"; ///< What checks do with their references: compare, fill or update.
 };
 
 /// Runs each transcript and script of the folder in a process of its own, without a window unless told
-/// otherwise and with settings that are as good as new. Files whose name begins with `_` are helpers of
-/// others, and a text is one that looks like a transcript (looksLikeTextTranscript). What measures
-/// performance runs after all others and alone, up to three times, of which the best counts. Tells how each
-/// ended on standard output. Returns the exit code: 0 if all passed, 1 if not, 2 if there was nothing to run
-/// or no report could be written.
+/// otherwise and with fresh settings. Files whose name begins with `_` are helpers of others, and a text
+/// counts if it looks like a transcript (looksLikeTextTranscript). Performance transcripts run after all
+/// others and alone, up to three times, of which the best counts. Prints the results on standard output.
+/// Returns the exit code: 0 if all passed, 1 if not, 2 if there was nothing to run or a report couldn't be
+/// written.
 int runTests(const TestRun& run);
 
 } // namespace Quillet

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = boost::filesystem;
 
-/// Other texts lie beside transcripts as well.
+/// There may be other texts beside transcripts.
 bool isTest(const fs::path& file)
 {
     const std::string suffix = boost::algorithm::to_lower_copy(file.extension().string());
@@ -40,7 +40,7 @@ std::vector<TestFile> spread(const std::vector<TestFile>& all, size_t shard, siz
     return own;
 }
 
-/// The longest first, each into the part that has least to do.
+/// The longest first, each into the part with the least to do.
 std::vector<TestFile> balanced(const std::vector<TestFile>& all, size_t shard, size_t shards,
                                const TestHistory& history)
 {

@@ -14,16 +14,16 @@ struct TestRun;
 struct TestFile
 {
     boost::filesystem::path path;
-    std::string name; ///< The path below the folder that is tested.
+    std::string name; ///< The path relative to the tested folder.
 };
 
-/// All of the folder and of its folders, or the one file, sorted by name, so that every machine has the same
-/// parts.
+/// Everything in the folder and its subfolders, or the one file, sorted by name, so that every machine has
+/// the same parts.
 [[nodiscard]] std::vector<TestFile> testsIn(const boost::filesystem::path& folderOrFile);
 
-/// Those that the run is asked for: by their names, by how they ended last, and of these its part. Where the
-/// history knows times, the parts take about as long as each other; else neighbours, which often take alike
-/// long, are spread. Sorted by name.
+/// Those that the run is asked for: selected by name and by last result, and of these its part. If the
+/// history knows durations, the parts take about equally long; otherwise neighbours, which often take
+/// similarly long, are spread. Sorted by name.
 [[nodiscard]] std::vector<TestFile> chosen(const std::vector<TestFile>& all, const TestRun& run,
                                            const TestHistory& history);
 

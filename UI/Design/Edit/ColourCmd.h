@@ -4,7 +4,7 @@
 
 namespace Vu::Design {
 
-/// Gives components, bodies and faces a colour of their own, or takes it from them.
+/// Gives components, bodies and faces a colour of their own, or removes it.
 class ColourCmd : public Vs::Implements<ColourCmd, EditCmd>
 {
 public:

@@ -10,7 +10,7 @@ namespace Vu::Design {
 
 EditCmdDefBase::EditCmdDefBase(Info* info) : Implements(info)
 {
-    // The keys of its inputs, which the command itself checks.
+    // The keys of its inputs, which the command itself validates.
     info->arguments(std::nullopt);
     joinCommandGroup(CommandGroup::VeloraSolidGroup());
 }

@@ -10,14 +10,14 @@ namespace Vu::Design {
 /// One row per editing command: everything that is data.
 using EditRow = CommandRow;
 
-/// What the definitions of the editing commands share.
+/// Base of the editing commands' definitions.
 class EditCmdDefBase : public Vs::Implements<EditCmdDefBase, CommandDefinition>
 {
 protected:
     explicit EditCmdDefBase(Info* info);
 
     bool onIsApplicable(CommandContext* context) const override;
-    /// Whoever edits by hand or by line wants to go on modelling.
+    /// Someone who edits by hand or by line will go on modelling.
     std::wstring onPreferredEnvironment() override;
 };
 
@@ -43,9 +43,9 @@ public:
     using Implements::Implements;
 
 protected:
-    /// The change that the inputs ask for, as onMakeRequest.
+    /// The change that the inputs ask for, as in onMakeRequest.
     virtual Vs::ModelEdit onMakeEdit(const Vs::Asset& asset) = 0;
-    /// Whether what the change adds is a group, of which all are deleted with one. Default false.
+    /// Whether the change adds a group whose members are all deleted together. Default false.
     virtual bool onMakesGroup() const { return false; }
 
     OwnedRequest onMakeRequest(Vs::Asset& asset) final;

@@ -6,23 +6,23 @@
 
 namespace Vu::Design {
 
-// What several of the editing commands ask for.
+// Inputs shared by several of the editing commands.
 
 /// "Components": one or more.
 SelectionCommandInput* componentsInput(EditInputs& inputs);
-/// "Axis": X, Y or Z; Z at first.
+/// "Axis": X, Y or Z; Z initially.
 ListCommandInput* axisInput(EditInputs& inputs);
 /// Of length one.
 GkVector3d axisOf(const ListCommandInput& axis);
 
-/// "About", and a point with it: where the axis of a turn stands.
+/// "About", and a point for it: where the axis of a rotation is.
 class CentreInputs
 {
 public:
-    /// What is chosen at first. Whoever turns things in place can choose the middle of what is selected.
+    /// The initial choice. Commands that rotate things in place can choose the middle of the selection.
     enum class First { Middle, Origin };
     void make(EditInputs& inputs, First first);
-    /// After a change: shows the point's inputs where they count.
+    /// After a change: shows the point's inputs if they apply.
     void refresh();
     /// In the asset's coordinates.
     GkPoint3d centre(const Vs::Asset& asset, const std::vector<std::string>& components) const;
@@ -32,7 +32,7 @@ private:
     RealValueCommandInput* m_point[3] = {};
 };
 
-/// The box around what the components show, in the asset's coordinates.
+/// The bounding box of what the components show, in the asset's coordinates.
 BBox boundsOf(const Vs::Asset& asset, const std::vector<std::string>& components);
 
 } // namespace Vu::Design

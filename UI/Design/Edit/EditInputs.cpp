@@ -8,7 +8,7 @@
 namespace Vu::Design {
 namespace {
 
-/// The record of that key and title, which is there as long as anything may ask for it.
+/// The record with that key and title, which lives as long as anything may ask for it.
 Info* infoOf(const std::wstring& key, const std::wstring& title)
 {
     static auto* const infos = new std::map<std::pair<std::wstring, std::wstring>, Info>;

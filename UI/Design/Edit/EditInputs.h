@@ -12,14 +12,14 @@
 
 namespace Vu::Design {
 
-/// Makes the inputs of an editing command, in the order in which a person fills them. Each has a key, by
-/// which lines and arguments of a context name it, and a title in the user's language.
+/// Creates the inputs of an editing command, in the order in which the user fills them in. Each has a key, by
+/// which lines and context arguments name it, and a title in the user's language.
 class EditInputs
 {
 public:
     explicit EditInputs(CommandInputSet* set) : m_set(set) {}
 
-    /// Takes things of any of these kinds; exactly one, or as many as there are.
+    /// Accepts things of any of these kinds; exactly one, or any number.
     SelectionCommandInput* things(const wchar_t* key, const std::wstring& title,
                                   std::initializer_list<Vs::ESelectionType> kinds, bool one = false);
     /// In mm; shown in the user's unit.
@@ -43,7 +43,7 @@ private:
     int m_number = 0;
 };
 
-/// The objects that the input holds, in the order in which they came.
+/// The objects in the input, in the order in which they were added.
 std::vector<Vs::ObjectPath> pathsOf(const SelectionCommandInput& input);
 /// The components of these.
 std::vector<std::string> componentsOf(const SelectionCommandInput& input);

@@ -126,7 +126,7 @@ std::wstring CircularPatternCmd::onWhyInvalid() const
 
 Vs::ModelEdit CircularPatternCmd::onMakeEdit(const Vs::Asset& asset)
 {
-    // The last of a whole turn would lie on the first.
+    // The last copy of a full turn would coincide with the first.
     const bool closed = std::abs(std::abs(m_angle->value()) - kWholeTurn) < 1e-9;
     const int count = m_count->value();
     const double step = m_angle->value() / std::max(1, closed ? count : count - 1);

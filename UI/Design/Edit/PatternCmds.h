@@ -5,7 +5,7 @@
 
 namespace Vu::Design {
 
-/// Puts mirror images of components on the other side of a plane across one of the axes.
+/// Mirrors components at a plane perpendicular to one of the axes.
 class MirrorCmd : public Vs::Implements<MirrorCmd, EditCmd>
 {
 public:
@@ -24,7 +24,7 @@ private:
     BoolValueCommandInput* m_keep = nullptr;
 };
 
-/// Repeats components along an axis, or along two as a grid.
+/// Repeats components along one axis, or along two as a grid.
 class LinearPatternCmd : public Vs::Implements<LinearPatternCmd, EditCmd>
 {
 public:

@@ -29,11 +29,11 @@ private:
 
     RealValueCommandInput* m_shift[3] = {}; ///< Along x, y and z.
     PlaceHandles m_handles;
-    std::optional<GkPoint3d> m_middle; ///< Of the components where they stood at the start.
+    std::optional<GkPoint3d> m_middle; ///< Of the components at their initial position.
     DraggedShift m_dragged;
 };
 
-/// Puts one more of each component as far away from it as the inputs say.
+/// Copies each component once, offset as the inputs say.
 class CopyCmd : public Vs::Implements<CopyCmd, MoveCmd>
 {
 public:
@@ -44,8 +44,8 @@ protected:
     Vs::ModelEdit onMakeEdit(const Vs::Asset& asset) override;
 };
 
-/// Turns components about a line along one of the model's axes, through the middle of what is chosen, the
-/// model's origin or any point.
+/// Rotates components about a line parallel to one of the model's axes, through the middle of the selection,
+/// the model's origin or any point.
 class RotateCmd : public Vs::Implements<RotateCmd, EditCmd>
 {
 public:
@@ -65,7 +65,7 @@ private:
     void drag(const Manipulator::Drag& drag);
 
     PlaceHandles m_handles;
-    std::optional<GkPoint3d> m_centre; ///< Of the change that is shown.
+    std::optional<GkPoint3d> m_centre; ///< Of the change being shown.
     double m_from = 0;                 ///< The angle when a drag began.
     bool m_dragging = false;
 

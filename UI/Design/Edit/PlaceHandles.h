@@ -12,8 +12,8 @@ class GraphicsView;
 
 namespace Vu::Design {
 
-/// The handles with which a person drags the values of an editing command. They are there while the command
-/// is active and knows where they belong.
+/// The handles with which the user drags the values of an editing command. They exist while the command is
+/// active and knows their position.
 class PlaceHandles
 {
 public:
@@ -24,8 +24,8 @@ public:
     {
     }
 
-    /// Shows them at the point, along the model's axes, or where the rigid motion brings them; takes them
-    /// away without one, or without a view.
+    /// Shows them at the point, along the model's axes, or transformed by the rigid motion; removes them
+    /// without a point, or without a view.
     void show(GraphicsView* view, const std::optional<GkPoint3d>& point);
     void show(GraphicsView* view, const std::optional<GkMatrix3d>& frame);
     void hide() { m_manipulator.reset(); }
@@ -39,7 +39,7 @@ private:
     std::optional<Manipulator> m_manipulator;
 };
 
-/// Three lengths along the axes of handles, which a drag of an arrow or a square changes.
+/// Three lengths along the handles' axes, changed by dragging an arrow or a square.
 class DraggedShift
 {
 public:

@@ -130,7 +130,7 @@ bool PreviewedCmd::execute(bool preview, Vs::Status& status)
     return done;
 }
 
-// Nothing is wrong with what a person didn't want to wait for: it can be committed unseen.
+// A preview that the user didn't want to wait for isn't an error: it can be committed unseen.
 bool PreviewedCmd::previewed(Vs::Status& status)
 {
     const Vs::Progress::CancelScope cancellable;
@@ -148,13 +148,13 @@ void PreviewedCmd::preview()
     else if (!previewed(status))
         m_problem = status.toString();
     lightParts(!m_problem.empty() || !m_shown);
-    // Whoever shows the inputs may have looked while the kernel was still at work.
+    // The inputs may have been read for display while the kernel was still at work.
     CommandInputStateChangeEvent event(commandInputSet()->inputs().front().get());
     commandInputSet()->fire(&event);
     onShown();
 }
 
-// The paths of the parts that were chosen are those of the bodies as they were.
+// The paths of the chosen parts refer to the bodies as they were.
 void PreviewedCmd::lightParts(bool lit)
 {
     Vs::SelectionMgr* manager = selectionManager();
@@ -188,7 +188,7 @@ void PreviewedCmd::showInputs()
         releasePreview();
 }
 
-/// What can't be changed says so when it is shown.
+/// What can't be changed reports so when it is shown.
 void PreviewedCmd::keepStep()
 {
     try {
@@ -204,7 +204,7 @@ void PreviewedCmd::commandInputSetExecute(CommandInputEvent*)
         preview();
 }
 
-// A text that is no value leaves the input the old one, which nobody wants to see meanwhile.
+// An invalid text leaves the input with its old value, which should not be shown meanwhile.
 void PreviewedCmd::followTexts()
 {
     const bool valid = commandInputSet()->valid();

@@ -12,13 +12,13 @@ class Request;
 
 namespace Vu::Design {
 
-/// A command that changes a model as its inputs say. The change is shown as soon as they are
-/// complete, taken back and made anew with each new value, and kept as one step by the commit.
+/// A command that changes a model as its inputs say. The change is shown as soon as they are complete, undone
+/// and remade with each new value, and kept as one step by the commit.
 ///
-/// The context's arguments fill the inputs of the same keys; what is selected at the start fills the first
-/// selection. Each value that is entered is a step that undo takes back while the command runs; the step
-/// holds the inputs, of which the change is made anew. With the argument "Commit" the command doesn't wait
-/// for a person: it ends with the change made, or with the error that says why not.
+/// The context's arguments fill the inputs with the same keys; the initial selection fills the first
+/// selection input. Each entered value is a step that can be undone while the command runs; the step stores
+/// the inputs, from which the change is remade. With the argument "Commit" the command doesn't wait for the
+/// user: it ends with the change made, or with the error that prevented it.
 class PreviewedCmd : public Vs::Implements<PreviewedCmd, Command>
 {
 public:
@@ -46,18 +46,18 @@ protected:
     using OwnedRequest = std::unique_ptr<Vs::Request, DestroyRequest>;
 
     /// The change that the inputs ask for; called while the model is as it was at the start. The inputs are
-    /// valid, each for itself.
+    /// individually valid.
     virtual OwnedRequest onMakeRequest(Vs::Asset& asset) = 0;
-    /// That change was made, for as long as the preview lasts or for good.
+    /// That change was made, for the duration of the preview or for good.
     virtual void onDone(const Vs::Request& /*request*/, bool /*preview*/) {}
-    /// Why the inputs don't go together; empty if they do.
+    /// Why the inputs don't fit together; empty if they do.
     virtual std::wstring onWhyInvalid() const { return {}; }
-    /// Whether parts of bodies are chosen that the change makes others of. They are picked on the bodies as
-    /// they were, so that the preview goes out while the pointer is at one. Default false.
+    /// Whether the user chooses parts of bodies that the change replaces. They are picked on the original
+    /// bodies, so the preview is hidden while the pointer is at one. Default false.
     virtual bool onPicksInsideBodies() const { return false; }
     /// An input has a new value.
     virtual void onInputChanged() {}
-    /// The change is shown, or none is since the inputs ask for none.
+    /// The change is shown, or none is because the inputs ask for none.
     virtual void onShown() {}
 
 private:
@@ -66,7 +66,7 @@ private:
     std::wstring whyIncomplete();
     bool execute(bool preview, Vs::Status& status);
     void preview();
-    /// Whether the result shows, or could if it had been waited for.
+    /// Whether the result is shown, or could be if it had been waited for.
     bool previewed(Vs::Status& status);
     void lightParts(bool lit);
     void point(bool atPart);
@@ -75,10 +75,10 @@ private:
     void followTexts();
     void commitAtOnce(Vs::Status& status);
 
-    bool m_waiting = false;   ///< For a person, who sees a preview.
+    bool m_waiting = false;   ///< For a user, who sees a preview.
     std::wstring m_problem;   ///< Why the last preview couldn't be made.
-    bool m_shown = false;     ///< The preview is there.
-    bool m_withdrawn = false; ///< Until an input has a value again in place of a text that is none.
+    bool m_shown = false;     ///< The preview exists.
+    bool m_withdrawn = false; ///< Until an input with an invalid text has a value again.
 };
 
 } // namespace Vu::Design

@@ -4,8 +4,8 @@
 
 namespace Vu::Design {
 
-/// What the commands that combine bodies share: one target, and the tools that are used up unless they are
-/// to be kept.
+/// Base of the commands that combine bodies: one target, and the tools that are consumed unless they are to
+/// be kept.
 class CombineCmd : public Vs::Implements<CombineCmd, EditCmd>
 {
 public:
@@ -52,8 +52,8 @@ protected:
     Vs::CombineEdit::Kind kind() const override { return Vs::CombineEdit::Kind::Intersect; }
 };
 
-/// Rounds edges. While the pointer is at an edge the body shows as it was, since the edges that can be
-/// chosen are those.
+/// Rounds edges. While the pointer is at an edge the body is shown as it was, since those are the edges that
+/// can be chosen.
 class FilletCmd : public Vs::Implements<FilletCmd, EditCmd>
 {
 public:

@@ -1,5 +1,5 @@
-// The lines of the subject area "Design" that change what is there: each runs an editing command with its
-// parameters as arguments, and to its end.
+// The lines of the subject area "Design" that edit the model: each runs an editing command to its end, with
+// its parameters as arguments.
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/TextCommand.h"
@@ -31,10 +31,10 @@ struct EditLine
     const wchar_t* name;
     const wchar_t* help;
     Info* (*info)();
-    size_t least; ///< How many parameters there must be.
+    size_t least; ///< The required number of parameters.
     std::span<const Place> places;
-    bool rest = false;   ///< The last place takes all paths that follow.
-    size_t together = 0; ///< So many of the last places are filled all or not at all.
+    bool rest = false;   ///< The last place takes all remaining paths.
+    size_t together = 0; ///< This many of the last places are filled all or not at all.
 
     bool takes(size_t count) const
     {
@@ -85,7 +85,7 @@ public:
     {
     }
 
-    // That it runs to its end is what the line is.
+    // The line itself implies that it runs to its end.
     std::vector<std::wstring> parametersFor(const CommandContext& context,
                                             std::vector<std::wstring> texts) const override
     {

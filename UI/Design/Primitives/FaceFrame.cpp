@@ -13,7 +13,7 @@
 namespace Vu::Design {
 namespace {
 
-/// How far the normals of a flat face differ, as the sine of an angle: what triangles are worth.
+/// How far the normals of a flat face may differ, as the sine of an angle: the accuracy of triangles.
 constexpr double kFlat = 1e-4;
 
 struct Triangle

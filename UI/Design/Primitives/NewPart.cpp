@@ -17,7 +17,7 @@
 namespace Vu::Design {
 namespace {
 
-/// In logical pixels; what is smaller is as good as not there.
+/// In logical pixels; anything smaller is as good as invisible.
 constexpr double kSmallest = 4;
 /// How much more than the part is framed.
 constexpr double kSurroundings = 2;

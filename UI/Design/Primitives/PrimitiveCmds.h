@@ -5,10 +5,10 @@
 
 namespace Vu::Design {
 
-/// What the commands that add a primitive to the active design share. Started by hand, such a command asks
-/// for everything in a panel. Any other start adds the part at once: lengths are in mm and given as real
-/// arguments, named as the row's sizes; all of them, or none for a primitive of an ordinary size. The text
-/// argument "Origin", as "x,y,z", moves it, and "Direction", likewise, is where its z axis points.
+/// Base of the commands that add a primitive to the active design. Started by hand, such a command asks for
+/// everything in a panel. Any other start adds the part at once: lengths are in mm and given as real
+/// arguments, named like the row's sizes; all of them, or none for a primitive of default size. The text
+/// argument "Origin", as "x,y,z", moves it, and "Direction", likewise, is the direction of its z axis.
 class PrimitiveCmdDef : public Vs::Implements<PrimitiveCmdDef, CommandDefinition>
 {
 public:
@@ -21,7 +21,7 @@ protected:
 
     bool onIsApplicable(CommandContext* context) const override;
     CommandBase* onCreateCommand(CommandContext* context) override;
-    /// Whoever adds a part by hand or by line wants to go on modelling.
+    /// Someone who adds a part by hand or by line will go on modelling.
     std::wstring onPreferredEnvironment() override;
 
 private:

@@ -27,9 +27,10 @@ namespace {
 
 using Kind = ManipulatorHandle::Kind;
 
-/// How far from the origin it may be put, in mm: farther away the kernel doesn't count exactly enough.
+/// The maximum distance of its position from the origin, in mm: farther away the kernel's accuracy isn't
+/// sufficient.
 constexpr double kFarthest = 1e8;
-/// Of what the view shows across, in ordinary sizes of 100 mm.
+/// The share of the view that a part of default size should take up, and the default sizes in mm.
 constexpr double kShareOfView = 0.25, kOrdinary = 100;
 
 /// The nearest of 1, 2 and 5, times a power of ten.
@@ -40,8 +41,8 @@ double roundNumber(double number)
     return power * (digit < std::sqrt(2) ? 1 : digit < std::sqrt(10) ? 2 : digit < std::sqrt(50) ? 5 : 10);
 }
 
-/// By what the ordinary sizes are multiplied at the start, so that a new part neither hides what is looked at
-/// nor is lost beside it.
+/// The initial scale of the default sizes, so that a new part neither hides what the user is looking at nor
+/// is lost beside it.
 double startScale(const Vs::Asset* asset, const GraphicsView* view)
 {
     const Vs::Scene::ViewFragment* fragment = view ? view->modelFragment() : nullptr;
@@ -133,7 +134,7 @@ std::wstring PrimitivePanelCmd::onWhyInvalid() const
     return m_row.whyInvalid(sizes().data());
 }
 
-// Into a part it is joined, so that the part's faces are others while the preview is shown.
+// It is joined to a part, so the part's faces are different ones during the preview.
 bool PrimitivePanelCmd::onPicksInsideBodies() const
 {
     const Vs::Asset* asset = commandContext()->asset();
@@ -151,7 +152,7 @@ bool PrimitivePanelCmd::onFilterSelection(const Vs::StrongRef<Vs::Selection>& se
     return Implements::onFilterSelection(selection, context);
 }
 
-// The place on a bent face is where that was picked, and stays when the face is asked for anew.
+// The position on a curved face is where it was picked, and stays when the face is queried again.
 void PrimitivePanelCmd::onInputChanged()
 {
     const auto& chosen = m_face->selectionSet().selections();

@@ -10,9 +10,9 @@
 
 namespace Vu::Design {
 
-/// Adds a primitive whose sizes and place a person chooses in a panel, by handles, or by a click on a face,
-/// on which it then stands. When it is done, the part is selected and in view. What a recording writes of it
-/// is the line that adds the same part.
+/// Adds a primitive whose sizes and position the user chooses in a panel, by handles, or by clicking a face,
+/// on which it then stands. Once added, the part is selected and in view. A recording contains the line that
+/// adds the same part.
 class PrimitivePanelCmd : public Vs::Implements<PrimitivePanelCmd, PreviewedCmd>
 {
 public:
@@ -23,7 +23,7 @@ public:
     void onPostActivate() override { onShown(); }
     void onDeactivate() override;
     void onEnd(ETerminationReason reason) override;
-    /// Nothing can stand on the part that is just being made.
+    /// Nothing can stand on the part that is just being created.
     bool onFilterSelection(const Vs::StrongRef<Vs::Selection>& selection,
                            const Vs::SelectionFilterContext* context) override;
     bool onArgumentsSayAll() const override { return true; }
@@ -39,13 +39,13 @@ protected:
 
 private:
     std::vector<double> sizes() const;
-    /// Where the place is counted from: on the face, or in the model.
+    /// What the position is relative to: the face, or the model.
     GkMatrix3d ground() const { return m_onFace.value_or(GkMatrix3d()); }
     GkVector3d shift() const;
-    /// From the primitive's own coordinates to those of the ground, but for the shift.
+    /// From the primitive's own coordinates to those of the base, without the offset.
     GkVector3d foot(const std::vector<double>& sizes) const;
     GkMatrix3d placement() const;
-    /// Whether the part is seen in the left part of the view, where panels come up.
+    /// Whether the part is in the left part of the view, where panels appear.
     bool isAtLeft() const;
     void dragPlace(const Manipulator::Drag& drag);
     void dragSize(size_t which, const Manipulator::Drag& drag);
@@ -55,9 +55,9 @@ private:
     SelectionCommandInput* m_face = nullptr;
     RealValueCommandInput* m_shift[3] = {};
     std::vector<RealValueCommandInput*> m_sizes;
-    std::optional<GkMatrix3d> m_onFace;      ///< Where the chosen face is, seen from it.
+    std::optional<GkMatrix3d> m_onFace;      ///< The frame on the chosen face, in the asset's coordinates.
     Vs::StrongRef<Vs::Selection> m_standsOn; ///< The face of m_onFace.
-    std::string m_made;                      ///< The component of the preview, or the one that was made.
+    std::string m_made;                      ///< The component of the preview, or the created one.
 
     PlaceHandles m_place;
     DraggedShift m_dragged;

@@ -8,16 +8,16 @@
 
 namespace Vu::Design {
 
-/// Adds one primitive. Ended by Request::destroy, or made on the stack.
+/// Adds one primitive. Ended by Request::destroy, or created on the stack.
 class PrimitiveRequest : public Vs::Implements<PrimitiveRequest, Vs::Request>
 {
 public:
-    /// Sizes in the row's order. `parent` is the component (Component::id) that it goes into, without being
+    /// Sizes in the row's order. `parent` is the component (Component::id) that it is added to, without being
     /// moved in the model; empty for the top of the model.
     PrimitiveRequest(const PrimitiveRow& row, std::vector<double> sizes, Vs::ModelBuilder::Look look,
                      std::string parent);
 
-    /// The component that the last execution made; where it was joined to the body of the parent, that one.
+    /// The component created by the last execution; if it was joined to the parent's body, the parent.
     const std::string& made() const { return m_made; }
 
 protected:
@@ -31,8 +31,8 @@ private:
     std::string m_made;
 };
 
-/// Where a primitive stands on its origin with its z axis in that direction, of any length but zero. Its x
-/// axis is level: the model's own where the direction is upright.
+/// The placement of a primitive at its origin with its z axis in that direction, of any non-zero length. Its
+/// x axis is horizontal: the model's own if the direction is vertical.
 [[nodiscard]] GkMatrix3d standingAt(const GkPoint3d& origin, const GkVector3d& direction);
 
 } // namespace Vu::Design

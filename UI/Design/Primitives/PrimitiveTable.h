@@ -9,8 +9,8 @@
 
 namespace Vu::Design {
 
-/// One row per primitive: what its command is called, its sizes and how it is built. Sizes are in mm and in
-/// the order of `sizes`; places are in the primitive's own coordinates, as ModelBuilder has them.
+/// One row per primitive: its command's name, its sizes and how it is built. Sizes are in mm and in the order
+/// of `sizes`; positions are in the primitive's own coordinates, as in ModelBuilder.
 struct PrimitiveRow
 {
     struct Size
@@ -18,7 +18,7 @@ struct PrimitiveRow
         const char* name; ///< Of the argument, and of the panel's input.
         double ordinary;
         std::wstring (*title)();
-        int axis; ///< Along which it is dragged: 0 for x, 1 for y, 2 for z.
+        int axis; ///< The axis along which it is dragged: 0 for x, 1 for y, 2 for z.
         bool mayBeZero = false;
 
         [[nodiscard]] double smallest() const { return mayBeZero ? 0 : Vs::ModelBuilder::kSmallestSize; }
@@ -29,11 +29,11 @@ struct PrimitiveRow
     CommandRow look;
     std::span<const Size> sizes;
     Build build;
-    /// The place with which it stands on a face.
+    /// The point at which it stands on a face.
     GkVector3d (*foot)(const double* sizes);
-    /// Where one of the sizes is taken hold of.
+    /// Where the grip of one of the sizes is.
     GkVector3d (*grip)(const double* sizes, size_t size);
-    /// Why the sizes don't go together, for the user; empty if they do.
+    /// Why the sizes don't fit together, for the user; empty if they do.
     std::wstring (*whyInvalid)(const double* sizes);
 };
 

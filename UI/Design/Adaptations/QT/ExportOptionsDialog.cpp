@@ -22,7 +22,7 @@
 namespace Vu::Design {
 namespace {
 
-/// Nobody waits longer for a number, in milliseconds.
+/// How long to wait for a count at most, in milliseconds.
 constexpr qint64 kLongestCount = 3000;
 
 QString text(const char* key, const char* english)
@@ -49,7 +49,7 @@ ExportOptionsDialog::ExportOptionsDialog(Vs::Asset& asset, const Vs::Translator&
     addLists(form);
     addChecks(form);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
-    // The style's picture is black on whatever ground.
+    // The style's icon is black on any background.
     buttons->button(QDialogButtonBox::Cancel)->setIcon({});
     buttons->addButton(text("ExportButton", "Export"), QDialogButtonBox::AcceptRole)->setDefault(true);
     column->addStretch();
@@ -116,7 +116,7 @@ void ExportOptionsDialog::addChecks(QFormLayout* form)
     m_separate =
         addCheck(form, "separate", text("ExportSeparate", "A file for each part"), m_options.separate);
     m_combine = addCheck(form, "combine", text("ExportCombine", "All parts as one"), m_options.combine);
-    // Each is the other's contrary.
+    // Each is the opposite of the other.
     connect(m_separate, &QCheckBox::clicked, m_combine, [this] { m_combine->setChecked(false); });
     connect(m_combine, &QCheckBox::clicked, m_separate, [this] { m_separate->setChecked(false); });
     connect(m_selected, &QCheckBox::clicked, this, &ExportOptionsDialog::showTriangles);

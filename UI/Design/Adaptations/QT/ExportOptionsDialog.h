@@ -11,13 +11,13 @@ class QLabel;
 
 namespace Vu::Design {
 
-/// Asks how a file is to be exported. Shows what the file's format has any choice about, and how many
-/// triangles come of it.
+/// Asks how a file is to be exported. Shows the options that the file's format supports, and the resulting
+/// number of triangles.
 class ExportOptionsDialog : public QDialog
 {
 public:
-    /// `options` are what is shown first, and receive what is chosen when the dialog is accepted. All outlive
-    /// it.
+    /// `options` are the initial values, and receive the choices when the dialog is accepted. All of them
+    /// outlive it.
     ExportOptionsDialog(Vs::Asset& asset, const Vs::Translator& translator, const std::wstring& path,
                         ExportOptions& options, QWidget* parent);
 
