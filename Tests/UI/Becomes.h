@@ -6,8 +6,8 @@
 
 namespace UiTests {
 
-/// Lets events come until it is so; false if it never is. A sound test doesn't wait for long, but on a busy
-/// machine it may wait for its processor.
+/// Processes events until the condition holds; false if it never does. A sound test doesn't wait for long,
+/// but on a busy machine it may wait for its processor.
 template <class Condition>
 bool becomes(Condition&& condition)
 {

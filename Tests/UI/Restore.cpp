@@ -25,7 +25,7 @@ void UiTests::restore()
     boost::filesystem::remove_all(Vs::PathInfo::temporaryDirectory(false));
     if (qobject_cast<QGuiApplication*>(QCoreApplication::instance())) {
         QCursor::setPos(-1000, -1000);
-        // One that a test left open would keep mouse and keyboard from the windows of the others.
+        // A window that a test left open would keep mouse and keyboard from those of other tests.
         for (QWindow* window : QGuiApplication::topLevelWindows())
             if (window->modality() != Qt::NonModal)
                 window->close();

@@ -1,4 +1,4 @@
-// What assistive programs see of the real program's window, asked over their own bus.
+// What assistive technology sees of the real program's window, queried over its own bus.
 
 #include "Tests/Support/Servers/ItemService.h"
 #include "Tests/Support/Servers/TestServer.h"
@@ -36,14 +36,14 @@ public:
 
 const auto* const theQt = testing::AddGlobalTestEnvironment(new Qt);
 
-using Thing = std::array<std::string, 2>; ///< Its role and its name.
+using Thing = std::array<std::string, 2>; ///< Its role and name.
 
-/// A state of the window, and what has to be seen in it.
+/// A state of the window, and what must be visible in it.
 struct State
 {
     const char* name;
     std::vector<std::string> lines;   ///< That lead to it.
-    std::vector<std::string> pressed; ///< Names of what is pressed then, one after the other.
+    std::vector<std::string> pressed; ///< Names of the things pressed next, in order.
     std::vector<Thing> has;
 };
 
@@ -98,7 +98,7 @@ protected:
     }
 };
 
-/// By its action, as assistive programs do.
+/// Through its action, as assistive technology does.
 bool press(const SpokenProgram& program, const std::string& name)
 {
     const auto thing =
@@ -106,7 +106,7 @@ bool press(const SpokenProgram& program, const std::string& name)
     return thing && (thing->act("Press") || thing->act("ShowMenu"));
 }
 
-/// Into the text of that name, when it is there.
+/// Into the text of that name, once it exists.
 void fill(const SpokenProgram& program, const std::string& name, const std::string& text)
 {
     const auto field = program.find("text", name);
@@ -132,7 +132,7 @@ std::string faultOf(const SpokenThing& thing)
     return isUsed && kVague.contains(role) ? "has no fitting role" : "";
 }
 
-/// How many of the things that show can be used.
+/// How many of the visible things can be used.
 size_t expectNoFaults(const SpokenProgram& program)
 {
     size_t used = 0;
@@ -192,7 +192,7 @@ TEST_F(AccessibilityTest, TheDrivesDialogsAreToldWhereSomebodyIsSignedIn)
         fill(program, "Password", server.password());
         const auto keep = program.find("check box", "Keep me signed in (in the keyring of this desktop)");
         ASSERT_TRUE(keep && keep->act("Toggle"));
-        // The account's button in the window behind is called so, too.
+        // The account's button in the window behind has the same name.
         const auto signIn = program.find("push button", "Sign In");
         ASSERT_TRUE(signIn && signIn->act("Press"));
         EXPECT_TRUE(program.find(has[0], has[1])) << command << program.output();
@@ -237,7 +237,7 @@ TEST_F(AccessibilityTest, TheBrowserTellsWhatIsSelectedAndTheCubeTurnsTheModel)
     ASSERT_TRUE(cube);
     ASSERT_TRUE(cube->act("top"));
     run("Camera.Dump");
-    // From where and to what it looks.
+    // The camera's position and target.
     const std::regex straightDown("Camera: E([^,]*,[^,]*),\\S+ P\\1,\\S+ .*");
     EXPECT_TRUE(
         program.find([&](const SpokenThing& each) { return std::regex_match(each.name(), straightDown); }));

@@ -22,7 +22,7 @@ size_t lines(const std::string& text)
     return static_cast<size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
-/// A copy of the running tree whose files are links to the real ones, until they are replaced.
+/// A copy of the runtime tree whose files are links to the real ones until they are replaced.
 class TreeCopy
 {
 public:
@@ -178,7 +178,7 @@ TEST(BadInputTest, AScriptThatFailsIsToldWithItsLineAndOneThatNeverEndsStopsAtCt
             runQuillet({"--headless", "--keep-going", "--script", path, "--command", "Camera.ZoomIn"},
                        {.interruptAfterSeconds = endless ? 2.0 : 0.0});
         EXPECT_EQ(result.exitCode, 1);
-        // Above it, an exception has its traceback.
+        // An exception has its traceback above it.
         const size_t last = result.errors.rfind('\n', result.errors.size() - 2) + 1;
         EXPECT_EQ(result.errors.rfind(path, last), last) << result.errors;
         EXPECT_NE(result.errors.find(cause, last), std::string::npos) << result.errors;
@@ -234,7 +234,7 @@ TEST(BadInputTest, AProfileThatCannotBeUsedIsWrongUsageAndOneThatCannotBeWritten
     EXPECT_EQ(wrong.exitCode, 2);
     EXPECT_NE(wrong.errors.find("not a folder"), std::string::npos);
 
-    // Nothing can be kept in a folder whose subfolders are files, but models can be made and lines run.
+    // Nothing can be stored in a folder whose subfolders are files, but models can be created and lines run.
     fs::create_directories(folder.path() / "closed");
     folder.write("closed/options", "");
     folder.write("closed/cache", "");

@@ -33,7 +33,7 @@ TEST(CommandLineTest, FilesAndSettingsAreToldApartFromOptions)
     EXPECT_TRUE(line.headless);
     EXPECT_FALSE(line.keepGoing);
 
-    // Links are what begins so, whatever they hold; behind "--" there are files alone.
+    // Links are recognized by their prefix, whatever follows; after "--" there are only files.
     const CommandLine handed =
         parseCommandLine({"--hand-over", "quillet:ticket/x --script /tmp/y.py", "a.step", "--", "quillet:b"});
     EXPECT_EQ(handed.links, std::vector<std::string>{"quillet:ticket/x --script /tmp/y.py"});

@@ -11,7 +11,7 @@ using TestSupport::ScratchFolder;
 
 namespace {
 
-/// What each script begins with.
+/// The beginning of each script.
 constexpr const char* kHead = R"(
 import math, sys
 import quillet
@@ -378,7 +378,7 @@ refused(lambda: quillet.command('a b')(balls), 'not a name', error=ValueError)
         return found;
     };
     EXPECT_EQ(count("Scripts.balls"), 4u) << recorded;
-    // The function that was called as such.
+    // The function called as such.
     EXPECT_EQ(count("Design.Sphere"), 3u) << recorded;
     boost::filesystem::create_directories(folder.path() / "profile/scripts/autorun");
     folder.write("profile/scripts/autorun/balls.py",

@@ -14,12 +14,12 @@ using TestSupport::ScratchFolder;
 
 namespace {
 
-/// One run of an example. `IN` in an argument is the folder with the models, `OUT` that for results.
+/// One run of an example. `IN` in an argument is the folder with the models, `OUT` the one for results.
 struct Example
 {
     const char* script;
     std::vector<std::string> arguments;
-    const char* output; ///< What is printed, as a regular expression for a part of it.
+    const char* output; ///< The output, as a regular expression that matches part of it.
     std::vector<std::string> files = {};
     int exitCode = 0;
 };
@@ -100,7 +100,7 @@ TEST_F(ExamplesTest, EachExampleDoesWhatItSaysInTheProgramAndInAnyPython)
         std::vector<std::string> arguments = argumentsOf(run, out);
         const std::string script = (examples / run.script).string();
         ProcessResult result;
-        // One after the other is tried in each of the two ways.
+        // Each is tried in turn in both ways.
         if (number % 2 == 0) {
             arguments.insert(arguments.begin(), {"--headless", "--script", script, "--"});
             result = runQuillet(arguments);
@@ -204,7 +204,7 @@ TEST_F(ExamplesTest, ThePackageTheStubsAndTheExamplesAreTypedThroughout)
         scripts.push_back(entry.path().string());
     scripts.push_back(own);
     const ProcessResult found = check(scripts);
-    // The three mistakes, and no other.
+    // The three errors, and no others.
     EXPECT_NE(found.output.find("Found 3 errors"), std::string::npos) << found.output << found.errors;
     for (const char* line : {"own.py:5:", "own.py:6:", "own.py:7:"})
         EXPECT_NE(found.output.find(line), std::string::npos) << found.output;

@@ -1,5 +1,5 @@
-// Files that one start hands to the window of another. The windows are those of Qt's offscreen platform: what
-// passes between the processes needs no display.
+// Files that one start hands over to the window of another. The windows are those of Qt's offscreen platform:
+// the communication between the processes needs no display.
 
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
@@ -60,7 +60,7 @@ protected:
         return condition();
     }
 
-    /// Returns when others can hand files over to it.
+    /// Returns once others can hand files over to it.
     void startWindow()
     {
         const fs::path note = folder.path() / "pid";
@@ -84,7 +84,7 @@ protected:
     }
     void signal(int number) const { kill(m_pid, number); }
 
-    /// Whether the files went to a window; otherwise the start goes on by itself, here without a display.
+    /// Whether the files went to a window; otherwise the start continues on its own, here without a display.
     bool handedOver(const std::string& file, const std::string& profileName = "own") const
     {
         const TestSupport::ProcessResult result =
@@ -93,7 +93,7 @@ protected:
         return result.errors.find("this run is headless") == std::string::npos;
     }
 
-    /// Whether a window works on the document: it notes that beside the file.
+    /// Whether a window is working on the document: it leaves a note beside the file.
     bool opened(const std::string& file) const
     {
         const std::string name = fs::path(file).stem().string();
@@ -103,7 +103,7 @@ protected:
         return false;
     }
 
-    /// A file of the program's own.
+    /// A file in the program's own format.
     std::string document(const std::string& name) const
     {
         const std::string file = (folder.path() / name).string();

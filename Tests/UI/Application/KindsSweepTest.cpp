@@ -1,5 +1,5 @@
-// Every line that edits or measures, on every kind of body that a file can bring, good or not: the program
-// answers each of them and lives.
+// Every line that edits or measures, on every kind of body that a file can contain, valid or not: the program
+// answers each of them and survives.
 
 #include "Tests/Server/DataModel/KernelShapes.h"
 #include "Tests/Support/Process.h"
@@ -24,7 +24,7 @@ constexpr const char* kTriangles = "solid\nfacet normal 0 0 -1\nouter loop\nvert
                                    "vertex 0 9 0\nendloop\nendfacet\nfacet normal 1 1 1\nouter loop\n"
                                    "vertex 9 0 0\nvertex 0 9 0\nvertex 0 0 9\nendloop\nendfacet\nendsolid\n";
 
-// $ is the body that is tried; Box1 stands beside it.
+// $ is the body being tested; Box1 is beside it.
 constexpr const char* kParameters[] = {"",
                                        "$",
                                        "$ Box1",
@@ -57,7 +57,7 @@ struct Line
 
 std::vector<Line> linesThatEditOrMeasure()
 {
-    // These have nothing to do with a body, or are tried apart.
+    // These have nothing to do with a body, or are tested separately.
     const std::set<std::string> others = {"New", "Sample", "Export", "Unit", "Box", "Cylinder", "Sphere"};
     std::vector<Line> found;
     std::istringstream lines(runQuillet({"--list-commands"}).output);
@@ -70,13 +70,13 @@ std::vector<Line> linesThatEditOrMeasure()
     return found;
 }
 
-// Opens the file, tries all lines on what it holds, taking each back, and exports it.
+// Opens the file, tries all lines on its contents, undoing each, and exports it.
 void expectAnswers(const boost::filesystem::path& file)
 {
     SCOPED_TRACE(file.string());
     const std::string body = file.stem().string();
     const std::string saved = quoted(boost::filesystem::path(file).replace_extension(".saved.vlra"));
-    // The box can't be taken back once the document was opened anew.
+    // The box can't be undone once the document has been reopened.
     std::string input = "Document.Open " + quoted(file) + "\nDesign.Box 5 5 5\nDocument.SaveAs " + saved +
                         "\nDocument.CloseAll\nDocument.Open " + saved + '\n';
     for (const Line& line : linesThatEditOrMeasure())
@@ -110,7 +110,7 @@ TEST(KindsSweepTest, EveryLineThatEditsOrMeasuresAnswersOnEveryKindOfBody)
     KernelShapes::writeDegenerate(in("degenerate.brep"));
     runQuillet({"--headless", "--command", "Design.New", "--command",
                 "Document.SaveAs " + quoted(scratch.path() / "empty.vlra")});
-    // Lines that belong to no transcript keep their references in the working folder.
+    // Lines outside a transcript keep their references in the working folder.
     const boost::filesystem::path before = boost::filesystem::current_path();
     boost::filesystem::current_path(scratch.path());
     for (const char* name : {"triangles.stl", "open.brep", "faces.brep", "wire.brep", "several.brep",

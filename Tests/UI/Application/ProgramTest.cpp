@@ -21,7 +21,7 @@ using TestSupport::ScratchFolder;
 
 namespace {
 
-/// The objects of a list, one a line.
+/// The objects of a list, one per line.
 std::vector<QJsonObject> objects(const std::string& output)
 {
     std::vector<QJsonObject> result;
@@ -71,7 +71,7 @@ TEST(ProgramTest, AStartLoadsNothingOfTheNetworkOfDatabasesOrOfTheKeyring)
     const std::string log = (folder.path() / "loaded").string();
     runQuillet({"--headless", "--command", "Sleeper.Sleep 0"},
                {.environment = {"LD_DEBUG=files", "LD_DEBUG_OUTPUT=" + log}});
-    std::string loaded; // One file a process.
+    std::string loaded; // One file per process.
     for (const auto& file : boost::filesystem::directory_iterator(folder.path()))
         loaded += TestSupport::contentOf(file.path());
     ASSERT_NE(loaded.find("libQt6Core"), std::string::npos);
@@ -233,12 +233,12 @@ TEST(ProgramTest, ListsTellEverythingThatIsRegistered)
     for (const QJsonObject& object : objects(runQuillet({"--list-definitions"}).output)) {
         order.push_back(object["id"].toString());
         QStringList keys = object.keys();
-        // A command that declares none takes whatever comes.
+        // A command that declares none accepts anything.
         keys.removeAll("arguments");
         EXPECT_EQ(keys, (QStringList{"class", "groups", "hotkey", "icon", "id", "readonly", "reportable",
                                      "scriptable", "title"}));
         EXPECT_TRUE(definitions.insert(object["id"].toString()).second);
-        // A class, or a template of classes.
+        // A class, or a class template.
         EXPECT_TRUE(
             QRegularExpression("^\\w+(<\\w+(, *\\w+)*>)?$").match(object["class"].toString()).hasMatch())
             << object["class"].toString().toStdString();
@@ -252,7 +252,7 @@ TEST(ProgramTest, ListsTellEverythingThatIsRegistered)
         }
     }
     EXPECT_TRUE(definitions.count("FitCommand"));
-    // Those that the add-in makes besides its members stand behind these.
+    // Those that the add-in creates besides its members come after these.
     for (const char* added : {"ActiveViewAssetCommand", "CopyToClipboardCommand", "PasteCommand"})
         EXPECT_GT(order.indexOf(added), order.indexOf("NotifyAutoSaveFilesCommand")) << added;
     int wrappers = 0;
@@ -346,7 +346,7 @@ TEST(ProgramTest, AFileWhoseNameIsNoUtf8IsOpenedAndSaved)
                                      "assert __file__.endswith('script\\udcff.py')\n")
              .string(),
          "--", native});
-    // A message shows a sign in its place, and nothing that isn't UTF-8.
+    // A message shows a replacement character, and nothing that isn't UTF-8.
     const ProcessResult missing = runQuillet({"--headless", native + "\xfe"});
     EXPECT_EQ(missing.exitCode, 1);
     EXPECT_NE(missing.errors.find("a\xef\xbf\xbd.vlra\xef\xbf\xbd"), std::string::npos) << missing.errors;

@@ -1,4 +1,4 @@
-// The program itself: a run that is killed, and the next one that brings back what it had.
+// The program itself: a run that is killed, and the next one, which recovers its work.
 
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
@@ -22,7 +22,7 @@ class RecoveryRunTest : public testing::Test
 protected:
     using Words = std::vector<std::string>;
 
-    /// Runs lines, and then a script that waits until so many files are kept and kills its own process.
+    /// Runs lines, and then a script that waits until that many files are stored and kills its own process.
     ProcessResult killed(const Words& lines, size_t files) const
     {
         Words arguments = commands(lines);
@@ -53,7 +53,7 @@ protected:
         return arguments;
     }
     std::string profile() const { return (folder.path() / "profile").string(); }
-    /// How many files there are below the recovery folder, locks apart.
+    /// The number of files below the recovery folder, not counting locks.
     size_t filesLeft() const
     {
         size_t count = 0;
@@ -124,8 +124,8 @@ TEST_F(RecoveryRunTest, ARunThatEndsLeavesNothing)
 
 TEST_F(RecoveryRunTest, AFastScriptLosesOneStepAtMostAndIsNeverInAStateThatItWasNotIn)
 {
-    // The first line has a recovery file begun, and a second passes before the next one; what lines do
-    // meanwhile stands in the journal.
+    // The first line starts a recovery file, and a second must pass before the next one; meanwhile the lines'
+    // changes are in the journal.
     const auto script = [&](const std::string& end) {
         return folder
             .write("fast.py", "import os, Design, Model, VuCommands\n"
@@ -165,11 +165,11 @@ TEST_F(RecoveryRunTest, AFastScriptLosesOneStepAtMostAndIsNeverInAStateThatItWas
     const std::string found = recovered();
     EXPECT_TRUE(found == digests.back() || found == *(digests.rbegin() + 1)) << found;
 
-    // No line makes again what was undone by hand.
+    // No line redoes what was undone by hand.
     digests = killedBy("VuCommands.UndoCmd()\nbox(20)\n");
     EXPECT_NE(std::find(digests.begin(), digests.end(), recovered()), digests.end());
 
-    // A journal that was cut, and one that tells of a step that isn't the one it was.
+    // A truncated journal, and one with a step that differs from the original.
     for (const bool cut : {true, false}) {
         digests = killedBy({});
         for (fs::recursive_directory_iterator entry(profile() + "/recovery"), end; entry != end; ++entry)
@@ -218,7 +218,7 @@ os.remove('fill')
 Document.SaveAs('b.vlra')
 print('as it was:', state == Model.Digest())
 )");
-    // A small disk of its own, which nobody else sees.
+    // A small disk of its own, invisible to others.
     const auto onSmallDisk = [&](const Words& command) {
         Words words{"--mount", "sh", "-c", "mount -t tmpfs -o size=600k none \"$0\" && exec \"$@\"",
                     disk.string()};

@@ -343,7 +343,7 @@ TEST_F(ScriptingTest, ScriptsOfTheUserRunAtEachStartAndMayKeepTheProgramOpen)
     EXPECT_NE(result.errors.find("autorun/a.py:2: ZeroDivisionError"), std::string::npos) << result.errors;
     EXPECT_EQ(run({"--no-autorun"}).output, "");
 
-    // One that others can change is told and not run; nor is any whose folder they can add to.
+    // A script that others can modify is reported and not run; nor is any in a folder they can add files to.
     const auto refused = [&](const char* what, unsigned open, unsigned closed) {
         chmod((folder.path() / what).c_str(), open);
         const ProcessResult other = run({});
@@ -385,7 +385,7 @@ TEST_F(ScriptingTest, WithoutAHomeNobodyElsesScriptsRun)
         EXPECT_EQ(result.output, "Zoom in.\n") << home;
         EXPECT_NE(result.errors.find("there is no home folder"), std::string::npos) << result.errors;
     }
-    // Nor does such a run leave anything.
+    // Nor does such a run leave anything behind.
     EXPECT_EQ(
         std::distance(boost::filesystem::directory_iterator(shared), boost::filesystem::directory_iterator()),
         1);
@@ -551,7 +551,7 @@ TEST_F(ScriptingTest, TheStandardStreamsAreThoseOfAProgram)
     const ProcessResult result = runQuillet({"--headless", "--script", script}, {.input = "one\ntwo\n"});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_EQ(result.output, "a\n\ngr\xC3\xB6\xC3\x9F\nchild\none\ntwo True\n");
-    // Where lines come from there, they are not the script's.
+    // Lines from there are not the script's.
     const ProcessResult console =
         runQuillet({"--headless", "--script", script, "--console"}, {.input = "Camera.ZoomIn\n"});
     EXPECT_NE(console.output.find("child\n True\nZoom in.\n"), std::string::npos) << console.output;
@@ -688,7 +688,7 @@ TEST_F(ScriptingTest, AMacroIsACommandThatPlaysItsFileWithItsParametersAndIsReco
     EXPECT_NE(lines.find("Two Balls.txt"), std::string::npos) << lines;
     EXPECT_NE(lines.find("length=80 width=50"), std::string::npos) << lines;
     EXPECT_EQ(lines.find("Design.Box"), std::string::npos) << lines;
-    // Nobody is there to fill in what has to be.
+    // There is nobody to fill in the required fields.
     EXPECT_EQ(run({"Commands.Start Macro.Ask", "Component.CheckCount all = 0,0,0"}).exitCode, 0);
     for (const char* name : {"a/b", ".hidden", "Plate"})
         EXPECT_NE(run({"Commands.Start RecordMacroCommand Name=" + std::string(name)}).exitCode, 0) << name;
@@ -718,7 +718,7 @@ TEST_F(ScriptingTest, ARecordingBringsBackWhatWasOpenAndHasNoIdentifierThatNobod
         << opened;
     EXPECT_NE(opened.find("Selection.Select"), std::string::npos) << opened;
     EXPECT_EQ(opened.find("Transcripting.Document"), std::string::npos) << opened;
-    // Played with nothing open, it comes to the same.
+    // Played with nothing open, it has the same result.
     const ProcessResult played =
         runQuillet({"--headless", "--replay", (folder.path() / "open.txt").string(), "--command",
                     "Script.Selection", "--command", "Script.Camera", "--command", "Design.Info /Json"});
@@ -728,7 +728,7 @@ TEST_F(ScriptingTest, ARecordingBringsBackWhatWasOpenAndHasNoIdentifierThatNobod
          "Transcripting.Stop"});
     const std::string unsaved = recorded("unsaved.txt");
     EXPECT_NE(unsaved.find("# When this was recorded, Untitled1 was open"), std::string::npos) << unsaved;
-    // Two recordings of the same are the same; what is named by its identifier keeps it.
+    // Two recordings of the same session are equal; what is named by its identifier keeps it.
     for (const char* name : {"one.txt", "two.txt"})
         run({"Transcripting.Start " + in(name), "Design.New", "Design.Box 1 1 1", "Transcripting.Stop"});
     EXPECT_EQ(recorded("one.txt"), recorded("two.txt"));

@@ -15,7 +15,8 @@ using TestSupport::ScratchFolder;
 
 namespace {
 
-/// Options that are short for lines, on a document with two equal boxes and a sphere, one of which is hidden.
+/// Options that are shorthand for lines, on a document with two equal boxes and a sphere, one of which is
+/// hidden.
 class ShortFormsTest : public testing::Test
 {
 protected:
@@ -65,7 +66,7 @@ TEST_F(ShortFormsTest, ExportWritesAsTheSuffixSaysAndFailsWithItsReason)
 {
     const ProcessResult done = runQuillet({path("some parts.vlra"), "--export", path("out put.stl")});
     EXPECT_EQ(done.exitCode, 0) << done.errors;
-    // What is hidden isn't written: two boxes of twelve triangles.
+    // Hidden parts aren't written: two boxes of twelve triangles.
     EXPECT_EQ(boost::filesystem::file_size(path("out put.stl")), 84u + 24 * 50);
     const ProcessResult wrong = runQuillet({path("some parts.vlra"), "--export", path("out.xyz")});
     EXPECT_EQ(wrong.exitCode, 1);

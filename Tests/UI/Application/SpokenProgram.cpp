@@ -12,7 +12,7 @@
 namespace UiTests {
 namespace {
 
-constexpr int kPatience = 20000; ///< In milliseconds, of a loaded machine.
+constexpr int kPatience = 20000; ///< In milliseconds, on a loaded machine.
 constexpr const char* kPrefix = "org.a11y.atspi.";
 
 struct Reference
@@ -29,7 +29,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, Reference& refere
     return argument;
 }
 
-/// The bus that assistive programs have to themselves; not connected if there is none.
+/// The private bus for assistive technology; not connected if there is none.
 QDBusConnection spokenBus()
 {
     static const QString address = [] {
@@ -198,7 +198,7 @@ SpokenProgram::~SpokenProgram()
 {
     m_process.kill();
     m_process.waitForFinished();
-    // The next one is to be the only one.
+    // The next one must be the only one.
     static_cast<void>(QTest::qWaitFor([] { return registry().children().empty(); }, kPatience));
 }
 

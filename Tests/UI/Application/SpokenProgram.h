@@ -13,7 +13,7 @@
 
 namespace UiTests {
 
-/// One thing in a window, as assistive programs see it: asked anew with each call, over the bus.
+/// One object in a window, as assistive technology sees it: queried again over the bus with each call.
 class SpokenThing
 {
 public:
@@ -26,14 +26,14 @@ public:
     std::vector<SpokenThing> children() const;
 
     std::vector<std::string> actions() const;
-    /// Doesn't wait for what it does, which may be a dialog that stays. False if there is no such action.
+    /// Doesn't wait for the action, which may open a dialog. False if there is no such action.
     [[nodiscard]] bool act(const std::string& action) const;
     void focus() const;
-    void pressSecondButton() const;           ///< Of a real mouse, in its middle.
-    std::string text() const;                 ///< What is written in it.
-    void type(const std::string& text) const; ///< In place of the text that is there.
+    void pressSecondButton() const;           ///< With a real mouse, in its middle.
+    std::string text() const;                 ///< Its text.
+    void type(const std::string& text) const; ///< Replaces the present text.
 
-    /// Numbers of states, as the bus counts them.
+    /// Numbers of states, as on the bus.
     static constexpr int kChecked = 4, kFocusable = 11, kFocused = 12, kSelected = 23, kShowing = 25;
 
     friend bool operator==(const SpokenThing& one, const SpokenThing& other)
@@ -49,16 +49,16 @@ private:
     QString m_service, m_path;
 };
 
-/// The real program in a window, and what assistive programs see of it. Needs a display and a session bus on
-/// which the services of at-spi2-core can be started.
+/// The real program in a window, and what assistive technology sees of it. Needs a display and a session bus
+/// on which the services of at-spi2-core can be started.
 class SpokenProgram
 {
 public:
-    /// Adds to the program's arguments a profile of its own; the lines run at its start.
+    /// Adds a profile of its own to the program's arguments; the lines run at its start.
     explicit SpokenProgram(const std::vector<std::string>& lines, const QStringList& environment = {});
     ~SpokenProgram();
 
-    static bool canRun(); ///< Whether the bus for assistive programs is there.
+    static bool canRun(); ///< Whether the accessibility bus exists.
     bool started() const { return m_program.has_value(); }
     std::string output() { return m_process.readAll().toStdString(); }
     qint64 process() const { return m_process.processId(); }
@@ -68,17 +68,17 @@ public:
     {
         SpokenThing thing;
         std::vector<std::string> above; ///< Roles and names, from the window downwards.
-        std::string place() const;      ///< Them and its own, in one line.
+        std::string place() const;      ///< Those and its own, in one line.
     };
-    /// All that shows, in the windows' order.
+    /// Everything visible, in the windows' order.
     std::vector<Found> shown() const;
-    /// The first that shows and passes; waits for it.
+    /// The first visible one that passes; waits for it.
     std::optional<SpokenThing> find(const Test& test) const;
     std::optional<SpokenThing> find(const std::string& role, const std::string& name) const;
 
-    /// A key as xdotool names it, for whatever has the keyboard.
+    /// A key by its xdotool name, for whatever has the focus.
     void key(const QString& key) const;
-    /// Gives the window the keyboard, as nobody else does where there is no window manager.
+    /// Focuses the window, since there may be no window manager to do so.
     void activate() const;
 
 private:

@@ -92,7 +92,7 @@ TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
     write("lost.txt", "Transcripting.Start /dev/full\nDesign.New\n");
     write("_helper.py", "1 / 0\n");
     write("leaves.py", "import sys\nsys.exit(3)\n");
-    // What waits for the end of a line is done before the next one.
+    // Work put off until the end of a line is done before the next one.
     const std::string switches =
         "import Asset, Design, Document, VuCommands\nDesign.New()\n"
         "Document.Rename('First')\nDesign.New()\nVuCommands.CycleOpenDocumentsCmd()\n"
@@ -131,7 +131,7 @@ TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
     EXPECT_EQ(cases["leaves.py"].kind, "failure");
     EXPECT_EQ(cases["crash.py"].kind, "error");
     EXPECT_EQ(cases["crash.py"].message, at + "crash.py: The program was ended by SIGABRT (Aborted).");
-    // The calls that led to it, by their names.
+    // The call stack, by function names.
     EXPECT_NE(result.output.find("libc.so.6: abort"), std::string::npos) << result.output;
     EXPECT_EQ(cases["endless.txt"].type, "timeout");
     EXPECT_EQ(cases["endless.txt"].message,
@@ -165,7 +165,7 @@ TEST_F(TestRunTest, ThePartsOfAJobArrayAreTheWhole)
     }
     EXPECT_EQ(sum, 7u);
     EXPECT_EQ(names.size(), 7u);
-    // Those whose times are known are spread by them.
+    // Those with known durations are distributed by them.
     const std::string results = (folder.path() / "results.json").string();
     TestSupport::overwrite(results,
                            R"({"format": 1, "tests": {"t0.txt": {"seconds": 9}, "t1.txt": {"seconds": 4},
@@ -173,7 +173,7 @@ TEST_F(TestRunTest, ThePartsOfAJobArrayAreTheWhole)
     EXPECT_EQ(run({"--list", "--results", results, "--shard", "1/2"}).output, "t0.txt\nt3.txt\nt5.txt\n");
     EXPECT_EQ(run({"--list", "--results", results, "--shard", "2/2"}).output,
               "t1.txt\nt2.txt\nt4.txt\nt6.txt\n");
-    // More parts than transcripts: the last has nothing to do, and does it well.
+    // More parts than transcripts: the last has nothing to do, and passes.
     EXPECT_EQ(run({"--shard", "9/9"}).exitCode, 0);
 }
 
@@ -280,7 +280,7 @@ TEST_F(TestRunTest, APictureIsComparedAsAnEyeWouldAndToldWithWhatDiffers)
     EXPECT_EQ(play(line, "fill").exitCode, 0);
     const std::string first = TestSupport::contentOf(kept);
     EXPECT_EQ(play(line, "compare").exitCode, 0);
-    // Less than a pixel is nothing, and a part that wasn't there is much.
+    // Less than a pixel is nothing, and a new part is a big difference.
     EXPECT_EQ(play("Design.Move Box1 \"0.01 mm\" 0 0\n" + line, "compare").exitCode, 0);
     const std::string more = "Design.Colour Red Box1\n";
     const ProcessResult other = play(more + line, "compare");

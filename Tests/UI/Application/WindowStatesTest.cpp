@@ -1,5 +1,5 @@
 // Pictures of the window in each of its states, in both looks and both languages: the real program on a
-// display, as a person has it.
+// display, as a user has it.
 
 #include "Tests/Support/Process.h"
 
@@ -21,7 +21,7 @@ namespace fs = boost::filesystem;
 struct State
 {
     const char* name;
-    std::vector<std::string> lines; ///< That lead to it from the one before.
+    std::vector<std::string> lines; ///< That lead to it from the previous one.
 };
 
 std::string tool(const char* command)
@@ -48,7 +48,7 @@ const State kStates[] = {
     {"four views", {tool("SplitViewLayoutCommand") + " Layout=Quad"}},
 };
 
-/// By the states' names; empty ones where the program gave none.
+/// By the states' names; empty ones if the program produced none.
 using Pictures = std::map<std::string, QImage>;
 
 class WindowStatesTest : public testing::Test
@@ -84,7 +84,7 @@ protected:
             pictures[state.name] = QImage(QString::fromStdString(file(state.name).string()));
         return pictures;
     }
-    /// Of the bar of menus, which every state has.
+    /// Of the menu bar, which every state has.
     static int lightness(const QImage& picture)
     {
         constexpr int kAtTheEnd = 40, kInTheBar = 6;

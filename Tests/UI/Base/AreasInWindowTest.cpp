@@ -1,5 +1,5 @@
-// How the window draws its areas: in their places, one by one, with panels, collapse bars and toolbars that
-// overflow.
+// How the window lays out its areas: in their places, one by one, with panels, collapse bars and toolbars
+// that overflow.
 
 #include "Tests/UI/Base/Fixture.h"
 #include "Tests/UI/Becomes.h"

@@ -210,7 +210,7 @@ TEST_F(CommandBoxTest, PythonIsTypedStatementByStatementWithAHistoryOfItsOwn)
     press(Qt::Key_Escape);
     press(Qt::Key_Up);
     EXPECT_EQ(line(), "    print('row', i)");
-    // What goes wrong is shown, and a statement can be left.
+    // Errors are shown, and a statement can be abandoned.
     press(Qt::Key_Escape);
     type("1 / 0");
     press(Qt::Key_Return);

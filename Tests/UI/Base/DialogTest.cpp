@@ -154,7 +154,7 @@ TEST_F(DialogTest, ANameWithQuotesIsSavedUnderAsItStands)
     QTest::keyClick(typedLine, Qt::Key_Return);
     EXPECT_EQ(typed.name().toStdString(), (folder.path() / "session").string());
 
-    // One that is there already is replaced only if the user says so, and is called what it is.
+    // An existing one is only replaced with the user's consent, and is described correctly.
     for (const QString& name : {QStringLiteral("\"B\""), QStringLiteral("<b>B<")}) {
         write(name.toStdString() + ".vlra", "old");
         for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {

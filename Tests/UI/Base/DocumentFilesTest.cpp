@@ -1,4 +1,4 @@
-// Who works on a document's file, and what is asked before a document goes.
+// Who is working on a document's file, and what is asked before a document closes.
 
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/DocumentLocks.h"
@@ -31,7 +31,7 @@ using Vs::HeldFiles;
 
 namespace {
 
-/// Another program that has a file, on this machine or on another.
+/// Another program that has a file open, on this machine or another.
 class OtherProgram
 {
 public:
@@ -113,7 +113,7 @@ protected:
     }
 };
 
-/// Says what is asked about documents that are to close.
+/// The answer to the question about documents about to close.
 class Asking : public Vs::IDocMgmtHandler
 {
 public:
@@ -166,7 +166,7 @@ TEST_F(DocumentFilesTest, WhatAnotherProgramHasIsReadOnlyUntilThatLetsItGo)
     EXPECT_TRUE(document->isDirty(false));
     EXPECT_FALSE(DocumentLocks::get()->takeAgain(document));
 
-    // Whoever is asked may overwrite it.
+    // If the user is asked, overwriting is possible.
     std::wstring question;
     MessageBox::responder([&](const MessageBox& box) {
         question = box.text();
@@ -206,7 +206,7 @@ TEST_F(DocumentFilesTest, NotesOfTheDeadCountForNothingAndThoseOfOtherMachinesDo
         EXPECT_FALSE(HeldFiles::holder(document)) << content;
         DocumentMgr::get()->close(document);
     }
-    // What is no file isn't touched, and keeps nobody from working.
+    // Something that isn't a file isn't touched, and blocks nobody.
     fs::create_directory(note());
     document = open();
     EXPECT_FALSE(HeldFiles::holder(document));
@@ -256,7 +256,7 @@ TEST_F(DocumentFilesTest, APersonIsAskedBeforeTheShownDocumentGoesAndALineIsNot)
     EXPECT_TRUE(press(replacing));
     EXPECT_EQ(asking.asked, 2);
 
-    // A line, a test, and the opening of what shows.
+    // A line, a test, and opening the shown document.
     std::ignore = replacing.executeCommand(CommandContext::activeContext());
     EXPECT_TRUE(ReplacingDocument::agreed(path()));
     Application::testing(true);

@@ -64,7 +64,7 @@ protected:
         QMimeData data;
         data.setUrls(urls);
         QDropEvent event(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        static_cast<QObject*>(m_window)->event(&event); // Qt passes on none that no drag began.
+        static_cast<QObject*>(m_window)->event(&event); // Qt delivers none without a preceding drag.
         EXPECT_TRUE(m_journal.empty()) << "the source of the drop waits for its end";
         Application::get()->flushDeferredTasks();
     }

@@ -36,12 +36,12 @@ TEST(FreeArea, IsWhereSomethingOfTheShapeBecomesLargest)
     expectSame(freeArea(800, 600, {}, 1), {0, 0, 800, 600});
     const CanvasRect bar{200, 550, 600, 590}, cube{680, 5, 795, 120}, panel{10, 10, 300, 400};
     expectSame(freeArea(800, 600, {bar}, 1), {0, 0, 800, 550});
-    // Something high goes beside the bar, something low above it.
+    // Something tall goes beside the bar, something low above it.
     expectSame(freeArea(800, 600, {bar}, 0.1), {0, 0, 200, 600});
     expectSame(freeArea(800, 600, {bar, cube}, 1), {0, 0, 680, 550});
     expectSame(freeArea(800, 600, {bar, cube}, 3), {0, 120, 800, 550});
     expectSame(freeArea(800, 600, {bar, cube, panel}, 1), {300, 120, 800, 550});
-    // What reaches out of the canvas covers only what is in it.
+    // What extends beyond the canvas covers only what is inside.
     expectSame(freeArea(800, 600, {{-50, -50, 900, 100}}, 1), {0, 100, 800, 600});
     expectSame(freeArea(800, 600, {{10, 10, 790, 590}}, 1), {0, 0, 800, 600});
 }
@@ -105,13 +105,13 @@ TEST_F(FitInCanvas, NothingIsFramedBehindTheBarsAndTheCube)
             EXPECT_TRUE(QRectF(canvas.existingWidget()->rect()).contains(box));
             EXPECT_FALSE(box.intersects(bar->geometry()));
             EXPECT_FALSE(cube && box.intersects(QRectF(700 - 122, 6, 116, 116)));
-            // No room is given away.
+            // No space is wasted.
             const std::vector<CanvasRect> covered = canvas.covered();
             EXPECT_EQ(covered.size(), cube ? 2u : 1u);
             const CanvasRect free = freeArea(700, 500, covered, box.width() / box.height());
             EXPECT_NEAR(std::max(box.width() / free.width(), box.height() / free.height()), 1 / 1.06, 0.01);
         }
-    // What the mouse goes through, and what is hidden, is in nobody's way.
+    // Anything hidden or transparent to the mouse covers nothing.
     bar->setAttribute(Qt::WA_TransparentForMouseEvents);
     EXPECT_TRUE(canvas.covered().empty());
     bar->setAttribute(Qt::WA_TransparentForMouseEvents, false);

@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-/// A headless application with a profile of its own, one kind of document, and nothing left behind.
+/// A headless application with its own profile, one kind of document, and nothing left behind.
 class UiTest : public testing::Test
 {
 protected:
@@ -24,7 +24,7 @@ protected:
     TestSupport::ScratchFolder folder;
 };
 
-/// Stands before the definition among the bases, because that reads the record while it is constructed.
+/// Comes before the definition among the bases, because that reads the record during construction.
 struct InfoHolder
 {
     Vu::Info record;

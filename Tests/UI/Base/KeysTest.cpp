@@ -101,7 +101,7 @@ TEST_F(KeysTest, ATableThatMakesNoSenseIsToldAndLeavesTheOtherKeys)
 
 TEST_F(KeysTest, AWindowRunsWhatHasTheKeysNow)
 {
-    QLineEdit window; // Which takes letters, as any field.
+    QLineEdit window; // Which accepts letters, like any field.
     std::vector<const CommandDefinition*> run;
     new HotKeys(&window, [&](const CommandDefinition* definition) { run.push_back(definition); });
     window.show();
@@ -176,7 +176,7 @@ TEST_F(KeysTest, ABarIsOneStopWithArrowsInside)
     EXPECT_EQ(press(Qt::Key_Tab), after);
     EXPECT_EQ(press(Qt::Key_Backtab), buttons[3]) << "where it was left";
     EXPECT_EQ(press(Qt::Key_Backtab), before);
-    // A click leaves the keyboard where it is.
+    // A click leaves the focus where it is.
     QTest::mouseClick(buttons[0], Qt::LeftButton);
     EXPECT_EQ(QApplication::focusWidget(), before);
 }
@@ -228,7 +228,7 @@ TEST_F(KeysTest, TabGoesThroughAllPartsOfTheWindowAndEndsWhereItBegan)
     window->arrangementManager()->arrangement(Arrangement::make(window->arrangementManager(), layout));
     window->show();
     MainWindow* widget = window->mainWindow();
-    widget->rebuild(); // As it happens all the time.
+    widget->rebuild(); // As happens all the time.
     ASSERT_TRUE(QTest::qWaitForWindowActive(widget));
     QLineEdit* line = widget->commandBox()->edit();
     for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {

@@ -40,7 +40,7 @@ protected:
     }
     ~ManipulatorTest() override { Inference::SnapManager::get()->enableDistanceSnapping(true); }
 
-    /// Where a point of the model lies in the canvas.
+    /// The position of a point of the model in the canvas.
     GkPoint3d seen(const GkPoint3d& point) const
     {
         const Vs::Scene::Projection projection(*view->modelFragment()->camera(), canvas.width(),
@@ -48,7 +48,7 @@ protected:
         const GkPoint3d screen = projection.worldToScreen(point);
         return {screen.x, canvas.height() - screen.y, 0};
     }
-    /// How long an arrow is in the model.
+    /// The length of an arrow in the model.
     double length() const
     {
         const Vs::Scene::Projection projection(*view->modelFragment()->camera(), canvas.width(),
@@ -86,7 +86,7 @@ TEST_F(ManipulatorTest, AnArrowMovesAlongItsAxisAlone)
     const GkVector3d axes[] = {GkVector3d::kXAxis, GkVector3d::kYAxis, GkVector3d::kZAxis};
     for (const GkVector3d& axis : axes) {
         drags.clear();
-        // A hand that strays from the axis moves along it all the same.
+        // A hand that strays from the axis still moves along it.
         drag(middle + axis * grip, middle + axis * (grip + 7.5));
         ASSERT_GE(drags.size(), 2u);
         EXPECT_FALSE(drags.front().done);

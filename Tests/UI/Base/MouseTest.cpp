@@ -38,7 +38,7 @@ using namespace Vu;
 
 namespace {
 
-/// Notes what it is told.
+/// Logs what it is told.
 class MouseLog : public MouseEventSite
 {
 public:
@@ -118,7 +118,7 @@ TEST_F(MouseTest, TheSitesHearOnceThatTheMouseHasLeft)
     MouseEventSource::get()->mouseLeft(&canvas);
     MouseEventSource::get()->mouseLeft(&canvas);
     EXPECT_EQ(log.text, "move leave ");
-    // The cube over the view, in its upper right corner, is somewhere else.
+    // The cube over the view, in its upper right corner, is a different place.
     log.text.clear();
     move(100, 100);
     move(canvas.width() - 64, 64);
@@ -129,7 +129,7 @@ TEST_F(MouseTest, TheSitesHearOnceThatTheMouseHasLeft)
 
 TEST_F(MouseTest, WhatLiesUnderThePointerIsFoundInTheCanvasOfTheEvent)
 {
-    /// Asks at each press what is there.
+    /// Asks what is there at each press.
     class Asker : public MouseEventSite
     {
     public:
@@ -232,7 +232,7 @@ TEST_F(MouseTest, FingersMoveWhatLiesUnderThem)
         TouchNavigation(view).zoom({200, 600}, 1.25);
         EXPECT_TRUE(same(view->windowToWorld({200, 600}), seen));
         EXPECT_NEAR(camera()->extentsWidth(), width / 1.25, width * 1e-12);
-        // Nonsense of a driver changes nothing.
+        // Nonsense from a driver changes nothing.
         const GkPoint3d before = camera()->position();
         TouchNavigation(view).zoom({200, 600}, 0);
         TouchNavigation(view).zoom({200, 600}, -3);
@@ -265,7 +265,7 @@ TEST_F(MouseTest, AControllerTurnsAndMovesByTheCamerasOwnOperations)
     EXPECT_NEAR(camera()->extentsWidth() / camera()->distance(), width / distance, 1e-9);
 }
 
-// The controller's library asks the daemon at this socket; what stands in for it sends what a real one does.
+// The controller's library asks the daemon at this socket; its stand-in sends what a real one does.
 TEST_F(MouseTest, AControllerIsHeardThroughItsDaemonUntilThatIsGone)
 {
     const std::string path = (folder.path() / "spnav.sock").string();
@@ -286,7 +286,7 @@ TEST_F(MouseTest, AControllerIsHeardThroughItsDaemonUntilThatIsGone)
     SessionMgr::get()->currentAssetSession(session);
     SessionMgr::get()->activate();
     const GkPoint3d before = camera()->position();
-    // A kind (0 is a motion), three shifts, three turns, a period.
+    // A kind (0 is a motion), three translations, three rotations, a period.
     const int32_t motion[8] = {0, 0, 0, 0, 300, 0, 0, 16};
     ASSERT_EQ(::write(line, motion, sizeof(motion)), ssize_t(sizeof(motion)));
     for (int i = 0; i < 100 && camera()->position().isEqualTo(before); ++i)
@@ -295,7 +295,7 @@ TEST_F(MouseTest, AControllerIsHeardThroughItsDaemonUntilThatIsGone)
 
     close(line);
     close(daemon);
-    // A line that is closed stays readable: it must not keep the program busy.
+    // A closed connection stays readable: it must not keep the program busy.
     QCoreApplication::processEvents();
     QCoreApplication::processEvents();
     EXPECT_FALSE(QCoreApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents));
@@ -321,7 +321,7 @@ TEST_F(MouseTest, GesturesOfATrackpadArriveThroughTheCanvas)
                           Qt::MouseEventNotSynthesized, &trackpad);
         QApplication::sendEvent(widget, &event);
     };
-    gesture(Qt::ZoomNativeGesture, 0); // Brings the target to the depth of what lies there.
+    gesture(Qt::ZoomNativeGesture, 0); // Moves the target to the depth of what lies there.
     const double width = camera()->extentsWidth();
     gesture(Qt::ZoomNativeGesture, 0.5);
     EXPECT_NEAR(camera()->extentsWidth(), width / 1.5, width * 1e-9);
@@ -341,7 +341,7 @@ TEST_F(MouseTest, GesturesOfATrackpadArriveThroughTheCanvas)
 
 namespace {
 
-/// Wants two bodies, each in an input of its own.
+/// Wants two bodies, each in a separate input.
 class PairCommand : public Vs::Implements<PairCommand, Command>
 {
 public:
@@ -385,7 +385,7 @@ private:
 
 TEST_F(MouseTest, OneSelectionInputAtATimeTakesTheClicks)
 {
-    up(kLeftButton, 2, 2); // Another test may have left it down.
+    up(kLeftButton, 2, 2); // Another test may have left it pressed.
     PairCommandDef definition;
     std::ignore = session->commandManager()->executeCommand(&definition, CommandContext());
     auto* pair = Vs::cast<PairCommand>(session->commandManager()->activeCommand());

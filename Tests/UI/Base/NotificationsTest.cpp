@@ -31,7 +31,7 @@ using Vs::NotificationType;
 
 namespace {
 
-/// Answers to clicks on notifications of one sender.
+/// Responds to clicks on notifications of one sender.
 class Clicks : public Vs::NotificationsEventSite
 {
 public:
@@ -119,7 +119,7 @@ TEST_F(NotificationsTest, TheBellCountsWhatWasNotSeenAndTheListShowsTheNewestFir
     const QRect bell(window->bell()->mapToGlobal(QPoint()), window->bell()->size());
     EXPECT_LE(list->geometry().bottom(), bell.top());
     EXPECT_TRUE(window->geometry().adjusted(0, -40, 0, 0).contains(list->geometry()));
-    // What comes while it is open is seen at once.
+    // What arrives while it is open is seen at once.
     send(NotificationType::Error, L"Fourth");
     settle();
     EXPECT_EQ(titles().front(), L"Fourth");

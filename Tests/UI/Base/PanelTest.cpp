@@ -35,11 +35,11 @@ namespace {
 
 Info* info(const wchar_t* key, const wchar_t* title)
 {
-    // Kept for good, as records are.
+    // Kept forever, as records are.
     return new Info(key, title, nullptr);
 }
 
-/// Asks for everything that can be asked for, and notes how it ended.
+/// Has every kind of input, and logs how it ended.
 class BoreCommand : public Vs::Implements<BoreCommand, Command>
 {
 public:
@@ -96,7 +96,7 @@ private:
     std::string& m_log;
 };
 
-/// Stands before the definition among the bases, because that ends its commands while it is destroyed.
+/// Comes before the definition among the bases, because that ends its commands while it is destroyed.
 struct LogHolder
 {
     std::string log;
@@ -323,7 +323,7 @@ TEST_F(PanelTest, ThePanelGoesWithItsCommandHoweverThatEnds)
     settle();
     EXPECT_EQ(line("Radius")->text(), QStringLiteral("9 mm"));
 
-    start(); // Takes the place of the one that runs.
+    start(); // Replaces the running one.
     EXPECT_EQ(definition.log, "cancel 9.000000");
     EXPECT_EQ(line("Radius")->text(), QStringLiteral("5 mm"));
     manager().terminateAll(ETerminationReason::Cancel);

@@ -1,4 +1,4 @@
-// Names and messages come from files, and look as they please.
+// Names and messages come from files, and may look like anything.
 
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/ModelBuilder.h"
@@ -28,7 +28,7 @@ namespace {
 
 using PlainTextTest = UiTest;
 
-/// Whether Qt would show nothing but these letters.
+/// Whether Qt would show exactly these characters.
 void expectLetters(const QString& tooltip, const QString& letters)
 {
     QTextDocument shown;

@@ -96,7 +96,7 @@ TEST_F(PreferencesDialogTest, APageThatAnAddInBringsStandsAmongTheOthersAndIsFou
         EXPECT_TRUE(box->isVisible()) << wanted;
     }
     search->clear();
-    // The keys go from the list of pages into the page, and a second click leads there again.
+    // Keys go from the list of pages into the page, and a second click jumps there again.
     ASSERT_TRUE(QTest::qWaitForWindowActive(&withPage));
     auto* pages = withPage.findChild<QListWidget*>();
     const QListWidgetItem* weather = pages->findItems(QStringLiteral("Weather"), Qt::MatchExactly).front();

@@ -43,7 +43,7 @@ using Leaf = Vs::ObjectPath::Leaf;
 
 namespace {
 
-/// Selects for the session, as the command that rests does.
+/// Selects for the session, as the resting command does.
 class RestCommand : public Vs::Implements<RestCommand, InteractiveCommandBase>
 {
 public:
@@ -67,7 +67,7 @@ private:
     CommandBase* onCreateCommand(CommandContext* context) override { return new RestCommand(this, context); }
 };
 
-/// Three boxes side by side, seen from above in a canvas of a window that gets the platform's own events.
+/// Three boxes side by side, seen from above in a canvas of a window that gets the platform's real events.
 class SelectingTest : public UiTest
 {
 protected:
@@ -105,7 +105,7 @@ protected:
     Vs::SelectionSet& selected() { return session->selectionManager()->selectionSet(); }
     Vs::SelectionSet& pointed() { return session->selectionManager()->highlightSet(); }
 
-    /// Where a place of the model is in the canvas.
+    /// The position of a point of the model in the canvas.
     QPointF at(double x, double y, double z = 10) const
     {
         const Vs::Scene::Projection projection(*fragment->camera(), canvas.width(), canvas.height());

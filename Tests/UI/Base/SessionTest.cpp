@@ -28,7 +28,7 @@ protected:
     bool onIsApplicable(const AssetSession*) const override { return true; }
 };
 
-/// Notes what happens to sessions.
+/// Logs what happens to sessions.
 class SessionLog : public SessionEventSite
 {
 public:
@@ -41,7 +41,7 @@ public:
     }
     void sessionClosed(SessionEvent* event) override
     {
-        // Everything of the session is still there.
+        // Everything in the session still exists.
         EXPECT_NE(event->assetSession()->commandManager(), nullptr);
         text += "closed ";
     }
@@ -109,7 +109,7 @@ TEST_F(SessionTest, TranscriptsFindSessionsByGuidAndByName)
     EXPECT_EQ(documents->deserialize(session->documentSession()->serialize(), false),
               session->documentSession());
     EXPECT_EQ(assets->deserialize(asset->document()->displayName() + L"|" + asset->name(), false), session);
-    // A bare name is one of the current document's.
+    // A bare name refers to the current document.
     EXPECT_EQ(assets->deserialize(asset->name(), false), nullptr);
     sessions->currentAssetSession(session);
     EXPECT_EQ(assets->deserialize(asset->name(), false), session);

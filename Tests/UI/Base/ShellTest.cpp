@@ -33,7 +33,7 @@ private:
     std::string m_name;
 };
 
-/// Offers the first shell of a workspace, making it if need be.
+/// Offers the first shell of a workspace, creating it if needed.
 class HomeFactory : public WorkspaceEventSite
 {
 public:

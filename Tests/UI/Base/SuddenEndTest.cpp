@@ -15,7 +15,7 @@ namespace {
 constexpr int kDestroyed = 99;
 constexpr int kBroken = 3;
 
-/// Stands for the destructors of things that are in use.
+/// Stands in for the destructors of things that are in use.
 void destroyEverything()
 {
     std::_Exit(kDestroyed);

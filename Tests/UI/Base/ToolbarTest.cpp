@@ -109,7 +109,7 @@ TEST_F(ToolbarTest, CommandsThatNobodyHasAreListedOnceEach)
 TEST_F(ToolbarTest, AnAddInPutsItsEntriesAtAPlaceOfAnothersMenuOrAtItsEnd)
 {
     MenuBar bar;
-    // The one that adds may be read first.
+    // The file that adds may be read before the one it adds to.
     bar.addFile(
         write("more.xml", R"(<menus><add menu="File" place="Here"><item command="New" title="Mine"/></add>
                                      <add menu="Inner"><separator/><item command="Show" off="Hide"/></add></menus>)"),
@@ -117,7 +117,7 @@ TEST_F(ToolbarTest, AnAddInPutsItsEntriesAtAPlaceOfAnothersMenuOrAtItsEnd)
     const std::wstring menus = write("menus.xml", R"(<menus><menu id="File" title="&amp;File">
         <item command="First"/><place id="Here"/><item command="Last"/><menu id="Inner" title="Inner"/></menu>
         </menus>)");
-    for (int time = 0; time < 2; ++time) // As of an add-in that comes again.
+    for (int time = 0; time < 2; ++time) // Like an add-in that is loaded again.
         bar.addFile(menus, L"");
     ASSERT_EQ(bar.menus().size(), 1u);
     const std::vector<ToolbarItem>& entries = bar.menus()[0].menu;
@@ -149,7 +149,7 @@ TEST_F(ToolbarTest, WrongMenusAreToldAndLeaveTheOthers)
     for (const char* told : {"/no/such/menus.xml: ", "broken.xml:2: ", "<button>", "\"title\"", "\"id\"",
                              "no menu \"Z\"", "no place \"No\""})
         EXPECT_TRUE(bar.problems().matchingError(told)) << told;
-    // Places are for menus alone.
+    // Places are for menus only.
     EXPECT_FALSE(load(R"(<toolbars><toolbar id="P"><place id="Q"/></toolbar></toolbars>)"));
 }
 

@@ -54,7 +54,7 @@ using namespace Vu;
 
 namespace {
 
-/// Makes commands that stay, and notes the keys that they get.
+/// Creates commands that stay active, and logs the keys they get.
 class KeyCommandDef : private InfoHolder, public CommandDefinition
 {
 public:
@@ -94,7 +94,7 @@ protected:
         transaction.commit();
         ASSERT_TRUE(status.isOk());
     }
-    /// A workspace whose window shows the areas of these contents.
+    /// A workspace whose window shows the areas with these contents.
     WorkspaceWindow* windowWith(std::initializer_list<const char*> contents)
     {
         WorkspaceWindow* window = WorkspaceMgr::get()->create()->window();
@@ -199,7 +199,7 @@ TEST_F(WindowTest, TheActiveCommandGetsTheKeysThatNothingElseTakesAndEndsAtEscap
     ASSERT_NE(session->commandManager()->activeCommand(), nullptr);
     QTest::keyClick(window, Qt::Key_S);
     EXPECT_EQ(definition.keys, "+83-83");
-    // What is typed stays with the line, the release of its keys too.
+    // Keys typed into the line stay with it, including their releases.
     definition.keys.clear();
     auto* line = window->commandBox()->findChild<QLineEdit*>();
     ASSERT_NE(line, nullptr);
@@ -282,7 +282,7 @@ TEST_F(WindowTest, ListsAndMenusInsideAMenuAreSubmenusThatShowWhatIsCurrent)
     Q_EMIT inner->aboutToShow();
     EXPECT_TRUE(inner->actions()[0]->isChecked() && !inner->actions()[1]->isChecked());
 
-    // All of a button opens its list, or only an arrow, and then the button is the choice that is current.
+    // The whole button opens its list, or only an arrow, and then the button stands for the current choice.
     auto* button = window->findChild<QToolButton*>(QStringLiteral("ListsTest"));
     ASSERT_NE(button, nullptr);
     EXPECT_EQ(button->popupMode(), QToolButton::InstantPopup);
@@ -306,7 +306,7 @@ TEST_F(WindowTest, AMenuTellsAtEachOpeningWhatCanRunUnderItsOwnTitle)
                       {L"NoSuchCommand", L"", {}},
                       {L"MenuTestCommand", L"My Own", {}}},
                      nullptr);
-    EXPECT_TRUE(menu.actions().isEmpty()); // Before somebody wants to see them.
+    EXPECT_TRUE(menu.actions().isEmpty()); // Before anyone wants to see them.
     Q_EMIT menu.aboutToShow();
     ASSERT_EQ(menu.actions().size(), 2);
     QAction* action = menu.actions().front();
@@ -374,7 +374,7 @@ TEST_F(WindowTest, TheTitleTellsTheDocumentAndWhetherItWasChanged)
     window->refreshSoon();
     EXPECT_TRUE(UiTests::becomes([&] { return !window->isWindowModified(); }));
 
-    // What add-ins have to say of it stands behind the name.
+    // The remarks of add-ins come after the name.
     {
         const DocumentRemark remark([](const Vs::Document&) { return std::wstring(L"on its way"); });
         const DocumentRemark silent([](const Vs::Document&) { return std::wstring(); });
@@ -487,7 +487,7 @@ TEST_F(WindowTest, LongWorkCanBeCancelledButStartsNoOtherCommand)
     }
     EXPECT_FALSE(window->progressPanel()->isVisible());
     {
-        // A key of a tool as well, and no field has the keyboard.
+        // A tool's key as well, when no field has the focus.
         new QShortcut(QKeySequence(Qt::Key_Escape), window);
         window->progressPanel()->setFocus();
         const Vs::ProgressScope work(L"Measuring");
@@ -495,7 +495,7 @@ TEST_F(WindowTest, LongWorkCanBeCancelledButStartsNoOtherCommand)
         EXPECT_TRUE(Vs::Progress::cancelled());
         field.setFocus();
     }
-    // The first canvas has Qt make the native window anew; so does this.
+    // The first canvas has Qt recreate the native window; so does this.
     window->setWindowFlag(Qt::WindowStaysOnTopHint);
     window->show();
     EXPECT_TRUE(UiTests::becomes([&] { return ranInside; }));

@@ -83,14 +83,13 @@ void WithProgram::TearDown()
     Vu::FileDialog::responder(nullptr);
     Vu::MessageBox::responder(nullptr);
     Vu::MouseEventSource::get()->mouseLeft(Vu::MouseEventSource::get()->canvas());
-    // The sessions leave the shell as a user would have it, so that no shell remembers a session that is
-    // gone.
+    // The sessions leave the shell as they do for a user, so that no shell remembers a session that is gone.
     Vu::MessageBox::responder([](const Vu::MessageBox&) { return 1; });
     if (documents() > 0)
         run(L"Document.CloseAll");
     Vu::MessageBox::responder(nullptr);
     closeEverything();
-    // Some run every command there is.
+    // Some run every existing command.
     run(L"Debug.ShowDebugDialog /off");
     if (Vu::WorkspaceWindow* window = Vu::WorkspaceWindow::activeWorkspaceWindow()) {
         window->workspace()->shellManager()->activateDefaultShell();

@@ -27,7 +27,7 @@ protected:
 
     /// Runs a line as a script would and finishes what it left in the queues.
     static Vs::TextCommandResult run(const std::wstring& line);
-    /// The answer of a line that must be well done.
+    /// The answer of a line that must succeed.
     static std::wstring answer(const std::wstring& line);
     /// The reason of a line that must fail.
     static std::wstring failure(const std::wstring& line);
@@ -47,7 +47,7 @@ protected:
 
     /// A folder for this test's files.
     static std::wstring scratch(const std::wstring& name);
-    /// Makes a folder within that one which holds nothing of an earlier test.
+    /// Creates a folder within that one, without anything from an earlier test.
     static void emptyScratch(const std::wstring& name);
 
 private:

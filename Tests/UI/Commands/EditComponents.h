@@ -13,7 +13,7 @@ namespace CommandsTests {
 
 using Texts = std::vector<std::wstring>;
 
-/// A design of three boxes, of which the last is placed.
+/// A design of three boxes, the last of which has a placement.
 class EditComponents : public WithProgram
 {
 protected:
@@ -42,10 +42,10 @@ protected:
             selected().add(Vs::StrongRef<Vs::Selection>(
                 new Vs::LogicalSelection(asset(), path(text), Vs::StrongRef<Vs::Selection>())));
     }
-    /// The paths of all components, each behind the one that holds it.
+    /// The paths of all components, each after the one that contains it.
     static Texts paths() { return below(*asset()->components()); }
     static unsigned steps() { return Vs::Transaction::undoSteps(asset()); }
-    /// Saves, closes and opens again; the tree is that of the file then.
+    /// Saves, closes and reopens; the tree is then that of the file.
     static void saveAndReopen(const std::wstring& file)
     {
         answer(L"Document.SaveAs \"" + scratch(file) + L'"');

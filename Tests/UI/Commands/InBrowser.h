@@ -16,7 +16,7 @@
 
 namespace CommandsTests {
 
-/// A fixture with the browser in a window, through Qt's events.
+/// A fixture with the browser in a window, driven by Qt's events.
 template <class Fixture>
 class InBrowser : public Fixture
 {
@@ -27,7 +27,7 @@ protected:
         m_workspace = Vu::WorkspaceMgr::get()->create();
         Vu::WorkspaceWindow* window = m_workspace->window();
         window->show();
-        // As a person has it, whatever the screen: with room for the view between the panels.
+        // As a user has it, whatever the screen: with room for the view between the panels.
         window->widget()->resize(1280, 800);
         Fixture::SetUp();
         QApplication::processEvents();
@@ -41,7 +41,7 @@ protected:
         Vu::WorkspaceMgr::activeWorkspace(m_before);
     }
 
-    /// The item of that text; invalid if there is none.
+    /// The item with that text; invalid if there is none.
     QModelIndex below(const QModelIndex& parent, const std::wstring& text) const
     {
         for (int row = 0; row < tree->model()->rowCount(parent); ++row)
@@ -58,7 +58,7 @@ protected:
         Vu::Application::get()->flushDeferredTasks();
         QApplication::processEvents();
     }
-    /// Opens the menu on the item, and runs the entry of that title; gives all titles.
+    /// Opens the item's menu, and runs the entry with that title; returns all titles.
     QStringList menu(const QModelIndex& index, const QString& wanted)
     {
         click(index);
@@ -67,8 +67,7 @@ protected:
         QApplication::sendEvent(tree->viewport(), &event);
         return runFromPopup(wanted);
     }
-    /// Runs the entry of that title in the menu that is open, if there is one, and closes it; gives all
-    /// titles.
+    /// Runs the entry with that title in the open menu, if there is one, and closes it; returns all titles.
     static QStringList runFromPopup(const QString& wanted)
     {
         QStringList titles;
@@ -86,7 +85,7 @@ protected:
         return titles;
     }
 
-    /// As it is read, without the letter that chooses it and its keys.
+    /// As displayed, without its mnemonic and shortcut.
     static QString titleOf(const QAction& action)
     {
         return action.text().section(QLatin1Char('\t'), 0, 0).remove(QLatin1Char('&'));

@@ -12,14 +12,14 @@
 
 namespace CommandsTests {
 
-/// The three boxes in a window with browser and canvas, seen from the front, through Qt's events.
+/// The three boxes in a window with browser and canvas, seen from the front, driven by Qt's events.
 class InCanvas : public InBrowser<EditComponents>
 {
 protected:
     void SetUp() override
     {
         InBrowser::SetUp();
-        // The window follows the new layout behind the events that are there already.
+        // The window adopts the new layout after the events already queued.
         ASSERT_TRUE(UiTests::becomes([this] { return findCanvas(); }));
         canvas = graphicsCanvas->existingWidget();
         Vu::SplitViewMgr::get()->activeCanvas(graphicsCanvas);
@@ -37,7 +37,7 @@ protected:
         Vu::Application::get()->flushDeferredTasks();
     }
 
-    /// Where the middle of the component shows.
+    /// The position of the middle of the component.
     QPoint placeOf(const std::wstring& component) const
     {
         BBox box;
@@ -58,7 +58,7 @@ protected:
         QTest::mouseClick(canvas, button, modifiers, place);
         settle();
     }
-    /// The components of what is selected, as the paths of all.
+    /// The components of the selection, as their paths.
     static Texts selectedComponents()
     {
         Texts texts;
@@ -67,7 +67,7 @@ protected:
                 Vs::ObjectPath{Vs::cast<Vs::LogicalSelection>(selection.get())->componentId()}, *asset()));
         return texts;
     }
-    /// Opens the menu at the place, and runs the entry of that title; gives all titles.
+    /// Opens the menu there, and runs the entry with that title; returns all titles.
     QStringList menuAt(const QPoint& place, const QString& wanted = {})
     {
         clickAt(place, Qt::RightButton);

@@ -26,7 +26,7 @@ void Navigation::SetUp()
     answer(L"Design.Box 20 20 20");
     ASSERT_NE(view(), nullptr);
     ASSERT_NE(canvas(), nullptr);
-    // What lies where another test left the pointer is none of this one's business.
+    // What lies where another test left the pointer must not affect this one.
     MouseEventSource::get()->mouseLeft(canvas());
     camera()->look({0, 1, 0}, {0, 0, 1});
     camera()->fit(view()->modelFragment()->bounds());

@@ -17,7 +17,7 @@ class GraphicsView;
 namespace CommandsTests {
 
 /// A box in the middle of the active view, and a mouse in its canvas. Every event is sent as the canvas sends
-/// it, with the deferred tasks behind it.
+/// it, followed by the deferred tasks.
 class Navigation : public WithProgram
 {
 protected:
@@ -28,10 +28,10 @@ protected:
     static Vu::GraphicsCanvas* canvas();
     static Vs::Scene::Camera* camera();
     static Vu::CommandBase* activeCommand();
-    /// The key of the definition of the tool that is active; empty if there is none.
+    /// The key of the active tool's definition; empty if there is none.
     static std::wstring activeKey();
 
-    /// Places are logical pixels from the middle of the canvas.
+    /// Positions are logical pixels from the middle of the canvas.
     void press(int button, int x, int y, unsigned modifiers = 0);
     void move(int x, int y, unsigned modifiers = 0);
     void release(int button, int x, int y, unsigned modifiers = 0);
@@ -42,7 +42,7 @@ protected:
     /// Starts a tool, as its button does.
     static void start(const std::wstring& key);
 
-    /// Where the pixel's ray passes the plane of the target.
+    /// Where the pixel's ray intersects the target's plane.
     static GkPoint3d under(int x, int y);
 
 private:
@@ -52,7 +52,7 @@ private:
     int m_held = 0;
 };
 
-/// How a camera stands, to be compared.
+/// The state of a camera, for comparison.
 std::string stand(const Vs::Scene::Camera& camera);
 
 } // namespace CommandsTests

@@ -72,7 +72,7 @@ std::wstring Recorded::state()
     for (unsigned i = 0; i < manager->documents(); ++i) {
         Vs::Document* document = manager->document(i);
         text << L"document "
-             // Names of new documents are counted on.
+             // Names of new documents are numbered consecutively.
              << (document->path().empty() && document->displayName().starts_with(L"Untitled")
                      ? L"Untitled"
                      : document->displayName())

@@ -8,32 +8,32 @@ class Workspace;
 
 namespace CommandsTests {
 
-/// Sessions that are recorded in an empty program, and played again in one.
+/// Sessions that are recorded in an empty program, and replayed in one.
 class Recorded : public Navigation
 {
 protected:
-    // Python knows the commands, and must go before they do.
+    // Python knows the commands, and must be shut down before them.
     static void TearDownTestSuite();
     void SetUp() override;
     void TearDown() override;
 
     /// A file in the folder of the transcripts.
     static std::wstring file(const std::wstring& name) { return scratch(L"transcripts/" + name); }
-    /// Without the one that tells what the file is.
+    /// Without the one that describes the file.
     static std::vector<std::string> linesOf(const std::wstring& name);
     static void record(const std::wstring& name);
     static void stop() { answer(L"Transcripting.Stop"); }
-    /// Nothing is kept of what is open.
+    /// Nothing of what is open is kept.
     static void closeAll();
 
-    /// What every open document holds and how it is called; shell, environment, selection and camera.
+    /// The contents and names of all open documents; shell, environment, selection and camera.
     static std::wstring state();
-    /// What the file brings about in an empty program, with the failures of its lines before it.
+    /// The result of the file in an empty program, preceded by the failures of its lines.
     static std::wstring stateAfter(const std::wstring& name);
 };
 
-/// A workspace with a window, which is small since pictures take most of the time. Documents must be closed
-/// before it goes.
+/// A workspace with a window, which is small since rendering takes most of the time. Documents must be closed
+/// before it is destroyed.
 class SmallWindow
 {
 public:

@@ -49,7 +49,7 @@ protected:
     void SetUp() override
     {
         WithProgram::SetUp();
-        // The lines that save write to wherever their nonsense leads.
+        // The lines that save write to wherever their nonsense arguments lead.
         boost::filesystem::create_directories(scratch(L"sweep"));
         m_before = boost::filesystem::current_path();
         boost::filesystem::current_path(scratch(L"sweep"));
@@ -81,7 +81,7 @@ TEST_P(SweepTest, EveryDefinitionSaysWhetherItAppliesAndHowItLooks)
             EXPECT_NO_THROW(definition->isVisible(&context));
             EXPECT_NO_THROW(definition->updateInputControl(&context));
         }
-        // There are no favourites before somebody has signed in for the first time.
+        // There are no favourites before the first sign-in.
         EXPECT_TRUE(definition->inputControl() || definition->id() == L"ItemhubMyFavoritesCommand");
         EXPECT_FALSE(definition->id().empty());
     }
@@ -132,7 +132,7 @@ TEST_F(ArgumentsTest, NoCommandRunsWithAnArgumentThatItDoesNotTake)
     EXPECT_EQ(documents(), 1u);
 }
 
-/// Commands with a title that no menu has, each with its reason.
+/// Commands with a title but without a menu entry, each with its reason.
 const std::map<std::wstring, const char*> kInNoMenu = {
     {L"SwitchAssetCommand", "needs to be told the model; the list of models does it"},
     {L"RenameCommand", "needs to be told the name, which is typed in the browser"},

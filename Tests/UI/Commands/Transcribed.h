@@ -7,7 +7,7 @@
 
 namespace CommandsTests {
 
-/// Transcripts in a folder of their own, played in this process, and what their lines answered. Every test
+/// Transcripts in a folder of their own, replayed in this process, and the answers of their lines. Every test
 /// ends with the references' usual mode.
 class Transcribed : public WithProgram, private Vs::TextOutput
 {
@@ -15,8 +15,8 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    /// Plays the lines as the transcript of that name; goes on after a line that failed. The answers of all
-    /// lines.
+    /// Replays the lines as the transcript of that name; continues after a failed line. Returns the answers
+    /// of all lines.
     const std::wstring& replay(const std::string& lines, const std::string& name = "bracket.txt");
     /// How many lines of the last replay failed.
     size_t failures() const { return m_failures; }

@@ -9,7 +9,7 @@
 
 namespace CommandsTests {
 
-/// What an edition of the program has; the rest is empty.
+/// The contents of an edition of the program; the rest is empty.
 struct EditionContent
 {
     std::wstring filter, help, feedback, discussion, videos, tour, newestVersion;
@@ -36,7 +36,7 @@ private:
     EditionContent m_content;
 };
 
-/// Lets an edition take the place of the program's own as long as this lives.
+/// Replaces the program's own edition as long as this lives.
 class WithEdition
 {
 public:

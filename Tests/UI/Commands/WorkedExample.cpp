@@ -1,6 +1,6 @@
-// A whole command in one file, as an example of how the pieces fit. It needs the host alone, as an add-in of
-// your own would. In the program's add-ins the row and the classes stand in a pair of files of their family,
-// and the definition is a member of the add-in.
+// A whole command in one file, as an example of how the pieces fit together. It needs only the host, as an
+// add-in of your own would. In the program's add-ins the row and the classes are in a pair of files of their
+// family, and the definition is a member of the add-in.
 
 #include "Server/Base/LocalizedText.h"
 #include "Server/Scene/Camera.h"
@@ -19,7 +19,7 @@ namespace {
 
 using Vu::CommandContext;
 
-// The add-in's own texts; what isn't translated stays English.
+// The add-in's own texts; untranslated ones stay English.
 constexpr const wchar_t* kDomain = L"Example";
 constexpr Vs::LocalizedFormat localizedFormat{kDomain};
 
@@ -72,7 +72,7 @@ Vu::CommandBase* LookAlongCmdDef::onCreateCommand(CommandContext* context)
     return new LookAlongCmd(this, context);
 }
 
-// A wrong argument is the user's to mend: say what it is. A view that isn't there just leaves nothing to do.
+// A wrong argument is for the user to correct: say what is wrong. A missing view just leaves nothing to do.
 void LookAlongCmd::onExecute(Vs::Status& status)
 {
     Vs::Scene::ViewFragment* model = modelShownIn(assetSession());
@@ -89,7 +89,7 @@ void LookAlongCmd::onExecute(Vs::Status& status)
     model->camera()->fit(model->bounds());
 }
 
-// 4. The line of text: how scripts and transcripts reach it. The area is one row, each line another.
+// 4. The text line: how scripts and transcripts reach it. The area is one row, each line another.
 void fillDirection(const Vs::TextCommandParameters& parameters, CommandContext& context)
 {
     if (parameters.parameters() == 1)
@@ -106,7 +106,7 @@ constexpr Vu::WrapperRow kWrappers[] = {
 const Vu::SubjectArea<kArea> theArea;
 const Vu::Wrappers<kWrappers> theWrappers;
 
-// 5. The tests: what a user sees, through the line of text.
+// 5. The tests: what a user sees, through the text line.
 class LookAlongTest : public CommandsTests::WithProgram
 {
     LookAlongCmdDef m_definition;

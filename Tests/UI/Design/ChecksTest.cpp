@@ -10,7 +10,7 @@ namespace {
 class Checks : public CommandsTests::Transcribed
 {
 protected:
-    /// The line after a model of three parts, as a transcript; the model changes by `change`.
+    /// The line after a model of three parts, as a transcript; `change` changes the model.
     const std::wstring& check(const std::string& line, const std::string& change = "")
     {
         return replay("Design.New\nDesign.Box 10 20 30\nDesign.Sphere 5 0,0,100\nDesign.Sphere 5 0,0,130\n" +
@@ -45,7 +45,7 @@ TEST_F(Checks, KeepWhatTheyFindAtFirstAndFailWhenItIsAnother)
     EXPECT_HOLDS(changed, L"Model.CheckDigest all: model is ");
     EXPECT_HOLDS(changed, L"\n    component Box2:1 is new");
 
-    // A digest that is another one is explained.
+    // A differing digest is explained.
     EXPECT_HOLDS(check("Model.CheckDigest all", "Design.Move Sphere1 5mm 0 0\nDesign.Hide Box1\n"),
                  L"\n    component Box1:1: visible no instead of yes\n    component Sphere1:1: place 5,0,100 "
                  L"instead of 0,0,100");

@@ -18,7 +18,7 @@
 
 namespace {
 
-/// Box1 and Box2 stand in the origin, Box3 at (10, 0, 0).
+/// Box1 and Box2 are at the origin, Box3 at (10, 0, 0).
 class EditCommandsTest : public CommandsTests::EditComponents
 {
 protected:
@@ -95,7 +95,7 @@ TEST_F(EditCommandsTest, WhatIsSelectedOfABodyIsTheSameAfterItChanged)
     const auto input = [](const wchar_t* name) {
         return activeSession()->commandManager()->activeCommand()->commandInputSet()->findInput(name);
     };
-    // A tool's preview comes and goes without taking anything from what is selected.
+    // A tool's preview comes and goes without affecting the selection.
     const std::wstring before = text();
     answer(L"Commands.Start FilletCommand");
     answer(L"Commands.SetInput Edges Box4/Edge5");
@@ -103,7 +103,7 @@ TEST_F(EditCommandsTest, WhatIsSelectedOfABodyIsTheSameAfterItChanged)
     EXPECT_EQ(input(L"Edges")->displayText(), L"Edge of Box4") << "it is another edge of the preview";
     answer(L"Commands.Cancel");
     EXPECT_EQ(text(), before);
-    // An edge that was rounded off is no edge of the next tool's.
+    // An edge that was rounded off can't be an edge of the next tool.
     select({L"Box4/Edge5"});
     answer(L"Design.Fillet 1 Box4/Edge5");
     EXPECT_EQ(text(), L"");
@@ -168,14 +168,14 @@ TEST_F(EditCommandsTest, LinesThatMakeNoSenseSayWhyAndLeaveNoStep)
     EXPECT_NE(failure(L"Design.Rotate Box1 W 1").find(L"Axis"), std::wstring::npos);
     EXPECT_NE(failure(L"Design.Rotate Box1 Z 1 Point 1 2").find(L"Usage"), std::wstring::npos);
     EXPECT_NE(failure(L"Design.Pattern Box1 X 20 3 Y").find(L"Usage"), std::wstring::npos);
-    // What changes nothing leaves none either.
+    // Something that changes nothing leaves no step either.
     answer(L"Design.Move Box1 0 0 0");
     answer(L"Design.Rotate Box1 Z 0");
     EXPECT_EQ(steps(), before);
     answer(L"Design.Copy Box1 0 0 1");
     EXPECT_NE(failure(L"Design.Move Box1 1 2 3").find(L"Box1:1"), std::wstring::npos);
     EXPECT_EQ(steps(), before + 1);
-    EXPECT_NE(failure(L"Commands.SetInput Dx 1"), L""); // none of them still runs
+    EXPECT_NE(failure(L"Commands.SetInput Dx 1"), L""); // None of them is still running.
 }
 
 TEST_F(EditCommandsTest, ARunningCommandShowsWhatItWillDoAndKeepsItAsOneStep)
@@ -323,7 +323,7 @@ TEST_F(EditCommandsTest, APreviewOfARoundingIsMadeOfTheBodyAsItWas)
 class EditInTheCanvas : public CommandsTests::InCanvas
 {
 protected:
-    /// What is lit when the pointer comes to that place of the model from nowhere.
+    /// What is highlighted when the pointer comes to that point of the model from nowhere.
     std::wstring lit(const GkPoint3d& place)
     {
         QTest::mouseMove(canvas, nowhere());
@@ -334,7 +334,7 @@ protected:
         settle();
         return lit();
     }
-    /// What is lit, if it is one thing.
+    /// What is highlighted, if it is a single thing.
     static std::wstring lit()
     {
         const auto& pointed = activeSession()->selectionManager()->highlightSet().selections();
@@ -365,7 +365,7 @@ TEST_F(EditInTheCanvas, AnEdgeThatIsPointedAtIsThatOfTheBodyAsItWasAndIsForgotte
     settle();
     EXPECT_EQ(faces(), 7u);
     EXPECT_EQ(lit(right), second);
-    EXPECT_EQ(faces(), 6u); // as long as the pointer is there
+    EXPECT_EQ(faces(), 6u); // As long as the pointer is there.
     answer(L"Commands.Commit");
     EXPECT_EQ(faces(), 7u);
     EXPECT_NE(lit(), second);

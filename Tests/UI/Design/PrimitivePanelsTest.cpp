@@ -18,11 +18,11 @@ namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-/// Box1 and Box2 stand in the origin, Box3 of 3 mm at (10, 0, 0); all are seen from the front.
+/// Box1 and Box2 are at the origin, Box3 of 3 mm at (10, 0, 0); all are seen from the front.
 class PrimitivePanelsTest : public CommandsTests::InCanvas
 {
 protected:
-    /// By its entry of the menu "Insert".
+    /// Through its entry in the menu "Insert".
     void start(const std::wstring& id)
     {
         auto* menu = canvas->window()->findChild<QMenu*>(QStringLiteral("Insert"));
@@ -136,14 +136,14 @@ TEST_F(PrimitivePanelsTest, OnAFaceAPartStandsAlongItsNormalAndFollowsTheHandles
     drag(seen(tip), seen(tip + GkVector3d(2, 0, 0)));
     EXPECT_NEAR(line("Radius")->text().split(QLatin1Char(' ')).value(0).toDouble(), 5, 0.2);
     EXPECT_TRUE(origin().isEqualTo({11.5, 0, 1.5}));
-    // Nothing stands on what is being made.
+    // Nothing can stand on what is being created.
     clickAt(seen({11.5 + 4, -2, 1.5}));
     EXPECT_TRUE(origin().isEqualTo({11.5, 0, 1.5}));
     key(Qt::Key_Return);
     EXPECT_EQ(parts(), 4u);
     Vu::Inference::SnapManager::get()->enableDistanceSnapping(true);
 
-    // What is selected at the start is the face; a sphere lies on it, and a box stands in its middle.
+    // The initial selection is the face; a sphere lies on it, and a box stands in its middle.
     select({L"Box3/Face1"});
     const std::wstring middle = answer(L"Measure.Position Box3/Face1");
     start(L"BoxCommand");

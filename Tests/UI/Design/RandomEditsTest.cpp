@@ -57,7 +57,7 @@ protected:
         case 8:
             answer(L"Design.Move \"" + part + L"\" 0 0." + name + L" 0");
             break;
-        // By the kernel's own transactions, while what was taken back before waits to come again.
+        // By the kernel's own transactions, while undone steps wait to be redone.
         case 9:
             answer(L"Design.Mirror \"" + part + L"\" X");
             break;
@@ -93,7 +93,7 @@ TEST_F(RandomEditsTest, EveryUndoAndRedoRestoresTheWholeModel)
         ASSERT_EQ(digest(), digests[to]) << "after " << to << " steps";
     };
     for (int number = 0; number < 60; ++number) {
-        // Now and then some of the way back, and a part of it forth again.
+        // Now and then part of the way back, and part of that forward again.
         const auto done = static_cast<unsigned>(digests.size() - 1);
         if (done > 0 && random() % 5 == 0) {
             const auto back = static_cast<unsigned>(1 + random() % done);
@@ -121,7 +121,7 @@ TEST_F(RandomEditsTest, EveryUndoAndRedoRestoresTheWholeModel)
 
 namespace {
 
-/// The children of the model's root as a person would keep them on paper.
+/// The expected children of the model's root.
 class PlainModel
 {
 public:

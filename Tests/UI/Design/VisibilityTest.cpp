@@ -85,7 +85,7 @@ TEST_F(VisibilityTest, OneOccurrenceOfAPartIsHiddenAlone)
     answer(L"Design.Hide as1/rod-assembly_1/nut_1");
     EXPECT_FALSE(shown(L"as1/rod-assembly_1/nut_1"));
     EXPECT_TRUE(shown(L"as1/rod-assembly_1/nut_2"));
-    // An assembly takes along what is in it, wherever it lies.
+    // An assembly takes along what is in it, wherever it is.
     const double all = bounds().diagonal();
     answer(L"Design.Hide as1/plate_1 as1/l-bracket-assembly_1");
     EXPECT_LT(bounds().diagonal(), all);

@@ -14,7 +14,7 @@ const Vs::UniqueString* key(const char* name)
     return Vs::UniqueString::find(name);
 }
 
-/// Belongs to whoever made it.
+/// Belongs to its creator.
 class Named : public Vs::Implements<Named, Vs::SerializableObject>
 {
 public:

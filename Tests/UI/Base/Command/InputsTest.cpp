@@ -18,7 +18,7 @@ namespace {
 Info kRadius(L"RadiusInput", L"Radius", nullptr);
 Info kName(L"NameInput", L"Name", nullptr);
 
-/// Asks for a radius above nothing and a name.
+/// Asks for a positive radius and a name.
 class HoleCommand : public Vs::Implements<HoleCommand, Command>
 {
 public:
@@ -147,7 +147,7 @@ TEST_F(Inputs, ChangesAreToldToTheCommandAndToEachSite)
     EXPECT_EQ(hole().events, 3);
     source->unsubscribe(&ofAll, nullptr);
 
-    // The command may end while its inputs tell of a change.
+    // The command may end while its inputs are announcing a change.
     hole().endOnChange = true;
     hole().radius->value(4.0);
     EXPECT_EQ(manager.activeCommand(), nullptr);

@@ -16,7 +16,7 @@ class Lifecycle : public CommandTest::WithManager
 const char* const kEndOf =
     "%.onPreCommandEnd %.onDeactivate %.onEnd(#) %.onTerminate(#) %.onDestroy(#) %.onPreDelete";
 
-/// The end of an active command, with its name and the reason put in.
+/// The end of an active command, with its name and the reason filled in.
 std::string endOf(const std::string& name, int reason)
 {
     std::string text;
@@ -105,7 +105,7 @@ TEST_F(Lifecycle, ACommandIsOnTheStackInOnEndAndOffItInOnTerminate)
     measure.during["onTerminate"] = [&](CommandBase& command, Vs::Status&) {
         inOnTerminate = manager.commandStack().size();
         EXPECT_EQ(command.commandManager(), &manager);
-        command.destroy(0); // Already gone: nothing happens.
+        command.destroy(0); // Already ended: does nothing.
     };
     run(measure);
     manager.activeCommand()->destroy(1);
@@ -260,7 +260,7 @@ TEST_F(Lifecycle, ACommandMayCloseTheSessionOfTheManagerThatRunsIt)
         session.reset();
         EXPECT_EQ(measure.alive, 0);
         EXPECT_EQ(command.commandManager(), nullptr);
-        command.destroy(1); // Without a manager: nothing happens.
+        command.destroy(1); // Without a manager: does nothing.
         status.addWarning(L"closed");
     };
     const Vs::Status status = session->executeCommand(&close, CommandContext());

@@ -12,7 +12,7 @@ using CommandTest::Definition;
 
 namespace {
 
-/// Writes down every run it sees.
+/// Logs every run it sees.
 class Watcher : public ICommandObserver
 {
 public:
@@ -35,7 +35,7 @@ private:
     CommandTest::Log& m_log;
 };
 
-/// Names the resting command, and tells of the managers that come to be.
+/// Names the resting command, and reports newly created managers.
 class RestingCommand : public CommandEventSite
 {
 public:
@@ -71,7 +71,7 @@ TEST_F(Manager, RemembersTheLastCommandThatMayBeRepeated)
     run(save);
     EXPECT_EQ(manager.lastCommandDef(), &fit);
 
-    // What a command runs of itself isn't what the user did.
+    // What a command runs itself isn't the user's action.
     Definition helper(log, "Helper", false);
     save.during["onExecute"] = [&](CommandBase&, Vs::Status&) { run(helper); };
     run(save);
@@ -197,7 +197,7 @@ TEST_F(Manager, DropsADeferredRunWhenWhatItNeedsHasGone)
     {
         CommandMgr session(CommandTest::Host::session(1));
         std::ignore = session.executeCommand(&save, context);
-        // By the manager that stays, but about the session that goes.
+        // From the surviving manager, but about the session being closed.
         CommandContext aboutSession = context;
         aboutSession.assetSession(session.assetSession());
         std::ignore = manager.executeCommand(&save, aboutSession);
@@ -229,7 +229,7 @@ TEST_F(Manager, OfASessionRestsInTheDefaultCommand)
     std::ignore = session.executeCommand(&save, CommandContext());
     EXPECT_EQ(session.activeCommand(), select.latest);
 
-    // One that doesn't stay isn't tried for ever.
+    // A command that doesn't stay active isn't retried forever.
     session.activeCommand()->destroy(1);
     select.during["onActivate"] = [](CommandBase& command, Vs::Status&) { command.destroy(1); };
     session.activeCommand()->destroy(1);

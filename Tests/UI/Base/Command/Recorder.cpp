@@ -10,7 +10,7 @@ using namespace Vu;
 
 namespace {
 
-/// A command that writes down each call and then does what its definition says.
+/// A command that logs each call and then does what its definition says.
 template <class Base>
 class Recording : public Vs::Implements<Recording<Base>, Base>
 {

@@ -16,7 +16,7 @@
 
 namespace CommandTest {
 
-/// What the commands of a test were called with, in order, as one text.
+/// The calls to the commands of a test, in order, as one text.
 class Log
 {
 public:
@@ -28,15 +28,15 @@ private:
     std::string m_text;
 };
 
-/// Describes a command of a test, and is its definition. What the functions of its commands do beside being
-/// logged is put into `during`, by the function's name.
+/// Describes a command of a test, and is its definition. Additional behaviour of its commands' functions goes
+/// into `during`, under the function's name.
 class Definition : public Vs::Implements<Definition, Vu::CommandDefinition>
 {
 public:
     using Action = std::function<void(Vu::CommandBase&, Vs::Status&)>;
 
     Definition(Log& log, const std::string& name, bool interactive);
-    /// Ends its commands, which talk to it.
+    /// Ends its commands, which refer to it.
     ~Definition() override;
 
     Definition& type(Vu::ECommandType type);
@@ -50,7 +50,7 @@ public:
     bool visible = true;
     bool refuses = false;
     bool letsNestedRun = true;
-    /// How many commands there are now, and the latest one.
+    /// The present number of commands, and the latest one.
     int alive = 0;
     std::vector<Vu::CommandBase*> commands;
     Vu::CommandBase* latest = nullptr;
@@ -79,14 +79,14 @@ private:
     bool m_interactive;
 };
 
-/// A host with a queue for deferred work, and sessions that are nothing but themselves.
+/// A host with a queue for deferred work, and bare sessions.
 class Host : public Vu::CommandHost
 {
 public:
     Host() : m_before(install(this)) {}
     ~Host() override { install(m_before); }
 
-    /// A session of its own for each number; only its address counts.
+    /// A separate session for each number; only its address matters.
     static Vu::AssetSession* session(int number);
 
     Vu::AssetSession* active = nullptr;
@@ -110,7 +110,7 @@ private:
     CommandHost* m_before;
 };
 
-/// What makes commands of one class, with the latest one.
+/// Creates commands of one class, and keeps the latest one.
 template <class Command>
 class DefinitionOf : public Vs::Implements<DefinitionOf<Command>, Vu::CommandDefinition>
 {
@@ -128,7 +128,7 @@ protected:
     }
 };
 
-/// A manager of no session, whose commands are written down.
+/// A manager without a session, whose commands are logged.
 class WithManager : public testing::Test
 {
 protected:

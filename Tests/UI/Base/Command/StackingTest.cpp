@@ -13,7 +13,7 @@ namespace {
 class Stacking : public CommandTest::WithManager
 {
 protected:
-    /// The names of the running commands, bottom to top, those that are suspended in brackets.
+    /// The names of the running commands, bottom to top, with suspended ones in brackets.
     std::string stack() const
     {
         std::string text;
@@ -205,7 +205,7 @@ TEST_F(Stacking, TwoManagersKnowNothingOfEachOther)
     EXPECT_EQ(other.activeCommand(), nullptr);
 }
 
-// Whatever is started and ended in whatever order, also from inside other commands: one command at most is
+// Whatever is started and ended in whatever order, even from inside other commands: at most one command is
 // active, it is the topmost, no category occurs twice, and no command is left over or lost.
 TEST_F(Stacking, HoldsItsRulesUnderARandomSequence)
 {
@@ -222,7 +222,8 @@ TEST_F(Stacking, HoldsItsRulesUnderARandomSequence)
         definition->letsNestedRun = upTo(4) != 0;
         definitions.push_back(std::move(definition));
     }
-    // The commands talk to their definitions: they go first, also if an assertion leaves the test.
+    // The commands refer to their definitions: they are destroyed first, even if an assertion leaves the
+    // test.
     const std::shared_ptr<void> atTheEnd(nullptr, [&](void*) {
         for (auto& definition : definitions)
             definition->during.clear();

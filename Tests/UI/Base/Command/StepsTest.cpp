@@ -18,7 +18,7 @@ using EKind = CommandInputValueChangeEvent::EKind;
 Info kEdge(L"EdgeInput", L"Edge", nullptr);
 Info kNote(L"NoteInput", L"Note", nullptr);
 
-/// Adds a box for each edge that is entered, and shows one while it is typed. A note makes no step.
+/// Adds a box for each edge that is entered, and shows one while it is typed. A note is not a step.
 class Pile : public Vs::Implements<Pile, Command>
 {
 public:
@@ -59,7 +59,7 @@ protected:
     void SetUp() override
     {
         WithAsset::SetUp();
-        // One step before the command, and one that could be done again.
+        // One step before the command, and one that could be redone.
         for (int i = 0; i < 2; ++i)
             AddBox(1).execute(asset, status);
         Vs::Transaction::undo(asset);
@@ -151,7 +151,7 @@ TEST_F(Steps, LeaveOutWhatIsOnlyShownAndWhatFails)
     EXPECT_EQ(Vs::modelDigest(*asset), before);
     EXPECT_TRUE(pile->canRedoStep()) << "what failed changes nothing";
 
-    // What was entered without a step stays when steps are taken back.
+    // Values entered without a step stay when steps are undone.
     pile->note->value(L"top");
     pile->edge->value(10);
     pile->undoStep();
@@ -186,7 +186,7 @@ TEST_F(Steps, StandInTheTreeOfTransactionsBelowTheirCommand)
     pile->redoStep();
     EXPECT_EQ(boxes(), 3u);
 
-    // Another's change goes with the step before it.
+    // Another command's change is undone along with the step before it.
     AddBox(40).execute(asset, status);
     EXPECT_EQ(boxes(), 4u);
     pile->undoStep();

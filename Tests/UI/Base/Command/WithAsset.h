@@ -14,7 +14,7 @@
 
 namespace CommandTest {
 
-/// Adds a box of some edge to the model; an edge of 0 is no box.
+/// Adds a box of some edge to the model; an edge of 0 adds none.
 class AddBox : public Vs::Request
 {
 public:
@@ -30,7 +30,7 @@ private:
     double m_edge;
 };
 
-/// A session that works on a real asset.
+/// A session on a real asset.
 class WithAsset : public testing::Test
 {
 protected:

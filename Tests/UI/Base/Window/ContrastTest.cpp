@@ -1,5 +1,5 @@
-// Whether what is to be read, pressed and filled in stands out from what is around it, and who works by the
-// keyboard sees where he is: in the pictures of the window as it is drawn, in the light and the dark palette.
+// Whether everything to be read, pressed and filled in stands out from its surroundings, and the keyboard
+// focus is visible: in pictures of the window as drawn, in the light and the dark palette.
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
@@ -64,7 +64,7 @@ double contrast(const QColor& one, const QColor& other)
     return contrast(one.rgb(), other.rgb());
 }
 
-/// What most of the picture has.
+/// The most frequent colour of the picture.
 QRgb groundOf(const QImage& picture)
 {
     std::map<QRgb, int> counts;
@@ -84,7 +84,7 @@ double strongest(const QImage& picture)
     return most;
 }
 
-/// What a person sees of the widget, and `around` pixels about it.
+/// The widget as the user sees it, with a margin of `around` pixels.
 QImage seen(const QWidget* widget, int around = 0)
 {
     QWidget* window = widget->window();
@@ -94,7 +94,7 @@ QImage seen(const QWidget* widget, int around = 0)
     return window->grab(place).toImage();
 }
 
-/// How strong the frame is that somebody meets who comes from the left.
+/// The contrast of the frame where a line from the left meets it.
 double frameOf(const QWidget* control)
 {
     constexpr int kAround = 3, kWithin = 14;
@@ -107,7 +107,7 @@ double frameOf(const QWidget* control)
     return most;
 }
 
-/// Pixels that stand out from what they were before.
+/// Pixels that contrast with what they were before.
 int changed(const QImage& before, const QImage& after)
 {
     int count = 0;
@@ -145,7 +145,7 @@ protected:
 
     static QWidget* window() { return WorkspaceWindow::activeWorkspaceWindow()->widget(); }
 
-    /// Opens the preferences, and looks at them.
+    /// Opens the preferences, and checks them.
     static void inPreferences(const std::function<void(QDialog&)>& look)
     {
         bool looked = false;
@@ -198,7 +198,7 @@ protected:
         }
     }
 
-    /// Each picture on a button, by itself: as strong as a frame at a twentieth of its pixels.
+    /// Each button's icon separately: a twentieth of its pixels as strong as a frame.
     static void expectIcons(const QWidget& root)
     {
         constexpr int kShare = 20;
@@ -239,7 +239,7 @@ protected:
             }
     }
 
-    /// Of each kind of widget the first few.
+    /// The first few of each kind of widget.
     static void expectFocus(QWidget& root)
     {
         constexpr int kOfAKind = 3, kLeastPixels = 20;
@@ -254,7 +254,7 @@ protected:
             QTest::qWait(10);
             const QImage before = seen(each, 3);
             each->setFocus(Qt::TabFocusReason);
-            // A keyboard that was used shows where it is.
+            // Once the keyboard is used, it shows its focus.
             each->window()->setAttribute(Qt::WA_KeyboardFocusChange);
             QTest::qWait(10);
             EXPECT_GE(changed(before, seen(each, 3)), kLeastPixels) << nameOf(each);
@@ -262,7 +262,7 @@ protected:
     }
 };
 
-/// One of each, on a ground of the window's colour.
+/// One of each, on a background of the window's colour.
 struct Controls
 {
     QWidget panel;

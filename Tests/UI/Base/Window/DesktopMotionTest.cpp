@@ -1,4 +1,4 @@
-// What the desktop says of animations, and what the program makes of it.
+// The desktop's animation setting, and how the program follows it.
 
 #include "UI/Base/Window/DesktopMotion.h"
 
@@ -31,7 +31,7 @@ const QString kInterface = QStringLiteral("org.freedesktop.portal.Settings");
 const QString kSpace = QStringLiteral("org.gnome.desktop.interface");
 const QString kKey = QStringLiteral("enable-animations");
 
-/// The settings portal of a desktop, as far as it is asked.
+/// The settings portal of a desktop, as far as it is queried.
 class Portal : public QDBusVirtualObject
 {
 public:

@@ -1,4 +1,4 @@
-// What reaches the desktop while nobody looks at the window, and what comes back from there.
+// What reaches the desktop while the window isn't active, and what comes back from there.
 
 #include "UI/Base/Window/DesktopNotifications.h"
 
@@ -74,7 +74,7 @@ QWidget* window()
     return WorkspaceWindow::activeWorkspaceWindow()->widget();
 }
 
-/// There is no window manager, whose work this is.
+/// There is no window manager, whose job this would be.
 void focus(const QStringList& what)
 {
     EXPECT_EQ(QProcess::execute(QStringLiteral("xdotool"), what), 0);
@@ -86,7 +86,7 @@ void comeBack()
     ASSERT_TRUE(QTest::qWaitForWindowActive(window()));
 }
 
-/// As if the user went to another program.
+/// As if the user switched to another program.
 void goElsewhere()
 {
     comeBack();
@@ -106,7 +106,7 @@ Notification* send(const std::wstring& title, std::vector<Vs::NotificationAction
     return NotificationCenter::get()->sendNotification(std::move(request));
 }
 
-/// The program that shows notifications, seen from the bus.
+/// The program that shows notifications, as seen on the bus.
 class Daemon
 {
 public:
@@ -126,7 +126,7 @@ public:
         m_process.terminate();
         m_process.waitForFinished();
     }
-    /// -1 as long as it isn't there.
+    /// -1 as long as it doesn't exist.
     int shown()
     {
         const QVariant length = control().property("displayedLength");
@@ -154,7 +154,7 @@ public:
 private:
     static QDBusInterface& control()
     {
-        // Anew: it remembers that the service was not there.
+        // Created again: it remembers that the service wasn't there.
         static std::unique_ptr<QDBusInterface> interface;
         interface = std::make_unique<QDBusInterface>(
             QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("/org/freedesktop/Notifications"),
@@ -192,7 +192,7 @@ TEST_F(DesktopNotificationsTest, WithoutABusNothingHappens)
 TEST_F(DesktopNotificationsTest, WhatIsToldWhileTheWindowIsNotActiveShowsOnTheDesktop)
 {
     qDBusRegisterMetaType<QList<QVariantMap>>();
-    // Nobody is there at first: that must not keep those from coming who start later.
+    // There is no service at first: that must not shut out one that starts later.
     goElsewhere();
     send(L"Nobody shows it");
     QTest::qWait(200);
@@ -208,7 +208,7 @@ TEST_F(DesktopNotificationsTest, WhatIsToldWhileTheWindowIsNotActiveShowsOnTheDe
     ASSERT_TRUE(daemon.showsSoon(1));
     Notification* second = send(L"Second");
     ASSERT_TRUE(daemon.showsSoon(2));
-    // What is gone here goes there.
+    // What is dismissed here is dismissed there.
     NotificationCenter::get()->remove(second);
     EXPECT_TRUE(daemon.showsSoon(1));
 

@@ -1,5 +1,5 @@
-// What is typed on a real display while a line makes the first canvas, for which the toolkit makes the native
-// window anew.
+// What is typed on a real display while a line creates the first canvas, for which the toolkit recreates the
+// native window.
 
 #include "Server/AddInMgr/AddInMgr.h"
 #include "Server/Base/PathInfo.h"
@@ -55,7 +55,7 @@ protected:
     }
 
     static QWidget* window() { return WorkspaceWindow::activeWorkspaceWindow()->widget(); }
-    /// What the display server has a real keyboard do to the window.
+    /// What the display server would have a real keyboard do to the window.
     static bool xdotool(const char* command)
     {
         return QProcess::execute(QStringLiteral("xdotool"),
@@ -70,7 +70,7 @@ protected:
         const WId before = window()->winId();
         QString typed;
         for (int i = 0; i < 9; ++i)
-            typed += QStringLiteral("%1fhv ").arg(i); // letters that are hot keys of the view
+            typed += QStringLiteral("%1fhv ").arg(i); // Letters that are shortcuts of the view.
         QProcess typist;
         typist.start(QStringLiteral("xdotool"),
                      QStringLiteral("type --args 1 Design.Sample key Return type --delay 40").split(u' ')

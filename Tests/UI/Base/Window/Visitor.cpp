@@ -38,14 +38,14 @@ using namespace Vu;
 namespace UiTests {
 namespace {
 
-constexpr int kStep = 4; ///< Between places in the view that are looked at, in pixels.
+constexpr int kStep = 4; ///< Between sampled places in the view, in pixels.
 
 QWidget* mainWidget()
 {
     return WorkspaceWindow::activeWorkspaceWindow()->widget();
 }
 
-/// What has the keyboard: a dialog, or the window.
+/// What has the focus: a dialog, or the window.
 QWidget* front()
 {
     QWidget* dialog = QApplication::activeModalWidget();
@@ -95,7 +95,7 @@ const Vs::ObjectPath* pathOf(const Vs::Selection* selection)
     return object ? &object->path() : nullptr;
 }
 
-/// The place around which most others are as good.
+/// The place surrounded by the most equally good ones.
 template <class IsGood>
 std::optional<QPoint> bestPlace(IsGood&& isGood)
 {
@@ -128,7 +128,7 @@ std::optional<QPoint> bestPlace(IsGood&& isGood)
     return found;
 }
 
-/// Where the mouse is for the view, which the keys move as well.
+/// The mouse position for the view, which the keys move as well.
 class Pointer : private MouseEventSite
 {
 public:
@@ -153,7 +153,7 @@ void pause()
 
 void xdotool(const QStringList& arguments)
 {
-    constexpr int kPatience = 60'000; // In milliseconds: a display that hangs would hold it for ever.
+    constexpr int kPatience = 60'000; // In milliseconds: a display that hangs would block it forever.
     QProcess process;
     process.start(QStringLiteral("xdotool"), arguments);
     EXPECT_TRUE(process.waitForFinished(kPatience) && process.exitCode() == 0)
@@ -175,7 +175,7 @@ bool Visitor::begin()
         QProcess::execute(QStringLiteral("xdotool"), {QStringLiteral("version")}) != 0)
         return false;
     Vs::PathInfo::profileDirectory(folder() / "profile");
-    // Where dialogs for files begin.
+    // The initial folder of file dialogs.
     boost::filesystem::current_path(folder());
     installHost();
     static int count = 1;
@@ -187,13 +187,13 @@ bool Visitor::begin()
     EXPECT_TRUE(status.isOk()) << status.matchingError("");
     WorkspaceMgr::get()->create()->window()->show();
     mainWidget()->setGeometry(20, 40, 1300, 760);
-    // The window manager may begin behind the window, which it then doesn't give the keyboard.
+    // The window manager may start after the window, and then doesn't focus it.
     const bool isActive = UiTests::becomes([] {
         return QProcess::execute(QStringLiteral("xdotool"), {QStringLiteral("windowactivate"),
                                                              QString::number(mainWidget()->winId())}) == 0 &&
                mainWidget()->isActiveWindow();
     });
-    // Nobody presses anything before the home screen has come to rest.
+    // Nobody presses anything before the home screen has settled.
     constexpr int kRest = 1000;
     QTest::qWait(kRest);
     return isActive;
@@ -214,13 +214,13 @@ void Visitor::run(const std::function<void()>& visit)
     QEventLoop loop;
     std::thread visitor([&] {
         visit();
-        // A visit that failed may leave menus and dialogs open, in which the program would wait for ever.
+        // A failed visit may leave menus and dialogs open, which would block the program forever.
         const auto closesAny = [] {
             QWidget* menu = QApplication::activePopupWidget();
             QWidget* open = menu ? menu : QApplication::activeModalWidget();
             return open && open->close();
         };
-        constexpr int kMost = 20; // Closing one may bring another, which asks.
+        constexpr int kMost = 20; // Closing one may open another, which asks.
         for (int i = 0; i < kMost && see(closesAny); ++i)
             pause();
         QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
@@ -309,7 +309,7 @@ QPoint Visitor::entry(const QString& title)
 {
     return place(
         [&]() -> std::optional<QPoint> {
-            // That of a menu within another one is the topmost.
+            // A submenu is the topmost.
             const auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             for (QAction* action : menu ? menu->actions() : QList<QAction*>())
                 if (QString(action->text()).remove(u'&') == title && action->isEnabled())

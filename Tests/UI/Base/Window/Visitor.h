@@ -22,9 +22,9 @@ class MouseEvent;
 
 namespace UiTests {
 
-/// Somebody at the program's window, on a display of its own with a window manager: presses the keys and
-/// buttons that the display server knows, by xdotool, and sees what shows. Sits on a thread of their own, so
-/// that the program may open dialogs that wait for them.
+/// A user at the program's window, on a display of its own with a window manager: presses keys and mouse
+/// buttons through the display server, by xdotool, and sees what is shown. Runs on its own thread, so that
+/// the program may open dialogs that wait for the user.
 class Visitor
 {
 public:
@@ -34,19 +34,19 @@ public:
     void end();
     const boost::filesystem::path& folder() const { return m_folder.path(); }
 
-    /// Has the visitor do something while the program runs.
+    /// Lets the visitor act while the program runs.
     static void run(const std::function<void()>& visit);
 
     /// Everything below is for the visitor's thread.
 
-    /// One thing that a designer wants: at most eight keys or three clicks. Nothing once something failed.
+    /// One task of a designer: at most eight keys or three clicks. Does nothing after a failure.
     void step(const char* what, const std::function<void()>& act);
 
     /// As "ctrl+o a Return".
     void keys(const QString& keys);
     void press(const QPoint& place, int button = 1);
     void doublePress(const QPoint& place);
-    /// Drags until it is so, in small steps that way.
+    /// Drags until the condition holds, in small steps in that direction.
     void drag(const QPoint& from, const QPointF& way, const std::function<bool()>& isEnough, int button = 1);
     void moveTo(const QPoint& place);
 
@@ -78,19 +78,19 @@ public:
         return is;
     }
 
-    /// Where something shows on the display; waits for it. The first of those by that object name, or that
-    /// text, in the window or dialog that has the keyboard.
+    /// The position of something on the display; waits for it. The first with that object name, or that text,
+    /// in the window or dialog that has the focus.
     static QPoint widget(const char* name);
     static QPoint button(const QString& text);
-    static QPoint entry(const QString& title); ///< Of the menu that is open.
-    static QPoint file(const QString& name);   ///< In the dialog for files.
+    static QPoint entry(const QString& title); ///< Of the open menu.
+    static QPoint file(const QString& name);   ///< In the file dialog.
 
     using Test = std::function<bool(const Vs::ObjectPath& path)>;
-    /// A place in the view at which a click would take such a thing.
+    /// A place in the view at which a click would pick such a thing.
     static QPoint thing(const Test& test);
-    /// The same of what lies there, under what a click takes.
+    /// The same for what lies there, below what a click picks.
     static QPoint edgeOrFace(const Test& test);
-    /// Lights it up by the arrows, as few as it takes.
+    /// Highlights it with the arrow keys, with as few as possible.
     void point(const Test& test);
 
 private:

@@ -1,6 +1,6 @@
-// What somebody does who sees the program for the first time: opens an assembly, turns it, measures a hole,
-// hides a plate, rounds an edge, adds a cylinder on a face, exports, saves and opens it again. Once by real
-// keys alone and once by a real mouse alone, without a line of text.
+// What a first-time user does: opens an assembly, turns it, measures a hole, hides a plate, rounds an edge,
+// adds a cylinder on a face, exports, saves and reopens it. Once only with real keys and once only with a
+// real mouse, without a line of text.
 
 #include "Server/Body/Body.h"
 #include "Server/Component/Component.h"
@@ -87,7 +87,7 @@ protected:
         const CommandBase* active = CommandBase::getActiveCommand();
         return active && active->commandDefinition() && active->commandDefinition()->id() == command;
     }
-    /// What the running command's panel shows in the field of that key; empty if it can't be used.
+    /// The contents of the running command's panel in the field with that key; empty if it can't be used.
     static std::wstring field(const wchar_t* key)
     {
         CommandBase* active = CommandBase::getActiveCommand();
@@ -97,7 +97,7 @@ protected:
     }
     /// In the view, with the tool that has a panel on top again.
     static bool isStill() { return !TransitionMgr::get()->playing() && isRunning(L"CylinderCommand"); }
-    /// Whether assistive programs find the menu below the view.
+    /// Whether assistive technology finds the menu below the view.
     static bool isMenuTold()
     {
         QAccessibleInterface* view = QAccessible::queryAccessibleInterface(
@@ -107,7 +107,7 @@ protected:
                 return true;
         return false;
     }
-    /// Whether what of the model is furthest to the left, right, top and bottom is seen, and not behind a
+    /// Whether the model's outermost points to the left, right, top and bottom are visible, and not behind a
     /// bar.
     static bool isFramed()
     {
@@ -131,7 +131,7 @@ protected:
         return std::ranges::any_of(
             labels, [&](const QLabel* label) { return label->isVisible() && label->text() == text; });
     }
-    // A dialog has the keyboard only when the window manager has given it.
+    // A dialog only has the focus once the window manager has given it.
     static bool asks()
     {
         const QWidget* dialog = QApplication::activeModalWidget();
@@ -143,7 +143,7 @@ protected:
     }
 
     using Fits = std::function<bool(const Vs::BodyMesh& mesh, uint32_t index)>;
-    /// Of any occurrence of the part of that name.
+    /// Of any occurrence of the part with that name.
     static Visitor::Test of(const wchar_t* part, std::optional<Leaf> leaf = {}, const Fits& fits = {})
     {
         return [=](const Vs::ObjectPath& path) {
@@ -162,7 +162,7 @@ protected:
         return end - first == 2 && point(first).distanceTo(point(end - 1)) > 40;
     }
     static bool isFlat(const Vs::BodyMesh& mesh, uint32_t face) { return !isRound(mesh, face); }
-    /// Whether its triangles look into many directions, as those of a hole do.
+    /// Whether its triangles face many directions, as those of a hole do.
     static bool isRound(const Vs::BodyMesh& mesh, uint32_t face)
     {
         const Vs::BodyMesh::Face& run = mesh.faces[face];
@@ -173,17 +173,17 @@ protected:
         return normal(run.firstTriangle).dotProduct(normal(run.firstTriangle + run.triangleCount / 2)) < 0.99;
     }
 
-    /// Where an arrow shows on the display that drags a size of the cylinder, and where it leads. Its tip may
-    /// be outside of the view.
+    /// Where an arrow that drags a size of the cylinder is on the display, and in which direction it points.
+    /// Its tip may be outside the view.
     struct Arrow
     {
         QPoint shaft;
         QPointF way;
     };
-    /// It begins there, in radii and heights.
+    /// Where it starts, in radii and heights.
     static Arrow arrow(const GkVector3d& begin, const GkVector3d& along)
     {
-        constexpr double kSize = 105; // of an arrow, in pixels
+        constexpr double kSize = 105; // Of an arrow, in pixels.
         const GraphicsView* view = SceneUtilities::getActiveAssetGraphicView();
         const Vs::Component* cylinder = component(L"Cylinder1");
         const BBox box = cylinder ? cylinder->body->mesh()->bounds : BBox();

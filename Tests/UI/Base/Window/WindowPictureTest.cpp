@@ -1,4 +1,4 @@
-// What a person sees in the window on a real display, beside what a run without one draws.
+// What a user sees in the window on a real display, compared with what a run without one renders.
 
 #include "Server/AddInMgr/AddInMgr.h"
 #include "Server/Base/PathInfo.h"
@@ -49,7 +49,7 @@ using namespace Vu;
 
 namespace {
 
-/// Longer than a camera takes to count as standing still, after which the picture has everything.
+/// Longer than a camera takes to count as standing still, after which the picture is complete.
 constexpr int kStillMilliseconds = 400;
 
 class WindowPicture : public testing::Test
@@ -59,7 +59,7 @@ protected:
     {
         if (!canvas())
             GTEST_SKIP() << "NOTICE: no display with OpenGL to show a window on";
-        // A slow display lays the window out long after it was asked for.
+        // A slow display lays the window out long after the request.
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window(), 60000));
         ASSERT_TRUE(UiTests::becomes([] {
             return widget()->width() > window()->width() / 2 && canvas()->width() == widget()->width() &&
@@ -72,7 +72,7 @@ protected:
     {
         if (canvas())
             view()->modelFragment()->camera()->copyFrom(m_before);
-        // A view keeps what it was drawn with when the options have gone back.
+        // A view keeps the options it was drawn with after they are reset.
         Vs::Scene::GraphicsOptionGroup::get()->reset();
         if (canvas())
             *view()->modelFragment()->renderParams() = Vs::Scene::RenderParams();
@@ -95,8 +95,8 @@ protected:
                 return found;
         return nullptr;
     }
-    /// As the display sends it: through the window, which finds the widget. Places are logical pixels of the
-    /// canvas.
+    /// As the display sends it: through the window, which finds the widget. Positions are logical pixels of
+    /// the canvas.
     using Mouse = void (*)(QWindow*, Qt::MouseButton, Qt::KeyboardModifiers, QPoint, int);
     static void mouse(Mouse send, Qt::MouseButton button, const QPoint& place)
     {
@@ -132,11 +132,11 @@ private:
     Vs::Scene::Camera m_before;
 };
 
-/// How two pictures of one size differ.
+/// How two pictures of the same size differ.
 struct Difference
 {
-    double mean = 0;    ///< Of all channels, in steps of 255.
-    double visible = 0; ///< Part of the pixels that differ by more than 32 steps in a channel.
+    double mean = 0;    ///< Over all channels, in steps of 255.
+    double visible = 0; ///< The share of pixels that differ by more than 32 steps in a channel.
 };
 
 Difference difference(const QImage& a, const QImage& b)
@@ -176,7 +176,7 @@ TEST_F(WindowPicture, IsDrawnOnlyInTheSizeThatAChangedLayoutLeavesIt)
     for (const wchar_t* line :
          {L"VuCommands.DockAssetToolbarsToBottomCmd", L"VuCommands.DockAssetToolbarsToTopCmd"}) {
         SCOPED_TRACE(Vs::Strings::narrow(line));
-        QTest::qWait(kStillMilliseconds); // for what is still to be drawn
+        QTest::qWait(kStillMilliseconds); // For what is still to be drawn.
         const int before = canvas()->pixelHeight();
         const DrawnSizes drawn;
         run(line);
@@ -205,7 +205,7 @@ TEST_F(WindowPicture, ShowsWhatARunWithoutAWindowDraws)
         const QImage shown = inWindow();
         ASSERT_EQ(shown.size(), QSize(canvas()->pixelWidth(), canvas()->pixelHeight()));
         const Difference differs = difference(shown, withoutWindow(shown.width(), shown.height()));
-        // A large picture is put together from tiles, whose matrices are rounded each for itself.
+        // A large picture is assembled from tiles, whose matrices are rounded individually.
         EXPECT_LT(differs.mean, 0.4);
         EXPECT_LT(differs.visible, 0.001);
     }
@@ -237,7 +237,7 @@ TEST_F(WindowPicture, IsAsSharpAsTheScreenAndTheMouseIsWhereThePictureIs)
     mouse(&QTest::mousePress, Qt::MiddleButton, from);
     const QPoint on = from + QPoint(40, -20);
     move(on);
-    // The drag takes up the depth of what it began on.
+    // The drag uses the depth of the point where it began.
     const GkPoint3d grabbed = view()->windowToWorld({on.x(), on.y()});
     move(to);
     mouse(&QTest::mouseRelease, Qt::MiddleButton, to);
@@ -322,7 +322,7 @@ public:
     }
 
 private:
-    std::optional<TestSupport::ScratchFolder> m_folder; ///< Made in the process that runs the tests.
+    std::optional<TestSupport::ScratchFolder> m_folder; ///< Created in the process that runs the tests.
 };
 
 const auto* const theProgram = testing::AddGlobalTestEnvironment(new Program);
@@ -346,7 +346,7 @@ TEST_F(WindowPicture, ALineThatSetsTheCameraIsNotUndoneByAGlideThatStillPlays)
     }
 }
 
-/// Writes down what is shown of it.
+/// Logs what is shown of it.
 class Shown : public Vs::Implements<Shown, TransitionItem>
 {
 public:

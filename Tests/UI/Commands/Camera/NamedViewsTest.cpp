@@ -64,7 +64,7 @@ protected:
         activeSession()->selectionManager()->selectionSet().add(
             Vs::StrongRef<Vs::Selection>(new NamedViewsSelection(namedViewsOfAsset())));
     }
-    /// The keys of those definitions of named views that the context menu lists.
+    /// The keys of the named views' definitions in the context menu.
     static std::set<std::wstring> inMenu()
     {
         std::set<std::wstring> keys;
@@ -114,7 +114,7 @@ TEST_F(NamedViewCommands, AStandardViewFramesWhatTheModelIsNow)
     answer(L"NamedView.RestoreCamera Right");
     EXPECT_TRUE(isNear(camera()->direction(), {-1, 0, 0}));
     EXPECT_TRUE(isNear(camera()->screenUp(), {0, 0, 1}));
-    // All of it is seen, and takes the most of the picture's height or width.
+    // All of it is visible, and fills the picture's height or width as far as possible.
     const Vs::Scene::Projection projection(*camera(), 100, 100);
     double reach = 0;
     for (const GkPoint3d& corner : {GkPoint3d(400, 0, 0),
@@ -159,11 +159,11 @@ TEST_F(NamedViewCommands, WithoutANameTakeTheOnlyOneThatIsSelected)
     EXPECT_EQ(stand(*camera()), here);
     answer(L"NamedView.RemoveNamedView");
     EXPECT_EQ(ownNames(), (Names{L"NamedView", L"NamedView2"}));
-    // An argument counts more than the selection.
+    // An argument takes precedence over the selection.
     select({L"NamedView"});
     answer(L"NamedView.RemoveNamedView NamedView2");
     EXPECT_EQ(ownNames(), (Names{L"NamedView"}));
-    // Renaming wants both names, whatever is selected.
+    // Renaming needs both names, whatever is selected.
     answer(L"NamedView.UpdateNamedViewName Mine");
     answer(L"NamedView.UpdateNamedViewName \"\" Mine");
     EXPECT_EQ(ownNames(), (Names{L"NamedView"}));
@@ -332,7 +332,7 @@ TEST_F(NamedViewsInTheBrowser, AreRenamedInPlace)
     rename(L"NamedView", "From below");
     EXPECT_EQ(ownNames(), (Names{L"From below"}));
     EXPECT_TRUE(item(L"From below").isValid());
-    // A name that is taken leaves the old one, in the model and on the screen.
+    // A name already in use leaves the old one, in the model and on the screen.
     rename(L"From below", "Top");
     EXPECT_EQ(ownNames(), (Names{L"From below"}));
     EXPECT_TRUE(item(L"From below").isValid());

@@ -1,4 +1,4 @@
-// The cube in the corner: what it shows, what it takes of the mouse, where it leads the camera.
+// The cube in the corner: what it shows, which mouse events it takes, where it moves the camera.
 
 #include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/DataModel/Asset.h"
@@ -35,7 +35,7 @@ AutoCamViewFragment* orbiconOf(const GraphicsView* view)
     return nullptr;
 }
 
-/// Counts what reaches those who listen to the mouse.
+/// Counts what reaches mouse listeners.
 class Listener : public MouseEventSite
 {
 public:
@@ -70,12 +70,12 @@ protected:
     {
         int x, y;
     };
-    /// Where the middle of a zone is seen, from the middle of the canvas.
+    /// The position of the middle of a zone, relative to the middle of the canvas.
     static Pixel pixelOf(const GkVector3d& direction)
     {
         const AutoCamViewFragment::Place& place = orbicon()->place();
         const Vs::Scene::Projection projection(*orbicon()->camera(), place.size, place.size);
-        // The faces stand at 1; edges and corners are cut off.
+        // The faces are at 1; edges and corners are cut off.
         const double out[] = {0, 1, 0.87, 0.83};
         const int sides = int(std::lround(direction.lengthSqrd()));
         const GkPoint3d at = projection.worldToScreen(GkPoint3d::kOrigin + direction * out[sides]);
@@ -107,7 +107,7 @@ TEST_F(OrbiconTest, EachOfItsPlacesIsFoundUnderTheMouseAndLooksAtTheModelFromThe
         const GkVector3d& direction = OrbiconCube::direction(zone);
         SCOPED_TRACE(std::to_string(direction.x) + " " + std::to_string(direction.y) + " " +
                      std::to_string(direction.z));
-        // From a side where the place is in view, but not in the middle.
+        // From a side on which the place is in view, but not in the middle.
         camera()->look(-direction - GkVector3d(0.21, -0.13, 0.17), {0, 0, 1});
         const Pixel at = pixelOf(direction);
         move(at.x, at.y);
@@ -124,10 +124,10 @@ TEST_F(OrbiconTest, EachOfItsPlacesIsFoundUnderTheMouseAndLooksAtTheModelFromThe
 
 TEST_F(OrbiconTest, TopAndBottomTurnTheViewAsLittleAsTheyCanAndASecondClickMakesThemUpright)
 {
-    camera()->look({0, 1, -0.4}, {0, 0, 1}); // rather from the front
+    camera()->look({0, 1, -0.4}, {0, 0, 1}); // Rather from the front.
     clickOn({0, 0, 1});
     EXPECT_TRUE(camera()->screenUp().isEqualTo({0, 1, 0}, {1e-9, 1e-9}));
-    camera()->look({-1, 0.1, -0.4}, {0, 0, 1}); // rather from the right
+    camera()->look({-1, 0.1, -0.4}, {0, 0, 1}); // Rather from the right.
     clickOn({0, 0, 1});
     EXPECT_TRUE(camera()->screenUp().isEqualTo({-1, 0, 0}, {1e-9, 1e-9}));
     clickOn({0, 0, 1});
@@ -161,13 +161,13 @@ TEST_F(OrbiconTest, WhatHappensOverItReachesNobodyElse)
         click(kRightButton, front.x, front.y);
         click(kMiddleButton, front.x, front.y);
         EXPECT_EQ(activeKey(), L"");
-        drag(kLeftButton, front.x, front.y, 0, 0); // ends over the model
+        drag(kLeftButton, front.x, front.y, 0, 0); // Ends over the model.
         EXPECT_EQ(listener.events, 0);
         move(0, 0);
         EXPECT_EQ(listener.events, 1);
     }
     EXPECT_EQ(highlighted(), std::nullopt);
-    // Beside the cube, in its square, the model has the mouse.
+    // Beside the cube, in its square, the mouse belongs to the model.
     const AutoCamViewFragment::Place& place = orbicon()->place();
     const Listener listener;
     click(kLeftButton, int(place.left) + 2 - canvas()->width() / 2,
@@ -206,7 +206,7 @@ TEST_F(OrbiconTest, DraggingItTurnsTheModelAboutItsUp)
     const double distance = camera()->distance();
     const GkPoint3d target = camera()->target();
     const GkVector3d before = camera()->direction();
-    // To the right: the camera goes to the left around the model.
+    // To the right: the camera moves left around the model.
     drag(kLeftButton, front.x, front.y, front.x + 12, front.y);
     EXPECT_NEAR(camera()->distance(), distance, 1e-9 * distance);
     EXPECT_TRUE(camera()->target().isEqualTo(target, {1e-6, 1e-9}));
@@ -292,7 +292,7 @@ TEST_F(OrbiconTest, ItStandsInTheCornerOfTheCanvasAndInNoPicture)
     orbicon()->enable(true);
     EXPECT_GT(difference(with, without, true), size_t(place.size * place.size / 5));
     EXPECT_EQ(difference(with, without, false), 0u);
-    // Under the mouse a place turns blue.
+    // A zone turns blue under the mouse.
     orbicon()->layOut(canvas()->width(), canvas()->height());
     const Pixel front = pixelOf({0, -1, 0});
     move(front.x, front.y);
@@ -303,7 +303,7 @@ TEST_F(OrbiconTest, ItStandsInTheCornerOfTheCanvasAndInNoPicture)
         for (auto x = uint32_t(place.left); x < width; ++x)
             blue += pointed.pixel(x, y)[2] > pointed.pixel(x, y)[0] + 60;
     EXPECT_GT(blue, 200u);
-    // A captured picture shows the model alone.
+    // A captured picture shows only the model.
     const std::wstring shown = scratch(L"shown.png"), hidden = scratch(L"hidden.png");
     const std::wstring size = L" Width=320 Height=200";
     answer(L"Commands.Start SaveAsImageCommand Path=" + shown + size);

@@ -40,7 +40,7 @@ protected:
             CommandDefinitionMgr::get()->findCommandDefinitionById(L"OrbitCommand")->inputControl());
     }
     static OrbitCmd* orbit() { return Vs::cast<OrbitCmd>(activeCommand()); }
-    /// The distance from the middle of a part of half the smaller side of the canvas.
+    /// The distance from the middle of a point at half the canvas's smaller side.
     static int pixels(double part) { return int(std::lround(part * canvas()->height() / 2)); }
     /// Over the model and the orbicon.
     static bool reticleShows(const GraphicsView* over = view()) { return over->viewFragments().size() > 2; }
@@ -90,7 +90,7 @@ TEST_F(OrbitTest, WhereADragBeginsDecidesAboutWhatTheViewTurns)
         move(x, y);
         drag(kLeftButton, x, y, x + 23, y + 17);
     };
-    from(0, pixels(0.75)); // The upright tick: about the screen's horizontal axis.
+    from(0, pixels(0.75)); // The vertical tick: about the screen's horizontal axis.
     EXPECT_TRUE(camera()->right().isEqualTo(right, {1e-6, 1e-9}));
     EXPECT_FALSE(camera()->direction().isEqualTo(along));
     answer(L"VuCommands.CancelCmd");
@@ -144,7 +144,7 @@ TEST_F(OrbitTest, AClickBringsThePlaceToTheMiddleOnTheModelAndBesideIt)
     const GkVector3d along = camera()->direction();
     click(kLeftButton, pixels(0.3), pixels(0.2));
     EXPECT_EQ(activeKey(), L"FreeOrbitCommand");
-    // On the face of the box that is turned to the camera.
+    // On the face of the box that faces the camera.
     EXPECT_NEAR(camera()->target().y, 0, 1e-4);
     EXPECT_TRUE(camera()->direction().isEqualTo(along));
 
@@ -178,7 +178,7 @@ TEST_F(OrbitTest, NoConstrainedOrbitPutsTheModelOnItsHead)
     for (const int way : {-1, 1}) {
         camera()->look({1, 1, -0.6}, {0, 0, 1});
         camera()->fit(view()->modelFragment()->bounds());
-        // The second drag begins at the pole, from where another axis than Z is the nearest to what is up.
+        // The second drag starts at the pole, where an axis other than Z is nearest to the up direction.
         for (int time = 0; time < 3; ++time) {
             drag(kRightButton, 0, -way * 300, 0, way * 300);
             EXPECT_GE(camera()->screenUp().z, -1e-9) << time;
@@ -202,13 +202,13 @@ TEST_F(OrbitTest, TheAxisIsTheOneThatTheViewerTakesForUp)
     // Upside down.
     someView.look({0, 1, 0}, {0, 0, -1});
     EXPECT_TRUE(computeUpForConstrainedOrbit(someView).isEqualTo({0, 0, -1}));
-    // From above at a steep angle Y is nearer to the camera's up, but only Z stands upright in the picture;
-    // that wins within 60 degrees.
+    // From a steep angle above, Y is nearer to the camera's up, but only Z is vertical in the picture; that
+    // takes precedence within 60 degrees.
     const GkVector3d steep(0.3, 0.2, -0.5);
     someView.look(steep, {0, 0, 1});
     someView.up(someView.screenUp());
     EXPECT_TRUE(computeUpForConstrainedOrbit(someView).isEqualTo({0, 0, 1}));
-    // Rolled: no axis is upright, and the nearest is taken.
+    // Rolled: no axis is vertical, and the nearest is used.
     someView.roll(1.2);
     const GkVector3d up = someView.up().normal();
     const GkVector3d axis = computeUpForConstrainedOrbit(someView);
@@ -228,7 +228,7 @@ TEST_F(OrbitTest, TheAxesAreThoseOfTheModel)
     someView.look({-1, 0, 0}, -up);
     EXPECT_TRUE(isNear(computeUpForConstrainedOrbit(someView), -up));
 
-    // What a drag keeps upright is the model's own axis.
+    // What a drag keeps vertical is the model's own axis.
     camera()->look(GkVector3d(1, 0.3, -0.2), up);
     drag(kRightButton, 0, 0, 130, 45);
     EXPECT_NEAR(camera()->right().dotProduct(up), 0, 1e-9);
@@ -253,7 +253,7 @@ TEST_F(OrbitTest, ChoosingAFlavourStartsItAndMakesItTheOneOfTheMouse)
     EXPECT_TRUE(UIBaseOptionGroup::get()->useContrainedOrbit());
     answer(L"VuCommands.CancelCmd");
 
-    // A click on the entry itself starts the flavour that is used, which the list marks.
+    // A click on the entry itself starts the flavour in use, which is checked in the list.
     for (const bool constrained : {false, true}) {
         UIBaseOptionGroup::get()->useContrainedOrbit(constrained);
         CommandContext context = CommandContext::activeContext();
@@ -276,7 +276,7 @@ TEST_F(OrbitTest, TheWrongButtonTurnsNothing)
 {
     start(L"FreeOrbitCommand");
     const std::string before = stand(*camera());
-    // An event of the right button with a press that the agent doesn't see.
+    // An event of the right button whose press the agent doesn't see.
     OrbitCmd* tool = orbit();
     MouseEvent right(canvas(), {kRightButton, 0, 100, 100, 0});
     tool->mouseDragBegin(&right);
@@ -327,7 +327,7 @@ TEST_F(OrbitTest, APassiveOrbitMakesWhatLiesUnderThePointerItsPivot)
     camera()->fit(view()->modelFragment()->bounds());
     EXPECT_LT(turnAt(20, 150).z, 19);
     EXPECT_TRUE(camera()->pivotEnabled());
-    // Beside the model it stays, unless nobody sees it any more.
+    // Beside the model it stays, unless it is no longer visible.
     camera()->zoom(0.3);
     const int beside = canvas()->width() / 2 - 130;
     const GkPoint3d kept = camera()->pivot();
@@ -337,7 +337,7 @@ TEST_F(OrbitTest, APassiveOrbitMakesWhatLiesUnderThePointerItsPivot)
     turnAt(-beside, 0);
     EXPECT_FALSE(camera()->pivotEnabled());
 
-    // What looks at the whole model gives it up, and so does nothing else.
+    // Showing the whole model gives up the pivot, and nothing else does.
     camera()->look({1, 1, -1}, {0, 0, 1});
     start(L"FitCommand");
     turnAt(20, -120);
@@ -374,7 +374,7 @@ TEST_F(OrbitTest, TheStartAndTheEndOfAnInteractionGoTogether)
     EXPECT_EQ(count.ends, 3);
     click(kRightButton, 0, 0);
     EXPECT_EQ(count.starts, 3);
-    // Another button, or the end of the tool, breaks the drag off.
+    // Another button, or the end of the tool, cancels the drag.
     start(L"FreeOrbitCommand");
     press(kLeftButton, 0, 0);
     move(50, 50);
@@ -401,7 +401,7 @@ TEST_F(OrbitTest, ADragThatAnotherButtonBreaksOffSwallowsNoClick)
         release(leftComesUpFirst ? kLeftButton : kMiddleButton, 30, 10);
         const std::string before = stand(*camera());
         release(leftComesUpFirst ? kMiddleButton : kLeftButton, 30, 10);
-        // The release is no click that brings the place to the middle.
+        // The release doesn't count as a click that centres the place.
         EXPECT_EQ(stand(*camera()), before) << leftComesUpFirst;
         ASSERT_TRUE(orbit());
         EXPECT_TRUE(reticleShows());
@@ -447,7 +447,7 @@ TEST_F(OrbitTest, ClosingTheDocumentUnderTheToolLeavesNothingBehind)
     EXPECT_FALSE(reticleShows());
 }
 
-/// With a clock that the test winds.
+/// With a clock that the test controls.
 class PivotMarkerTest : public OrbitTest
 {
 protected:
@@ -541,8 +541,7 @@ TEST_F(PivotMarkerTest, LookAtMovesThePivotToThePickedPlaceAndShowsIt)
     EXPECT_TRUE(camera()->pivot().isEqualTo(camera()->target()));
     EXPECT_TRUE(camera()->pivotEnabled());
     EXPECT_TRUE(markerShows());
-    // The normal is that of the ground, so that up must be something else: the back, as in the view from the
-    // top.
+    // The normal is that of the ground, so up must be something else: the back, as in the top view.
     EXPECT_TRUE(camera()->up().isEqualTo({0, 1, 0}, {1e-6, 1e-6}));
 }
 
@@ -554,7 +553,7 @@ TEST_F(PivotMarkerTest, LookAtWaitsForABodyAndIgnoresDragsAndTheBackground)
     drag(kLeftButton, 0, 0, 30, 30);
     EXPECT_EQ(stand(*camera()), before);
     EXPECT_EQ(activeKey(), L"LookAtCommand");
-    // A side of the box: its normal lies in the ground, and the model stands upright.
+    // A side of the box: its normal is horizontal, and the model is upright.
     click(kLeftButton, 0, 0);
     EXPECT_EQ(activeKey(), L"");
     EXPECT_TRUE(camera()->direction().isEqualTo({0, 1, 0}, {1e-6, 1e-6}));

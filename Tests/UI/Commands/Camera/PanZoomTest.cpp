@@ -28,7 +28,7 @@ protected:
     {
         return Vs::Scene::Projection(*camera(), canvas()->width(), canvas()->height()).worldToScreen(place);
     }
-    /// How wide the box's front is on the screen, in pixels.
+    /// The width of the box's front on the screen, in pixels.
     static double shownWidth() { return onScreen({20, 0, 0}).x - onScreen({0, 0, 0}).x; }
     /// Beside the box.
     static constexpr int kBesideX = -600, kBesideY = -380;
@@ -93,7 +93,7 @@ TEST_F(PanZoomTest, APanMovesWithoutTurningOrScaling)
     EXPECT_TRUE(camera()->direction().isEqualTo(direction));
     EXPECT_NEAR(camera()->distance(), distance, distance * 1e-9);
     EXPECT_EQ(camera()->extentsWidth(), width);
-    // The model follows the hand: the target goes the other way.
+    // The model follows the hand: the target moves the other way.
     EXPECT_LT((camera()->target() - target).dotProduct(camera()->right()), 0);
     EXPECT_NEAR((camera()->target() - target).dotProduct(camera()->screenUp()), 0, 1e-6);
 }
@@ -105,7 +105,7 @@ TEST_F(PanZoomTest, AReleaseEndsOnlyTheCommandThatItsPressStarted)
     EXPECT_EQ(activeKey(), L"ZoomCommand");
     release(kMiddleButton, 0, 0);
     EXPECT_EQ(activeKey(), L"ZoomCommand");
-    // In passing, another camera command may be held over the tool, which is there again behind it.
+    // Another camera command may be held over the tool temporarily, and the tool is back afterwards.
     const std::string before = stand(*camera());
     press(kMiddleButton, 0, 0);
     EXPECT_EQ(activeKey(), L"PanCommand");
@@ -173,7 +173,7 @@ TEST_F(PanZoomTest, WhileATranscriptIsReplayedAToolDoesNotEndItself)
         click(kLeftButton, 0, 0);
         EXPECT_EQ(activeKey(), L"ZoomCommand");
     }
-    drag(kLeftButton, 0, 0, 10, 10); // Brings its count of clicks back.
+    drag(kLeftButton, 0, 0, 10, 10); // Resets its click count.
     click(kLeftButton, 0, 0);
     EXPECT_EQ(activeKey(), L"");
 }
@@ -260,7 +260,7 @@ TEST_F(PanZoomTest, TheWheelApproachesADetailOfTheModelAndNeverPassesIt)
                 ASSERT_NEAR(now.x, before.x, 1) << notch;
                 ASSERT_NEAR(now.y, before.y, 1) << notch;
             }
-            // It has become as much larger as the wheel says.
+            // It has grown by as much as the wheel says.
             const double larger =
                 (onScreen(detail + camera()->right() * (pixel / 100)).x - onScreen(detail).x) * 100;
             EXPECT_NEAR(larger / std::pow(1.1, 60), 1, 0.01);
@@ -281,7 +281,7 @@ TEST_F(PanZoomTest, BeforeAHandMovesTheCameraItsTargetComesToWhatLiesThereWithou
             const GkPoint3d seen = onScreen(place);
             const int x = int(seen.x) - canvas()->width() / 2;
             const int y = canvas()->height() - int(seen.y) - canvas()->height() / 2;
-            // A turn of the wheel while a pan is held, which does nothing by itself.
+            // A wheel turn while a pan is held, which does nothing by itself.
             press(kMiddleButton, x, y);
             scroll(120, x, y);
             EXPECT_NEAR((camera()->target() - place).dotProduct(camera()->direction()), 0, 0.2);
@@ -290,7 +290,7 @@ TEST_F(PanZoomTest, BeforeAHandMovesTheCameraItsTargetComesToWhatLiesThereWithou
                 EXPECT_NEAR(onScreen(corners[i]).y, before[i].y, 1e-6);
             }
             release(kMiddleButton, x, y);
-            // Beside the model it stays at the depth that it has.
+            // Beside the model it stays at its present depth.
             const GkPoint3d target = camera()->target();
             press(kMiddleButton, kBesideX, kBesideY);
             scroll(120, kBesideX, kBesideY);
@@ -327,7 +327,7 @@ TEST_F(PanZoomTest, ARecordingHasTheEndOfADragAndEachStepOnlyIfItIsToBeSmooth)
         EXPECT_EQ(targets.size() > 1, smooth);
         ASSERT_FALSE(targets.empty());
         EXPECT_TRUE(targets.back().isEqualTo(camera()->target()));
-        // A turn of the wheel is recorded as the zoom that it is, before the place under the pointer is held.
+        // A wheel turn is recorded as the zoom it is, before the point under the pointer is held fixed.
         targets.clear();
         const GkPoint3d before = camera()->target();
         scroll(120, kBesideX, kBesideY);

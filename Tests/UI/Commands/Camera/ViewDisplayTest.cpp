@@ -1,4 +1,4 @@
-// The settings of the view: every list, the menus, and what each identifier does.
+// The settings of the view: every list, the menus, and the effect of each identifier.
 
 #include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/DataModel/Asset.h"
@@ -39,7 +39,7 @@ CommandDefinition* definition(const std::wstring& key)
     return found;
 }
 
-/// The control as a button shows it, brought up to date.
+/// The control as a button shows it, updated.
 template <class Control>
 Control* control(const std::wstring& key)
 {
@@ -67,7 +67,7 @@ MenuItem* item(MenuControl* menu, const std::wstring& key)
     return found == items.end() ? nullptr : *found;
 }
 
-/// What the button of a list tells is current; empty for nothing.
+/// The current item according to the button of a list; empty for none.
 std::wstring current(const std::wstring& key)
 {
     const Info* selected = list(key)->selectedItem();
@@ -202,7 +202,7 @@ TEST_F(ViewDisplayTest, TheListOfTheGroundShadowSwitchesTheReflection)
     shadow->selectedItem(shadow->items()[1], true);
     EXPECT_TRUE(options().groundShadowEnabled());
     EXPECT_FALSE(options().groundReflectionEnabled());
-    // What it shows is the shadow all the same.
+    // It still shows the shadow.
     EXPECT_EQ(list(L"ViewGroundShadowCommand")->selectedItem(), shadow->items()[0]);
     toggle(L"ViewEffectCommand", L"ViewGroundShadowCommand");
     EXPECT_FALSE(options().groundShadowEnabled());
@@ -335,11 +335,11 @@ TEST_F(ViewDisplayTest, WithoutAGroundItsShadowAndReflectionCannotBeChosenButSta
     MenuItem* shadow = item(effects, L"ViewGroundShadowCommand");
     MenuItem* reflection = item(effects, L"ViewGroundReflectionCommand");
     EXPECT_TRUE(shadow->enabled() && reflection->enabled());
-    // The very items of the menu that is open: it isn't filled anew for this.
+    // The very items of the open menu: it isn't refilled for this.
     effects->selectItem(item(effects, L"ViewGroundPlaneCommand"), false, true);
     EXPECT_FALSE(shadow->enabled() || reflection->enabled());
     EXPECT_TRUE(shadow->checked() && reflection->checked());
-    // A change from elsewhere shows at the next update.
+    // A change from elsewhere appears at the next update.
     set(L"ViewGroundPlaneOnCommand");
     effects = menu(L"ViewEffectCommand");
     EXPECT_TRUE(item(effects, L"ViewGroundShadowCommand")->enabled());
@@ -368,14 +368,14 @@ TEST_F(ViewDisplayTest, APerspectiveWithOrthoFacesIsParallelStraightBeforeASide)
     EXPECT_EQ(options().cameraProjection(), 2);
     EXPECT_TRUE(settings().perspWithOrthoFaces() && options().cameraPerspWithOrthoFaces());
     EXPECT_EQ(camera()->projection(), Vs::Scene::kPerspectiveProjection);
-    // Whoever moves the camera, it follows at the end of the event.
+    // Whatever moves the camera, it follows at the end of the event.
     camera()->look({0, 0, -1}, {0, 1, 0});
     Application::get()->flushDeferredTasks();
     EXPECT_EQ(camera()->projection(), Vs::Scene::kParallelProjection);
     camera()->orbit(3, 0);
     Application::get()->flushDeferredTasks();
     EXPECT_EQ(camera()->projection(), Vs::Scene::kPerspectiveProjection);
-    // The command itself looks, too.
+    // The command itself checks, too.
     set(L"ViewCameraPerspCommand");
     EXPECT_FALSE(settings().perspWithOrthoFaces() || options().cameraPerspWithOrthoFaces());
     camera()->look({0, 1, 0}, {0, 0, 1});
@@ -423,13 +423,13 @@ TEST_F(ViewDisplayTest, TheWindowIsDrawnAnewAtEachChangeAndNeverOtherwise)
     EXPECT_GT(paints.taken(), 0);
     answer(L"VuCommands.ShowOrbiconCmd");
     EXPECT_GT(paints.taken(), 0);
-    // A camera that has moved gets one more picture when it stands still.
+    // A camera that has moved gets one more picture once it stands still.
     QTest::qWait(400);
-    // What the pointer has lit up before goes out with its first move.
+    // What the pointer had highlighted goes out at its first move.
     QTest::mouseMove(widget, {20, 10});
     paints.taken();
     answer(L"VuCommands.ViewDomeCmd Nonsense");
-    // Beside the model, where nothing lights up.
+    // Beside the model, where nothing is highlighted.
     QTest::mouseMove(widget, {10, 10});
     QTest::mouseMove(widget, {30, 10});
     EXPECT_EQ(paints.taken(), 0);

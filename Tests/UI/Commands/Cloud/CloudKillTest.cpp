@@ -20,7 +20,7 @@ namespace fs = boost::filesystem;
 using TestSupport::Fault;
 using TestSupport::FaultProxy;
 
-/// Runs of the program, one after the other, with one profile and a server behind a proxy.
+/// Runs of the program, one after another, with one profile and a server behind a proxy.
 class CloudKillTest : public ::testing::Test
 {
 protected:
@@ -59,7 +59,7 @@ protected:
         waitpid(start(lines), &state, 0);
         return WIFEXITED(state) ? WEXITSTATUS(state) : -1;
     }
-    /// The token of the lock that a request had.
+    /// The token of the lock that a request used.
     static std::string lockOf(const FaultProxy::Request& request)
     {
         std::string words;
@@ -77,7 +77,7 @@ protected:
     fs::path m_token;
 };
 
-// Each step of a save, before the server has heard of it and after it has done it.
+// Each step of a save, before it reaches the server and after the server has done it.
 TEST_F(CloudKillTest, WhatWasSavedWhenTheProgramWasKilledArrivesAfterItsNextStart)
 {
     struct Step
@@ -98,7 +98,7 @@ TEST_F(CloudKillTest, WhatWasSavedWhenTheProgramWasKilledArrivesAfterItsNextStar
         ASSERT_TRUE(before == TestSupport::contentOf(path));
 
         std::atomic<bool> reached{false};
-        std::string lock; // Of the dead run; the proxy's thread is done with it when it has been reached.
+        std::string lock; // Of the dead run; the proxy's thread has finished with it once reached.
         m_proxy->onRequest([&](const FaultProxy::Request& request) -> std::optional<Fault> {
             if (request.method != step.method || reached)
                 return std::nullopt;
@@ -121,7 +121,7 @@ TEST_F(CloudKillTest, WhatWasSavedWhenTheProgramWasKilledArrivesAfterItsNextStar
         EXPECT_TRUE(saved != before);
         const std::string there = m_server.content(name).value_or("");
         EXPECT_TRUE(there == before || there == saved) << "half of it";
-        // The dead run's lock is in the way until it has run out.
+        // The dead run's lock is in the way until it expires.
         if (!lock.empty() && m_server.isLocked(name))
             m_server.request("UNLOCK", name, {}, {"Lock-Token: <" + lock + ">"});
         ASSERT_FALSE(m_server.isLocked(name));
@@ -130,7 +130,7 @@ TEST_F(CloudKillTest, WhatWasSavedWhenTheProgramWasKilledArrivesAfterItsNextStar
         EXPECT_TRUE(m_server.content(name).value_or("") == saved);
         EXPECT_TRUE(TestSupport::contentOf(path) == saved);
     }
-    // Nothing but these files is on the drive: no half, no copy, no other name.
+    // Only these files are on the drive: no partial file, no copy, no other name.
     EXPECT_EQ(m_server.names(), (std::vector<std::string>{"LOCK.vlra", "PUT-done.vlra", "PUT.vlra",
                                                           "UNLOCK-done.vlra", "UNLOCK.vlra"}));
 }

@@ -1,5 +1,4 @@
-// Runs of the program, one after the other, where something around it isn't as it should be: its clock, the
-// disk of its cache.
+// Runs of the program, one after another, with something wrong around it: its clock, the disk of its cache.
 
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
@@ -25,7 +24,7 @@ using TestSupport::FaultProxy;
 using TestSupport::ProcessResult;
 using Lines = std::vector<std::string>;
 
-/// One profile, and a server behind a proxy that it is signed in to.
+/// One profile, signed in to a server behind a proxy.
 class CloudRunsTest : public ::testing::Test
 {
 protected:
@@ -42,7 +41,7 @@ protected:
 
     struct Surroundings
     {
-        std::string before; ///< Done by a shell first, in a name space of its own for what it mounts.
+        std::string before; ///< Run by a shell first, in a namespace of its own for its mounts.
         std::vector<std::string> environment;
     };
     ProcessResult run(const Lines& lines, const Surroundings& around = {}) const
@@ -66,7 +65,7 @@ protected:
         return TestSupport::runProcess(program, words, options);
     }
     static std::string told(const ProcessResult& result) { return result.output + result.errors; }
-    /// Empty if all lines were done.
+    /// Empty if all lines succeeded.
     static std::string trouble(const ProcessResult& result)
     {
         return result.exitCode == 0 ? std::string()
@@ -74,7 +73,7 @@ protected:
     }
 
     fs::path cloud() const { return m_folder.path() / "profile/cloud"; }
-    /// Where a file of the drive lies in the cache, once somebody has signed in.
+    /// The location of a drive's file in the cache, after a sign-in.
     fs::path cached(const std::string& name) const
     {
         for (const fs::directory_entry& entry : fs::directory_iterator(cloud()))
@@ -100,10 +99,10 @@ protected:
     const std::string m_change = "Design.Box 4 5 6", m_save = "VuCommands.CloudSaveQATCmd";
 };
 
-// The sanitizers want to be loaded first themselves.
+// The sanitizers must be preloaded before any other library.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 
-/// By seconds that the program's clock is ahead.
+/// By the number of seconds that the program's clock is ahead.
 class CloudClockTest : public CloudRunsTest, public testing::WithParamInterface<int>
 {
 };
@@ -155,7 +154,7 @@ TEST_P(CloudClockTest, NothingIsLostOrAskedAnewWhenTheProgramsClockIsOffAndSetAg
     EXPECT_EQ(m_server.names(), (std::vector<std::string>{"other.vlra", "wheel.vlra"}));
 }
 
-// All of them with QUILLET_KILLS=1; else every few, others each time.
+// All of them with QUILLET_KILLS=1; otherwise every few, different ones each time.
 TEST_F(CloudRunsTest, KilledAtAnyCallOfASaveNothingIsHalfWrittenAndTheNextSaveArrives)
 {
     ASSERT_EQ(trouble(run(m_signIn)), "");
@@ -174,7 +173,7 @@ TEST_F(CloudRunsTest, KilledAtAnyCallOfASaveNothingIsHalfWrittenAndTheNextSaveAr
         kills += isKilled;
         const std::string here = contentOf(cached("wheel.vlra")), there = onDrive("wheel.vlra");
         EXPECT_TRUE(there == before || there == here);
-        // The dead run's lock would be in the way until it has run out.
+        // The dead run's lock would be in the way until it expires.
         m_server.stop();
         fs::remove(m_server.log().parent_path() / "properties.db");
         m_server.start();

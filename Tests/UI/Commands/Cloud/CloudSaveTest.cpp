@@ -34,7 +34,7 @@ protected:
     {
         return Vs::CloudCacheManager::getInstance()->state(cached(id));
     }
-    /// The file of the drive by its number, which a new one has anew.
+    /// The drive's file by its number, which a new file gets anew.
     unsigned long long writesOf(const std::string& id) const
     {
         struct stat status = {};
@@ -82,7 +82,7 @@ TEST_F(CloudSaveTest, WhatIsSavedIsOnTheDriveAsItLiesInTheCacheAndAnUnchangedFil
     EXPECT_EQ(writesOf("/parts/new/wheel.vlra"), written);
 
     change();
-    // Its own path, but for the kind of a slash.
+    // Its own path, except for the kind of slash.
     std::wstring own = cached("/parts/new/wheel.vlra").wstring();
     own[own.rfind(L'/')] = L'\\';
     answer(line(L"CloudSaveCmd", own));
@@ -154,7 +154,7 @@ TEST_F(CloudSaveTest, OnlyANewDocumentAndSaveAsAskBeforeTheyReplaceAFile)
     answer(L"VuCommands.CloudSaveCmd");
     EXPECT_EQ(boxes().size(), 1u);
     EXPECT_EQ(activeDocument()->cloudId(), "/other.vlra");
-    // Its own name asks, also where nobody looked at the drive.
+    // Its own name asks, even if nobody has looked at the drive.
     answer(line(L"CloudSaveAsCmd", cached("/other.vlra")));
     EXPECT_EQ(boxes().size(), 2u);
     answer(line(L"CloudSaveAsCmd", cached("/third.vlra")));
@@ -176,7 +176,7 @@ TEST_F(CloudSaveTest, WhatCantBeSentWaitsAndArrivesLater)
     EXPECT_TRUE(boxes().empty());
     EXPECT_EQ(activeDocument()->path(), cached("/new.vlra").wstring());
     EXPECT_EQ(activeDocument()->cloudId(), "") << "nothing is on the drive yet";
-    // The key that saves takes it for one of the drive all the same.
+    // The save key still treats it as a file of the drive.
     EXPECT_TRUE(applicable(L"CloudSaveQATCommand"));
     EXPECT_FALSE(applicable(L"SaveDocumentCommand"));
     change();
@@ -186,7 +186,7 @@ TEST_F(CloudSaveTest, WhatCantBeSentWaitsAndArrivesLater)
     using Files = std::vector<fs::path>;
     EXPECT_EQ(Vs::CloudCacheManager::getInstance()->waiting(),
               (Files{cached("/old.vlra"), cached("/new.vlra")}));
-    // What waits can be opened, and is never fetched over.
+    // Pending changes can be opened, and are never overwritten by a download.
     answer(line(L"CloudOpenDocumentCmd", cached("/old.vlra")));
     EXPECT_EQ(state("/old.vlra"), CloudFileState::Waiting);
 
@@ -219,7 +219,7 @@ TEST_F(CloudSaveTest, ARefusedPathAndARefusedUploadLeaveTheDocumentAsItWas)
                      {"Content-Type: text/xml"});
     const std::string before = onDrive("/wheel.vlra");
     change();
-    // The local copy that is offered takes the document off the drive.
+    // The proposed local copy detaches the document from the drive.
     const std::wstring local = scratch(L"local.vlra");
     Vu::FileDialog::responder([local](const Vu::FileDialog::Request&, std::vector<std::wstring>& names) {
         names = {local};

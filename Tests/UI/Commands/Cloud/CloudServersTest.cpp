@@ -26,7 +26,7 @@ class CloudServersTest : public CommandsTests::WithDrive, public testing::WithPa
 protected:
     CloudServersTest() : WithDrive(GetParam()) {}
 
-    /// As a click does; the person then chooses the file in the dialog, whose folder is made in it.
+    /// As by a click; the user then chooses the file in the dialog, which creates its folder.
     void click(const wchar_t* command, const std::string& file = {})
     {
         const std::string folderName = file.substr(0, file.rfind('/')), name = file.substr(folderName.size());
@@ -55,7 +55,7 @@ protected:
 
 TEST_P(CloudServersTest, WhatIsSavedAndOpenedByHandIsSoAgainByTheRecordedLinesInAnotherProfile)
 {
-    // Elsewhere: below the transcript's own folder paths would be recorded as beside it.
+    // Elsewhere: paths below the transcript's own folder would be recorded relative to it.
     const TestSupport::ScratchFolder folder;
     const boost::filesystem::path transcript = folder.path() / "recorded.txt";
     answer(L"Transcripting.Start " + transcript.wstring());

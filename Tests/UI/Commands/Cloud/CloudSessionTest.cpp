@@ -80,7 +80,7 @@ TEST_F(CloudSessionTest, OnlyALineWithUserAndPasswordAsksNobody)
     answer(L"VuCommands.ShareCmd");
     EXPECT_EQ(asked, 2);
     EXPECT_FALSE(MeshportAuth::globalInstance()->isLoggedIn());
-    // Who isn't signed in is told once what can't be done.
+    // A user who isn't signed in is told once what can't be done.
     answerBoxes(0);
     answer(L"Design.New");
     answer(L"VuCommands.CloudSaveCmd");

@@ -13,7 +13,7 @@
 
 namespace CommandsTests {
 
-/// A real server with an empty drive, and a cache that nobody has used.
+/// A real server with an empty drive, and an unused cache.
 class WithDrive : public WithProgram, public Vs::CloudEventSite
 {
 protected:
@@ -22,20 +22,20 @@ protected:
     void TearDown() override;
 
     void signIn();
-    /// Where a file of the drive lies, or would lie, in the cache.
+    /// Where a file of the drive is, or would be, in the cache.
     static boost::filesystem::path cached(const std::string& id);
-    /// A line of text with the file's path behind it.
+    /// A text line followed by the file's path.
     static std::wstring line(const wchar_t* command, const boost::filesystem::path& file);
-    /// Makes a model and saves it to the drive.
+    /// Creates a model and saves it to the drive.
     void saveNew(const std::string& id);
     /// A change of the shown document.
     static void change();
 
-    /// What the drive has of it; empty if nothing.
+    /// The drive's content of it; empty if none.
     std::string onDrive(const std::string& id) const;
-    /// Another's program writes it.
+    /// Written by someone else's program.
     void writeByAnother(const std::string& id, const std::string& content) const;
-    /// Turns the main loop until `holds`, or gives up after a while.
+    /// Runs the main loop until `holds`, or gives up after a while.
     static bool waitUntil(const std::function<bool()>& holds);
 
     static Vs::SkyvaultNodeData folder(const std::string& id);

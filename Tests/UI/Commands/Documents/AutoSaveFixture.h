@@ -12,7 +12,7 @@
 
 namespace CommandsTests {
 
-/// Files that this run has closed without a question are offered as those of others are.
+/// Files that this run closed without asking are offered like those of others.
 class WithAutoSave : public WithProgram
 {
 protected:

@@ -83,7 +83,7 @@ TEST_F(AutoSaveTest, WhoWantsNoneIsToldOfNone)
 
 TEST_F(AutoSaveTest, AFileThatCannotBeOpenedStaysAndNoOtherDocumentGetsItsPlace)
 {
-    // Of a kind of document that no add-in knows.
+    // Of a kind of document unknown to any add-in.
     const TestSupport::ScratchFolder folder;
     const auto killed =
         TestSupport::runProcess((TestSupport::runningTree() / "bin/recovery_probe").string(),

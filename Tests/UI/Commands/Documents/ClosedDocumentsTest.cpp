@@ -1,5 +1,5 @@
-// A document that something else takes the place of, as a person has it: the question before, and the
-// notification about one that went without a question. All through Qt's events in a window.
+// A document that is replaced, as the user sees it: the question first, and the notification about one that
+// was closed without asking. All through Qt's events in a window.
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/AutoSaveDisabler.h"
@@ -95,7 +95,7 @@ protected:
                 return DocumentMgr::get()->document(i);
         return nullptr;
     }
-    /// What a person does, with that answer to what he is asked; says whether he was.
+    /// What the user does, with that answer to the question; returns whether it was asked.
     template <class Action>
     bool asks(int button, Action&& action)
     {
@@ -114,7 +114,7 @@ protected:
         QDropEvent event(QPointF(300, 300), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         static_cast<QObject*>(window())->event(&event);
     }
-    /// The one notification about a document that was closed; null if there is none.
+    /// The only notification about a closed document; null if there is none.
     static Vs::Notification* left()
     {
         std::vector<Vs::Notification*> found;
@@ -171,7 +171,7 @@ TEST_F(ClosedDocumentsTest, ARecentTileLeavesAChangedDocumentOpenAndTheRecentLis
     EXPECT_TRUE(find(L"Part"));
     EXPECT_FALSE(find(L"Other"));
 
-    // At home no document shows that the new one could take the place of.
+    // On the home screen no document is shown that the new one could replace.
     answer(L"VuCommands.ManagementShellCmd");
     settle();
     auto* section = window()->findChild<QWidget*>(QStringLiteral("recentDocuments"));
@@ -243,7 +243,7 @@ TEST_F(ClosedDocumentsTest, LinesBehindTheFileComeBackAsWell)
     dirtyDocument(L"Part");
     ASSERT_TRUE(Vs::AutoSaveController::get()->writeAll());
     {
-        // As where the disk is full: what comes now stands in the journal alone.
+        // As on a full disk: from now on changes are in the journal only.
         const Vs::AutoSaveDisabler disabler(activeDocument());
         answer(L"Design.Box 7 8 9");
         answer(L"VuCommands.NewDocumentCmd VeloraAssetType");

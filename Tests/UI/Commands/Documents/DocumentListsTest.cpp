@@ -39,7 +39,7 @@ protected:
             names.push_back(item->name());
         return names;
     }
-    /// Chooses the entry of that title, as a click in the list does.
+    /// Chooses the entry with that title, as a click in the list does.
     static void choose(const wchar_t* id, const std::wstring& title)
     {
         for (Info* item : list(id)->items())

@@ -1,5 +1,5 @@
-// What a person is told of the files of open documents: that another program changes one, that somebody else
-// has one; and what the buttons below do.
+// What the user is told about the files of open documents: that another program has changed one, or somebody
+// else has it open; and what the buttons do.
 
 #include "UI/Base/Session/DocumentWatch.h"
 
@@ -37,7 +37,7 @@ protected:
     void SetUp() override
     {
         WithProgram::SetUp();
-        Application::get()->needGui(); // The system's messages come by its event loop.
+        Application::get()->needGui(); // The system's messages arrive through its event loop.
         emptyScratch(L"watched");
     }
     void TearDown() override
@@ -47,7 +47,7 @@ protected:
         WithProgram::TearDown();
     }
     static std::wstring file(const std::wstring& name) { return scratch(L"watched/" + name); }
-    /// A file with so many boxes; no document is open then.
+    /// A file with that many boxes; no document is open then.
     std::wstring made(const std::wstring& name, int boxes)
     {
         answer(L"Design.New");
@@ -83,7 +83,7 @@ protected:
     {
         return run(std::wstring(L"Selection.Select ") + name).first == 0;
     }
-    /// Apart from the clip planes, which drawing moves.
+    /// Except for the clip planes, which drawing changes.
     static std::wstring camera()
     {
         std::wstring text = answer(L"Camera.Dump");
@@ -108,7 +108,7 @@ TEST_F(DocumentWatchTest, WhatADamagedFileLacksIsToldWhileItIsOpen)
     ASSERT_NE(told(), nullptr);
     EXPECT_NE(told()->title().find(L"part.step"), std::wstring::npos);
     EXPECT_NE(told()->text().find(L"lacks 1 of 6 faces of \"Box1\""), std::wstring::npos) << told()->text();
-    // One that begins later tells of what is open, and nothing twice.
+    // A watch started later reports on open documents, and nothing twice.
     const DamageNotice later;
     EXPECT_NE(told(), nullptr);
     answer(L"Document.CloseAll");
@@ -124,7 +124,7 @@ TEST_F(DocumentWatchTest, AForeignFileThatChangesIsReadAgainWithViewAndSelection
     const std::wstring view = camera();
     ASSERT_TRUE(hasPart(L"Box1"));
     const std::wstring selected = answer(L"Selection.List");
-    // As programs do that save well: by another file that takes its place.
+    // As careful programs save: by replacing it with another file.
     fs::rename(other, part);
     ASSERT_TRUE(isTold());
     EXPECT_NE(changed()->title().find(L"part.step"), std::wstring::npos);
@@ -137,7 +137,7 @@ TEST_F(DocumentWatchTest, AForeignFileThatChangesIsReadAgainWithViewAndSelection
     EXPECT_TRUE(hasPart(L"Box2"));
     EXPECT_FALSE(changed());
 
-    // The new one is watched as well, and one that is written where it is.
+    // The new one is watched as well, and so is one written in place.
     overwrite(part, contentOf(made(L"third.step", 3)));
     answer(L"Document.Open " + part);
     QTest::qWait(0);

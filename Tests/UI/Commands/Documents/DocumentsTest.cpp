@@ -89,7 +89,7 @@ TEST_F(DocumentsTest, ADocumentThatStaysDirtyAfterSaveStopsTheWholeClose)
     }
     answerBoxes(0);
     answer(L"VuCommands.CloseAllDocumentsCmd");
-    // The question about the first document, and why it could not be saved.
+    // The question about the first document, and why it couldn't be saved.
     ASSERT_EQ(boxes().size(), 2u);
     EXPECT_NE(boxes().back().find(L"has no file name"), std::wstring::npos);
     EXPECT_EQ(documents(), 2u);

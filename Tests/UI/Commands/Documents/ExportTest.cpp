@@ -173,7 +173,7 @@ TEST_F(ExportTest, EachPartGetsAFileOfItsOwnName)
     }
     answer(L"Design.Export " + scratch(L"p.stl") + L" /Separate");
     EXPECT_FALSE(boost::filesystem::exists(scratch(L"p.stl")));
-    // No name leads out of the folder, and none is there twice.
+    // No name leads out of the folder, and none occurs twice.
     for (const std::wstring& name : {std::wstring(L"a_b"), std::wstring(L"a_b-2"), names[2]})
         EXPECT_EQ(boost::filesystem::file_size(scratch(L"p-" + name + L".stl")), 84u + 12 * 50);
 }

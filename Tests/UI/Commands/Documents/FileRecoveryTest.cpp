@@ -1,5 +1,4 @@
-// The recovery files as a user has them before him: the dialog, and the home screen's section, through Qt's
-// events.
+// The recovery files as the user sees them: the dialog, and the home screen's section, through Qt's events.
 
 #include "Server/Base/PathInfo.h"
 #include "Server/DataModel/Asset.h"
@@ -95,7 +94,7 @@ protected:
         QTest::mouseClick(list()->viewport(), button, modifiers,
                           list()->visualItemRect(list()->item(row)).center());
     }
-    /// The menu that is open; null if none is.
+    /// The open menu; null if there is none.
     static QMenu* menu() { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); }
     static QAction* entry(const QString& title)
     {
@@ -110,7 +109,7 @@ protected:
         QTest::mouseClick(menu(), Qt::LeftButton, {}, menu()->actionGeometry(entry(title)).center());
         settle();
     }
-    /// The answer to the next question for a file's name; keeps what was asked.
+    /// The answer to the next file-name question; keeps what was asked.
     void answerFile(const std::wstring& path)
     {
         Vu::FileDialog::responder([this, path](const auto& request, std::vector<std::wstring>& names) {
@@ -119,7 +118,7 @@ protected:
             return !path.empty();
         });
     }
-    /// The rows of the home screen's section; none where it isn't shown.
+    /// The rows of the home screen's section; none if it isn't shown.
     QList<QFrame*> homeRows() const
     {
         Vu::WelcomeScreen::get()->show();
@@ -141,7 +140,7 @@ private:
     Vu::Workspace* m_before = nullptr;
 };
 
-/// A service whose attachments are files of this machine, and that has nothing else.
+/// A service whose attachments are local files, and that has nothing else.
 class FolderStore : public Itemhub::ItemStore
 {
 public:
@@ -190,7 +189,7 @@ private:
     }
 };
 
-/// What the user is told.
+/// The message to the user.
 class Told : public ItemhubEventSite
 {
 public:
@@ -296,7 +295,7 @@ TEST_F(FileRecoveryTest, SaveAsProposesTheNameAndKeepsTheFileUntilTheCopyIsThere
     EXPECT_EQ(asked.initialPath, L"Part");
     EXPECT_TRUE(asked.filter.ends_with(L" (*.vlra)")) << Strings::narrow(asked.filter);
     EXPECT_EQ(rows().size(), 1) << "the user has cancelled";
-    // Where the copy can't be, or would go with the file.
+    // Where the copy can't be stored, or would be deleted with the file.
     for (const std::wstring& place :
          {scratch(L"no/such/folder.vlra"),
           (PathInfo::Path(files()[0].autoSavedFile()).parent_path() / "x.vlra").wstring()}) {
@@ -323,7 +322,7 @@ TEST_F(FileRecoveryTest, ARowStaysWhereTheFileCannotBeOpened)
 {
     closeUnsaved(L"Part");
     showDialog();
-    // Damaged between the list and the click.
+    // Damaged between listing and click.
     TestSupport::overwrite(Strings::toBytes(files()[0].autoSavedFile()), "nothing that could be opened");
     answer(L"Design.New");
     const Document* other = activeDocument();

@@ -216,7 +216,7 @@ TEST_F(ImageTest, APictureForWhichThereIsNoRoomOnTheDiskLeavesTheOldOne)
     answer(L"Design.Sample");
     const std::wstring path = scratch(L"full.png");
     answer(capture(path, L"Width=64 Height=48"));
-    // The system refuses to let files grow, as a full disk does.
+    // The system refuses to let files grow, as on a full disk.
     struct NoRoom
     {
         rlimit before;
@@ -271,7 +271,7 @@ TEST_F(ImageTest, ASharedPictureLiesWhereItsWaySaysUnderTheDocumentsName)
     answer(share(L"CmdId=ShareInFolderCommand Path=" + scratch(L"given")));
     EXPECT_FALSE(image(scratch(L"given.png")).isNull());
 
-    // What is older than a day nobody reads any more.
+    // Nobody reads what is older than a day.
     boost::filesystem::last_write_time(passing / "lamp_left.png", std::time(nullptr) - 25 * 60 * 60);
     answer(share(L"CmdId=ShareOpenWithCommand"));
     EXPECT_LT(std::time(nullptr) - boost::filesystem::last_write_time(passing / "lamp_left.png"), 60 * 60);

@@ -41,7 +41,7 @@ protected:
         answer(L"Design.New");
         answer(L"Design.Box 10 20 30");
     }
-    /// Apart from the clip planes, which drawing moves.
+    /// Except for the clip planes, which drawing changes.
     static std::wstring camera()
     {
         std::wstring text = answer(L"Camera.Dump");
@@ -167,7 +167,7 @@ TEST_F(MoreSaveTest, ACopyLeavesTheDocumentAsItIs)
         EXPECT_NE(failure(std::wstring(L"Document.SaveCopy") + name), L"");
     EXPECT_TRUE(activeDocument()->isDirty(false));
     EXPECT_EQ(contentOf(file(L"part.vlra")), saved);
-    // Saving it afterwards finds nothing changed by others.
+    // Saving it afterwards detects no change by others.
     answer(L"Document.Save");
     EXPECT_FALSE(activeDocument()->isDirty(false));
 }

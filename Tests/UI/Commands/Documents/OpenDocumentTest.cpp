@@ -1,4 +1,4 @@
-// The roads on which a file becomes the document that the user sees, and the files that don't.
+// The ways in which a file becomes the document that the user sees, and the files that don't.
 
 #include "Server/Base/Metrics.h"
 #include "Server/Base/OptionGroup.h"
@@ -60,7 +60,7 @@ protected:
             names.push_back(fs::path(document->path()).filename().wstring());
         return names;
     }
-    /// Closed native files with a box in each; the recent list is empty behind them.
+    /// Closed native files with a box in each; the recent list is empty afterwards.
     static void makeFiles(std::initializer_list<const wchar_t*> names)
     {
         for (const wchar_t* name : names) {
@@ -71,7 +71,7 @@ protected:
         }
         RecentDocumentMgr::get()->clearRecent();
     }
-    /// Lets the open dialog take several files, with a person who chooses these.
+    /// Lets the open dialog accept several files, with a user who chooses these.
     void chooseFiles(std::vector<std::wstring> names)
     {
         Vs::MultiThreadOptionGroup::get()->openMultipleFiles(true);
@@ -220,7 +220,7 @@ TEST_F(OpenDocumentTest, ANativeFileThatCannotBeReadIsOneMessageAndChangesNothin
         EXPECT_EQ(boxes().back(), reason);
         EXPECT_NE(reason.find(L"bad.vlra"), std::wstring::npos);
         EXPECT_EQ(reason.find(L'\n'), std::wstring::npos);
-        // The line that scripts use tells it as its answer alone.
+        // The line that scripts use reports it only as its answer.
         EXPECT_EQ(failure(L"Document.Open " + file(L"bad.vlra")), reason);
         ASSERT_EQ(boxes().size(), told + 1);
         ASSERT_EQ(documents(), 1u) << content.size();
@@ -252,7 +252,7 @@ TEST_F(OpenDocumentTest, AFileThatIsDeletedOrChangedWhileItIsOpenCostsNothing)
     answer(L"Document.CloseAll");
     answer(L"Document.Open " + file(L"rescued.vlra"));
     EXPECT_EQ(activeDocument()->activeAsset()->components()->children.size(), 3u);
-    // One that vanished altogether is told of by name, and what is open stays.
+    // A file that vanished altogether is reported by name, and what is open stays.
     EXPECT_EQ(failure(L"Document.Open " + file(L"gone.vlra")), L"Filename not found");
     answerBoxes(0);
     EXPECT_NE(failure(L"VuCommands.OpenDocumentCmd " + file(L"gone.vlra")).find(L"doesn't exist"),
@@ -331,7 +331,7 @@ TEST_F(OpenDocumentTest, AnEditionImposesItsFilterThoughTheTranslatorsStayTheSam
     EXPECT_NE(m_filter.find(L"All supported files ("), std::wstring::npos);
 }
 
-/// As an add-in may bring it: it needs something that this machine hasn't.
+/// As an add-in may provide it: it needs something that this machine lacks.
 class RivetcadTranslator : public Vs::Translator
 {
 public:

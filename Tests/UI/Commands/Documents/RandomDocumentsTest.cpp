@@ -1,4 +1,4 @@
-// Random sequences of document and asset lines, checked after each line against a plain model of what should
+// Random sequences of document and asset lines, checked after each line against a simple model of what should
 // be open, listed, current and dirty.
 
 #include "Server/Component/Component.h"
@@ -66,7 +66,7 @@ struct Place
     bool operator==(const Place& other) const { return document == other.document && asset == other.asset; }
 };
 
-/// What a file holds: the parts of each asset, how many hidden ones there are, and the active one.
+/// The contents of a file: the parts of each asset, the number of hidden ones, and the active one.
 struct ModelFile
 {
     std::vector<size_t> parts;
@@ -238,7 +238,7 @@ public:
         answer(named ? line + L" " + path : line);
         m_model.save(*document, path);
     }
-    /// Into a folder that isn't there, or over the file of another document.
+    /// Into a missing folder, or over the file of another document.
     void failToSave()
     {
         ModelDocument* document = m_model.active();
@@ -250,7 +250,7 @@ public:
                 path = other.path;
         if (below(2) == 0) {
             failure(L"Document.SaveAs " + path);
-            // They were to be written whether they had changed or not.
+            // They should be written whether they have changed or not.
             for (ModelAsset& asset : document->assets)
                 asset.dirty = true;
         } else if (document->path.empty()) {
@@ -338,7 +338,7 @@ public:
         answer(forward ? L"VuCommands.NextAssetCmd" : L"VuCommands.PreviousAssetCmd");
         m_model.show(forward ? *(at + 1) : *(at - 1));
     }
-    /// Whether the document may close, after the question that it may have come with.
+    /// Whether the document may close, after the question if there was one.
     bool agreed(ModelDocument& document, Answer button)
     {
         if (!document.isDirty())
@@ -392,7 +392,7 @@ public:
             });
         if (!keptByDirty && !agreed(*document, button))
             return;
-        // The question shows the document's active asset; what closes then is the one that was meant.
+        // The question shows the document's active asset; then the intended one closes.
         std::erase(m_model.listed, closing);
         if (m_model.current == closing)
             m_model.current.reset();
@@ -400,7 +400,7 @@ public:
         if (std::none_of(m_model.listed.begin(), m_model.listed.end(), others))
             m_model.close(closing.document);
     }
-    /// One question after the other, from the last document to the first; who is kept stays.
+    /// One question after another, from the last document to the first; those refused stay.
     void closeEach()
     {
         if (below(4) != 0)

@@ -1,5 +1,4 @@
-// Random lines that follow each other as in a script: without the pause in which what a line left for later
-// is done.
+// Random lines in immediate succession, as in a script: without the pause in which deferred work is done.
 
 #include "Server/Base/TextCommandMgr.h"
 #include "Tests/Support/Seed.h"

@@ -155,7 +155,7 @@ TEST_F(SaveTest, AFailedSaveIsToldLeavesTheOldFileAndCanBeTriedUnderAnotherName)
     const std::wstring gone = file(L"nowhere/part.vlra");
     EXPECT_NE(failure(L"Document.Save " + gone).find(L"part.vlra"), std::wstring::npos);
     EXPECT_TRUE(boxes().empty());
-    // The definition itself ends well, so a message tells the reason.
+    // The definition itself ends without an error, so a message gives the reason.
     answerBoxes(0);
     answer(L"VuCommands.SaveDocumentCmd " + gone);
     ASSERT_EQ(boxes().size(), 1u);
@@ -178,7 +178,7 @@ TEST_F(SaveTest, AFileThatWasSetAsideComesBackWhenTheSaveFails)
     answer(L"Document.Save " + file(L"mine.vlra"));
     fs::permissions(file(L"mine.vlra"), fs::owner_read);
     answer(L"Design.New");
-    // The name belongs to a document that is open, so that the save is refused.
+    // The name belongs to an open document, so the save is refused.
     const std::string before = contentOf(file(L"mine.vlra"));
     failure(L"Document.Save " + file(L"mine.vlra"));
     EXPECT_EQ(contentOf(file(L"mine.vlra")), before);
@@ -202,7 +202,7 @@ TEST_F(SaveTest, ADocumentWithAFileIsSavedThereWhateverTheLineNames)
         EXPECT_FALSE(activeDocument()->isDirty(false));
         EXPECT_EQ(activeDocument()->path(), file(L"own.vlra"));
     }
-    // As the file was not out of the way, the new content has its rights.
+    // Since the file was not moved out of the way, the new content has its permissions.
     EXPECT_EQ(fs::status(file(L"own.vlra")).permissions(), fs::owner_read | fs::owner_write | fs::group_read);
     EXPECT_EQ(contentOf(file(L"other.vlra")), "other");
     EXPECT_FALSE(fs::exists(file(L"fresh.vlra")));
@@ -300,7 +300,7 @@ TEST_F(SaveTest, AFailedSaveAsByButtonIsOneAlertWithNameAndCause)
     alerts->clearAllAlerts();
 }
 
-/// The folder of the tests may hold a dot, which would make every name one that the dialog has dealt with.
+/// The tests' folder may contain a dot, which would make every name count as already handled by the dialog.
 class NameLoopTest : public SaveTest
 {
 protected:
@@ -375,10 +375,10 @@ TEST_F(SaveTest, WhoseFileWasChangedOutsideIsAskedWhatToDoWithIt)
         overwrite(path, "theirs");
         answer(L"Design.Box 10 20 30");
     };
-    // Nobody there: it fails, and says why.
+    // With nobody there it fails, and says why.
     changeOutside();
     EXPECT_NE(failure(L"Document.Save").find(L"another program has changed the file"), std::wstring::npos);
-    // Cancel: nothing is written, and nobody is told what he has said himself.
+    // Cancel: nothing is written, and the user isn't told what they already know.
     answerBoxes(2);
     answer(L"Commands.Start SaveDocumentCommand");
     ASSERT_EQ(boxes().size(), 1u);
@@ -387,7 +387,7 @@ TEST_F(SaveTest, WhoseFileWasChangedOutsideIsAskedWhatToDoWithIt)
     EXPECT_TRUE(activeDocument()->isDirty(false));
     answerBoxes(2);
     EXPECT_NE(failure(L"Document.Save"), L"");
-    // Save As: there, and the other program's file stays.
+    // Save As: saved there, and the other program's file stays.
     answerBoxes(1);
     answerDialogs({file(L"mine.vlra")});
     answer(L"Commands.Start SaveDocumentCommand");
@@ -468,7 +468,7 @@ TEST_F(SaveTest, ARecordedSaveCarriesItsNameAndAnAgreedUserIsCounted)
     UIBaseOptionGroup::get()->analytics(false);
     Vs::TranscriptMgr::get()->endRecording();
     EXPECT_EQ(keys, (std::vector<std::string>{"Quillet.SaveDocumentCmd", "Quillet.SaveDocumentAsCmd"}));
-    // What lies beside the transcript can go to another place with it.
+    // Files beside the transcript can be moved together with it.
     const std::string save = "VuCommands.SaveDocumentCmd recorded.vlra\n";
     const std::string recorded = contentOf(file(L"saved.txt"));
     EXPECT_TRUE(recorded.ends_with("it was.\n" + save + save + "VuCommands.SaveDocumentAsCmd again.vlra\n"))

@@ -26,7 +26,7 @@ namespace {
 using Vu::Application;
 using Vu::Commands::SubscriptionCmdDef;
 
-/// A run without a window tells the address that a window's would open.
+/// A run without a window prints the address that a window would open.
 class HelpCommandsTest : public CommandsTests::WithProgram
 {
 protected:
@@ -45,7 +45,7 @@ protected:
 
     static Vu::AlertController* alerts() { return Vu::CommandMgr::get()->GetAlertController(); }
 
-    /// What the line told; empty if it told nothing.
+    /// The line's message; empty if there was none.
     static std::wstring told(const std::wstring& line)
     {
         alerts()->clearAllAlerts();
@@ -79,7 +79,7 @@ protected:
         return Vs::cast<SubscriptionCmdDef>(definition(L"SubscriptionCommand"));
     }
 
-    /// Until the thread that reads has handed over what it found.
+    /// Until the reading thread has delivered its result.
     static void waitFor(const std::function<bool()>& done)
     {
         for (int i = 0; i < 500 && !done(); ++i) {
@@ -146,7 +146,7 @@ TEST_F(HelpCommandsTest, TheProgramsOwnEditionNamesAManualAndATourThatAreThere)
 {
     const fs::path manual = told(L"VuCommands.HelpCmd");
     EXPECT_TRUE(fs::is_regular_file(manual));
-    // While a tool runs, its own page; without one, though a session rests in a command, the manual.
+    // While a tool runs, its own page; without one, even if a session rests in a command, the manual.
     answer(L"Design.New");
     EXPECT_EQ(fs::path(told(L"VuCommands.HelpCmd")), manual);
     answer(L"Commands.Start MeasureCommand");

@@ -10,7 +10,7 @@ class OptionsTest : public CommandsTests::WithProgram
 {
 };
 
-/// Another value than the present one.
+/// A value other than the present one.
 std::wstring otherValue(const Preference& preference)
 {
     if (const auto* choice = std::get_if<Preference::TextChoice>(&preference.kind())) {

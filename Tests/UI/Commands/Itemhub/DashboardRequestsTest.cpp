@@ -1,4 +1,4 @@
-// What the service's page asks of the program, which is this process; the page's side is spoken by curl.
+// What the service's page requests from the program, which is this process; curl plays the page.
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/Warning.h"
@@ -39,7 +39,7 @@ protected:
         WithItems::TearDown();
     }
 
-    /// What the person answers from now on.
+    /// The user's answer from now on.
     void says(int answer)
     {
         Vu::MessageBox::responder([this, answer](const Vu::MessageBox& box) {
@@ -64,7 +64,7 @@ protected:
     {
         return asPage("POST", "program/requests", {{"name", command}, {"args", arguments}});
     }
-    /// What the page is told in the end: the state, and why it failed.
+    /// What the page is finally told: the state, and why it failed.
     std::string outcome(const QJsonObject& request) const
     {
         QJsonObject told;
@@ -86,7 +86,7 @@ protected:
     static size_t parts() { return activeDocument()->activeAsset()->components()->children.size(); }
 
     std::vector<std::wstring> questions;
-    size_t mostParts = 0; ///< Of the shown document at any question.
+    size_t mostParts = 0; ///< Of the document shown at any question.
 };
 
 TEST_F(DashboardRequestsTest, ADocumentOpensIfThePersonAllowsItAndAlwaysAsksNoMore)
@@ -138,7 +138,7 @@ TEST_F(DashboardRequestsTest, WhatNoPageMayAskForIsNeverAskedNorDone)
         EXPECT_EQ(outcome(command, arguments), "failed") << command;
     EXPECT_TRUE(questions.empty());
     EXPECT_EQ(documents(), before);
-    // What there isn't fails where it is looked for.
+    // Something that doesn't exist fails where it is looked up.
     EXPECT_EQ(outcome("ItemhubOpenAttachmentCommand", {{"fileUri", address + "4711"}}), "failed");
     EXPECT_TRUE(questions.empty());
 }
@@ -188,7 +188,7 @@ TEST_F(DashboardRequestsTest, ALinkIsFollowedOnceAndOnlyIfItIsOne)
     const QJsonObject wheel = addressArgument(newItem(L"Wheel"));
     answer(L"Document.CloseAll");
     const auto follow = [](const std::string& link) { Vu::ProgramLink::follow(link); };
-    // A program that listens takes it before the link; so nobody may.
+    // A listening program takes it before the link does; so there must be none.
     service().proxy().onRequest([](const TestSupport::FaultProxy::Request& request) {
         return (request.target.find("/take") != std::string::npos)
                    ? std::optional(TestSupport::Fault::answer(404, "{}"))
@@ -235,7 +235,7 @@ TEST_F(DashboardRequestsTest, AllThatClicksInABrowserDoIsOneTranscriptThatAnothe
     auto clicks = std::async(std::launch::async, [&] {
         return TestSupport::runProcess("/usr/bin/python3", words, {.secondsLimit = kPatience});
     });
-    // The program lives meanwhile.
+    // The program keeps running meanwhile.
     while (!until([&] { return clicks.wait_for(std::chrono::seconds(0)) == std::future_status::ready; })) {
     }
     const TestSupport::ProcessResult result = clicks.get();

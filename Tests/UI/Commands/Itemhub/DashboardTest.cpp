@@ -39,7 +39,7 @@ TEST_F(DashboardTest, ANewItemIsADocumentWithOneVersionThatIsMarked)
     const int item = itemOfShown();
     EXPECT_EQ(labels(item), Labels{"Document created"});
 
-    // A plain save makes a version, too, which nobody has marked; one that links to another item knows it.
+    // A plain save creates a version, too, without a label; one that links to another item knows it.
     answer(L"Design.Box 1 2 3");
     answer(L"Document.Save");
     ASSERT_TRUE(arrives());
@@ -101,7 +101,7 @@ TEST_F(DashboardTest, AVersionIsMarkedWithTheLabelThatAPersonGives)
     EXPECT_EQ(labels(item).size(), before + 1);
     EXPECT_EQ(labels(item).front(), "For review");
 
-    // With a label of its own, and its own path written otherwise, nobody is asked and nothing moves.
+    // With a label, and its own path spelled differently, nobody is asked and nothing moves.
     Vu::LabelDescriptionDialog::responder([](std::wstring&) -> bool {
         ADD_FAILURE() << "nobody has to be asked";
         return false;
@@ -143,7 +143,7 @@ TEST_F(DashboardTest, ADesignIsInsertedIfOneIsExpected)
     answer(L"VuCommands.UndoCmd");
     EXPECT_EQ(parts(), 1u) << "one step";
 
-    // An item without attachments, and a workspace that isn't there.
+    // An item without attachments, and a nonexistent workspace.
     const std::wstring empty = hub().addNewItem(activeDocument()->documentType(), 1, 0, 0, L"Empty", L"");
     const int none = static_cast<int>(hub().itemOf(empty)->itemId);
     answer(L"Commands.Start ItemhubInsertComponentCommand ItemhubDocType=VeloraDocType ItemhubWorkspaceId=1 "
@@ -203,7 +203,7 @@ TEST_F(DashboardTest, OnlyATokenOfTheServiceSignsIn)
     EXPECT_TRUE(told()[1].find(L"nonsense") == std::wstring::npos);
 
     hub().signOut();
-    // Without its slash, and without the tenant of a service that has but one.
+    // Without its slash, and without the tenant of a service that has only one.
     answer(L"Dashboard.AuthenticateWithTokenCmd " + address.substr(0, address.size() - 1) + L' ' +
            Vs::Strings::widen(token()));
     EXPECT_TRUE(hub().isAuthenticated());

@@ -23,7 +23,7 @@ namespace {
 using namespace Vu::Commands;
 using Labels = std::vector<std::string>;
 
-/// What the program does beside the commands that somebody gives.
+/// What the program does apart from the commands that the user gives.
 class ItemEventsTest : public CommandsTests::WithItems
 {
 protected:
@@ -80,7 +80,7 @@ TEST_F(ItemEventsTest, TheNewestEightFavouritesAreListed)
     for (const int item : items)
         answer(L"Itemhub.Favourite " + std::to_wstring(item) + L" /Off");
     EXPECT_TRUE(until([] { return favourites().empty(); }));
-    // Another program bookmarks one; the command asks anew.
+    // Another program bookmarks one; the command asks again.
     answer(L"Itemhub.Favourite " + std::to_wstring(items.front()));
     answer(L"Commands.Start ItemhubMyFavoritesChangedCommand");
     EXPECT_TRUE(until([] { return favourites().size() == 1; }));
@@ -109,7 +109,7 @@ TEST_F(ItemEventsTest, UploadsThatFailAreToldOnceAndBegunAgainOrGivenUp)
     EXPECT_EQ(sentBy(client)[0]->title(), L"Itemhub Recovery Message");
     EXPECT_NE(sentBy(client)[0]->subTitle().find(L"Wheel"), std::wstring::npos);
 
-    // Where nobody can be asked, nothing is given up.
+    // If nobody can be asked, nothing is cancelled.
     failure(L"Commands.Start ItemhubNotifyMessageCommand");
     EXPECT_EQ(hub().pendingUploads().size(), 1u);
     service().admin({"member", "set", "acme", account(), "all", "writer"});
@@ -152,7 +152,7 @@ TEST_F(ItemEventsTest, TheFeedOfAnItemsDocumentHasVersionsAndCommentsAndItsPrope
     };
     const int item = newItem(L"Talked about");
     EXPECT_TRUE(until([&] { return has(L"Version 1: Document created") && has(L"Version 2"); }));
-    // What happens later comes by itself.
+    // Later events arrive by themselves.
     answer(L"Itemhub.Comment " + std::to_wstring(item) + L" \"Sharper <b>edges</b>\"");
     EXPECT_TRUE(until([&] { return has(L"Sharper <b>edges</b>"); }));
     const std::wstring own = L"Item: " + std::to_wstring(item);
@@ -179,7 +179,7 @@ TEST_F(ItemEventsTest, WhoMayOnlyReadIsToldBeforeASaveIsRefused)
                 return fact.value;
         return std::wstring();
     };
-    // As another administrator does it on the page, which the program hears.
+    // As another administrator does on the page, and the program is notified.
     const auto become = [&, boss = service().token("boss", "admin")](const std::string& role) {
         const auto done = TestSupport::runProcess(
             "/usr/bin/curl", {"-sfX", "PUT", "-H", "Authorization: Bearer " + boss, "-H",

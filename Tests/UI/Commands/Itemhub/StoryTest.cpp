@@ -1,4 +1,4 @@
-// All that somebody does with items, by lines: recorded, and played again by another process, as another
+// Everything a user does with items, as lines: recorded, and replayed by another process, under another
 // account.
 
 #include "Server/Base/Strings.h"
@@ -58,7 +58,7 @@ TEST_F(ItemStoryTest, IsPlayedAgainWithATokenThatTheRecordingDoesNotHold)
     EXPECT_EQ(labels(cars[0]), labels(car));
     EXPECT_EQ(hub().getComments(hub().getItemById(wheel)).size(), 2u);
 
-    // With none, or a wrong one, it stops where it can't go on, and nothing is made.
+    // Without one, or with a wrong one, it stops where it can't continue, and nothing is created.
     const auto refused = TestSupport::runQuillet(
         {"--headless", "--replay", Vs::Strings::narrow(file(L"story.txt"))}, {.secondsLimit = 120});
     EXPECT_NE(refused.exitCode, 0);
@@ -93,7 +93,7 @@ TEST_F(ItemStoryTest, LinesTellWhatTheServiceHasAndWhyTheyFail)
     EXPECT_NE(failure(L"Itemhub.Items 1"), L"");
     EXPECT_EQ(documents(), 1u);
 
-    // Who has never been signed in anywhere has a service of his own, which begins with the first line.
+    // A user who has never signed in anywhere has a private service, which starts with the first line.
     auto* options = Vs::ItemhubOptionGroup::get();
     options->service(L"");
     options->account(L"");

@@ -11,8 +11,7 @@
 
 namespace CommandsTests {
 
-/// Somebody with an account of his own who is signed in to a real lifecycle service, which the tests of the
-/// process share.
+/// A user with a separate account, signed in to a real lifecycle service that the tests of the process share.
 class WithItems : public Recorded, public Vs::ItemhubEventSite
 {
 protected:
@@ -23,15 +22,15 @@ protected:
     static Vs::ItemhubUtilities& hub() { return *Vs::ItemhubUtilities::get(); }
     const std::string& account() const { return m_account; }
     const std::string& token() const { return m_token; }
-    /// By the line of the web pages.
+    /// With the line that the web pages use.
     std::wstring signInLine() const;
 
-    /// Turns the main loop until `holds`, or gives up after a while.
+    /// Runs the main loop until `holds`, or gives up after a while.
     static bool until(const std::function<bool()>& holds);
-    /// Whether all that was saved gets to the service.
+    /// Whether everything saved reaches the service.
     static bool arrives() { return hub().waitForUploads(std::chrono::seconds(30)); }
 
-    /// Makes an item with a box in it, whose versions have arrived, by lines; it is the shown document.
+    /// Creates an item with a box in it, whose versions have arrived, by lines; it is the shown document.
     static int newItem(const std::wstring& caption);
     static int itemOfShown();
     /// The labels of an item's versions, the newest first.
@@ -39,7 +38,7 @@ protected:
     /// The address of an item's first attachment.
     static std::wstring addressOf(int item);
 
-    /// What the user was told.
+    /// The message to the user.
     const std::vector<std::wstring>& told() const { return m_told; }
     void forgetTold() { m_told.clear(); }
 

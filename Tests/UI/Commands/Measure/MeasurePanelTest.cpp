@@ -65,13 +65,13 @@ protected:
     {
         return Vs::cast<Input>(activeCommand()->commandInputSet()->findInput(key));
     }
-    /// What the panel shows; empty for a result that isn't there.
+    /// The panel's value; empty for a missing result.
     static std::wstring shown(const std::wstring& key)
     {
         const auto* result = input<RealValueCommandInput>(key);
         return result->isUsable() && result->isShown() ? result->displayText() : std::wstring();
     }
-    /// The keys of all results that are shown.
+    /// The keys of all results shown.
     static std::wstring results()
     {
         std::wstring keys;
@@ -93,7 +93,7 @@ protected:
     {
         return Vu::HUDManager::get()->hudById(std::wstring(L"MeasureCmd") + which + L"Selection")->shown();
     }
-    /// The vertex of a box that stands there.
+    /// The vertex of a box at that position.
     static std::wstring vertex(const std::wstring& position, const std::wstring& box = L"Box2")
     {
         for (int i = 1; i <= 8; ++i) {
@@ -181,7 +181,7 @@ TEST_F(MeasurePanel, TakesWhatTheSelectionTypesAllowAndNothingTwice)
     failure(L"Commands.SetInput SelectionInput3 Box2/Face3");
     pick(3, L"Box2/Vertex1");
     EXPECT_EQ(input<SelectionCommandInput>(L"SelectionInput3")->valueAsString(), L"Box2:1/Body1/Vertex1");
-    // Of several the first one counts.
+    // If there are several, the first one counts.
     pick(2, L"Box2/Edge1|Box2/Edge2");
     EXPECT_EQ(input<SelectionCommandInput>(L"SelectionInput2")->valueAsString(), L"Box2:1/Body1/Edge1");
 
@@ -284,14 +284,14 @@ TEST_F(MeasurePanel, FollowsTheCameraWithoutMeasuring)
     EXPECT_NE(placeOf(), before);
     EXPECT_EQ(input<RealValueCommandInput>(L"DistanceInput")->value(), distance);
     EXPECT_EQ(previews(), 1u);
-    // Another tool lies over it meanwhile.
+    // Another tool is on top of it meanwhile.
     press(Vu::kMiddleButton, 0, 0);
     EXPECT_NE(activeKey(), L"MeasureCommand");
     EXPECT_FALSE(hudShown(L"First"));
     release(Vu::kMiddleButton, 0, 0);
     EXPECT_EQ(activeKey(), L"MeasureCommand");
     EXPECT_TRUE(hudShown(L"First"));
-    // In a canvas of another size a pixel covers something else.
+    // In a canvas of another size a pixel covers a different extent.
     const Vs::Point2 inOldCanvas = placeOf();
     const auto drawn = previewNodes().front()->children();
     Vu::Application::get()->needGui();
@@ -334,7 +334,7 @@ TEST_F(MeasurePanel, FillsTheFieldOfAnotherCommand)
     value->triggerMruCommand(L"MeasureCommand");
     EXPECT_EQ(activeKey(), L"MeasureCommand");
     EXPECT_FALSE(activeCommand()->usesCommandDialog());
-    // A face has neither a radius nor a length: the distance of two is what comes.
+    // A face has neither a radius nor a length: the next result is the distance of two.
     pick(1, L"Box2/Face1");
     Vu::Application::get()->idleTasks()->flush();
     EXPECT_EQ(activeKey(), L"MeasureCommand");
@@ -367,7 +367,7 @@ TEST_F(MeasurePanel, BeginsWithWhatIsSelectedAndAnewWithWhatTheThirdCantTake)
     EXPECT_EQ(content(L"SelectionInput1"), L"Cylinder of Cylinder1");
     EXPECT_EQ(content(L"SelectionInput2"), L"Box2");
     EXPECT_EQ(shown(L"DistanceInput"), L"85 mm");
-    // The third takes vertices alone; a click beside everything is no beginning either.
+    // The third accepts only vertices; a click beside everything isn't a start either.
     camera()->look({0, 1, 0}, {0, 0, 1});
     BBox box;
     ASSERT_TRUE(Vs::cast<Vs::LogicalSelection>(object(L"Box2").get())->calculateBounds(*asset, box));
@@ -378,7 +378,7 @@ TEST_F(MeasurePanel, BeginsWithWhatIsSelectedAndAnewWithWhatTheThirdCantTake)
     click(Vu::kLeftButton, 0, 0);
     EXPECT_EQ(content(L"SelectionInput1"), L"Plane of Box2");
     EXPECT_EQ(content(L"SelectionInput2"), L"Select in the view");
-    // So does one on the second selection, which the third can't take either.
+    // So does one on the second selection, which the third can't accept either.
     answer(L"Commands.SetInput RestartSelectionInput \"\"");
     pick(1, L"Cylinder1/Face1");
     click(Vu::kLeftButton, 0, 0);
@@ -386,7 +386,7 @@ TEST_F(MeasurePanel, BeginsWithWhatIsSelectedAndAnewWithWhatTheThirdCantTake)
     click(Vu::kLeftButton, 0, 0);
     EXPECT_EQ(content(L"SelectionInput1"), L"Plane of Box2");
     EXPECT_EQ(content(L"SelectionInput2"), L"Select in the view");
-    // With both keys a click takes what holds the face.
+    // With both modifier keys a click takes what contains the face.
     answer(L"Commands.SetInput RestartSelectionInput \"\"");
     click(Vu::kLeftButton, 0, 0, Vu::kShiftModifier | Vu::kControlModifier);
     EXPECT_EQ(content(L"SelectionInput1"), L"Box2");
@@ -396,7 +396,7 @@ TEST_F(MeasurePanel, BeginsWithWhatIsSelectedAndAnewWithWhatTheThirdCantTake)
     start(L"MeasureCommand");
     EXPECT_EQ(content(L"SelectionInput1"), L"Cylinder of Cylinder1") << "and not what nobody sees";
     answer(L"Commands.Commit");
-    // So does a line, but for one of a recording, which says itself what was measured.
+    // So does a line, except one of a recording, which says itself what was measured.
     Vu::ActiveAssetUtils::selectionSet()->replace({object(L"Cylinder1/Face1")});
     begin();
     EXPECT_NE(results(), L"");

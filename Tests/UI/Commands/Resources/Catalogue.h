@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-// What the tests of the pictures share: the rows of the catalogue as lists, and pictures read back from disk.
+// Shared by the tests of the pictures: the rows of the catalogue as lists, and pictures read back from disk.
 
 struct IconRow
 {

@@ -103,7 +103,7 @@ TEST(Catalogue, HasPointersOfThirtyTwoPixelsWithTheirHotSpots)
         EXPECT_EQ(cursor->hotX(), expected) << row.name;
         EXPECT_EQ(cursor->hotY(), expected) << row.name;
     }
-    // The tip of the measuring pointer must lie where it measures.
+    // The tip of the measuring pointer must be where it measures.
     const QImage measure = readPicture(pathOf(Resources::MeasureCursor()));
     EXPECT_GT(qAlpha(measure.pixel(1, 1)), 128);
 }

@@ -32,8 +32,8 @@ QRgb over(QRgb top, QRgb ground)
                 mix(qBlue(top), qBlue(ground)));
 }
 
-// The share of the picture that stands out from a toolbar of that colour. A line of a mid tone has a
-// contrast of 3 or more; where its smoothed edge covers three quarters of a pixel, 2.4 are left.
+// The share of the picture that contrasts with a toolbar of that colour. A line of a mid tone has a contrast
+// of 3 or more; where its antialiased edge covers three quarters of a pixel, 2.4 remain.
 double readableShare(const QImage& icon, QRgb ground)
 {
     int readable = 0;

@@ -71,7 +71,8 @@ TEST(GermanTexts, AreCompleteAndNamedOnce)
     }
 }
 
-// A text whose placeholders differ from the program's would throw, or drop a file's name, when it is filled.
+// A text whose placeholders differ from the program's would throw, or drop a file's name, when it is filled
+// in.
 TEST(GermanTexts, KeepThePlaceholdersAndTheFiltersOfFileDialogs)
 {
     for (const std::string& file : kGerman) {
@@ -85,7 +86,7 @@ TEST(GermanTexts, KeepThePlaceholdersAndTheFiltersOfFileDialogs)
     }
 }
 
-// Workers tell their steps in English, so that no call in the code names a key.
+// Workers report their steps in English, so no call in the code names a key.
 TEST(GermanTexts, CoverEveryStepThatAWorkerTells)
 {
     const std::vector<Entry> entries = entriesOf(kDataModel);

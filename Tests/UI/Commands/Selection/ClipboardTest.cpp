@@ -23,7 +23,7 @@ protected:
             texts.push_back(Vs::pathText(Vs::cast<Vs::LogicalSelection>(selection.get())->path(), *asset()));
         return texts;
     }
-    /// Where the component lies, as the place of its own origin.
+    /// The position of the component, as that of its own origin.
     static GkPoint3d placeOf(const std::wstring& component)
     {
         return Vs::placementOf(path(component), *asset()).value() * GkPoint3d();
@@ -32,7 +32,7 @@ protected:
     {
         return answer(L"Measure.Volume \"" + object + L"\" /Exact");
     }
-    /// A second design beside the first one, which becomes the active one; gives the way back to the first.
+    /// A second design beside the first one, which becomes the active one; returns a way back to the first.
     static std::wstring insertOther()
     {
         const std::wstring first = asset()->name();
@@ -149,7 +149,7 @@ TEST_F(ClipboardCommands, KeepWhatAnAssemblyHasInItAndSharesWithOthers)
         << "a body that occurs twice is still one";
 }
 
-/// Something that is no component, and says what can be done with it.
+/// Something other than a component, which says what can be done with it.
 class Shelf : public Vs::Implements<Shelf, Vs::SharedObject, Vs::DataModel::IPasteSource>
 {
 public:

@@ -113,7 +113,7 @@ namespace {
 class HandlesInTheCanvas : public CommandsTests::Navigation
 {
 protected:
-    /// Where a point of the model lies, in pixels from the middle of the canvas.
+    /// The position of a point of the model, in pixels from the middle of the canvas.
     static GkPoint3d seen(const GkPoint3d& point)
     {
         const Vs::Scene::Projection projection(*camera(), canvas()->width(), canvas()->height());
@@ -134,7 +134,7 @@ TEST_F(HandlesInTheCanvas, ADragIsOneStepWithItsValueInTheInput)
         new Vs::LogicalSelection(asset, asset->components()->children.front()->id, nullptr)));
     start(L"MoveCommand");
     ASSERT_EQ(activeKey(), L"MoveCommand");
-    // Half along the arrow of x, which is a bit longer than a hundred pixels.
+    // Half way along the x arrow, which is a bit longer than a hundred pixels.
     const GkPoint3d middle = view()->modelFragment()->bounds().centre();
     const GkPoint3d origin = seen(middle);
     const GkPoint3d one = seen(middle + GkVector3d(1, 0, 0));

@@ -28,7 +28,7 @@ class ComponentsInTheBrowser : public CommandsTests::InBrowser<CommandsTests::Ed
 {
 protected:
     QModelIndex item(const std::wstring& name) const { return below(tree->model()->index(1, 0), name); }
-    /// The paths of what the session has selected.
+    /// The paths of the session's selection.
     static Texts selectedPaths()
     {
         Texts texts;
@@ -45,7 +45,7 @@ protected:
         ASSERT_TRUE(field);
         field->setText(name);
         QTest::keyClick(field, Qt::Key_Return);
-        QApplication::processEvents(); // The field hands its text over behind the key.
+        QApplication::processEvents(); // The field delivers its text after the key.
         Vu::Application::get()->flushDeferredTasks();
         QApplication::processEvents();
     }
@@ -161,7 +161,7 @@ TEST_F(ComponentsInTheBrowser, AreHiddenAndShownByTheirCheckMarksWhateverIsSelec
             EXPECT_EQ(isShown(L"Box2"), shown);
             EXPECT_TRUE(isShown(L"Box1"));
         }
-        // The key of the item that has the keyboard does the same.
+        // The key on the focused item does the same.
         select(others);
         tree->selectionModel()->setCurrentIndex(item(L"Box3"), QItemSelectionModel::NoUpdate);
         for (const bool shown : {false, true}) {
@@ -204,7 +204,7 @@ TEST_F(ComponentsInTheBrowser, TheKeyAndTheMenuDelete)
     EXPECT_EQ(menu(tree->model()->index(1, 0), ""), QStringList());
 }
 
-/// Changes the model by chance and looks whether the rows follow, those that were looked into.
+/// Changes the model at random and checks that the rows that were read follow.
 class RowsOfTheBrowser : public ComponentsInTheBrowser
 {
 protected:
@@ -255,7 +255,7 @@ TEST_F(RowsOfTheBrowser, ComeAndGoWithTheComponentsAndLeaveTheOthersAsTheyAre)
     SKIP_WITHOUT_REAL_DATA();
     openAssembly();
     QApplication::processEvents();
-    // Who checks the model looks into all of it.
+    // Checking the model reads all of it.
     std::optional<QAbstractItemModelTester> tester;
     if (random() % 2)
         tester.emplace(tree->model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
@@ -342,7 +342,7 @@ TEST_F(RowsOfTheBrowser, StayOpenAndWhereTheyAreScrolledTo)
     EXPECT_EQ(last().data().toString().toStdWString() + L":",
               lastPath.substr(lastPath.rfind(L'/') + 1, lastPath.rfind(L':') - lastPath.rfind(L'/')));
 
-    // A branch that comes back is open as it was.
+    // A branch that comes back is expanded as it was.
     int rows = 0;
     for (QModelIndex index = root(); index.isValid(); index = tree->indexBelow(index))
         ++rows;

@@ -1,4 +1,4 @@
-// The menus of the right button in a view: what they offer, and what it is about.
+// The context menus in a view: what they offer, and what they are about.
 
 #include "Server/Base/Strings.h"
 #include "Server/Scene/Camera.h"
@@ -18,7 +18,7 @@
 
 namespace {
 
-/// The boxes are seen from the front; Box3, of 3 mm, stands at (10, 0, 0).
+/// The boxes are seen from the front; Box3, of 3 mm, is at (10, 0, 0).
 class ContextMenuTest : public CommandsTests::InCanvas
 {
 protected:
@@ -45,7 +45,7 @@ protected:
                 titles << titleOf(*action);
         return titles;
     }
-    /// Goes into the menu within the one that is open, and presses Enter on an entry; by keys.
+    /// Enters the submenu of the open menu, and presses Enter on an entry; by keys.
     static void choose(const char* inner, const char* title)
     {
         QMenu* outer = menu();
@@ -104,7 +104,7 @@ TEST_F(ContextMenuTest, AMenuWithinItSelectsWhatItIsAboutForAsLongAsItIsOpen)
     outer->setActiveAction(entry(*outer, "Hide"));
     settle();
     EXPECT_EQ(selectedPath(), L"Box3:1");
-    // To look at a face is to have it before one's eyes.
+    // Looking at a face turns the camera straight towards it.
     camera()->look({1, 1, -1}, {0, 0, 1});
     outer->setActiveAction(nullptr);
     choose("Face", "Look At");
@@ -124,7 +124,7 @@ TEST_F(ContextMenuTest, APartIsColouredByItsMenuWhichKeepsTheColoursThatWereMixe
     choose("Colour", "Green");
     EXPECT_EQ(colour(), L"#3f9b46");
     EXPECT_EQ(steps(), before + 1);
-    // A colour that is mixed in the dialog stands among the others from then on.
+    // A colour mixed in the dialog is among the others from then on.
     clickAt(placeOf(L"Box3"), Qt::RightButton);
     choose("Colour", "More...");
     auto* dialog = qobject_cast<QColorDialog*>(QApplication::activeModalWidget());
@@ -178,7 +178,7 @@ TEST_F(ContextMenuTest, KeysPointAtTheNextThingThatAClickWouldTakeAndClickIt)
     EXPECT_TRUE(selected().empty());
     key(Qt::Key_Space, {});
     EXPECT_EQ(selectedComponents(), (CommandsTests::Texts{L"Box3:1"}));
-    // Of what is selected there are the faces and edges as well.
+    // The faces and edges of the selection are offered as well.
     key(Qt::Key_Up, Qt::ControlModifier);
     EXPECT_EQ(pointed().rfind(L"Box3:1/Body1/", 0), 0u) << Vs::Strings::narrow(pointed());
     key(Qt::Key_Space, {});

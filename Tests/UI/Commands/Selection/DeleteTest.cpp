@@ -34,7 +34,7 @@ TEST_F(DeleteComponents, TakeAllThatIsSelectedAsOneStep)
     ASSERT_TRUE(Vs::Transaction::undo(asset()));
     EXPECT_EQ(paths(), before);
     ASSERT_TRUE(Vs::Transaction::redo(asset()));
-    // What comes afterwards takes no name or place of what is gone.
+    // Later objects take no name or place of deleted ones.
     answer(L"Design.Box 4 4 4 0,10,0");
     saveAndReopen(L"deleted.vlra");
     EXPECT_EQ(paths(), (Texts{L"Box1:1", L"Box2:1"}));
@@ -77,7 +77,7 @@ TEST_F(DeleteComponents, InAnAssemblyGoFromWhereverTheyOccur)
     const Texts without = paths();
     saveAndReopen(L"bolts.vlra");
     EXPECT_EQ(paths(), without);
-    // A pattern in an assembly that occurs several times goes from all of them.
+    // A pattern in an assembly that occurs several times is deleted from all of them.
     answer(L"Design.Pattern as1/rod-assembly_1/nut_2 X 50 3");
     answer(L"Design.Pattern as1/l-bracket-assembly_1/nut-bolt-assembly_2/nut_3 X 50 3");
     EXPECT_EQ(paths().size(), without.size() + 2 + 2 * 6);
@@ -85,7 +85,7 @@ TEST_F(DeleteComponents, InAnAssemblyGoFromWhereverTheyOccur)
             L"as1/l-bracket-assembly_2/nut-bolt-assembly_3/nut_3:2", L"as1/rod-assembly_1/nut_2:3"});
     answer(L"Commands.Start DeleteCommand");
     EXPECT_EQ(paths(), without);
-    // An assembly that lost all its parts is still there.
+    // An assembly that has lost all its parts still exists.
     select({L"as1/rod-assembly_1/nut_1", L"as1/rod-assembly_1/nut_2", L"as1/rod-assembly_1/rod_1"});
     answer(L"Commands.Start DeleteCommand");
     EXPECT_EQ(paths().size(), without.size() - 3);
@@ -129,7 +129,7 @@ TEST_F(DeleteComponents, OfAPatternGoAloneIfAPersonSaysSoAndAfterItWasTakenApart
     EXPECT_EQ(paths().size(), before.size() - 3) << "the others are still a pattern";
     EXPECT_EQ(asked, 3u);
     ASSERT_TRUE(Vs::Transaction::undo(asset()));
-    // Who selects the whole pattern isn't asked.
+    // A user who selects the whole pattern isn't asked.
     deleteByKey({L"Box1:2", L"Box1:3"});
     EXPECT_EQ(asked, 3u);
     EXPECT_EQ(paths().size(), before.size() - 3);
@@ -146,7 +146,7 @@ TEST_F(DeleteComponents, OfAPatternGoAloneIfAPersonSaysSoAndAfterItWasTakenApart
     Vu::MessageBox::responder(nullptr);
 }
 
-/// Writes the lists of groups without their runs, "0:1:1:4..6" as "0:1:1:4 0:1:1:5 0:1:1:6".
+/// Expands the runs in the lists of groups, "0:1:1:4..6" to "0:1:1:4 0:1:1:5 0:1:1:6".
 void namesEachMember(Vs::Asset& asset)
 {
     size_t runs = 0;
@@ -190,7 +190,7 @@ TEST_F(DeleteComponents, OfAPatternGoWithAllOfItsCopiesButTheOriginalGoesByItsel
     while (Vs::Transaction::undo(asset()))
         ;
     EXPECT_EQ(paths(), before);
-    // Files of earlier versions name each member by itself.
+    // Files of earlier versions list each member separately.
     namesEachMember(*asset());
     saveAndReopen(L"earlier.vlra");
     select({L"Box3:4"});
@@ -198,7 +198,7 @@ TEST_F(DeleteComponents, OfAPatternGoWithAllOfItsCopiesButTheOriginalGoesByItsel
     EXPECT_EQ(paths().size(), before.size() - 3);
 }
 
-/// Objects of another kind, which exist beside the model: a name, and what goes with it.
+/// Objects of another kind, which exist beside the model: a name, and what is deleted with it.
 struct Toys
 {
     std::map<std::string, std::vector<std::string>> there;

@@ -38,7 +38,7 @@ TEST_F(Find, IsOfferedForOneObjectWhereItLeadsSomewhere)
     EXPECT_FALSE(applicable(L"FindInBrowser"));
     selected().clear();
     EXPECT_FALSE(offered(L"FindInCanvas", kBrowser));
-    // A named view has no place in the scene.
+    // A named view has no position in the scene.
     click(below(tree->model()->index(0, 0), L"Top"));
     EXPECT_EQ(selected().size(), 1u);
     EXPECT_FALSE(offered(L"FindInCanvas", kBrowser));
@@ -81,13 +81,13 @@ TEST_F(Find, InTheCanvasFramesTheObjectWithAMargin)
     recorded.clear();
     const double box = framed(L"Box3");
     EXPECT_EQ(recorded.size(), 1u) << "one line of the camera for each find";
-    // The middle of the box, but for what a window leaves free of its canvas.
+    // The middle of the box, in the part of the canvas that a window leaves free.
     EXPECT_NEAR(camera()->target().x, 11.5, 1);
     EXPECT_NEAR(camera()->target().z, 1.5, 1);
 
     camera()->fit(BBox({10, 0, 0}, {13, 3, 3}));
     EXPECT_NEAR(box / camera()->extentsHeight(), 1.1, 1e-6);
-    // The view is from the front: the top is a line there, of the width of the box.
+    // The view is from the front: the top is a line there, as wide as the box.
     EXPECT_LT(framed(L"Box3/Body1/Face6"), box);
     // A vertex has no box of its own: that of the component is framed.
     EXPECT_NEAR(framed(L"Box3/Body1/Vertex1"), box, 1e-6);

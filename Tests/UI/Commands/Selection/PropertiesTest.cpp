@@ -1,4 +1,4 @@
-// The panel that tells of what is selected, and changes it.
+// The panel that shows the properties of the selection, and changes them.
 
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
@@ -47,7 +47,7 @@ protected:
         Application::get()->flushDeferredTasks();
         QApplication::processEvents();
     }
-    /// The text of a value; empty if it doesn't show.
+    /// The text of a value; empty if it isn't shown.
     QString value(const char* name) const
     {
         const auto* label = find<QLabel>(name);

@@ -28,7 +28,7 @@ TEST_F(RenameComponents, GiveTheSelectedOnesTheNameAsOneStep)
     EXPECT_EQ(paths(), (Texts{L"Deck plate:1", L"Box2:1", L"Deck plate:2"}));
 }
 
-// Names of this kind are hidden where a file brings them, but not where the user wants them.
+// Names of this kind are hidden if a file brings them, but not if the user wants them.
 TEST_F(RenameComponents, TakeNamesThatLookMadeUp)
 {
     select({L"Box3"});
@@ -50,7 +50,7 @@ TEST_F(RenameComponents, ChangeNothingQuietlyWhereItCannotBeDone)
     answer(L"VuCommands.RenameCommand \" \"");
     answer(L"VuCommands.RenameCommand");
     answer(L"VuCommands.RenameCommand two words");
-    // One that can't be renamed keeps the others from it.
+    // One that can't be renamed keeps the others from being renamed.
     select({L"Box1", L"Box2/Body1/Face1"});
     answer(L"VuCommands.RenameCommand Plate");
     select({L"Box1", L"Box3"});

@@ -33,7 +33,7 @@ protected:
         KeyEvent event('S', modifiers);
         Vs::cast<IKeyEventHandler>(activeCommand())->keyRelease(&event);
     }
-    /// The paths of what is lit up.
+    /// The paths of what is highlighted.
     static Texts litPaths()
     {
         Texts texts;
@@ -114,7 +114,7 @@ TEST_F(Select, FindsSmartBodiesInFilesOfOtherPrograms)
         return lit().size();
     };
     EXPECT_EQ(litIn(L"red_cube_blue_cylinder.step"), 2u);
-    // A plate with holes, and others that are more than one simple solid.
+    // A plate with holes, and others that are more than a single simple solid.
     EXPECT_EQ(litIn(L"as1-oc-214.stp"), 0u);
 }
 
@@ -132,10 +132,10 @@ protected:
         Vs::Status status;
         ASSERT_TRUE(
             Vs::TranscriptMgr::get()->startRecording(scratch(L"mouse.txt"), Vs::kTextTranscript, status));
-        // The recording begins with the command's next activation.
+        // Recording starts with the command's next activation.
         answer(L"VuCommands.SelectCmd");
     }
-    /// The lines about the mouse that were recorded.
+    /// The recorded mouse lines.
     Texts recorded()
     {
         Vs::TranscriptMgr::get()->endRecording();
@@ -239,7 +239,7 @@ TEST_F(SelectInTheCanvas, TheMenuIsAboutWhatIsClickedOrAboutAllThatIsSelected)
     menuAt(placeOf(L"Box3"), "Delete");
     EXPECT_EQ(paths(), (Texts{L"Box1:1", L"Box2:1"}));
     select({L"Box1", L"Box2"});
-    // The face that one more click would take doesn't push the component out.
+    // The face that one more click would take doesn't displace the component.
     EXPECT_TRUE(menuAt(placeOf(L"Box2")).contains("Delete"));
     EXPECT_EQ(selectedComponents(), (Texts{L"Box1:1", L"Box2:1"}));
     menuAt(nowhere(), "Delete");

@@ -19,7 +19,7 @@ using CommandsTests::Texts;
 
 namespace {
 
-/// A tool that picks as well, by categories of its own.
+/// Another tool that picks, with categories of its own.
 class SelectionFilters : public CommandsTests::InCanvas
 {
 protected:
@@ -74,7 +74,7 @@ protected:
         menu->close();
         settle();
     }
-    /// What a click on the component takes: its path as it is named.
+    /// What a click on the component takes: its path as named.
     std::wstring clicked(const std::wstring& component)
     {
         selected().clear();
@@ -135,7 +135,7 @@ TEST_F(SelectionFilters, OfAllKindsAClickTakesTheComponentAndOneMoreItsPart)
     ASSERT_EQ(selected().size(), 1u);
     const auto* part = Vs::cast<Vs::LogicalSelection>(selected().selections().front().get());
     EXPECT_EQ(part->path().leaf, Vs::ObjectPath::Leaf::Face);
-    // Who adds goes on with parts; elsewhere a click begins with the component again.
+    // When adding, clicks continue with parts; elsewhere a click starts with the component again.
     clickAt(placeOf(L"Box2"), Qt::LeftButton, Qt::ControlModifier);
     ASSERT_EQ(selected().size(), 2u);
     EXPECT_EQ(Vs::cast<Vs::LogicalSelection>(selected().selections().back().get())->path().leaf,
@@ -146,7 +146,7 @@ TEST_F(SelectionFilters, OfAllKindsAClickTakesTheComponentAndOneMoreItsPart)
     clickAt(placeOf(L"Box3"));
     QTest::keyClick(canvas, Qt::Key_Escape);
     EXPECT_TRUE(selected().empty());
-    // So it does just beside it, at the edge that is its outline.
+    // So does one just beside it, at the edge that is its silhouette.
     const Vs::Scene::Projection projection(*camera(), canvas->width(), canvas->height());
     const GkPoint3d corner = projection.worldToScreen({13, 0, 1.5});
     clickAt({int(std::lround(corner.x)) + 2, int(std::lround(canvas->height() - corner.y))});

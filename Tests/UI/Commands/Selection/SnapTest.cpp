@@ -90,7 +90,7 @@ TEST_F(SnapTest, ExactlyOneOfTheTwoModesIsOnAndTheValueGoesWithTheFixedOne)
     EXPECT_FALSE(SnapManager::get()->adaptiveSnap());
     EXPECT_EQ(SnapManager::get()->snapIncrement(), 20);
 
-    // The value of an adaptive step isn't touched.
+    // The value of an adaptive step isn't changed.
     answer(L"VuCommands.SetSnapValueCmd");
     answer(L"Commands.SetInput SnapValueInput 7");
     answer(L"Commands.SetInput SnapAdaptiveInput 1");

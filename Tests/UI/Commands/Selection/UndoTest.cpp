@@ -31,7 +31,7 @@ Info* sketchInfo()
     return &info;
 }
 
-/// A tool with steps of its own: it draws lines, and can take them back.
+/// A tool with steps of its own: it draws lines, and can undo them.
 class Sketch : public Vs::Implements<Sketch, Command>
 {
 public:
@@ -108,7 +108,7 @@ protected:
     }
 
     SketchDef sketchDef;
-    int updates = 0; ///< How often the document was said to be shown anew.
+    int updates = 0; ///< How often the document was reported as shown anew.
 
 private:
     void documentUpdated(Vs::DocumentEvent*) override { ++updates; }
@@ -182,7 +182,7 @@ TEST_F(UndoTest, BringsSelectionAndCameraBackIfTheUserWantsIt)
     answer(L"VuCommands.RedoCmd");
     EXPECT_EQ(selected(), L"");
     EXPECT_EQ(camera(), near);
-    // A step from before knows nothing, and what isn't there any more can't be selected.
+    // An earlier step knows nothing, and what no longer exists can't be selected.
     answer(L"VuCommands.UndoDropDown 2");
     EXPECT_EQ(selected(), L"");
     answer(L"VuCommands.RedoDropDown 2");
@@ -226,7 +226,7 @@ TEST_F(UndoTest, AListTakesAllStepsToTheOneThatIsChosen)
     EXPECT_EQ(parts(), (Names{all[0]}));
     EXPECT_EQ(entries(L"UndoDropDown"), (Names{L"Undo Box"}));
     EXPECT_EQ(entries(L"RedoDropDown"), (Names{L"Redo Cylinder", L"Redo Sphere"}));
-    // Its button takes a single step, whatever was chosen before.
+    // Its button undoes a single step, whatever was chosen before.
     for (const wchar_t* key : {L"RedoDropDown", L"UndoDropDown", L"UndoDropDown"}) {
         CommandContext context = CommandContext::activeContext();
         definition(key)->updateInputControl(&context);
@@ -243,7 +243,7 @@ TEST_F(UndoTest, AListTakesAllStepsToTheOneThatIsChosen)
     EXPECT_TRUE(parts().empty());
     answer(L"VuCommands.RedoDropDown 0");
     EXPECT_EQ(parts().size(), 1u);
-    // A place that isn't there, and a line without one, mean the nearest.
+    // A nonexistent index, and a line without one, mean the nearest.
     answer(L"VuCommands.RedoDropDown 99");
     EXPECT_EQ(parts().size(), 2u);
     answer(L"VuCommands.RedoDropDown");
@@ -287,7 +287,7 @@ TEST_F(UndoTest, AToolTakesItsOwnStepsAndThenBarsTheWay)
     EXPECT_EQ(activeSession()->commandManager()->activeCommand(), tool);
     EXPECT_EQ(parts().size(), 1u);
 
-    // Without steps of its own the tool makes room for the model's.
+    // Without steps of its own the tool is ended for the model's steps.
     tool->draw();
     answer(L"VuCommands.RedoCmd");
     EXPECT_EQ(activeSession()->commandManager()->activeCommand()->commandDefinition()->id(),
@@ -316,7 +316,7 @@ TEST_F(UndoTest, RepeatRunsTheLastCommandAndBearsItsName)
         definition(L"RepeatCommand")->updateInputControl(&context);
         return definition(L"RepeatCommand")->inputControl()->info();
     };
-    // As a person who is asked in a panel, and takes what it proposes.
+    // Like a user who is asked in a panel, and accepts its proposal.
     const auto repeat = [] {
         answer(L"Commands.Start RepeatCommand");
         if (applicable(L"CommitCommand"))
@@ -382,7 +382,7 @@ TEST_F(UndoTest, KeysAndButtonsDoTheSame)
     answer(L"Design.Box 1 1 1");
     settle();
     EXPECT_FALSE(enabled("RedoDropDown")) << "a new step ends what could be redone";
-    // A tool may keep the keys to itself while it guards what is selected; a button is another matter.
+    // A tool may keep the keys to itself while it guards the selection; a button is another matter.
     Sketch* tool = sketch();
     tool->draw();
     tool->draw();

@@ -1,5 +1,5 @@
-// The areas of the window: shown, hidden, collapsed, docked; what the user wants to see of them; the layout
-// that is kept from one window to the next; the list of toolbars.
+// The areas of the window: shown, hidden, collapsed, docked; the user's preferences for them; the layout kept
+// from one window to the next; the list of toolbars.
 
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
@@ -43,7 +43,7 @@ protected:
         UIBaseOptionGroup::get()->reset();
         SplitViewMgr::get()->validToShowBrowser(true);
         WithProgram::TearDown();
-        // The next test's shell begins with the layout of the file.
+        // The next test's shell starts with the layout of the file.
         fs::remove(keptFile());
     }
 
@@ -52,7 +52,7 @@ protected:
     static UIBaseOptionGroup& wishes() { return *UIBaseOptionGroup::get(); }
     static const Toolbar* toolbar(const wchar_t* id) { return ToolbarManager::get()->toolbarById(id); }
 
-    /// Another run's window: the workspace ends, and a new one opens the document anew.
+    /// Another run's window: the workspace ends, and a new one reopens the document.
     static void beginAnotherWindow()
     {
         WorkspaceMgr::get()->closeAll();
@@ -101,7 +101,7 @@ TEST_F(AreasTest, EachAreaIsShownAndHiddenAndOnlyTheOtherOfItsCommandsIsOffered)
         EXPECT_FALSE((wishes().*pair.wish)());
         EXPECT_TRUE(applicable(pair.showCommand));
         EXPECT_FALSE(applicable(pair.hideCommand));
-        // What is set elsewhere is seen at once.
+        // A change made elsewhere is visible at once.
         (wishes().*pair.wish)(true);
         EXPECT_TRUE(area(pair.area)->visible());
     }
@@ -194,7 +194,7 @@ TEST_F(AreasTest, TheNextWindowHasTheAreasWhereTheLastOneLeftThem)
     area(L"Browser")->extent(333);
     LayoutStrategy::activeStrategy()->collapse(area(L"DesignFeed"), EPlacement::Bottom);
     answer(L"VuCommands.HideTextCommandsCommand");
-    // It is kept also in a form of the layout with other canvases.
+    // It is also kept in a form of the layout with other canvases.
     answer(L"Commands.Start SplitViewLayoutCommand Layout=Quad");
     beginAnotherWindow();
     const Area* browser = area(L"Browser");
@@ -222,7 +222,7 @@ TEST_F(AreasTest, ABrokenKeptLayoutIsToldAndTheDefaultOneShows)
         EXPECT_NE(told.find(L"default layout"), std::wstring::npos) << content;
         EXPECT_NE(told.find(L"VULastDisplayedLayout.xml"), std::wstring::npos) << content;
     }
-    // Areas that nobody knows are passed over, and nothing gets a canvas from there.
+    // Unknown areas are skipped, and nothing gets a canvas from there.
     WorkspaceMgr::get()->closeAll();
     fs::ofstream(keptFile())
         << "<layout><area name=\"Other\" contents=\"Strange\"/>"
@@ -248,7 +248,7 @@ TEST_F(AreasTest, AToolbarComesBackFromTheListAndWhatTheUserHidStaysHidden)
     EXPECT_EQ(wishes().hiddenToolbars(), std::vector<std::wstring>{L"Solids"});
     answer(L"Commands.Start ToolbarsCommand Toolbar=QATRight");
     EXPECT_TRUE(toolbar(L"QATRight")->visible);
-    // One that comes only later, as an add-in's does, begins as the user left it.
+    // One that is added later, such as an add-in's, starts as the user left it.
     ToolbarManager::get()->add(*toolbar(L"Solids"));
     EXPECT_FALSE(toolbar(L"Solids")->visible);
     wishes().hiddenToolbars({});

@@ -77,11 +77,11 @@ TEST_F(AssetsTest, WhatIsShownIsWhatItsDocumentKeepsAndIsAskedAbout)
     EXPECT_EQ(document()->activeAsset(), second);
     answer(L"Asset.Create TorvexAssetType /Hidden");
     EXPECT_EQ(document()->hiddenAsset(0)->parent(), second);
-    // The first one is empty, so that a picture is of the second.
+    // The first one is empty, so a picture is of the second.
     answer(L"Design.Box 10 10 10");
     answer(L"Document.SaveAs " + scratch(L"second.vlra"));
     EXPECT_FALSE(Vs::NativeFile::thumbnail(scratch(L"second.vlra")).empty());
-    // Another document on top leaves it as it is, and who is asked about its changes sees it.
+    // Another document on top leaves it unchanged, and a user asked about its changes sees it.
     answer(L"Design.Box 10 10 10");
     answer(L"Design.New");
     const Vs::Asset* asked = nullptr;

@@ -1,4 +1,4 @@
-// Editing a component by itself, on top of the environment that it was entered from.
+// Editing a component in isolation, on top of the environment that it was entered from.
 
 #include "Server/DataModel/ModelDigest.h"
 #include "Server/Scene/SceneAssetAdapter.h"
@@ -15,7 +15,7 @@ namespace {
 using CommandsTests::EditComponents;
 using CommandsTests::Texts;
 
-/// Two assemblies in each other, in metres and with y upwards.
+/// Two nested assemblies, in metres and with y upwards.
 constexpr const char* kNested = R"(#VRML V2.0 utf8
 DEF Outer Transform { translation 10 0 0 children [
   DEF Inner Transform { rotation 0 1 0 1.5707963267948966 children [
@@ -33,7 +33,7 @@ protected:
         boost::filesystem::ofstream(boost::filesystem::path(scratch(L"nested.wrl"))) << kNested;
         answer(L"Document.Open \"" + scratch(L"nested.wrl") + L'"');
     }
-    /// The path of what is edited; empty in the whole model.
+    /// The path of the component being edited; empty for the whole model.
     static std::wstring edited()
     {
         return Vs::pathText({.component = activeSession()->editedComponent()}, *asset());

@@ -13,7 +13,7 @@ using namespace Vu::Commands;
 
 namespace {
 
-/// Notes what sessions enter, once an entrance.
+/// Logs what sessions enter, one entry each.
 class Entrances : public SessionEventSite
 {
 public:
@@ -135,7 +135,7 @@ TEST_F(EnvironmentsTest, FromSeveralOnTopOfEachOtherOneReturnsToEachInTurn)
     EXPECT_EQ(environment(), L"ModellingEnvironment");
     EXPECT_FALSE(applicable(L"ReturnToEnvironmentCommand"));
 
-    // Who chooses one on the way back from the list has left those on top of it.
+    // Choosing one that lies on the way back leaves those on top of it.
     activeSession()->activateEnvironment(find(L"ReviewEnvironment"), true);
     activeSession()->activateEnvironment(find(DebugEnvironmentDef::kId), true);
     answer(L"VuCommands.ActivateEnvironmentCmd ModellingEnvironment");

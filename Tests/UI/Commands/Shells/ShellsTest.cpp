@@ -165,7 +165,7 @@ TEST_F(ShellsTest, TheWelcomeComesAtEachActivationButNotInTestRuns)
     Vs::Tasks* idle = Application::get()->idleTasks();
     answer(L"Design.Sample");
     idle->flush();
-    // The marker of an earlier orbit may still wait to be hidden.
+    // The marker of an earlier orbit may still be waiting to be hidden.
     size_t others = idle->size();
     answer(L"VuCommands.ManagementShellCmd");
     EXPECT_EQ(idle->size(), others);

@@ -42,7 +42,7 @@ class SplitViewsTest : public CommandsTests::WithProgram
 protected:
     void TearDown() override
     {
-        // Without a document the line finds no shell that could be laid out.
+        // Without a document the line finds no shell to lay out.
         answer(L"Design.Sample");
         answer(L"SplitView.DefaultLayout");
         WithProgram::TearDown();
@@ -106,7 +106,7 @@ TEST_F(SplitViewsTest, HomeAndBackEachPaneShowsWhatItShowedWhicheverIsActive)
     }
 }
 
-/// In a window that is seen.
+/// In a visible window.
 class SplitViewsInWindow : public SplitViewsTest
 {
 protected:
@@ -171,8 +171,8 @@ TEST_F(SplitViewsTest, AnotherAssetTakesTheActivePaneAloneAndTheFirstOneComesBac
             for (size_t other = 0; other < count; ++other)
                 EXPECT_EQ(canvases()[other]->view() == before[other], other != active);
             expectFull(count);
-            // The pane beside it gets the same asset, though its view is shown already, and is active with
-            // it.
+            // The pane beside it gets the same asset, though its view is already shown, and becomes active
+            // with it.
             GraphicsCanvas* const beside = canvases()[(active + 1) % count];
             SplitViewMgr::get()->activeCanvas(beside);
             EXPECT_EQ(activeSession(), first);
@@ -180,7 +180,7 @@ TEST_F(SplitViewsTest, AnotherAssetTakesTheActivePaneAloneAndTheFirstOneComesBac
             EXPECT_EQ(sessionOf(pane), second);
             EXPECT_EQ(sessionOf(beside), second);
             expectFull(count);
-            // A click in the one and the other leaves both as they are.
+            // Clicks in either leave both as they are.
             const std::vector<GraphicsView*> both = views();
             for (GraphicsCanvas* clicked : {pane, beside}) {
                 SplitViewMgr::get()->activeCanvas(clicked);
@@ -328,7 +328,7 @@ TEST_F(SplitViewsTest, TwoThreeOrFourCanvasesSeeTheSameIfTheyShareACamera)
         EXPECT_FALSE(same(0, last));
         answer(L"SplitView.ShareCamera");
         EXPECT_TRUE(same(0, last));
-        // Whichever is moved takes the others along.
+        // Moving any of them moves the others along.
         camera(0)->orbit(5, 5);
         EXPECT_TRUE(same(0, last));
         camera(last)->zoom(0.7);
@@ -350,7 +350,7 @@ TEST_F(SplitViewsTest, OfSeveralCanvasesTheActiveOneHasAFrame)
     window->show();
     answer(L"Design.Sample");
     answer(L"SplitView.ResetLayout Quad");
-    // The window follows a new layout behind the events that are there already.
+    // The window adopts a new layout after the events already queued.
     const auto visible = [&](size_t count) {
         std::vector<GraphicsCanvas*> canvases;
         for (int i = 0; i < 1000 && canvases.size() != count; ++i) {
@@ -377,7 +377,7 @@ TEST_F(SplitViewsTest, OfSeveralCanvasesTheActiveOneHasAFrame)
         for (const GraphicsCanvas* canvas : four)
             EXPECT_EQ(frame(canvas) == highlight, canvas == active);
     }
-    // Rows and columns share the room.
+    // Rows and columns share the space.
     for (const GraphicsCanvas* canvas : four) {
         EXPECT_NEAR(canvas->height(), four[0]->height(), 10);
         EXPECT_NEAR(canvas->width(), four[0]->width(), 10);

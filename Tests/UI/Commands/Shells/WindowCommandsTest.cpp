@@ -16,7 +16,7 @@ constexpr int kNormal = 0;
 constexpr int kMinimized = 1;
 constexpr int kZoomed = 2;
 
-/// A window keeps its state also before it is shown.
+/// A window keeps its state even before it is shown.
 class WindowCommandsTest : public CommandsTests::WithProgram
 {
 protected:
@@ -75,7 +75,7 @@ TEST_F(WindowCommandsTest, TheDefaultLayoutComesBackWithTheCanvasAndWithoutTouch
     EXPECT_TRUE(window()->area(L"Browser")->visible());
     EXPECT_EQ(window()->area(L"TextCommands")->placement(), EPlacement::Bottom);
     EXPECT_FALSE(UIBaseOptionGroup::get()->wantToShowBrowser());
-    // What was laid out anew can be divided again.
+    // A new layout can be divided again.
     answer(L"Commands.Start SplitViewLayoutCommand Layout=SideBySide");
     EXPECT_TRUE(showsViews(2));
     answer(L"VuCommands.ResetToDefaultLayoutCommand");

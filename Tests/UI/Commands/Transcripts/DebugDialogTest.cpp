@@ -93,7 +93,7 @@ protected:
         return text->findChild<QWidget*>(QStringLiteral("LineNumbers"));
     }
     static QImage pictureOf(QWidget* widget) { return widget->grab().toImage(); }
-    /// The colour in the middle of where the marks of a line stand.
+    /// The colour in the middle of the marks of a line.
     static QColor markOf(QPlainTextEdit* text, int line)
     {
         const int height = text->fontMetrics().height();

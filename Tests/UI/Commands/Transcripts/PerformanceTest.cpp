@@ -32,13 +32,13 @@ protected:
     }
 
     static boost::filesystem::path references() { return file("bracket.performance.json"); }
-    /// A reference that was made on a machine as fast as this one.
+    /// A reference made on a machine as fast as this one.
     static void writeReference(const std::string& name, const std::string& values)
     {
         TestSupport::overwrite(references(),
                                R"({"format": 1, "references": {")" + name + "\": {" + values + "}}}");
     }
-    /// What the last test found of that metric.
+    /// The last test's result for that metric.
     static const Vu::PerfReport::Result* result(const std::wstring& metric)
     {
         for (const auto& each : Vu::PerfTestingContext::report().results)
@@ -80,7 +80,7 @@ TEST_F(PerformanceLines, KeepReferencesBesideTheTranscriptAndCompareWithThem)
     EXPECT_EQ(result(L"ElapsedTime")->outcome, Vu::PerfReport::Outcome::Kept);
     EXPECT_GE(result(L"ElapsedTime")->value, 0.06);
 
-    // A machine that is a thousand times slower, and one where the work took a thousandth.
+    // A machine a thousand times slower, and one where the work took a thousandth.
     writeReference("ElapsedTime a_while", R"("value": 0.00006, "calibration": 1e-6)");
     EXPECT_NE(replay(kTimed).find(L"Success"), std::wstring::npos);
     ASSERT_TRUE(result(L"ElapsedTime"));
@@ -186,7 +186,7 @@ TEST_F(PerformanceLines, ReportAsTextAndAsJson)
         std::wstring::npos);
 }
 
-/// Marks the box as soon as the mouse is over it, as a tool for selecting does.
+/// Highlights the box as soon as the mouse is over it, as a selection tool does.
 class Marker : public Vu::MouseEventSite
 {
 public:
@@ -230,7 +230,7 @@ private:
 TEST_F(Prehighlight, IsMeasuredFromTheMoveToTheMarkAndToItsPicture)
 {
     const Marker marker(view()->modelFragment());
-    // The first move brings everything into the scene that is still on its way there.
+    // The first move completes whatever is still being added to the scene.
     move(-510, 0);
     Vu::PerfTestingContext context("moves");
     for (const auto type : {Vu::EMetricType::PrehighlightSelect, Vu::EMetricType::PrehighlightInteractivity})
@@ -248,7 +248,7 @@ TEST_F(Prehighlight, IsMeasuredFromTheMoveToTheMarkAndToItsPicture)
     EXPECT_TRUE(boost::filesystem::exists("moves.performance.json"));
 }
 
-/// A workspace of its own, with a window.
+/// A separate workspace, with a window.
 class WindowPictures : public Prehighlight
 {
 protected:
@@ -290,7 +290,7 @@ TEST_F(WindowPictures, AreCountedAsTheyAreDrawn)
     EXPECT_GT(results[0].value, 0);
     EXPECT_EQ(TestSupport::contentOf("window.performance.json").find("windowless"), std::string::npos);
 
-    // The lines of a replay leave the window no time of its own. One more picture comes if the camera has
+    // The lines of a replay leave the window no time of its own. One more picture is drawn if the camera has
     // stood still for long enough meanwhile.
     TestSupport::overwrite("turn.txt", "Performance.StartPerformanceValidation\n"
                                        "Performance.StartMetric FramesRate\n"

@@ -1,4 +1,4 @@
-// Every command that a transcript can hold: recorded in a session, played again in an empty program, as text
+// Every command that a transcript can contain: recorded in a session, replayed in an empty program, as text
 // and as Python, without a window and with one. A new command needs a row here.
 
 #include "Server/Base/PathInfo.h"
@@ -42,19 +42,20 @@ namespace {
 
 namespace fs = boost::filesystem;
 
-/// A session that shows what the command does. Lines are parted by `;`. `{}` is the folder for files that are
-/// made, `@drag` and `@click` are the mouse. A line that begins with `?` may fail.
+/// A session that shows the command's effect. Lines are separated by `;`. `{}` is the folder for created
+/// files, `@drag` and `@click` are the mouse. A line that begins with `?` may fail.
 struct Session
 {
     const wchar_t* command; ///< A definition's identifier, or a text command with a body of its own.
     std::wstring lines;
-    /// What its own line of the transcript contains; empty for its own name. `-` if others say what it did.
+    /// What its own line of the transcript contains; empty for its own name. `-` if other lines say what it
+    /// did.
     const wchar_t* written = L"";
 };
 
 const std::wstring kModel =
     L"Design.New;Design.Box 20 30 40;Design.Cylinder 5 10 50,0,0;Design.Sphere 8 0,80,0;";
-/// A box in the middle of the view, whatever lies over that.
+/// A box in the middle of the view, whatever covers that.
 const std::wstring kSeen =
     L"Design.New;Design.Box 20 30 40;Camera.Set 110,-85,120 10,15,20 0,0,1 1 1000 80 80 2;";
 const std::wstring kBoth = kModel + L"Selection.Select Box1 Cylinder1;";
@@ -326,7 +327,7 @@ const Session kSessions[] = {
 };
 // clang-format on
 
-/// Text commands that leave nothing behind: they tell, wait, or are about the transcript itself. The area
+/// Text commands without a lasting effect: they report, wait, or concern the transcript itself. The area
 /// Commands runs the others.
 const std::set<std::wstring> kTelling = {
     L"Asset.List",
@@ -369,13 +370,13 @@ const std::set<std::wstring> kTelling = {
     L"View.CheckPicture",
     L"View.SaveWindow",
 };
-// What a run finds of others that ended badly is in no transcript; items want a service, with which they are
-// tried.
+// What a run finds of other runs that ended abnormally is in no transcript; items need a service and are
+// tested with one.
 const std::set<std::wstring> kTellingAreas = {L"AssetMgt",    L"AutoSave",     L"Browser", L"Commands",
                                               L"Debug",       L"DocumentMgt",  L"Itemhub", L"Measure",
                                               L"Performance", L"Transcripting"};
 
-/// End the program; a test of the program as a whole replays them.
+/// These end the program; a test of the program as a whole replays them.
 const std::set<std::wstring> kExits = {L"ExitApplicationCommand", L"CloseWorkspaceCommand"};
 
 std::set<std::wstring> covered()
@@ -391,7 +392,7 @@ void write(const fs::path& path, const std::string& text)
     fs::ofstream(path) << text;
 }
 
-/// What the options of the program are, since some commands change nothing else.
+/// The options of the program, since some commands change nothing else.
 std::wstring options()
 {
     std::wstring text;
@@ -424,7 +425,7 @@ bool isWritten(const Session& session, const std::vector<std::string>& lines)
     });
 }
 
-/// Where the areas of the window stand, and which of them show.
+/// The positions of the window's areas, and which of them are shown.
 std::wstring areas()
 {
     std::wstring text;
@@ -552,7 +553,7 @@ private:
         if (const size_t at = line.find(what); at != std::wstring::npos)
             line.replace(at, what.size(), by);
     }
-    /// A line that asks whether to keep what has changed.
+    /// A line that asks whether to keep the changes.
     void answered(const std::wstring& line)
     {
         answerBoxes(1);
@@ -588,8 +589,8 @@ TEST_F(ReplayOfEveryCommandTest, EachComesBackInAWindow)
     bool python = false;
     for (const Session& session : kSessions) {
         python = !python;
-        // How far a drag turns hangs on the canvas's height, which in a window this small changes with what
-        // the bars show; the mouse comes back in the other test.
+        // How far a drag turns depends on the canvas's height, which in a window this small changes with the
+        // contents of the bars; the other test covers the mouse.
         if (!std::wstring_view(session.command).starts_with(L"Mouse."))
             comesBack(session, python ? L"every.py" : L"every.txt");
     }

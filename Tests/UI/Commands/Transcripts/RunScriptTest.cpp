@@ -33,7 +33,7 @@ public:
     std::wstring text;
 };
 
-/// As a script makes one; what is made by quillet.command stays to the end of the process.
+/// As defined by a script; what quillet.command defines stays to the end of the process.
 class BroughtByScript : public Vs::Implements<BroughtByScript, CommandDefinition>
 {
 public:
@@ -52,7 +52,7 @@ protected:
 class RunScriptTest : public CommandsTests::WithProgram
 {
 protected:
-    // Python knows the commands, and must go before they do.
+    // Python knows the commands, and must be shut down before them.
     static void TearDownTestSuite() { Vs::PythonManager::get()->shutdown(); }
     void TearDown() override
     {
@@ -60,7 +60,7 @@ protected:
         WithProgram::TearDown();
     }
 
-    /// A script of this content; returns its path.
+    /// A script with this content; returns its path.
     static std::wstring script(const std::string& code)
     {
         const boost::filesystem::path path(scratch(L"script.py"));
@@ -88,7 +88,7 @@ TEST_F(RunScriptTest, AScriptThatIsNamedRunsWithoutADialogAfterEverythingThatWai
     answerDialog(L"");
     const std::wstring path = script("import Design\nDesign.New()\nprint('ran')\n");
     Application::get()->deferredTasks()->post([this] { m_printed.text += L"before\n"; });
-    // A line by itself leaves the queue to whoever runs lines.
+    // A single line leaves the queue to whoever runs lines.
     EXPECT_EQ(
         Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"VuCommands.RunScriptCmd " + path).first, 0u);
     EXPECT_EQ(m_printed.text, L"");
@@ -145,7 +145,7 @@ TEST_F(RunScriptTest, WithoutANameAPersonIsAskedInTheFolderOfScripts)
     answer(L"VuCommands.RunScriptCmd");
     EXPECT_EQ(m_printed.text, L"chosen\n");
     answer(L"VuCommands.RunScriptCmd");
-    // The next dialog begins where the last script was, and only that of scripts.
+    // The next dialog starts in the last script's folder, and only that of scripts.
     EXPECT_EQ(m_requests.back().initialPath, boost::filesystem::path(path).parent_path().wstring());
     FileDialog::responder(nullptr);
     EXPECT_NE(failure(L"VuCommands.RunScriptCmd").find(L"no file name"), std::wstring::npos);
@@ -188,7 +188,7 @@ TEST_F(RunScriptTest, InAWindowAnEndlessScriptShowsWhatItPrintsAndEscapeEndsIt)
     QWidget* const window = workspace->window()->widget();
     const auto* const output = window->findChild<QPlainTextEdit*>(QStringLiteral("commandOutput"));
     ASSERT_NE(output, nullptr);
-    // What the lines of a transcript answer is seen there, too.
+    // The answers of a transcript's lines are shown there, too.
     boost::filesystem::ofstream(boost::filesystem::path(scratch(L"lines.txt"))) << "Camera.ZoomIn\n";
     answer(L"Transcripting.Replay \"" + scratch(L"lines.txt") + L'"');
     EXPECT_TRUE(output->toPlainText().contains(QStringLiteral("Zoom in.")))

@@ -1,4 +1,4 @@
-// Sessions that are recorded and played again.
+// Sessions that are recorded and replayed.
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptReplay.h"
@@ -56,7 +56,7 @@ public:
     explicit Anything(unsigned seed) : m_random(seed) {}
     int upTo(int most) { return std::uniform_int_distribution(0, most)(m_random); }
 
-    /// A line, or nothing for something with the mouse.
+    /// A line, or nothing for a mouse action.
     std::wstring line()
     {
         const auto size = [&] { return L' ' + std::to_wstring(1 + upTo(50)); };
@@ -104,7 +104,7 @@ private:
     std::mt19937 m_random;
 };
 
-/// Records a session made by chance, and plays it again.
+/// Records a random session, and replays it.
 class RandomSessionTest : public TranscriptTest
 {
 protected:
@@ -118,7 +118,7 @@ protected:
         answer(L"Design.New");
         for (int i = 0; i < 40; ++i)
             step(anything);
-        // Of a tool nothing is recorded before it is committed.
+        // Nothing of a tool is recorded before it is committed.
         if (!activeKey().empty())
             answer(L"Commands.Cancel");
         stop();
@@ -133,7 +133,7 @@ private:
     {
         const int x = anything.upTo(kRange), y = anything.upTo(kRange);
         if (const std::wstring line = anything.line(); !line.empty())
-            run(line); // Some fail, as some of a person's do.
+            run(line); // Some fail, as some of a user's do.
         else if (anything.upTo(2) == 0)
             click(kLeftButton, x, y);
         else if (anything.upTo(1) == 0)
@@ -179,7 +179,7 @@ TEST_F(TranscriptTest, WhatWasFramedIsSeenAlikeInAnyWindowAndInNone)
                                                L"Camera.ZoomIn 1.5",         L"Design.Box 5 5 5 90,0,0",
                                                L"Commands.Start FitCommand"};
     for (const Shown& recorded : kShown) {
-        // Also where the recording ends with a fit.
+        // Also if the recording ends with a fit.
         for (size_t count = 0; count <= framing.size(); ++count) {
             const auto within = window(recorded);
             record(L"framed.txt");
@@ -232,7 +232,7 @@ TEST_F(TranscriptTest, LinesAreWhatWasDoneAndNotHow)
         "Camera.ZoomIn",
     };
     std::vector<std::string> lines = linesOf(L"lines.txt");
-    // Where the first box was framed, wherever the lines are played.
+    // Where the first box was framed, wherever the lines are replayed.
     ASSERT_GT(lines.size(), 3u);
     EXPECT_TRUE(lines[3].starts_with("Camera.Set ")) << lines[3];
     lines.erase(lines.begin() + 3);
@@ -285,7 +285,7 @@ TEST_F(TranscriptTest, AnswersToQuestionsAreRecordedAndGivenAgain)
     TranscriptMgr::get()->replay(file(L"close.txt"), status, Vs::kTextTranscript);
     EXPECT_EQ(documents(), 0u) << "nobody was there to be asked";
     EXPECT_TRUE(status.isOk()) << narrowed(status.toString());
-    // An answer that no question of its line wanted is a failure of that line, and forgotten.
+    // An answer that no question of its line asked for is a failure of that line, and discarded.
     fs::ofstream(fs::path(file(L"stale.txt"))) << "Transcripting.Answer 1\nDesign.New\nDesign.Box 1 1 1\n"
                                                   "Document.Close\n";
     TranscriptMgr::get()->replay(file(L"stale.txt"), status, Vs::kTextTranscript);

@@ -32,7 +32,7 @@ using namespace Vu::Commands;
 
 namespace {
 
-/// A recording whose transcript is read back, and the two windows that stand by.
+/// A recording whose transcript is read back, and the two companion windows.
 class ValidationWindows : public CommandsTests::WithProgram
 {
 protected:
@@ -54,7 +54,7 @@ protected:
     }
 
     static std::wstring path() { return scratch(L"recorded/session.txt"); }
-    /// Behind the line that tells what the file is.
+    /// After the line that describes the file.
     static std::string recorded()
     {
         const std::string content = TestSupport::contentOf(boost::filesystem::path(path()));
@@ -67,7 +67,7 @@ protected:
         Application::get()->flushDeferredTasks();
     }
 
-    /// The button of that text, or the field, in a titled box of the window.
+    /// The button with that text, or the field, in a titled box of the window.
     template <class Widget>
     static Widget* inBox(const QWidget* window, const QString& title, const QString& text = {})
     {
@@ -80,7 +80,7 @@ protected:
         }
         return nullptr;
     }
-    /// Where a box has its tick.
+    /// The check mark's position in a box.
     static void click(QAbstractButton* button)
     {
         QTest::mouseClick(button, Qt::LeftButton, {}, {8, button->height() / 2});
@@ -362,7 +362,7 @@ TEST_F(ValidationWindows, FieldsRememberWhatWasEnteredInOrderAndOnce)
     EXPECT_TRUE(boost::filesystem::is_directory(file));
     boost::filesystem::remove(file);
 
-    // Without a folder there is no history, and nothing else is amiss.
+    // Without a folder there is no history, and nothing else is wrong.
     const std::string before = std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "";
     const std::string runtime = std::getenv("XDG_RUNTIME_DIR") ? std::getenv("XDG_RUNTIME_DIR") : "";
     setenv("TMPDIR", "/dev/null/none", 1);

@@ -62,7 +62,7 @@ TEST_F(CloudDialogsTest, ADocumentIsFoundByKeysAloneThroughFoldersAndHostileName
     EXPECT_EQ(names(*list), (std::vector<std::string>{"deep", "notes.txt"}));
     QTest::keyClick(part<QComboBox>(dialog, "cloudFilter"), Qt::Key_Up);
 
-    // What another puts there shows when the folder is read again.
+    // Changes made by others appear when the folder is read again.
     put(server, "parts/new.vlra");
     QTest::mouseClick(part<QToolButton>(dialog, "cloudRefresh"), Qt::LeftButton);
     EXPECT_EQ(list->model()->rowCount(), 4);
@@ -181,7 +181,7 @@ TEST_F(CloudDialogsTest, WhileTheDriveIsAwayWhatThisComputerHasIsListedAndOpens)
     ASSERT_NE(activeDocument(), nullptr);
     EXPECT_EQ(activeDocument()->cloudId(), "/parts/deep/axle.vlra");
 
-    // A place for what is saved meanwhile is chosen among all that is known.
+    // A place for what is saved meanwhile is chosen among all known ones.
     QTCloudDialog saving({CloudDialog::Kind::SaveAs, L"Designs (*.vlra)", L".vlra"}, "new", nullptr);
     saving.show();
     ASSERT_TRUE(saving.open("/parts"));

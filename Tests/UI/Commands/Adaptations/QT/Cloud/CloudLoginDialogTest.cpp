@@ -85,7 +85,7 @@ TEST_F(CloudLoginDialogTest, AnotherAddressAsksForItsOwnWaysAgain)
 
 TEST_F(CloudLoginDialogTest, AServerThatKeepsNobodyFromWritingOverAnotherIsToldBeforeTheSignInIsOver)
 {
-    const TestServer server(TestServer::Kind::Rclone); // It refuses nothing that is stale.
+    const TestServer server(TestServer::Kind::Rclone); // It never rejects stale requests.
     REQUIRE_SERVER(server);
     TestSupport::FaultProxy proxy(server.port());
     proxy.onRequest([](const TestSupport::FaultProxy::Request& request) {
@@ -117,7 +117,7 @@ TEST_F(CloudLoginDialogTest, WhatIsSentFromThePreferencesIsToldWhileTheyAreOpenA
     answer(L"Design.New");
     server.stop();
     answer(L"VuCommands.CloudSaveCmd " + Vs::Strings::quote(file.wstring()));
-    // As a click on their button opens them, in a task that lasts until they are closed.
+    // Opened as by a click on their button, in a task that lasts until they are closed.
     Vu::Application::get()->deferredTasks()->post([&] {
         Vu::PreferencesDialog dialog(nullptr);
         dialog.show();

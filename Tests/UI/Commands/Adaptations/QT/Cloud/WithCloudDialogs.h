@@ -41,7 +41,7 @@ protected:
     }
 
     static Vs::MeshportAuth& auth() { return *Vs::MeshportAuth::globalInstance(); }
-    /// At another address than the server's, that of a proxy before it.
+    /// At an address other than the server's: that of a proxy in front of it.
     static void signIn(const TestSupport::TestServer& server, const std::string& address = {})
     {
         Vs::Cloud::DriveCredentials credentials;

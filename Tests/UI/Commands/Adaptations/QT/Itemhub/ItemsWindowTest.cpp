@@ -122,7 +122,7 @@ TEST_F(ItemsWindowTest, ABurstOfLettersCostsTwoSearchesAndTheLastTextIsSearchedF
     EXPECT_EQ(captions(panel), QStringList{"Burstable gearing"});
     EXPECT_FALSE(panel.isShown(Panel::kSearching));
 
-    // What waits is what was found already.
+    // The search left waiting asks for what was found already.
     service().proxy().forgetRequests();
     handler.search(L"burstable gear");
     handler.search(L"burstable gearx");
@@ -131,7 +131,7 @@ TEST_F(ItemsWindowTest, ABurstOfLettersCostsTwoSearchesAndTheLastTextIsSearchedF
     EXPECT_EQ(searches(), 1);
     EXPECT_EQ(panel.results().size(), 2);
 
-    // Another search of the same leaves the rows until it knows better, and what is selected stays so.
+    // Repeating a search keeps the rows until the results arrive, and what is selected stays selected.
     panel.select(Panel::kResult, 1);
     const int chosen = panel.results()[1]->itemId();
     handler.searchAgain();
@@ -211,7 +211,7 @@ TEST_F(ItemsWindowTest, WhatIsFoundIsOpenedByKeysAndShownLetterByLetter)
         << (told().empty() ? "" : Vs::Strings::narrow(told()[0]));
     EXPECT_TRUE(hub().isItemhubDocument(activeDocument()));
 
-    // One without a design says so; Escape empties the bar; another window takes the panel away.
+    // One without a design says so; Escape clears the bar; switching to another window hides the panel.
     edit->setFocus();
     QTest::keyClick(edit, Qt::Key_Escape);
     EXPECT_EQ(edit->text(), QString());
@@ -240,12 +240,12 @@ TEST_F(ItemsWindowTest, FavouritesAreButtonsThatOpenTheirItem)
         EXPECT_NE(made, nullptr);
         static_cast<void>(
             until([&] { return made->findChild<QToolButton*>(QLatin1String(name)) != nullptr; }));
-        // A list that was just filled again still has the buttons of before, hidden.
+        // A list that was just refilled still has the old buttons, hidden.
         QList<QToolButton*> shown = made->findChildren<QToolButton*>(QLatin1String(name));
         shown.removeIf([](const QToolButton* button) { return button->isHidden(); });
         return shown;
     };
-    // By the star of what was found.
+    // Through the star of a search result.
     QTest::keyClicks(test.bar->edit(), QStringLiteral("starred"));
     ASSERT_TRUE(until([&] { return test.bar->panel()->results().size() == 1; }));
     SearchResult* result = test.bar->panel()->results()[0];
@@ -328,7 +328,8 @@ TEST_F(ItemsWindowTest, APersonSignsInByNameAndPasswordAndThePageTellsIt)
     QTest::mouseClick(part<QCheckBox>(preferences, "itemhubOn"), Qt::LeftButton, {}, QPoint(8, 8));
 }
 
-/// Takes the address that is told where tests run, as no browser is opened there, and signs in on its page.
+/// Uses the address that is reported where tests run, since no browser is opened there, and signs in on its
+/// page.
 class Person : private Vu::AlertEventSite
 {
 public:
@@ -338,8 +339,8 @@ public:
     }
     ~Person() { Vu::AlertEventSource::get()->unsubscribe(this); }
 
-    std::string page;               ///< Empty before anything was told.
-    std::future<std::string> shown; ///< By the browser in the end.
+    std::string page;               ///< Empty before anything was reported.
+    std::future<std::string> shown; ///< Finally through the browser.
 
 private:
     void alertAdded(Vu::AlertController*, const Vu::Alert& alert) override
@@ -383,7 +384,7 @@ TEST_F(ItemsWindowTest, ATrackerIsSignedInToByALineWithAKeyAndByTheDialogWithAPa
     const std::string address = "redmine+" + told["address"].toString().toStdString();
     hub().signOut();
 
-    // By a line, in a program of its own, which makes an item there.
+    // Through a line, in a separate program, which creates an item there.
     const auto lines = TestSupport::runQuillet(
         {"--headless", "--command", "Itemhub.SignIn " + address + ' ' + told["ada"].toString().toStdString(),
          "--command", "Dashboard.NewItemCmd 1 \"Tracked wheel\" 0 0 VeloraAssetType", "--command",
@@ -397,7 +398,7 @@ TEST_F(ItemsWindowTest, ATrackerIsSignedInToByALineWithAKeyAndByTheDialogWithAPa
     const size_t begin = lines.output.find_last_of('\n', row) + 1;
     const std::string item = lines.output.substr(begin, row - begin);
 
-    // By the dialog, as somebody else, who opens it.
+    // Through the dialog, as another user, who opens it.
     QTItemhubSignInDialog dialog(nullptr);
     dialog.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));

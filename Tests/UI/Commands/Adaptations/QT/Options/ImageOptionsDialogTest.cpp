@@ -33,7 +33,7 @@ protected:
         WithProgram::TearDown();
     }
 
-    /// As if nobody had ever used the dialog.
+    /// As if the dialog had never been used.
     static void forget()
     {
         UIInternalOptionGroup* kept = UIInternalOptionGroup::get();
@@ -47,7 +47,7 @@ protected:
             kept->setValue((dialog + name).c_str(), value);
     }
 
-    /// What a person would do in the dialog: the fields by their names.
+    /// What a user would do in the dialog: the fields by their names.
     struct Dialog
     {
         explicit Dialog(ImageOptions& options) : dialog(&options, nullptr) {}
@@ -91,7 +91,7 @@ TEST_F(ImageOptionsDialogTest, WhatWasChosenIsThereTheNextTimeUnlessItWasCancell
         dialog.type("lineEditWidth", "7");
         dialog.dialog.reject();
     }
-    // The size of the window is that of the present one, and a format without transparency keeps to that.
+    // The window's size means the present window's, and a format without transparency stays without it.
     ImageOptions third = ofWindow();
     {
         Dialog dialog(third);

@@ -1,4 +1,4 @@
-// The open documents as tabs of the window, by the events of mouse and keyboard.
+// The open documents as tabs of the window, driven by mouse and keyboard events.
 
 #include "Server/DataModel/Document.h"
 #include "Tests/UI/Becomes.h"
@@ -48,7 +48,7 @@ protected:
     {
         return window()->findChild<Widget*>(QString::fromLatin1(name));
     }
-    /// The texts of all tabs, the one that shows in brackets.
+    /// The texts of all tabs, the current one in brackets.
     QString texts() const
     {
         QStringList all;
@@ -80,7 +80,7 @@ protected:
     QPoint middle(int tab) const { return tabs()->tabRect(tab).center(); }
     void key(int key, Qt::KeyboardModifiers modifiers) const
     {
-        // The window's keys are shortcuts of a window that is active.
+        // The window's keys are shortcuts, which need an active window.
         window()->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(window()));
         QTest::keyClick(window(), static_cast<Qt::Key>(key), modifiers);

@@ -39,7 +39,7 @@ using namespace Vu::Commands;
 
 namespace {
 
-/// A workspace of its own, with a window on the home screen.
+/// A separate workspace, with a window on the home screen.
 class HomeTest : public CommandsTests::WithProgram
 {
 protected:
@@ -123,7 +123,7 @@ TEST_F(HomeTest, TheTileOfAFileThatIsGoneIsFaintAndCanBeTakenAwayByButtonAndByKe
     QTest::keyClick(recent()[1], Qt::Key_Delete);
     ASSERT_EQ(recent().size(), 1u);
     EXPECT_EQ(recent()[0]->text().toStdString(), "Third");
-    // What a service keeps no longer is gone, though a copy is here.
+    // A document that the service no longer keeps is gone, even if there is a copy here.
     bool isGone = true;
     const FilePlace service([&](const boost::filesystem::path&) {
         return FilePlace::Answer{.place = L"Store", .folder = L"Store", .isGone = isGone};
@@ -148,7 +148,7 @@ TEST_F(HomeTest, AForeignFileStandsAmongTheRecentOnesWithItsPicture)
     answer(L"Document.CloseAll");
     answer(L"Document.Open " + scratch(L"stand.stl"));
     answer(L"VuCommands.ManagementShellCmd");
-    // It is drawn for the open document, and kept.
+    // It is rendered for the open document, and stored.
     ASSERT_TRUE(becomes([&] { return open().size() == 1; }));
     const std::wstring pictures = FilePictures::folder();
     ASSERT_TRUE(becomes([&] { return lookAt(scratch(L"stand.stl"), pictures).picture.width() > 100; }));
@@ -159,7 +159,7 @@ TEST_F(HomeTest, AForeignFileStandsAmongTheRecentOnesWithItsPicture)
     ASSERT_EQ(recent().size(), 1u);
     EXPECT_EQ(recent()[0]->text().toStdString(), "stand.stl");
     EXPECT_TRUE(becomes([&] { return recent()[0]->hasPicture(); }));
-    // Of what was changed since there is none.
+    // For a file changed since there is none.
     boost::filesystem::ofstream(scratch(L"stand.stl"), std::ios::app) << "\n";
     EXPECT_TRUE(lookAt(scratch(L"stand.stl"), pictures).picture.isNull());
 }
@@ -257,7 +257,7 @@ TEST_F(HomeTest, ArrowKeysGoAlongAndAcrossTheRows)
     EXPECT_EQ(press(Qt::Key_P), "d") << "the window's hot key of this letter has to wait";
     EXPECT_TRUE(recent()[0]->pinned());
     EXPECT_EQ(recent()[0]->text().toStdString(), "d");
-    // Tab leads from the field above the tiles into them, although they were made later.
+    // Tab goes from the field above the tiles into them, although they were created later.
     auto* filter = window->findChild<QLineEdit*>("recentFilter");
     filter->setFocus();
     EXPECT_EQ(press(Qt::Key_Tab), "d");
@@ -274,7 +274,7 @@ TEST_F(HomeTest, OpenAssetsStandAboveAndAPressGoesBackToThem)
     answer(L"Design.Box 1 2 3");
     answer(L"VuCommands.ManagementShellCmd");
     ASSERT_TRUE(becomes([&] { return section("openDocuments") && open().size() == 2; }));
-    // The command line stands below the page again, and not on it.
+    // The command line is below the page again, and not on top of it.
     const QWidget* window = m_workspace->window()->widget();
     const auto* page = window->findChild<QWidget*>("scrollPage");
     const auto* line = window->findChild<QWidget*>("commandBox");
