@@ -26,7 +26,7 @@ constexpr const wchar_t* kArea = L"Commands";
 constexpr AreaRow kCommandsAreaRow = {kArea,
                                       L"Commands that run any command of the program by its identifier"};
 
-/// A number that would not be written back the same way is left as text, because the digits may be a name.
+/// A number that would not be written back the same way is kept as text, because the digits may be a name.
 template <class Number>
 std::optional<Number> plainNumber(const std::wstring& text)
 {
@@ -44,7 +44,7 @@ void addGuessed(CommandContext& context, const Vs::UniqueString* key, const std:
         context.addArgument(key, value);
 }
 
-/// The command that a person would call the running one: the active asset's, else the whole program's.
+/// The command that the user would call the running one: the active asset's, or else the whole program's.
 CommandBase* runningCommand()
 {
     if (CommandBase* active = CommandBase::getActiveCommand())

@@ -1,4 +1,4 @@
-// The subject areas "AssetMgt" and "DocumentMgt": what other lines can name.
+// The subject areas "AssetMgt" and "DocumentMgt": identifiers that other lines can refer to.
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"

@@ -9,7 +9,7 @@
 namespace Vu {
 namespace {
 
-/// What stands behind an environment in the list: whether the session is in it, or would return to it.
+/// The remark after an environment in the list: whether the session is in it, or would return to it.
 std::wstring placeOf(const EnvironmentDefinition* environment, const AssetSession& session)
 {
     const EnvironmentState* state = session.activeEnvironmentState();

@@ -1,4 +1,4 @@
-// The subject area "Measure": what MeasureMgr measures, for scripts and for people who type.
+// The subject area "Measure": the measurements of MeasureMgr, for scripts and for users who type.
 
 #include "Server/Base/NumberText.h"
 #include "Server/Base/Status.h"

@@ -1,4 +1,4 @@
-// The check of a transcript that compares what a view shows with a picture beside the transcript.
+// The check of a transcript that compares a view with a picture beside the transcript.
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/NumberText.h"
@@ -30,21 +30,21 @@ using Vs::Scene::Image;
 
 constexpr const wchar_t* kArea = L"View";
 constexpr uint32_t kUsualWidth = 640, kUsualHeight = 400, kLargestSide = 4096;
-/// In per cent of the picture. Another renderer draws edges a little differently.
+/// In per cent of the picture. Other renderers draw edges slightly differently.
 constexpr double kUsualTolerance = 0.1;
-/// A difference that nobody sees, as a fraction of the way from black to white.
+/// An invisible difference, as a fraction of the way from black to white.
 constexpr double kUnseen = 0.06;
 
 constexpr AreaRow kViewAreaRow = {kArea, L"Commands about what a view shows", true};
 
-/// How far apart two colours look to the eye, from 0 to 1.
+/// The perceived difference of two colours, from 0 to 1.
 double apart(const uint8_t* a, const uint8_t* b)
 {
     const double red = a[0] - b[0], green = a[1] - b[1], blue = a[2] - b[2];
     return std::sqrt(0.299 * red * red + 0.587 * green * green + 0.114 * blue * blue) / 255;
 }
 
-/// Whether the pixel, or one beside it, looks like that of the other picture: a line that has moved by less
+/// Whether the pixel, or a neighbour, looks like that of the other picture: a line that has moved by less
 /// than a pixel looks the same.
 bool isNear(const Image& in, uint32_t x, uint32_t y, const uint8_t* other)
 {
@@ -82,7 +82,7 @@ struct Wish
     double tolerance = kUsualTolerance; ///< Per cent.
 };
 
-/// Reads what stands behind the description: "640x400" and "+- 0.5 %".
+/// Parses what follows the description: "640x400" and "+- 0.5 %".
 Wish wishOf(const TextCommandParameters& parameters)
 {
     Wish wish;
@@ -138,7 +138,7 @@ void write(const Image& image, const fs::path& file)
         throw Vs::Exception(status.toString());
 }
 
-/// Where the picture that was found is kept for inspection: with the other results.
+/// Where the new picture is kept for inspection: with the other results.
 fs::path beside(const fs::path& reference, const char* what)
 {
     const auto& parameters = Vs::TranscriptMgr::get()->parameters();

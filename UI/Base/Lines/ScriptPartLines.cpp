@@ -30,7 +30,7 @@ using Vs::TextCommandResult;
 constexpr const char* kForms[] = {"plane",    "cylinder", "cone",   "sphere", "torus",
                                   "freeform", "line",     "circle", "curve",  "vertex"};
 
-/// The body of the component that the line names, where it lies.
+/// The body of the component that the line names, at its placement.
 ScriptLines::Place bodyPlace(const TextCommandParameters& parameters)
 {
     ScriptLines::Place place = ScriptLines::placeOf(ScriptLines::activeAsset(), parameters);

@@ -48,7 +48,7 @@ const Camera* activeCamera()
 
 using CameraState = StateRecorder::CameraState;
 
-/// Writes the line that brings the camera back there.
+/// Writes the line that restores the camera.
 class CameraTrigger : public Vs::TranscriptTrigger
 {
 public:
@@ -79,7 +79,7 @@ std::vector<boost::uuids::uuid> identifiers()
     return all;
 }
 
-/// Tells under which identifiers later lines know a document that was just opened.
+/// Gives the identifiers by which later lines know a document that was just opened.
 std::wstring lineThatNames(const Vs::Document& document)
 {
     std::wstring line = L"Transcripting.Document " + Vs::fromUuid(document.identifier());
@@ -88,7 +88,7 @@ std::wstring lineThatNames(const Vs::Document& document)
     return line;
 }
 
-/// The file from which the document comes as it is now; empty if there is none.
+/// The file whose content equals the document's present state; empty if there is none.
 std::wstring fileThatHas(Vs::Document& document)
 {
     if (document.isDirty(true))
@@ -96,7 +96,8 @@ std::wstring fileThatHas(Vs::Document& document)
     return document.isOnDisk() ? document.path() : document.importedFrom();
 }
 
-/// Of the active view among those beside each other, from 1; 0 if there are no others, or none is active.
+/// The number of the active one of several split views, from 1; 0 if there is only one view, or none is
+/// active.
 size_t activeViewNumber()
 {
     std::vector<GraphicsCanvas*> canvases;
@@ -150,7 +151,8 @@ void StateRecorder::begin()
     m_documents = identifiers();
     accept();
     m_tellsBeginning = !m_documents.empty() && !SessionTranscriptingHelper::get()->nextStartsAnywhere();
-    // As soon as whoever started it has written its own first line; the mouse may come before any command.
+    // As soon as whoever started it has written its own first line; a mouse event may come before any
+    // command.
     if (m_tellsBeginning)
         Application::get()->deferredTasks()->post([this] { write(); });
     m_fits.clear();
@@ -234,7 +236,7 @@ void StateRecorder::accept()
     m_activeView = activeViewNumber();
     m_camera.reset();
     const Camera* camera = activeCamera();
-    // Where it glides to is known only when it has arrived.
+    // Its destination is only known when it has arrived.
     if (camera && !TransitionMgr::get()->playing())
         m_camera = stateOf(*camera);
 }
@@ -309,7 +311,7 @@ void StateRecorder::follow(AssetSession* session)
     m_session = session;
     if (m_session)
         m_session->selectionManager()->selectionSet().subscribe(this);
-    // Another session has a selection and a camera of its own, which nobody has changed yet.
+    // Another session has its own selection and camera, which nobody has changed yet.
     m_selectionDiffers = false;
     m_camera.reset();
 }

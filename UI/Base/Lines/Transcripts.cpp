@@ -55,14 +55,15 @@ public:
     {
         if (Vs::TextOutput* output = Vs::TextCommandMgr::get()->output())
             output->error(message);
-        // Who started the replay in the window sees no terminal.
+        // A user who started the replay in the window sees no terminal.
         const WorkspaceWindow* window = WorkspaceWindow::activeWorkspaceWindow();
         if (window && window->shown())
             CommandMgr::get()->GetAlertController()->addAlert(EAlertSeverity::Error, message);
     }
 
 private:
-    // The next line finds the camera where it would be in a window, where no picture may come in between.
+    // The next line finds the camera where it would be in a window, since no frame may be drawn in between
+    // here.
     static void settleFit()
     {
         AssetSession* session = SessionMgr::get()->activeAssetSession();
@@ -72,11 +73,11 @@ private:
     }
 
     StateRecorder* m_state;
-    std::vector<size_t> m_openBefore; ///< Transactions of scripts, when each run began.
+    std::vector<size_t> m_openBefore; ///< Open transactions of scripts at the start of each run.
 };
 
-/// The line by which a text command repeats what it did to the open document; empty for those that open and
-/// close documents or run others, and for those that depend on what is selected or shown.
+/// The line with which a text command repeats what it did to the open document; empty for those that open and
+/// close documents or run others, and for those that depend on the selection or the view.
 std::wstring lineThatRunsAgain(const Vs::TextCommand& command, const Vs::TextCommandParameters& parameters)
 {
     if (command.area() != L"Design")
@@ -89,8 +90,8 @@ std::wstring lineThatRunsAgain(const Vs::TextCommand& command, const Vs::TextCom
     return line;
 }
 
-/// Records, and forgets the answers of a line that somebody typed when the line after the next begins: no
-/// replay settles there. What lines do to documents is kept for recovery as well.
+/// Records, and discards the answers of a typed line when the next line begins, since no replay settles
+/// there. Changes of documents are also kept for recovery.
 class Recorder : public TranscriptRecorder
 {
 public:
@@ -99,7 +100,7 @@ public:
     using TranscriptRecorder::TranscriptRecorder;
     void before(const Vs::TextCommand& command) override
     {
-        // Whoever waits for the line tells of answers that it doesn't ask for.
+        // Whoever waits for the line reports answers that it doesn't ask for.
         if (!Vs::TranscriptMgr::get()->settles())
             Answers::lineRan();
         Vs::AutoSaveController::get()->lineBegins();

@@ -4,7 +4,7 @@
 
 namespace Vu {
 
-/// The time that something took: by the clock, and in processor time, which excludes other programs. Seconds.
+/// The duration of something: by the clock, and in processor time, which excludes other programs. Seconds.
 struct MetricTime
 {
     double clock = 0;
@@ -14,7 +14,7 @@ struct MetricTime
 /// The processor time that this process and its ended children have used so far, in seconds.
 [[nodiscard]] double processorSeconds();
 
-/// Counts both since it was made.
+/// Measures both since its construction.
 class MetricClock
 {
 public:

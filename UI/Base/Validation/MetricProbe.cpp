@@ -62,7 +62,7 @@ public:
 private:
     void before(const CommandRun& run) override
     {
-        // A run of another manager can be inside this one.
+        // A run of another manager can be nested in this one.
         if (run.depth > 0 || (m_command && Vs::cast<SimpleCommand>(m_command)))
             return;
         m_manager = run.manager;
@@ -98,13 +98,13 @@ private:
         m_command = nullptr;
     }
 
-    std::optional<MetricClock> m_clock; ///< Of the command that is on its way.
+    std::optional<MetricClock> m_clock; ///< Of the command in progress.
     const CommandMgr* m_manager = nullptr;
-    const CommandBase* m_command = nullptr; ///< Null until it is made.
+    const CommandBase* m_command = nullptr; ///< Null until created.
 };
 
-/// The sites that find and highlight what lies under the mouse subscribed earlier, so each move arrives here
-/// when they are done with it.
+/// The sites that find and highlight what is under the mouse subscribed earlier, so each move arrives here
+/// after they have handled it.
 class PrehighlightProbe : public MetricProbe, private MouseEventSite, private FrameEventSite
 {
 public:
@@ -152,9 +152,9 @@ private:
     }
 
     const bool m_untilSeen;
-    std::optional<MetricClock> m_move;   ///< Of the move that is being delivered.
-    std::optional<MetricClock> m_unseen; ///< Of the first move whose mark isn't seen yet.
-    uint64_t m_scene = 0;                ///< The scene's revision when that move came.
+    std::optional<MetricClock> m_move;   ///< Of the move being delivered.
+    std::optional<MetricClock> m_unseen; ///< Of the first move whose highlight isn't visible yet.
+    uint64_t m_scene = 0;                ///< The scene's revision at that move.
     const GraphicsCanvas* m_canvas = nullptr;
     MetricFrames m_frames;
     FrameEventSource::Wanted m_wanted{this};

@@ -9,10 +9,10 @@
 namespace Vu {
 
 enum class EMetricType {
-    FramesRate = 0,                ///< How long a picture takes.
+    FramesRate = 0,                ///< The duration of a frame.
     CommandInteractivity = 1,      ///< From the call of a command to its end, or until it is active.
-    PrehighlightSelect = 2,        ///< From a move of the mouse until what lies there is found and marked.
-    PrehighlightInteractivity = 3, ///< From a move of the mouse until the mark is seen.
+    PrehighlightSelect = 2,        ///< From a mouse move until what is under it is found and highlighted.
+    PrehighlightInteractivity = 3, ///< From a mouse move until the highlight is visible.
     ElapsedTime = 4,
 };
 
@@ -20,7 +20,7 @@ enum class EMetricType {
 inline constexpr std::array kMetricTokens = {L"FramesRate", L"CommandInteractivity", L"PrehighlightSelect",
                                              L"PrehighlightInteractivity", L"ElapsedTime"};
 
-/// Watches the program from its construction on, and collects the data of one metric. Main thread only.
+/// Observes the program from its construction on, and collects the data of one metric. Main thread only.
 class MetricProbe
 {
 public:
@@ -29,10 +29,11 @@ public:
     MetricProbe(const MetricProbe&) = delete;
     MetricProbe& operator=(const MetricProbe&) = delete;
 
-    /// What was measured so far, one for each picture, command or move. The processor time of a picture that
-    /// somebody else has timed isn't known, and is 0.
+    /// The measurements so far, one for each frame, command or move. The processor time of a frame timed by
+    /// somebody else is unknown, and is 0.
     virtual std::vector<MetricTime> times() const { return m_times; }
-    /// Whether canvases without a window were drawn for this metric: their times compare with no other.
+    /// Whether canvases without a window were drawn for this metric: their times are only comparable with
+    /// each other.
     virtual bool windowless() const { return false; }
 
 protected:

@@ -35,7 +35,7 @@ const char* outcomeName(PerfReport::Outcome outcome)
     return kNames[size_t(outcome)];
 }
 
-/// What people measure in frames per second.
+/// Metrics that users measure in frames per second.
 bool isRate(const PerfReport::Result& result)
 {
     return result.metric == kMetricTokens[size_t(EMetricType::FramesRate)] && result.value > 0;

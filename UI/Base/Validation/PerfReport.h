@@ -6,7 +6,7 @@
 
 namespace Vu {
 
-/// What a performance test found. Times in seconds, memory in bytes.
+/// The results of a performance test. Times in seconds, memory in bytes.
 struct PerfReport
 {
     enum class Outcome { Kept, Passed, Failed };
@@ -19,8 +19,8 @@ struct PerfReport
         double value = 0; ///< The median of all measurements.
         double worst = 0;
         double processor = 0; ///< The processor time of the median; 0 if unknown.
-        size_t count = 1;     ///< How many were measured.
-        /// The reference and the largest value that passes, both as this machine would have them now.
+        size_t count = 1;     ///< The number of measurements.
+        /// The reference and the largest passing value, both scaled to the present speed of this machine.
         std::optional<double> reference, limit;
         std::optional<double> processorLimit; ///< The same for the processor time.
         Outcome outcome = Outcome::Passed;

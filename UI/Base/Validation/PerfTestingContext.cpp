@@ -18,7 +18,7 @@ namespace {
 
 using Result = PerfReport::Result;
 
-/// What may vary from run to run without anything being wrong.
+/// The variation from run to run that is no cause for concern.
 struct Bounds
 {
     double ratio;
@@ -51,8 +51,8 @@ std::optional<double> numberIn(const ReferenceValues& values, const wchar_t* nam
     return number ? std::optional(*number) : std::nullopt;
 }
 
-/// Sets what this machine would have to reach, whose calibration is so many times that of the reference's.
-/// False if the reference doesn't say it.
+/// Sets the limits for this machine, whose calibration is so many times that of the reference's. False if the
+/// reference doesn't contain it.
 bool setLimit(Result& result, const ReferenceValues& values, double slower)
 {
     const std::optional<double> value = numberIn(values, kValue);
@@ -70,8 +70,8 @@ bool setLimit(Result& result, const ReferenceValues& values, double slower)
     return true;
 }
 
-/// Processor time ignores other programs' work, and the clock ignores work spread over more processors. What
-/// has become slower is so by both.
+/// Processor time ignores other programs' work, and the clock ignores work spread over more processors. A
+/// real slowdown shows in both.
 bool isGood(const Result& result)
 {
     return result.value <= *result.limit ||
@@ -93,7 +93,7 @@ Result resultOf(std::vector<MetricTime> times, const std::wstring& metric, const
     return result;
 }
 
-/// On how many threads the work was done, at least in part.
+/// The number of threads that did the work, at least in part.
 unsigned threadsOf(const Result& result)
 {
     const double most = std::max(1u, std::thread::hardware_concurrency());
@@ -124,9 +124,9 @@ void keep(Result& result, References& references, const std::wstring& name, doub
     result.outcome = PerfReport::Outcome::Kept;
 }
 
-/// How many times slower than that of the reference this machine is. A burst of other work on it may lie
-/// between the start of the test and now, so the calibration is taken that lets more pass. Nothing if the
-/// reference doesn't say what its own was.
+/// How many times slower this machine is than the reference's. A burst of other work may occur between the
+/// start of the test and now, so the more lenient calibration is used. Nothing if the reference has no
+/// calibration.
 std::optional<double> slowerThan(const ReferenceValues& reference, double calibrationBefore)
 {
     const std::optional<double> then = numberIn(reference, kCalibration);

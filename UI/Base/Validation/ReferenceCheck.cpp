@@ -21,7 +21,7 @@ std::wstring textOf(const ReferenceValue& value, const std::wstring& unit)
 {
     if (const auto* text = std::get_if<std::wstring>(&value))
         return *text;
-    // As many digits as it takes to show a difference as large as a tolerance.
+    // Enough digits to show a difference as large as a tolerance.
     const std::wstring number = (boost::wformat(L"%.10g") % std::get<double>(value)).str();
     return unit.empty() ? number : number + L' ' + unit;
 }
@@ -149,7 +149,7 @@ Vs::TextCommandResult keep(References& references, const std::wstring& name,
                                references.file().wstring(), text)};
 }
 
-/// What was found, and beside it what is right where that isn't the same to the last digit that is told.
+/// The result, and beside it the expected value if it differs in the digits shown.
 std::wstring right(const std::vector<CheckedValue>& values, const ReferenceValues& kept)
 {
     std::wstring text;

@@ -14,36 +14,36 @@ using ReferenceValue = std::variant<double, std::wstring>;
 /// The values kept under one name.
 using ReferenceValues = std::map<std::wstring, ReferenceValue>;
 
-/// The values that a transcript found when it was correct, to compare with in a replay. They are JSON, in a
-/// file of the transcript's name beside it: `bracket.checks.json` belongs to `bracket.txt` and `bracket.py`.
-/// Lines that are typed have theirs beside the transcript that is recorded meanwhile, or else in the current
-/// folder, named after the active document. Main thread only.
+/// The values that a transcript found when it was correct, for comparison in a replay. They are JSON, in a
+/// file beside the transcript and with its name: `bracket.checks.json` belongs to `bracket.txt` and
+/// `bracket.py`. Typed lines have theirs beside the transcript being recorded, or else in the current folder,
+/// named after the active document. Main thread only.
 class References
 {
 public:
     /// What happens to compared values.
     enum class Mode {
-        Fill,    ///< Where there is no reference yet, the value becomes it. The default.
+        Fill,    ///< A value without a reference becomes it. The default.
         Update,  ///< The value becomes the reference.
-        Compare, ///< Where there is no reference, the comparison fails.
+        Compare, ///< Without a reference, the comparison fails.
     };
     static Mode mode();
     static void mode(Mode mode);
 
-    /// Reads the file. `kind` is the middle of its name, and `testName` the first part where it isn't that of
-    /// the transcript or the document. Throws Vs::Exception that names the file, and where its content is
-    /// wrong.
+    /// Reads the file. `kind` is the middle part of its name, and `testName` the first part if it isn't that
+    /// of the transcript or the document. Throws Vs::Exception that names the file, and where its content is
+    /// invalid.
     explicit References(const std::wstring& kind, const std::wstring& testName = {});
 
     const boost::filesystem::path& file() const { return m_file; }
 
-    /// Nothing if there is no such reference, or the mode says to make a new one.
+    /// Nothing if there is no such reference, or the mode says to create a new one.
     [[nodiscard]] std::optional<ReferenceValues> find(const std::wstring& name) const;
-    /// Keeps the values, and writes the file as a whole at once. Throws Vs::Exception that names file and
-    /// cause, also where the mode is Compare.
+    /// Stores the values, and writes the whole file at once. Throws Vs::Exception that names file and cause,
+    /// also if the mode is Compare.
     void store(const std::wstring& name, const ReferenceValues& values);
 
-    /// Where references of that kind are now. There need not be such a file.
+    /// The present file of references of that kind. It need not exist.
     [[nodiscard]] static boost::filesystem::path currentFile(const std::wstring& kind,
                                                              const std::wstring& testName = {});
 

@@ -39,7 +39,7 @@ public:
         if (name != pressAction()) {
             QAccessibleWidget::doAction(name);
         } else if (widget()->isEnabled()) {
-            const Press press = m_press; // It may take the widget away, and this with it.
+            const Press press = m_press; // It may destroy the widget, and this with it.
             press();
         }
     }
@@ -96,7 +96,7 @@ private:
     }
 };
 
-/// Null for whatever the toolkit's own classes serve.
+/// Null for anything that the toolkit's own classes handle.
 QAccessibleInterface* interfaceOf(const QString&, QObject* object)
 {
     auto* widget = qobject_cast<QWidget*>(object);
@@ -108,7 +108,8 @@ QAccessibleInterface* interfaceOf(const QString&, QObject* object)
 
 void Accessible::begin()
 {
-    // The application object removes its own when it is destroyed, and with it what was installed before.
+    // The application object removes its own factory when it is destroyed, and with it those installed
+    // before.
     QAccessible::removeFactory(interfaceOf);
     QAccessible::installFactory(interfaceOf);
 }

@@ -12,29 +12,29 @@ class QWidget;
 /// Main thread only.
 namespace Vu::Accessible {
 
-/// Makes the functions below work; for the application object that there is.
+/// Enables the functions below, for the existing application object.
 void begin();
 
-/// Makes what is told of a widget, in the program's own way. Qt owns what it makes.
+/// Creates the program's own accessible interface of a widget. Qt owns the result.
 using Maker = std::function<QAccessibleInterface*(QWidget*)>;
-/// To be called before anybody learns of the widget, like the two below: where it is made, before it gets its
+/// Call this before anyone queries the widget, like the two below: where it is created, before it gets its
 /// name.
 void maker(QWidget* widget, const Maker& maker);
 /// The widget is such a thing.
 void role(QWidget* widget, QAccessible::Role role);
-/// The same for what can be pressed without being a button of the toolkit's: `press` does then what a click
-/// does.
+/// The same for something that can be pressed but isn't one of the toolkit's buttons: `press` then does what
+/// a click does.
 void pressable(QWidget* widget, QAccessible::Role role, std::function<void()> press);
 
-/// A button that opens a window of its own, which would else be seen only while it has the keyboard: it
-/// stands below the button as long as it shows.
+/// A button that opens a window of its own, which would otherwise be found only while it has the focus: it is
+/// a child of the button while it is shown.
 void opener(QWidget* button, QWidget* opened, std::function<void()> press);
 
-/// Context menus that are children of the widget stand below it while they are open: as popups, the toolkit
+/// Context menus of the widget are its accessible children while they are open: being popups, the toolkit
 /// puts them into no tree.
 void menus(QWidget* widget);
 
-/// Gives the field the toolkit's button that empties it, which has no name by itself.
+/// Gives the field the toolkit's clear button, which has no name by default.
 void clearButton(QLineEdit* field);
 
 } // namespace Vu::Accessible

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kUsualExtent = 260;
 constexpr int kUsualHeight = 180;
-/// What panels leave for the views between them, at the cost of their own width.
+/// The width that panels leave for the views between them, at the expense of their own.
 constexpr int kLeastBetween = 300;
 
 /// Its handles have a name.
@@ -41,7 +41,7 @@ QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* parent)
     return splitter;
 }
 
-/// Puts the widget into the splitter at that place, unless it stands there.
+/// Puts the widget into the splitter at that index, unless it is there already.
 void seat(QSplitter* splitter, int place, QWidget* widget, bool fills)
 {
     if (splitter->widget(place) != widget) {
@@ -104,7 +104,8 @@ void AreaFrame::arrange(const std::vector<Place>& places)
     for (const Place& place : places)
         if (place.area->placement() != EPlacement::Floating)
             seats.push_back({place, place.area->placement(), place.area->point()});
-    // One that all layouts share may have been elsewhere meanwhile, and have come back to this parent alone.
+    // A widget shared by all layouts may have been elsewhere meanwhile, and have returned to this parent
+    // but not to its place.
     const bool inPlace = std::all_of(seats.begin(), seats.end(), [this](const Seat& seat) {
         QWidget* widget = seat.place.widget;
         return isAncestorOf(widget) && (widget->parentWidget() != this || m_column->indexOf(widget) >= 0);
@@ -177,8 +178,7 @@ void AreaFrame::divideRow(const std::vector<Seat>& row)
         sizes << (fills ? 0 : wished);
         taken += fills || one.place.widget->isHidden() ? 0 : wished;
     }
-    // Those that fill share evenly what the others leave; a splitter scales its sizes to the width that it
-    // has.
+    // Those that fill share the remaining width evenly; a splitter scales its sizes to its own width.
     const int filling = static_cast<int>(sizes.count(0));
     const int plenty = width() > taken + kUsualExtent ? width() : window()->width();
     for (int& size : sizes)
@@ -187,8 +187,8 @@ void AreaFrame::divideRow(const std::vector<Seat>& row)
     m_row->setSizes(sizes);
 }
 
-// A panel that had to give way gets its width back as soon as there is room. Where several views fill, a
-// person may have divided them otherwise.
+// A panel that had to shrink gets its width back as soon as there is room. If several views fill, the user
+// may have divided them differently.
 void AreaFrame::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);

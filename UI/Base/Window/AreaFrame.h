@@ -14,10 +14,10 @@ namespace Vu {
 
 class ToolbarLine;
 
-/// The widgets of the areas in one container. Bars at the top and bottom take the whole width, those of
-/// toolbars that follow each other share a line; between them, panels at the top and bottom stand above and
-/// below those at the left and right, which stand beside those that fill, with splitters between. In a narrow
-/// window the panels shrink. Hidden ones keep their place.
+/// The widgets of the areas in one container. Bars at the top and bottom take the whole width, and
+/// consecutive toolbars share a line; between them, panels at the top and bottom are above and below those at
+/// the left and right, which are beside those that fill, with splitters between. In a narrow window the
+/// panels shrink. Hidden ones keep their place.
 class AreaFrame : public QWidget
 {
 public:
@@ -26,19 +26,19 @@ public:
     {
         Area* area;
         QWidget* widget;
-        bool isStrip; ///< One of toolbars, or what stands in their line, at the far end.
-        bool isBar;   ///< Of the height that it needs; false for what can be resized.
+        bool isStrip; ///< A toolbar, or something in the toolbars' line, at the far end.
+        bool isBar;   ///< Of the height that it needs; false for resizable ones.
 
         bool operator==(const Place&) const = default;
     };
     using Resized = std::function<void(Area&, int extent)>;
 
-    /// With `shares`, those at the top and bottom share the height evenly with the others (a split view). A
-    /// moved splitter is told by `resized`.
+    /// With `shares`, those at the top and bottom share the height evenly with the others (a split view).
+    /// `resized` is called when a splitter has been moved.
     AreaFrame(bool shares, Resized resized, QWidget* parent);
 
-    /// Gives all of them their places, in the order of the tree. Nothing is moved if they had them before.
-    /// What isn't among them any more is left to its owner.
+    /// Places all of them, in tree order. Nothing is moved if they were there already. Those no longer among
+    /// them are left to their owner.
     void arrange(const std::vector<Place>& places);
 
 protected:
@@ -55,7 +55,7 @@ private:
     };
 
     std::vector<Seat> at(EPlacement side, bool bars) const;
-    /// What stands beside each other, from the left.
+    /// Widgets side by side, from the left.
     std::vector<Seat> row() const;
     void fillRow();
     void divideRow(const std::vector<Seat>& row);

@@ -42,7 +42,7 @@ void collectNumbers(const Area& area, std::set<unsigned long>& numbers)
         collectNumbers(*child, numbers);
 }
 
-/// What is new in a window that shows is hidden at first; contents that have nothing to show hide themselves.
+/// A new widget in a visible window is hidden at first; contents with nothing to show hide themselves.
 void showUnlessHidden(QWidget* widget)
 {
     if (!widget->testAttribute(Qt::WA_WState_ExplicitShowHide))
@@ -86,7 +86,7 @@ AreaStage::~AreaStage()
 
 void AreaStage::show(Area* root, const std::vector<Area*>& others)
 {
-    // A widget that gets a new parent loses the keyboard focus.
+    // A widget that is reparented loses the keyboard focus.
     const QPointer<QWidget> focus = window()->focusWidget();
     std::set<unsigned long> shown, alive;
     for (const Area* other : others)
@@ -168,7 +168,7 @@ void AreaStage::put(Area& area, QWidget* outer, bool shows, bool isBar, std::vec
     places.push_back({&area, outer, isStrip, isBar});
 }
 
-/// What contents have hidden themselves stays hidden.
+/// Contents that have hidden themselves stay hidden.
 void AreaStage::setHidden(unsigned long area, QWidget* outer, bool hidden)
 {
     if (hidden ? m_hidden.insert(area).second : m_hidden.erase(area) > 0)
@@ -179,7 +179,7 @@ void AreaStage::floatOver(Area& area, QWidget* outer, bool shows)
 {
     if (m_floating[area.number()] != outer) {
         m_floating[area.number()] = outer;
-        // With a corner that resizes it.
+        // With a resize corner.
         outer->setParent(this, Qt::SubWindow);
         outer->show();
         if (auto* panel = dynamic_cast<PanelFrame*>(outer)) {
@@ -195,7 +195,7 @@ void AreaStage::floatOver(Area& area, QWidget* outer, bool shows)
     keepInside();
 }
 
-/// However small the window gets, the panels stay where they can be grabbed.
+/// However small the window gets, the panels stay within reach of the mouse.
 void AreaStage::keepInside() const
 {
     for (const auto& [number, widget] : m_floating)
@@ -244,7 +244,7 @@ AreaFrame* AreaStage::frameOf(Area& area, QWidget* parent)
         parent);
     const Container container{frame, enclosed(area, frame, parent)};
     m_containers[area.number()] = container;
-    if (parent != this) // The root shows when it is complete.
+    if (parent != this) // The root is shown once it is complete.
         showUnlessHidden(container.outer);
     return frame;
 }
@@ -265,9 +265,9 @@ QWidget* AreaStage::enclosed(const Area& area, AreaFrame* frame, QWidget* parent
     return frame;
 }
 
-/// Lets go of all that no layout has any more, and of shared widgets that the shown one hasn't. What still
-/// stands in a container that goes is made anew when it is wanted: while its layout was not shown, its area
-/// has come into another one.
+/// Releases everything that no layout has any more, and shared widgets that the shown one doesn't have. What
+/// is left in a container about to be destroyed is recreated when needed: while its layout wasn't shown, its
+/// area has moved to another one.
 void AreaStage::drop(const std::set<unsigned long>& shown, const std::set<unsigned long>& alive)
 {
     std::vector<QWidget*> going;
@@ -319,7 +319,7 @@ void AreaStage::forget(unsigned long area)
     m_hidden.erase(area);
 }
 
-/// One of its buttons may be telling of the very click that leads here.
+/// One of its buttons may be the sender of the click that leads here.
 void AreaStage::retire(QWidget* widget)
 {
     widget->hide();

@@ -15,9 +15,9 @@ namespace Vu {
 
 class CollapseBar;
 
-/// The widgets of a layout. Each shows, hides and moves in its place as its area does; what stands in an area
-/// is made when it is first shown, and goes with the area. Areas that float lie over the others, and those
-/// that are collapsed stand on the bars at the sides.
+/// The widgets of a layout. Each follows its area's visibility and place; an area's content is created when
+/// first shown, and destroyed with the area. Floating areas lie over the others, and collapsed ones are on
+/// the bars at the sides.
 class AreaStage : public QWidget
 {
 public:
@@ -27,7 +27,7 @@ public:
         std::function<QWidget*(Area&, QWidget* parent)> contents;
         /// Whether there is only one such widget for all layouts.
         std::function<bool(const QWidget*)> isShared;
-        /// Called before the widget of an area that is gone goes, or a shared one isn't shown: what is to
+        /// Called before the widget of a removed area is destroyed, or a shared one is hidden: what must
         /// outlive it is taken out.
         std::function<void(QWidget*)> leaves;
     };
@@ -35,10 +35,10 @@ public:
     AreaStage(Makers makers, QWidget* parent);
     ~AreaStage() override;
 
-    /// Shows the areas below `root` as they are now; null for none. The keyboard focus stays where it was.
-    /// The content of areas of `others` is kept, hidden, for when these are shown again.
+    /// Shows the areas below `root` in their present state; null for none. The keyboard focus stays where it
+    /// was. The contents of the areas of `others` are kept, hidden, until these are shown again.
     void show(Area* root, const std::vector<Area*>& others);
-    /// Whether the change that an area tells was made by a splitter of this stage.
+    /// Whether the change that an area reports was caused by a splitter of this stage.
     bool isResizing() const { return m_resizing; }
 
 protected:
@@ -47,11 +47,11 @@ protected:
 private:
     struct Leaf
     {
-        QWidget* widget; ///< What stands in the area.
+        QWidget* widget; ///< The area's content.
         QWidget* outer;  ///< The widget, or the panel around it.
     };
 
-    /// The bool says whether any of the areas shows.
+    /// The bool says whether any of the areas is shown.
     bool sync(Area& area, AreaFrame& frame);
     bool showLeaf(Area& area, bool wanted, AreaFrame& frame, std::vector<AreaFrame::Place>& places);
     bool showFrame(Area& area, bool wanted, AreaFrame& frame, std::vector<AreaFrame::Place>& places);
@@ -78,8 +78,8 @@ private:
     std::map<unsigned long, QPointer<QWidget>> m_floating;
     std::set<unsigned long> m_hidden; ///< By this stage: contents may hide themselves as well.
     std::map<EPlacement, CollapseBar*> m_bars;
-    std::vector<QPointer<QWidget>> m_gone; ///< They go at the end of the event.
-    QWidget* m_limbo;                      ///< Where they are until then, unseen.
+    std::vector<QPointer<QWidget>> m_gone; ///< They are deleted at the end of the event.
+    QWidget* m_limbo;                      ///< Their hidden parent until then.
     QWidget* m_top = nullptr;              ///< The frame of the root.
     bool m_resizing = false;
 };

@@ -19,7 +19,7 @@
 namespace Vu {
 namespace {
 
-/// A row with what tells its siblings.
+/// A row, and what distinguishes it from its siblings.
 struct Marked
 {
     const void* parent;
@@ -30,7 +30,7 @@ struct Marked
     }
 };
 
-/// Rows beside each other as one range: each row that is drawn asks all ranges whether it's in them.
+/// Adjacent rows as one range: each row that is drawn asks all ranges whether it's in them.
 QItemSelection rangesOf(std::vector<Marked> rows)
 {
     std::ranges::sort(rows, std::less<>());
@@ -46,7 +46,7 @@ QItemSelection rangesOf(std::vector<Marked> rows)
     return ranges;
 }
 
-/// The ranges without rows that have come between theirs.
+/// The ranges without the rows inserted among them.
 QItemSelection without(const QItemSelection& ranges, const QModelIndex& parent, int first, int last)
 {
     QItemSelection left;
@@ -131,7 +131,7 @@ void BrowserMarks::rowsCame(const QModelIndex& parent, int first, int last)
     const auto isMarked = [&](const Vs::SelectionSet& set, const std::string& id) {
         return !set.empty() && (set.components().has(id) || set.components().hasBelow(id));
     };
-    // Going through everything that is marked may be less work.
+    // Iterating over everything that is marked may be less work.
     bool isMarkedAgain = static_cast<size_t>(last - first) >= selected.size() + collected.size();
     for (int row = first; row <= last && !isMarkedAgain; ++row)
         if (const Vs::Component* component = m_model->component(m_model->index(row, 0, parent)))
@@ -142,7 +142,7 @@ void BrowserMarks::rowsCame(const QModelIndex& parent, int first, int last)
         m_known.rows = without(m_known.rows, parent, first, last);
 }
 
-// With each tool that begins and ends, the marks of the session's selection go and come back.
+// Whenever a tool begins or ends, the marks of the session's selection disappear or come back.
 void BrowserMarks::update(bool reveal)
 {
     if (!m_session)
@@ -168,7 +168,7 @@ void BrowserMarks::update(bool reveal)
             continue;
         add(m_model->indexOf(logical->componentId()));
     }
-    // Named views are selected here alone, and their rows stay as they are.
+    // Named views are selected only here, and their rows stay as they are.
     if (others)
         for (const QModelIndex& index : m_tree->selectionModel()->selectedIndexes())
             if (!m_model->component(index))
@@ -177,7 +177,7 @@ void BrowserMarks::update(bool reveal)
     m_tree->selectionModel()->select(marks, QItemSelectionModel::ClearAndSelect);
     if (!isTool && !others)
         m_known = {shown.selections(), marks};
-    // A row in a branch that is closed stays there.
+    // A row in a collapsed branch stays there.
     if (reveal && rows.size() == 1 && m_tree->visualRect(rows.front().index).isValid())
         m_tree->scrollTo(rows.front().index);
 }

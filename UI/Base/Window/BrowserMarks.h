@@ -28,15 +28,15 @@ public:
     /// The session of the model's asset; null for none.
     void follow(AssetSession* session);
     AssetSession* session() const { return m_session; }
-    /// The input of the running tool that takes the clicks; null where clicks select.
+    /// The input of the running tool that takes the clicks; null if clicks select.
     SelectionCommandInput* toolInput() const;
-    /// Marks what the session has selected. `reveal` tells whether a single row is scrolled to.
+    /// Marks the session's selection. `reveal` says whether to scroll to a single row.
     void mark(bool reveal);
-    /// To be called whenever rows have come: marks those of them that are selected.
+    /// Call whenever rows have been added: marks those of them that are selected.
     void rowsCame(const QModelIndex& parent, int first, int last);
-    /// Whether marks are changing because the selection has, and not by a person's hand.
+    /// Whether the marks are changing because of the selection, and not by the user.
     bool isMarking() const { return m_busy; }
-    /// Selects what a person has marked.
+    /// Selects what the user has marked.
     void select(const std::vector<Vs::StrongRef<Vs::Selection>>& selections);
 
 private:
@@ -44,7 +44,7 @@ private:
     void sessionClosed(SessionEvent* event) override;
     void update(bool reveal);
 
-    /// What was selected when it was marked last, and its rows since.
+    /// The selection when it was last marked, and its rows since.
     struct Known
     {
         std::vector<Vs::StrongRef<Vs::Selection>> selections;

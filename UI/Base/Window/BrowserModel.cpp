@@ -82,7 +82,7 @@ QPixmap drawCamera()
     return picture;
 }
 
-// What an index points at if it isn't a component: the folder, or one of the views, which the row identifies.
+// The target of an index that isn't a component's: the folder, or one of the views, which the row identifies.
 const char kFolder = 0, kView = 0;
 
 bool pointsAt(const QModelIndex& index, const char& mark)
@@ -229,7 +229,7 @@ QModelIndex BrowserModel::indexOf(const std::string& componentId)
     return row ? indexOf(*row) : QModelIndex();
 }
 
-/// What of the component's faces was lost with a damaged file; empty for nothing.
+/// The faces of the component that were lost with a damaged file; empty for none.
 QString BrowserModel::damageOf(const Vs::Component& component) const
 {
     const auto found = m_damaged.find(component.id);
@@ -351,9 +351,9 @@ void BrowserModel::assetComponentsChanged(Vs::ComponentsEvent* event)
     if (event->asset() != m_asset)
         return;
     const Vs::ComponentsEvent::Changes& changes = event->changes();
-    // A filter may now leave different components, and nobody can tell which were added or removed.
+    // A filter may now leave different components, with no record of which were added or removed.
     if (changes.all || m_rows.isFiltered()) {
-        // The view opens again what was open, by the components' ids.
+        // The view expands again what was expanded, by the components' ids.
         beginResetModel();
         m_rows.asset(m_asset);
         m_rows.filter(m_filter);
@@ -418,8 +418,8 @@ void BrowserModel::assetRenamed(Vs::AssetEvent* event)
         emit dataChanged(rootIndex(), rootIndex());
 }
 
-// One view is added, removed or changed at a time, and undo may bring any of these; what is before and behind
-// it stays as it is, with its selection.
+// Views are added, removed or changed one at a time, and undo may cause any of these; the rows before and
+// after it stay as they are, with their selection.
 void BrowserModel::assetSettingsChanged(Vs::AssetEvent* event)
 {
     if (event->asset() != m_asset || !m_namedViews)

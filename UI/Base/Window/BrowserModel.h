@@ -20,7 +20,7 @@ namespace Vu {
 
 /// The component tree of one asset as a Qt item model, and above it the folder of its named views. Holds only
 /// those branches that were expanded, so a large assembly costs nothing until it is opened. A component's
-/// check mark tells whether it is shown; what is hidden, or in something hidden, is grey.
+/// check mark is its visibility; components that are hidden, or in something hidden, are grey.
 class BrowserModel : public QAbstractItemModel, private Vs::AssetEventSite
 {
 public:
@@ -29,18 +29,18 @@ public:
     explicit BrowserModel(QObject* parent);
     ~BrowserModel() override;
 
-    /// Null for none. The model forgets an asset that closes by itself.
+    /// Null for none. The model drops a closing asset by itself.
     void asset(Vs::Asset* asset);
     Vs::Asset* asset() const { return m_asset; }
-    /// Leaves the components whose names have all of the words (BrowserRows::filter), until another asset is
+    /// Keeps the components whose names have all of the words (BrowserRows::filter), until another asset is
     /// shown.
     void filter(const QString& words);
     /// The first components whose own names have them, at most so many.
     std::vector<std::string> firstFound(size_t most) const { return m_rows.firstFound(most); }
 
-    /// Null for what is no component.
+    /// Null for anything but a component.
     const Vs::Component* component(const QModelIndex& index) const;
-    /// Null for what is no named view.
+    /// Null for anything but a named view.
     Vs::StrongRef<Vs::NameView::NamedView> namedView(const QModelIndex& index) const;
     /// Of the asset, if the index is their folder; else null.
     Vs::NameView::NamedViews* namedViews(const QModelIndex& index) const;
@@ -61,11 +61,11 @@ public:
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
-    /// Who is told that the user has typed another name for a named view or a component; the model shows it
-    /// when the asset has it.
+    /// Called when the user has typed another name for a named view or a component; the model shows it once
+    /// the asset has it.
     using Renamer = std::function<void(const QModelIndex& index, const std::wstring& newName)>;
     void renamer(Renamer renamer) { m_renamer = std::move(renamer); }
-    /// Who is told that the user wants to show or hide a component.
+    /// Called when the user wants to show or hide a component.
     using Shower = std::function<void(const QModelIndex& index, bool visible)>;
     void shower(Shower shower) { m_shower = std::move(shower); }
 
@@ -86,7 +86,7 @@ private:
 
     Vs::Asset* m_asset = nullptr;
     Vs::NameView::NamedViews* m_namedViews = nullptr;
-    Vs::NameView::NamedViews::Views m_views; ///< As they are shown.
+    Vs::NameView::NamedViews::Views m_views; ///< In the order shown.
     mutable BrowserRows m_rows;
     std::vector<std::wstring> m_filter;
     std::unordered_map<std::string, Vs::DamagedParts::Loss> m_damaged; ///< By Component::id.

@@ -59,7 +59,7 @@ constexpr const char* kNameArgument = "NamedViewName";
 constexpr const char* kNewViewNameArgument = "NewNamedViewName";
 constexpr const char* kNewNameArgument = "NewName";
 
-/// Where a click picks for a tool, it doesn't start renaming what is already picked.
+/// While clicks pick for a tool, they don't start renaming what is already picked.
 class Tree : public QTreeView
 {
 public:
@@ -149,7 +149,7 @@ BrowserPanel::BrowserPanel(QWidget* parent)
                  component && index != m_model->rootIndex() && !m_marks->toolInput())
             edit(index, *component);
     });
-    // What a hidden component holds changes its look with it.
+    // Whatever a hidden component contains changes its look with it.
     connect(m_model, &QAbstractItemModel::dataChanged, m_tree->viewport(), qOverload<>(&QWidget::update));
     m_tree->installEventFilter(this);
     m_marks = std::make_unique<BrowserMarks>(m_tree, m_model);
@@ -195,11 +195,11 @@ void BrowserPanel::reopen()
             m_open.erase(id);
     }
     m_tree->expand(m_model->rootIndex());
-    // A reset has cleared the selection; what is still there gets it back.
+    // A reset has cleared the selection; what still exists is selected again.
     m_marks->mark(true);
 }
 
-/// Expands the branches that lead to what the filter has found, as far as anybody will look.
+/// Expands the branches that lead to the filter's results, as far as the user can reasonably look.
 void BrowserPanel::showFound()
 {
     constexpr size_t kMost = 200;
@@ -229,7 +229,7 @@ bool BrowserPanel::pressInFilter(int key)
     return true;
 }
 
-// What was open, or is selected, when it went away and has come back.
+// Branches that were expanded, or rows that were selected, when they were removed and have come back.
 void BrowserPanel::reopenBelow(const QModelIndex& parent, int first, int last)
 {
     for (int row = first; row <= last; ++row) {
@@ -245,7 +245,7 @@ void BrowserPanel::reopenBelow(const QModelIndex& parent, int first, int last)
     m_marks->rowsCame(parent, first, last);
 }
 
-// Things of other kinds that the session has selected stay.
+// Objects of other kinds in the session's selection stay.
 void BrowserPanel::select()
 {
     const AssetSession* session = assetSession();
@@ -275,7 +275,7 @@ void BrowserPanel::select()
     WorkspaceWindow::invalidate(kInvalidateAll);
 }
 
-// Where the tool wants bodies, a part stands for its own.
+// If the tool wants bodies, a part represents its own.
 void BrowserPanel::pick(const QModelIndex& index, SelectionCommandInput& input)
 {
     const Vs::Component* component = m_model->component(index);
@@ -322,7 +322,7 @@ void BrowserPanel::rename(const QModelIndex& index, const std::wstring& newName)
                            {{kNameArgument, view->name()}, {kNewViewNameArgument, newName}});
         return;
     }
-    // The command renames all that is selected; here only one was meant.
+    // The command renames the whole selection; only one was meant here.
     m_tree->selectionModel()->select(index, QItemSelectionModel::ClearAndSelect);
     runFromContextMenu(kRenameCommand, {{kNewNameArgument, newName}});
 }

@@ -22,10 +22,9 @@ class BrowserMarks;
 class BrowserModel;
 class SelectionCommandInput;
 
-/// The tree of the current session's components and named views, with a filter field above it. What is
-/// selected in it is the session's selection, used by the commands of the context menu and highlighted in the
-/// views. A double click edits a component by itself, which a bar above the tree then tells, and looks from
-/// where a named view does.
+/// The tree of the current session's components and named views, with a filter field above it. Its selection
+/// is the session's, used by the commands of the context menu and highlighted in the views. A double click
+/// edits a component by itself, as a bar above the tree then shows, or looks from a named view.
 class BrowserPanel : public QWidget, public Browser, private SessionEventSite
 {
 public:
@@ -45,7 +44,7 @@ private:
     void show(AssetSession* session);
     void reopen();
     void showFound();
-    /// A key in the field of the filter; false for those that it has for itself.
+    /// Handles a key in the filter field; false for those that the field itself uses.
     bool pressInFilter(int key);
     void reopenBelow(const QModelIndex& parent, int first, int last);
     void select();
@@ -62,8 +61,8 @@ private:
     BrowserModel* m_model;
     std::unique_ptr<BrowserMarks> m_marks;
     bool m_checked = false;       ///< The click was on a check mark.
-    bool m_displaying = false;    ///< The mark that is set selects nothing.
-    std::set<std::string> m_open; ///< Ids of the open branches, for when they come back.
+    bool m_displaying = false;    ///< The mark being set doesn't select anything.
+    std::set<std::string> m_open; ///< Ids of the expanded branches, for when they come back.
     Vs::Subscriptions m_subscriptions;
 };
 

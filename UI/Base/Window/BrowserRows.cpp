@@ -28,7 +28,7 @@ wchar_t lowered(wchar_t letter)
     return static_cast<wchar_t>(std::towlower(static_cast<wint_t>(letter)));
 }
 
-/// Without a copy of either text: a tree has a million of them.
+/// Without copying either text: a tree has a million of them.
 bool contains(std::wstring_view text, std::wstring_view wanted)
 {
     return std::search(text.begin(), text.end(), wanted.begin(), wanted.end(),
@@ -45,13 +45,13 @@ std::vector<std::wstring> lowered(std::vector<std::wstring> words)
 
 } // namespace
 
-/// Goes once through the tree for a filter.
+/// Walks the tree once for a filter.
 class BrowserRows::Look
 {
 public:
     Look(BrowserRows& rows, const std::vector<std::wstring>& words) : m_rows(rows), m_words(words) {}
 
-    /// Notes what is left below; false if that is nothing.
+    /// Records what is left below; false if there is nothing.
     bool below(const Vs::Component& parent, bool isInFound)
     {
         std::vector<uint32_t> shown;
@@ -110,8 +110,8 @@ void BrowserRows::filter(const std::vector<std::wstring>& words)
     Look(*this, wanted).below(*m_asset->components(), false);
 }
 
-/// Calls `use` with the children that the filter leaves, until it returns false. Some may be gone already,
-/// which the filter hasn't heard of yet.
+/// Calls `use` with the children that the filter keeps, until it returns false. Some may have been removed
+/// already without the filter knowing yet.
 template <class Use>
 void BrowserRows::eachShown(const Vs::Component& parent, Use use) const
 {
@@ -207,7 +207,7 @@ std::vector<BrowserRows::Run> BrowserRows::gone(Row& parent, const std::vector<s
     if (!parent.known) {
         if (hasChildren(parent))
             return runs;
-        // Its last children are gone; who asked whether it has any must hear of it.
+        // Its last children are gone; whoever asked whether it has any must be told.
         parent.known = true;
         insert(parent, {0, sorted(ids)});
     }

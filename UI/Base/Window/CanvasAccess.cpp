@@ -57,7 +57,7 @@ public:
     {
     }
 
-    /// Null where the view has none.
+    /// Null if the view has none.
     static AutoCamViewFragment* cubeOf(const GraphicsCanvas& canvas)
     {
         if (const GraphicsView* view = canvas.view())
@@ -138,7 +138,7 @@ private:
     const GraphicsCanvas* m_canvas;
 };
 
-/// The context menu that is open over the canvas: as a popup, the toolkit puts it into no tree.
+/// The context menu open over the canvas: being a popup, the toolkit puts it into no tree.
 QMenu* openMenuOf(const QWidget& canvas)
 {
     const auto menus = canvas.window()->findChildren<QMenu*>(QLatin1String(CanvasMenu::kName));

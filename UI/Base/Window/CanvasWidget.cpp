@@ -43,13 +43,13 @@
 namespace Vu {
 namespace {
 
-/// What parts arrive meanwhile is shown this often.
+/// How often parts arriving meanwhile are shown.
 constexpr int kContentInterval = 60;
 /// A camera that has not moved for this long counts as still.
 constexpr int kStillInterval = 180;
 constexpr double kRadiansPerDegree = 0.017453292519943295;
 
-/// A picture that takes no longer, in milliseconds, can be drawn with everything while the camera moves.
+/// A frame that takes no longer, in milliseconds, can be drawn in full while the camera moves.
 constexpr qint64 kFluentTime = 30;
 
 int buttonOf(Qt::MouseButton button)
@@ -95,7 +95,7 @@ public:
 
     const GraphicsCanvas& canvas() const { return *m_canvas; }
 
-    /// What is to be drawn now; none without a view.
+    /// What must be drawn now; none without a view.
     std::vector<Vs::Scene::ViewFragment*> fragments()
     {
         GraphicsView* view = m_canvas->view();
@@ -111,7 +111,7 @@ public:
         return view->viewFragments();
     }
 
-    /// Whether the camera is on its way; a last picture is asked for when it stands still.
+    /// Whether the camera is moving; a final frame is requested when it stands still.
     bool moving() const { return m_still.isActive(); }
 
     bool handle(QEvent* event)
@@ -122,7 +122,7 @@ public:
             CanvasEvent resized(m_canvas);
             CanvasEventSource::get()->fireCanvasResized(&resized);
         }
-        // While a command works the window is kept alive, but nothing may change under the command.
+        // While a command works the window stays responsive, but nothing may change underneath the command.
         const bool input =
             event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease ||
             event->type() == QEvent::MouseButtonDblClick || event->type() == QEvent::MouseMove ||
@@ -177,13 +177,13 @@ private:
         return static_cast<unsigned>(modifiers) & kKnown;
     }
 
-    /// Two fingers that move on a trackpad move the model; with Control they zoom, as a wheel does.
+    /// A two-finger move on a trackpad moves the model; with Control it zooms, as a wheel does.
     bool fingers(QWheelEvent& wheel)
     {
         const bool trackpad = wheel.pointingDevice()->type() == QInputDevice::DeviceType::TouchPad;
         if (!trackpad || wheel.modifiers() != Qt::NoModifier)
             return false;
-        // Where the driver reports no pixels, a notch of the wheel counts as this many.
+        // If the driver reports no pixels, a notch of the wheel counts as this many.
         constexpr double kPixelsOfOneNotch = 40.0;
         const QPointF moved = wheel.hasPixelDelta() ? QPointF(wheel.pixelDelta())
                                                     : QPointF(wheel.angleDelta()) / 120.0 * kPixelsOfOneNotch;
@@ -243,8 +243,8 @@ public:
 protected:
     bool event(QEvent* event) override { return m_link.handle(event) || QOpenGLWidget::event(event); }
 
-    // The base class draws at once at each resize, while a layout goes through several sizes until everything
-    // has found room; the picture is made when the window draws.
+    // The base class draws immediately on each resize, while a layout goes through several sizes until
+    // everything has found its place; the frame is drawn when the window paints.
     void resizeEvent(QResizeEvent* event) override
     {
         m_resizing = true;
@@ -260,7 +260,7 @@ protected:
 
     void initializeGL() override
     {
-        // A move to another window gives another context.
+        // A move to another window changes the context.
         QObject::connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, [this] { drop(); });
         auto renderer = std::make_unique<Rendra::Renderer>();
         Vs::Status status;
@@ -279,8 +279,8 @@ protected:
             target.grid = target.gridOrigin = true;
         target.width = m_link.canvas().pixelWidth();
         target.height = m_link.canvas().pixelHeight();
-        // Where the processor draws, a moving camera must not wait for expensive effects; the picture that
-        // follows when it stands still has them all.
+        // With software rendering, a moving camera must not wait for expensive effects; the frame drawn when
+        // it stands still has them all.
         const bool software = m_renderer->drawsInSoftware();
         const bool rich = !software || !m_link.moving() || m_richTime <= kFluentTime;
         if (rich)
@@ -306,8 +306,8 @@ protected:
     }
 
 private:
-    /// The widget's own framebuffer keeps the samples that it had when it was made; the user's option holds
-    /// from the next picture on.
+    /// The widget's own framebuffer keeps the samples it was created with; the user's option takes effect
+    /// from the next frame on.
     void prepareSmooth(const QSize& size)
     {
         int samples = 1, quality = 0;
@@ -322,7 +322,7 @@ private:
         format.setSamples(samples);
         format.setAttachment(QOpenGLFramebufferObject::Depth);
         m_smooth = std::make_unique<QOpenGLFramebufferObject>(size, format);
-        // A driver that lacks the memory draws without.
+        // A driver that lacks the memory draws without it.
         if (!m_smooth->isValid() || m_smooth->format().samples() <= 1)
             m_smooth.reset();
     }
@@ -338,10 +338,10 @@ private:
     }
 
     std::unique_ptr<Rendra::Renderer> m_renderer;
-    std::unique_ptr<QOpenGLFramebufferObject> m_smooth; ///< Null where edges are not smoothed.
+    std::unique_ptr<QOpenGLFramebufferObject> m_smooth; ///< Null if edges are not anti-aliased.
     int m_samples = 1;
     bool m_resizing = false;
-    qint64 m_richTime = kFluentTime; ///< Milliseconds of the last picture with everything.
+    qint64 m_richTime = kFluentTime; ///< Milliseconds of the last full frame.
     CanvasLink m_link;
 };
 
@@ -376,7 +376,7 @@ private:
     CanvasLink m_link;
 };
 
-/// Asked once: making a context is what tells.
+/// Checked once: only creating a context can tell.
 bool platformHasOpenGL()
 {
     static const bool has = [] {

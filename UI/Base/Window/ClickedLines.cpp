@@ -10,7 +10,7 @@
 namespace Vu {
 namespace {
 
-/// Whoever ends a panel sees what becomes of it.
+/// A user who closes a panel sees its effect.
 bool endsAnother(const CommandDefinition& definition)
 {
     return definition.id() == L"CommitCommand" || definition.id() == L"CancelCommand";
@@ -38,7 +38,7 @@ ClickedLines::~ClickedLines()
     CommandMgr::removeObserver(this);
 }
 
-// A panel may be open for long.
+// A panel may stay open for long.
 void ClickedLines::commandCreated(CommandCreatedEvent* event)
 {
     CommandBase* command = event->command();

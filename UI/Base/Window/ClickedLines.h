@@ -9,8 +9,8 @@
 
 namespace Vu {
 
-/// Gives the line of text equivalent to what a person has just done by hand: run a command, opened its panel,
-/// given one of its inputs a value, ended it. What the mouse does with the view has no line of its own.
+/// Gives the text line equivalent to what the user has just done by hand: run a command, opened its panel,
+/// set one of its inputs, ended it. Mouse navigation in the view has no line of its own.
 class ClickedLines : private ICommandObserver, private CommandEventSite, private CommandInputEventSite
 {
 public:

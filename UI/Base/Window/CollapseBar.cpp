@@ -75,13 +75,13 @@ void CollapseBar::areas(const std::vector<Area*>& collapsed)
     for (QObject* child : QObjectList(children()))
         if (auto* button = qobject_cast<QToolButton*>(child)) {
             button->hide();
-            button->deleteLater(); // It may be telling of the click that leads here.
+            button->deleteLater(); // It may be the sender of the click that leads here.
         }
     int place = 0;
     for (Area* area : collapsed) {
         auto* button = new BarButton(m_upright, this);
         button->setText(areaTitle(*area));
-        // The button goes before its area does: a layout with other areas gives the bar others.
+        // The button is removed before its area: a layout with other areas gives the bar others.
         connect(button, &QToolButton::clicked, this,
                 [area] { LayoutStrategy::activeStrategy()->expand(area); });
         m_row->insertWidget(place++, button);

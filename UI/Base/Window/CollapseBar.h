@@ -15,7 +15,7 @@ class Area;
 class CollapseBar : public QFrame
 {
 public:
-    /// An upright one stands at the left or right.
+    /// A vertical one is at the left or right.
     CollapseBar(bool upright, QWidget* parent);
 
     /// Nothing is rebuilt if they are the same as before.

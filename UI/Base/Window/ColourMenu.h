@@ -8,16 +8,16 @@
 
 namespace Vu {
 
-/// Colours to choose from, wherever one is chosen: a few that go well together, those that were mixed last,
-/// any other one by a dialog, or none. All are values of a ColourCommandInput.
+/// Colours to choose from, wherever one is chosen: a few that go well together, recently mixed ones, any
+/// other one by a dialog, or none. All are values of a ColourCommandInput.
 class ColourMenu : public QMenu
 {
 public:
     using Choose = std::function<void(const std::wstring& code)>;
-    /// The highlighted colour, with which the dialog starts; "" for none, and where several differ.
+    /// The highlighted colour, with which the dialog starts; "" for none, or if several differ.
     using Current = std::function<std::wstring()>;
 
-    /// `choose` may be called after the menu has gone, from the dialog; `current` is asked at each opening.
+    /// `choose` may be called after the menu is gone, from the dialog; `current` is asked at each opening.
     ColourMenu(Choose choose, Current current, QWidget* parent);
 
     /// A small square of the colour.
@@ -31,7 +31,7 @@ private:
 
     Choose m_choose;
     Current m_ask;
-    std::wstring m_current; ///< As it was told at the last opening.
+    std::wstring m_current; ///< As set at the last opening.
 };
 
 } // namespace Vu

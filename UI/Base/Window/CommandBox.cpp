@@ -50,7 +50,7 @@ QString commonStart(const QStringList& texts)
     return common;
 }
 
-/// An area is followed by a command's name, a folder by what is in it.
+/// An area is followed by a command's name, a folder by its contents.
 bool goesOn(const QString& candidate)
 {
     return candidate.endsWith(QLatin1Char('.')) || candidate.endsWith(QLatin1Char('/'));
@@ -120,7 +120,7 @@ CommandBox::CommandBox(QWidget* parent)
     m_popup->hide();
 
     connect(m_edit, &QLineEdit::textEdited, this, &CommandBox::typed);
-    // Only now, because the picture of that button is Qt's, which loads the plugins of all formats for it.
+    // Only now, because the icon of that button is Qt's, which loads the plugins of all formats for it.
     connect(m_edit, &QLineEdit::textChanged, this, [this] { Accessible::clearButton(m_edit); });
     connect(m_popup, &QListWidget::itemClicked, this,
             [this](QListWidgetItem* item) { accept(m_popup->row(item)); });
@@ -231,7 +231,7 @@ void CommandBox::typed()
     showFailed(false);
     history().begin();
     if (takesPython()) {
-        // Asking objects what they have runs their code, which nobody wants at each letter.
+        // Listing the attributes of objects runs their code, which must not happen on each keystroke.
         hideOffer();
     } else if (m_edit->text() == QLatin1String(">>>")) {
         m_edit->clear();
@@ -307,7 +307,7 @@ bool CommandBox::tab()
     if (!m_popup->isVisible())
         offer();
     if (!m_popup->isVisible())
-        return true; // Nothing to complete; the focus stays all the same.
+        return true; // Nothing to complete; the focus still stays.
     if (m_popup->currentRow() >= 0 || m_popup->count() == 1) {
         accept(std::max(0, m_popup->currentRow()));
         return true;
@@ -452,7 +452,8 @@ void CommandBox::run()
     if (line.isEmpty() || ProgressBar::get()->busy())
         return;
     m_printed = false;
-    // The line stands here until it has run, and goes then with all that would have come behind it.
+    // The line stays here until it has run, and is then removed together with whatever would have followed
+    // it.
     const TypedAhead::Hold typed;
     const QPointer<CommandBox> self = this;
     KeyboardHold::handOut(*window());
@@ -460,7 +461,7 @@ void CommandBox::run()
         return;
     const Vs::TextCommandResult result =
         Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line.toStdWString(), true);
-    // Now that it is known what of it was a secret.
+    // Only now is it known which part was a secret.
     m_history.remember(QString::fromStdWString(Vs::TranscriptSecrets::hidden(line.toStdWString())));
     showClicked({});
     const bool failed = result.first != 0;

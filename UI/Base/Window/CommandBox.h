@@ -21,14 +21,14 @@ namespace Vu {
 class PythonLine;
 
 /// The line in which text commands are typed. Tab completes, Up and Down go through the lines that were run
-/// before, Return runs the line. While it is empty, it shows the line of what was done by hand last, which Up
+/// before, Return runs the line. While it is empty, it shows the line for the last action by hand, which Up
 /// brings into it. A line that fails stays, in red, with the reason below it; the answer of one that succeeds
 /// replaces it. Answers cover what is above the line, which keeps its place; Escape removes them.
 ///
-/// What scripts print, and where they fail, comes into the output below what is there, as they run.
+/// The output and errors of scripts are appended to the output below as they run.
 ///
-/// The button before the line, or ">>>" in an empty one, makes it a line of Python, with a history of its
-/// own, whose statements and answers stand below each other. Backspace in an empty line makes it one of
+/// The button before the line, or ">>>" in an empty one, makes it a line of Python, with a separate history,
+/// whose statements and answers are listed below each other. Backspace in an empty line switches back to
 /// commands.
 class CommandBox : public QFrame, private Vs::TextOutput
 {
@@ -85,7 +85,7 @@ private:
     void showClicked(const std::wstring& line);
 
     ClickedLines m_clickedLines{[this](const std::wstring& line) { showClicked(line); }};
-    QString m_clicked;          ///< What was done by hand last, as a line.
+    QString m_clicked;          ///< The last action by hand, as a line.
     QPointer<QFrame> m_answers; ///< With the answer and the output; a child of the window.
     QLineEdit* m_edit;
     QLabel* m_answer;
@@ -93,10 +93,10 @@ private:
     QListWidget* m_popup;
     QToolButton* m_language;
     LineHistory m_history;
-    std::unique_ptr<PythonLine> m_python; ///< Null until it is wanted.
+    std::unique_ptr<PythonLine> m_python; ///< Null until needed.
     bool m_takesPython = false;
     bool m_failed = false;
-    bool m_printed = false; ///< The line that runs has run a script that printed.
+    bool m_printed = false; ///< The running line has run a script that printed.
 };
 
 } // namespace Vu

@@ -65,7 +65,7 @@ void showTooltip(QWidget* widget, const CommandDefinition& definition, const Inf
     PlainText::setMarkupTooltip(widget, html, spoken.join(QStringLiteral(". ")));
 }
 
-/// Whether the command is the tool that the user has now.
+/// Whether the command is the user's present tool.
 bool runs(const CommandDefinition& definition)
 {
     const CommandBase* active = commandRests() ? nullptr : CommandBase::getActiveCommand();
@@ -80,7 +80,7 @@ void makeFlat(QToolButton* button)
     button->setFocusPolicy(Qt::NoFocus);
 }
 
-/// While a menu is open, the window system tells its button nothing of a pointer that goes away.
+/// While a menu is open, the window system doesn't notify its button of a pointer that leaves.
 void leaveWith(QMenu* menu, QToolButton* button)
 {
     QObject::connect(menu, &QMenu::aboutToHide, button, [button] {
@@ -186,7 +186,8 @@ bool CommandButton::event(QEvent* event)
     return QToolButton::event(event);
 }
 
-/// Without an arrow, a corner marks what opens a list: a command that runs at once may have the same picture.
+/// Without an arrow, a corner marks a button that opens a list: a command that runs at once may have the same
+/// icon.
 void CommandButton::paintEvent(QPaintEvent* event)
 {
     QToolButton::paintEvent(event);
@@ -245,12 +246,12 @@ QString CommandButton::title() const
     const auto* list = Vs::cast<ListControl>(m_control);
     if (!list)
         return QString::fromStdWString(m_control->info()->name());
-    // A list without a picture of its own tells what is chosen.
+    // A list without an icon of its own shows what is chosen.
     const Info* shown = list->selectedItem() ? list->selectedItem() : list->info();
     return QString::fromStdWString(shown->name()) + QString::fromUtf16(kListSign);
 }
 
-/// With what is chosen, where a list shows that.
+/// With the chosen item, if a list shows that.
 QString CommandButton::spokenName() const
 {
     std::wstring name = m_control->info()->name();
@@ -288,7 +289,7 @@ void addToolbarItems(const std::vector<ToolbarItem>& items, QWidget* bar,
         QToolButton* button = makeToolbarItem(item, bar, buttons);
         if (!button)
             continue;
-        // A line stands only between two things: not in front, not behind, not twice.
+        // A separator only appears between two items: not first, not last, not twice.
         if (wantsLine && row->count() > 0)
             row->addWidget(separator(bar));
         wantsLine = false;

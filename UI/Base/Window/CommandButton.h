@@ -15,8 +15,8 @@ struct ToolbarItem;
 class CommandButton : public QToolButton, private InputControlSite
 {
 public:
-    /// `picture` is the folder of a set of pictures, in place of the command's own; where there is neither,
-    /// the title shows.
+    /// `picture` is the folder of a set of pictures, in place of the command's own icon; without either, the
+    /// title is shown.
     CommandButton(CommandDefinition* definition, const std::wstring& picture, QWidget* parent);
     ~CommandButton() override;
 
@@ -25,11 +25,11 @@ public:
     void refresh();
     /// Whether the command should be visible, whether or not there is room for it.
     bool isWanted() const;
-    /// A button for which there is no room is hidden.
+    /// A button that doesn't fit is hidden.
     void fits(bool value);
 
-    /// A list that tells by its text what is chosen is as wide as its longest entry, so that what stands
-    /// beside it stays where it is.
+    /// A list whose text shows what is chosen is as wide as its longest entry, so that its neighbours don't
+    /// move.
     QSize sizeHint() const override;
 
 protected:
@@ -50,11 +50,11 @@ private:
     bool m_fits = true;
 };
 
-/// The button of an item: of a command, or of a menu. Null for a line and for a command that nobody has. That
-/// of a command is appended to `buttons`.
+/// The button of an item: of a command, or of a menu. Null for a separator and for an unregistered command.
+/// That of a command is appended to `buttons`.
 QToolButton* makeToolbarItem(const ToolbarItem& item, QWidget* parent, std::vector<CommandButton*>& buttons);
 
-/// Adds the items to a bar that lays out in a row: buttons, menus, thin lines. Items of unknown commands are
+/// Adds the items to a bar that lays out in a row: buttons, menus, separators. Items of unknown commands are
 /// left out. The buttons are appended to `buttons`.
 void addToolbarItems(const std::vector<ToolbarItem>& items, QWidget* bar,
                      std::vector<CommandButton*>& buttons);

@@ -18,13 +18,13 @@
 namespace Vu {
 namespace {
 
-/// An "&" in a name, which files may have, doesn't mark a letter.
+/// An "&" in a name, which may come from a file, isn't a mnemonic.
 QString menuText(const std::wstring& name)
 {
     return QString::fromStdWString(name).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
-/// The letter that a title marks; null without one.
+/// The mnemonic of a title; null without one.
 QChar markOf(const QString& title)
 {
     for (qsizetype i = title.indexOf(QLatin1Char('&')); i >= 0 && i + 1 < title.size();
@@ -34,7 +34,7 @@ QChar markOf(const QString& title)
     return {};
 }
 
-/// The title with a mark before the first letter that is still free, best at the beginning of a word.
+/// The title with a mnemonic at the first letter still free, preferably at the beginning of a word.
 QString marked(QString title, QString& taken)
 {
     if (!markOf(title).isNull())
@@ -56,7 +56,7 @@ QString marked(QString title, QString& taken)
 }
 
 constexpr std::wstring_view kColourCommand = L"ColourCommand";
-/// Other lists hold things, of which there may be one by chance.
+/// Other lists contain things, of which there may happen to be only one.
 constexpr std::wstring_view kListsOfKinds[] = {L"NewDocumentCommand", L"InsertAssetCommand"};
 
 CommandDefinition* definitionOf(const std::wstring& command)
@@ -157,7 +157,7 @@ void CommandMenu::items(std::vector<ToolbarItem> items)
     m_items = std::move(items);
 }
 
-/// Whether a command has another name now, as "Sign Out" has with who is signed in.
+/// Whether a command has another name now, as "Sign Out" does with the name of the user.
 bool CommandMenu::isOutOfDate() const
 {
     return std::any_of(m_entries.begin(), m_entries.end(), [](const Entry& entry) {
@@ -229,7 +229,7 @@ void CommandMenu::addCommand(CommandDefinition* definition, const ToolbarItem& i
         });
     }
     action->setObjectName(QString::fromStdWString(command));
-    // Its keys are shown, and told by assistive programs, but bound by the window (HotKeys).
+    // Its shortcut is displayed, and read out by assistive technology, but bound by the window (HotKeys).
     action->setShortcutContext(Qt::WidgetShortcut);
     action->setShortcutVisibleInContextMenu(true);
     m_entries.push_back({action, command, item.off, info.name()});
@@ -251,7 +251,8 @@ void CommandMenu::refresh()
             continue;
         definition->updateInputControl(&context);
         const InputControl* control = definition->inputControl();
-        // A control may be off while the command could run, as that which stops what isn't there.
+        // A control may be disabled although the command could run, such as one that stops something not
+        // running.
         if (control && !on && !control->enabled())
             entry.action->setEnabled(false);
         const auto* button = Vs::cast<ButtonControl>(control);

@@ -32,16 +32,16 @@
 namespace Vu {
 namespace {
 
-/// So that usual texts of lists and of selections are seen whole; in a small view less, so that most of that
-/// is left to the model.
+/// Wide enough for typical texts of lists and selections; narrower in a small view, so that most of that is
+/// left to the model.
 constexpr int kWidth = 370, kLeastWidth = 290;
 constexpr double kShareOfView = 0.38;
 /// From the canvas's edges.
 constexpr int kDistance = 12;
-/// The head and foot of the panel stay free of the window's edge by this, however it is dragged.
+/// The margin that keeps the head and foot of the panel inside the window, however it is dragged.
 constexpr int kGrip = 40;
 
-/// What stops the command, as a line for the user.
+/// What blocks the command, as a line for the user.
 struct Problem
 {
     QString text; ///< Empty if nothing does.
@@ -59,7 +59,7 @@ int cubeBottom(const GraphicsCanvas& canvas)
     return int(bottom);
 }
 
-/// What is wrong comes before what is only missing yet.
+/// Errors come before what is merely missing yet.
 Problem problemOf(const CommandBase& command)
 {
     Problem missing;
@@ -81,8 +81,8 @@ Problem problemOf(const CommandBase& command)
     return {};
 }
 
-/// What is only missing can wait where there are steps to keep; what is wrong must be corrected first, or the
-/// previous value would be taken for it.
+/// Missing values can wait if there are steps to keep; errors must be corrected first, or the previous value
+/// would be used.
 bool mayCommit(CommandBase& command, const Problem& problem)
 {
     return problem.text.isEmpty() || (!problem.isError && command.getPossibleMidCommandUndoContext() ==
@@ -164,7 +164,7 @@ void CommandPanel::fillFoot()
     connect(cancelButton, &QPushButton::clicked, this, [this] { cancel(); });
 }
 
-/// The topmost command that has a panel: a view that is turned meanwhile doesn't take it away.
+/// The topmost command that has a panel: turning the view meanwhile doesn't hide it.
 CommandBase* CommandPanel::wanted() const
 {
     const CommandMgr* manager = CommandMgr::getActiveCommandManager();
@@ -241,7 +241,7 @@ void CommandPanel::close()
     if (std::find(running.begin(), running.end(), m_command) != running.end())
         CommandInputSetEventSource::get()->unsubscribe(this, m_command->commandInputSet());
     m_command = nullptr;
-    // One of the widgets may be telling of the very click that ended the command.
+    // One of the widgets may be the sender of the click that ended the command.
     m_scroll->takeWidget()->deleteLater();
     m_form.clear();
     hide();
@@ -284,7 +284,7 @@ void CommandPanel::place()
         }
     }
     corner += m_dragged;
-    // Not asked of the layout, which still has the size of what was scrolled before.
+    // Not taken from the layout, which still has the size before scrolling.
     const QMargins margins = contentsMargins() + layout()->contentsMargins();
     const int inner = width - margins.left() - margins.right();
     const int fixed = margins.top() + margins.bottom() + m_head->sizeHint().height() +
@@ -296,7 +296,7 @@ void CommandPanel::place()
     corner.setY(std::clamp(corner.y(), 0, std::max(0, window->height() - kGrip)));
     move(corner);
     raise();
-    // What tells of values in the view keeps off the panel.
+    // Displays of values in the view keep clear of the panel.
     if (std::exchange(m_told, geometry()) != geometry())
         HUDManager::get()->changed();
 }
@@ -324,7 +324,7 @@ void CommandPanel::cancel()
         m_command->destroy(ETerminationReason::Cancel);
 }
 
-// What runs over the command, a measurement for one of its fields, say, goes first.
+// A command on top of it, such as a measurement for one of its fields, takes precedence.
 void CommandPanel::cancelTopmost()
 {
     CommandBase* over = m_command ? m_command->commandManager()->activeCommand() : nullptr;
@@ -339,7 +339,7 @@ void CommandPanel::keyPressEvent(QKeyEvent* event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        // On a button the key presses that.
+        // On a button the key presses it.
         if (auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
             button && isAncestorOf(button) && !button->isCheckable())
             button->click();
@@ -393,7 +393,7 @@ bool CommandPanel::eventFilter(QObject* object, QEvent* event)
     return true;
 }
 
-// The canvas beneath gets neither the clicks nor the scrolling that the panel has no use for.
+// The canvas beneath gets neither the clicks nor the scrolling that the panel doesn't use.
 bool CommandPanel::event(QEvent* event)
 {
     switch (event->type()) {

@@ -20,7 +20,7 @@ namespace {
 const QString kService = QStringLiteral("org.freedesktop.Notifications");
 const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
 const QString kClick = QStringLiteral("default");
-constexpr int kDesktopsChoice = -1; ///< How long it shows.
+constexpr int kDesktopsChoice = -1; ///< How long it is shown.
 constexpr qsizetype kMostActions = 2;
 
 QDBusMessage call(const QString& method)
@@ -107,7 +107,7 @@ void DesktopNotifications::askCapabilities()
         finished->deleteLater();
         const std::vector<Vs::Notification*> waiting = std::exchange(m_waiting, {});
         if (reply.isError())
-            return; // Nobody shows any now; the next one asks again.
+            return; // The service is gone; the next one is queried again.
         m_takesMarkup = reply.value().contains(QStringLiteral("body-markup"));
         m_takesActions = reply.value().contains(QStringLiteral("actions"));
         m_state = State::Ready;
@@ -144,7 +144,7 @@ void DesktopNotifications::answered(QDBusPendingCallWatcher* watcher, Vs::Notifi
     const bool wanted = std::find(m_sending.begin(), m_sending.end(), notification) != m_sending.end();
     std::erase(m_sending, notification);
     if (reply.isError())
-        m_state = State::Asking; // Whoever comes next may take other things.
+        m_state = State::Asking; // Its successor may have other capabilities.
     else if (wanted)
         m_shown[reply.value()] = notification;
     else

@@ -24,9 +24,9 @@ namespace {
 
 using Step = std::function<void()>;
 
-/// On a desktop without a portal, nobody reports that at once.
+/// On a desktop without a portal, nothing reports its absence at once.
 constexpr int kPatience = 5000; ///< In milliseconds.
-/// The window to stand over is named only where the desktop knows it by a handle, which ours isn't.
+/// The parent window is passed only if the desktop knows it by a handle, which ours isn't.
 const QString kNoWindow;
 
 bool inSandbox()
@@ -41,7 +41,7 @@ QDBusMessage portal(const char* interface, const char* method)
         QLatin1String("org.freedesktop.portal.") + QLatin1String(interface), QLatin1String(method));
 }
 
-/// Does the next step if nobody answers, or with an error.
+/// Takes the next step if there is no answer, or an error.
 void call(const QDBusMessage& message, Step otherwise)
 {
     const QDBusConnection bus = QDBusConnection::sessionBus();
@@ -58,7 +58,7 @@ void call(const QDBusMessage& message, Step otherwise)
                      });
 }
 
-/// For a portal, which gives it to who may not read the path. Not valid if it can't be opened.
+/// For a portal, which passes it to programs that may not read the path. Invalid if it can't be opened.
 QDBusUnixFileDescriptor descriptorOf(const QString& path)
 {
     QDBusUnixFileDescriptor descriptor;
@@ -70,7 +70,7 @@ QDBusUnixFileDescriptor descriptorOf(const QString& path)
     return descriptor;
 }
 
-/// The program's end is told by a thread.
+/// A thread reports the program's end.
 Step onMainThread(const Step& failed)
 {
     return [failed] { Application::get()->deferredTasks()->post(failed); };

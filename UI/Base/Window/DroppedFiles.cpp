@@ -28,7 +28,7 @@ void run(CommandDefinition* definition, const std::wstring& path)
     CommandMgr::get()->executeLater(definition, context);
 }
 
-/// Without those that are folders, which are told.
+/// Without folders, which are reported.
 std::vector<std::wstring> filesOf(const std::vector<std::wstring>& paths)
 {
     std::vector<std::wstring> files;
@@ -61,7 +61,8 @@ void openAll(CommandDefinition* open, CommandDefinition* home, const std::vector
     if (paths.empty() || !areMeant(paths.size()) || !ReplacingDocument::agreed(paths.front()))
         return;
     for (const std::wstring& path : paths) {
-        // Opening replaces what shows. On the home screen nothing does, so that what was dropped first stays.
+        // Opening replaces the document shown. On the home screen there is none, so the file dropped first
+        // stays.
         if (home && path != paths.front())
             run(home, {});
         run(open, path);

@@ -18,10 +18,10 @@ class EmptyHint : public QWidget,
                   private SplitViewEventSite
 {
 public:
-    /// The canvas may go before this.
+    /// The canvas may be destroyed before this.
     EmptyHint(const GraphicsCanvas& canvas, QWidget* frame);
 
-    /// Whether the canvas, which must be there, shows a model with nothing in it.
+    /// Whether the canvas, which must exist, shows an empty model.
     static bool isEmpty(const GraphicsCanvas& canvas);
 
 protected:

@@ -14,7 +14,7 @@ bool isByKeyboard(Qt::FocusReason reason)
            reason == Qt::ShortcutFocusReason;
 }
 
-/// What comes back by itself, as a window or a menu that closes gives it back, was there before.
+/// Focus restored automatically, such as by a closing window or menu, was there before.
 bool isReturn(Qt::FocusReason reason)
 {
     return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;

@@ -55,7 +55,7 @@ void drawTriangle(QPainter& painter)
     painter.drawPath(path);
 }
 
-/// What stands in the filled shapes.
+/// The interior of the filled shapes.
 void drawSign(QPainter& painter, Glyph glyph)
 {
     switch (glyph) {

@@ -13,15 +13,15 @@ namespace Vu {
 
 class CommandDefinition;
 
-/// Binds the keys of the commands (KeyTable) to a window, and again whenever they change. Commands of which
-/// only one is offered at a time may share theirs.
+/// Binds the shortcuts of the commands (KeyTable) to a window, and again whenever they change. Commands of
+/// which only one is offered at a time may share a shortcut.
 class HotKeys : public QObject
 {
 public:
     /// `run` is called with each command whose keys were pressed.
     HotKeys(QWidget* window, std::function<void(CommandDefinition*)> run);
 
-    /// A key of the window itself, which stays.
+    /// A key of the window itself, which is fixed.
     static void add(QWidget* window, const QKeySequence& key, std::function<void()> run);
 
 private:

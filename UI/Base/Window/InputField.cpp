@@ -32,7 +32,7 @@ QString titleOf(const Info& info)
     return QString::fromStdWString(info.name());
 }
 
-/// What the record's tooltip says; its title if it has none.
+/// The record's tooltip, or its title without one.
 QString tipOf(const Info& info)
 {
     const ToolTipInfo& tooltip = info.tooltip();
@@ -251,8 +251,8 @@ private:
     QPushButton* m_button;
 };
 
-/// Tells how much is selected and whether clicks in the view go here, which pressing it brings about; the
-/// small button beside it takes the selection back, as the keys Del and Backspace do.
+/// Shows how much is selected and whether clicks in the view go here, which pressing it activates; the small
+/// button beside it clears the selection, as the keys Del and Backspace do.
 class SelectionField : public InputField
 {
 public:

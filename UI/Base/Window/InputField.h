@@ -14,26 +14,26 @@ class CommandInputBase;
 class InputField : public QWidget
 {
 public:
-    /// Of a button beside the field, so that fields end below one another.
+    /// The width of a button beside the field, so that fields end below one another.
     static constexpr int kBesideWidth = 22;
 
     /// The widget for an input of any kind. Not for groups.
     static InputField* make(CommandInputBase* input, QWidget* parent);
 
-    /// Null once it was forgotten.
+    /// Null after `forget`.
     CommandInputBase* input() const { return m_input; }
     virtual void forget() { m_input = nullptr; }
 
-    /// Whether the title stands in the widget itself.
+    /// Whether the title is part of the widget itself.
     virtual bool hasOwnTitle() const { return false; }
     /// Shows the input as it is now.
     void refresh();
-    /// Commits what is typed but not entered yet.
+    /// Commits what was typed but not entered yet.
     virtual void enter() {}
 
 protected:
     InputField(CommandInputBase* input, QWidget* parent);
-    /// Puts a widget into the row; the first one takes the focus and the room.
+    /// Puts a widget into the row; the first one takes the focus and the space.
     void add(QWidget* widget);
     virtual void show(const CommandInputBase& input, bool failed) = 0;
 

@@ -15,8 +15,8 @@ class CommandInputSet;
 class GroupCommandInput;
 class InputField;
 
-/// The inputs of a set, one below the other in the order of their making, with their titles, and the groups
-/// as headings that fold. `forget` cuts it off from the inputs, which may go before it.
+/// The inputs of a set, one below the other in the order of their creation, with their titles, and the groups
+/// as collapsible headings. `forget` cuts it off from the inputs, which may be destroyed first.
 class InputForm : public QWidget
 {
 public:
@@ -25,11 +25,11 @@ public:
     void forget();
     /// Shows all inputs as they are now.
     void refresh();
-    /// Commits what is typed but not entered yet.
+    /// Commits what was typed but not entered yet.
     void enter();
     /// Null for none.
     InputField* firstField(bool invalid) const;
-    /// That of the input which takes the clicks into the view; null for none.
+    /// The field of the input that takes the clicks in the view; null for none.
     InputField* pickingField() const;
 
 private:

@@ -54,7 +54,7 @@ QString keyText(const char* keys)
     return QKeySequence(QLatin1String(keys)).toString(QKeySequence::NativeText);
 }
 
-/// Those of the window, which belong to no command.
+/// The window's own keys, which belong to no command.
 QList<KeyRow> keysOfWindow()
 {
     return {{told("KeysMenus", "Menus"), QStringLiteral("F10; Alt")},
@@ -95,7 +95,7 @@ QWidget* tableOf(const QString& title, const QList<KeyRow>& rows, QWidget* paren
     return frame;
 }
 
-/// Each table goes where the least stands.
+/// Each table goes to the shortest column.
 void fill(QWidget* page)
 {
     auto* columns = new QHBoxLayout(page);

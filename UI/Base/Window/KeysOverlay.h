@@ -5,11 +5,11 @@
 
 namespace Vu {
 
-/// The keys of the window in a table over it. Any key or click closes it.
+/// The window's shortcuts in a table over it. Any key or click closes it.
 class KeysOverlay : public QFrame
 {
 public:
-    /// Shows it, or takes the one that shows away.
+    /// Opens it, or closes the open one.
     static void toggle(QWidget* window);
 
 protected:
@@ -24,7 +24,7 @@ private:
     void leave();
 
     QWidget* m_page;            ///< With the tables.
-    QPointer<QWidget> m_before; ///< Which had the keyboard.
+    QPointer<QWidget> m_before; ///< Which had the focus.
 };
 
 } // namespace Vu

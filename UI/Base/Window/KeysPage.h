@@ -13,14 +13,14 @@ namespace Vu {
 
 class CommandDefinition;
 
-/// The commands with their keys, for changing them. Keys of another command are reported, and taken from it
-/// only if the person agrees.
+/// The commands with their shortcuts, for editing. A shortcut of another command is reported, and taken from
+/// it only with the user's consent.
 class KeysPage : public QWidget
 {
 public:
     explicit KeysPage(QWidget* parent);
 
-    /// Leaves the commands whose title, identifier or keys contain the text; false if there is none.
+    /// Keeps the commands whose title, identifier or shortcuts contain the text; false if there is none.
     bool filter(const QString& text);
     void refresh();
 

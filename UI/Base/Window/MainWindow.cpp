@@ -61,12 +61,12 @@ namespace {
 
 constexpr int kFirstWidth = 1280;
 constexpr int kFirstHeight = 800;
-/// About what a window manager's frame adds at the top.
+/// Roughly the height of a window manager's title bar.
 constexpr int kTitleBar = 36;
 constexpr int kMessageTime = 15000;
 constexpr const wchar_t* kExitCommand = L"ExitApplicationCommand";
 
-/// The identifier of the environment that the user works in; empty outside of any.
+/// The identifier of the environment that the user is in; empty outside of any.
 std::wstring activeEnvironment()
 {
     const AssetSession* session = SessionMgr::get()->activeAssetSession();
@@ -74,7 +74,7 @@ std::wstring activeEnvironment()
     return environment ? environment->id() : std::wstring();
 }
 
-/// What it says is its name, unless it says nothing.
+/// Its text is its name, unless it is empty.
 void showIn(QLabel* label, const QString& text)
 {
     label->setText(text.simplified());
@@ -144,7 +144,7 @@ MainWindow::MainWindow(WorkspaceWindow* owner)
 MainWindow::~MainWindow()
 {
     UIBaseOptionGroup::get()->windowGeometry(QString::fromLatin1(saveGeometry().toBase64()).toStdWString());
-    delete m_stage; // While its buttons can still be told.
+    delete m_stage; // While its buttons can still be listed.
     m_subscriptions.clear();
 }
 
@@ -224,11 +224,11 @@ void MainWindow::refresh()
     const AssetSession* session = SessionMgr::get()->activeAssetSession();
     const Vs::Document* document = session ? session->documentSession()->document() : nullptr;
     if (document)
-        title = QString::fromStdWString(document->displayName())
-                    // Two of Qt's marks for a changed document stand for one that is part of a name.
-                    .replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) +
-                QStringLiteral("[*]") + showHolder(document) + remarkOn(*document) +
-                QStringLiteral(" \u2013 ");
+        title =
+            QString::fromStdWString(document->displayName())
+                // A name's literal text is doubled where it equals Qt's placeholder for a changed document.
+                .replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) +
+            QStringLiteral("[*]") + showHolder(document) + remarkOn(*document) + QStringLiteral(" \u2013 ");
     else
         m_readOnly->hide();
     setWindowTitle(title + QStringLiteral("Quillet"));
@@ -238,7 +238,7 @@ void MainWindow::refresh()
     m_fields->refresh();
 }
 
-/// What the title says of it.
+/// The title's remark about it.
 QString MainWindow::showHolder(const Vs::Document* document)
 {
     const Vs::FileUser* user = Vs::HeldFiles::holder(document);
@@ -331,7 +331,7 @@ void MainWindow::alertsCleared(AlertController*)
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    // Whether the window goes is for the command to say: it asks about documents that were changed.
+    // The command decides whether the window closes: it asks about changed documents.
     event->ignore();
     if (ProgressBar::get()->busy())
         return;
@@ -365,7 +365,7 @@ void MainWindow::dropEvent(QDropEvent* event)
     m_drops->drop(*event);
 }
 
-// What comes here, none of the widgets had a use for.
+// None of the widgets has used what arrives here.
 void MainWindow::keyPressEvent(QKeyEvent* event)
 {
     if (!m_keys->press(*event))

@@ -7,7 +7,7 @@
 
 namespace Vu {
 namespace {
-/// The name of who is signed in may be as long as it likes.
+/// The name of the signed-in user may be of any length.
 constexpr int kLongestTitle = 140;
 } // namespace
 
@@ -35,7 +35,7 @@ void MenuButton::draw()
 {
     const MenuHead head = headOf(m_item);
     QString title = fontMetrics().elidedText(head.title, Qt::ElideMiddle, kLongestTitle);
-    // An ampersand in a name doesn't mark a letter.
+    // An ampersand in a name isn't a mnemonic.
     title.replace(QLatin1Char('&'), QStringLiteral("&&"));
     setText(title + QString::fromUtf16(u" \u25be"));
     setAccessibleName(head.title);

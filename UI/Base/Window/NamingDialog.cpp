@@ -46,7 +46,7 @@ void NamingDialog::accept()
 {
     m_quoted.clear();
     const auto* line = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    // The desktop's own dialog has no such line, and knows itself what it does.
+    // The desktop's own dialog has no such line, and handles names itself.
     if (!line || !line->isVisible()) {
         QFileDialog::accept();
         return;
@@ -63,11 +63,11 @@ void NamingDialog::accept()
         return;
     if (quoted) {
         m_quoted = file.absoluteFilePath();
-        // The file dialog's own would take the quotes for a part of the name.
+        // The file dialog's own check would take the quotes for a part of the name.
         QDialog::accept(); // NOLINT(bugprone-parent-virtual-call)
         return;
     }
-    // Qt's own question would take the name for HTML if it looks like it.
+    // Qt's own question would treat a name that looks like HTML as HTML.
     setOption(DontConfirmOverwrite);
     QFileDialog::accept();
 }

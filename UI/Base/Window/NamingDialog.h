@@ -9,14 +9,14 @@ namespace Vu {
 class NamingDialog : public QFileDialog
 {
 public:
-    /// What becomes of a name that is typed without a suffix.
+    /// The name to use for one typed without a suffix.
     enum class Suffix { OfFilter, AsTyped };
 
-    /// `entry` is the filter's that is chosen at first; if it isn't one, the first is.
+    /// `entry` is the filter chosen initially; if it isn't one, the first is.
     NamingDialog(QWidget* parent, const QString& caption, const QString& start, const QString& filter,
                  Suffix suffix = Suffix::OfFilter, const QString& entry = {});
 
-    /// What the user chose; empty as long as nothing is.
+    /// The user's choice; empty until there is one.
     QString name() const;
 
 protected:

@@ -45,7 +45,7 @@ QString shortened(const std::wstring& text)
     return shown;
 }
 
-/// Behind the event: the notification may take the row with it.
+/// After the event: the notification may remove the row.
 template <class Action>
 void later(Action&& action)
 {
@@ -171,7 +171,7 @@ void NotificationRow::activate()
     later([notification = m_notification] { Vs::NotificationCenter::get()->activate(notification); });
 }
 
-/// What is done may ask something, and be seen behind the list.
+/// The action may ask something, or have an effect that the list would cover.
 void NotificationRow::closeList()
 {
     if (m_place == Place::List)

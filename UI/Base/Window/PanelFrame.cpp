@@ -46,13 +46,13 @@ std::string contentsOf(const Area& area)
     return area.contents() ? area.contents()->text() : std::string();
 }
 
-/// On which bar a panel goes that stands there.
+/// The bar onto which a panel at that side collapses.
 EPlacement barOf(EPlacement placement)
 {
     return placement == EPlacement::Fill || placement == EPlacement::Floating ? EPlacement::Left : placement;
 }
 
-/// The definition that hides the area, by the name of that; null if there is none.
+/// The definition that hides the area, by its name; null if there is none.
 CommandDefinition* hidingCommand(const Area& area)
 {
     return CommandDefinitionMgr::get()->findCommandDefinitionById(L"Hide" + area.name() + L"Command");

@@ -35,7 +35,7 @@ QString valueOf(const Preference& preference)
     return QString::fromStdWString(preference.text());
 }
 
-// What the editors offer is always a value of the preference.
+// What the editors offer is always a valid value of the preference.
 void set(const Preference& preference, const QString& value)
 {
     std::ignore = preference.setText(value.toStdWString());
@@ -75,7 +75,7 @@ QWidget* editorOf(const Preference& preference, const Preference::TextChoice& ch
     return list;
 }
 
-/// Whether the text stands anywhere on the page.
+/// Whether the text occurs anywhere on the page.
 bool says(const QWidget& page, const QString& wanted)
 {
     const auto has = [&](const auto* widget) { return widget->text().contains(wanted, Qt::CaseInsensitive); };
@@ -112,7 +112,7 @@ PreferencesDialog::PreferencesDialog(QWidget* parent)
     middle->addWidget(m_scroll, 1);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
-    // The style's picture is black on any background.
+    // The style's icon is black on any background.
     buttons->button(QDialogButtonBox::Close)->setIcon({});
     QPushButton* defaults =
         buttons->addButton(told("PreferencesDefaults", "Restore Defaults"), QDialogButtonBox::ResetRole);
@@ -125,7 +125,7 @@ PreferencesDialog::PreferencesDialog(QWidget* parent)
 
     connect(m_search, &QLineEdit::textChanged, this, &PreferencesDialog::search);
     connect(m_pages, &QListWidget::currentRowChanged, this, &PreferencesDialog::showPage);
-    // Of the page that was current already, too.
+    // Even for a page that was already current.
     connect(m_pages, &QListWidget::itemClicked, this, [this] { showPage(m_pages->currentRow()); });
     m_pages->installEventFilter(this);
     connect(defaults, &QPushButton::clicked, this, &PreferencesDialog::resetAll);
@@ -153,7 +153,7 @@ bool PreferencesDialog::enterPage(int page)
     return false;
 }
 
-/// From the list, the keyboard moves on to the page that it leads to, not to the first one.
+/// From the list, the focus moves on to the page that it leads to, not to the first one.
 bool PreferencesDialog::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == m_pages && event->type() == QEvent::KeyPress) {

@@ -30,7 +30,7 @@ bool drawFramed(const QStyleOption* option, Draw&& draw)
     return true;
 }
 
-/// Fusion's is a faint shade, which is invisible on what is checked or selected.
+/// Fusion's is a faint shade, which is invisible on checked or selected items.
 void drawFocus(const QStyleOption& option, QPainter& painter)
 {
     if (!(option.state & QStyle::State_KeyboardFocusChange))
@@ -92,7 +92,7 @@ void ProgramStyle::drawComplexControl(ComplexControl control, const QStyleOption
         QProxyStyle::drawComplexControl(control, used, painter, widget);
     };
     bool drawn = false;
-    // Where the others have a rectangle, this has a shade of its button.
+    // Where other styles have a rectangle, this one has a shade of its button.
     const bool hasFocus = control == CC_ComboBox && option->state & State_HasFocus;
     if (control == CC_ComboBox)
         drawn = drawFramed<QStyleOptionComboBox>(option, draw);

@@ -126,12 +126,12 @@ bool BusyFilter::eventFilter(QObject* object, QEvent* event)
         m_panel->cancel();
         return true;
     case QEvent::ShortcutOverride:
-        // Tools have it as a hot key, which would take it.
+        // Tools use it as a shortcut, which would take precedence.
         if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
             event->accept();
             return true;
         }
-        // Otherwise a letter that is also a hot key never arrives as a key press.
+        // Otherwise a letter that is also a shortcut never arrives as a key press.
         return !qobject_cast<QLineEdit*>(QApplication::focusWidget());
     case QEvent::KeyRelease:
     case QEvent::Shortcut:
@@ -146,7 +146,7 @@ bool BusyFilter::eventFilter(QObject* object, QEvent* event)
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
-        // Events come to the native window first, which hands them on to the widget below the pointer.
+        // Events reach the native window first, which passes them on to the widget below the pointer.
         return object->isWidgetType() && !m_panel->isAlive(object);
     default:
         return false;

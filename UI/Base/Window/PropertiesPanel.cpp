@@ -33,11 +33,11 @@ const AreaContents kProperties(
     "Properties", [](QWidget* parent) { return new PropertiesPanel(parent); },
     [] { return localized("AreaProperties", "Properties"); });
 
-/// Whoever clicks on from thing to thing has nothing measured.
+/// Nothing is measured while the user keeps clicking from thing to thing.
 constexpr int kPause = 250;
 constexpr int kMostNameLetters = 1000;
 constexpr int kLeastValue = 60;
-/// In a narrower panel the values stand below their titles.
+/// In a narrower panel the values are below their titles.
 constexpr int kLeastBeside = 215;
 
 QLabel* valueLabel(QWidget* parent)
@@ -181,7 +181,7 @@ void PropertiesPanel::addRows()
 
 void PropertiesPanel::sessionClosed(SessionEvent*)
 {
-    // Of whichever session: what is followed must not outlive it.
+    // Of any session: what is followed must not outlive it.
     m_followed.follow(nullptr);
     refreshSoon();
 }
@@ -256,7 +256,7 @@ void PropertiesPanel::showSelection(Vs::SelectionMgr& manager, const Vs::Asset& 
     showColour();
     showPlace();
     show(Row::Size, m_values.size ? PropertyTexts::size(*m_values.size, m_values.isSizeExact) : QString());
-    // Where there will be numbers, the rows stand already, so that nothing jumps.
+    // The rows are there before their numbers, so that nothing jumps.
     const QString pending = m_values.parts.empty() ? QString() : QStringLiteral("\u2026");
     const bool whole = m_values.counts[PropertyValues::Face] + m_values.counts[PropertyValues::Edge] == 0;
     show(Row::Diameter, {});
@@ -294,13 +294,13 @@ void PropertiesPanel::showPlace()
     }
 }
 
-/// A tool has the selection to itself: who wants to change something here ends it first.
+/// A tool has the selection to itself: to change something here, the user ends it first.
 void PropertiesPanel::showEditable()
 {
     const bool rests = commandRests() && !m_followed.empty();
     const bool own = rests && m_values.areComponents() && !m_values.isRoot;
     m_fields[Row::Name].line->setReadOnly(!own);
-    // Those that differ have no place to be moved from.
+    // Values that differ give no position to move from.
     for (size_t axis = 0; axis < 3; ++axis)
         m_fields[static_cast<Row>(static_cast<size_t>(Row::X) + axis)].line->setReadOnly(
             !own || m_values.place[axis].differs());
@@ -335,7 +335,7 @@ void PropertiesPanel::showRow(Row row, bool shown)
     field.value->setVisible(shown);
 }
 
-/// Null takes what was told of one away.
+/// Null removes the texts about a single thing.
 void PropertiesPanel::showDocument(const Vs::Document* document)
 {
     while (QLayoutItem* item = m_facts->takeAt(0)) {
@@ -351,7 +351,7 @@ void PropertiesPanel::showDocument(const Vs::Document* document)
         for (const PropertyTexts::Line& line : PropertyTexts::document(*document)) {
             QWidget* within = m_head->parentWidget();
             QLabel* title = PlainText::label(within, line.title);
-            // A path has no blanks at which it could be broken.
+            // A path has no blanks at which it could be wrapped.
             QLabel* value = PlainText::label(
                 within, QString(line.value).replace(QLatin1Char('/'), QStringLiteral("/\u200b")));
             value->setWordWrap(true);

@@ -40,7 +40,7 @@ PropertyValues::Kind kindOf(Leaf leaf, const Vs::Component& component)
     return PropertyValues::Vertex;
 }
 
-/// Whether all faces are flat, so that their triangles have the exact size. Of very many nobody waits for it.
+/// Whether all faces are flat, so that their triangles have the exact size. Too many faces are not checked.
 bool isFlat(const Vs::BodyMesh& mesh)
 {
     constexpr size_t kMost = 1'000'000;
@@ -85,7 +85,7 @@ public:
             addPlace(placement * GkPoint3d());
         if (path.isPartOfBody())
             addPart(path, *component, placement);
-        // What stands in something that is selected as well counts once.
+        // Things inside something that is selected as well are counted once.
         else if (!isWithinSelected(path.component))
             addBodies(*component, placement, path.leaf == Leaf::Component && !component->body);
     }
@@ -149,8 +149,8 @@ private:
             addBodies(*child, placement * child->placement, isBelow);
     }
 
-    /// The box of a turned mesh is smaller than that around its turned box; of very many triangles nobody
-    /// waits for it.
+    /// The box of a rotated mesh is smaller than that around its rotated box; with too many triangles the
+    /// difference isn't worth the wait.
     BBox boxOf(const Vs::BodyMesh& mesh, const GkMatrix3d& placement, double scale)
     {
         constexpr double kSame = 1e-9;
@@ -201,8 +201,8 @@ private:
     PropertyValues m_values;
     std::map<std::pair<Vs::StrongRef<Vs::Body>, double>, size_t, Less> m_bodies; ///< By body and scale.
     std::vector<Vs::PartToMeasure> m_places;
-    BBox m_box;                       ///< Around the whole things.
-    size_t m_points = 0;              ///< Looked at one by one so far.
+    BBox m_box;                       ///< Around whole things.
+    size_t m_points = 0;              ///< Inspected individually so far.
     std::optional<GkVector3d> m_only; ///< The size of the first body, along its own axes.
 };
 

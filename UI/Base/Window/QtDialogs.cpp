@@ -33,7 +33,7 @@ struct Picture
     QRgb colour;
 };
 
-/// By EMessageIcon. Sign and colour both tell the kind, so that neither is needed to tell it.
+/// By EMessageIcon. Sign and colour both identify the kind, so that either is enough.
 constexpr Picture kPictures[] = {
     {kQuestionIcon, u'?', 0xff2374c6},
     {kInformationIcon, u'i', 0xff2374c6},
@@ -43,7 +43,7 @@ constexpr Picture kPictures[] = {
 
 constexpr int kPictureSide = 40;
 
-/// Null for no picture.
+/// Null for no icon.
 QPixmap pictureOf(int icon, double scale)
 {
     for (const Picture& row : kPictures) {
@@ -80,7 +80,7 @@ int QtDialogs::askMessage(const std::wstring& title, const std::wstring& text, i
     box.setIconPixmap(pictureOf(icon, box.devicePixelRatioF()));
     if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
         label->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-        // A single line is centred beside the picture.
+        // A single line is centred beside the icon.
         label->setMinimumHeight(kPictureSide);
     }
     constexpr int kBorder = 16;

@@ -32,8 +32,8 @@
 namespace Vu {
 namespace {
 
-/// The words that Qt itself brings (the file dialog's, for one) in the language of the program's own. Where
-/// Qt's texts are not installed, they stay English.
+/// Qt's own texts (in file dialogs, for instance) in the language of the program's own. If Qt's translations
+/// are not installed, they stay English.
 void translateQt(QApplication* application)
 {
     auto* translator = new QTranslator(application);
@@ -43,7 +43,7 @@ void translateQt(QApplication* application)
         QCoreApplication::installTranslator(translator);
 }
 
-/// As "4.5 (Core Profile) Mesa ..., llvmpipe ..."; empty where windows draw without OpenGL.
+/// As "4.5 (Core Profile) Mesa ..., llvmpipe ..."; empty if windows are drawn without OpenGL.
 std::wstring graphicsOfWindows()
 {
     QOffscreenSurface surface;
@@ -77,7 +77,7 @@ std::unique_ptr<QCoreApplication> QtDisplay::makeApplication(int& count, char** 
     QSurfaceFormat format;
     format.setVersion(3, 3);
     format.setProfile(QSurfaceFormat::CoreProfile);
-    // Without it Qt asks for a context in which lines are one pixel wide, whatever is wanted.
+    // Without it Qt requests a context in which lines are one pixel wide, whatever is set.
     format.setOption(QSurfaceFormat::DeprecatedFunctions);
     format.setDepthBufferSize(24);
     QSurfaceFormat::setDefaultFormat(format);
@@ -165,7 +165,7 @@ void QtDisplay::showPreferences(QWidget* parent)
 
 QCursor cursorOf(const Vs::CursorResource& resource)
 {
-    /// The numbers are Qt's, except the wait pointer, which has a number of its own.
+    /// The numbers are Qt's, except that of the wait pointer.
     constexpr int kWaitShape = 17;
     if (resource.shape() == kWaitShape)
         return QCursor(Qt::WaitCursor);

@@ -13,7 +13,7 @@
 namespace Vu {
 namespace {
 
-/// In milliseconds: whoever has waited less has hardly gone elsewhere.
+/// In milliseconds: a user who has waited less has hardly switched away.
 constexpr qint64 kLongWork = 4000;
 constexpr qint64 kSecond = 1000;
 
@@ -44,7 +44,7 @@ public:
     bool cancelled() const override { return m_panel->cancelled(); }
 
 private:
-    /// For a user who is elsewhere.
+    /// For a user who has switched to another window.
     void tellEnd() const
     {
         Vs::NotificationRequest request;
@@ -93,7 +93,7 @@ bool QtWindow::picture(Vs::Scene::Image& image)
 {
     if (!m_window->isVisible())
         return false;
-    // The line that asks for the picture isn't what it is to show.
+    // The line that asks for the picture must not be in it.
     ProgressPanel* panel = m_window->progressPanel();
     const bool busy = panel->isVisible();
     panel->setVisible(false);

@@ -26,11 +26,11 @@ constexpr int kWidth = 760;
 constexpr int kHeight = 420;
 /// The margin around it.
 constexpr int kBorder = 24;
-/// Of the width, in per cent; the line has the rest.
+/// A share of the width, in per cent; the line has the rest.
 constexpr int kTitleShare = 45;
 constexpr int kKeysShare = 15;
 
-/// The keyboard comes back by itself from a menu or another window.
+/// The focus comes back automatically from a menu or another window.
 bool comesBack(Qt::FocusReason reason)
 {
     return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason;
@@ -140,7 +140,7 @@ void SearchPalette::accept()
     const SearchEntry* entry = m_found->entry(row);
     if (!entry || !m_found->canStart(row))
         return;
-    // They outlive this object, which start and fillIn may see gone.
+    // They outlive this object, which may be destroyed within start and fillIn.
     const Actions actions = m_actions;
     const QString line = entry->fillIn;
     CommandDefinition* definition = FoundModel::definition(*entry);
@@ -177,7 +177,7 @@ bool SearchPalette::key(int key)
         return true;
     case Qt::Key_Tab:
     case Qt::Key_Backtab:
-        return true; // There is nowhere else to go to.
+        return true; // There is no other widget to go to.
     default:
         return false;
     }

@@ -20,7 +20,7 @@ using Leaf = Vs::ObjectPath::Leaf;
 
 struct Measured
 {
-    std::wstring form; ///< Empty where the mesh doesn't tell.
+    std::wstring form; ///< Empty if the mesh doesn't say.
     double size = 0;   ///< In millimetres, or their square.
     bool isExact = false;
 };
@@ -71,7 +71,7 @@ Measured measureEdge(const Vs::BodyMesh& mesh, uint32_t index)
     return measured;
 }
 
-/// Nothing for what has no size of its own, or isn't there any more.
+/// Nothing for something without a size of its own, or no longer existing.
 Measured measure(const Vs::ObjectPath& path, const Vs::Component& component)
 {
     const auto mesh = component.body ? component.body->mesh() : nullptr;
@@ -129,7 +129,7 @@ std::wstring selectionText(const Vs::LogicalSelection& selection, const Vs::Asse
         component->name.empty() && component->body ? component->body->name() : component->name;
     std::wstring text = kindOf(path.leaf);
     text = text.empty() ? name : localizedFormat("SelectionOf", "%1% of %2%", text, name);
-    // While a preview is shown, the part's number means another one, and the part isn't there.
+    // While a preview is shown, the part's number refers to another one, and the part doesn't exist.
     const Measured measured = Vs::showsPreview(asset) ? Measured() : measure(path, *component);
     if (!measured.form.empty())
         text += L", " + measured.form;

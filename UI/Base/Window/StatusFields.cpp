@@ -56,7 +56,7 @@ QLabel* field(const char* name, QWidget* parent)
     return label;
 }
 
-/// A name may be as long as it likes, and what follows is to stay where it is.
+/// A name may be of any length, and the fields after it must not move.
 void showIn(QLabel* label, const QString& shown)
 {
     label->setText(label->fontMetrics().elidedText(shown, Qt::ElideMiddle, kWidestField));
@@ -116,7 +116,7 @@ void StatusFields::optionChanged(Vs::OptionEvent*)
 
 void StatusFields::sessionClosed(SessionEvent*)
 {
-    // Of whichever session: what is followed must not outlive it.
+    // Of any session: what is followed must not outlive it.
     m_followed.follow(nullptr);
     refreshSoon();
 }

@@ -85,7 +85,7 @@ void TextField::show(const CommandInputBase& input, bool failed)
 {
     m_line->setReadOnly(input.readOnly());
     m_list->setVisible(hasList(input));
-    // What makes no sense stays there to be corrected. Setting the same text would drop the selection in it.
+    // Invalid text stays there to be corrected. Setting the same text would drop the selection in it.
     const QString text = QString::fromStdWString(input.displayText());
     if (!m_edited && !input.refused() && m_line->text() != text)
         m_line->setText(text);

@@ -20,8 +20,8 @@ struct Shades
 {
     QRgb window, base, alternate, button, text;
     QRgb quiet;    ///< Of secondary text: a contrast of 4.5 with all backgrounds, like any text.
-    QRgb disabled; ///< Of text that has to be readable only in passing.
-    QRgb line;     ///< Of separators, which needn't be seen to be used.
+    QRgb disabled; ///< Of text that only has to be readable in passing.
+    QRgb line;     ///< Of separators, which needn't be visible to be used.
     QRgb frame;    ///< Of the frames of controls: a contrast of 3 with all backgrounds.
     QRgb accent, onAccent, error;
 };
@@ -171,7 +171,7 @@ bool isDark(const QPalette& palette)
 
 bool wantsDark()
 {
-    // The desktop's own palette tells which one its user likes; later it is the program's.
+    // The desktop's own palette shows which one its user prefers; later it is the program's.
     static const bool desktopIsDark = isDark(QApplication::palette());
     const std::wstring theme = UIBaseOptionGroup::get()->theme();
     return theme == L"dark" || (theme != L"light" && desktopIsDark);
@@ -195,9 +195,9 @@ void applyTheme()
     const bool dark = wantsDark();
     QApplication::setStyle(new ProgramStyle);
     QApplication::setPalette(paletteOf(dark ? kDark : kLight));
-    // A sheet knows the colours of the palette alone.
+    // A style sheet knows only the colours of the palette.
     QString sheet = QString::fromLatin1(kStyleSheet).replace(QLatin1String("@error"), errorColour().name());
-    // These keep the palette that they had first.
+    // These keep the palette they had first.
     sheet += QStringLiteral("QToolTip { color: %1; background: %2; }")
                  .arg(QApplication::palette().color(QPalette::ToolTipText).name(),
                       QApplication::palette().color(QPalette::ToolTipBase).name());
@@ -218,7 +218,7 @@ void applyTheme()
         QPixmapCache::insert(path, png.isNull() ? QPixmap(path) : QPixmap::fromImage(png));
     }
     qApp->setStyleSheet(sheet);
-    // Views follow, where the user hasn't chosen what they show.
+    // Views follow, unless the user has chosen their environment.
     Vs::Scene::EnvironmentManager::getEnvManager()->usualEnvironmentID(dark ? L"DarkSky" : L"PhotoBooth");
     WorkspaceWindow::invalidate(kInvalidateScene);
 }

@@ -46,7 +46,7 @@ ToastStack::ToastStack(QMainWindow* window) : QObject(window), m_window(window)
 
 bool ToastStack::eventFilter(QObject* object, QEvent* event)
 {
-    // A new layout of the window's areas lies over what was there before.
+    // A new layout of the window's areas is stacked above what was there before.
     if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest)
         m_placeTimer.start(0);
     return QObject::eventFilter(object, event);
@@ -59,7 +59,7 @@ void ToastStack::notificationSent(Vs::NotificationEvent* event)
     if (notification->quiet() || notification->seen() || !active || active->widget() != m_window)
         return;
     auto* toast = new NotificationRow(notification, NotificationRow::Place::Toast, m_window);
-    // Closing it is for now: it stays in the list.
+    // Closing only hides it for now: it stays in the list.
     toast->onClose([this, notification] {
         Vs::NotificationCenter::get()->markSeen(notification);
         take(notification);
@@ -83,12 +83,13 @@ void ToastStack::take(const Vs::Notification* notification)
     NotificationRow* toast = *found;
     m_toasts.erase(found);
     toast->hide();
-    // It may be what calls.
+    // It may be the caller.
     toast->deleteLater();
     m_placeTimer.start(0);
 }
 
-/// What people work with at the foot of the window (the command box, the bars over a view) stays free.
+/// The things that users work with at the foot of the window (the command box, the bars over a view) stay
+/// uncovered.
 int ToastStack::freeBottom(const QRect& column) const
 {
     int bottom = column.bottom() + 1 - kDistance;

@@ -46,7 +46,7 @@ bool TypedAhead::goesIntoField(const QObject* window)
 
 bool TypedAhead::eventFilter(QObject* object, QEvent* event)
 {
-    // Events come to the native window first, which hands them on to whatever has the focus.
+    // Events reach the native window first, which passes them on to whatever has the focus.
     if (event->type() != QEvent::KeyPress || event == m_sent || !object->isWindowType())
         return false;
     const bool waits = m_held > 0 || m_sent || !m_keys.empty();
@@ -61,7 +61,7 @@ bool TypedAhead::eventFilter(QObject* object, QEvent* event)
 
 void TypedAhead::send()
 {
-    // One of them may start work, which holds the others.
+    // One of them may start work, which holds back the others.
     if (m_sent)
         return;
     while (!m_keys.empty() && m_held == 0) {

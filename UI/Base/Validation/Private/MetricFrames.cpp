@@ -41,14 +41,14 @@ void MetricFrames::draw(State& state, bool moving)
     for (GraphicsCanvas* canvas : canvases) {
         if (!serves(canvas))
             continue;
-        // What a program with a window doesn't show doesn't count as a picture.
+        // What a program with a window doesn't show doesn't count as a frame.
         if (inWindow) {
             canvas->repaintNow();
             continue;
         }
         canvas->view()->update();
         Vs::Scene::Image image;
-        Vs::Status status; // What cannot be drawn here is a metric without pictures, which is reported there.
+        Vs::Status status; // If it can't be drawn here, the metric has no frames, which is reported there.
         state.drewWindowless |=
             drawCanvas(*canvas, canvas->view()->viewFragments(), moving, 1, image, status);
     }

@@ -6,12 +6,12 @@ namespace Vu {
 
 class GraphicsCanvas;
 
-/// Draws what nobody else would draw in time for a metric to see it: canvases without a widget, and during a
-/// replay those that have one, since its lines leave windows no time to paint. Main thread only.
+/// Draws what nobody else would draw in time for a metric: canvases without a widget, and during a replay
+/// also those with one, since its lines leave windows no time to paint. Main thread only.
 class MetricFrames
 {
 public:
-    /// Whether the canvas shows something and is to be drawn here.
+    /// Whether the canvas shows something and must be drawn here.
     static bool serves(const GraphicsCanvas* canvas);
 
     /// At the end of the event, once for all calls. `moving` as for drawCanvas.
