@@ -53,7 +53,7 @@ namespace {
 const bool registered = [] {
     NotifyAutoSaveFilesCmd::dialog([] {
         Application::get()->needGui();
-        // One at a time: what an earlier dialog lists may be gone.
+        // One at a time: files listed by an earlier dialog may be gone.
         static QPointer<QTFileRecovery> dialog;
         delete dialog;
         dialog = new QTFileRecovery;

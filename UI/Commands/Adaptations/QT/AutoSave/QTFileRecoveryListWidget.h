@@ -22,7 +22,7 @@ class QTFileRecoveryListWidget : public QListWidget
 public:
     explicit QTFileRecoveryListWidget(QWidget* parent);
 
-    /// Shows what is offered now.
+    /// Shows the present offers.
     void fill();
 
     QSize sizeHint() const override;

@@ -22,7 +22,7 @@ namespace Vu::Commands {
 namespace {
 
 constexpr int kIconSize = 32, kSpacing = 12, kRowSpacing = 8;
-constexpr size_t kMostRows = 8; // the dialog shows them all
+constexpr size_t kMostRows = 8; // The dialog shows them all.
 
 QString noteOf(const Vs::AutoSavedFileInfo& file)
 {
@@ -125,7 +125,7 @@ QWidget* RecoveredSection::makeRow(const Vs::AutoSavedFileInfo& file, QWidget* p
         made->setObjectName(QLatin1String(name));
         made->setAccessibleDescription(row->accessibleName());
         layout->addWidget(made);
-        // After the click, since the row goes with the file.
+        // After the click, since the row is removed with the file.
         connect(made, &QPushButton::clicked, this,
                 [this, file, action] { QTimer::singleShot(0, this, [file, action] { action(file); }); });
     };

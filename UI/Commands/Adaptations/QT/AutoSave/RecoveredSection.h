@@ -7,7 +7,7 @@
 namespace Vu::Commands {
 
 /// What crashed runs left: a row for each of the newest files, with buttons for its actions. The section is
-/// absent as long as there is nothing, or nobody has looked yet.
+/// absent as long as there is nothing, or nothing has been looked up yet.
 class RecoveredSection : public TileSection, private Vs::AutoSaveEventSite
 {
 public:

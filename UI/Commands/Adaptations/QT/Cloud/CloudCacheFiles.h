@@ -13,7 +13,7 @@ namespace Vu::Commands::CloudCacheFiles {
 struct Usage
 {
     std::uint64_t bytes = 0;
-    /// Of files that are unchanged from the drive's, and that no document has open.
+    /// Of files identical to those on the drive, and open in no document.
     std::uint64_t removableBytes = 0;
     std::vector<boost::filesystem::path> removable;
 };

@@ -11,8 +11,8 @@
 
 namespace Vu::Commands {
 
-/// The content of one folder of the drive as a table: name, size, when it was changed. Folders come first.
-/// Ten thousand entries cost one sort; a row's texts are made when it is drawn.
+/// The content of one folder of the drive as a table: name, size, time of change. Folders come first. Ten
+/// thousand entries cost one sort; a row's texts are created when it is drawn.
 class CloudFolderModel : public QAbstractTableModel
 {
 public:
@@ -43,7 +43,7 @@ private:
     {
         size_t node;
         QString name;
-        QDateTime modified; ///< Local; invalid if the server doesn't tell.
+        QDateTime modified; ///< Local; invalid if the server doesn't provide it.
         bool isFolder;
         std::uint64_t size;
     };

@@ -103,7 +103,7 @@ void CloudHead::enable(bool isRead, bool isBusy)
         each->setEnabled(!isBusy);
 }
 
-/// Whoever searches has not chosen yet: Return must not press the dialog's button.
+/// A user who is searching has not chosen yet: Return must not press the dialog's button.
 bool CloudHead::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == m_search && event->type() == QEvent::KeyPress) {

@@ -13,7 +13,7 @@ namespace Vu::Commands {
 
 class CloudFolderModel;
 
-/// The content of the folder that is shown, or a line of text if it is empty.
+/// The content of the shown folder, or a line of text if it is empty.
 class CloudList : public QTreeView
 {
 public:
@@ -24,13 +24,13 @@ public:
     };
     CloudList(CloudFolderModel* model, Actions actions, QWidget* parent);
 
-    /// Null if nothing is selected; the model's, and so only good until the next folder.
+    /// Null if nothing is selected; owned by the model, and so only valid until the next folder.
     const Vs::SkyvaultNodeData* selected() const;
     QString selectedName() const;
-    /// After the folder `left` was left for the one that is shown: going up makes the previous folder the
-    /// current row. Otherwise the first row is current, and selected only with `selects`.
+    /// After going from the folder `left` to the shown one: going up makes the previous folder the current
+    /// row. Otherwise the first row is current, and selected only with `selects`.
     void stand(const std::string& left, bool selects);
-    /// What stands there while no row does.
+    /// The text shown while there are no rows.
     void emptyText(const QString& text);
 
 protected:

@@ -1,5 +1,5 @@
 // What the window shows of documents on the cloud drive: their state after their names, and the arrival of
-// what had been waiting.
+// pending ones.
 
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Document.h"
@@ -14,8 +14,8 @@
 namespace Vu::Commands {
 namespace {
 
-/// A document that is as on the drive, or changed only here, needs no words: the mark in the title says it as
-/// always.
+/// A document that is as on the drive, or changed only here, needs no remark: the mark in the title is
+/// enough.
 std::wstring remarkOf(const Vs::Document& document)
 {
     if (document.path().empty())
@@ -71,7 +71,7 @@ private:
         DocumentRemarkSource::get()->fireDocumentRemarksChanged(&event);
     }
 
-    std::set<boost::filesystem::path> m_sent; ///< What is on its way now.
+    std::set<boost::filesystem::path> m_sent; ///< The present transfers.
 };
 
 const DocumentRemark kRemark(remarkOf);

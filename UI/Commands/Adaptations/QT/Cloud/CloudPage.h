@@ -6,8 +6,8 @@
 
 namespace Vu::Commands {
 
-/// The page of the preferences about the cloud drive: whether it is enabled, who is signed in where, what the
-/// server was found to do, what waits to be sent, and how much disk the local copies take.
+/// The preferences page for the cloud drive: whether it is enabled, who is signed in where, the detected
+/// capabilities of the server, pending uploads, and the disk space of the local copies.
 class CloudPage : public ServicePage, private Vs::CloudEventSite, private Vs::OptionEventSite
 {
 public:

@@ -11,7 +11,7 @@
 
 namespace Vu::Commands {
 namespace {
-/// A folder's name may be as long as it likes.
+/// A folder's name may be of any length.
 constexpr int kLongest = 180;
 } // namespace
 
@@ -29,7 +29,7 @@ void CloudPath::show(const std::string& folder)
     while (QLayoutItem* item = m_row->takeAt(0)) {
         if (QWidget* gone = item->widget()) {
             gone->hide();
-            gone->deleteLater(); // One of them may be what asked.
+            gone->deleteLater(); // One of them may be the sender.
         }
         delete item;
     }
@@ -56,7 +56,7 @@ void CloudPath::add(const QString& title, const std::string& folder, bool isLast
         button->setIcon(iconOf(Resources::Cloud()));
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     }
-    // An ampersand is just that, and doesn't mark a letter.
+    // An ampersand is literal, not a mnemonic.
     QString shown = fontMetrics().elidedText(title, Qt::ElideMiddle, kLongest);
     shown.replace(QLatin1Char('&'), QStringLiteral("&&"));
     button->setText(isLast ? shown : shown + QStringLiteral("  \u203a"));

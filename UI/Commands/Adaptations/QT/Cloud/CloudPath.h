@@ -9,12 +9,12 @@ class QHBoxLayout;
 
 namespace Vu::Commands {
 
-/// The path from the root of the drive to a folder, with a button for each folder. If it is long, those at
-/// the front that don't fit are left out.
+/// The path from the root of the drive to a folder, with a button for each folder. If it is too long, the
+/// ones at the front are left out.
 class CloudPath : public QWidget
 {
 public:
-    /// `go` is called with the identifier of the folder that was pressed.
+    /// `go` is called with the identifier of the pressed folder.
     CloudPath(std::function<void(const std::string&)> go, QWidget* parent);
 
     void show(const std::string& folder);

@@ -13,7 +13,7 @@ namespace Vu::Commands {
 [[nodiscard]] std::string inFolder(const std::string& folder, const QString& name);
 /// Why a name can't be that of a file or folder on a drive; empty if it can.
 [[nodiscard]] QString faultOfName(const QString& name);
-/// Asks for the name of a new folder until it is valid; empty if the person cancelled.
+/// Asks for the name of a new folder until it is valid; empty if the user cancelled.
 [[nodiscard]] QString askFolderName(QWidget* parent);
 
 } // namespace Vu::Commands

@@ -32,7 +32,7 @@ using Kind = CloudDialog::Kind;
 constexpr QSize kSize(720, 500);
 constexpr int kBorder = 16, kSpacing = 10;
 
-/// Where the last choice of this run was made.
+/// The place of the last choice in this run.
 std::string& lastFolder()
 {
     static std::string folder = "/";
@@ -107,7 +107,7 @@ CloudList* QTCloudDialog::makeList()
 CloudName* QTCloudDialog::makeName(const QString& name)
 {
     CloudName::Actions actions;
-    // Whoever types a name means the folder that is shown, no longer one that was selected in it.
+    // A user who types a name means the shown folder, no longer one that was selected in it.
     actions.begin = [this] {
         if (const Vs::SkyvaultNodeData* selected = m_list->selected(); selected && selected->isFolder())
             m_list->clearSelection();
@@ -191,7 +191,7 @@ void QTCloudDialog::take(Vs::SkyvaultNodeData folder, bool isAway)
     m_head->clearSearch();
     m_model->nodes(m_folder.children());
     m_head->show(m_folder.id());
-    // In a list for choosing a place, nothing is selected until the person does so.
+    // In a list for choosing a place, nothing is selected until the user does so.
     m_list->stand(folderAbove(left) == m_folder.id() ? left.substr(left.rfind('/') + 1) : std::string(),
                   m_request.kind == Kind::Document);
     tell({});
@@ -295,7 +295,7 @@ void QTCloudDialog::busy(bool value, const QString& what)
         m_message->hide();
     }
     showState();
-    // What is disabled loses the keyboard.
+    // A disabled widget loses the focus.
     if (!value && m_focus && m_focus->isEnabled())
         m_focus->setFocus();
 }
@@ -344,7 +344,7 @@ void QTCloudDialog::reject()
 void QTCloudDialog::showEvent(QShowEvent* event)
 {
     QDialog::showEvent(event);
-    // After the first picture, so that the window isn't empty meanwhile.
+    // After the first frame, so that the window isn't empty meanwhile.
     if (m_folder.id().empty())
         QMetaObject::invokeMethod(
             this,

@@ -19,20 +19,20 @@ class CloudHead;
 class CloudList;
 class CloudName;
 
-/// Lets a person choose a folder, a name or a document on the drive, going through it folder by folder. While
-/// a folder is read, the list waits, and Esc or Cancel stops reading; the previous content stays. While the
+/// Lets the user choose a folder, a name or a document on the drive, navigating folder by folder. While a
+/// folder is read, the list waits, and Esc or Cancel stops reading; the previous content stays. While the
 /// drive can't be reached, the list is that of the local copies, as a line below it says.
 class QTCloudDialog : public QDialog
 {
 public:
     QTCloudDialog(CloudDialog::Request request, const QString& name, QWidget* parent);
 
-    /// What was chosen, when the dialog was accepted: the folder with its children, or the document.
+    /// The choice, if the dialog was accepted: the folder with its children, or the document.
     const Vs::SkyvaultNodeData& node() const { return m_chosen; }
     QString name() const;
 
-    /// Reads a folder, or what is known of it where the drive can't be reached; if that fails, the dialog
-    /// says why and stays where it was. False then.
+    /// Reads a folder, or what is known of it if the drive can't be reached; if that fails, the dialog says
+    /// why, stays where it was and returns false.
     bool open(std::string folder);
 
     void accept() override;
@@ -59,10 +59,10 @@ private:
     void tell(const QString& text);
 
     CloudDialog::Request m_request;
-    Vs::SkyvaultNodeData m_folder; ///< The one that is shown, with its children.
+    Vs::SkyvaultNodeData m_folder; ///< The shown one, with its children.
     Vs::SkyvaultNodeData m_chosen;
-    QPointer<QWidget> m_focus; ///< Which had the keyboard when a request began.
-    bool m_isAway = false;     ///< What is shown is what this computer has.
+    QPointer<QWidget> m_focus; ///< Which had the focus when a request began.
+    bool m_isAway = false;     ///< The list shows what this computer has.
     bool m_isBusy = false;
     bool m_closes = false;
 

@@ -220,7 +220,7 @@ void QTCloudLoginDialog::go(Step step)
     showDefault();
 }
 
-/// Return presses the button of the way that the person has begun.
+/// Return presses the button of the method that the user has started to fill in.
 void QTCloudLoginDialog::showDefault()
 {
     const bool isTyped = !m_user->text().isEmpty() && !m_password->text().isEmpty();
@@ -332,7 +332,7 @@ void QTCloudLoginDialog::finish(const DriveResult& result)
     QString why = CloudTexts::failure(result);
     if (result.state == Vs::CloudErrorState::Unauthorized)
         why = text("CloudLoginWrong", "The server does not accept this name and password.");
-    // All but the keyring went well.
+    // Everything except the keyring succeeded.
     if (result.state == Vs::CloudErrorState::CacheFailed && m_keep->isChecked()) {
         why = text("CloudLoginNoKeyring", "The keyring of this desktop could not keep your password. Without "
                                           "\"Keep me signed in\", you "
@@ -363,7 +363,7 @@ void QTCloudLoginDialog::reject()
 
 void QTCloudLoginDialog::closeEvent(QCloseEvent* event)
 {
-    // A request has to come back first.
+    // A request must return first.
     m_closes = m_step == Step::Waiting;
     if (m_closes) {
         event->ignore();

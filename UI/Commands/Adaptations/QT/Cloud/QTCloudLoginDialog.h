@@ -12,8 +12,8 @@ class QPushButton;
 
 namespace Vu::Commands {
 
-/// Signs a person in to the cloud drive: first the address, then one of the ways that the server offers. It
-/// is accepted when somebody is signed in. While a request runs, Cancel and Esc cancel that; otherwise the
+/// Signs the user in to the cloud drive: first the address, then one of the methods that the server offers.
+/// It is accepted once the user is signed in. While a request runs, Cancel and Esc cancel that; otherwise the
 /// dialog. Errors are shown in the dialog.
 class QTCloudLoginDialog : public QDialog
 {
@@ -27,11 +27,11 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    /// What the dialog asks for now. Each shows its own rows.
+    /// The dialog's present question. Each shows its own rows.
     enum class Step {
         Address, ///< No server is known yet.
         Ways,    ///< How to sign in.
-        Waiting, ///< A request runs, or the person is in the browser.
+        Waiting, ///< A request is running, or the user is in the browser.
         Warning  ///< Signed in, on a server that doesn't protect concurrent changes.
     };
 
@@ -56,7 +56,7 @@ private:
     Vs::Cloud::DriveOffer m_offer;
     std::string m_browserAddress;
     Step m_step = Step::Address;
-    bool m_closes = false; ///< As soon as the request that runs has been given up.
+    bool m_closes = false; ///< Once the running request has been cancelled.
 
     QLineEdit* m_address = nullptr;
     QWidget* m_ways = nullptr;

@@ -25,7 +25,7 @@ namespace {
 
 constexpr int kSideMargin = 40, kSpacing = 12, kHomeWidth = 260, kHomeIcon = 32, kFootIcon = 18;
 
-/// A button for each favourite below a heading; not there as long as there are none. A press opens the item.
+/// A button for each favourite below a heading; absent while there are none. A press opens the item.
 class Favourites : public QWidget, private InputControlSite, private Vs::ItemhubEventSite
 {
 public:
@@ -124,7 +124,7 @@ private:
         button->setSizePolicy(home ? QSizePolicy::Fixed : QSizePolicy::Ignored, QSizePolicy::Fixed);
         if (home)
             button->setFixedWidth(kHomeWidth);
-        // An ampersand in a caption doesn't mark a letter. The style elides what is too long.
+        // An ampersand in a caption isn't a mnemonic. The style elides what is too long.
         button->setText(u' ' + QString(caption).replace(u'&', QStringLiteral("&&")));
         button->setAccessibleName(caption);
         PlainText::setTooltip(button, caption);

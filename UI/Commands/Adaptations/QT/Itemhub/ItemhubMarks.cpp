@@ -1,5 +1,5 @@
-// What the window shows of items' documents: after their names the progress of the newest save, and that a
-// version has arrived.
+// What the window shows of items' documents: after their names the progress of the newest save, and the
+// arrival of a version.
 
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Document.h"
@@ -82,7 +82,7 @@ private:
     }
 };
 
-/// Behind the first picture of the window, so that favourites and searches are there without a sign-in.
+/// After the window's first frame, so that favourites and searches are available without signing in again.
 void resumeLater()
 {
     if (Application::headless() || Application::testing() || !itemhubIsEnabled())

@@ -38,7 +38,7 @@ std::wstring accountText()
     return shown;
 }
 
-/// A line for each save that isn't at the service.
+/// A line for each save that the service doesn't have yet.
 std::wstring pendingText(const std::vector<Vs::UploadQueuedFileInfo>& files)
 {
     std::wstring lines;
@@ -85,7 +85,7 @@ ItemhubPage::ItemhubPage(QWidget* parent)
     });
     connect(m_send, &QPushButton::clicked, this, [] {
         ItemhubUtilities::get()->uploadNow();
-        // What failed asks whether to try again.
+        // A failed one asks whether to try again.
         click(ItemhubNotifyMessageCmdDef::info()->key());
     });
     m_subscriptions.add(Vs::ItemhubEventSource::get(), this);

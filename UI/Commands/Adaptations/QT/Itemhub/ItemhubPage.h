@@ -6,8 +6,8 @@
 
 namespace Vu::Commands {
 
-/// The page of the preferences about the lifecycle service: whether it is enabled, who is signed in where,
-/// what has not been sent yet, whether recovery files are attached to items, and whether its page asks first.
+/// The preferences page for the lifecycle service: whether it is enabled, who is signed in where, what has
+/// not been sent yet, whether recovery files are attached to items, and whether its page asks first.
 class ItemhubPage : public ServicePage, private Vs::ItemhubEventSite, private Vs::OptionEventSite
 {
 public:

@@ -17,9 +17,9 @@ namespace Commands {
 class QTSearchResultPanel;
 }
 
-/// Searches the lifecycle service while somebody types. One search runs at a time, and only the last text
-/// typed meanwhile is searched for: a burst of letters costs two searches, however long it is. Main thread
-/// only; the thread does nothing but ask.
+/// Searches the lifecycle service as the user types. One search runs at a time, and only the last text typed
+/// meanwhile is searched for: a burst of letters costs two searches, however long it is. Main thread only;
+/// the thread only sends the request.
 class ItemhubSearchHandler : public QObject, private Vs::ItemhubEventSite
 {
     Q_OBJECT
@@ -34,9 +34,9 @@ public:
     /// Repeats the last search, leaving the present results until the answer arrives.
     void searchAgain();
 
-    /// The text that was searched for last, or is being searched for.
+    /// The text last searched for, or being searched for.
     const std::wstring& currentQuery() const { return m_current; }
-    /// What waits for the running search to end; empty for nothing.
+    /// The text waiting for the running search to end; empty for none.
     const std::wstring& pendingQuery() const { return m_pending; }
     bool isSearching() const { return m_thread != nullptr; }
 
@@ -49,7 +49,7 @@ private:
 
     std::wstring m_current;
     std::wstring m_pending;
-    bool m_mode = false; ///< Of the running search: whether what is shown stays until it has ended.
+    bool m_mode = false; ///< For the running search: whether the shown results stay until it has ended.
     QPointer<Commands::QTSearchResultPanel> m_panel;
     Vs::IncrementalSearchThread* m_thread = nullptr; ///< Null while no search runs.
     Vs::Subscriptions m_subscriptions;

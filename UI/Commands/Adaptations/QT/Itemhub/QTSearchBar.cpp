@@ -37,7 +37,7 @@ QWidget* makeForToolbar(QWidget* parent)
 {
     auto* holder = new QFrame(parent);
     holder->setObjectName(QStringLiteral("strip"));
-    // What stands in the line of toolbars (see AreaStage).
+    // Its place in the toolbars' line (see AreaStage).
     holder->setProperty("standsInToolbarLine", true);
     auto* layout = new QHBoxLayout(holder);
     layout->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2 + 1);
@@ -138,7 +138,7 @@ bool QTSearchBar::eventFilter(QObject* watched, QEvent* event)
             return true;
         }
     } else if (event->type() == QEvent::FocusOut) {
-        // A click on a result takes the keyboard focus from nobody.
+        // Clicking a result doesn't take the keyboard focus.
         leave();
     } else if (event->type() == QEvent::FocusIn && m_panel && !m_edit->text().simplified().isEmpty()) {
         m_panel->open();

@@ -25,7 +25,7 @@ public:
     ~QTSearchBar() override;
 
     QLineEdit* edit() const { return m_edit; }
-    /// Null before anything was typed.
+    /// Null until something was typed.
     QTSearchResultPanel* panel() const { return m_panel; }
     ItemhubSearchHandler* handler() const { return m_handler; }
 
@@ -41,7 +41,7 @@ private:
     void leave();
 
     QLineEdit* m_edit;
-    QPointer<QTSearchResultPanel> m_panel; ///< Of the window, which may go first.
+    QPointer<QTSearchResultPanel> m_panel; ///< Of the window, which may be destroyed first.
     ItemhubSearchHandler* m_handler = nullptr;
     Vs::Subscriptions m_subscriptions;
 };

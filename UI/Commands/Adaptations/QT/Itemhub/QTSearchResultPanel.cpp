@@ -20,8 +20,7 @@ namespace {
 
 constexpr int kSide = 2, kGap = 3;
 constexpr int kLeastWidth = 320;
-/// As many as a person looks through; the service is asked for more, so that it is known whether there are
-/// any.
+/// As many as a user will look through; more are requested, to know whether there are any.
 constexpr int kMostRows = 8;
 
 void mark(QWidget* widget, bool selected)
@@ -94,7 +93,7 @@ QWidget* QTSearchResultPanel::sectionOf(int kind) const
 
 void QTSearchResultPanel::arrange()
 {
-    // It hangs on the bar's edge, where it begins.
+    // Attached to the bar's edge, where it begins.
     int y = kGap;
     const int inner = width() - 2 * kSide;
     const auto put = [&](QWidget* widget, int height) {
@@ -168,7 +167,7 @@ void QTSearchResultPanel::clearResults()
 {
     for (SearchResult* result : m_results) {
         result->hide();
-        // A click on it may be what has led here.
+        // A click on it may have led here.
         result->deleteLater();
     }
     m_results.clear();
@@ -201,7 +200,7 @@ void QTSearchResultPanel::clearSelection()
     m_selection = {kNothing, kNothing};
 }
 
-/// From the bar over all results and round again.
+/// From the bar through all results and round again.
 void QTSearchResultPanel::step(int by)
 {
     const int count = static_cast<int>(m_results.size()) + 1;
@@ -267,7 +266,7 @@ void QTSearchResultPanel::close()
     hide();
 }
 
-/// To where the bar is now.
+/// To the bar's present position.
 void QTSearchResultPanel::follow()
 {
     if (!m_window)

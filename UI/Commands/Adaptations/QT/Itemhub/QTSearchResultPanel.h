@@ -25,14 +25,14 @@ class QTSearchResultPanel : public QFrame
     Q_OBJECT
 
 public:
-    /// Of the sections, the bits that say whether they show.
+    /// The bits of the sections that say whether they are shown.
     enum Section {
         kSearching = 0, ///< While a search runs.
         kMessage = 1,   ///< Why nothing was found.
-        kMore = 2       ///< That there is more than is shown.
+        kMore = 2       ///< That there are more results than shown.
     };
 
-    /// Hangs on the bar, in whose window it lies.
+    /// Attached to the bar, in whose window it lies.
     explicit QTSearchResultPanel(QWidget* bar);
 
     /// Where it begins, in the window: the bar's lower left corner if it grows downwards, else the upper one.
@@ -43,22 +43,22 @@ public:
     void showSection(Section section, bool shown);
     [[nodiscard]] bool isShown(Section section) const { return m_shown.testBit(section); }
 
-    /// Shows what an event says; with `keep`, what was selected stays so if it was found again.
+    /// Shows an event's results; with `keep`, the selection stays if it was found again.
     void results(const Vs::ItemhubSearchResultsEvent& event, bool keep);
     const QVector<SearchResult*>& results() const { return m_results; }
     void clearResults();
 
-    /// What is selected: the kind, and its number among those of its kind.
+    /// The selection: the kind, and its index among those of its kind.
     enum Kind { kNothing = -1, kBar = 0, kSection1 = 1, kResult = 2, kSection0 = 3, kSection2 = 4 };
     const std::pair<int, int>& selection() const { return m_selection; }
     void select(int kind, int index);
     void clearSelection();
 
-    /// A key of the bar, which moves the selection, opens what is selected, or closes the panel. False for
-    /// one that the panel has no use for.
+    /// Handles a key of the bar, which moves the selection, opens what is selected, or closes the panel.
+    /// False for one that the panel doesn't use.
     [[nodiscard]] bool press(int key);
 
-    /// There is something to show, and the bar is in use.
+    /// Whether there is something to show, and the bar is in use.
     void open();
     void close();
     /// The function called to open an item.

@@ -46,7 +46,7 @@ private:
     void showNumbers(const QLineEdit* edited);
 
     ImageOptions* m_options;
-    ImageOptions m_window; ///< The record as it came: the size of the current window.
+    ImageOptions m_window; ///< The record as passed in: the size of the current window.
     ImageSizeModel m_model;
 
     QGroupBox* groupBoxTop;

@@ -8,8 +8,8 @@ namespace Vu::Commands {
 
 class LineNumberArea;
 
-/// The text of the transcript that the debugger has loaded, with its line numbers, break points and the line
-/// at which execution stands.
+/// The text of the transcript loaded in the debugger, with its line numbers, breakpoints and the line at
+/// which execution is paused.
 class QTDebugScriptTextEdit : public QPlainTextEdit, public Vs::IScriptDebugInfoObserver
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ public:
     /// In pixels, with room for the marks.
     int lineNumberAreaWidth() const;
     void paintLineNumbers(QPaintEvent* event);
-    /// Removes the break point from the line at this place of the area, or sets one.
+    /// Toggles the breakpoint on the line at this position of the area.
     void toggleBreakPoint(const QPoint& place);
 
 protected:

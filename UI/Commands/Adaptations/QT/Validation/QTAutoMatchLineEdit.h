@@ -9,8 +9,8 @@
 
 namespace Vu::Commands {
 
-/// A field that offers what was entered in it before, also in earlier sessions. Its history is a text file
-/// named after it in the folder for expendable files; if that fails, there is simply none.
+/// A field that suggests earlier entries, also from earlier sessions. Its history is a text file named after
+/// it in the folder for expendable files; if that fails, there is simply none.
 class QTAutoMatchLineEdit : public QLineEdit
 {
     Q_OBJECT
@@ -20,7 +20,7 @@ public:
     /// Writes the history.
     ~QTAutoMatchLineEdit() override;
 
-    /// Takes the present text into the history, unless it is there.
+    /// Adds the present text to the history, unless it is there.
     void rememberText();
 
 private:
