@@ -10,11 +10,11 @@ namespace Vu {
 /// The result of a check, and how far a number may deviate from its reference.
 struct CheckedValue
 {
-    std::wstring name; ///< As it stands in the file and in messages: "volume of Plate:1". In no language.
+    std::wstring name; ///< As written in the file and in messages: "volume of Plate:1". Not translated.
     ReferenceValue found;
     double relative = 0;    ///< Of the reference;
     double absolute = 0;    ///< The larger of the two counts.
-    std::wstring unit = {}; ///< Behind numbers in messages: "mm³".
+    std::wstring unit = {}; ///< After numbers in messages: "mm³".
 };
 
 /// Values whose names begin like this are not compared: they are reported as the reason if others differ.

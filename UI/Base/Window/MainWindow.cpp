@@ -224,11 +224,11 @@ void MainWindow::refresh()
     const AssetSession* session = SessionMgr::get()->activeAssetSession();
     const Vs::Document* document = session ? session->documentSession()->document() : nullptr;
     if (document)
-        title =
-            QString::fromStdWString(document->displayName())
-                // A name's literal text is doubled where it equals Qt's placeholder for a changed document.
-                .replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) +
-            QStringLiteral("[*]") + showHolder(document) + remarkOn(*document) + QStringLiteral(" \u2013 ");
+        title = QString::fromStdWString(document->displayName())
+                    // Doubled, Qt's placeholder for a changed document stays literal in a name.
+                    .replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) +
+                QStringLiteral("[*]") + showHolder(document) + remarkOn(*document) +
+                QStringLiteral(" \u2013 ");
     else
         m_readOnly->hide();
     setWindowTitle(title + QStringLiteral("Quillet"));

@@ -52,7 +52,7 @@ TEST_F(DesignFeedTest, TheFeedTellsWhatWasDoneByWhatAndLeadsBackAndForth)
     EXPECT_EQ(titles(), L"Cylinder Box* Before these steps ");
     const auto forward = feed()[0].action;
     answer(L"Design.New");
-    forward(); // Another document shows.
+    forward(); // Another document is shown.
     Application::get()->flushDeferredTasks();
     EXPECT_EQ(titles(), L"");
 

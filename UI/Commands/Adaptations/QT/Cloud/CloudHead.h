@@ -25,7 +25,7 @@ public:
     {
         std::function<void(const std::string&)> open; ///< A folder on the path.
         std::function<void()> goAbove, makeFolder, readAgain;
-        std::function<void(const QString&)> search; ///< At each letter.
+        std::function<void(const QString&)> search; ///< On each keystroke.
         std::function<void()> toList;               ///< From the search field, by Return or Down.
     };
     CloudHead(Actions actions, bool makesFolders, QWidget* parent);

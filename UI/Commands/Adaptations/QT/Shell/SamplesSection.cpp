@@ -11,7 +11,7 @@
 namespace Vu::Commands {
 namespace {
 
-/// Behind the click.
+/// After the click.
 void runLater(const std::wstring& line)
 {
     Application::get()->deferredTasks()->post([line] {

@@ -17,7 +17,7 @@ namespace {
 constexpr int kDescriptionWidth = 200;
 constexpr int kColumns = 2;
 
-/// "ShowEdges" as people read it: "Show Edges".
+/// "ShowEdges" as shown to the user: "Show Edges".
 QString spaced(const QString& name)
 {
     QString text;
