@@ -1,10 +1,10 @@
 #!/usr/bin/python3
-"""What a person does on the item service's page in a browser, beside a program that is tested.
+"""What a user does on the item service's page in a browser, beside the program under test.
 
-    clicks.py LINK ITEM OTHER    opens the page by a link that signs in, and has the program sign in anew, open an item's design that is found,
-                                 insert another one's into it, mark that version, and make an item; comments, links and bookmarks besides
+    clicks.py LINK ITEM OTHER    opens the page by a link that signs in, and has the program sign in again, open the design of an item it finds,
+                                 insert another one's into it, label that version, and create an item; also comments, links and bookmarks
 
-Prints what the page says each time. Ends with 77 where no browser is installed, and says what is missing.
+Prints what the page says each time. Exits with 77 if no browser is installed, and says what is missing.
 """
 
 import pathlib
@@ -25,7 +25,7 @@ def main(link, item, other):
         here = page.driver.current_url.split("#")[0]
 
         def asks(button, *inputs):
-            """Has the program do something, after what a dialog asks for it."""
+            """Has the program do something, after filling in the dialog for it."""
             page.click("main button", button)
             for name, value, choice in inputs:
                 page.type(f"dialog [name={name}]", value)

@@ -1,4 +1,4 @@
-"""A service whose clock is an hour from the program's: all works, since nobody compares its own time with the other one's."""
+"""A service whose clock is an hour off the program's: everything works, since neither compares its time with the other's."""
 
 import datetime
 import os
@@ -25,7 +25,7 @@ class ClocksTest(unittest.TestCase):
         return made.start()
 
     def lines(self, *lines):
-        """What the program answers, in a home of its own."""
+        """The program's answers, in a home folder of its own."""
         with tempfile.TemporaryDirectory() as home:
             words = [word for line in lines for word in ("--command", line)]
             environment = {**os.environ, "HOME": home, **{f"XDG_{name}_HOME": f"{home}/{name}" for name in ("CONFIG", "DATA", "CACHE")}}
@@ -43,7 +43,7 @@ class ClocksTest(unittest.TestCase):
                            "Design.Box 10 20 30", "Document.Save", "Itemhub.Wait 60")
                 made = datetime.datetime.fromisoformat(boss("GET", "/items/1").json["createdAt"])
                 self.assertAlmostEqual((made - datetime.datetime.now(datetime.UTC)).total_seconds(), ahead, delta=600, msg="it has another clock")
-                # Who signs requests learns the service's time from its refusal.
+                # A client that signs requests learns the service's time from its refusal.
                 consumer = dict(line.split(" ") for line in here.admin("consumer", "add", "acme", "Line").splitlines())
                 given = dict(line.split(" ") for line in here.admin("token", "add-signed", "acme", "boss", consumer["consumerKey"], "writer", 1).splitlines())
                 told = self.lines(

@@ -1,4 +1,4 @@
-"""Where no program runs, the page's link starts one through the desktop, which asks its user and does what the page wants."""
+"""If no program is running, the page's link starts one through the desktop; it asks its user and does what the page wants."""
 
 import os
 import pathlib
@@ -41,11 +41,11 @@ class ColdStartTest(service.ServiceTest):
                        stderr=subprocess.DEVNULL, check=True)
 
     def answered(self, asked, *keys):
-        """What the page is told once the question over the window was answered by keys."""
+        """What the page is told once the question over the window has been answered by keys."""
         windows = lambda: self.desktop.run("xdotool", "search", "--onlyvisible", "--class", "quillet").split()
         desktop.until(lambda: len(windows()) > 1)
         for _ in range(10):
-            time.sleep(1)  # Until it has the keyboard.
+            time.sleep(1)  # Until it has the focus.
             self.desktop.run("xdotool", "key", "--delay", "100", *keys)
             if (now := self.state(asked)) != "taken":
                 break
@@ -55,10 +55,10 @@ class ColdStartTest(service.ServiceTest):
         asked = self.ask("Wheel A")
         self.follow(asked["ticket"])
         desktop.until(lambda: self.state(asked) == "taken")
-        # Who presses Enter without reading refuses.
+        # Pressing Enter without reading refuses.
         self.assertEqual(self.answered(asked, "Left", "Left", "space"), "done")
         self.desktop.shows("Wheel A")
-        # The running program takes the next link, of which the first one's ticket is none any more.
+        # The running program takes the next link; the first one's ticket is no longer valid.
         other = self.ask("Wheel B")
         self.follow(asked["ticket"])
         desktop.until(lambda: self.state(other) == "taken")

@@ -1,4 +1,4 @@
-"""A desktop with a home, a keyring and a screen, on which the program is started by links, as browsers hand them over."""
+"""A desktop with a home folder, a keyring and a screen, on which links start the program, as browsers pass them on."""
 
 import contextlib
 import json
@@ -13,7 +13,7 @@ PROGRAMS = ("dbus-run-session", "gnome-keyring-daemon", "xdg-open", "update-desk
 
 
 def missing():
-    """What isn't installed for it; empty if nothing."""
+    """The programs it lacks; empty if none."""
     return ", ".join(name for name in PROGRAMS if not shutil.which(name))
 
 
@@ -27,7 +27,7 @@ def until(what, pause=0.002):
 
 
 class Desktop:
-    """A home, a keyring and a screen."""
+    """A home folder, a keyring and a screen."""
 
     def __init__(self, folder, root, display):
         self.home = folder / "home"
@@ -45,16 +45,16 @@ class Desktop:
         return subprocess.run([str(word) for word in words], env=self.environment, check=True, capture_output=True, text=True, **more).stdout
 
     def sign_in(self, address, token):
-        """As the program's own window does, which keeps what it signs in with."""
+        """As the program's own window does, which stores its credentials."""
         self.run("item_client", "", "keep", address, token)
 
     def trust(self, address):
-        """What "Always" in the program's question leaves behind."""
+        """The effect of "Always" in the program's question."""
         settings = next(self.home.rglob("Itemhub.json"))
         settings.write_text(json.dumps({**json.loads(settings.read_text()), "dashboards": [address]}))
 
     def end_programs(self):
-        """Those of this home."""
+        """Those of this home folder."""
         for process in pathlib.Path("/proc").glob("[0-9]*"):
             with contextlib.suppress(OSError):
                 if (process / "comm").read_text().strip() == "quillet" and f"HOME={self.home}\0".encode() in (process / "environ").read_bytes():

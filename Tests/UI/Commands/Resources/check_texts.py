@@ -17,7 +17,7 @@ LITERALS = r'((?:"(?:[^"\\]|\\.)*"\s*)+)'
 CALL = re.compile(r'\b(?:localized|localizedFormat|text|told|panelText|getLocalizedString)\(\s*(?:(?:L"\w+"|kDomain),\s*)?"(\w+)",\s*' + LITERALS)
 ROW = re.compile(r'\.key = L"(\w+)",\s*\.title = ' + LITERALS + r'(?:,\s*\.titleKey = "(\w+)")?')
 TOOLTIP = re.compile(r'\.tooltip = ' + LITERALS + r',\s*\.tooltipKey = "(\w+)"')
-# Without a key of its own a tooltip has the command's, with "Desc" behind it.
+# A tooltip without a key of its own has the command's with "Desc" appended.
 DESCRIBED = re.compile(ROW.pattern + r',\s*\.tooltip = ' + LITERALS + r'(?!,\s*\.tooltipKey)')
 PREFERENCE = re.compile(r'\bL"\w+\.\w+",\s*"(\w+)",\s*' + LITERALS)
 KEYED = re.compile(r"<\w+\s[^>]*\b\w+Key=[^>]*>")
