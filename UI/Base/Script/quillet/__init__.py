@@ -1,7 +1,7 @@
 """The application that this interpreter runs in; outside of it, importing this starts one without a window.
 
 Every text command is a function of its area's module (`import Design`). This package sees the same model as
-objects. Lengths are in mm, areas in mm2, volumes in mm3, angles in radians. What fails raises CommandError with
+objects. Lengths are in mm, areas in mm2, volumes in mm3, angles in radians. Failures raise CommandError with
 the reason.
 
     import quillet

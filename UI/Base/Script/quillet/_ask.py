@@ -1,4 +1,4 @@
-"""The answers of the area Script, and the lines that tell where it all lies."""
+"""The answers of the area Script, and the functions of other lines."""
 
 import json
 from typing import Any, Callable, Dict

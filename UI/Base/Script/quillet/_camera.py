@@ -42,5 +42,5 @@ class Camera:
         line("Commands.Start")("FitCommand")
 
     def zoom(self, factor: float) -> None:
-        """Makes what is seen `factor` times as large."""
+        """Magnifies the view by `factor`."""
         line("Camera.ZoomIn")(factor)

@@ -1,4 +1,4 @@
-"""Colours as people write them, and as models keep them: as shares of light."""
+"""Colours as people write them, and as models store them: as linear light."""
 
 import math
 from typing import Optional, Sequence, Tuple, Union

@@ -19,11 +19,11 @@ def command(name: Optional[str] = None, *, title: Optional[str] = None,
 def command(name: Union[str, Callable[[], object], None] = None, *, title: Optional[str] = None,
             key: str = "", icon: Union[str, "os.PathLike[str]"] = "") -> Any:
     """Makes a function a command of the program: @quillet.command(title="Flange", key="Ctrl+Shift+F",
-    icon="flange.png"). The menu Tools has it among the scripts, the search finds it by its title, the key runs it,
-    and so does its line, Scripts.NAME, which a recording has of it. The name is the function's own unless another
-    is given, and its docstring tells what it does. The icon is a PNG file, or a folder with 16x16.png, 24x24.png,
-    32x32.png and 64x64.png, beside the script if its path isn't a whole one. To have a command at each start, put
-    the script into the folder autorun."""
+    icon="flange.png"). It appears among the scripts in the menu Tools, the search finds it by its title, and it is
+    run by the key or by its line, Scripts.NAME, which is also what a recording contains. The name is the
+    function's own unless another is given, and its docstring is the description. The icon is a PNG file, or a
+    folder with 16x16.png, 24x24.png, 32x32.png and 64x64.png; a relative path is relative to the script. To have a command at
+    each start, put the script into the folder autorun."""
     if callable(name):
         return _define(name, None, None, "", "")
     return lambda function: _define(function, name, title, key, os.fspath(icon))

@@ -11,12 +11,12 @@ Path = Union[str, "os.PathLike[str]"]
 
 @dataclass(frozen=True)
 class Document:
-    """An open document, as it was when it was asked for."""
+    """An open document, in its state when it was queried."""
 
-    session: str  #: How lines such as VuCommands.AssetShellCmd name its active model.
+    session: str  #: The name of its active model in lines such as VuCommands.AssetShellCmd.
     name: str
-    path: str  #: Empty for one that was never saved.
-    changed: bool  #: Since it was saved.
+    path: str  #: Empty if it was never saved.
+    changed: bool  #: Since it was last saved.
     active: bool
     assets: Tuple[str, ...]  #: The names of its visible models.
 
@@ -29,7 +29,7 @@ class Document:
             raise CommandError(f'"{self.name}" is not open any more.')
 
     def save(self) -> None:
-        """Saves it where it lies. One that was never saved needs save_as."""
+        """Saves it to its own file. A document that was never saved needs save_as."""
         self.activate()
         line("Document.Save")()
 
@@ -40,14 +40,14 @@ class Document:
         return _active()
 
     def export(self, path: Path) -> None:
-        """Writes what is visible of its active design in the format that the suffix says: .step, .iges, .brep,
-        .stl, .obj, .gltf, .glb. The line Design.Export knows more, such as units and how fine it is to be."""
+        """Writes the visible parts of its active design in the format given by the suffix: .step, .iges, .brep,
+        .stl, .obj, .gltf, .glb. The line Design.Export has more options, such as units and mesh quality."""
         self.activate()
         line("Design.Export")(path)
 
     def close(self, discard: bool = False) -> None:
-        """Closes it. What isn't saved is asked about, and without anybody to ask a CommandError;
-        with `discard` it is lost."""
+        """Closes it. Unsaved changes are asked about, or raise CommandError if there is nobody to ask;
+        with `discard` they are lost."""
         self.activate()
         if discard:
             line("Script.DiscardChanges")()
@@ -69,13 +69,13 @@ def active_document() -> Optional[Document]:
 
 
 def open_document(path: Path) -> Document:
-    """Opens a document, or a file of any format that is read."""
+    """Opens a document, or a file of any supported format."""
     line("Document.Open")(path)
     return _active()
 
 
 def new_document() -> Document:
-    """Makes a document with an empty design."""
+    """Creates a document with an empty design."""
     line("Design.New")()
     return _active()
 

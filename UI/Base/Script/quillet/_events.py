@@ -1,4 +1,4 @@
-"""What scripts are told of as it happens."""
+"""Events that scripts can handle."""
 
 from typing import Any, Callable, Dict, List, Optional, TypeVar, Union, overload
 
@@ -17,7 +17,7 @@ def _heard(event: str) -> None:
     for handler in list(_handlers[event]):
         try:
             handler()
-        except Exception as error:  # It keeps nothing from the others, and is told by whoever has called.
+        except Exception as error:  # The other handlers still run; the caller reports it.
             failure = failure or error
     if failure is not None:
         raise failure
@@ -33,9 +33,9 @@ def on(event: str, function: H) -> H: ...
 
 def on(event: str, function: Optional[Any] = None) -> Union[Any, Callable[[Any], Any]]:
     """Has a function called after each change of the "selection", of a "document" (opened, closed, saved, another
-    one active) or of the "model": when the line that did it is at its end, and once for all that it did. Before
-    the application closes ("closing"), one that returns False keeps it open. Returns the function, and so
-    stands before one, too: @quillet.on("model")."""
+    one active) or of the "model": at the end of the line that made the changes, once for all of them. Before
+    the application closes ("closing"), a function that returns False keeps it open. Returns the function, so it
+    is also a decorator: @quillet.on("model")."""
     global _listens
     if event != "closing" and event not in _EVENTS:
         raise ValueError(f'there is no event "{event}"; there are selection, document, model and closing')
@@ -52,5 +52,5 @@ def on(event: str, function: Optional[Any] = None) -> Union[Any, Callable[[Any],
 
 
 def off(event: str, function: Handler) -> None:
-    """Calls it no more."""
+    """Stops calling it."""
     _handlers[event].remove(function)

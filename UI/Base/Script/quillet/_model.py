@@ -17,7 +17,7 @@ def _bounds(key: str) -> Optional[Bounds]:
 
 
 class Body:
-    """The body of a component, as it is now. Measured at the first question, and once for all that share it."""
+    """The body of a component, in its present state. Measured on first use, and once for all that share it."""
 
     __slots__ = ("_component", "_facts", "_parts", "_revision")
 
@@ -58,14 +58,15 @@ class Body:
 
     @property
     def centre(self) -> Triple:
-        """The centre of mass, in the model's coordinates; of the area where it isn't closed."""
+        """The centre of mass, in the model's coordinates; that of its area if it isn't closed."""
         x, y, z = self._fact("centre")
         return (x, y, z)
 
     @property
     def inertia(self) -> Tuple[Triple, Triple, Triple]:
-        """The tensor of inertia about the centre of mass, along the model's axes, in mm5: times a density it is that of
-        a mass. The products of inertia stand off the diagonal, with their sign. CommandError if the body isn't closed."""
+        """The inertia tensor about the centre of mass, along the model's axes, in mm5: multiply it by a density for
+        that of the mass. Off the diagonal are the products of inertia, with their sign. CommandError if the body
+        isn't closed."""
         if not self.closed:
             raise _quillet.CommandError(f'"{self._component.name}" isn\'t closed, so that it has no volume.')
         x, y, z = self._fact("inertia")
@@ -73,7 +74,7 @@ class Body:
 
     @property
     def closed(self) -> bool:
-        """Whether it encloses a space, so that its volume is one."""
+        """Whether it encloses a space, so that its volume is meaningful."""
         return bool(self._fact("closed"))
 
     @property
@@ -94,7 +95,7 @@ class Body:
 
     @property
     def edges(self) -> Edges:
-        """Its edges, without those that nobody sees, such as the seam of a cylinder."""
+        """Its edges, without invisible ones such as the seam of a cylinder."""
         return self._all().edges
 
     @property
@@ -103,14 +104,14 @@ class Body:
 
     @property
     def bounds(self) -> Optional[Bounds]:
-        """The lowest and the highest corner of its triangles, in the model's coordinates."""
+        """The lowest and the highest corner of its triangles' bounding box, in the model's coordinates."""
         return _bounds(self._component._key)
 
     @property
     def mesh(self) -> Dict[str, memoryview]:
-        """Its triangles as they are shown, in its own coordinates, as buffers that numpy.asarray takes without copying:
-        positions, normals, triangles, faces (first triangle, how many, colour), edge_points, edge_starts,
-        vertices. They stay as they are when the body changes."""
+        """Its triangles as displayed, in its own coordinates, as buffers that numpy.asarray takes without copying:
+        positions, normals, triangles, faces (first triangle, count, colour), edge_points, edge_starts,
+        vertices. They don't change with the body."""
         return _quillet.mesh(self._component._key)
 
     def __eq__(self, other: object) -> bool:
@@ -124,8 +125,8 @@ class Body:
 
 
 class _ColourOfComponent:
-    """Red, green and blue of the screen, each from 0 to 255, that it has of its own, or its body has; None if it
-    has none. It takes such three, a text such as "#2f86e0" or "Teal", or None for none of its own."""
+    """Its own colour, or that of its body, as red, green and blue of the screen, each from 0 to 255; None if it
+    has none. Can be set to three such numbers, to a text such as "#2f86e0" or "Teal", or to None to remove it."""
 
     @overload
     def __get__(self, owner: None, kind: Any = None) -> "_ColourOfComponent": ...
@@ -141,8 +142,8 @@ class _ColourOfComponent:
 
 
 class Component:
-    """A component of a model. It stays the same whatever it is called and wherever it is put, and tells what is
-    so now. What is given to it (name, visible, colour, opacity, placement) is given to the model, each as one step."""
+    """A component of a model. It stays the same object when it is renamed or moved, and its properties are always
+    the present ones. Setting one (name, visible, colour, opacity, placement) changes the model, in one step."""
 
     __slots__ = ("_key", "_facts", "_revision", "_body", "_children")
 
@@ -163,7 +164,7 @@ class Component:
 
     @property
     def path(self) -> str:
-        """As the lines take it, such as "Plate:1/Bolt:2"; empty for the model itself."""
+        """Its path as used in lines, such as "Plate:1/Bolt:2"; empty for the model itself."""
         return str(self._told()["path"])
 
     @property
@@ -191,7 +192,7 @@ class Component:
 
     @property
     def opacity(self) -> float:
-        """From 0, which nobody sees, to 1."""
+        """From 0, which is invisible, to 1."""
         colour = self._own_colour()
         return float(colour[3]) if colour else 1.0
 
@@ -255,15 +256,15 @@ class Component:
         return list(self._children)
 
     def walk(self) -> Iterator["Component"]:
-        """This component, and all below it."""
+        """This component and everything below it."""
         yield self
         for child in self.children:
             yield from child.walk()
 
     @property
     def bounds(self) -> Optional[Bounds]:
-        """The lowest and the highest corner of its triangles and those below it, in the model's coordinates;
-        None if there are none."""
+        """The lowest and the highest corner of the box around its triangles and those below it, in the model's
+        coordinates; None if there are none."""
         return _bounds(self._key)
 
     def __eq__(self, other: object) -> bool:
@@ -280,7 +281,7 @@ class Component:
 
 
 class _Selected:
-    """What was selected, while names change."""
+    """A selected object, while names change."""
 
     def __init__(self, path: str) -> None:
         self._component = component(path)
@@ -315,12 +316,12 @@ def model() -> Component:
 
 
 def component(path: str) -> Component:
-    """The component of that path."""
+    """The component with that path."""
     return Component(ask("Component", path))
 
 
 class Selection:
-    """What is selected in the active model, as paths."""
+    """The selection in the active model, as paths."""
 
     __slots__ = ()
 

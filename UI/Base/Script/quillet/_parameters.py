@@ -5,8 +5,8 @@ import _quillet
 
 
 class Parameters(Mapping[str, str]):
-    """What the run was given with `--set NAME=VALUE`, `out` among them, and what the replay around this script
-    has added. Text transcripts write `${NAME}`."""
+    """The values passed to the run with `--set NAME=VALUE`, including `out`, and those added by the replay around
+    this script. In text transcripts they are `${NAME}`."""
 
     def __getitem__(self, name: str) -> str:
         return _quillet.parameters()[name]

@@ -7,7 +7,7 @@ from ._ask import line
 
 @dataclass(frozen=True)
 class Picture:
-    """A picture of a view, which a notebook shows where a cell ends with it."""
+    """A picture of a view, which a notebook displays if it is the result of a cell."""
 
     width: int
     height: int
@@ -26,8 +26,8 @@ class Picture:
 
 
 def picture(width: int = 960, height: int = 600, transparent: bool = False) -> Picture:
-    """A picture of the active view, as its camera sees the model."""
-    # Takes long, and brings modules by whose names people call their scripts.
+    """A picture of the active view, from its camera."""
+    # Slow, and it imports modules whose names people give to their own scripts.
     import tempfile
 
     with tempfile.TemporaryDirectory() as folder:
@@ -39,7 +39,7 @@ def picture(width: int = 960, height: int = 600, transparent: bool = False) -> P
 
 
 def show(width: int = 960, height: int = 600, fit: bool = True) -> Picture:
-    """A picture of the whole model, for the end of a notebook's cell; with `fit=False` of what the camera sees."""
+    """A picture of the whole model, for the end of a notebook cell; with `fit=False` from the present camera."""
     if fit:
         line("Commands.Start")("FitCommand")
     return picture(width, height)

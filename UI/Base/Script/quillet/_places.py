@@ -1,4 +1,4 @@
-"""Places as matrices, and the lines that bring a component to one."""
+"""Placements as matrices, and the lines that move a component to one."""
 
 import math
 from typing import Iterator, Sequence, Tuple
@@ -11,7 +11,7 @@ Matrix = Tuple[Row, Row, Row, Row]
 Rows = Sequence[Sequence[float]]
 Triple = Tuple[float, float, float]
 
-#: Turns by less are those of a sum that isn't quite exact.
+#: Smaller rotations are rounding errors.
 _LEAST_TURN = 1e-12
 
 
@@ -21,7 +21,7 @@ def product(a: Rows, b: Rows) -> Matrix:
 
 
 def inverse(m: Rows) -> Matrix:
-    """Of what has a turn and, all directions alike, a scale."""
+    """Of a rotation with a uniform scale."""
     square = sum(m[k][0] * m[k][0] for k in range(3))
     turned = [[m[j][i] / square for j in range(3)] for i in range(3)]
     back = [-sum(turned[i][k] * m[k][3] for k in range(3)) for i in range(3)]
@@ -29,12 +29,12 @@ def inverse(m: Rows) -> Matrix:
 
 
 def turns_of(m: Rows) -> Iterator[Tuple[str, float]]:
-    """The turns about X, then Y, then Z that make the matrix's turn."""
+    """The rotations about X, then Y, then Z that make up the matrix's rotation."""
     across = math.hypot(m[2][1], m[2][2])
     if across > 1e-12:
         angles = (math.atan2(m[2][1], m[2][2]), math.atan2(-m[2][0], across), math.atan2(m[1][0], m[0][0]))
     else:
-        # About Y it is a quarter of a turn, and X and Z do the same.
+        # A quarter turn about Y, where X and Z have the same effect.
         angles = (math.atan2(-m[1][2], m[1][1]), math.atan2(-m[2][0], across), 0.0)
     for axis, angle in zip("XYZ", angles):
         if abs(angle) > _LEAST_TURN:
@@ -42,7 +42,7 @@ def turns_of(m: Rows) -> Iterator[Tuple[str, float]]:
 
 
 def about(axis: Sequence[float], angle: float) -> Matrix:
-    """A turn about an axis through the origin."""
+    """A rotation about an axis through the origin."""
     length = math.sqrt(sum(part * part for part in axis))
     if not length > 0:
         raise ValueError("an axis isn't zero")
@@ -80,7 +80,7 @@ def move(path: str, motion: Rows, name: str) -> None:
 
 
 def place(key: str, placement: Rows) -> None:
-    """Brings a component to a place in its parent."""
+    """Moves a component to a placement in its parent."""
     check(placement)
     told = ask("Component", key, Id=True, Place=True)
     now, own = told["place"], told["placement"]

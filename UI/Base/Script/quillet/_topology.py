@@ -12,12 +12,12 @@ Triple = Tuple[float, float, float]
 Direction = Union[str, Sequence[float]]
 
 _AXES: Dict[str, Triple] = {"X": (1.0, 0.0, 0.0), "Y": (0.0, 1.0, 0.0), "Z": (0.0, 0.0, 1.0)}
-#: The sine of an angle that nobody means.
+#: The sine of an angle that counts as zero.
 _PARALLEL = 1e-6
 
 
 class Axis(NamedTuple):
-    """A line that something is around."""
+    """The axis of something round."""
 
     point: Triple
     direction: Triple
@@ -47,7 +47,7 @@ def _are_parallel(a: Triple, b: Triple) -> bool:
 
 
 class Part:
-    """A part of a body, as it was when it was asked for. Its path goes with it when the body changes."""
+    """A part of a body, in its state when it was queried. Its path follows it when the body changes."""
 
     __slots__ = ("_parts", "_index", "_told", "_path", "_revision")
     _kind = "Part"
@@ -61,8 +61,8 @@ class Part:
 
     @property
     def path(self) -> str:
-        """As lines take it, such as "Plate:1/Body1/Edge3". Raises CommandError where the body has changed so
-        that it is gone, or has become several."""
+        """Its path as used in lines, such as "Plate:1/Body1/Edge3". Raises CommandError if a change of the body has
+        removed it, or split it."""
         revision = _quillet.revision()
         if revision != self._revision:
             parts = self._parts
@@ -72,12 +72,12 @@ class Part:
 
     @property
     def number(self) -> int:
-        """The one in its path, from 1."""
+        """The number in its path, from 1."""
         return self._index + 1
 
     @property
     def kind(self) -> str:
-        """Of a face plane, cylinder, cone, sphere, torus or freeform; of an edge line, circle or curve; vertex."""
+        """For a face plane, cylinder, cone, sphere, torus or freeform; for an edge line, circle or curve; vertex."""
         return str(self._told[0])
 
     def __eq__(self, other: object) -> bool:
@@ -123,7 +123,7 @@ class _Sized(Part):
 
     @property
     def radius(self) -> Optional[float]:
-        """Of what is round; of a torus that of its tube. None of others, and of a cone."""
+        """The radius of round ones; for a torus that of its tube. None for others, and for a cone."""
         radius = self._told[3]
         return None if radius is None else float(radius)
 
@@ -152,17 +152,17 @@ class Edge(_Sized):
 
     @property
     def direction(self) -> Optional[Triple]:
-        """Of a straight one."""
+        """The direction of a straight edge."""
         return _triple(self._told[1]) if self._told[0] == "line" else None
 
     @property
     def axis(self) -> Optional[Axis]:
-        """Of a circle."""
+        """The axis of a circle."""
         return Axis(_triple(self._told[2]), _triple(self._told[1])) if self._told[0] == "circle" else None
 
     @property
     def vertices(self) -> "Vertices":
-        """Its ends; none of a whole circle without a seam, and one of it with a seam."""
+        """Its ends; for a full circle none without a seam, and one with a seam."""
         parts = self._parts
         return Vertices(parts.vertices[i] for i in self._told[4])
 
@@ -198,12 +198,12 @@ class Face(_Sized):
 
     @property
     def normal(self) -> Optional[Triple]:
-        """Of a flat one, away from the body."""
+        """The normal of a flat face, pointing away from the body."""
         return _triple(self._told[1]) if self._told[0] == "plane" else None
 
     @property
     def axis(self) -> Optional[Axis]:
-        """Of a cylinder, a cone or a torus."""
+        """The axis of a cylinder, a cone or a torus."""
         if self._told[0] not in ("cylinder", "cone", "torus"):
             return None
         return Axis(_triple(self._told[2]), _triple(self._told[1]))
@@ -239,7 +239,7 @@ L = TypeVar("L", bound="PartList[Any]")
 
 
 class PartList(Sequence[P], Generic[P]):
-    """Parts of a body, in their order; each filter gives another such list."""
+    """Parts of a body, in order; each filter returns another such list."""
 
     __slots__ = ("_all",)
 
@@ -266,7 +266,7 @@ class PartList(Sequence[P], Generic[P]):
         return isinstance(other, Sequence) and list(self) == list(other)
 
     def __add__(self: L, other: Iterable[Any]) -> L:
-        """These, and those of the others that aren't among them."""
+        """These, followed by those of the others that aren't among them."""
         return type(self)([*self._all, *(each for each in other if each not in self._all)])
 
     def __sub__(self: L, other: Iterable[Any]) -> L:
@@ -279,7 +279,7 @@ class PartList(Sequence[P], Generic[P]):
 
     @property
     def paths(self) -> List[str]:
-        """As lines take them."""
+        """Their paths as used in lines."""
         return [each.path for each in self._all]
 
     def where(self: L, test: Callable[[Any], bool]) -> L:
@@ -294,24 +294,24 @@ class PartList(Sequence[P], Generic[P]):
         return type(self)(each for each in self._all if each.kind in kinds)
 
     def along(self: L, direction: Direction) -> L:
-        """From the one whose centre lies least far in the direction to the one that lies farthest: the highest
-        face is faces.along("Z")[-1]."""
+        """Sorted by how far their centres are in the direction, the farthest last: the highest face is
+        faces.along("Z")[-1]."""
         to = direction_of(direction)
         return type(self)(sorted(self._all, key=lambda each: _dot(each.centre, to)))
 
     def farthest(self: L, direction: Direction, tolerance: float = 1e-6) -> L:
-        """Those whose centres lie farthest in the direction, all within the tolerance in mm."""
+        """Those whose centres are farthest in the direction, within the tolerance in mm."""
         to = direction_of(direction)
         far = [(_dot(each.centre, to), each) for each in self._all]
         most = max((how for how, _ in far), default=0.0)
         return type(self)(each for how, each in far if how >= most - tolerance)
 
     def near(self: L, point: Sequence[float]) -> L:
-        """From the one whose centre is nearest to the point to the farthest."""
+        """Sorted by the distance of their centres from the point, the nearest first."""
         return type(self)(sorted(self._all, key=lambda each: math.dist(each.centre, point)))
 
     def within(self: L, low: Sequence[float], high: Sequence[float]) -> L:
-        """Those whose centres lie in the box."""
+        """Those whose centres are in the box."""
         return type(self)(each for each in self._all
                           if all(a <= c <= b for a, c, b in zip(low, each.centre, high)))
 
@@ -323,7 +323,7 @@ class _SizedList(PartList[P]):
     __slots__ = ()
 
     def round(self: L, radius: Optional[float] = None, tolerance: float = 1e-6) -> L:
-        """Those that have a radius, or this one."""
+        """Those that have a radius, or this radius."""
         return type(self)(each for each in self._all if each.radius is not None
                           and (radius is None or abs(each.radius - radius) <= tolerance))
 
@@ -355,7 +355,7 @@ class Edges(_SizedList[Edge]):
         return self.on(one).on(other)
 
     def by_length(self) -> "Edges":
-        """From the shortest to the longest."""
+        """Sorted from the shortest to the longest."""
         return Edges(sorted(self._all, key=lambda each: each.length))
 
 
@@ -365,7 +365,7 @@ class Faces(_SizedList[Face]):
     __slots__ = ()
 
     def by_area(self) -> "Faces":
-        """From the smallest to the largest."""
+        """Sorted from the smallest to the largest."""
         return Faces(sorted(self._all, key=lambda each: each.area))
 
     def parallel_to(self, direction: Direction) -> "Faces":
@@ -400,7 +400,7 @@ def _once(kind: Type[L], parts: Iterable[Any]) -> L:
 
 
 class Parts:
-    """All parts of a body of one shape, asked for at once."""
+    """All parts of a body of one shape, queried together."""
 
     def __init__(self, key: str, path: str) -> None:
         self.revision = _quillet.revision()
@@ -446,7 +446,7 @@ class Parts:
         return self._keep("Edges", lambda: self._measured("Edges"))
 
     def _measured(self, what: str) -> List[Any]:
-        # What is measured now must be the shape whose parts these are.
+        # The shape measured now must be the one that these parts belong to.
         if _quillet.revision() != self.revision and str(ask("Parts", self.key, Id=True)["shape"]) != self.shape:
             raise _quillet.CommandError("The body has changed: ask it anew for its parts.")
         measured: List[Any] = ask("Extents", self.key, what, Id=True)

@@ -6,9 +6,9 @@ from ._ask import line
 
 @contextlib.contextmanager
 def transaction(name: str) -> Iterator[None]:
-    """What runs inside is one step of the undo list. An exception that leaves it takes it back; a line that
-    fails, and whose exception is caught inside, takes back nothing but itself. Inside another transaction it
-    is a part of that one, which is taken back with it; if it is taken back itself, the outer one goes on."""
+    """Everything inside is one step of the undo list. An exception that leaves it rolls it back; a failed line
+    whose exception is caught inside only undoes itself. Inside another transaction it is a part of that one, and
+    is rolled back with it; if it is rolled back itself, the outer one continues."""
     line("Script.BeginTransaction")(name)
     try:
         yield

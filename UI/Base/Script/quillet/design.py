@@ -1,4 +1,4 @@
-"""Makes and changes what is in the active design, and returns it as objects.
+"""Creates and edits components of the active design, and returns them as objects.
 
     from quillet import design
     plate = design.box(80, 50, 8, name="Plate")
@@ -115,18 +115,18 @@ def _combine(kind: str, target: Part, tools: Sequence[Any], keep: bool) -> Compo
 
 
 def join(target: Part, *tools: Union[Part, Iterable[Part]], keep: bool = False) -> Component:
-    """Makes one body of the target and the others, which are used up unless they are to be kept. Returns the
-    target, as the other two do."""
+    """Joins the target and the others into one body; the others are consumed unless `keep` is set. Returns the
+    target, as the other two functions do."""
     return _combine("Join", target, tools, keep)
 
 
 def subtract(target: Part, *tools: Union[Part, Iterable[Part]], keep: bool = False) -> Component:
-    """Takes the others away from the target."""
+    """Subtracts the others from the target."""
     return _combine("Subtract", target, tools, keep)
 
 
 def intersect(target: Part, *tools: Union[Part, Iterable[Part]], keep: bool = False) -> Component:
-    """Leaves of the target what it has in common with the others."""
+    """Reduces the target to what it has in common with the others."""
     return _combine("Intersect", target, tools, keep)
 
 
@@ -145,7 +145,7 @@ def fillet(edges: SomeEdges, radius: Length) -> Component:
 
 
 def chamfer(edges: SomeEdges, distance: Length) -> Component:
-    """Cuts the edges off, at the distance on both sides. Returns the component that has the first of them."""
+    """Chamfers the edges, by the distance on both sides. Returns the component that has the first of them."""
     return _blend("Chamfer", edges, distance)
 
 
@@ -158,7 +158,7 @@ def move(part: Part, by: Sequence[Length]) -> Component:
 
 
 def rotate(part: Part, axis: Direction, angle: Angle, about: Union[Point, str] = "Middle") -> Component:
-    """Turns a component about an axis through its middle, "Origin", or a point. Returns it."""
+    """Rotates a component about an axis through its middle, "Origin", or a point. Returns it."""
     turned = _object(part)
     if isinstance(axis, str) and axis.upper() in ("X", "Y", "Z"):
         centre = [about] if isinstance(about, str) else ["Point", *map(_length, about)]
@@ -179,15 +179,15 @@ def rotate(part: Part, axis: Direction, angle: Angle, about: Union[Point, str] =
 
 
 def copy(part: Part, by: Sequence[Length] = _ORIGIN) -> Component:
-    """Puts one more occurrence of the component that far from it: what is done to the body of one is done to
-    both. Returns the new one."""
+    """Adds another occurrence of the component at that offset: a change to the body of one changes both.
+    Returns the new one."""
     x, y, z = by
     return _added(lambda: line("Design.Copy")(path_of(part), _length(x), _length(y), _length(z)))[-1]
 
 
 def mirror(part: Part, across: str = "X", at: Length = 0.0) -> Component:
-    """Puts the component's mirror image on the other side of the plane across the axis. Returns the image, a part
-    of its own."""
+    """Adds the component's mirror image at the plane perpendicular to the axis. Returns the image, a separate
+    part."""
     return _added(lambda: line("Design.Mirror")(path_of(part), across.upper(), _length(at)))[-1]
 
 
@@ -217,7 +217,7 @@ def colour(things: Any, value: Union[Colour, str, None], opacity: float = 1.0) -
 
 
 def delete(*parts: Union[Part, Iterable[Part]]) -> None:
-    """Removes components with all that is in them."""
+    """Deletes components with everything in them."""
     paths = paths_of(parts)
     if not paths:
         return
