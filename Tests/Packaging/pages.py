@@ -106,7 +106,7 @@ class Book(unittest.TestCase):
         # Another module of the package, and the text of the version, stand elsewhere.
         for name in names - {"measure", "version"}:
             self.assertRegex(told, rf"\b{name}\b")
-        for line in ("Box(", "quillet.measure", "save_as(self, path: Path)", "Makes what is seen `factor` times as large."):
+        for line in ("Box(", "quillet.measure", "save_as(self, path: Path)", "Magnifies the view by `factor`."):
             self.assertIn(line, told)
 
     @needs("Xvfb")
