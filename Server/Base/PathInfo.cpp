@@ -94,7 +94,7 @@ Path& profile()
 Path environmentPath(const char* name)
 {
     const char* value = std::getenv(name);
-    // The base directory specification says that relative values are ignored.
+    // Relative values are ignored, as the XDG base directories have it.
     return value && value[0] == '/' ? Path(value) : Path();
 }
 

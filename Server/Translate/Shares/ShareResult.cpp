@@ -37,7 +37,7 @@ void writeAll(int descriptor, const void* data, size_t size)
         if (written < 0 && errno == EINTR)
             continue;
         if (written <= 0)
-            refuse("there is no room for what was read");
+            refuse("not enough space for the result of reading");
         at += written;
         size -= static_cast<size_t>(written);
     }
@@ -192,7 +192,7 @@ bool ShareResult::take(std::string_view& bytes, ShareResult& result)
     TopoDS_Shape all;
     BinTools::Read(all, stream);
     if (all.IsNull())
-        refuse("what was read is no shape");
+        refuse("the result of reading is not a shape");
     for (TopoDS_Iterator each(all); each.More(); each.Next()) {
         if (result.shapes.size() < head.shapes)
             result.shapes.emplace_back(numbers[result.shapes.size()], each.Value());

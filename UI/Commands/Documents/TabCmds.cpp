@@ -125,7 +125,7 @@ NewTabCmd::NewTabCmd(NewTabCmdDef* definition, CommandContext* context) : Implem
 void NewTabCmd::onExecute(Vs::Status& status)
 {
     if (Vs::AssetTypeMgr::get()->assetTypes() == 0) {
-        status.addError(localized("NewTabNoKind", "There is no kind of document to create."));
+        status.addError(localized("NewTabNoKind", "No type of document can be created here."));
         return;
     }
     restoreWindow();
