@@ -5,10 +5,12 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <charconv>
 #include <cstdio>
 #include <exception>
 #include <httplib.h>
+#include <mutex>
 #include <stdexcept>
 
 namespace Itemhub::Http {
@@ -186,7 +188,12 @@ public:
                              {"Cross-Origin-Resource-Policy", "same-origin"},
                              {"Cache-Control", "no-store"},
                              {"Content-Security-Policy", "default-src 'none'; frame-ancestors 'none'"}});
-        new_task_queue = [this] { return new Queue(m_most); };
+        new_task_queue = [this] {
+            // The library calls this once it runs: it drops a stop that came before.
+            if (m_ended)
+                stopListening();
+            return new Queue(m_most);
+        };
         const auto withBody = [this](const httplib::Request& request, httplib::Response& response,
                                      const httplib::ContentReader& reader) {
             answer(request, response, &reader);
@@ -207,7 +214,21 @@ public:
         });
     }
 
+    /// Also before listening has begun, which then ends at once.
+    void end()
+    {
+        m_ended = true;
+        stopListening();
+    }
+
 private:
+    void stopListening()
+    {
+        const std::lock_guard lock(m_stopping);
+        if (is_running() && svr_sock_ != INVALID_SOCKET)
+            httplib::Server::stop();
+    }
+
     /// Adapts the workers to the library's interface.
     class Queue : public httplib::TaskQueue
     {
@@ -281,6 +302,8 @@ private:
     Http::Server::Handler m_handler;
     bool m_behindProxy;
     size_t m_most;
+    std::atomic<bool> m_ended{false};
+    std::mutex m_stopping;
 };
 
 Server::Server(Handler handler, const Options& options)
@@ -308,7 +331,7 @@ void Server::run()
 
 void Server::stop()
 {
-    m_impl->stop();
+    m_impl->end();
 }
 
 } // namespace Itemhub::Http

@@ -29,8 +29,9 @@ public:
     /// @returns the port
     /// @throws std::runtime_error if the address is not available
     int bind(const std::string& address, int port);
-    /// Serves until any thread calls stop; then waits for pending responses.
+    /// Serves until any thread calls stop; then waits for pending responses. After stop it returns at once.
     void run();
+    /// Also before run, or while it starts.
     void stop();
 
 private:

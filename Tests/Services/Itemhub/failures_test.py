@@ -227,6 +227,17 @@ class StartTest(unittest.TestCase):
         self.assertEqual(result.returncode, 1, result)
         return result.stderr
 
+    def test_a_signal_that_comes_while_it_starts_ends_it(self):
+        def send():
+            # Held back until the service waits for it, which is while its listener begins.
+            signal.pthread_sigmask(signal.SIG_BLOCK, [signal.SIGTERM])
+            os.kill(os.getpid(), signal.SIGTERM)
+
+        for _ in range(30):
+            self.service.process = self.service.run(preexec_fn=send)
+            self.assertEqual(self.service.process.wait(timeout=30), 0)
+            self.service.process.stderr.close()
+
     def test_a_newer_database_and_what_is_none_are_left_alone(self):
         self.service.admin("customer", "add", "acme")
         self.service.sql("INSERT INTO schema_version VALUES (999, 0)")

@@ -169,10 +169,12 @@ class Service:
         other.config.write_text(self.config.read_text())
         return other.start()
 
+    def run(self, *words, **more):
+        return subprocess.Popen([str(word) for word in [*PLAIN, *self.wall, PROGRAM, "--serve", self.config, *words]],
+                                stderr=subprocess.PIPE, env={**os.environ, **self.environment}, **more)
+
     def start(self, port=None):
-        words = ["--port", port] if port else []
-        self.process = subprocess.Popen([str(word) for word in [*PLAIN, *self.wall, PROGRAM, "--serve", self.config, *words]],
-                                        stderr=subprocess.PIPE, env={**os.environ, **self.environment})
+        self.process = self.run(*(["--port", port] if port else []))
         for line in self.process.stderr:
             if b"serves at" in line:
                 self.port = int(line.rsplit(b" ", 1)[1])
