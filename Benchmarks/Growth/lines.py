@@ -94,6 +94,7 @@ def parts():
     change_one(f"Box1:{row // 2}")
     everything = [f"Box{1 + n // row}:{1 + n % row}" for n in range(row * patterns)]
     whole("Selection.Select all, and List", *select(everything), "Selection.List")
+    step("Selection.Remove of all", f"Selection.Remove {everything[row // 2]}", f"Selection.Add {everything[row // 2]}")
     whole("Design.Hide all, and back", "Design.Hide", "VuCommands.UndoCmd", "VuCommands.RedoCmd", "Design.ShowAll")
     whole("Design.Colour all, and back", "Script.BeginTransaction Red",
           *[line.replace("Selection.Select", "Design.Colour Red").replace("Selection.Add", "Design.Colour Red")

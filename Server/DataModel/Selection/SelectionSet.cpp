@@ -12,6 +12,16 @@ SelectionIndex::SelectionIndex(const std::vector<StrongRef<Selection>>& selectio
         add(*selection);
 }
 
+const Selection* SelectionIndex::remove(const Selection& selection)
+{
+    const auto found = m_selections.find(&selection);
+    if (found == m_selections.end())
+        return nullptr;
+    const Selection* held = *found;
+    m_selections.erase(found);
+    return held;
+}
+
 bool SelectionSet::contains(const Selection& selection) const
 {
     return m_index.contains(selection);
@@ -34,6 +44,7 @@ bool SelectionSet::changedWholly()
 {
     ++m_generation;
     m_components.reset();
+    m_removed.clear();
     return changed();
 }
 
@@ -41,6 +52,7 @@ bool SelectionSet::append(const StrongRef<Selection>& selection)
 {
     if (!selection || !m_index.add(*selection))
         return false;
+    m_removed.clear();
     m_selections.push_back(selection);
     if (m_components)
         m_components->add(*selection);
@@ -60,14 +72,38 @@ bool SelectionSet::add(const std::vector<StrongRef<Selection>>& selections)
     return m_selections.size() > before && changed();
 }
 
+/// Removes those objects, which are no longer in the index.
+bool SelectionSet::takeOut(std::vector<const Selection*> held)
+{
+    std::ranges::sort(held);
+    std::vector<StrongRef<Selection>> removed;
+    std::erase_if(m_selections, [&](StrongRef<Selection>& each) {
+        const bool isHeld = std::ranges::binary_search(held, each.get());
+        if (isHeld)
+            removed.push_back(each);
+        return isHeld;
+    });
+    if (removed.empty())
+        return false;
+    ++m_generation;
+    m_components.reset(); // It lives on the ids of these.
+    m_removed = std::move(removed);
+    return changed();
+}
+
 bool SelectionSet::remove(const Selection& selection)
 {
-    if (!contains(selection))
-        return false;
-    m_index = {};
-    std::erase_if(m_selections, [&](const auto& each) { return each->isEqualTo(selection); });
-    m_index = SelectionIndex(m_selections);
-    return changedWholly();
+    const Selection* held = m_index.remove(selection);
+    return held && takeOut({held});
+}
+
+bool SelectionSet::remove(const std::vector<StrongRef<Selection>>& selections)
+{
+    std::vector<const Selection*> held;
+    for (const auto& selection : selections)
+        if (const Selection* found = m_index.remove(*selection))
+            held.push_back(found);
+    return takeOut(std::move(held));
 }
 
 bool SelectionSet::replace(const std::vector<StrongRef<Selection>>& selections)

@@ -30,6 +30,8 @@ public:
     }
     /// Returns whether it is new.
     bool add(const Selection& selection) { return m_selections.insert(&selection).second; }
+    /// Returns the one that was added, which is equal; null if there is none.
+    const Selection* remove(const Selection& selection);
     /// Reserves room for that many in all.
     void reserve(size_t count) { m_selections.reserve(count); }
 
@@ -61,6 +63,8 @@ public:
     bool add(StrongRef<Selection> selection);
     bool remove(const Selection& selection);
     bool clear();
+    /// Removes these as one change.
+    bool remove(const std::vector<StrongRef<Selection>>& selections);
     /// Appends these as one change, whose cost doesn't grow with what is already selected.
     bool add(const std::vector<StrongRef<Selection>>& selections);
     /// Replaces everything with these, as one change.
@@ -69,14 +73,17 @@ public:
     /// A number that changes with every change except appending: whoever has seen the same number before only
     /// needs to look at what was appended.
     size_t generation() const { return m_generation; }
+    /// What the last change removed, if that was all it did; empty otherwise. Valid until the next change.
+    const std::vector<StrongRef<Selection>>& removed() const { return m_removed; }
 
 private:
     bool append(const StrongRef<Selection>& selection);
+    bool takeOut(std::vector<const Selection*> held);
     bool changed();
     bool changedWholly();
 
-    std::vector<StrongRef<Selection>> m_selections;
-    SelectionIndex m_index; ///< Of all of them.
+    std::vector<StrongRef<Selection>> m_selections, m_removed;
+    SelectionIndex m_index; ///< Of m_selections.
     size_t m_generation = 0;
     mutable std::unique_ptr<SelectedComponents> m_components; ///< Null until it is needed.
 };

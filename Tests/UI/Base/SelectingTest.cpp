@@ -455,13 +455,15 @@ TEST_F(SelectingTest, WhateverIsAddedPutInPlaceOrTakenOutIsHeldOnceInItsOrderAnd
             const size_t number = random() % 18;
             some.emplace_back(new Vs::LogicalSelection(asset, faceOf(number), nullptr));
             const bool isHeld = std::ranges::find(plain, number) != plain.end();
-            if (action == 1 && i == 0)
+            const bool takesOut = action == 1 || action == 2;
+            if (action == 2 || (action == 1 && i == 0))
                 std::erase(plain, number);
-            else if (action != 1 && !isHeld)
+            else if (!takesOut && !isHeld)
                 plain.push_back(number);
         }
         std::ignore = action == 0   ? selected().replace(some)
                       : action == 1 ? selected().remove(*some.front())
+                      : action == 2 ? selected().remove(some)
                                     : selected().add(some);
         ASSERT_EQ(selected().size(), plain.size()) << "step " << step;
         size_t lit = 0;

@@ -38,13 +38,7 @@ void add(Vs::SelectionSet& selected, const Selections& named)
 
 void remove(Vs::SelectionSet& selected, const Selections& named)
 {
-    Vs::SelectionSet gone;
-    gone.replace(named);
-    Selections left;
-    for (const auto& selection : selected.selections())
-        if (!gone.contains(*selection))
-            left.push_back(selection);
-    selected.replace(left);
+    selected.remove(named);
 }
 
 void clear(Vs::SelectionSet& selected, const Selections&)

@@ -109,6 +109,8 @@ void SelectionDisplay::Layer::selectionSetChanged()
 {
     if (m_set.generation() == m_generation)
         lightAdded();
+    else if (!m_set.removed().empty() && m_set.generation() == m_generation + 1)
+        darkenRemoved();
     else
         light();
 }
@@ -128,6 +130,25 @@ void SelectionDisplay::Layer::lightAdded()
         held.selections.push_back(selection);
         if (node && std::ranges::find(held.nodes, node) == held.nodes.end())
             held.nodes.push_back(node);
+    }
+    WorkspaceWindow::invalidate(kInvalidateScene);
+}
+
+/// Takes the highlight from what was removed since, unless something else that is selected lights it, too.
+void SelectionDisplay::Layer::darkenRemoved()
+{
+    m_generation = m_set.generation();
+    m_seen = m_set.size();
+    makeIndex();
+    for (const auto& selection : m_set.removed()) {
+        const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
+        const auto found = logical ? m_index.find(logical->componentId()) : m_index.end();
+        if (found == m_index.end())
+            continue;
+        std::erase(found->second.selections, selection);
+        lightComponent(found->second);
+        if (found->second.selections.empty())
+            m_index.erase(found);
     }
     WorkspaceWindow::invalidate(kInvalidateScene);
 }
@@ -225,7 +246,11 @@ void SelectionDisplay::Layer::lightComponent(const std::string& id)
     if (!m_set.components().has(id))
         return;
     makeIndex();
-    OfComponent& held = m_index[id];
+    lightComponent(m_index[id]);
+}
+
+void SelectionDisplay::Layer::lightComponent(OfComponent& held)
+{
     std::vector<Nodes::node_type> before;
     for (Node* node : std::exchange(held.nodes, {}))
         if (Nodes::node_type lit = m_nodes.extract(node))

@@ -75,7 +75,9 @@ private:
         bool concernsHeld(const Changes& changes);
         Rendra::Graphics::Node* add(const Vs::StrongRef<Vs::Selection>& selection);
         void lightComponent(const std::string& id);
+        void lightComponent(OfComponent& held);
         void lightAdded();
+        void darkenRemoved();
         void makeIndex();
 
         SelectionDisplay& m_display;
