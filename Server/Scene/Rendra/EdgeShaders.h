@@ -100,7 +100,11 @@ void main()
     if (max(endLine[0].a, endLine[1].a) < 0.02)
         return;
     // What lies behind the viewer is cut off.
+#ifdef CLAMPED
+    float nearA = a.w - 1e-4 * max(a.w, b.w), nearB = b.w - 1e-4 * max(a.w, b.w);
+#else
     float nearA = a.z + a.w, nearB = b.z + b.w;
+#endif
     if (nearA <= 0.0 && nearB <= 0.0)
         return;
     if (nearA < 0.0)

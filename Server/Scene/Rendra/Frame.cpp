@@ -42,6 +42,19 @@ void Frame::clipMatrix(const Area& into, double (&rows)[4][4]) const
                           double(into.y - area.y + into.height) / area.height);
 }
 
+void Frame::sceneToClip(double (&rows)[4][4]) const
+{
+    const GkMatrix3d view = projection.view() * GkMatrix3d::translation(scene.list.origin());
+    double clip[4][4];
+    clipMatrix(part, clip);
+    for (int row = 0; row < 4; ++row)
+        for (int column = 0; column < 4; ++column) {
+            rows[row][column] = 0;
+            for (int i = 0; i < 4; ++i)
+                rows[row][column] += clip[row][i] * view.entry[i][column];
+        }
+}
+
 HighlightColours::HighlightColours(const Vs::Scene::Environment& environment)
 {
     const bool dark = environment.isDark();

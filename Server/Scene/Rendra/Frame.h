@@ -93,6 +93,10 @@ struct Frame
     /// From camera to clip coordinates of a part of the fragment, row by row.
     void clipMatrix(const Area& into, double (&rows)[4][4]) const;
 
+    /// From coordinates relative to the draw list's origin to clip coordinates of the frame's part, row by
+    /// row.
+    void sceneToClip(double (&rows)[4][4]) const;
+
     /// Sets the uniforms `tinted`, `cover`, `pointedColour` and `selectedColour` of the program, which must
     /// be current.
     void setHighlights(const Program& program) const;

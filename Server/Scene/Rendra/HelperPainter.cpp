@@ -9,7 +9,7 @@ using Graphics::Texture;
 
 namespace {
 
-/// Lines and pictures that aren't bodies; the points are given in camera coordinates.
+/// Pictures that aren't bodies; the points are given in camera coordinates.
 constexpr const char* kHelperVertex = R"(
 layout(location = 0) in vec3 position;
 layout(location = 1) in vec2 place;
@@ -25,14 +25,13 @@ void main()
 
 constexpr const char* kHelperFragment = R"(
 in vec2 inPicture;
-uniform bool textured;
 uniform sampler2D picture; // premultiplied
 uniform vec4 colour;
 out vec4 result;
 
 void main()
 {
-    vec4 seen = textured ? texture(picture, inPicture) : vec4(1.0);
+    vec4 seen = texture(picture, inPicture);
     if (seen.a < 0.004)
         discard;
     result = vec4(seen.rgb / seen.a, seen.a) * colour;
@@ -53,6 +52,7 @@ void HelperPainter::release()
 {
     m_program.release();
     m_stream.release();
+    m_strips.release();
     for (const auto& [source, texture] : m_textures)
         glDeleteTextures(1, &texture.name);
     m_textures.clear();
@@ -101,46 +101,59 @@ void HelperPainter::draw(const Frame& frame)
     const bool isOverModel = frame.params().visualStyle() == Vs::Scene::kHelpersOnly;
     m_line = isOverModel && frame.environment.isDark() ? &frame.environment.line : nullptr;
     const float pixel = std::max(1.0f, frame.target.lineWidth); // of the framebuffer for a logical one
-    m_program.use();
-    double clip[4][4];
-    frame.clipMatrix(frame.part, clip);
-    m_program.setMatrix("projection", clip);
-    glUniform1i(m_program.uniform("picture"), 0);
     glActiveTexture(GL_TEXTURE0);
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
-    // A marker may be beyond all bodies, which alone determine the clip planes.
-    glEnable(GL_DEPTH_CLAMP);
     for (const Helper& helper : frame.scene.list.helpers()) {
-        glLineWidth(frame.lineWidth(1.5f * pixel * helper.lineWeight));
         const GkMatrix3d view = projection.view() * helper.matrix;
-        drawLines(helper, view);
+        drawLines(frame, helper, view, 1.5f * pixel * helper.lineWeight);
         if (const Texture* texture = helper.node->texture().get();
             texture && texture->pixels.size() >= size_t(texture->width) * size_t(texture->height) * 4)
-            drawPicture(helper, projection, view, pixel);
+            drawPicture(frame, helper, view, pixel);
     }
-    glDisable(GL_DEPTH_CLAMP);
     glDepthFunc(GL_LEQUAL);
     glDepthMask(GL_TRUE);
     glDisable(GL_BLEND);
 }
 
-void HelperPainter::drawLines(const Helper& helper, const GkMatrix3d& view)
+// First what is hidden, in its own look, then what is visible.
+template <class Draw>
+void HelperPainter::drawTwice(const Helper& helper, float occludedOpacity, Draw draw) const
 {
-    m_vertices.clear();
+    Vs::Colour colour = helper.colour;
+    if (helper.occluded) {
+        const Vs::Colour& effect = helper.occluded->colour;
+        colour = {colour.r * effect.r, colour.g * effect.g, colour.b * effect.b, colour.a * effect.a};
+        if (helper.occluded->opacity >= 0)
+            occludedOpacity = helper.occluded->opacity;
+    }
+    if (occludedOpacity > 0) {
+        glDepthFunc(GL_GREATER);
+        draw(colourOnScreen(colour, occludedOpacity));
+    }
+    glDepthFunc(GL_LEQUAL);
+    draw(colourOnScreen(helper.colour, 1));
+}
+
+void HelperPainter::drawLines(const Frame& frame, const Helper& helper, const GkMatrix3d& view, float width)
+{
+    m_lines.clear();
     for (const Graphics::GeometryNode::Polyline& line : helper.node->polylines())
         for (size_t i = 1; i < line.size(); ++i)
             for (const GkPoint3d& end : {view * line[i - 1], view * line[i]})
-                m_vertices.push_back({{float(end.x), float(end.y), float(end.z)}, {0, 0}});
-    if (m_vertices.empty())
+                m_lines.push_back({{float(end.x), float(end.y), float(end.z)}, {1, 1, 1, 1}});
+    double clip[4][4];
+    frame.clipMatrix(frame.part, clip);
+    if (!m_strips.begin(frame, clip, m_lines))
         return;
-    glUniform1i(m_program.uniform("textured"), 0);
-    drawTwice(helper, helper.occluded ? 1 : 0, GL_LINES);
+    drawTwice(helper, helper.occluded ? 1 : 0, [&](const std::array<float, 4>& colour) {
+        m_strips.draw(width, {colour[0], colour[1], colour[2], colour[3]});
+    });
 }
 
-void HelperPainter::drawPicture(const Helper& helper, const Vs::Scene::Projection& projection,
-                                const GkMatrix3d& view, float pixel)
+void HelperPainter::drawPicture(const Frame& frame, const Helper& helper, const GkMatrix3d& view, float pixel)
 {
+    const Vs::Scene::Projection& projection = frame.projection;
     const Texture& texture = *helper.node->texture();
     const GkPoint3d middle = view * helper.node->billBoard().origin;
     const double ahead = -middle.z;
@@ -162,32 +175,22 @@ void HelperPainter::drawPicture(const Helper& helper, const Vs::Scene::Projectio
             {{float(x * nearer), float(y * nearer), float(z)}, {float(right), float(1 - up)}});
     }
     glBindTexture(GL_TEXTURE_2D, textureOf(helper.node->texture()));
-    glUniform1i(m_program.uniform("textured"), 1);
-    drawTwice(helper, float(texture.occludedOpacity), GL_TRIANGLE_STRIP);
-}
-
-// First what is hidden, in its own look, then what is visible.
-void HelperPainter::drawTwice(const Helper& helper, float occludedOpacity, GLenum kind)
-{
+    double clip[4][4];
+    frame.clipMatrix(frame.part, clip);
+    m_program.use();
+    m_program.setMatrix("projection", clip);
+    glUniform1i(m_program.uniform("picture"), 0);
     m_stream.fill(m_vertices);
-    Vs::Colour colour = helper.colour;
-    if (helper.occluded) {
-        const Vs::Colour& effect = helper.occluded->colour;
-        colour = {colour.r * effect.r, colour.g * effect.g, colour.b * effect.b, colour.a * effect.a};
-        if (helper.occluded->opacity >= 0)
-            occludedOpacity = helper.occluded->opacity;
-    }
-    if (occludedOpacity > 0) {
-        setColour(colour, occludedOpacity);
-        glDepthFunc(GL_GREATER);
-        glDrawArrays(kind, 0, GLsizei(m_vertices.size()));
-    }
-    setColour(helper.colour, 1);
-    glDepthFunc(GL_LEQUAL);
-    glDrawArrays(kind, 0, GLsizei(m_vertices.size()));
+    // A marker may be beyond all bodies, which alone determine the clip planes.
+    glEnable(GL_DEPTH_CLAMP);
+    drawTwice(helper, float(texture.occludedOpacity), [&](const std::array<float, 4>& colour) {
+        glUniform4fv(m_program.uniform("colour"), 1, colour.data());
+        glDrawArrays(GL_TRIANGLE_STRIP, 0, GLsizei(m_vertices.size()));
+    });
+    glDisable(GL_DEPTH_CLAMP);
 }
 
-void HelperPainter::setColour(const Vs::Colour& wanted, float opacity)
+std::array<float, 4> HelperPainter::colourOnScreen(const Vs::Colour& wanted, float opacity) const
 {
     Vs::Colour colour = wanted;
     // Something dark, such as a reticle over the model, would be invisible against a dark sky.
@@ -195,8 +198,7 @@ void HelperPainter::setColour(const Vs::Colour& wanted, float opacity)
     if (m_line && std::max({wanted.r, wanted.g, wanted.b}) < kDark)
         colour = {m_line->r, m_line->g, m_line->b, wanted.a};
     const auto onScreen = [](float linear) { return std::pow(std::clamp(linear, 0.0f, 1.0f), 1 / 2.2f); };
-    glUniform4f(m_program.uniform("colour"), onScreen(colour.r), onScreen(colour.g), onScreen(colour.b),
-                colour.a * opacity);
+    return {onScreen(colour.r), onScreen(colour.g), onScreen(colour.b), colour.a * opacity};
 }
 
 } // namespace Rendra

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Server/Scene/Rendra/Frame.h"
-#include "Server/Scene/Rendra/VertexStream.h"
+#include "Server/Scene/Rendra/LineStrips.h"
 
+#include <array>
 #include <cstdint>
 #include <unordered_map>
 #include <vector>
@@ -32,18 +32,20 @@ private:
         std::weak_ptr<const Graphics::Texture> source;
     };
 
-    void drawLines(const Helper& helper, const GkMatrix3d& view);
-    void drawPicture(const Helper& helper, const Vs::Scene::Projection& projection, const GkMatrix3d& view,
-                     float pixel);
-    void drawTwice(const Helper& helper, float occludedOpacity, GLenum kind);
-    void setColour(const Vs::Colour& colour, float opacity);
+    void drawLines(const Frame& frame, const Helper& helper, const GkMatrix3d& view, float width);
+    void drawPicture(const Frame& frame, const Helper& helper, const GkMatrix3d& view, float pixel);
+    template <class Draw>
+    void drawTwice(const Helper& helper, float occludedOpacity, Draw draw) const;
+    std::array<float, 4> colourOnScreen(const Vs::Colour& colour, float opacity) const;
     GLuint textureOf(const std::shared_ptr<const Graphics::Texture>& texture);
 
     Program m_program;
     VertexStream m_stream;
+    LineStrips m_strips;
     std::unordered_map<const Graphics::Texture*, GlTexture> m_textures;
     std::vector<Vertex> m_vertices;
-    const Vs::Colour* m_line = nullptr; ///< For what is itself dark, where it would be invisible.
+    std::vector<LineStrips::Vertex> m_lines; ///< In camera coordinates.
+    const Vs::Colour* m_line = nullptr;      ///< For what is itself dark, where it would be invisible.
 };
 
 } // namespace Rendra

@@ -182,21 +182,8 @@ void HighlightPainter::gatherCorners(const Area& touched, int around)
             }
 }
 
-bool HighlightPainter::makeLines()
-{
-    if (std::exchange(m_triedLines, true))
-        return bool(m_lines);
-    Vs::Status ignored;
-    if (!m_lines.make("highlight lines", {Shaders::kLineVertex}, {Shaders::kLineFragment}, ignored))
-        return false;
-    m_stream.make({3, 4});
-    return true;
-}
-
 void HighlightPainter::drawLines(const Frame& frame)
 {
-    if (!makeLines())
-        return;
     m_vertices.clear();
     const HighlightColours colours(frame.environment);
     for (const InstanceStore::Lit& lit : frame.scene.instances.lit()) {
@@ -209,20 +196,17 @@ void HighlightPainter::drawLines(const Frame& frame)
         if (m_vertices.size() >= kMostVertices)
             break;
     }
-    frame.setView(m_lines);
-    m_stream.fill(m_vertices);
-    glLineWidth(frame.lineWidth(2 * frame.target.lineWidth));
+    double toClip[4][4];
+    frame.sceneToClip(toClip);
+    if (!m_strips.begin(frame, toClip, m_vertices))
+        return;
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
-    // The box surrounds the body, and so reaches beyond what the clip planes were set for.
-    glEnable(GL_DEPTH_CLAMP);
     for (const auto& [function, opacity] : {std::pair(GL_GREATER, 0.3f), std::pair(GL_LEQUAL, 1.0f)}) {
         glDepthFunc(GLenum(function));
-        glUniform1f(m_lines.uniform("opacity"), opacity);
-        glDrawArrays(GL_LINES, 0, GLsizei(m_vertices.size()));
+        m_strips.draw(2 * frame.target.lineWidth, {1, 1, 1, opacity});
         ++frame.statistics.drawCalls;
     }
-    glDisable(GL_DEPTH_CLAMP);
     frame.drawIntoPicture();
 }
 
@@ -234,7 +218,7 @@ void HighlightPainter::gatherBox(const Vs::BodyMesh& mesh, const Instance& insta
     const auto put = [&](const GkVector3d& away) {
         const double p[3] = {middle.x + away.x * half.x, middle.y + away.y * half.y,
                              middle.z + away.z * half.z};
-        Vertex vertex{};
+        LineStrips::Vertex vertex{};
         for (int row = 0; row < 3; ++row)
             vertex.position[row] = float(instance.rows[row][0] * p[0] + instance.rows[row][1] * p[1] +
                                          instance.rows[row][2] * p[2] + instance.rows[row][3]);
@@ -256,7 +240,7 @@ void HighlightPainter::gatherEdges(const Vs::BodyMesh& mesh, const Instance& ins
 {
     const auto put = [&](uint32_t point) {
         const float* p = &mesh.edgePoints[3 * size_t(point)];
-        Vertex vertex{};
+        LineStrips::Vertex vertex{};
         for (int row = 0; row < 3; ++row)
             vertex.position[row] = instance.rows[row][0] * p[0] + instance.rows[row][1] * p[1] +
                                    instance.rows[row][2] * p[2] + instance.rows[row][3];
@@ -272,13 +256,13 @@ void HighlightPainter::gatherEdges(const Vs::BodyMesh& mesh, const Instance& ins
 
 void HighlightPainter::release()
 {
-    for (Program* program : {&m_mask, &m_outline, &m_lines})
+    for (Program* program : {&m_mask, &m_outline})
         program->release();
     glDeleteTextures(1, &m_texture);
     glDeleteTextures(1, &m_depths);
     glDeleteFramebuffers(1, &m_framebuffer);
     m_squares.release();
-    m_stream.release();
+    m_strips.release();
 }
 
 } // namespace Rendra

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Server/Scene/Rendra/Frame.h"
-#include "Server/Scene/Rendra/VertexStream.h"
+#include "Server/Scene/Rendra/LineStrips.h"
 
 #include <vector>
 
@@ -17,30 +16,24 @@ public:
     void release() override;
 
 private:
-    struct Vertex
-    {
-        float position[3]; ///< Relative to the draw list's origin.
-        float colour[4];
-    };
-
     bool makeOutline();
     void makeMask(int width, int height);
     void gatherCorners(const Area& touched, int around);
-    bool makeLines();
     void drawOutline(const Frame& frame);
     void drawLines(const Frame& frame);
     void gatherBox(const Vs::BodyMesh& mesh, const Instance& instance, const float (&colour)[4]);
     void gatherEdges(const Vs::BodyMesh& mesh, const Instance& instance, const float (&colour)[4]);
 
     // All created on first use.
-    Program m_mask, m_outline, m_lines;
-    bool m_triedOutline = false, m_triedLines = false;
+    Program m_mask, m_outline;
+    bool m_triedOutline = false;
     GLuint m_texture = 0, m_depths = 0, m_framebuffer = 0;
     int m_width = 0, m_height = 0;
     std::vector<uint8_t> m_blocks; ///< For the mask: what is in each block, and how much of it is filled.
     std::vector<float> m_corners;  ///< Of the blocks in which outlines may run.
-    VertexStream m_squares, m_stream;
-    std::vector<Vertex> m_vertices;
+    VertexStream m_squares;
+    LineStrips m_strips;
+    std::vector<LineStrips::Vertex> m_vertices; ///< Relative to the draw list's origin.
 };
 
 } // namespace Rendra

@@ -92,29 +92,4 @@ void main()
 }
 )";
 
-inline constexpr const char* kLineVertex = R"(
-layout(location = 0) in vec3 position;
-layout(location = 1) in vec4 colour;
-uniform mat4 view;
-uniform mat4 projection;
-flat out vec4 line;
-
-void main()
-{
-    gl_Position = projection * (view * vec4(position, 1.0));
-    line = colour;
-}
-)";
-
-inline constexpr const char* kLineFragment = R"(
-flat in vec4 line;
-uniform float opacity;
-out vec4 result;
-
-void main()
-{
-    result = vec4(line.rgb, line.a * opacity);
-}
-)";
-
 } // namespace Rendra::Shaders

@@ -4,6 +4,7 @@
 #include "Server/Types/LengthUnit.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
 
@@ -77,58 +78,31 @@ void main()
 }
 )";
 
-constexpr const char* kNumbersVertex = R"(
-layout(location = 0) in vec3 position;
-layout(location = 1) in float opacity;
-uniform mat4 projection;
-out float strength;
-
-void main()
-{
-    strength = opacity;
-    gl_Position = projection * vec4(position, 1.0);
-}
-)";
-
-constexpr const char* kNumbersFragment = R"(
-in float strength;
-uniform vec3 colour;
-out vec4 result;
-
-void main()
-{
-    result = vec4(colour, strength);
-}
-)";
-
 double logicalPixel(const Frame& frame)
 {
     return std::max(1.0, double(frame.target.lineWidth));
 }
 
-void setColour(const Program& program, const Vs::Colour& colour)
+std::array<float, 3> onScreen(const Vs::Colour& colour)
 {
-    glUniform3f(program.uniform("colour"), std::pow(colour.r, 1 / 2.2f), std::pow(colour.g, 1 / 2.2f),
-                std::pow(colour.b, 1 / 2.2f));
+    return {std::pow(colour.r, 1 / 2.2f), std::pow(colour.g, 1 / 2.2f), std::pow(colour.b, 1 / 2.2f)};
 }
 
 } // namespace
 
-// Most sessions never show the grid, so its programs are created on first use.
+// Most sessions never show the grid, so its program is created on first use.
 bool LayoutGrid::make(Vs::Status&)
 {
     return true;
 }
 
-bool LayoutGrid::makePrograms()
+bool LayoutGrid::makeProgram()
 {
     if (std::exchange(m_tried, true))
-        return m_lines && m_numbers;
+        return bool(m_lines);
     Vs::Status ignored;
     glGenVertexArrays(1, &m_noArray);
-    m_stream.make({3, 1});
-    return m_lines.make("grid", {kLinesVertex}, {kLinesFragment}, ignored) &&
-           m_numbers.make("grid numbers", {kNumbersVertex}, {kNumbersFragment}, ignored);
+    return m_lines.make("grid", {kLinesVertex}, {kLinesFragment}, ignored);
 }
 
 void LayoutGrid::release()
@@ -136,7 +110,6 @@ void LayoutGrid::release()
     m_lines.release();
     m_numbers.release();
     glDeleteVertexArrays(1, &m_noArray);
-    m_stream.release();
 }
 
 bool LayoutGrid::isUnderGlass(const Frame& frame)
@@ -164,7 +137,7 @@ void LayoutGrid::draw(const Frame& frame)
 
 void LayoutGrid::drawNow(const Frame& frame)
 {
-    if (!frame.target.grid || !frame.showsModel() || !makePrograms())
+    if (!frame.target.grid || !frame.showsModel() || !makeProgram())
         return;
     Plane plane;
     plane.up = frame.params().groundPlaneOrientation();
@@ -231,7 +204,7 @@ void LayoutGrid::drawLines(const Frame& frame, const Plane& plane)
     glUniform1f(m_lines.uniform("origin"), frame.target.gridOrigin ? kOriginPixels : 0);
     glUniform1f(m_lines.uniform("pixel"), float(logicalPixel(frame)));
     glUniform3fv(m_lines.uniform("axisColours"), 2, kAxisColours[0]);
-    setColour(m_lines, frame.environment.gridColor());
+    glUniform3fv(m_lines.uniform("colour"), 1, onScreen(frame.environment.gridColor()).data());
     glDepthMask(GL_FALSE);
     // The grid reaches beyond the bodies, which alone determine the clip planes.
     glEnable(GL_DEPTH_CLAMP);
@@ -249,28 +222,22 @@ void LayoutGrid::drawNumbers(const Frame& frame, const Plane& plane, const GridS
         numbers.addAxis(plane.axes[i], plane.middle[i], plane.middle[1 - i], plane.reach, plane.major, scale);
     m_vertices.clear();
     const Vs::Scene::Projection& view = frame.projection;
+    const auto [red, green, blue] = onScreen(frame.environment.gridColor());
     for (const GridNumbers::Line& line : numbers.lines()) {
         const double away = view.perspective() ? line.ahead : 1.0;
         for (const GkPoint2d& end : {line.from, line.to})
             m_vertices.push_back(
                 {{float((end.x / view.width() * 2 - 1) * view.halfWidth() * away),
                   float((end.y / view.height() * 2 - 1) * view.halfHeight() * away), float(-line.ahead)},
-                 float(line.opacity)});
+                 {red, green, blue, float(line.opacity)}});
     }
-    if (m_vertices.empty())
-        return;
-    m_numbers.use();
     double clip[4][4];
     frame.clipMatrix(frame.part, clip);
-    m_numbers.setMatrix("projection", clip);
-    setColour(m_numbers, frame.environment.gridColor());
-    m_stream.fill(m_vertices);
+    if (!m_numbers.begin(frame, clip, m_vertices))
+        return;
     glDepthMask(GL_FALSE);
-    glEnable(GL_DEPTH_CLAMP);
     glEnable(GL_BLEND);
-    glLineWidth(frame.lineWidth(float(1.5 * logicalPixel(frame))));
-    glDrawArrays(GL_LINES, 0, GLsizei(m_vertices.size()));
-    glDisable(GL_DEPTH_CLAMP);
+    m_numbers.draw(float(1.5 * logicalPixel(frame)));
     frame.drawIntoPicture();
 }
 

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Server/Scene/Rendra/Frame.h"
 #include "Server/Scene/Rendra/GridScale.h"
-#include "Server/Scene/Rendra/VertexStream.h"
+#include "Server/Scene/Rendra/LineStrips.h"
 
 #include <vector>
 
@@ -31,23 +30,18 @@ private:
         double reach;     ///< The distance from there at which it has faded out.
         double minor, major;
     };
-    struct Vertex
-    {
-        float position[3]; ///< In camera coordinates.
-        float opacity;
-    };
 
     friend class GridUnderGlass;
     void drawNow(const Frame& frame);
-    bool makePrograms();
+    bool makeProgram();
     void drawLines(const Frame& frame, const Plane& plane);
     void drawNumbers(const Frame& frame, const Plane& plane, const GridScale& scale);
 
-    Program m_lines, m_numbers;
+    Program m_lines;
     GLuint m_noArray = 0;
-    VertexStream m_stream;
+    LineStrips m_numbers;
     bool m_tried = false;
-    std::vector<Vertex> m_vertices;
+    std::vector<LineStrips::Vertex> m_vertices; ///< In camera coordinates.
 };
 
 /// The grid a second time, at its other position among the passes: drawn only there if it is under glass.

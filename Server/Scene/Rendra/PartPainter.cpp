@@ -39,31 +39,25 @@ void main()
 
 constexpr const char* kMarkVertex = R"(
 layout(location = 0) in vec3 position;
-layout(location = 1) in vec3 colour;
-uniform mat4 view;
-uniform mat4 projection;
-uniform float nearer; // marks come this part of the depth to the viewer, so that they stand before their faces
+layout(location = 1) in vec4 colour;
+uniform mat4 toClip;
 flat out vec3 mark;
 
 void main()
 {
-    gl_Position = projection * (view * vec4(position, 1.0));
-    gl_Position.z -= nearer * abs(gl_Position.w);
-    mark = colour;
+    gl_Position = toClip * vec4(position, 1.0);
+    mark = colour.rgb;
 }
 )";
 
 constexpr const char* kMarkFragment = R"(
 flat in vec3 mark;
 uniform float opacity;
-uniform bool isPoint;
 out vec4 result;
 
 void main()
 {
-    float cover = 1.0;
-    if (isPoint)
-        cover = 1.0 - smoothstep(0.8, 1.0, 2.0 * length(gl_PointCoord - 0.5));
+    float cover = 1.0 - smoothstep(0.8, 1.0, 2.0 * length(gl_PointCoord - 0.5));
     result = vec4(mark, opacity * cover);
 }
 )";
@@ -94,7 +88,7 @@ void PartPainter::draw(const Frame& frame)
             if (each.slot->batch)
                 gather(each, part, colours);
         if (!m_vertices.empty())
-            drawGathered(frame, part == Part::Edge ? GL_LINES : GL_POINTS);
+            drawGathered(frame, part);
     }
 }
 
@@ -106,7 +100,7 @@ bool PartPainter::makePrograms()
     if (!m_faces.make("lit faces", {kInstance, kFaceVertex}, {kFaceFragment}, ignored) ||
         !m_marks.make("lit parts", {kMarkVertex}, {kMarkFragment}, ignored))
         return false;
-    m_stream.make({3, 3});
+    m_stream.make({3, 4});
     return true;
 }
 
@@ -150,11 +144,12 @@ void PartPainter::gather(const PartlyLit& lit, Part wanted, const HighlightColou
     const Vs::BodyMesh& mesh = *parts;
     const Instance& instance = lit.slot->batch->instances[lit.slot->index];
     const auto put = [&](const float* p, const float* colour) {
-        Vertex vertex{};
+        LineStrips::Vertex vertex{};
         for (int row = 0; row < 3; ++row)
             vertex.position[row] = instance.rows[row][0] * p[0] + instance.rows[row][1] * p[1] +
                                    instance.rows[row][2] * p[2] + instance.rows[row][3];
         std::copy(colour, colour + 3, vertex.colour);
+        vertex.colour[3] = 1;
         m_vertices.push_back(vertex);
     };
     for (const LitPart& part : lit.parts) {
@@ -171,22 +166,33 @@ void PartPainter::gather(const PartlyLit& lit, Part wanted, const HighlightColou
     }
 }
 
-void PartPainter::drawGathered(const Frame& frame, GLenum kind)
+void PartPainter::drawGathered(const Frame& frame, Part part)
 {
-    frame.setView(m_marks);
-    m_stream.fill(m_vertices);
+    double toClip[4][4];
+    frame.sceneToClip(toClip);
+    // Marks come this part of the depth to the viewer, so that they stand before their faces.
+    for (int i = 0; i < 4; ++i)
+        toClip[2][i] -= 1e-5 * toClip[3][i];
     const float logical = std::max(1.0f, frame.target.lineWidth);
-    glLineWidth(frame.lineWidth(kEdgeWidth * logical));
-    glPointSize(kVertexSize * logical);
-    glUniform1i(m_marks.uniform("isPoint"), kind == GL_POINTS);
-    glUniform1f(m_marks.uniform("nearer"), 1e-5f);
+    if (part == Part::Vertex) {
+        m_marks.use();
+        m_marks.setMatrix("toClip", toClip);
+        m_stream.fill(m_vertices);
+        glPointSize(kVertexSize * logical);
+    } else if (!m_strips.begin(frame, toClip, m_vertices)) {
+        return;
+    }
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
     for (const auto& [function, opacity] :
          {std::pair(GL_GREATER, kHiddenOpacity), std::pair(GL_LEQUAL, 1.0f)}) {
         glDepthFunc(GLenum(function));
-        glUniform1f(m_marks.uniform("opacity"), opacity);
-        glDrawArrays(kind, 0, GLsizei(m_vertices.size()));
+        if (part == Part::Edge) {
+            m_strips.draw(kEdgeWidth * logical, {1, 1, 1, opacity});
+        } else {
+            glUniform1f(m_marks.uniform("opacity"), opacity);
+            glDrawArrays(GL_POINTS, 0, GLsizei(m_vertices.size()));
+        }
         ++frame.statistics.drawCalls;
     }
     frame.drawIntoPicture();
@@ -197,6 +203,7 @@ void PartPainter::release()
     m_faces.release();
     m_marks.release();
     m_stream.release();
+    m_strips.release();
 }
 
 } // namespace Rendra

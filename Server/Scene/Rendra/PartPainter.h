@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Server/Scene/Rendra/Frame.h"
-#include "Server/Scene/Rendra/VertexStream.h"
+#include "Server/Scene/Rendra/LineStrips.h"
 
 #include <vector>
 
@@ -17,22 +16,17 @@ public:
     void release() override;
 
 private:
-    struct Vertex
-    {
-        float position[3]; ///< Relative to the draw list's origin.
-        float colour[3];
-    };
-
     bool makePrograms();
     void drawFaces(const Frame& frame);
     void gather(const PartlyLit& lit, Graphics::Part part, const HighlightColours& colours);
-    void drawGathered(const Frame& frame, GLenum kind);
+    void drawGathered(const Frame& frame, Graphics::Part part);
 
     // All created on first use.
     Program m_faces, m_marks;
     bool m_tried = false;
     VertexStream m_stream;
-    std::vector<Vertex> m_vertices;
+    LineStrips m_strips;
+    std::vector<LineStrips::Vertex> m_vertices; ///< Relative to the draw list's origin.
 };
 
 } // namespace Rendra
