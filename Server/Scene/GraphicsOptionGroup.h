@@ -22,6 +22,9 @@ public:
     Option<bool> ambientOccludedEnabled{*this, "ambientOccludedEnabled", true}; ///< Darker corners.
     Option<bool> showLayoutGrid{*this, "showLayoutGrid", false};
     Option<bool> showGridRefNumbers{*this, "showGridRefNumbers", false};
+    /// Directions and lengths, in the corners of views on the screen and of pictures that show these.
+    Option<bool> showAxisCross{*this, "showAxisCross", false};
+    Option<bool> showScaleBar{*this, "showScaleBar", false};
     /// A pick in a view takes only what is visible there; otherwise also what is hidden.
     Option<bool> selectClosestItemOnly{*this, "selectClosestItemOnly", true};
     Option<int> NPREffect{*this, "NPREffect", 0};

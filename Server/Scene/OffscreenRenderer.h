@@ -28,7 +28,9 @@ struct ImageOptions
     bool transparentBackground = false;
     bool dome = true;                       ///< As RenderTarget::dome.
     bool grid = false, gridNumbers = false; ///< As in RenderTarget.
-    bool highlights = true;                 ///< Whether what is selected or pointed at is highlighted.
+    /// The axis cross and the scale bar, if the user's options show them.
+    bool marks = false;
+    bool highlights = true; ///< Whether what is selected or pointed at is highlighted.
     /// Many more samples per pixel if `antiAliasing` is on: for pictures that are kept, not for a canvas that
     /// moves.
     bool fine = true;

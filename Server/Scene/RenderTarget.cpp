@@ -15,6 +15,8 @@ RenderTarget RenderTarget::current()
     target.dome = options.displayDome();
     target.grid = options.showLayoutGrid();
     target.gridNumbers = options.showGridRefNumbers();
+    target.axisCross = options.showAxisCross();
+    target.scaleBar = options.showScaleBar();
     target.gridUnit = &Vs::LengthUnit::display();
     target.environment = &Vs::Scene::EnvironmentManager::getEnvManager()->activeEnvironment();
     target.selectionEffect = options.selectionEffectOption();

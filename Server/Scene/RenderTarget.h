@@ -40,7 +40,10 @@ struct RenderTarget
     bool grid = false;        ///< The layout grid, in fragments that show a model,
     bool gridNumbers = false; ///< and with it its numbers,
     bool gridOrigin = false;  ///< and a mark where its axes meet.
-    /// The unit in which the grid's lines are counted; null for millimetres.
+    /// In the corners of fragments that show a model: the directions of its axes, and a bar that tells how
+    /// long things are at the point that the camera looks at.
+    bool axisCross = false, scaleBar = false;
+    /// The unit of the grid's lines and of the scale bar; null for millimetres.
     const Vs::LengthUnit* gridUnit = nullptr;
     int selectionEffect = kNormalEffect; ///< Anything other than an ESelectionEffect works like kFastEffect.
     int tangentEdges = kFaintTangentEdges;

@@ -285,6 +285,8 @@ private:
     ViewLayoutGridOnCmdDef m_viewLayoutGridOnCmdDef;
     ViewGridRefNumbersCmdDef m_viewGridRefNumbersCmdDef;
     ViewLayoutGridCmdDef m_viewLayoutGridCmdDef;
+    ViewAxisCrossCmdDef m_viewAxisCrossCmdDef;
+    ViewScaleBarCmdDef m_viewScaleBarCmdDef;
     AddNamedViewCmdDef m_addNamedViewCmdDef;
     RemoveNamedViewCmdDef m_removeNamedViewCmdDef;
     UpdateNamedViewCameraCmdDef m_updateNamedViewCameraCmdDef;

@@ -284,6 +284,8 @@ bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments,
         picture.selectionEffect = Rendra::kNoEffect;
     picture.grid = options.grid;
     picture.gridNumbers = options.gridNumbers;
+    picture.axisCross = picture.axisCross && options.marks;
+    picture.scaleBar = picture.scaleBar && options.marks;
     picture.lineWidth = Rendra::RenderTarget::kLineWidth * options.pixelRatio * float(scale);
     picture.pixelScale = scale;
     picture.effects = options.fine || options.effects;

@@ -14,6 +14,7 @@
 #include "Server/Scene/Rendra/PartPainter.h"
 #include "Server/Scene/Rendra/PictureTarget.h"
 #include "Server/Scene/Rendra/Sketch.h"
+#include "Server/Scene/Rendra/ViewMarks.h"
 
 #include <algorithm>
 #include <array>
@@ -50,9 +51,10 @@ struct Renderer::Data
     HighlightPainter highlights;
     PartPainter parts;
     HelperPainter helpers;
+    ViewMarks marks;
     /// What is drawn for each fragment, in this order.
-    const std::array<Pass*, 9> passes{&ground, &bodies,     &gridUnderGlass, &glass,  &sketch,
-                                      &grid,   &highlights, &parts,          &helpers};
+    const std::array<Pass*, 10> passes{&ground, &bodies,     &gridUnderGlass, &glass,   &sketch,
+                                       &grid,   &highlights, &parts,          &helpers, &marks};
     EnvironmentLight light;
     const Vs::Scene::Environment* environment = nullptr;
     MeshStore meshes;

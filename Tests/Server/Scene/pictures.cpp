@@ -117,5 +117,16 @@ int main(int count, char** arguments)
     fragment->camera()->fit(fragment->bounds());
     write(*fragment, folder + "/parallel.png", 640, 400, options);
     write(*fragment, folder + "/large.png", 5000, 3000, options);
+    GraphicsOptionGroup::get()->showAxisCross(true);
+    GraphicsOptionGroup::get()->showScaleBar(true);
+    options.marks = true;
+    for (const wchar_t* id : {L"PhotoBooth", L"DarkSky"})
+        for (const float ratio : {1.0f, 2.0f}) {
+            EnvironmentManager::getEnvManager()->activeEnvironmentID(id);
+            options.pixelRatio = ratio;
+            write(*fragment,
+                  folder + "/marks" + std::to_string(int(ratio)) + (*id == L'D' ? "d" : "") + ".png",
+                  uint32_t(640 * ratio), uint32_t(400 * ratio), options);
+        }
     return 0;
 }

@@ -101,6 +101,8 @@ std::vector<Preference> makeAll()
         {Page::Display, L"Graphics.displayDome", "PreferenceDome", "Shaded background", toggle<&Graphics::displayDome>()},
         {Page::Display, L"Graphics.displayGroundPlane", "PreferenceGround", "Ground plane", toggle<&Graphics::displayGroundPlane>()},
         {Page::Display, L"Graphics.showLayoutGrid", "PreferenceGrid", "Grid", toggle<&Graphics::showLayoutGrid>()},
+        {Page::Display, L"Graphics.showAxisCross", "PreferenceAxisCross", "Axis cross", toggle<&Graphics::showAxisCross>()},
+        {Page::Display, L"Graphics.showScaleBar", "PreferenceScaleBar", "Scale bar", toggle<&Graphics::showScaleBar>()},
         {Page::Display, L"Graphics.selectClosestItemOnly", "PreferenceSeenOnly", "Clicks select only what is visible", toggle<&Graphics::selectClosestItemOnly>()},
     };
     // clang-format on

@@ -261,10 +261,16 @@ void GraphicsView::copyCamera(const GraphicsView& from)
 
 bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height, Vs::Status& status)
 {
+    return renderImage(image, width, height, Vs::Scene::ImageOptions::current(), status);
+}
+
+bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height,
+                               const Vs::Scene::ImageOptions& options, Vs::Status& status)
+{
     const std::wstring path = image->localPath();
-    const Vs::Scene::ImageOptions options = Vs::Scene::ImageOptions::current();
     Vs::Scene::Image pixels;
-    if (!folderTakesFiles(path, status) || !renderImage(pixels, width, height, status))
+    if (!folderTakesFiles(path, status) || !Vs::Scene::OffscreenRenderer::get()->render(
+                                               modelFragments(), width, height, options, pixels, status))
         return false;
     const std::string format = imageFormat(path);
     const auto* printed = Vs::cast<PrintedImageResource>(image);

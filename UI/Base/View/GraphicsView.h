@@ -16,6 +16,7 @@ namespace Vs {
 class ImageResource;
 namespace Scene {
 struct Image;
+struct ImageOptions;
 class ViewFragment;
 } // namespace Scene
 } // namespace Vs
@@ -91,6 +92,8 @@ public:
     /// then unchanged.
     bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height, Vs::Status& status);
     [[nodiscard]] bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height);
+    bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height,
+                     const Vs::Scene::ImageOptions& options, Vs::Status& status);
     /// The same into memory.
     bool renderImage(Vs::Scene::Image& image, uint32_t width, uint32_t height, Vs::Status& status) const;
 

@@ -77,6 +77,8 @@ void perspective(const Setting& s)      { setCamera(s, Vs::Scene::kPerspectivePr
 void orthographic(const Setting& s)     { setCamera(s, Vs::Scene::kParallelProjection); }
 void objectShadow(const Setting& s)     { s.set(&RenderParams::objectShadowType, s.options.objectShadowType); }
 void layoutGrid(const Setting& s)       { s.options.showLayoutGrid(s.on()); }
+void axisCross(const Setting& s)        { s.options.showAxisCross(s.on()); }
+void scaleBar(const Setting& s)         { s.options.showScaleBar(s.on()); }
 // clang-format on
 
 /// Belongs to the picture only: it is gone with the view.
@@ -148,6 +150,10 @@ constexpr Row kRows[] = {
     {L"ViewLayoutGridOffCommand", layoutGrid, 0},
     {L"ViewGridNumeralsOnCommand",  gridNumerals, 1},
     {L"ViewGridNumeralsOffCommand", gridNumerals, 0},
+    {L"ViewAxisCrossOnCommand",  axisCross, 1},
+    {L"ViewAxisCrossOffCommand", axisCross, 0},
+    {L"ViewScaleBarOnCommand",  scaleBar, 1},
+    {L"ViewScaleBarOffCommand", scaleBar, 0},
 };
 // clang-format on
 

@@ -157,6 +157,16 @@ constexpr CommandRow kGridRefNumbersItems[] = {
     {.key = L"ViewGridNumeralsOffCommand", .title = "Grid Numbers Off", .titleKey = "ViewGridNumbersOffCommand"},
 };
 
+constexpr CommandRow kAxisCrossItems[] = {
+    {.key = L"ViewAxisCrossOnCommand",  .title = "Axis Cross On"},
+    {.key = L"ViewAxisCrossOffCommand", .title = "Axis Cross Off"},
+};
+
+constexpr CommandRow kScaleBarItems[] = {
+    {.key = L"ViewScaleBarOnCommand",  .title = "Scale Bar On"},
+    {.key = L"ViewScaleBarOffCommand", .title = "Scale Bar Off"},
+};
+
 } // namespace
 
 constinit const CommandRow ViewDisplayCmdDef::kRow          = {.key = L"ViewDisplayCommand", .title = "View Display", .icon = &Resources::ViewDisplay, .groups = kGroups, .arguments = {L"CmdId"}};
@@ -175,6 +185,8 @@ constinit const CommandRow ViewObjectShadowCmdDef::kRow     = {.key = L"ViewObje
 constinit const CommandRow ViewColorCyclingCmdDef::kRow     = {.key = L"ViewColorCyclingCommand", .title = "Component Color Cycling", .icon = &Resources::ViewColorCyclingOn, .groups = kGroups, .arguments = {L"CmdId"}};
 constinit const CommandRow ViewLayoutGridOnCmdDef::kRow     = {.key = L"ViewLayoutGridOnCommand", .title = "Layout Grid", .titleKey = "ViewLayoutGridCommand", .icon = &Resources::Grid, .groups = kGroups, .arguments = {L"CmdId"}};
 constinit const CommandRow ViewGridRefNumbersCmdDef::kRow   = {.key = L"ViewGridRefNumeralsCommand", .title = "Grid Reference Numbers", .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewAxisCrossCmdDef::kRow        = {.key = L"ViewAxisCrossCommand", .title = "Axis Cross", .groups = kGroups, .arguments = {L"CmdId"}};
+constinit const CommandRow ViewScaleBarCmdDef::kRow         = {.key = L"ViewScaleBarCommand", .title = "Scale Bar", .groups = kGroups, .arguments = {L"CmdId"}};
 
 constinit const ViewChoices ViewDomeCmdDef::kChoices               = {kDomeItems, [](const ViewState&) { return onOrOff(options().displayDome()); }};
 constinit const ViewChoices ViewGroundPlaneCmdDef::kChoices        = {kGroundPlaneItems, [](const ViewState& s) { return onOrOff(s.render->groundPlaneEnabled()); }};
@@ -191,6 +203,8 @@ constinit const ViewChoices ViewObjectShadowCmdDef::kChoices       = {kObjectSha
 constinit const ViewChoices ViewColorCyclingCmdDef::kChoices       = {kColorCyclingItems, [](const ViewState& s) { return onOrOff(s.render->colorCyclingEnabled()); }};
 constinit const ViewChoices ViewLayoutGridOnCmdDef::kChoices       = {kLayoutGridItems, [](const ViewState&) { return onOrOff(options().showLayoutGrid()); }};
 constinit const ViewChoices ViewGridRefNumbersCmdDef::kChoices     = {kGridRefNumbersItems, [](const ViewState&) { return onOrOff(options().showGridRefNumbers()); }};
+constinit const ViewChoices ViewAxisCrossCmdDef::kChoices          = {kAxisCrossItems, [](const ViewState&) { return onOrOff(options().showAxisCross()); }};
+constinit const ViewChoices ViewScaleBarCmdDef::kChoices           = {kScaleBarItems, [](const ViewState&) { return onOrOff(options().showScaleBar()); }};
 // clang-format on
 
 } // namespace Vu::Commands

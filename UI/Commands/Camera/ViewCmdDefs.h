@@ -125,4 +125,18 @@ public:
     static const ViewChoices kChoices;
 };
 
+class ViewAxisCrossCmdDef : public ViewListCmdDef<ViewAxisCrossCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const ViewChoices kChoices;
+};
+
+class ViewScaleBarCmdDef : public ViewListCmdDef<ViewScaleBarCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    static const ViewChoices kChoices;
+};
+
 } // namespace Vu::Commands

@@ -12,6 +12,8 @@
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
 
+#include <algorithm>
+
 namespace Vu::Commands {
 namespace {
 
@@ -54,6 +56,8 @@ public:
     {
         m_group->MSAA(rendersAntiAliased(options));
         m_group->transparentBackground(options.transparentBackground);
+        if (options.asShown)
+            return;
         m_group->displayGroundPlane(false);
         m_group->displayDome(false);
         m_group->showLayoutGrid(false);
@@ -82,7 +86,11 @@ bool captureView(GraphicsView& view, Vs::ImageResource& file, const ImageOptions
 {
     GraphicsOptionsGuard graphics(view);
     graphics.setFor(options);
-    return view.renderImage(&file, options.width, options.height, status);
+    Vs::Scene::ImageOptions drawn = Vs::Scene::ImageOptions::current();
+    drawn.marks = options.asShown;
+    if (const GraphicsCanvas* canvas = view.canvas(); canvas && options.asShown)
+        drawn.pixelRatio = float(canvas->pixelWidth()) / float(std::max(1, canvas->width()));
+    return view.renderImage(&file, options.width, options.height, drawn, status);
 }
 
 bool captureView(const GraphicsView& view, Vs::Scene::Image& image, const ImageOptions& options,

@@ -22,7 +22,8 @@ namespace Vu::Commands {
 void takeWindowSize(const GraphicsView& view, ImageOptions& options);
 
 /// Renders the view for use elsewhere: without ground, dome and grid, whatever the user's options, which it
-/// leaves as they were. Writes it to the file as GraphicsView::renderImage does.
+/// leaves as they were; or as it is shown if that is asked for. Writes it to the file as
+/// GraphicsView::renderImage does.
 bool captureView(GraphicsView& view, Vs::ImageResource& file, const ImageOptions& options,
                  Vs::Status& status);
 /// The same into memory. False, with the reason, if rendering failed.

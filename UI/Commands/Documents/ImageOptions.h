@@ -14,6 +14,8 @@ struct ImageOptions
     uint32_t height = 0; ///< Pixels.
     bool transparentBackground = false;
     bool antiAliasing = true;
+    /// With all that the view shows around the model, not for use elsewhere.
+    bool asShown = false;
     bool transparencyLocked = false; ///< The file format doesn't support transparency.
     int resolution = 72;             ///< Pixels per inch, as written to the file.
 };

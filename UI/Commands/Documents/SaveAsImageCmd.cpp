@@ -17,7 +17,7 @@ namespace Vu::Commands {
 
 // clang-format off
 constinit const CommandRow SaveAsImageCmdDef::kRow = {
-    .key = L"SaveAsImageCommand", .title = "Capture Image...", .icon = &Resources::SaveAsImage, .arguments = {L"Path", L"Width", L"Height", L"Transparent", L"AntiAliasing"}};
+    .key = L"SaveAsImageCommand", .title = "Capture Image...", .icon = &Resources::SaveAsImage, .arguments = {L"Path", L"Width", L"Height", L"Transparent", L"AntiAliasing", L"AsShown"}};
 // clang-format on
 
 namespace {
@@ -61,15 +61,17 @@ private:
     Vs::Status& m_status;
 };
 
-/// Takes what the context says. Returns false if it doesn't give the size, so that the user has to be asked.
+/// Takes what the context says. Returns false if it gives neither the size nor that the view is captured as
+/// it is shown, so that the user has to be asked.
 bool takeArguments(const CommandContext& context, ImageOptions& options, Vs::Status& status)
 {
     ArgumentReader arguments(context, status);
     arguments.readFlag(SaveAsImageCmdDef::transparentArgumentName(), options.transparentBackground);
     arguments.readFlag(SaveAsImageCmdDef::antiAliasingArgumentName(), options.antiAliasing);
+    arguments.readFlag(SaveAsImageCmdDef::asShownArgumentName(), options.asShown);
     const bool hasWidth = arguments.readSide(SaveAsImageCmdDef::widthArgumentName(), options.width);
     const bool hasHeight = arguments.readSide(SaveAsImageCmdDef::heightArgumentName(), options.height);
-    return hasWidth || hasHeight;
+    return hasWidth || hasHeight || options.asShown;
 }
 
 bool sizeIsSane(const ImageOptions& options)
@@ -101,6 +103,12 @@ const Vs::UniqueString* SaveAsImageCmdDef::transparentArgumentName()
 const Vs::UniqueString* SaveAsImageCmdDef::antiAliasingArgumentName()
 {
     static const Vs::UniqueString* const name = Vs::UniqueString::find("AntiAliasing", true);
+    return name;
+}
+
+const Vs::UniqueString* SaveAsImageCmdDef::asShownArgumentName()
+{
+    static const Vs::UniqueString* const name = Vs::UniqueString::find("AsShown", true);
     return name;
 }
 

@@ -20,6 +20,8 @@ public:
     /// "Transparent" and "AntiAliasing": integers, 0 or 1.
     static const Vs::UniqueString* transparentArgumentName();
     static const Vs::UniqueString* antiAliasingArgumentName();
+    /// "AsShown": 1 for a picture with all that the view shows, of its size unless another one is given.
+    static const Vs::UniqueString* asShownArgumentName();
 
 protected:
     bool onIsApplicable(CommandContext* context) const override;

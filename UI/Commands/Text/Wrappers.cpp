@@ -258,6 +258,8 @@ constexpr WrapperRow kWrappers[] = {
     {kArea, L"ViewObjectShadowCmd", L"View object shadow.", "", &ViewObjectShadowCmdDef::info, cmdId},
     {kArea, L"ViewColorCyclingCmd", L"View color cycling.", "", &ViewColorCyclingCmdDef::info, cmdId},
     {kArea, L"ViewLayoutGridOnCmd", L"View layout grid.", "", &ViewLayoutGridOnCmdDef::info, cmdId},
+    {kArea, L"ViewAxisCrossCmd", L"View axis cross.", "", &ViewAxisCrossCmdDef::info, cmdId},
+    {kArea, L"ViewScaleBarCmd", L"View scale bar.", "", &ViewScaleBarCmdDef::info, cmdId},
     {kArea, L"ShowOrbiconCmd", L"Show Orbicon.", "", &ShowOrbiconCmdDef::info},
     {kArea, L"HideOrbiconCmd", L"Hide Orbicon.", "", &HideOrbiconCmdDef::info},
     {kArea, L"ViewWidgetCmd",  L"View menu item.", "", &ViewWidgetCmdDef::info},

@@ -116,7 +116,8 @@ constexpr const wchar_t* kLists[] = {
     L"ViewNPREffectCommand",    L"ViewAmbientOcclusionCommand", L"ViewEnvCommand",
     L"ViewMSAACommand",         L"ViewSelectionEffectCommand",  L"ViewVisualStyleCommand",
     L"ViewObjectShadowCommand", L"ViewColorCyclingCommand",     L"ViewCameraCommand",
-    L"ViewLayoutGridOnCommand", L"ViewGridRefNumeralsCommand"};
+    L"ViewLayoutGridOnCommand", L"ViewGridRefNumeralsCommand",  L"ViewAxisCrossCommand",
+    L"ViewScaleBarCommand"};
 
 } // namespace
 
@@ -273,7 +274,7 @@ TEST_F(ViewDisplayTest, EachLineOfTheFamilyTakesTheIdentifierAsItsFirstParameter
     for (const wchar_t* name :
          {L"Dome", L"GroundPlane", L"GroundShadow", L"AmbientOcclusion", L"GroundReflection", L"NPREffect",
           L"Environment", L"MSAA", L"SelectionEffect", L"VisualStyle", L"Camera", L"ObjectShadow",
-          L"ColorCycling", L"LayoutGridOn"}) {
+          L"ColorCycling", L"LayoutGridOn", L"AxisCross", L"ScaleBar"}) {
         style = style == 3 ? 0 : 3;
         answer(L"VuCommands.View" + std::wstring(name) + L"Cmd " +
                (style == 3 ? L"ViewVisualStyleWireframe" : L"ViewVisualStyleShaded") + L" Ignored");
@@ -414,7 +415,7 @@ TEST_F(ViewDisplayTest, TheWindowIsDrawnAnewAtEachChangeAndNeverOtherwise)
     for (const wchar_t* id :
          {L"ViewDomeOffCommand", L"ViewGroundPlaneOnCommand", L"ViewNPRPastelCommand", L"ViewMSAAOffCommand",
           L"ViewEnvDarkSkyCommand", L"ViewVisualStyleWireframe", L"ViewCameraOrthoCommand",
-          L"ViewColorCyclingOnCommand", L"ViewLayoutGridOnCommand"}) {
+          L"ViewColorCyclingOnCommand", L"ViewLayoutGridOnCommand", L"ViewAxisCrossOnCommand"}) {
         SCOPED_TRACE(std::string(id, id + std::wcslen(id)));
         set(id);
         EXPECT_GT(paints.taken(), 0);

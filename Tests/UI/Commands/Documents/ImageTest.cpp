@@ -183,6 +183,16 @@ TEST_F(ImageTest, TheGroundAndTheGridAreLeftOutAndStayOnTheScreen)
     answer(L"VuCommands.ViewLayoutGridOnCmd ViewLayoutGridOnCommand");
     answer(capture(onGround, L"Width=320 Height=240"));
     EXPECT_EQ(image(onGround), image(plain));
+    answer(L"VuCommands.ViewAxisCrossCmd ViewAxisCrossOnCommand");
+    answer(capture(onGround, L"Width=320 Height=240"));
+    EXPECT_EQ(image(onGround), image(plain)) << "marks belong to views";
+    const auto below = [](const QImage& picture) { return picture.copy(20, 140, 90, 80); };
+    answer(capture(onGround, L"Width=320 Height=240 AsShown=1"));
+    const QImage shown = image(onGround);
+    EXPECT_NE(shown, image(plain));
+    answer(L"VuCommands.ViewAxisCrossCmd ViewAxisCrossOffCommand");
+    answer(capture(onGround, L"Width=320 Height=240 AsShown=1"));
+    EXPECT_NE(below(image(onGround)), below(shown)) << "unless the view is captured as it is shown";
     EXPECT_TRUE(Vu::SceneUtilities::getActiveAssetGraphicView()
                     ->modelFragment()
                     ->renderParams()

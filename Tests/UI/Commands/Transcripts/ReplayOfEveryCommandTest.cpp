@@ -219,6 +219,8 @@ const Session kSessions[] = {
     {L"ViewLayoutGridOnCommand",       kModel + L"VuCommands.ViewLayoutGridOnCmd ViewLayoutGridOffCommand"},
     {L"ViewLayoutGridCommand",         kModel + L"Commands.Start ViewLayoutGridCommand CmdId=ViewLayoutGridOffCommand"},
     {L"ViewGridRefNumeralsCommand",    kModel + L"Commands.Start ViewGridRefNumeralsCommand CmdId=ViewGridNumeralsOffCommand"},
+    {L"ViewAxisCrossCommand",          kModel + L"VuCommands.ViewAxisCrossCmd ViewAxisCrossOnCommand"},
+    {L"ViewScaleBarCommand",           kModel + L"VuCommands.ViewScaleBarCmd ViewScaleBarOnCommand"},
     {L"ShowOrbiconCommand",            kModel + L"VuCommands.HideOrbiconCmd;VuCommands.ShowOrbiconCmd"},
     {L"HideOrbiconCommand",            kModel + L"VuCommands.HideOrbiconCmd"},
     {L"ViewWidgetCommand",             kModel + L"VuCommands.ViewWidgetCmd"},

@@ -16,6 +16,7 @@ bool drawCanvas(const GraphicsCanvas& canvas, const std::vector<Vs::Scene::ViewF
     options.effects = !moving;
     options.transparentBackground = false;
     options.pixelRatio = pixelRatio;
+    options.marks = true;
     const Vs::Utility::timer clock;
     if (!Vs::Scene::OffscreenRenderer::get()->render(fragments, static_cast<uint32_t>(canvas.pixelWidth()),
                                                      static_cast<uint32_t>(canvas.pixelHeight()), options,
