@@ -27,6 +27,7 @@ struct ReadingOptions
 {
     bool annotations = true;
     bool salvage = false;  ///< It is damaged: only its sound content, where the format can tell.
+    bool facewise = false; ///< And without the faces on which the kernel dies.
     bool isStrict = false; ///< It is refused if it is damaged.
     /// Processes that read beside this one; null for none. They were started before the wall was raised.
     std::shared_ptr<Helpers> helpers;
@@ -54,8 +55,9 @@ struct Reading
 /// What helpers may use.
 struct Help
 {
-    uint64_t memory = 0; ///< Bytes.
-    std::string pieces;  ///< A folder for what they may reuse; empty for none.
+    uint64_t memory = 0;   ///< Bytes.
+    std::string pieces;    ///< A folder for what they may reuse; empty for none.
+    bool facewise = false; ///< To find the faces on which the kernel dies.
 };
 
 /// The helpers that a family of formats starts.

@@ -2,6 +2,7 @@
 
 #include "Server/Translate/Beside.h"
 #include "Server/Translate/MappedFile.h"
+#include "Server/Translate/Salvage/FaceTrials.h"
 #include "Server/Translate/Salvage/Salvage.h"
 #include "Server/Translate/Shares/BoundShares.h"
 #include "Server/Translate/StepActor.h"
@@ -113,8 +114,16 @@ Loaded loadSound(const std::string& path, std::string_view file, const ReadingOp
         if (isWhole && !loaded.reader->lacksAnything())
             return loaded;
     }
+    std::unordered_set<uint32_t> without;
+    if (const auto trials = std::dynamic_pointer_cast<Salvage::FaceTrials>(options.helpers)) {
+        reporter.stage("looking for the faces that can't be read", 0.0, 0.3);
+        auto found = trials->unreadable([&](double fraction) { reporter.progress(fraction); });
+        if (!found)
+            throw Unreadable("has no face that can be read");
+        without = std::move(*found);
+    }
     reporter.stage("looking for what is sound", 0.0, 0.0);
-    Salvage::Salvaged sound = Salvage::salvage(file);
+    Salvage::Salvaged sound = Salvage::salvage(file, without);
     if (isWhole && !sound.wasDamaged)
         return loaded;
     if (options.salvage && !sound.wasDamaged) {

@@ -2,6 +2,7 @@
 
 #include "Server/Translate/Family.h"
 #include "Server/Translate/RefuseMeshes.h"
+#include "Server/Translate/Salvage/FaceTrials.h"
 #include "Server/Translate/Shares/ShareReaders.h"
 #include "Server/Translate/StepReader.h"
 #include "Server/Translate/StepWriter.h"
@@ -10,7 +11,11 @@ namespace Vs::Translate {
 
 std::shared_ptr<Helpers> helpersFor(Exchange::Format format, const std::string& path, const Help& help)
 {
-    return format == Exchange::Format::Step ? Shares::ShareReaders::start(path, help) : nullptr;
+    if (format != Exchange::Format::Step)
+        return nullptr;
+    if (help.facewise)
+        return Salvage::FaceTrials::start(path, help);
+    return Shares::ShareReaders::start(path, help);
 }
 
 Reading readFile(Exchange::Format format, const std::string& path, const ReadingOptions& options,

@@ -1,8 +1,8 @@
 // The worker: reads or writes one foreign file for the program that started it, and reports to it
 // over a pipe. It may crash or be killed at any time without affecting the program.
 //
-//     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations] [--salvage | --strict]
-//         [--pieces=FOLDER] [LIMITS]
+//     quillet-translate-FAMILY import FORMAT FILE MODEL [--no-annotations]
+//         [--salvage | --facewise | --strict] [--pieces=FOLDER] [LIMITS]
 //     quillet-translate-FAMILY renew FORMAT DATA MODEL [LIMITS]
 //     quillet-translate-FAMILY export FORMAT DATA FILE [--combine=NAME] [--unit=NAME] [--document=NAME]
 //         [--software=NAME] [LIMITS]
@@ -68,6 +68,8 @@ bool parse(const std::vector<std::string>& arguments, Task& task)
             task.reading.annotations = false;
         else if (argument == "--salvage")
             task.reading.salvage = true;
+        else if (argument == "--facewise")
+            task.reading.salvage = task.reading.facewise = true;
         else if (argument == "--strict")
             task.reading.isStrict = true;
         else if (argument.starts_with("--memory="))
@@ -155,8 +157,9 @@ int run(Task& task)
 {
     Reporter reporter;
     try {
-        if (task.work == Task::Work::Import && !task.reading.salvage)
-            task.reading.helpers = helpersFor(task.format, task.source, {task.memory, task.pieces});
+        if (task.work == Task::Work::Import && (!task.reading.salvage || task.reading.facewise))
+            task.reading.helpers =
+                helpersFor(task.format, task.source, {task.memory, task.pieces, task.reading.facewise});
         // The kernel takes what it is given as UTF-8, which the name of a folder need not be.
         if (task.work == Task::Work::Export)
             std::filesystem::current_path(std::filesystem::path(task.target).parent_path());

@@ -84,6 +84,15 @@ bool isObj(std::string_view head)
     return any;
 }
 
+// Whether a file whose beginning is damaged has more of a STEP file than its name.
+bool hasStepSections(std::string_view head)
+{
+    static constexpr std::string_view kMarks[] = {"HEADER;", "FILE_DESCRIPTION", "FILE_NAME", "FILE_SCHEMA",
+                                                  "DATA;"};
+    return std::ranges::any_of(
+        kMarks, [&](std::string_view mark) { return head.find(mark) != std::string_view::npos; });
+}
+
 } // namespace
 
 Format formatOfContent(std::string_view head, uint64_t size)
@@ -138,8 +147,10 @@ Format recognise(const std::wstring& path, Status& status)
         return fault(L"is empty.");
 
     const Format named = formatOfName(path);
-    const Format held =
-        formatOfContent({head, static_cast<size_t>(got)}, static_cast<uint64_t>(info.st_size));
+    const std::string_view begin(head, static_cast<size_t>(got));
+    Format held = formatOfContent(begin, static_cast<uint64_t>(info.st_size));
+    if (held == Format::Unknown && named == Format::Step && hasStepSections(begin))
+        held = Format::Step; // Its reader looks for what is sound.
     if (held == Format::Unknown) {
         if (named == Format::Unknown)
             return fault(L"is of no kind that this program can open.");

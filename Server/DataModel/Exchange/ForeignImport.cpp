@@ -106,7 +106,7 @@ void ForeignImport::startWorker(ImportCache& cache)
     if (m_withoutAnnotations)
         arguments.push_back("--no-annotations");
     if (m_firstFault)
-        arguments.push_back("--salvage");
+        arguments.push_back(m_facewise ? "--facewise" : "--salvage");
     else if (m_isStrict)
         arguments.push_back("--strict");
     // What a damaged file holds isn't kept as sound.
@@ -150,6 +150,9 @@ bool ForeignImport::tryAgain(ImportCache& cache)
     } else if ((died || end == Worker::End::Failed) && m_format == Format::Step && !m_isStrict &&
                !m_firstFault) {
         m_firstFault = fault();
+        m_hasDied = died;
+    } else if (m_firstFault && !m_facewise && (died || (m_hasDied && end == Worker::End::Failed))) {
+        m_facewise = true;
     } else {
         return false;
     }

@@ -66,6 +66,8 @@ private:
     std::string m_scratch;
     bool m_withoutAnnotations = false, m_isStrict = false;
     std::optional<std::wstring> m_firstFault; ///< While a damaged file is read again for what is intact.
+    bool m_hasDied = false;                   ///< Its first reader, which may have been the kernel's fault;
+    bool m_facewise = false;                  ///< and the second one too, so that the faces are tried.
     std::unique_ptr<Worker> m_worker;
     std::shared_ptr<const ModelFile> m_model;
     Status m_status;

@@ -92,12 +92,17 @@ private:
     std::vector<size_t> m_open;           ///< Changed instances, whose users are still to be judged.
 };
 
-Instances::Instances(std::string_view bytes)
+Instances::Instances(std::string_view bytes, const std::unordered_set<uint32_t>& without)
 {
     const std::vector<StepStatement> statements = statementsOf(bytes, m_lost);
     m_all.reserve(statements.size());
     for (const StepStatement& statement : statements)
         add(statement);
+    for (const uint32_t number : without)
+        if (const auto found = m_byNumber.find(number); found != m_byNumber.end()) {
+            m_all[found->second].isSound = false;
+            m_spares.erase(number);
+        }
     Settling(*this).run();
     dropUnplaced();
     Settling(*this).run();

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace Vs::Translate::Salvage {
@@ -36,8 +37,8 @@ struct Instance
 class Instances
 {
 public:
-    /// The bytes must outlive this.
-    explicit Instances(std::string_view bytes);
+    /// The bytes must outlive this. The instances of `without` are unsound, whatever they hold.
+    explicit Instances(std::string_view bytes, const std::unordered_set<uint32_t>& without = {});
 
     const std::vector<Instance>& all() const { return m_all; }
     /// Null if there is no sound instance of that number.

@@ -86,9 +86,19 @@ std::vector<std::string> warningsOf(const Mender& mender, const std::vector<std:
 
 } // namespace
 
-Salvaged salvage(std::string_view file)
+std::vector<uint32_t> facesOf(std::string_view file)
 {
+    std::vector<uint32_t> faces;
     const Instances instances(file);
+    for (const Instance& instance : instances.all())
+        if (instance.isSound && instance.roles.test(size_t(Role::Face)))
+            faces.push_back(instance.number);
+    return faces;
+}
+
+Salvaged salvage(std::string_view file, const std::unordered_set<uint32_t>& without)
+{
+    const Instances instances(file, without);
     Salvaged result;
     result.wasDamaged = instances.setAside() > 0 || !isFramed(file);
     Mender mender(instances);

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace Vs::Translate::Salvage {
@@ -20,6 +22,11 @@ struct Salvaged
 /// Sets aside what contradicts itself or the standard, and what can't do without that. A shell makes do with
 /// the faces that are left, and a solid then becomes a surface; faces without a shell, shells without a solid
 /// and shapes without a product get one. A number that was changed into another plausible one isn't noticed.
-[[nodiscard]] Salvaged salvage(std::string_view file);
+///
+/// @param without numbers of entities to set aside in any case
+[[nodiscard]] Salvaged salvage(std::string_view file, const std::unordered_set<uint32_t>& without = {});
+
+/// The numbers of the file's sound faces, in the order of the file.
+[[nodiscard]] std::vector<uint32_t> facesOf(std::string_view file);
 
 } // namespace Vs::Translate::Salvage

@@ -150,6 +150,7 @@ TEST_F(SalvageTest, WhatIsOnlyWrittenBadlyIsWholeAgain)
     };
     const std::pair<const char*, std::string> damages[] = {
         {"no header", "ISO-10303-21;\n" + text.substr(text.find("DATA;"))},
+        {"another first word", replaced("ISO-10303-21", "ISO-1O303-21")},
         {"no end", text.substr(0, text.find("ENDSEC;\nEND-ISO"))},
         {"no semicolon", replaced(";\n#" + std::to_string(file.find("PRODUCT_CONTEXT")),
                                   "\n#" + std::to_string(file.find("PRODUCT_CONTEXT")))},
@@ -239,6 +240,19 @@ TEST_F(SalvageTest, AStrictOpeningRefusesAndASecondOneWarnsAgain)
         ASSERT_NE(open(path), nullptr) << said();
         EXPECT_NE(said().find("is damaged"), std::string::npos) << said();
     }
+}
+
+TEST_F(SalvageTest, FacesOnWhichTheKernelDiesAreFoundAndTheOthersStay)
+{
+    // The point of a plane, where one in space belongs: each statement by itself is sound.
+    StepFile file(whole);
+    file.put(90001, "CARTESIAN_POINT('',(1.,1.))");
+    file[file.find("VERTEX_POINT")] = "VERTEX_POINT('',#90001)";
+    Asset* const asset = opened(file.text());
+    ASSERT_NE(asset, nullptr) << said();
+    EXPECT_EQ(facesOf(*asset, L"Red box") + facesOf(*asset, L"Turned cylinder"), 6u) << said();
+    EXPECT_NE(said().find("lacks 3 of 6 faces of \"Red box\""), std::string::npos) << said();
+    EXPECT_FALSE(openStrictly(write("strict.stp", file.text() + '\n')));
 }
 
 TEST_F(SalvageTest, AFaceOfWhichTheKernelMakesNothingIsToldOf)

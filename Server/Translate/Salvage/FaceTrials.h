@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Server/Translate/Reading.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_set>
+
+namespace Vs::Translate::Salvage {
+
+/// The last resort for a STEP file on which the kernel dies though nothing unsound can be seen in it: finds
+/// the faces that it dies of, by reading halves of them in processes of their own. One starts the others and
+/// never touches what the kernel makes of a file; those are behind the same wall as the worker.
+class FaceTrials : public Helpers
+{
+public:
+    /// Null if no process can be started.
+    static std::shared_ptr<FaceTrials> start(const std::string& path, const Help& help);
+    ~FaceTrials() override;
+    FaceTrials(const FaceTrials&) = delete;
+    FaceTrials& operator=(const FaceTrials&) = delete;
+
+    /// Waits for the numbers of the faces that are better left out; nothing if no half of them can be read.
+    /// Reports meanwhile how many of the trials are done, from 0 to 1.
+    std::optional<std::unordered_set<uint32_t>> unreadable(const std::function<void(double)>& progress);
+
+private:
+    explicit FaceTrials(int pipe) : m_pipe(pipe) {}
+
+    int m_pipe; ///< From the process that tries.
+};
+
+} // namespace Vs::Translate::Salvage
