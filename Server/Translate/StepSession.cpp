@@ -1,5 +1,6 @@
 #include "Server/Translate/StepSession.h"
 
+#include "Server/Translate/Abridged.h"
 #include "Server/Translate/StepNumbers.h"
 
 #include <Interface_InterfaceModel.hxx>
@@ -22,7 +23,8 @@ std::shared_ptr<StepSession> StepSession::make()
 
 bool StepSession::load(const std::string& path, std::string_view bytes, const ReportingBuffer::Report& report)
 {
-    ReportingBuffer buffer(bytes, report);
+    const std::string shorter = abridged(bytes);
+    ReportingBuffer buffer(shorter.empty() ? bytes : shorter, report);
     std::istream stream(&buffer);
     return ChangeReader().ReadStream(path.c_str(), stream) == IFSelect_RetDone;
 }

@@ -19,7 +19,8 @@ class StepSession : public STEPCAFControl_Reader
 public:
     static std::shared_ptr<StepSession> make();
 
-    /// Parses the text of a file; the path is only its name. False if it can't be understood.
+    /// Parses the text of a file, without what nobody reads of it; the path is only its name. False if it
+    /// can't be understood.
     bool load(const std::string& path, std::string_view bytes, const ReportingBuffer::Report& report);
     /// Whether the kernel missed anything in an entity, such as a dangling reference, doesn't know it, or
     /// accepted an impossible number. It carries on silently, or fails on it later.

@@ -384,3 +384,26 @@ TEST_F(ExchangeTest, AReferenceToWhatAFileLacksCostsNoFace)
     EXPECT_EQ(facesOf("CLOSED_SHELL"), 9u);
     EXPECT_EQ(facesOf("MANIFOLD_SOLID_BREP"), 9u);
 }
+
+TEST_F(ExchangeTest, FilledLettersOfAnAnnotationKeepNobodyFromTheShapes)
+{
+    Asset* original = boxAndCylinder();
+    const double volume = volumeOf(*original);
+    ASSERT_TRUE(save(original, scratch("plain.stp"))) << Strings::narrow(status.toString());
+    std::string text = contentOf(scratch("plain.stp"));
+    // More than the kernel could take in before the reader is ended.
+    std::string points = "(0.,0.,0.)", strips = "(1,2,3)";
+    for (int i = 1; i < 60'000; ++i) {
+        points += ",(1.,2.,3.)";
+        strips += ",(1,2,3)";
+    }
+    text.insert(text.find("ENDSEC;", text.find("DATA;")),
+                "#8000=COORDINATES_LIST('',60000,(" + points + "));\n" +
+                    "#8001=COMPLEX_TRIANGULATED_SURFACE_SET('',#8000,60000,((0.,0.,1.)),(),(" + strips +
+                    "),());\n#8002=COORDINATES_LIST('',3,((0.,0.,0.),(1.,0.,0.),(0.,1.,0.)));\n"
+                    "#8003=TESSELLATED_CURVE_SET('',#8002,((1,2,3)));\n");
+    const Document* document = open(write("lettered.stp", text));
+    ASSERT_NE(document, nullptr) << Strings::narrow(status.toString());
+    EXPECT_EQ(Strings::narrow(status.toString()), "");
+    EXPECT_NEAR(volumeOf(*document->activeAsset()), volume, volume * 1e-6);
+}
