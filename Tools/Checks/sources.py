@@ -23,7 +23,7 @@ CHECKS = {
     # Not in German texts, drawings and the licence; nor in inputs of tests that are bytes made by chance.
     "spelling": (["codespell"], [":!*.po", ":!*.svg", ":!*.desktop", ":!*.metainfo.xml", ":!*.lintian-overrides",
                                ":!Docs/erste-schritte.md", ":!LICENSE", ":!Tests/Fuzz/*/*"]),
-    "shell": (["shellcheck", "--shell=bash", "--external-sources"], ["run", "check", ".ci/run", "Packaging/packages", "Packaging/try-build", "Packaging/try-packages", "*.sh"]),
+    "shell": (["shellcheck", "--shell=bash", "--external-sources"], ["run", "check", ".ci/run", "Packaging/packages", "Packaging/try-build", "Packaging/try-packages", "Packaging/try-twice", "*.sh"]),
     "desktop": (["desktop-file-validate"], ["*.desktop"]),
     "description": (["appstreamcli", "validate", "--no-net"], ["*.metainfo.xml"]),
 }
