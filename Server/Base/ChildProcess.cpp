@@ -1,6 +1,7 @@
 #include "Server/Base/ChildProcess.h"
 
 #include "Server/Base/Require.h"
+#include "Server/Base/SystemCalls.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -182,9 +183,7 @@ std::optional<int> ChildProcess::collect()
 {
     const pid_t process = release();
     int state = 0;
-    pid_t found = -1;
-    while ((found = waitpid(process, &state, 0)) < 0 && errno == EINTR)
-        ;
+    const pid_t found = persistent([&] { return waitpid(process, &state, 0); });
     return found == process ? std::optional(state) : std::nullopt;
 }
 

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/SystemCalls.h"
 #include "Server/Base/UnfinishedFile.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -47,19 +48,6 @@ private:
 [[noreturn]] void failed(const Path& path, const char* what)
 {
     throw Exception(path.string() + " cannot be " + what + ": " + std::strerror(errno));
-}
-
-bool writeAll(int file, std::string_view content)
-{
-    while (!content.empty()) {
-        const ssize_t written = ::write(file, content.data(), content.size());
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return false;
-        content.remove_prefix(static_cast<size_t>(written));
-    }
-    return true;
 }
 
 /// About one step of the path. A folder that everybody may write into, but where nobody may touch what

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/Strings.h"
+#include "Server/Base/SystemCalls.h"
 #include "Server/Base/TextCommandMgr.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -66,10 +67,9 @@ bool TranscriptFile::fill()
         return false;
     m_at = 0;
     m_chunk.resize(kBufferSize);
-    ssize_t got = -1;
-    do // A pipe returns what it has.
-        got = read(fileno(m_file.get()), m_chunk.data(), kBufferSize);
-    while (got < 0 && errno == EINTR);
+    // A pipe returns what it has.
+    const ssize_t got =
+        persistent([this] { return read(fileno(m_file.get()), m_chunk.data(), kBufferSize); });
     if (got < 0)
         giveUp(std::strerror(errno));
     m_chunk.resize(static_cast<size_t>(got));

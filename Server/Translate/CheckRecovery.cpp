@@ -3,6 +3,7 @@
 //
 // quillet-check-recovery FOLDER FILE...
 
+#include "Server/Base/SystemCalls.h"
 #include "Server/DataModel/Exchange/WorkerProtocol.h"
 #include "Server/DataModel/Recovery/Private/RecoveryCheck.h"
 #include "Server/Translate/Wall.h"
@@ -24,14 +25,8 @@ constexpr int kNice = 5;
 /// False if nobody listens any more.
 bool tell(const std::string& text)
 {
-    const std::string frame = Vs::Exchange::encode({Vs::Exchange::WorkerMessage::Kind::Progress, 0, text});
-    for (size_t done = 0; done < frame.size();) {
-        const ssize_t written = write(Vs::Exchange::kWorkerPipe, frame.data() + done, frame.size() - done);
-        if (written < 0 && errno != EINTR)
-            return false;
-        done += written > 0 ? static_cast<size_t>(written) : 0;
-    }
-    return true;
+    return Vs::writeAll(Vs::Exchange::kWorkerPipe,
+                        Vs::Exchange::encode({Vs::Exchange::WorkerMessage::Kind::Progress, 0, text}));
 }
 
 } // namespace

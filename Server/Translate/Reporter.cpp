@@ -1,5 +1,7 @@
 #include "Server/Translate/Reporter.h"
 
+#include "Server/Base/SystemCalls.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <unistd.h>
@@ -43,13 +45,8 @@ void Reporter::send(const Exchange::WorkerMessage& message)
 {
     const std::string frame = Exchange::encode(message);
     const std::lock_guard lock(m_mutex);
-    for (size_t sent = 0; sent < frame.size();) {
-        const ssize_t count = write(Exchange::kWorkerPipe, frame.data() + sent, frame.size() - sent);
-        if (count > 0)
-            sent += static_cast<size_t>(count);
-        else if (errno != EINTR)
-            std::_Exit(3); // Nobody listens any more.
-    }
+    if (!writeAll(Exchange::kWorkerPipe, frame))
+        std::_Exit(3); // Nobody listens any more.
 }
 
 } // namespace Vs::Translate

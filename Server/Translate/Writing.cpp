@@ -1,12 +1,13 @@
 #include "Server/Translate/Writing.h"
 
+#include "Server/Base/SystemCalls.h"
+
 #include <boost/algorithm/string/case_conv.hpp>
 
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
-#include <vector>
 
 namespace Vs::Translate {
 
@@ -21,15 +22,10 @@ std::string whyNoMore(const std::string& path)
     if (descriptor < 0)
         return std::strerror(errno);
     // More than a file system may have left in the file's last block.
-    const std::vector<char> more(size_t(1) << 20);
+    const std::string more(size_t(1) << 20, '\0');
     std::string cause;
-    for (size_t done = 0; done < more.size() && cause.empty();) {
-        const ssize_t written = write(descriptor, more.data(), more.size() - done);
-        if (written > 0)
-            done += static_cast<size_t>(written);
-        else if (errno != EINTR)
-            cause = std::strerror(errno);
-    }
+    if (!writeAll(descriptor, more))
+        cause = std::strerror(errno);
     if (close(descriptor) != 0 && cause.empty())
         cause = std::strerror(errno);
     return cause;

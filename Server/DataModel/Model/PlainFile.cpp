@@ -1,5 +1,7 @@
 #include "Server/DataModel/Model/PlainFile.h"
 
+#include "Server/Base/SystemCalls.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -47,10 +49,7 @@ PlainFile::~PlainFile()
 size_t PlainFile::read(void* target, size_t size)
 {
     const uint64_t wanted = std::min<uint64_t>(size, m_size - m_given);
-    ssize_t got = 0;
-    do
-        got = ::read(m_descriptor, target, wanted);
-    while (got < 0 && errno == EINTR);
+    const ssize_t got = persistent([&] { return ::read(m_descriptor, target, wanted); });
     if (got < 0)
         fail();
     m_given += static_cast<uint64_t>(got);

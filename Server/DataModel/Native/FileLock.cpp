@@ -3,6 +3,8 @@
 #include "Server/Base/OwnFiles.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Strings.h"
+#include "Server/Base/SystemCalls.h"
+#include "Server/DataModel/Native/Paths.h"
 
 #include <QDateTime>
 #include <QJsonDocument>
@@ -93,13 +95,9 @@ enum class Locked { Yes, No, Unknown };
 
 Locked lock(int descriptor)
 {
-    while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-        if (errno == EWOULDBLOCK)
-            return Locked::No;
-        if (errno != EINTR)
-            return Locked::Unknown;
-    }
-    return Locked::Yes;
+    if (persistent([&] { return ::flock(descriptor, LOCK_EX | LOCK_NB); }) == 0)
+        return Locked::Yes;
+    return errno == EWOULDBLOCK ? Locked::No : Locked::Unknown;
 }
 
 /// A child of a process that died may still write that one's recovery file, and has the lock until then.
@@ -116,14 +114,6 @@ Locked lockOfLiving(int descriptor)
         locked = lock(descriptor);
     }
     return locked;
-}
-
-/// Its holder may have removed it at the same moment.
-bool isStill(int descriptor, const std::string& path)
-{
-    struct stat opened = {}, there = {};
-    return ::fstat(descriptor, &opened) == 0 && ::lstat(path.c_str(), &there) == 0 &&
-           opened.st_ino == there.st_ino && opened.st_dev == there.st_dev && S_ISREG(there.st_mode);
 }
 
 } // namespace
@@ -164,7 +154,8 @@ std::unique_ptr<FileLock> FileLock::takeAt(const std::string& path, FileUser& ho
             ::close(descriptor);
             return nullptr;
         }
-        if (writable && isStill(descriptor, path)) {
+        // Its holder may have removed it at the same moment.
+        if (writable && isStillAt(descriptor, path)) {
             possible = true;
             std::unique_ptr<FileLock> taken(new FileLock(path, descriptor));
             taken->note();
@@ -194,7 +185,7 @@ void FileLock::note() const
 
 FileLock::~FileLock()
 {
-    if (isStill(m_descriptor, m_path))
+    if (isStillAt(m_descriptor, m_path))
         ::unlink(m_path.c_str());
     ::close(m_descriptor);
 }

@@ -1,6 +1,7 @@
 #include "Server/DataModel/Native/Package.h"
 
 #include "Server/Base/SiblingLibrary.h"
+#include "Server/Base/SystemCalls.h"
 #include "Server/DataModel/Model/PlainFile.h"
 #include "Server/DataModel/Native/ZipReader.h"
 
@@ -124,15 +125,8 @@ std::shared_ptr<const FileMapping> Package::unpack(const std::string& name)
         throw std::runtime_error(std::strerror(errno));
     try {
         m_zip->read(name, [&](const char* data, size_t size) {
-            while (size > 0) {
-                const ssize_t done = write(descriptor, data, size);
-                if (done < 0 && errno == EINTR)
-                    continue;
-                if (done < 0)
-                    throw std::runtime_error(std::strerror(errno));
-                data += done;
-                size -= static_cast<size_t>(done);
-            }
+            if (!writeAll(descriptor, {data, size}))
+                throw std::runtime_error(std::strerror(errno));
         });
     } catch (...) {
         close(descriptor);

@@ -46,4 +46,11 @@ bool isWriteProtected(const std::string& path)
     return (info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0 || access(path.c_str(), W_OK) != 0;
 }
 
+bool isStillAt(int descriptor, const std::string& path)
+{
+    struct stat opened = {}, there = {};
+    return fstat(descriptor, &opened) == 0 && lstat(path.c_str(), &there) == 0 &&
+           opened.st_ino == there.st_ino && opened.st_dev == there.st_dev && S_ISREG(there.st_mode);
+}
+
 } // namespace Vs::Native

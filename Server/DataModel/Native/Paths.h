@@ -19,4 +19,7 @@ std::string followedPath(const std::string& path);
 /// all the same.
 [[nodiscard]] bool isWriteProtected(const std::string& path);
 
+/// Whether an open ordinary file is still what has the path, and wasn't removed or replaced meanwhile.
+[[nodiscard]] bool isStillAt(int descriptor, const std::string& path);
+
 } // namespace Vs::Native

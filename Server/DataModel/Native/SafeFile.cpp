@@ -1,6 +1,7 @@
 #include "Server/DataModel/Native/SafeFile.h"
 
 #include "Server/Base/Require.h"
+#include "Server/Base/SystemCalls.h"
 #include "Server/DataModel/Native/Paths.h"
 
 #include <algorithm>
@@ -25,16 +26,6 @@ namespace {
 [[noreturn]] void fail()
 {
     throw std::runtime_error(std::strerror(errno));
-}
-
-// A signal may arrive at any time and is no reason to give up.
-template <class Call>
-auto persistent(Call&& call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
 }
 
 // Short enough for any folder, however long the file's own name is.

@@ -1,5 +1,6 @@
 #include "Server/Translate/Shares/Divider.h"
 
+#include "Server/Base/SystemCalls.h"
 #include "Server/DataModel/Exchange/LostFaces.h"
 #include "Server/DataModel/Exchange/WorkerProtocol.h"
 #include "Server/DataModel/Model/FileMapping.h"
@@ -107,14 +108,8 @@ public:
 
     static void tell(int pipe, const WorkerMessage& message)
     {
-        const std::string frame = Exchange::encode(message);
-        for (size_t sent = 0; sent < frame.size();) {
-            const ssize_t count = write(pipe, frame.data() + sent, frame.size() - sent);
-            if (count > 0)
-                sent += static_cast<size_t>(count);
-            else if (errno != EINTR)
-                std::_Exit(0); // Nobody listens any more.
-        }
+        if (!writeAll(pipe, Exchange::encode(message)))
+            std::_Exit(0); // Nobody listens any more.
     }
 
 private:
@@ -371,18 +366,6 @@ private:
     std::deque<Try> m_waiting;
     std::vector<Running> m_running;
 };
-
-bool writeAll(int descriptor, std::string_view bytes)
-{
-    while (!bytes.empty()) {
-        const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-        if (written > 0)
-            bytes.remove_prefix(static_cast<size_t>(written));
-        else if (written == 0 || errno != EINTR)
-            return false;
-    }
-    return true;
-}
 
 bool divideFile(const Division& division)
 {

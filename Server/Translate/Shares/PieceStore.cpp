@@ -1,5 +1,6 @@
 #include "Server/Translate/Shares/PieceStore.h"
 
+#include "Server/Base/SystemCalls.h"
 #include "Server/DataModel/Model/FileMapping.h"
 
 #include <cerrno>
@@ -15,18 +16,6 @@
 namespace Vs::Translate::Shares {
 
 namespace {
-
-bool writeAll(int file, std::string_view bytes)
-{
-    while (!bytes.empty()) {
-        const ssize_t written = write(file, bytes.data(), bytes.size());
-        if (written > 0)
-            bytes.remove_prefix(static_cast<size_t>(written));
-        else if (written == 0 || errno != EINTR)
-            return false;
-    }
-    return true;
-}
 
 /// What precedes the block: a disk may return other bytes than it was given.
 uint64_t checkOf(std::string_view block)

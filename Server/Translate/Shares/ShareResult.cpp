@@ -1,5 +1,7 @@
 #include "Server/Translate/Shares/ShareResult.h"
 
+#include "Server/Base/SystemCalls.h"
+
 #include <BRep_Builder.hxx>
 #include <BinTools.hxx>
 #include <TopoDS_Compound.hxx>
@@ -30,17 +32,10 @@ struct Head
     throw std::runtime_error(why);
 }
 
-void writeAll(int descriptor, const void* data, size_t size)
+void put(int descriptor, const void* data, size_t size)
 {
-    for (const char* at = static_cast<const char*>(data); size > 0;) {
-        const ssize_t written = ::write(descriptor, at, size);
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            refuse("not enough space for the result of reading");
-        at += written;
-        size -= static_cast<size_t>(written);
-    }
+    if (!writeAll(descriptor, {static_cast<const char*>(data), size}))
+        refuse("not enough space for the result of reading");
 }
 
 /// Lets a stream write to a file.
@@ -61,7 +56,7 @@ protected:
     }
     int sync() override
     {
-        writeAll(m_descriptor, pbase(), static_cast<size_t>(pptr() - pbase()));
+        put(m_descriptor, pbase(), static_cast<size_t>(pptr() - pbase()));
         setp(m_piece.data(), m_piece.data() + m_piece.size());
         return 0;
     }
@@ -125,9 +120,9 @@ void ShareResult::write(int descriptor) const
         words += warning + '\0';
     head.numbers = static_cast<uint32_t>(numbers.size());
     head.words = static_cast<uint32_t>(words.size());
-    writeAll(descriptor, &head, sizeof head);
-    writeAll(descriptor, numbers.data(), numbers.size() * sizeof(uint32_t));
-    writeAll(descriptor, words.data(), words.size());
+    put(descriptor, &head, sizeof head);
+    put(descriptor, numbers.data(), numbers.size() * sizeof(uint32_t));
+    put(descriptor, words.data(), words.size());
     FileBuffer buffer(descriptor);
     std::ostream stream(&buffer);
     stream.exceptions(std::ios::badbit | std::ios::failbit);

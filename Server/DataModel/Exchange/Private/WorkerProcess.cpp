@@ -1,5 +1,6 @@
 #include "Server/DataModel/Exchange/Private/WorkerProcess.h"
 
+#include "Server/Base/SystemCalls.h"
 #include "Server/DataModel/Exchange/WorkerProtocol.h"
 
 #include <cerrno>
@@ -45,8 +46,7 @@ public:
     {
         const std::lock_guard lock(m_mutex);
         for (const pid_t process : std::exchange(m_processes, {}))
-            while (waitpid(process, nullptr, 0) < 0 && errno == EINTR)
-                ;
+            persistent([&] { return waitpid(process, nullptr, 0); });
     }
 
 private:

@@ -1,5 +1,7 @@
 #include "Server/DataModel/Recovery/Private/FolderCalls.h"
 
+#include "Server/Base/SystemCalls.h"
+
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -10,21 +12,6 @@
 namespace Vs::Recovery {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-// A signal may arrive at any time and is no reason to give up.
-template <class Call>
-int persistent(Call&& call)
-{
-    int result;
-    do
-        result = call();
-    while (result < 0 && errno == EINTR);
-    return result;
-}
-
-} // namespace
 
 bool FolderCalls::remove(const std::string& path, Native::FileCalls& calls)
 {

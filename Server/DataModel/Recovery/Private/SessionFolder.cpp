@@ -2,7 +2,9 @@
 
 #include "Server/Base/OwnFiles.h"
 #include "Server/Base/Strings.h"
+#include "Server/Base/SystemCalls.h"
 #include "Server/DataModel/Native/FileCalls.h"
+#include "Server/DataModel/Native/Paths.h"
 #include "Server/DataModel/Recovery/Private/FolderCalls.h"
 #include "Server/DataModel/Recovery/Private/StepJournal.h"
 #include "Server/Types/Uuid.h"
@@ -69,32 +71,18 @@ bool note(int descriptor)
 
 int openLock(const std::string& folder, int flags)
 {
-    int descriptor;
-    do
-        descriptor = FileCalls::current().open(lockOf(folder).c_str(),
-                                               O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | flags, 0600);
-    while (descriptor < 0 && errno == EINTR);
-    return descriptor;
+    return persistent([&] {
+        return FileCalls::current().open(lockOf(folder).c_str(),
+                                         O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | flags, 0600);
+    });
 }
 
 /// Nothing where files can't be locked.
 std::optional<bool> lock(int descriptor)
 {
-    while (FileCalls::current().lock(descriptor) != 0) {
-        if (errno == EWOULDBLOCK)
-            return false;
-        if (errno != EINTR)
-            return std::nullopt;
-    }
-    return true;
-}
-
-// Another one may have taken it over, and removed it, in the same moment.
-bool isStill(int descriptor, const std::string& folder)
-{
-    struct stat opened = {}, there = {};
-    return fstat(descriptor, &opened) == 0 && stat(lockOf(folder).c_str(), &there) == 0 &&
-           opened.st_ino == there.st_ino && opened.st_dev == there.st_dev && S_ISREG(there.st_mode);
+    if (persistent([&] { return FileCalls::current().lock(descriptor); }) == 0)
+        return true;
+    return errno == EWOULDBLOCK ? std::optional(false) : std::nullopt;
 }
 
 bool hasFiles(const std::string& document)
@@ -144,7 +132,8 @@ SessionFolder::Claim SessionFolder::claim(const std::string& path)
     if (descriptor < 0)
         return {};
     const std::optional<bool> locked = lock(descriptor);
-    if (locked == false || (!locked && livesAsNoted(path)) || !isStill(descriptor, path)) {
+    // Another one may have taken it over, and removed it, in the same moment.
+    if (locked == false || (!locked && livesAsNoted(path)) || !Native::isStillAt(descriptor, lockOf(path))) {
         FileCalls::current().close(descriptor);
         return {nullptr, locked == false && !livesAsNoted(path)};
     }
@@ -164,7 +153,7 @@ SessionFolder::~SessionFolder()
 
 bool SessionFolder::isThere() const
 {
-    return isStill(m_lock, m_path);
+    return Native::isStillAt(m_lock, lockOf(m_path));
 }
 
 bool SessionFolder::removeIfEmpty()

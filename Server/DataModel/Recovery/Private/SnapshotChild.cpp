@@ -1,5 +1,6 @@
 #include "Server/DataModel/Recovery/Private/SnapshotChild.h"
 
+#include "Server/Base/SystemCalls.h"
 #include "Server/DataModel/Model/ForkedChild.h"
 
 #include <algorithm>
@@ -107,8 +108,7 @@ SnapshotChild::~SnapshotChild()
 {
     if (!m_ended) {
         kill(m_process, SIGKILL);
-        while (waitpid(m_process, nullptr, 0) < 0 && errno == EINTR) {
-        }
+        persistent([this] { return waitpid(m_process, nullptr, 0); });
     }
     close(m_pipe);
 }
@@ -116,10 +116,7 @@ SnapshotChild::~SnapshotChild()
 std::optional<std::string> SnapshotChild::poll()
 {
     int state = 0;
-    pid_t found;
-    do
-        found = waitpid(m_process, &state, WNOHANG);
-    while (found < 0 && errno == EINTR);
+    const pid_t found = persistent([&] { return waitpid(m_process, &state, WNOHANG); });
     if (found == 0)
         return std::nullopt;
     m_ended = true;
