@@ -1,5 +1,6 @@
 #include "Server/Scene/AreaPicker.h"
 
+#include "Server/Body/MeshPoints.h"
 #include "Server/Body/PartsMesh.h"
 #include "Server/Scene/Private/PickSearch.h"
 #include "Server/Scene/Private/ViewRay.h"
@@ -27,11 +28,6 @@ constexpr size_t kPlacesAsked = 6;
 /// A line is sampled this often on its way through the rectangle, and a short one less often, since its
 /// samples are close together in pixels.
 constexpr double kPlacesOnLine = 12, kLeastPlacesOnLine = 2, kBetweenPlaces = 8;
-
-GkPoint3d pointAt(const std::vector<float>& points, size_t index)
-{
-    return {points[3 * index], points[3 * index + 1], points[3 * index + 2]};
-}
 
 /// The points of a body or part, and whether they are within a region.
 class Outline

@@ -1,3 +1,4 @@
+#include "Server/Body/MeshPoints.h"
 #include "Server/Scene/Private/MeshTree.h"
 #include "Server/Scene/Private/PickSearch.h"
 #include "Server/Scene/Private/ViewRay.h"
@@ -144,11 +145,6 @@ private:
         const double pixels = std::hypot(screen.x - m_x, screen.y - m_y);
         if (pixels <= m_wish.tolerance && screen.z <= m_deepest)
             m_candidates.push_back({m_bodies.size(), part, pixels, screen, local});
-    }
-
-    static GkPoint3d pointAt(const std::vector<float>& points, size_t index)
-    {
-        return {points[3 * index], points[3 * index + 1], points[3 * index + 2]};
     }
 
     void askVertex(const BodyMesh& mesh, uint32_t vertex)

@@ -1,6 +1,7 @@
 #include "Server/DataModel/Selection/Selection.h"
 
 #include "Server/Body/Body.h"
+#include "Server/Body/MeshPoints.h"
 #include "Server/Body/PartsMesh.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
@@ -10,11 +11,6 @@
 
 namespace Vs {
 namespace {
-
-GkPoint3d pointAt(const std::vector<float>& coordinates, size_t index)
-{
-    return {coordinates[3 * index], coordinates[3 * index + 1], coordinates[3 * index + 2]};
-}
 
 BBox faceBox(const BodyMesh& mesh, uint32_t index)
 {

@@ -1,5 +1,6 @@
 #include "UI/Base/Window/PropertyValues.h"
 
+#include "Server/Body/MeshPoints.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/PathQueries.h"
@@ -15,11 +16,6 @@ namespace Vu {
 namespace {
 
 using Leaf = Vs::ObjectPath::Leaf;
-
-GkPoint3d pointAt(const std::vector<float>& list, size_t index)
-{
-    return {list[3 * index], list[3 * index + 1], list[3 * index + 2]};
-}
 
 PropertyValues::Kind kindOf(Leaf leaf, const Vs::Component& component)
 {
@@ -163,7 +159,7 @@ private:
         m_points += points;
         BBox box;
         for (size_t i = 0; i < points; ++i)
-            box.add(placement * pointAt(mesh.positions, i));
+            box.add(placement * Vs::pointAt(mesh.positions, i));
         return box;
     }
 
@@ -175,7 +171,7 @@ private:
         if (path.leaf != Leaf::Vertex)
             return;
         if (const auto mesh = component.body->mesh(); mesh && 3 * path.index + 2 < mesh->vertexPoints.size())
-            addPlace(placement * pointAt(mesh->vertexPoints, path.index));
+            addPlace(placement * Vs::pointAt(mesh->vertexPoints, path.index));
     }
 
     void addPlace(const GkPoint3d& place)

@@ -1,6 +1,7 @@
 #include "UI/Base/Window/SelectionText.h"
 
 #include "Server/Body/Body.h"
+#include "Server/Body/MeshPoints.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Selection/PartHistory.h"
@@ -25,11 +26,6 @@ struct Measured
     bool isExact = false;
 };
 
-GkPoint3d pointAt(const std::vector<float>& list, size_t index)
-{
-    return {list[3 * index], list[3 * index + 1], list[3 * index + 2]};
-}
-
 Measured measureFace(const Vs::BodyMesh& mesh, const Vs::BodyMesh::Face& face)
 {
     // Normals have the precision of a float.
@@ -39,14 +35,14 @@ Measured measureFace(const Vs::BodyMesh& mesh, const Vs::BodyMesh::Face& face)
     bool isPlane = true;
     const size_t end = size_t(face.firstTriangle) + face.triangleCount;
     for (size_t i = face.firstTriangle; i < end; ++i) {
-        const GkPoint3d a = pointAt(mesh.positions, mesh.triangles[3 * i]);
-        const GkPoint3d b = pointAt(mesh.positions, mesh.triangles[3 * i + 1]);
-        const GkPoint3d c = pointAt(mesh.positions, mesh.triangles[3 * i + 2]);
+        const GkPoint3d a = Vs::pointAt(mesh.positions, mesh.triangles[3 * i]);
+        const GkPoint3d b = Vs::pointAt(mesh.positions, mesh.triangles[3 * i + 1]);
+        const GkPoint3d c = Vs::pointAt(mesh.positions, mesh.triangles[3 * i + 2]);
         const GkVector3d across = (b - a).crossProduct(c - a);
         measured.size += across.length() / 2;
         // The normals are those of the exact surface.
         for (size_t corner = 0; corner < 3; ++corner) {
-            const GkPoint3d at = pointAt(mesh.normals, mesh.triangles[3 * i + corner]);
+            const GkPoint3d at = Vs::pointAt(mesh.normals, mesh.triangles[3 * i + corner]);
             const GkVector3d normal(at.x, at.y, at.z);
             if (first.length() == 0)
                 first = normal;
@@ -64,7 +60,7 @@ Measured measureEdge(const Vs::BodyMesh& mesh, uint32_t index)
     Measured measured;
     const size_t first = mesh.edgeStarts[index], end = mesh.edgeStarts[index + 1];
     for (size_t i = first; i + 1 < end; ++i)
-        measured.size += pointAt(mesh.edgePoints, i).distanceTo(pointAt(mesh.edgePoints, i + 1));
+        measured.size += Vs::pointAt(mesh.edgePoints, i).distanceTo(Vs::pointAt(mesh.edgePoints, i + 1));
     measured.isExact = end - first == 2;
     if (measured.isExact)
         measured.form = localized("FormLine", "line");

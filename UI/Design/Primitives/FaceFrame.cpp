@@ -1,6 +1,7 @@
 #include "UI/Design/Primitives/FaceFrame.h"
 
 #include "Server/Body/Body.h"
+#include "Server/Body/MeshPoints.h"
 #include "Server/Body/PartsMesh.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Selection/PathQueries.h"
@@ -22,19 +23,14 @@ struct Triangle
     GkVector3d across; ///< Outwards; its length is twice the area.
 };
 
-GkPoint3d pointAt(const std::vector<float>& coordinates, size_t index)
-{
-    return {coordinates[3 * index], coordinates[3 * index + 1], coordinates[3 * index + 2]};
-}
-
 std::vector<Triangle> trianglesOf(const Vs::BodyMesh& mesh, uint32_t index)
 {
     std::vector<Triangle> triangles;
     const Vs::BodyMesh::Face& face = mesh.faces[index];
     for (size_t i = face.firstTriangle; i < size_t(face.firstTriangle) + face.triangleCount; ++i) {
-        const GkPoint3d a = pointAt(mesh.positions, mesh.triangles[3 * i]),
-                        b = pointAt(mesh.positions, mesh.triangles[3 * i + 1]),
-                        c = pointAt(mesh.positions, mesh.triangles[3 * i + 2]);
+        const GkPoint3d a = Vs::pointAt(mesh.positions, mesh.triangles[3 * i]),
+                        b = Vs::pointAt(mesh.positions, mesh.triangles[3 * i + 1]),
+                        c = Vs::pointAt(mesh.positions, mesh.triangles[3 * i + 2]);
         triangles.push_back({a + ((b - a) + (c - a)) / 3, (b - a).crossProduct(c - a)});
     }
     return triangles;
