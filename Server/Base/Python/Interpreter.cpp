@@ -6,23 +6,21 @@
 #include "Server/Base/Python/Interruptible.h"
 #include "Server/Base/Python/MainModule.h"
 #include "Server/Base/Python/ModelQuestions.h"
+#include "Server/Base/Python/OwnCode.h"
 #include "Server/Base/Python/ScriptError.h"
+#include "Server/Base/Python/ScriptThreads.h"
 #include "Server/Base/Python/Statements.h"
 #include "Server/Base/Python/VirtualEnvironment.h"
-#include "Server/Base/PythonManager.h"
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptMgr.h"
-#include "Server/Base/Warning.h"
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <cerrno>
-#include <csignal>
-#include <cstdio>
 #include <cstring>
 #include <iterator>
 #include <pybind11/stl.h>
@@ -39,83 +37,6 @@ constexpr const char* kInterpreter =
     "/usr/bin/python3"; ///< The system's own, whatever comes first on the PATH.
 
 constexpr const char* kClosingDown = "quillet.on_closing_down";
-
-/// What replaces the standard streams: a script's output is the program's, which puts it between its answers.
-/// The numbers of the descriptors are the process's own, for programs that a script starts. A script reads
-/// the program's own input, unless that is for others to read; then it reads nothing. A script that sleeps on
-/// the main thread wakes up now and then, so that it can be cancelled.
-constexpr const char* kStreams = R"(
-import codecs, io, signal, sys, threading, time
-
-class _Bytes(io.RawIOBase):
-    def __init__(self, stream):
-        self._stream = stream
-        self._decoder = codecs.getincrementaldecoder('utf-8')('replace')
-    def writable(self):
-        return True
-    def write(self, data):
-        data = bytes(data)
-        self._stream.write(self._decoder.decode(data))
-        return len(data)
-    def fileno(self):
-        return self._stream.fileno()
-
-class _Stream(io.TextIOBase):
-    encoding = 'utf-8'
-    errors = 'replace'
-    def __init__(self, write, descriptor, name):
-        self._write = write
-        self._descriptor = descriptor
-        self.name = name
-        self.buffer = _Bytes(self)
-    def writable(self):
-        return True
-    def write(self, text):
-        self._write(text)
-        return len(text)
-    def fileno(self):
-        _flush()
-        return self._descriptor
-
-def _sleep(seconds, sleep=time.sleep, now=time.monotonic):
-    if seconds < 0 or threading.current_thread() is not threading.main_thread():
-        return sleep(seconds)
-    end = now() + seconds
-    while (left := end - now()) > 0:
-        sleep(min(left, 0.03))
-
-time.sleep = _sleep
-sys.stdout = sys.__stdout__ = _Stream(_write_output, 1, '<stdout>')
-sys.stderr = sys.__stderr__ = _Stream(_write_error, 2, '<stderr>')
-sys.stdin = sys.__stdin__ = (open(0, encoding='utf-8', errors='surrogateescape', closefd=False) if _reads_input
-                             else io.TextIOWrapper(io.BytesIO(), encoding='utf-8'))
-signal.signal(signal.SIGINT, signal.default_int_handler)
-)";
-
-/// The console on a terminal: like Python's own, except for the line editor.
-constexpr const char* kConsole = R"(
-import builtins, code, keyword, re, sys
-
-class _Console(code.InteractiveConsole):
-    def runcode(self, code):
-        super().runcode(code)
-        sys.stdout.flush()
-
-def console(names):
-    if 'quillet' not in names:
-        exec('import quillet\nfrom quillet import design', names)
-    return _Console(locals=names).push
-
-def completions(names, beginning):
-    word = re.search(r'[\w.]*$', beginning).group()
-    # What the line editor takes for one word with it.
-    before = re.split(r'[ \t"\\\'`@$><=;|&{(]', beginning[:len(beginning) - len(word)])[-1]
-    of, dot, start = word.rpartition('.')
-    # Of numbers and of what isn't there yet there is nothing to tell.
-    there = dir(eval(of, names)) if dot else [*names, *dir(builtins), *keyword.kwlist]
-    return sorted({before + of + dot + one for one in there if one.startswith(start)
-                   and (start or dot) and (start.startswith('_') or not one.startswith('_'))})
-)";
 
 /// Finds the modules of the areas for a Python that isn't the program's own, after all others: somebody
 /// else's module called Model or Options stays theirs.
@@ -136,32 +57,6 @@ class _Areas:
 def offer(module):
     sys.meta_path.append(_Areas(module))
 )";
-
-/// Threads that are meant to outlive their script get a moment to finish by themselves.
-constexpr const char* kWaitForThreads = R"(
-import sys, time
-
-def others():
-    threading = sys.modules.get('threading')
-    return [t for t in threading.enumerate() if t is not threading.main_thread()] if threading else []
-
-latest = time.monotonic() + 5
-for thread in others():
-    if not thread.daemon:
-        thread.join(max(0, latest - time.monotonic()))
-left = others()
-waited_for = ', '.join(t.name for t in left if not t.daemon)
-)";
-
-/// Runs code of our own; its names stay in `names`.
-void execute(const char* code, py::dict& names)
-{
-    names["__builtins__"] = py::module_::import("builtins");
-    const auto ran =
-        py::reinterpret_steal<py::object>(PyRun_String(code, Py_file_input, names.ptr(), names.ptr()));
-    if (!ran)
-        throw py::error_already_set();
-}
 
 /// Where the function is written, as far as it says so.
 std::wstring placeOf(const py::handle& function)
@@ -221,7 +116,8 @@ Interpreter::Interpreter()
 {
     startPython();
     try {
-        prepare();
+        makeHeld();
+        m_streams.install();
     } catch (const std::exception& error) {
         const std::string why = error.what();
         m_held = nullptr;
@@ -233,11 +129,7 @@ Interpreter::Interpreter()
 
 Interpreter::Interpreter(std::function<void()> end) : m_end(std::move(end))
 {
-    m_held = std::make_unique<Held>();
-    makeQuilletModule();
-    m_held->modules = std::make_unique<CommandModules>(m_held->commandError, m_definitions);
-    m_held->console["__builtins__"] = py::module_::import("builtins");
-    m_held->console["__name__"] = "__console__";
+    makeHeld();
     offerAreas();
     py::module_::import("atexit").attr("register")(py::cpp_function([this] { this->end(); }));
 }
@@ -270,7 +162,7 @@ Interpreter::~Interpreter()
     PyEval_RestoreThread(m_resting);
     if (m_held->listens)
         tellNoChanges();
-    if (threadsEnded()) {
+    if (scriptThreadsEnded()) {
         m_held = nullptr;
         Py_FinalizeEx();
     } else {
@@ -280,28 +172,12 @@ Interpreter::~Interpreter()
     m_streams.flush();
 }
 
-void Interpreter::prepare()
+void Interpreter::makeHeld()
 {
     m_held = std::make_unique<Held>();
     makeQuilletModule();
     m_held->modules = std::make_unique<CommandModules>(m_held->commandError, m_definitions);
-
-    py::dict names;
-    const auto writer = [this](ScriptStreams::Kind kind) {
-        return py::cpp_function(
-            [this, kind](const py::str& text) { m_streams.write(kind, Strings::narrow(wideText(text))); });
-    };
-    names["_write_output"] = writer(ScriptStreams::Kind::Output);
-    names["_write_error"] = writer(ScriptStreams::Kind::Error);
-    // Output written to the descriptor directly must not precede what was printed.
-    names["_flush"] = py::cpp_function([] { std::fflush(nullptr); });
-    names["_reads_input"] = PythonManager::get()->readsInput();
-    // Python must know the signal to raise KeyboardInterrupt, but the handler stays the program's.
-    struct sigaction before;
-    sigaction(SIGINT, nullptr, &before);
-    execute(kStreams, names);
-    sigaction(SIGINT, &before, nullptr);
-    m_held->console["__builtins__"] = names["__builtins__"];
+    m_held->console["__builtins__"] = py::module_::import("builtins");
     m_held->console["__name__"] = "__console__";
 }
 
@@ -480,13 +356,7 @@ bool Interpreter::consoleLine(const std::string& line, Status& status)
     try {
         const Interruptible scope("console");
         updateModules();
-        if (!m_held->push) {
-            py::dict names;
-            execute(kConsole, names);
-            m_held->push = names["console"](m_held->console);
-            m_held->complete = names["completions"];
-        }
-        const bool goesOn = m_held->push(pythonText(Strings::fromBytes(line))).cast<bool>();
+        const bool goesOn = m_held->prompt.push(line);
         m_streams.flush();
         return goesOn;
     } catch (py::error_already_set& error) {
@@ -502,25 +372,13 @@ bool Interpreter::consoleLine(const std::string& line, Status& status)
 void Interpreter::abandonConsoleLines()
 {
     const Lock lock;
-    try {
-        if (m_held->push)
-            m_held->push.attr("__self__").attr("resetbuffer")();
-    } catch (const std::exception&) {
-        // Scripts may have put anything in its place.
-    }
+    m_held->prompt.abandon();
 }
 
 std::vector<std::string> Interpreter::completions(const std::string& beginning)
 {
     const Lock lock;
-    try {
-        if (m_held->complete)
-            return m_held->complete(m_held->console, pythonText(Strings::fromBytes(beginning)))
-                .cast<std::vector<std::string>>();
-    } catch (const std::exception&) {
-        // What can't be completed is left as it is.
-    }
-    return {};
+    return m_held->prompt.completions(beginning);
 }
 
 std::wstring Interpreter::run(const std::string& code, const std::string& name, const py::dict& globals,
@@ -583,21 +441,6 @@ void* Interpreter::makeModule(TextCommandSubjectArea& area)
         error.restore();
     }
     return nullptr;
-}
-
-bool Interpreter::threadsEnded()
-{
-    try {
-        py::dict names;
-        execute(kWaitForThreads, names);
-        const py::list left = names["left"];
-        const std::wstring waitedFor = wideText(names["waited_for"]);
-        if (!waitedFor.empty())
-            warn(L"Scripts have left threads running, which end with the program: " + waitedFor + L'.');
-        return left.empty();
-    } catch (const std::exception&) {
-        return false; // Scripts may have replaced Python's own modules by anything.
-    }
 }
 
 bool Interpreter::closingDown(Status& status)

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Private/PythonBackend.h"
 #include "Server/Base/Python/CommandModules.h"
+#include "Server/Base/Python/Prompt.h"
 #include "Server/Base/Python/ScriptStreams.h"
 #include "Server/Base/ScriptModel.h"
 
@@ -44,7 +45,7 @@ public:
     int exitCode() const override { return m_exitCode; }
 
 private:
-    void prepare();
+    void makeHeld();
     void makeQuilletModule();
     /// Puts the areas' modules where imports find them.
     void updateModules();
@@ -62,8 +63,6 @@ private:
     pybind11::str runLine(const pybind11::str& line);
     /// Throws pybind11::error_already_set on any thread but the application's main one, and after its end.
     void requireMainThread() const;
-    /// Waits a little for the threads that scripts have left running. Returns whether all have ended.
-    bool threadsEnded();
 
     /// Every Python object held here, so that all are released before the interpreter.
     struct Held
@@ -71,8 +70,8 @@ private:
         pybind11::object commandError;
         pybind11::object module;
         pybind11::list closingDownFunctions;
-        pybind11::dict console;          ///< The names of runString.
-        pybind11::object push, complete; ///< Of the console, from its first line on.
+        pybind11::dict console; ///< The names of runString and of the prompt.
+        Prompt prompt{console};
         bool listens = false;
         pybind11::dict commands; ///< The functions by their names.
         std::unique_ptr<CommandModules> modules;

@@ -14,6 +14,9 @@ class ScriptStreams
 public:
     enum class Kind { Output, Error };
 
+    /// Replaces the standard streams of a Python that is the program's own. The interpreter is held. Throws
+    /// pybind11::error_already_set.
+    void install();
     void write(Kind kind, const std::string& text);
     /// The rest of an unfinished line, and what threads left. Main thread.
     void flush();
