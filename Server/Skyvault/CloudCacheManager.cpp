@@ -120,15 +120,6 @@ try {
     return {};
 }
 
-std::wstring CloudCacheManager::changedText(const fs::path& file) const
-try {
-    const auto place = Cache::placeOf(file);
-    const std::optional<CacheRow> row = place ? Cache::get().row(*place) : std::nullopt;
-    return row && !row->otherEtag.empty() ? Cloud::changedText(*place, *row) : std::wstring();
-} catch (const Exception&) {
-    return {};
-}
-
 std::vector<fs::path> CloudCacheManager::waiting() const
 try {
     std::vector<fs::path> files;

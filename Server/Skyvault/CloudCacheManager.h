@@ -39,8 +39,6 @@ public:
     /// The identifier of a file in the cache, by which a document with a path there, even a recovered one, is
     /// recognized as belonging to the drive; empty for other files.
     std::string identifier(const boost::filesystem::path& file) const;
-    /// Who saved a newer version to the drive and when, as text for the user; empty if none is known.
-    std::wstring changedText(const boost::filesystem::path& file) const;
     /// Files waiting to be uploaded or being uploaded, oldest first.
     std::vector<boost::filesystem::path> waiting() const;
     /// Uploads what is waiting, as far as the drive can be reached. Called at each sign-in and by a timer.

@@ -57,15 +57,7 @@ DriveResult hashOnDrive(Drive& drive, const DriveWatch& watch, CacheIndexLibrary
     return result;
 }
 
-void putNews(const Cache::Place& place, const CacheRow& row)
-{
-    Cache::get().put(place, row);
-    CloudEvent event(place.file());
-    CloudEventSource::get()->fireCloudFileStateChanged(&event);
-}
-
-} // namespace
-
+/// The "who" and "when" of somebody else's version, as text for the user.
 std::wstring changedText(const Cache::Place& place, const CacheRow& row)
 {
     const std::wstring name = place.file().filename().wstring();
@@ -82,6 +74,15 @@ std::wstring changedText(const Cache::Place& place, const CacheRow& row)
     return localizedFormat("CloudChangedByAt", "%1% saved a newer version of %2% to the drive on %3%.",
                            Strings::widen(row.otherUser), name, when);
 }
+
+void putNews(const Cache::Place& place, const CacheRow& row)
+{
+    Cache::get().put(place, row);
+    CloudEvent event(place.file());
+    CloudEventSource::get()->fireCloudFileStateChanged(&event);
+}
+
+} // namespace
 
 void noteSeen(const Cache::Place& place, const DriveEntry& entry)
 try {

@@ -58,7 +58,4 @@ void noteSeen(const Cache::Place& place, const DriveEntry& entry);
 /// The same for a file that is no longer on the drive.
 void noteRemoved(const Cache::Place& place);
 
-/// The "who" and "when" of somebody else's version, as text for the user.
-[[nodiscard]] std::wstring changedText(const Cache::Place& place, const CacheRow& row);
-
 } // namespace Vs::Cloud

@@ -33,8 +33,6 @@ public:
 
     /// This run's folder, created at the first call. Throws std::runtime_error.
     const SessionFolder& own();
-    /// Null if nothing has been kept so far.
-    const SessionFolder* ownIfThere() const { return m_own.get(); }
 
     /// Continues to look for what runs that ended badly left, for a few milliseconds at most: takes over
     /// their folders and has the files checked. False once everything is known.
