@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <map>
 #include <numbers>
 #include <tuple>
 #include <utility>
@@ -20,6 +21,9 @@ namespace {
 
 /// A body must be this many times the tolerance across for its edges to be distinguished from it.
 constexpr double kTellApart = 3;
+/// A curved edge less than this many times the tolerance across, the rim of a small hole for one, would be
+/// hidden by its own ends, wherever one points.
+constexpr double kSmallEdge = 2;
 /// Of things this close together, in pixels, the one nearer to the viewer is meant.
 constexpr double kAsNear = 1.5;
 /// How many of a kind are returned, and how many are tested for being hidden.
@@ -33,6 +37,7 @@ struct Candidate
     double pixels; ///< From the requested place.
     GkPoint3d screen;
     GkPoint3d local;
+    bool isSmall = false; ///< A small curved edge, which comes before vertices.
 };
 
 /// Finds vertices and edges around a place of the screen.
@@ -51,8 +56,9 @@ public:
     {
         gather(surface);
         std::vector<PickedPoint> answers;
-        for (const Part part : {Part::Vertex, Part::Edge})
-            answer(part, answers);
+        answer(Part::Edge, true, answers);
+        answer(Part::Vertex, false, answers);
+        answer(Part::Edge, false, answers);
         return answers;
     }
 
@@ -112,6 +118,7 @@ private:
         if (pixelsOf(mesh) < kTellApart * m_wish.tolerance)
             return;
         const size_t before = m_candidates.size();
+        m_small.clear();
         const auto each = [&](const BoxTree* boxes, size_t count, auto&& ask) {
             if (boxes)
                 boxes->search(
@@ -140,11 +147,38 @@ private:
 
     bool isAhead(const GkPoint3d& camera) const { return !m_projection.perspective() || camera.z < 0; }
 
-    void add(PickedPart part, const GkPoint3d& screen, const GkPoint3d& local)
+    /// Whether it is near enough.
+    bool add(PickedPart part, const GkPoint3d& screen, const GkPoint3d& local)
     {
         const double pixels = std::hypot(screen.x - m_x, screen.y - m_y);
-        if (pixels <= m_wish.tolerance && screen.z <= m_deepest)
+        const bool isNear = pixels <= m_wish.tolerance && screen.z <= m_deepest;
+        if (isNear)
             m_candidates.push_back({m_bodies.size(), part, pixels, screen, local});
+        return isNear;
+    }
+
+    bool isSmall(const BodyMesh& mesh, uint32_t edge)
+    {
+        const auto [known, isNew] = m_small.try_emplace(edge, false);
+        if (!isNew)
+            return known->second;
+        const uint32_t first = mesh.edgeStarts[edge], end = mesh.edgeStarts[edge + 1];
+        if (end - first <= 2)
+            return false;
+        double left = BoxTree::kNever, right = -left, bottom = left, top = right;
+        for (uint32_t point = first; point < end; ++point) {
+            const GkPoint3d camera = m_toCamera * pointAt(mesh.edgePoints, point);
+            if (!isAhead(camera))
+                return false;
+            const GkPoint3d screen = m_projection.cameraToScreen(camera);
+            left = std::min(left, screen.x);
+            right = std::max(right, screen.x);
+            bottom = std::min(bottom, screen.y);
+            top = std::max(top, screen.y);
+            if (std::max(right - left, top - bottom) > kSmallEdge * m_wish.tolerance)
+                return false;
+        }
+        return known->second = true;
     }
 
     void askVertex(const BodyMesh& mesh, uint32_t vertex)
@@ -178,14 +212,15 @@ private:
         if (m_projection.perspective())
             part = part * a.z / (b.z + part * (a.z - b.z));
         const GkPoint3d local = ends[0] + (ends[1] - ends[0]) * part;
-        add({Part::Edge, uint32_t(edge)}, m_projection.cameraToScreen(m_toCamera * local), local);
+        if (add({Part::Edge, uint32_t(edge)}, m_projection.cameraToScreen(m_toCamera * local), local))
+            m_candidates.back().isSmall = m_wish.vertices && isSmall(mesh, uint32_t(edge));
     }
 
-    void answer(Part part, std::vector<PickedPoint>& answers) const
+    void answer(Part part, bool small, std::vector<PickedPoint>& answers) const
     {
         std::vector<const Candidate*> sorted;
         for (const Candidate& candidate : m_candidates)
-            if (candidate.part.part == part)
+            if (candidate.part.part == part && candidate.isSmall == small)
                 sorted.push_back(&candidate);
         const auto rank = [](const Candidate* c) {
             return std::tuple(std::floor(c->pixels / kAsNear), c->screen.z, c->pixels);
@@ -219,6 +254,7 @@ private:
     GkMatrix3d m_toCamera; ///< Of the body that is being searched.
     std::vector<std::vector<const Node*>> m_bodies;
     std::vector<Candidate> m_candidates;
+    std::map<uint32_t, bool> m_small; ///< Which edges of the body that is being searched are.
 };
 
 } // namespace

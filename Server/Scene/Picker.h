@@ -53,7 +53,8 @@ struct PickWish
 
 /// What is at a place of the screen, in pixels of the projection: vertices that are near enough, then such
 /// edges, then faces; of each kind, what is nearest to the place and to the viewer first. Edges and vertices
-/// of a body hardly larger than the tolerance are left out: nobody can aim at them.
+/// of a body hardly larger than the tolerance are left out: nobody can aim at them. A curved edge hardly
+/// larger than the tolerance, such as the rim of a small hole, comes before vertices.
 [[nodiscard]] std::vector<PickedPoint> pickAt(const Rendra::Graphics::Node& root,
                                               const Projection& projection, double x, double y,
                                               const PickWish& wish);

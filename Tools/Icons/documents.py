@@ -54,6 +54,16 @@ picture("Document/Image").line(rect(3, 4.5, 18, 15, 1.5)).solid(circle(8, 9.3, 1
 picture("Document/SharePicture").line("M13 4.5 H4.5 A1.5 1.5 0 0 0 3 6 V18 A1.5 1.5 0 0 0 4.5 19.5 H19.5 A1.5 1.5 0 0 0 21 18 V13.5") \
     .line(poly((3.5, 17.5), (8.5, 13), (11.5, 15.5), (14, 12.8))) \
     .accent("M13 11.5 C13 7.5 15.5 5.8 21 5.8", poly((17.8, 2.6), (21, 5.8), (17.8, 9)))
+picture("Share/Mail").line(rect(3, 5, 18, 14, 1.5)).accent(poly((3.8, 6.5), (12, 13.3), (20.2, 6.5)))
+picture("Share/Copy").line("M15.5 6.5 V4 A1 1 0 0 0 14.5 3 H4 A1 1 0 0 0 3 4 V12.5 A1 1 0 0 0 4 13.5 H5.5") \
+    .tint(area((9.5, 19.5), (13.5, 15), (15.8, 17.2), (18, 15), (20.5, 17.5), (20.5, 20), (9.5, 20))) \
+    .accent(rect(9, 9, 12, 12)).accent_thin(poly((9.5, 19.5), (13.5, 15), (15.8, 17.2), (18, 15), (20.5, 17.5)))
+picture("Share/Program").line(window()).accent(arrow(8.5, 17.5, 15.8, 11, 3.6))
+picture("Share/Folder").line("M3 18.5 V5.5 A1 1 0 0 1 4 4.5 H9 L11.5 7.5 H20 A1 1 0 0 1 21 8.5 V18.5 A1 1 0 0 1 20 19.5 H4 A1 1 0 0 1 3 18.5Z") \
+    .tint(area((6, 17), (10, 12.5), (12.5, 14.7), (15, 11.5), (18.2, 15.3), (18.2, 17))) \
+    .accent(poly((6, 17), (10, 12.5), (12.5, 14.7), (15, 11.5), (18.2, 15.3)))
+picture("Share/Item").line(Cube(9.6, 10.2, 7).edges()) \
+    .accent("M20.5 13.5 V18.2 A3 3 0 0 1 14.5 18.2 V14 A2 2 0 0 1 18.5 14 V18")
 picture("Hearsay/ClipScreen").dashed(rect(3, 3.5, 18, 9.5, 1)) \
     .accent(circle(7.6, 19, 2.2), circle(16.4, 19, 2.2), poly((9, 17.2), (15.2, 9)), poly((15, 17.2), (8.8, 9)))
 

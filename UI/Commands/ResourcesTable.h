@@ -17,6 +17,11 @@
     ROW(Export, "Assets/Export")                                 \
     ROW(SaveAsImage, "Document/Image")                           \
     ROW(SharePicture, "Document/SharePicture")                   \
+    ROW(ShareMail, "Share/Mail")                                 \
+    ROW(ShareCopy, "Share/Copy")                                 \
+    ROW(ShareProgram, "Share/Program")                           \
+    ROW(ShareFolder, "Share/Folder")                             \
+    ROW(ShareItem, "Share/Item")                                 \
     ROW(FreeOrbit, "Camera/FreeOrbit")                           \
     ROW(ConstrainedOrbit, "Camera/ConstrainedOrbit")             \
     ROW(Pan, "Camera/Pan")                                       \

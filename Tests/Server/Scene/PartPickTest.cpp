@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <numbers>
 #include <random>
 #include <set>
 
@@ -164,6 +165,30 @@ TEST_P(PartPick, NobodyMeansAnEdgeOfABodyAsSmallAsTheTolerance)
     look({0, 0, -1});
     EXPECT_EQ(text(at({50.5, 50.5, 2}, 0, 0)), "f5");
     EXPECT_EQ(text(at({100, 50, 1}, 1, 0)), "e1");
+}
+
+TEST_P(PartPick, TheRimOfASmallHoleComesBeforeTheVertexWhereItCloses)
+{
+    auto plate = std::make_shared<BodyMesh>(*Shapes::box(100, 100, 10));
+    const auto addRim = [&](float x, float radius) {
+        constexpr int kSides = 24;
+        for (int i = 0; i <= kSides; ++i) {
+            const double angle = 2 * std::numbers::pi * i / kSides;
+            for (const double value : {x + radius * std::cos(angle), 50 + radius * std::sin(angle), 10.0})
+                plate->edgePoints.push_back(float(value));
+        }
+        plate->edgeStarts.push_back(uint32_t(plate->edgePoints.size() / 3));
+        for (const float value : {x + radius, 50.0f, 10.0f})
+            plate->vertexPoints.push_back(value);
+    };
+    addRim(30, 1);
+    addRim(70, 10);
+    show(m_root.get(), plate);
+    look({0, 0, -1});
+    EXPECT_EQ(text(at({30, 50, 10}, 0, 0)).substr(0, 5), "e6 v8");
+    EXPECT_EQ(text(at({31, 50, 10}, 0, 0)).substr(0, 5), "e6 v8");
+    EXPECT_EQ(text(at({80, 50, 10}, 0, 0)).substr(0, 5), "v9 e7") << "there is room to aim at either";
+    EXPECT_EQ(text(at({31, 50, 10}, 0, 0, PickWish{.vertices = true})).substr(0, 2), "v8");
 }
 
 TEST_P(PartPick, ThePlaceOnAnEdgeLiesUnderThePointer)

@@ -110,8 +110,12 @@ TEST_F(DropTest, AsLongAsFilesHangOverItTheWholeWindowShowsThatTheyCanBeDropped)
 
 TEST_F(DropTest, FoldersAndAddressesAreToldAndAThousandFilesAreAskedAbout)
 {
-    drop({QUrl(QStringLiteral("https://example.org/x.step"))});
-    EXPECT_TRUE(told(L"isn't a file on this computer"));
+    for (const char* address : {"https://example.org/x.step", "file://elsewhere.example.org/tmp/x.step"}) {
+        CommandMgr::get()->GetAlertController()->clearAllAlerts();
+        drop({QUrl(QString::fromLatin1(address))});
+        EXPECT_TRUE(told(L"isn't a file on this computer")) << address;
+        EXPECT_TRUE(m_journal.empty()) << address;
+    }
     drop({file(QString::fromStdWString(boost::filesystem::temp_directory_path().wstring()))});
     EXPECT_TRUE(told(L"is a folder"));
     EXPECT_TRUE(m_journal.empty());

@@ -22,6 +22,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMenu>
 #include <QPushButton>
 #include <QToolButton>
@@ -262,6 +263,56 @@ TEST_F(PanelTest, WhatIsWrongIsMarkedToldAndKeepsThePanelOpen)
     QTest::mouseClick(panel().findChild<QPushButton*>(QStringLiteral("panelOk")), Qt::LeftButton);
     settle();
     EXPECT_EQ(definition.log, "commit 3.000000");
+}
+
+TEST_F(PanelTest, WhatIsOnlyMissingYetIsToldWithoutAMark)
+{
+    bore().tilt->awaitsValue(L"How far?");
+    bore().radius->value(6);
+    settle();
+    EXPECT_EQ(message(), "Tilt: How far?");
+    EXPECT_FALSE(in<QLabel>("Tilt")->isVisible());
+    EXPECT_FALSE(line("Tilt")->property("failed").toBool());
+    EXPECT_FALSE(canCommit());
+    line("Tilt")->setFocus();
+    line("Tilt")->selectAll();
+    write("4 5");
+    key(Qt::Key_Tab);
+    EXPECT_TRUE(in<QLabel>("Tilt")->isVisible()) << "no longer missing, but wrong";
+    line("Tilt")->setFocus();
+    line("Tilt")->selectAll();
+    write("45");
+    key(Qt::Key_Tab);
+    EXPECT_EQ(message(), "");
+    EXPECT_TRUE(canCommit());
+}
+
+TEST_F(PanelTest, NumbersHaveTheDecimalSignOfTheLocaleInTheWindowAlone)
+{
+    struct German
+    {
+        German() { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }
+        ~German() { QLocale::setDefault(before); }
+        const QLocale before;
+    } const german;
+    bore().radius->value(2.5);
+    bore().note->value(L"Rev 1.5");
+    settle();
+    EXPECT_EQ(line("Radius")->text(), QStringLiteral("2,5 mm"));
+    EXPECT_EQ(line("Note")->text(), QStringLiteral("Rev 1.5"));
+    EXPECT_EQ(bore().radius->valueAsString(), L"2.5 mm");
+    for (const auto& [typed, value] : {std::pair("1,25", 1.25), {"7.5 mm", 7.5}, {"(1,5 + ,5) * 2", 4.0}}) {
+        line("Radius")->setFocus();
+        line("Radius")->selectAll();
+        write(typed);
+        key(Qt::Key_Tab);
+        EXPECT_EQ(bore().radius->value(), value) << typed;
+    }
+    line("Radius")->setFocus();
+    line("Radius")->selectAll();
+    write("1.000,5");
+    key(Qt::Key_Tab);
+    EXPECT_FALSE(canCommit()) << "it could be either number";
 }
 
 TEST_F(PanelTest, ThePreviewFollowsWhatIsTyped)

@@ -105,6 +105,8 @@ std::wstring RealValueCommandInput::onWhyInvalid() const
 {
     if (!std::isfinite(value()))
         return localized("InputNotFinite", "There is no number.");
+    if (isMissing())
+        return m_whyAwaits;
     const auto text = [this](double limit) { return Vs::Units::toText(limit, m_unit, m_settings); };
     if (m_minimum.on && (value() < m_minimum.value || (!m_minimum.inclusive && value() == m_minimum.value)))
         return m_minimum.inclusive

@@ -29,6 +29,10 @@ public:
     void minimumValue(bool on, double value, bool inclusive) { m_minimum = {on, value, inclusive}; }
     void maximumValue(bool on, double value, bool inclusive) { m_maximum = {on, value, inclusive}; }
 
+    /// For an input whose zero means that no value was given yet: what to tell then, as what is missing.
+    void awaitsValue(const std::wstring& why) { m_whyAwaits = why; }
+    bool isAwaiting() const override { return isMissing() && !refused(); }
+
     /// What a measurement has to give to fill the input: 2 a length, 4 an angle, 0 nothing does. By default
     /// as its quantity.
     int measureFilter() const { return m_measureFilter; }
@@ -63,10 +67,12 @@ private:
     void optionChanged(Vs::OptionEvent* event) override;
     std::wstring onWhyInvalid() const override;
     std::wstring whyRefused(const std::wstring& text) const override;
+    bool isMissing() const { return !m_whyAwaits.empty() && value() == 0; }
 
     Vs::Units::Unit m_unit;
     Vs::Units::UnitDisplaySettings m_settings;
     Limit m_minimum, m_maximum;
+    std::wstring m_whyAwaits;
     int m_measureFilter = 0;
     bool m_hasMRU = true;
     bool m_useManipulator = true;

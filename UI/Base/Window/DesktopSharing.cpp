@@ -24,8 +24,9 @@ namespace {
 
 using Step = std::function<void()>;
 
-/// On a desktop without a portal, nothing reports its absence at once.
-constexpr int kPatience = 5000; ///< In milliseconds.
+/// In milliseconds. A portal that the first call starts takes seconds on a busy machine, and who gave up
+/// before it answers would open a second program.
+constexpr int kPatience = 20000;
 /// The parent window is passed only if the desktop knows it by a handle, which ours isn't.
 const QString kNoWindow;
 

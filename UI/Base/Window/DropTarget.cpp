@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QMimeData>
 #include <QPainter>
+#include <QSysInfo>
 
 namespace Vu {
 namespace {
@@ -23,11 +24,19 @@ struct Dropped
     bool hasOthers = false; ///< Addresses of files not on this computer.
 };
 
+/// An address may name the computer; on another one, the same path is another file.
+bool isHere(const QUrl& url)
+{
+    const QString host = url.host();
+    return url.isLocalFile() && (host.isEmpty() || host == QLatin1String("localhost") ||
+                                 host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0);
+}
+
 Dropped droppedIn(const QMimeData& data)
 {
     Dropped dropped;
     for (const QUrl& url : data.urls())
-        if (url.isLocalFile())
+        if (isHere(url))
             dropped.files.push_back(pathOf(url));
         else
             dropped.hasOthers = true;

@@ -368,10 +368,11 @@ void InputField::refresh()
     if (!m_input)
         return;
     const QString why = QString::fromStdWString(m_input->whyInvalid());
-    m_mark->setVisible(!why.isEmpty() && !m_input->isAwaiting());
+    const bool isWrong = !why.isEmpty() && !m_input->isAwaiting();
+    m_mark->setVisible(isWrong);
     PlainText::setTooltip(m_mark, why);
     setEnabled(m_input->isUsable());
-    show(*m_input, !why.isEmpty());
+    show(*m_input, isWrong);
 }
 
 void InputField::enterEvent(QEnterEvent* event)

@@ -1,6 +1,7 @@
 #include "UI/Base/Window/PlacedHuds.h"
 
 #include "UI/Base/Command/CommandInput.h"
+#include "UI/Base/Program/LocalNumbers.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
 
@@ -34,7 +35,7 @@ bool fill(QGridLayout* grid, const Group& group)
         if (!input->isUsable())
             continue;
         label(0)->setText(QString::fromStdWString(input->info()->name()));
-        label(1)->setText(QString::fromStdWString(input->displayText()));
+        label(1)->setText(QString::fromStdWString(localNumbers(input->displayText())));
         label(0)->show();
         label(1)->show();
         ++row;

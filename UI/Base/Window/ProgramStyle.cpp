@@ -118,6 +118,9 @@ int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
 {
     if (hint == SH_Widget_Animation_Duration && motionIsReduced())
         return 0;
+    // The program's own dialogs have none, and neither should Qt's.
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons)
+        return 0;
     return QProxyStyle::styleHint(hint, option, widget, data);
 }
 

@@ -9,6 +9,7 @@
 #include "UI/Base/Command/ColourCommandInput.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/AreaContents.h"
+#include "UI/Base/Program/LocalNumbers.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -369,8 +370,8 @@ void PropertiesPanel::showDocument(const Vs::Document* document)
 QString PropertiesPanel::enterPosition(int axis, const QString& typed)
 {
     std::wstring why;
-    const auto wanted =
-        Vs::Units::evaluate(typed.toStdWString(), Vs::Units::Unit::display(Vs::Units::Quantity::Length), why);
+    const auto wanted = Vs::Units::evaluate(plainNumbers(typed.toStdWString()),
+                                            Vs::Units::Unit::display(Vs::Units::Quantity::Length), why);
     if (!wanted)
         return QString::fromStdWString(why);
     PropertyEdits::move(axis, *wanted - m_values.place[static_cast<size_t>(axis)].value());

@@ -6,6 +6,7 @@
 #include "Server/DataModel/DocumentType.h"
 #include "Server/Types/Units/UnitDisplaySettings.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Program/LocalNumbers.h"
 #include "UI/Base/Session/DocumentFacts.h"
 #include "UI/Base/Session/DocumentRemark.h"
 #include "UI/Base/Session/FilePlace.h"
@@ -76,8 +77,8 @@ QString formText(Form form)
 
 QString shown(double value, Quantity quantity)
 {
-    return QString::fromStdWString(
-        Vs::Units::toText(value, Unit::display(quantity), Vs::Units::UnitDisplaySettings::get()));
+    return QString::fromStdWString(localNumbers(
+        Vs::Units::toText(value, Unit::display(quantity), Vs::Units::UnitDisplaySettings::get())));
 }
 
 QString about(const QString& value, bool isExact)

@@ -105,8 +105,9 @@ std::wstring sizeText(const Measured& measured, Leaf leaf, double scale)
     const bool isArea = leaf == Leaf::Face;
     const double factor = scale / unit.millimetres;
     constexpr int kDigits = 6;
-    const QString number =
-        QLocale().toString(measured.size * (isArea ? factor * factor : factor), 'g', kDigits);
+    QLocale locale;
+    locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    const QString number = locale.toString(measured.size * (isArea ? factor * factor : factor), 'g', kDigits);
     const std::wstring text = number.toStdWString() + L' ' + QString::fromLatin1(unit.key).toStdWString() +
                               (isArea ? L"\u00b2" : L"");
     return measured.isExact ? text : localizedFormat("SizeAbout", "about %1%", text);

@@ -29,7 +29,7 @@ namespace Vu {
 namespace {
 
 constexpr int kSecond = 1000;
-constexpr int kWidestField = 420;
+constexpr int kWidestField = 420, kWidestPrompt = 800;
 
 QToolButton* listButton(const char* name, const QString& what, QWidget* parent)
 {
@@ -57,9 +57,9 @@ QLabel* field(const char* name, QWidget* parent)
 }
 
 /// A name may be of any length, and the fields after it must not move.
-void showIn(QLabel* label, const QString& shown)
+void showIn(QLabel* label, const QString& shown, int widest = kWidestField)
 {
-    label->setText(label->fontMetrics().elidedText(shown, Qt::ElideMiddle, kWidestField));
+    label->setText(label->fontMetrics().elidedText(shown, Qt::ElideMiddle, widest));
     label->setVisible(!shown.isEmpty());
     PlainText::setTooltip(label, shown);
 }
@@ -154,7 +154,7 @@ void StatusFields::showPrompt()
     QString prompt = QString::fromStdWString(info.name());
     if (const std::wstring& what = info.tooltip().description(); !what.empty() && what != info.name())
         prompt += QStringLiteral(": ") + QString::fromStdWString(what);
-    showIn(m_prompt, prompt);
+    showIn(m_prompt, prompt, kWidestPrompt);
 }
 
 void StatusFields::showSelection()

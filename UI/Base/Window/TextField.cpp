@@ -5,6 +5,7 @@
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Command/Private/RecentValues.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
+#include "UI/Base/Program/LocalNumbers.h"
 #include "UI/Base/Window/QtIcon.h"
 
 #include <QKeyEvent>
@@ -24,6 +25,13 @@ bool hasList(const CommandInputBase& input)
 {
     const auto* number = Vs::cast<RealValueCommandInput>(&input);
     return number && number->hasMRU() && !number->readOnly();
+}
+
+/// Names, unlike numbers, are shown as they are.
+std::wstring shownText(const CommandInputBase& input)
+{
+    const std::wstring text = input.displayText();
+    return Vs::cast<RealValueCommandInput>(&input) ? localNumbers(text) : text;
 }
 } // namespace
 
@@ -65,7 +73,9 @@ void TextField::type(CommandInputValueChangeEvent::EKind kind)
 {
     m_pause.stop();
     if (input() && !input()->readOnly())
-        input()->typed(m_line->text().toStdWString(), kind);
+        input()->typed(Vs::cast<RealValueCommandInput>(input()) ? plainNumbers(m_line->text().toStdWString())
+                                                                : m_line->text().toStdWString(),
+                       kind);
 }
 
 void TextField::enter()
@@ -86,7 +96,7 @@ void TextField::show(const CommandInputBase& input, bool failed)
     m_line->setReadOnly(input.readOnly());
     m_list->setVisible(hasList(input));
     // Invalid text stays there to be corrected. Setting the same text would drop the selection in it.
-    const QString text = QString::fromStdWString(input.displayText());
+    const QString text = QString::fromStdWString(shownText(input));
     if (!m_edited && !input.refused() && m_line->text() != text)
         m_line->setText(text);
     if (m_line->property("failed").toBool() == failed)

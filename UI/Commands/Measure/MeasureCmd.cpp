@@ -12,6 +12,7 @@
 #include "UI/Base/Command/ControlCommandInputs.h"
 #include "UI/Base/Command/RealValueCommandInput.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/LocalNumbers.h"
 #include "UI/Base/Program/UIInternalOptionGroup.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
 #include "UI/Base/Session/AssetSession.h"
@@ -307,8 +308,8 @@ void MeasureCmd::optionChanged(Vs::OptionEvent*)
 
 void MeasureCmd::showTexts()
 {
-    m_distancePreview.text(m_inputs->pair.distance->displayText());
-    m_anglePreview.text(m_inputs->pair.angle->displayText());
+    m_distancePreview.text(localNumbers(m_inputs->pair.distance->displayText()));
+    m_anglePreview.text(localNumbers(m_inputs->pair.angle->displayText()));
     m_huds.place();
 }
 

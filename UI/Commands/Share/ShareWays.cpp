@@ -135,12 +135,12 @@ void giveToItem(const fs::path& picture, Vs::Document& document, Vs::Status& sta
 
 // clang-format off
 const ShareWay kWays[] = {
-    {{.key = L"ShareByMailCommand",      .title = "E-Mail..."},                                             nullptr,      passingFolder,  giveTo<ShareWith::Mail>},
-    {{.key = L"ShareCopyPictureCommand", .title = "Copy"},                                                  nullptr,      nullptr,        nullptr},
-    {{.key = L"ShareOpenWithCommand",    .title = "Open With..."},                                          nullptr,      passingFolder,  giveTo<ShareWith::Program>},
-    {{.key = L"ShareInFolderCommand",    .title = "Keep and Show in Folder"},                               nullptr,      picturesFolder, giveTo<ShareWith::Folder>},
-    {{.key = L"ShareToDriveCommand",     .title = "Put on the Drive", .icon = &Resources::CloudSave},       driveIsThere, passingFolder,  giveToDrive},
-    {{.key = L"ShareToItemCommand",      .title = "Attach to the Item"},                                    isItem,       passingFolder,  giveToItem},
+    {{.key = L"ShareByMailCommand",      .title = "E-Mail...",               .icon = &Resources::ShareMail},   nullptr,      passingFolder,  giveTo<ShareWith::Mail>},
+    {{.key = L"ShareCopyPictureCommand", .title = "Copy",                    .icon = &Resources::ShareCopy},   nullptr,      nullptr,        nullptr},
+    {{.key = L"ShareOpenWithCommand",    .title = "Open With...",            .icon = &Resources::ShareProgram},nullptr,      passingFolder,  giveTo<ShareWith::Program>},
+    {{.key = L"ShareInFolderCommand",    .title = "Keep and Show in Folder", .icon = &Resources::ShareFolder}, nullptr,      picturesFolder, giveTo<ShareWith::Folder>},
+    {{.key = L"ShareToDriveCommand",     .title = "Put on the Drive",        .icon = &Resources::CloudSave},   driveIsThere, passingFolder,  giveToDrive},
+    {{.key = L"ShareToItemCommand",      .title = "Attach to the Item",      .icon = &Resources::ShareItem},   isItem,       passingFolder,  giveToItem},
 };
 // clang-format on
 

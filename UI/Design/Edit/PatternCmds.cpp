@@ -64,6 +64,9 @@ void LinearPatternCmd::onMakeInputs(EditInputs& inputs)
                     {{L"None", localized("EditNone", "None")}, {L"X", L"X"}, {L"Y", L"Y"}, {L"Z", L"Z"}});
     m_spacing[1] = inputs.length(L"SecondSpacing", localized("EditSpacing", "Spacing"), 0);
     m_count[1] = inputs.count(L"SecondCount", localized("EditCount", "Count"), 2);
+    for (RealValueCommandInput* spacing : m_spacing)
+        spacing->awaitsValue(
+            localized("EditNoSpacing", "The copies need a spacing; without one they all lie in one place."));
     m_spacing[1]->hiddenWhileDisabled(true);
     m_count[1]->hiddenWhileDisabled(true);
     onInputChanged();
@@ -84,9 +87,6 @@ std::wstring LinearPatternCmd::onWhyInvalid() const
 {
     if (!isCount(m_count[0]) || (isGrid() && !isCount(m_count[1])))
         return whyNoCount();
-    if (m_spacing[0]->value() == 0 || (isGrid() && m_spacing[1]->value() == 0))
-        return localized("EditNoSpacing",
-                         "The copies need a spacing; without one they all lie in one place.");
     return {};
 }
 

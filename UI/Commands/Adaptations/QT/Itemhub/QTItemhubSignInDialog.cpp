@@ -220,8 +220,9 @@ void QTItemhubSignInDialog::tryWithoutKeeping(QString& failure)
         if (error.kind() != Failure::Kind::Local || !m_keep->isChecked())
             return;
         m_keep->setChecked(false);
-        failure += u' ' + told("ItemhubWithoutKeeping",
-                               "Sign in once more to stay signed in until the program ends.");
+        failure +=
+            QLatin1String(failure.endsWith(u'.') ? " " : ". ") +
+            told("ItemhubWithoutKeeping", "Sign in once more to stay signed in until the program ends.");
     } catch (...) {
         return;
     }
@@ -234,7 +235,9 @@ void QTItemhubSignInDialog::tell(const QString& content)
     m_message->setPalette(colours);
     m_message->setText(content);
     m_message->setVisible(!content.isEmpty());
-    adjustSize();
+    // adjustSize() stops at two thirds of the screen's height, and would squeeze the fields.
+    const int width = sizeHint().width();
+    resize(width, layout()->totalHeightForWidth(width));
 }
 
 /// Esc in a request cancels only the request.
