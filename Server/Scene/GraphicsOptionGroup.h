@@ -30,6 +30,8 @@ public:
     Option<int> NPREffect{*this, "NPREffect", 0};
     Option<int> selectionEffectOption{*this, "selectionEffectOption", 1};
     Option<int> visualStyle{*this, "visualStyle", 2}; ///< An EVisualStyle.
+    /// How much brighter than usual realistic pictures are, in stops: each doubles the light.
+    Option<double> exposure{*this, "exposure", 0};
     /// Edges at which faces meet smoothly: "faint", "full" like others, or "none".
     Option<std::wstring> tangentEdges{*this, "tangentEdges", L"faint"};
     Option<int> objectShadowType{*this, "objectShadowType", 0}; ///< 0 none, 1 sharp, 2 and 3 soft.

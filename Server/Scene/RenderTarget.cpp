@@ -5,7 +5,16 @@
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Types/LengthUnit.h"
 
+#include <algorithm>
+
 namespace Rendra {
+
+namespace {
+
+/// More makes any picture black or white.
+constexpr double kMostStops = 10;
+
+} // namespace
 
 RenderTarget RenderTarget::current()
 {
@@ -19,6 +28,7 @@ RenderTarget RenderTarget::current()
     target.scaleBar = options.showScaleBar();
     target.gridUnit = &Vs::LengthUnit::display();
     target.environment = &Vs::Scene::EnvironmentManager::getEnvManager()->activeEnvironment();
+    target.exposure = float(std::clamp(options.exposure(), -kMostStops, kMostStops));
     target.selectionEffect = options.selectionEffectOption();
     const std::wstring tangent = options.tangentEdges();
     target.tangentEdges = tangent == L"full"   ? kFullTangentEdges

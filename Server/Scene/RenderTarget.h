@@ -45,6 +45,8 @@ struct RenderTarget
     bool axisCross = false, scaleBar = false;
     /// The unit of the grid's lines and of the scale bar; null for millimetres.
     const Vs::LengthUnit* gridUnit = nullptr;
+    /// Of the realistic style, in stops: each doubles the light.
+    float exposure = 0;
     int selectionEffect = kNormalEffect; ///< Anything other than an ESelectionEffect works like kFastEffect.
     int tangentEdges = kFaintTangentEdges;
     /// For edges, in logical pixels: a line of exactly one pixel would vanish between two rows.

@@ -35,6 +35,7 @@ void main()
 constexpr const char* kBackgroundFragment = R"(
 in vec2 ray;
 uniform float stars;
+uniform float haloGlow;
 uniform sampler2D table; // of what is seen, by the height on the unit sphere
 out vec4 result;
 
@@ -57,7 +58,7 @@ void main()
 #ifdef GLOW
     if (d.z > 0.0) {
         float towards = max(dot(d, lampDirections[0]), 0.0);
-        vec3 more = lampColours[0] * (falls.w * (0.35 * pow(towards, 24.0) + pow(towards, 900.0)));
+        vec3 more = lampColours[0] * (haloGlow * (0.35 * pow(towards, 24.0) + pow(towards, 900.0)));
         if (stars > 0.0)
             more += stars * star(d) * smoothstep(0.0, 0.25, d.z);
         seen = pow(min(pow(seen, vec3(2.2)) + more, vec3(1.0)), vec3(1.0 / 2.2));

@@ -126,6 +126,7 @@ void BodyPainter::release()
     m_edges.release();
     m_occlusion.release();
     m_shadows.release();
+    m_mirror.release();
     m_glass.release();
 }
 
@@ -304,6 +305,11 @@ const Program& BodyPainter::useFaces(const Frame& frame, bool occluded, bool gla
     frame.setLight(program);
     frame.setHighlights(program);
     glUniform1i(program.uniform("cycling"), frame.params().colorCyclingEnabled());
+    if (realistic) {
+        const Vs::Colour uncoloured;
+        glUniform3f(program.uniform("uncoloured"), uncoloured.r, uncoloured.g, uncoloured.b);
+        m_mirror.set(program, frame.environment);
+    }
     if (shadowed)
         ObjectShadow::set(program, frame);
     if (!occluded)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Scene/Rendra/EdgePainter.h"
+#include "Server/Scene/Rendra/EnvironmentMirror.h"
 #include "Server/Scene/Rendra/Frame.h"
 #include "Server/Scene/Rendra/GlassLayers.h"
 #include "Server/Scene/Rendra/Occlusion.h"
@@ -51,6 +52,7 @@ private:
     bool m_triedFaces[kFaceKinds] = {};
     Occlusion m_occlusion;
     ObjectShadow m_shadows;
+    EnvironmentMirror m_mirror;
     GlassLayers m_glass;
 };
 

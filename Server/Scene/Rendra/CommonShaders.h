@@ -39,28 +39,14 @@ vec3 turned(vec3 normal)
 }
 )";
 
-/// What surrounds the scene, in the environment's own coordinates; the same as Environment::seen.
+/// The light of what surrounds the scene, in the environment's own coordinates.
 inline constexpr const char* kSurroundings = R"(
 uniform mat3 toEnvironment; // from the camera's coordinates
-uniform vec3 zenith;
-uniform vec3 horizon;
-uniform vec3 ground;
-uniform vec3 nadir;
-uniform vec4 falls; // of sky and ground, the haze, the glow
 uniform vec3 irradiance[9];
 uniform vec3 least;
 uniform float exposure;
 uniform vec3 lampDirections[3];
 uniform vec3 lampColours[3];
-uniform float lampSizes[3];
-
-vec3 surroundings(vec3 d, float blur)
-{
-    vec3 above = mix(horizon, zenith, pow(max(d.z, 0.0), falls.x));
-    vec3 below = mix(ground, nadir, pow(max(-d.z, 0.0), falls.y));
-    float haze = falls.z + blur;
-    return mix(below, above, smoothstep(-haze, haze, d.z));
-}
 
 vec3 lightFromAround(vec3 n)
 {

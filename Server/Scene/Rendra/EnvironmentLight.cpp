@@ -31,11 +31,6 @@ void harmonics(const GkVector3d& d, double (&y)[9])
     y[8] = 0.546274 * (d.x * d.x - d.y * d.y);
 }
 
-void setColour(const Program& program, const char* name, const Colour& colour)
-{
-    glUniform3f(program.uniform(name), colour.r, colour.g, colour.b);
-}
-
 } // namespace
 
 void EnvironmentLight::prepare(const Environment& environment)
@@ -76,7 +71,7 @@ void EnvironmentLight::prepare(const Environment& environment)
     m_least[2] = 0.08f * second.b + 0.16f * third.b;
 }
 
-void EnvironmentLight::set(const Program& program, const GkMatrix3d& toEnvironment) const
+void EnvironmentLight::set(const Program& program, const GkMatrix3d& toEnvironment, float stops) const
 {
     const Environment& environment = *m_environment;
     float turn[9];
@@ -84,17 +79,12 @@ void EnvironmentLight::set(const Program& program, const GkMatrix3d& toEnvironme
         for (int column = 0; column < 3; ++column)
             turn[column * 3 + row] = float(toEnvironment.entry[row][column]);
     glUniformMatrix3fv(program.uniform("toEnvironment"), 1, GL_FALSE, turn);
-    setColour(program, "zenith", environment.zenith);
-    setColour(program, "horizon", environment.horizon);
-    setColour(program, "ground", environment.ground);
-    setColour(program, "nadir", environment.nadir);
-    glUniform4f(program.uniform("falls"), environment.skyFall, environment.groundFall, environment.haze,
-                environment.glow);
+    glUniform1f(program.uniform("haloGlow"), environment.glow);
     glUniform1f(program.uniform("stars"), environment.stars);
-    glUniform1f(program.uniform("exposure"), m_exposure);
+    glUniform1f(program.uniform("exposure"), m_exposure * std::exp2(stops));
     glUniform3fv(program.uniform("irradiance"), 9, &m_irradiance[0][0]);
     glUniform3fv(program.uniform("least"), 1, m_least);
-    float directions[9], colours[9], sizes[3];
+    float directions[9], colours[9];
     for (size_t i = 0; i < 3; ++i) {
         const Environment::Lamp& lamp = environment.lamps[i];
         const GkVector3d& to = lamp.direction;
@@ -102,11 +92,9 @@ void EnvironmentLight::set(const Program& program, const GkMatrix3d& toEnvironme
         const float light[] = {lamp.colour.r, lamp.colour.g, lamp.colour.b};
         std::copy(std::begin(values), std::end(values), directions + 3 * i);
         std::copy(std::begin(light), std::end(light), colours + 3 * i);
-        sizes[i] = lamp.size;
     }
     glUniform3fv(program.uniform("lampDirections"), 3, directions);
     glUniform3fv(program.uniform("lampColours"), 3, colours);
-    glUniform1fv(program.uniform("lampSizes"), 3, sizes);
 }
 
 GkMatrix3d EnvironmentLight::orientation(const GkVector3d& up)

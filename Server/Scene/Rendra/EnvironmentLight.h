@@ -16,8 +16,8 @@ public:
     void prepare(const Vs::Scene::Environment& environment);
 
     /// Sets the uniforms of kSurroundings, and of the light, for the current program; those that it doesn't
-    /// have are skipped. `toEnvironment` rotates directions of the camera's coordinates.
-    void set(const Program& program, const GkMatrix3d& toEnvironment) const;
+    /// have are skipped. `toEnvironment` rotates directions of the camera's coordinates; `stops` expose more.
+    void set(const Program& program, const GkMatrix3d& toEnvironment, float stops = 0) const;
 
     /// Rotates directions of world coordinates so that `up` becomes z; a scene whose up is z is unchanged.
     static GkMatrix3d orientation(const GkVector3d& up);

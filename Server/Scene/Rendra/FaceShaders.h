@@ -96,16 +96,20 @@ vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, float reaching)
 }
 )";
 
-/// All light belongs to the model, and faces are shaded physically: the microfacets of Trowbridge and Reitz
-/// (GGX) with Smith's shadowing in the form of Hammon, Schlick's Fresnel term, and for the ambient light the
-/// fit of Karis (2014). Replaces kPlainLight.
+/// All light belongs to the model, and faces are shaded physically: they scatter the light of lamps and
+/// surroundings, and mirror the environment as EnvironmentMirror holds it, by the fit of Karis (2014).
+/// Replaces kPlainLight.
 inline constexpr const char* kRealisticLight = R"(
-const float kPi = 3.14159265;
+uniform samplerCube mirrored;
+uniform float mirrorLevels; // the last is for a roughness of 1
+uniform vec3 uncoloured;    // what bodies have that nobody has coloured
 
-// No model says what its bodies are made of, but mostly its colour does: greys are metals, white, black and
-// what is coloured are plastics and paints.
+// No model says what its bodies are made of, but mostly its colour does: greys are metals; white, black and
+// what is coloured are plastics and paints, and so is what has no colour of its own.
 float metalOf(vec3 colour)
 {
+    if (all(lessThan(abs(colour - uncoloured), vec3(0.008))))
+        return 0.0;
     float most = max(colour.r, max(colour.g, colour.b)), least = min(colour.r, min(colour.g, colour.b));
     float saturation = (most - least) / max(most, 1e-3);
     return (1.0 - smoothstep(0.10, 0.30, saturation)) * smoothstep(0.10, 0.25, most) * (1.0 - smoothstep(0.80, 0.88, most));
@@ -116,33 +120,25 @@ vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, float reaching)
     n = toEnvironment * n;
     toViewer = toEnvironment * toViewer;
     float metal = metalOf(colour);
-    float roughness = mix(0.34, 0.50, metal);
-    vec3 diffuse = colour * (1.0 - metal);
-    vec3 mirror = mix(vec3(0.04), colour, metal);
-    float facing = max(dot(n, toViewer), 1e-3);
+    float roughness = mix(0.34, 0.27, metal);
+    // Even dark metals mirror half of the light.
+    vec3 mirror = mix(vec3(0.04), colour * 0.65 + 0.3, metal);
 
-    vec3 sum = diffuse * (lightFromAround(n) + least) * open;
+    vec3 light = (lightFromAround(n) + least) * open;
     for (int i = 0; i < 3; ++i) {
-        vec3 to = lampDirections[i];
-        float lit = max(dot(n, to), 0.0);
-        vec3 halfway = normalize(to + toViewer);
-        float a = min(roughness * roughness + lampSizes[i] * 0.5, 1.0);
-        float nh = max(dot(n, halfway), 0.0);
-        float spread = nh * nh * (a * a - 1.0) + 1.0;
-        float facets = a * a / (kPi * spread * spread);
-        float shadowing = 0.5 / max(mix(2.0 * lit * facing, lit + facing, a), 1e-4);
-        vec3 fresnel = mirror + (1.0 - mirror) * pow(1.0 - max(dot(halfway, toViewer), 0.0), 5.0);
         float reach = mix(1.0, open, 0.7) * (i == 0 ? reaching : 1.0);
-        sum += (diffuse * (1.0 - fresnel) + fresnel * (facets * shadowing * kPi)) * lampColours[i] * (lit * reach);
+        light += lampColours[i] * (max(dot(n, lampDirections[i]), 0.0) * reach);
     }
 
-    vec3 bounced = reflect(-toViewer, n);
-    vec3 around = mix(surroundings(bounced, roughness * 0.5), lightFromAround(bounced) + least, roughness * roughness);
+    float facing = max(dot(n, toViewer), 1e-3);
+    vec3 around = textureLod(mirrored, reflect(-toViewer, n), roughness * mirrorLevels).rgb;
     vec4 fit = roughness * vec4(-1.0, -0.0275, -0.572, 0.022) + vec4(1.0, 0.0425, 1.04, -0.04);
     float bend = min(fit.x * fit.x, exp2(-9.28 * facing)) * fit.x + fit.y;
     vec2 share = vec2(-1.04, 1.04) * bend + fit.zw;
-    // What is hidden from the sky mirrors what hides it.
-    sum = exposure * (sum + around * (mirror * share.x + share.y) * mix(0.25, 1.0, open));
+    around += least * metal;
+    // What is hidden from the sky, or from the first lamp, mirrors what hides it.
+    around *= mix(0.25, 1.0, open) * mix(0.75, 1.0, reaching);
+    vec3 sum = exposure * (colour * (1.0 - metal) * light + around * (mirror * share.x + share.y));
     // Highlights approach white without reaching it, as on film.
     return mix(sum, 0.6 + 0.4 * (1.0 - exp((0.6 - sum) / 0.4)), greaterThan(sum, vec3(0.6)));
 }
@@ -197,7 +193,12 @@ void main()
         open *= 1.0 - 0.32 * (1.0 - reaching) * smoothstep(0.0, 0.35, dot(flatNormal, toLamp));
     }
     vec3 shade = shaded(base.rgb, n, toViewer, open, reaching);
-    give(vec4(finished(shade, glow, dot(n, toViewer)), base.a));
+    vec3 seen = finished(shade, glow, dot(n, toViewer));
+#ifndef GLASS
+    // A grain finer than one step of the colours hides their bands.
+    seen += (fract(52.9829189 * fract(dot(gl_FragCoord.xy, vec2(0.06711056, 0.00583715)))) - 0.5) / 255.0;
+#endif
+    give(vec4(seen, base.a));
 }
 )";
 

@@ -79,7 +79,8 @@ void Frame::setHighlights(const Program& program) const
 void Frame::setLight(const Program& program) const
 {
     light.set(program,
-              EnvironmentLight::orientation(params().groundPlaneOrientation()) * projection.view().inverse());
+              EnvironmentLight::orientation(params().groundPlaneOrientation()) * projection.view().inverse(),
+              target.exposure);
 }
 
 float Frame::lineWidth(float wanted) const

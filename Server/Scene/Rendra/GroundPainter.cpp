@@ -202,7 +202,12 @@ void GroundPainter::collect()
 void GroundPainter::draw(const Frame& frame)
 {
     const Vs::Scene::RenderParams& params = frame.params();
-    if (!params.groundPlaneEnabled() || !frame.showsModel())
+    // Before an environment, what is realistic stands on its floor; without one, as in captured pictures, it
+    // stands alone.
+    const bool plane = params.groundPlaneEnabled();
+    const bool standing = params.visualStyle() == Vs::Scene::kRealistic && frame.target.dome &&
+                          frame.target.effects && params.groundShadowEnabled();
+    if (!(plane || standing) || !frame.showsModel())
         return;
     const Ground* ground = frame.scene.ground.find(frame.scene.list, params.groundPlaneOrientation());
     if (!ground || !(ground->size() > 0) || !makeProgram())
@@ -210,9 +215,11 @@ void GroundPainter::draw(const Frame& frame)
     if (steepness(frame.projection, placement(frame, *ground)) == 0)
         return;
     Look look;
+    look.plain = plane && !frame.target.transparentBackground;
     look.shadowed = params.groundShadowEnabled() && m_contact.find(frame, *ground);
-    look.lit = params.groundShadowEnabled() && m_bodies.findShadows(frame);
-    look.mirrored = params.groundReflectionEnabled() && frame.target.effects && drawMirror(frame, *ground);
+    look.lit = plane && params.groundShadowEnabled() && m_bodies.findShadows(frame);
+    look.mirrored =
+        plane && params.groundReflectionEnabled() && frame.target.effects && drawMirror(frame, *ground);
     drawPlane(frame, *ground, look);
 }
 
@@ -292,7 +299,7 @@ void GroundPainter::drawPlane(const Frame& frame, const Ground& ground, const Lo
     // At grazing angles the ground fades out smoothly as the eye passes it.
     glUniform1f(m_program.uniform("strength"),
                 float(std::min(1.0, steepness(frame.projection, view) / 0.05)));
-    glUniform1i(m_program.uniform("plain"), !frame.target.transparentBackground);
+    glUniform1i(m_program.uniform("plain"), look.plain);
     glUniform1i(m_program.uniform("perspective"), frame.projection.perspective());
     glUniform1i(m_program.uniform("darkened"), look.shadowed);
     glUniform1i(m_program.uniform("lit"), look.lit);

@@ -24,6 +24,7 @@ private:
     /// What is seen on the ground.
     struct Look
     {
+        bool plain = false;    ///< The ground itself, not only what is on it.
         bool shadowed = false; ///< By the sky,
         bool lit = false;      ///< and by a lamp.
         bool mirrored = false;

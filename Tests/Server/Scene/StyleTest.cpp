@@ -1,16 +1,10 @@
 #include "Server/Body/BodyMesh.h"
-#include "Server/Scene/EnvironmentManager.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
-#include "Server/Scene/NodeChange.h"
-#include "Server/Scene/OffscreenRenderer.h"
-#include "Server/Scene/Projection.h"
-#include "Server/Scene/ViewFragment.h"
-#include "Tests/Server/Scene/Shapes.h"
+#include "Tests/Server/Scene/StylePicture.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -18,95 +12,7 @@ using namespace Vs::Scene;
 using Rendra::Graphics::BodyNode;
 using Vs::Colour;
 
-constexpr uint32_t kWidth = 320;
-constexpr uint32_t kHeight = 240;
-
-/// How a style or an environment renders a box, a cylinder and a ball side by side.
-class StylePicture : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        options.antiAliasing = false;
-        Vs::Status status;
-        if (!OffscreenRenderer::get()->render({fragment.get()}, 8, 8, options, image, status))
-            GTEST_SKIP() << "NOTICE: no OpenGL to draw with: " << testing::PrintToString(status.toString());
-        EnvironmentManager::getEnvManager()->activeEnvironmentID(L"PhotoBooth");
-        fragment->renderParams()->groundPlaneEnabled(false);
-        fragment->renderParams()->ambientOcclusionEnabled(false);
-    }
-    void TearDown() override { EnvironmentManager::getEnvManager()->activeEnvironmentID(before); }
-
-    void show(const Shapes::MeshPtr& mesh, const GkVector3d& at, const Colour& colour)
-    {
-        const auto node = BodyNode::make(mesh, colour);
-        NodeChange(node.get()).transform(GkMatrix3d::translation(at));
-        NodeChange(fragment->viewFragmentNode()).add(node);
-    }
-    void showAll()
-    {
-        show(Shapes::box(40, 40, 40), {-70, -20, -20}, {0.6f, 0.1f, 0.1f, 1});
-        show(Shapes::cylinder(20, 40), {0, 0, -20}, {0.5f, 0.5f, 0.5f, 1});
-        show(Shapes::ball(22), {55, 0, 0}, {0.1f, 0.4f, 0.1f, 1});
-        fragment->camera()->fit(fragment->bounds());
-    }
-    const Image& draw(int style)
-    {
-        fragment->renderParams()->visualStyle(style);
-        return draw();
-    }
-    const Image& draw()
-    {
-        Vs::Status status;
-        EXPECT_TRUE(
-            OffscreenRenderer::get()->render({fragment.get()}, kWidth, kHeight, options, image, status))
-            << testing::PrintToString(status.toString());
-        return image;
-    }
-    const Image& drawIn(const wchar_t* environment)
-    {
-        EnvironmentManager::getEnvManager()->activeEnvironmentID(environment);
-        return draw();
-    }
-    /// The pixel in which a point of the world is seen.
-    const uint8_t* at(const GkPoint3d& world) const
-    {
-        const GkPoint3d p =
-            Projection(*fragment->camera(), kWidth, kHeight, fragment->bounds()).worldToScreen(world);
-        return image.pixel(uint32_t(p.x), uint32_t(kHeight - p.y));
-    }
-    /// The strongest line across the direction of a segment, at that many places along it: 0 for none, 255.
-    std::vector<int> inkAlong(const GkPoint3d& from, const GkPoint3d& to, int places) const
-    {
-        std::vector<int> ink;
-        const Projection projection(*fragment->camera(), kWidth, kHeight, fragment->bounds());
-        for (int i = 0; i < places; ++i) {
-            const GkPoint3d p = projection.worldToScreen(from + (to - from) * (0.1 + 0.8 * i / (places - 1)));
-            int strongest = 0;
-            for (int dx = -1; dx <= 1; ++dx)
-                for (int dy = -1; dy <= 1; ++dy)
-                    strongest = std::max<int>(
-                        strongest, image.pixel(uint32_t(p.x + dx), uint32_t(kHeight - p.y + dy))[3]);
-            ink.push_back(strongest);
-        }
-        return ink;
-    }
-
-    static size_t differences(const Image& a, const Image& b)
-    {
-        size_t count = 0;
-        for (size_t i = 0; i < a.pixels.size(); i += 4)
-            count += std::abs(a.pixels[i] - b.pixels[i]) + std::abs(a.pixels[i + 1] - b.pixels[i + 1]) +
-                         std::abs(a.pixels[i + 2] - b.pixels[i + 2]) >
-                     24;
-        return count;
-    }
-
-    Vs::StrongRef<ViewFragment> fragment = ViewFragment::make(nullptr);
-    ImageOptions options;
-    Image image;
-    const std::wstring before = EnvironmentManager::getEnvManager()->activeEnvironmentID();
-};
+using StylePicture = SceneTest::StylePicture;
 
 TEST_F(StylePicture, NoTwoStylesDrawTheSamePicture)
 {
@@ -341,122 +247,6 @@ TEST_F(StylePicture, RoundBodiesHaveAnOutlineOnTheirFacesWhereEdgesAreDrawn)
             EXPECT_GT(double(darker.size()), 4 * nearest) << style << ", all around";
             EXPECT_LT(farthest - nearest, 5) << style << ", and nowhere else";
         }
-    }
-}
-
-TEST_F(StylePicture, EveryEnvironmentLightsTheBodiesInItsOwnWay)
-{
-    showAll();
-    options.transparentBackground = true;
-    for (const int style : {kShaded, kRealistic}) {
-        fragment->renderParams()->visualStyle(style);
-        std::vector<Image> pictures;
-        for (const Environment& each : EnvironmentManager::getEnvManager()->environments())
-            pictures.push_back(drawIn(each.id.c_str()));
-        size_t covered = 0;
-        for (size_t i = 3; i < image.pixels.size(); i += 4)
-            covered += image.pixels[i] == 255;
-        for (size_t i = 0; i < pictures.size(); ++i)
-            for (size_t j = i + 1; j < pictures.size(); ++j)
-                EXPECT_GT(differences(pictures[i], pictures[j]), covered / 10) << i << " and " << j;
-    }
-    const Image room = drawIn(L"SkyRoom");
-    EXPECT_EQ(room.pixels, drawIn(L"SkyRoomPool").pixels);
-    EXPECT_NE(room.pixels, drawIn(L"no such room").pixels);
-}
-
-TEST_F(StylePicture, RealisticLightBelongsToTheModelSoThatGlossStaysInPlaceWhenTheViewerTurns)
-{
-    show(Shapes::ball(50, 96), {}, {0.02f, 0.05f, 0.3f, 1});
-    fragment->camera()->projection(kParallelProjection);
-    fragment->camera()->fit(fragment->bounds());
-    EnvironmentManager::getEnvManager()->activeEnvironmentID(L"InfinityPool");
-    // The brightest point of the ball, as a direction of the world.
-    const auto brightest = [&](int style, const GkVector3d& look) {
-        fragment->camera()->look(look, {0, 0, 1});
-        draw(style);
-        const Projection view(*fragment->camera(), kWidth, kHeight, fragment->bounds());
-        const double radius = 50 / view.pixelSize(1);
-        int most = -1;
-        GkVector3d place;
-        for (uint32_t y = 0; y < kHeight; ++y)
-            for (uint32_t x = 0; x < kWidth; ++x) {
-                const double dx = (x + 0.5 - kWidth / 2.0) / radius, dy = (kHeight / 2.0 - y - 0.5) / radius;
-                if (dx * dx + dy * dy > 0.95)
-                    continue;
-                const uint8_t* p = image.pixel(x, y);
-                const int sum = p[0] + p[1] + p[2];
-                if (sum > most) {
-                    most = sum;
-                    place = view.view().inverse() * GkVector3d(dx, dy, std::sqrt(1 - dx * dx - dy * dy));
-                }
-            }
-        return place;
-    };
-    const GkVector3d lamp = EnvironmentManager::getEnvManager()->activeEnvironment().lamps[0].direction;
-    for (const GkVector3d& look : {GkVector3d(-1, -1, -0.6), GkVector3d(-1, 0, -1)}) {
-        // A lamp is reflected halfway between it and the viewer.
-        const GkVector3d halfway = (lamp - look.normal()).normal();
-        EXPECT_LT(brightest(kRealistic, look).angleTo(halfway), 0.25);
-    }
-    EXPECT_GT(brightest(kShaded, {-1, -1, -0.6}).angleTo(brightest(kShaded, {-1, 0, -1})), 0.3)
-        << "elsewhere the lamps go with the viewer";
-}
-
-/// The row of the picture, from the top, at which the middle column changes most between two rows.
-int horizonRow(const Image& image)
-{
-    int row = 0, most = -1;
-    for (uint32_t y = 4; y < image.height; ++y) {
-        const int change =
-            std::abs(image.pixel(image.width / 2, y)[0] - image.pixel(image.width / 2, y - 4)[0]);
-        if (change > most) {
-            most = change;
-            row = int(y);
-        }
-    }
-    return row - 2;
-}
-
-TEST_F(StylePicture, TheDomesHorizonIsWhereTheCameraSeesIt)
-{
-    EnvironmentManager::getEnvManager()->activeEnvironmentID(L"InfinityPool");
-    Camera& camera = *fragment->camera();
-    for (const int projection : {kPerspectiveProjection, kParallelProjection}) {
-        camera.projection(projection);
-        camera.look({0, 1, 0}, {0, 0, 1});
-        EXPECT_NEAR(horizonRow(draw()), int(kHeight) / 2, 3);
-        camera.look(GkVector3d(0, 1, -0.1), {0, 0, 1});
-        const int down = horizonRow(draw());
-        EXPECT_LT(down, int(kHeight) / 2 - 20) << "looking down, it goes up";
-        camera.look(GkVector3d(0, 1, 0.1), {0, 0, 1});
-        EXPECT_NEAR(horizonRow(draw()), int(kHeight) - down, 4);
-        camera.look({0, 1, -1}, {0, 0, 1});
-        const Image deep = draw();
-        EXPECT_LT(std::abs(deep.pixel(160, 8)[0] - deep.pixel(160, 12)[0]), 4) << "no horizon down there";
-    }
-    // Rolled by a quarter turn, it runs vertically.
-    camera.look({0, 1, 0}, {1, 0, 0});
-    draw();
-    EXPECT_GT(std::abs(image.pixel(150, 120)[0] - image.pixel(170, 120)[0]), 20);
-    EXPECT_LT(std::abs(image.pixel(150, 20)[0] - image.pixel(150, 220)[0]), 3);
-}
-
-TEST_F(StylePicture, WithoutADomeTheBackgroundIsThePlainColourOfTheEnvironment)
-{
-    for (const Environment& each : EnvironmentManager::getEnvManager()->environments()) {
-        options.dome = true;
-        const Image dome = drawIn(each.id.c_str());
-        options.dome = false;
-        const Image plain = draw();
-        const uint8_t* first = plain.pixel(0, 0);
-        EXPECT_NEAR(first[1], 255 * std::pow(each.plain.g, 1 / 2.2), 1);
-        for (size_t i = 0; i < plain.pixels.size(); i += 4)
-            ASSERT_TRUE(std::equal(first, first + 4, &plain.pixels[i])) << each.id.c_str();
-        bool varies = false;
-        for (size_t i = 0; i < dome.pixels.size(); i += 4)
-            varies = varies || std::abs(dome.pixels[i + 1] - dome.pixels[1]) > 3;
-        EXPECT_TRUE(varies) << testing::PrintToString(each.id);
     }
 }
 

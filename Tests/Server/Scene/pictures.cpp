@@ -49,11 +49,12 @@ void write(ViewFragment& fragment, const std::string& file, uint32_t width, uint
 
 int main(int count, char** arguments)
 {
+    GraphicsOptionGroup::get()->reset();
     const std::string folder = count > 1 ? arguments[1] : ".";
     const StrongRef<ViewFragment> fragment = ViewFragment::make(Segment::makeTransientStandalone("Pictures"));
     const Colour grey, red{0.60f, 0.06f, 0.05f, 1}, blue{0.07f, 0.20f, 0.55f, 1},
         green{0.15f, 0.42f, 0.12f, 1}, brass{0.65f, 0.42f, 0.10f, 1}, glass{0.35f, 0.60f, 0.85f, 0.35f},
-        dark{0.03f, 0.03f, 0.035f, 1}, white{0.9f, 0.9f, 0.9f, 1};
+        dark{0.03f, 0.03f, 0.035f, 1}, steel{0.45f, 0.46f, 0.48f, 1}, white{0.9f, 0.9f, 0.9f, 1};
     show(*fragment, Shapes::box(260, 200, 12), {-60, -60, -12}, grey);
     show(*fragment, Shapes::box(40, 40, 60, &red), {-30, -30, 0}, grey);
     show(*fragment, Shapes::cylinder(22, 70), {60, 0, 0}, blue);
@@ -62,6 +63,8 @@ int main(int count, char** arguments)
     show(*fragment, Shapes::box(50, 10, 50), {60, 60, 0}, glass);
     show(*fragment, Shapes::cylinder(12, 40), {90, 85, 0}, dark);
     show(*fragment, Shapes::box(30, 30, 30), {140, 70, 0}, white);
+    show(*fragment, Shapes::ball(20, 64), {-20, 60, 20}, steel);
+    show(*fragment, Shapes::cylinder(12, 30), {100, -30, 0}, steel);
     show(*fragment, Shapes::ball(14), {30, -35, 14}, grey, Rendra::Graphics::Highlight::Selected);
     show(*fragment, Shapes::box(25, 25, 25), {150, -45, 0}, grey, Rendra::Graphics::Highlight::Pointed);
     fragment->camera()->fit(fragment->bounds());
