@@ -181,8 +181,13 @@ int run(Task& task)
         const char* text = failure.GetMessageString();
         reporter.error("makes the geometry kernel fail: " +
                        std::string(text && *text ? text : failure.DynamicType()->Name()));
-    } catch (const std::exception& error) {
+    } catch (const Unreadable& error) {
         reporter.error(error.what());
+    } catch (const std::exception& error) {
+        const char* const what = task.work == Task::Work::Import   ? "can't be read: "
+                                 : task.work == Task::Work::Export ? "can't be written: "
+                                                                   : "";
+        reporter.error(what + std::string(error.what()));
     }
     return 1;
 }
