@@ -30,6 +30,14 @@ QString Call::text(const std::string& name) const
     return QString::fromStdString(names.at(name));
 }
 
+Store::Account Call::namedAccount()
+{
+    const auto account = Store::findAccount(store, tenant(), text("account"));
+    if (!account)
+        throw Http::Problem(404, "no_account", "The customer has no account of that name.");
+    return *account;
+}
+
 qint64 Call::queryNumber(const std::string& name, qint64 otherwise, qint64 lowest, qint64 highest) const
 {
     const auto given = request.parameter(name);

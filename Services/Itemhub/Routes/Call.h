@@ -32,6 +32,8 @@ struct Call
     /// A variable part that is a number. @throws Http::Problem with 404
     [[nodiscard]] qint64 id(const std::string& name) const;
     [[nodiscard]] QString text(const std::string& name) const;
+    /// The customer's account of the path. @throws Http::Problem with 404
+    [[nodiscard]] Store::Account namedAccount();
 
     /// The requested page of a list, from the query's "after" and "limit". @throws Http::Problem with 400
     [[nodiscard]] Store::Page page(qint64 most = 500) const;

@@ -138,6 +138,11 @@ QString timeText(qint64 ms)
     return QString::fromLatin1(text.data());
 }
 
+QJsonValue nameOrNull(Store::Role role)
+{
+    return role == Store::Role::None ? QJsonValue() : QJsonValue(Store::nameOf(role));
+}
+
 QJsonObject toJson(const Store::Workspace& workspace)
 {
     return {{"id", workspace.id},

@@ -46,6 +46,7 @@ private:
 [[nodiscard]] Http::Problem badMember(const char* name, const std::string& why);
 
 [[nodiscard]] QString timeText(qint64 ms);
+[[nodiscard]] QJsonValue nameOrNull(Store::Role role); ///< Null for none.
 [[nodiscard]] QJsonObject toJson(const Store::Workspace& workspace);
 [[nodiscard]] QJsonObject toJson(const Store::Item& item);
 [[nodiscard]] QJsonObject toJson(const Store::Attachment& attachment, const std::string& base);

@@ -12,11 +12,6 @@ namespace {
 
 constexpr qint64 kDayMs = 24LL * 3600 * 1000;
 
-QJsonValue nameOrNull(Store::Role role)
-{
-    return role == Store::Role::None ? QJsonValue() : QJsonValue(Store::nameOf(role));
-}
-
 QJsonObject toJson(const Store::Person& person)
 {
     return {{"id", person.id},
@@ -62,23 +57,21 @@ Http::Response changeAccount(Call& call)
     const Store::Role role =
         changesRole && !takesRole ? members.role("everywhere", Store::Role::None) : Store::Role::None;
     members.end();
-    const auto account = Store::findAccount(call.store, call.tenant(), call.text("account"));
-    if (!account)
-        throw Http::Problem(404, "no_account", "The customer has no account of that name.");
+    const Store::Account account = call.namedAccount();
     // So that there is always somebody who can undo it.
-    if (account->id == call.account())
+    if (account.id == call.account())
         throw Http::Problem(409, "own_account", "Nobody changes his own account; another administrator can.");
     return changing(call, [&] {
         if (disabled) {
-            Store::setDisabled(call.store, account->id, *disabled);
-            call.audit(*disabled ? "account disabled" : "account enabled", account->name);
+            Store::setDisabled(call.store, account.id, *disabled);
+            call.audit(*disabled ? "account disabled" : "account enabled", account.name);
         }
         if (changesRole) {
-            Store::setMembership(call.store, account->id, Store::kAllWorkspaces, role);
-            call.audit("member set", account->name + " all " +
+            Store::setMembership(call.store, account.id, Store::kAllWorkspaces, role);
+            call.audit("member set", account.name + " all " +
                                          (role == Store::Role::None ? QString("none") : Store::nameOf(role)));
         }
-        call.noteRolesOf(account->id, Store::kAllWorkspaces);
+        call.noteRolesOf(account.id, Store::kAllWorkspaces);
         return nothing();
     });
 }

@@ -7,25 +7,12 @@ namespace Itemhub::Routes {
 
 namespace {
 
-QJsonValue nameOrNull(Store::Role role)
-{
-    return role == Store::Role::None ? QJsonValue() : QJsonValue(Store::nameOf(role));
-}
-
 Store::Team teamOf(Call& call)
 {
     const auto team = Store::findTeam(call.store, call.tenant(), call.id("team"));
     if (!team)
         throw Http::Problem(404, "no_team", "The customer has no such team.");
     return *team;
-}
-
-Store::Account accountOf(Call& call)
-{
-    const auto account = Store::findAccount(call.store, call.tenant(), call.text("account"));
-    if (!account)
-        throw Http::Problem(404, "no_account", "The customer has no account of that name.");
-    return *account;
 }
 
 /// So that there is always somebody who can undo it.
@@ -115,7 +102,7 @@ Http::Response addToTeam(Call& call)
 {
     return changing(call, [&] {
         const Store::Team team = teamOf(call);
-        const Store::Account account = accountOf(call);
+        const Store::Account account = call.namedAccount();
         Store::setInTeam(call.store, team.id, account.id, true);
         call.noteRolesOf(account.id, Store::kAllWorkspaces);
         call.audit("team joined", team.name + ": " + account.name);
@@ -127,7 +114,7 @@ Http::Response takeFromTeam(Call& call)
 {
     return changing(call, [&] {
         const Store::Team team = teamOf(call);
-        const Store::Account account = accountOf(call);
+        const Store::Account account = call.namedAccount();
         if (account.id == call.account())
             requireOthers(call, team);
         Store::setInTeam(call.store, team.id, account.id, false);

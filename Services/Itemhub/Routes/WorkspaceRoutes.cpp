@@ -14,14 +14,6 @@ Store::Workspace workspaceOf(Call& call, qint64 id)
     return *workspace;
 }
 
-Store::Account memberOf(Call& call)
-{
-    const auto account = Store::findAccount(call.store, call.tenant(), call.text("account"));
-    if (!account)
-        throw Http::Problem(404, "no_account", "The customer has no account of that name.");
-    return *account;
-}
-
 } // namespace
 
 Http::Response listWorkspaces(Call& call)
@@ -71,7 +63,7 @@ Http::Response setMember(Call& call)
     const Store::Role role = members.role("role", Store::Role::None);
     members.end();
     return changing(call, [&] {
-        const Store::Account account = memberOf(call);
+        const Store::Account account = call.namedAccount();
         Store::setMembership(call.store, account.id, call.subject.workspace, role);
         call.noteRolesOf(account.id, call.subject.workspace);
         call.audit("member set", account.name + ' ' + Store::nameOf(role));
@@ -82,7 +74,7 @@ Http::Response setMember(Call& call)
 Http::Response removeMember(Call& call)
 {
     return changing(call, [&] {
-        const Store::Account account = memberOf(call);
+        const Store::Account account = call.namedAccount();
         Store::setMembership(call.store, account.id, call.subject.workspace, Store::Role::None);
         call.noteRolesOf(account.id, call.subject.workspace);
         call.audit("member removed", account.name);
