@@ -13,7 +13,6 @@
 #include "UI/Base/Command/RealValueCommandInput.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/LocalNumbers.h"
-#include "UI/Base/Program/UIInternalOptionGroup.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SceneUtilities.h"
@@ -24,45 +23,17 @@
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Measure/EndMeasureTask.h"
 #include "UI/Commands/Measure/MeasureCmdDef.h"
+#include "UI/Commands/Measure/MeasureHint.h"
+#include "UI/Commands/Measure/MeasureOptions.h"
 #include "UI/Commands/Resources.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace Vu::Commands {
 
 namespace {
-
-constexpr const char* kMeasureTypesOption = "MeasureCmd_measureTypes";
-constexpr const char* kSelectionTypesOption = "MeasureCmd_selectionTypes";
-/// What is measured, and what can be selected, where no option says.
-constexpr unsigned kUsualMeasureTypes = kMeasureDistance | kMeasureAngle | kMeasureArea | kMeasureVolume;
-constexpr unsigned kAllSelectionTypes = 31;
-
-/// The option's value; it is kept as `fallBack` where there is none yet.
-unsigned optionOf(const char* name, unsigned fallBack)
-{
-    UIInternalOptionGroup* options = UIInternalOptionGroup::get();
-    constexpr int kMissing = -1;
-    int value = options->value(name, kMissing);
-    if (value == kMissing)
-        options->setValue(name, value = static_cast<int>(fallBack));
-    return static_cast<unsigned>(value);
-}
-
-std::wstring hintWord(Vs::EMeasureType type)
-{
-    switch (type) {
-    case Vs::EMeasureType::Length:
-        return localized("PreviewLength", "length");
-    case Vs::EMeasureType::Radius:
-        return localized("PreviewRadius", "radius");
-    case Vs::EMeasureType::Distance:
-        return localized("PreviewDistance", "distance");
-    default:
-        return localized("PreviewAngle", "angle");
-    }
-}
 
 Vs::StrongRef<Vs::LogicalSelection> firstObject(const Vs::SelectionSet& set)
 {
@@ -93,38 +64,27 @@ MeasureCmd::MeasureCmd(MeasureCmdDef* definition, CommandContext* context) : Imp
     repeatable(false);
     readArguments();
     auto* manager = Vs::MeasureMgr::get();
-    const unsigned stored = optionOf(kSelectionTypesOption, 0);
-    manager->selectionTypes(stored ? stored : kAllSelectionTypes);
+    manager->selectionTypes(MeasureOptions::selectionTypes());
     manager->initialize();
-    fillFilters();
+    m_filters.fill();
     commandInputSet(CommandInputSet::make(this));
     m_inputs = std::make_unique<MeasureInputs>(commandInputSet());
     for (size_t i = 0; i < m_inputs->selections.size(); ++i)
-        m_inputs->selections[i]->requiredFilter(i < 2 ? &m_filter12 : &m_filter3);
+        m_inputs->selections[i]->requiredFilter(m_filters.of(i));
     m_inputs->chooseSelectionTypes(manager->selectionTypes());
     m_inputs->checkMeasureTypes(m_measureTypes);
     m_inputs->selectionTypes->enableTranscript(false);
     enableSelections();
 }
 
-void MeasureCmd::makeOptions()
-{
-    optionOf(kMeasureTypesOption, 0);
-    optionOf(kSelectionTypesOption, 0);
-}
-
 void MeasureCmd::readArguments()
 {
     const CommandContext& context = *commandContext();
     int value = 0;
-    if (context.argument(MeasureCmdDef::measureTypesArgName(), CommandContext::EArgType::Int, &value)) {
-        m_measureTypes = static_cast<unsigned>(value);
-        optionOf(kMeasureTypesOption, m_measureTypes);
-    } else {
-        m_measureTypes = optionOf(kMeasureTypesOption, 0);
-    }
-    if (m_measureTypes == 0)
-        m_measureTypes = kUsualMeasureTypes;
+    std::optional<unsigned> given;
+    if (context.argument(MeasureCmdDef::measureTypesArgName(), CommandContext::EArgType::Int, &value))
+        given = static_cast<unsigned>(value);
+    m_measureTypes = MeasureOptions::measureTypes(given);
     value = 0;
     context.argument(MeasureCmdDef::passiveArgName(), CommandContext::EArgType::Int, &value);
     m_passive = value >= 1;
@@ -140,38 +100,12 @@ MeasureCmd::~MeasureCmd()
     if (EndMeasureTask* waiting = std::exchange(m_endTask, nullptr))
         Application::get()->idleTasks()->remove(waiting);
     if (!m_passive)
-        keepOptions();
-}
-
-void MeasureCmd::keepOptions() const
-{
-    UIInternalOptionGroup* options = UIInternalOptionGroup::get();
-    options->setValue(kSelectionTypesOption, static_cast<int>(Vs::MeasureMgr::get()->selectionTypes()));
-    options->setValue(kMeasureTypesOption, static_cast<int>(m_measureTypes));
+        MeasureOptions::keep(Vs::MeasureMgr::get()->selectionTypes(), m_measureTypes);
 }
 
 EStackingBehavior MeasureCmd::onStackingBehavior() const
 {
     return m_passive ? EStackingBehavior::OverCategory : EStackingBehavior::ByType;
-}
-
-// Bodies are no places, so that the third selection, which only an angle at the second needs, takes none.
-void MeasureCmd::fillFilters()
-{
-    const Vs::MeasureMgr& manager = *Vs::MeasureMgr::get();
-    const auto addTo = [&](Vs::CompositeSelectionFilter& filter, unsigned bit) {
-        for (const Vs::SelectionFilter* each : manager.filters(static_cast<Vs::ESelectionType>(bit)))
-            filter.add(each);
-    };
-    const unsigned mask = manager.selectionTypes();
-    m_filter12.clear();
-    for (unsigned bit = 1; bit <= mask; bit *= 2)
-        if (mask & bit)
-            addTo(m_filter12, bit);
-    m_filter3.clear();
-    const auto vertex = static_cast<unsigned>(Vs::ESelectionType::Vertex);
-    if (mask & vertex)
-        addTo(m_filter3, vertex);
 }
 
 // One after the other; the third only where there is something that it can take.
@@ -285,7 +219,7 @@ void MeasureCmd::selectionTypesChanged()
     // What was chosen here belongs in a recording; what was kept from another day doesn't.
     m_inputs->selectionTypes->enableTranscript(true);
     Vs::MeasureMgr::get()->selectionTypes(m_inputs->chosenSelectionTypes());
-    fillFilters();
+    m_filters.fill();
     enableSelections();
     takeSelection(3);
     measureAnew();
@@ -492,24 +426,8 @@ void MeasureCmd::clearHint()
 
 void MeasureCmd::showHint(const MeasureRequest& request, const Vs::MeasureResult& result)
 {
-    const RealValueCommandInput* input = request.input;
-    const std::wstring value =
-        Vs::Units::toText(result.value, input->inputUnits(), input->unitDisplaySettings());
-    const GraphicsView* view = SceneUtilities::getActiveAssetGraphicView();
-    Vs::Point2 middle;
-    int count = 0;
-    for (const auto& object : request.objects()) {
-        const auto place = placeOf(object);
-        const auto seen = view && place ? view->worldToWindow(*place) : std::nullopt;
-        if (!seen)
-            continue;
-        middle = {middle.x + seen->x, middle.y + seen->y};
-        ++count;
-    }
-    if (count == 0)
-        return;
-    cursorController()->hint(hintWord(static_cast<Vs::EMeasureType>(request.type)) + L' ' + value,
-                             {middle.x / count, middle.y / count});
+    if (const auto place = MeasureHint::placeOf(request))
+        cursorController()->hint(MeasureHint::textOf(request, result), *place);
 }
 
 bool MeasureCmd::deliver(const MeasureRequest& request, const Vs::MeasureResult& result)

@@ -2,11 +2,11 @@
 
 #include "Server/Base/OptionGroup.h"
 #include "Server/DataModel/AssetEvents.h"
-#include "Server/DataModel/Selection/SelectionFilter.h"
 #include "Server/DataModel/Selection/SelectionSet.h"
 #include "Server/Scene/Camera.h"
 #include "UI/Base/Command/InteractiveCommandBase.h"
 #include "UI/Base/View/CanvasEvents.h"
+#include "UI/Commands/Measure/MeasureFilters.h"
 #include "UI/Commands/Measure/MeasureHuds.h"
 #include "UI/Commands/Measure/MeasureInputs.h"
 #include "UI/Commands/Measure/MeasurePreview.h"
@@ -34,9 +34,6 @@ class MeasureCmd : public Vs::Implements<MeasureCmd, InteractiveCommandBase, Com
 {
 public:
     ~MeasureCmd() override;
-
-    /// Creates the user's stored settings, if there are none yet.
-    static void makeOptions();
 
     bool passive() const { return m_passive; }
     /// The bits of EMeasureTypeBit that are on.
@@ -73,8 +70,6 @@ private:
     MeasureCmd(MeasureCmdDef* definition, CommandContext* context);
 
     void readArguments();
-    void keepOptions() const;
-    void fillFilters();
     void enableSelections();
 
     void valueChanged(const CommandInputBase* input);
@@ -104,8 +99,7 @@ private:
     MeasureHuds m_huds;
     MeasurePreview m_distancePreview{true}, m_anglePreview{false};
     MeasureState m_state{this};
-    Vs::CompositeSelectionFilter m_filter12{Vs::CompositeSelectionFilter::ELogic::Any};
-    Vs::CompositeSelectionFilter m_filter3{Vs::CompositeSelectionFilter::ELogic::Any};
+    MeasureFilters m_filters;
     EndMeasureTask* m_endTask = nullptr;    ///< Waiting in the queue, which owns it.
     Vs::SelectionSet* m_selected = nullptr; ///< The session's, while a passive command listens to it.
     unsigned m_measureTypes = 0;

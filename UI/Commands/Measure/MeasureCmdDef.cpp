@@ -7,6 +7,7 @@
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Commands/Measure/EndMeasureTask.h"
 #include "UI/Commands/Measure/MeasureCmd.h"
+#include "UI/Commands/Measure/MeasureOptions.h"
 #include "UI/Commands/Resources.h"
 
 #include <algorithm>
@@ -82,7 +83,7 @@ void MeasureCmdDef::measureFor(RealValueCommandInput* input)
     context.accessPoint(ECommandAccessPoint::Command);
     enableHostSelectionInput(false);
     // The types of this one use aren't those that the user wants the next time.
-    MeasureCmd::makeOptions();
+    MeasureOptions::make();
     std::ignore = executeCommand(context);
     if (!m_measuring)
         measureEnded(nullptr);
