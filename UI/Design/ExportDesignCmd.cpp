@@ -1,17 +1,14 @@
 #include "UI/Design/ExportDesignCmd.h"
 
-#include "Server/Base/OS.h"
-#include "Server/Base/PathInfo.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "UI/Base/Command/CommandGroup.h"
-#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Exported.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/MessageBox.h"
-#include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Design/Localized.h"
 #include "UI/Design/Resources.h"
@@ -34,28 +31,6 @@ std::wstring proposedName(const Vs::Document& document)
     if (source.filename() == name + kSuffix)
         name += localized("ExportProposed", " exported");
     return name + kSuffix;
-}
-
-/// If a window shows it; a line answers for itself.
-void tellExported(const std::wstring& path, size_t files)
-{
-    if (!Application::get()->mainWidget())
-        return;
-    const Vs::PathInfo::Path whole = Vs::PathInfo::absolute(path);
-    const std::wstring folder = whole.parent_path().wstring();
-    Vs::NotificationRequest request;
-    request.title = files == 1 ? localizedFormat("Exported", "Exported \"%1%\"", whole.filename().wstring())
-                               : localizedFormat("ExportedFiles", "Exported %1% files", files);
-    request.file = files == 1 ? whole.wstring() : folder;
-    request.clientID = L"Exported";
-    request.actions.push_back({localized("ShowInFolder", "Show in folder"),
-                               [folder] {
-                                   if (!Vs::OS::platformShellOpen(folder))
-                                       MessageBox::warning(localizedFormat(
-                                           "FolderNotShown", "The folder \"%1%\" can't be shown.", folder));
-                               },
-                               false});
-    Vs::NotificationCenter::get()->sendNotification(std::move(request));
 }
 
 } // namespace
@@ -165,7 +140,7 @@ void VeloraExportCmd::onExecute(Vs::Status& status)
     if (m_options.separate)
         writeParts(*asset, status);
     else if (write(*asset, m_path, {}, status))
-        tellExported(m_path, 1);
+        tellExported(m_path);
 }
 
 bool VeloraExportCmd::ask(Vs::Asset& asset, const Vs::TranslatorFileRecognizer& recognizer,

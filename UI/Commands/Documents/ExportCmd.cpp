@@ -1,14 +1,12 @@
 #include "UI/Commands/Documents/ExportCmd.h"
 
-#include "Server/Base/OS.h"
-#include "Server/Base/PathInfo.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Exported.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/MessageBox.h"
-#include "UI/Base/Program/Notifications.h"
 #include "UI/Base/Program/UIInternalOptionGroup.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -59,11 +57,15 @@ bool canExport(CommandContext* context)
     return recognizer.hasAvailableTranslator();
 }
 
-Vs::Asset* assetToExport()
+/// Null after an error if there is none.
+Vs::Asset* assetToExport(Vs::Status& status)
 {
     AssetSession* session = SessionMgr::get()->activeAssetSession();
     Vs::Asset* asset = session ? session->asset() : nullptr;
-    return asset && asset->assetType() ? asset : nullptr;
+    if (asset && asset->assetType())
+        return asset;
+    status.addError(localized("NothingToExport", "There is no active asset to export"));
+    return nullptr;
 }
 
 /// Tells the user in a box. The error in the status is for a line of text, which must not count as
@@ -132,26 +134,6 @@ void rememberKind(const std::wstring& name)
         UIInternalOptionGroup::get()->setValue(kLastSuffixOption, name.substr(name.rfind(L'.')));
 }
 
-/// Where a window shows it; a line answers for itself.
-void tellExported(const std::wstring& name)
-{
-    if (!Application::get()->mainWidget())
-        return;
-    const Vs::PathInfo::Path path = Vs::PathInfo::absolute(name);
-    Vs::NotificationRequest request;
-    request.title = localizedFormat("Exported", "Exported \"%1%\"", path.filename().wstring());
-    request.file = path.wstring();
-    request.clientID = L"Exported";
-    request.actions.push_back({localized("ShowInFolder", "Show in folder"),
-                               [folder = path.parent_path().wstring()] {
-                                   if (!Vs::OS::platformShellOpen(folder))
-                                       MessageBox::warning(localizedFormat(
-                                           "FolderNotShown", "The folder \"%1%\" can't be shown.", folder));
-                               },
-                               false});
-    Vs::NotificationCenter::get()->sendNotification(std::move(request));
-}
-
 void applyTessellation(Vs::TranslatorSaveOptions& options, int tessellation)
 {
     options.resetRefinement();
@@ -191,11 +173,9 @@ ExportCmd::ExportCmd(ExportCmdDef* definition, CommandContext* context) : Implem
 
 void ExportCmd::onExecute(Vs::Status& status)
 {
-    Vs::Asset* asset = assetToExport();
-    if (!asset) {
-        status.addError(localized("NothingToExport", "There is no active asset to export"));
+    Vs::Asset* asset = assetToExport(status);
+    if (!asset)
         return;
-    }
     Vs::TranslatorFileRecognizer recognizer(asset->assetTypeIdentifier(), true);
     recognizer.recognize();
     int combine = 0;
@@ -255,11 +235,9 @@ ExportAsCmd::ExportAsCmd(ExportAsCmdDef* definition, CommandContext* context)
 
 void ExportAsCmd::onExecute(Vs::Status& status)
 {
-    Vs::Asset* asset = assetToExport();
-    if (!asset) {
-        status.addError(localized("NothingToExport", "There is no active asset to export"));
+    Vs::Asset* asset = assetToExport(status);
+    if (!asset)
         return;
-    }
     Vs::TranslatorFileRecognizer recognizer(asset->assetTypeIdentifier(), true);
     recognizer.recognize();
     const ExportKind& kind = kindToPropose(recognizer);
