@@ -11,6 +11,7 @@
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/About.h"
+#include "UI/Base/Program/Presence.h"
 #include "UI/Base/Program/Private/ApplicationHost.h"
 #include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/Program/Private/SuddenEnd.h"
@@ -244,16 +245,16 @@ void Application::shutDown()
 void Application::showAboutBox(bool extended)
 {
     const std::wstring text = extended ? aboutText() + L"\n\n" + aboutDetails() : aboutText();
-    if (QWidget* parent = mainWidget(); parent && !headless() && !testing())
-        Display::get()->showAbout(localized("AboutTitle", "About Quillet"), text, parent);
+    if (somebodyIsThere())
+        Display::get()->showAbout(localized("AboutTitle", "About Quillet"), text, mainWidget());
     else
         inform(text);
 }
 
 void Application::showPreferences()
 {
-    if (QWidget* parent = mainWidget(); parent && !headless() && !testing())
-        Display::get()->showPreferences(parent);
+    if (somebodyIsThere())
+        Display::get()->showPreferences(mainWidget());
     else
         inform(localized("PreferencesByLines",
                          "Options.List lists the preferences, Options.Set sets one of them."));

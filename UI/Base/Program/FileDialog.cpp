@@ -7,6 +7,7 @@
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Presence.h"
 #include "UI/Base/Program/Private/Answers.h"
 #include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
@@ -178,8 +179,7 @@ bool FileDialog::getFilenameForExport(const std::wstring& filter, const std::wst
 
 bool FileDialog::canAsk()
 {
-    return installedResponder() ||
-           !(Application::headless() || Application::testing() || !Application::get()->mainWidget());
+    return installedResponder() || somebodyIsThere();
 }
 
 void FileDialog::tellMissing(Vs::Status& status)

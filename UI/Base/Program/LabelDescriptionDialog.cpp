@@ -3,6 +3,7 @@
 #include "Server/Base/Status.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Presence.h"
 #include "UI/Base/Program/Private/Display.h"
 
 #include <utility>
@@ -44,8 +45,7 @@ bool LabelDescriptionDialog::getDescriptionForLabel(std::wstring& label)
 
 bool LabelDescriptionDialog::canAsk()
 {
-    return installedResponder() ||
-           !(Application::headless() || Application::testing() || !Application::get()->mainWidget());
+    return installedResponder() || somebodyIsThere();
 }
 
 void LabelDescriptionDialog::tellMissing(Vs::Status& status)

@@ -5,6 +5,7 @@
 #include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Presence.h"
 #include "UI/Base/Program/Private/Answers.h"
 #include "UI/Base/Program/Private/Display.h"
 
@@ -33,11 +34,6 @@ constexpr StandardButton kStandardButtons[] = {
     {"ButtonYes", "Yes", "Yes"},
     {"ButtonNo", "No", "No"},
 };
-
-bool somebodyIsThere()
-{
-    return Application::get()->mainWidget() && !Application::headless() && !Application::testing();
-}
 
 void inform(const std::wstring& text, int icon)
 {

@@ -3,6 +3,7 @@
 #include "Server/Base/Require.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Presence.h"
 #include "UI/Base/Program/Private/ReducedMotion.h"
 
 #include <chrono>
@@ -18,8 +19,7 @@ double now()
 
 bool somebodyLooks()
 {
-    return Application::get()->mainWidget() && !Application::headless() && !Application::testing() &&
-           !Vs::TranscriptMgr::get()->replaying() && !motionIsReduced();
+    return somebodyIsThere() && !Vs::TranscriptMgr::get()->replaying() && !motionIsReduced();
 }
 
 /// Eases in and out.

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Status.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Presence.h"
 #include "UI/Commands/Localized.h"
 
 namespace Vu::Commands {
@@ -62,8 +63,7 @@ bool CloudDialog::SelectCloudDocument(Vs::SkyvaultNodeData& node, const std::wst
 
 bool CloudDialog::canAsk()
 {
-    return installedResponder() || (installedAsker() && !Application::headless() && !Application::testing() &&
-                                    Application::get()->mainWidget());
+    return installedResponder() || (installedAsker() && somebodyIsThere());
 }
 
 void CloudDialog::tellMissing(Vs::Status& status)

@@ -3,7 +3,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "UI/Base/Program/Address.h"
-#include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/Presence.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 
@@ -73,8 +73,7 @@ ItemhubSignInCmd::ItemhubSignInCmd(CommandDefinition* definition, CommandContext
 
 void ItemhubSignInCmd::onExecute(Vs::Status& status)
 {
-    if (installedAsker() && !Application::headless() && !Application::testing() &&
-        Application::get()->mainWidget())
+    if (installedAsker() && somebodyIsThere())
         installedAsker()();
     else
         status.addError(localized("ItemhubNobodySignsIn",
