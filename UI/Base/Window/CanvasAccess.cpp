@@ -1,12 +1,12 @@
 #include "UI/Base/Window/CanvasAccess.h"
 
 #include "Server/Base/Object.h"
-#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/View/AutoCamViewFragment.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/CanvasMenu.h"
+#include "UI/Base/Window/Told.h"
 
 #include <QAccessibleWidget>
 #include <QMenu>
@@ -17,11 +17,6 @@
 
 namespace Vu {
 namespace {
-
-QString text(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
 
 struct Side
 {
@@ -79,10 +74,10 @@ public:
     QString text(QAccessible::Text kind) const override
     {
         if (kind == QAccessible::Name)
-            return Vu::text("CubeName", "Orientation cube");
+            return told("CubeName", "Orientation cube");
         return kind == QAccessible::Description
-                   ? Vu::text("CubeDescription",
-                              "Shows how the model is turned; its actions turn the view to a side")
+                   ? told("CubeDescription",
+                          "Shows how the model is turned; its actions turn the view to a side")
                    : QString();
     }
     void setText(QAccessible::Text, const QString&) override {}
@@ -118,7 +113,7 @@ public:
     QString localizedActionName(const QString& name) const override
     {
         const Side* side = sideOf(name);
-        return side ? Vu::text(side->key, side->english) : QString();
+        return side ? told(side->key, side->english) : QString();
     }
     QString localizedActionDescription(const QString& name) const override
     {
@@ -150,7 +145,7 @@ class CanvasInterface : public QAccessibleWidget
 {
 public:
     CanvasInterface(QWidget* widget, const GraphicsCanvas& canvas)
-        : QAccessibleWidget(widget, QAccessible::Canvas, Vu::text("CanvasName", "View of the model")),
+        : QAccessibleWidget(widget, QAccessible::Canvas, told("CanvasName", "View of the model")),
           m_canvas(&canvas),
           m_cube(QAccessible::registerAccessibleInterface(new CubeInterface(widget, canvas)))
     {

@@ -1,21 +1,16 @@
 #pragma once
 
-#include "UI/Commands/Localized.h"
+#include "UI/Commands/Adaptations/QT/Told.h"
 
 #include <QGroupBox>
 #include <QVBoxLayout>
 
 namespace Vu::Commands {
 
-inline QString panelText(const char* key, const char* english)
-{
-    return QString::fromStdWString(localized(key, english));
-}
-
 /// The placeholder text of a field in a validation window.
 inline QString descriptionText()
 {
-    return panelText("ValidationDescription", "Description");
+    return told("ValidationDescription", "Description");
 }
 
 /// Puts the contents into a titled frame that fills the whole panel.

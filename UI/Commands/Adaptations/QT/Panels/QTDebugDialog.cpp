@@ -22,7 +22,7 @@ namespace {
 
 QPushButton* makeButton(const char* key, const char* title, Vs::ImageSetResource* icon)
 {
-    auto* button = new QPushButton(iconOf(icon), panelText(key, title));
+    auto* button = new QPushButton(iconOf(icon), told(key, title));
     button->setObjectName(QLatin1String(key));
     return button;
 }
@@ -35,7 +35,7 @@ QTTranscriptingWidget::QTTranscriptingWidget(QWidget* parent)
       m_performance(makeButton("TranscriptPerformance", "Performance", Resources::StartTranscripting())),
       m_stop(makeButton("TranscriptStop", "Stop", Resources::StopTranscripting())),
       m_replay(makeButton("TranscriptReplay", "Replay", Resources::ReplayTranscript())),
-      m_validation(new QCheckBox(panelText("TranscriptValidation", "Validation")))
+      m_validation(new QCheckBox(told("TranscriptValidation", "Validation")))
 {
     m_validation->setObjectName(QStringLiteral("TranscriptValidation"));
     m_validation->setChecked(ValidationDialog::get()->needToShow());
@@ -56,7 +56,7 @@ QTTranscriptingWidget::QTTranscriptingWidget(QWidget* parent)
     auto* column = new QVBoxLayout;
     column->addLayout(buttons);
     column->addWidget(m_validation);
-    putInGroup(this, panelText("Transcripting", "Transcripting"), column);
+    putInGroup(this, told("Transcripting", "Transcripting"), column);
 }
 
 void QTTranscriptingWidget::onClickStartNormalTranscriptingButton()
@@ -109,7 +109,7 @@ QTDebugDialog::QTDebugDialog()
     : QWidget(nullptr, Qt::WindowTitleHint | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint |
                            Qt::WindowCloseButtonHint)
 {
-    setWindowTitle(panelText("DebugDialog", "Debug Dialog"));
+    setWindowTitle(told("DebugDialog", "Debug Dialog"));
     auto* column = new QVBoxLayout(this);
     column->addWidget(new QTTranscriptingWidget);
     column->addWidget(new QTDebuggingWidget);

@@ -28,10 +28,10 @@ void runLater(Vs::Task* task)
 
 QTShowScriptWidget::QTShowScriptWidget() : QWidget(nullptr, Qt::WindowStaysOnTopHint)
 {
-    setWindowTitle(panelText("DebugScript", "Script"));
+    setWindowTitle(told("DebugScript", "Script"));
     auto* row = new QHBoxLayout;
     row->addWidget(new QTDebugScriptTextEdit);
-    putInGroup(this, panelText("DebugScript", "Script"), row);
+    putInGroup(this, told("DebugScript", "Script"), row);
     resize(kScriptSize);
     new OverMainWindow(this);
 }
@@ -40,7 +40,7 @@ QTDebuggingWidget::QTDebuggingWidget(QWidget* parent) : QWidget(parent)
 {
     auto* buttons = new QHBoxLayout;
     const auto add = [&](const char* key, const char* title, void (QTDebuggingWidget::*slot)()) {
-        auto* button = new QPushButton(panelText(key, title));
+        auto* button = new QPushButton(told(key, title));
         button->setObjectName(QLatin1String(key));
         connect(button, &QPushButton::clicked, this, slot);
         buttons->addWidget(button);
@@ -49,7 +49,7 @@ QTDebuggingWidget::QTDebuggingWidget(QWidget* parent) : QWidget(parent)
     add("DebugContinue", "Continue", &QTDebuggingWidget::onClickContinueButton);
     add("DebugStep", "Step", &QTDebuggingWidget::onClickStepOverButton);
     add("DebugRestart", "Restart", &QTDebuggingWidget::onClickRunButton);
-    auto* script = new QCheckBox(panelText("DebugScript", "Script"));
+    auto* script = new QCheckBox(told("DebugScript", "Script"));
     script->setObjectName(QStringLiteral("DebugScript"));
     script->setChecked(UIBaseOptionGroup::get()->showDebugScriptWidget());
     connect(script, &QCheckBox::clicked, this, &QTDebuggingWidget::onClickShowScriptCheck);
@@ -57,7 +57,7 @@ QTDebuggingWidget::QTDebuggingWidget(QWidget* parent) : QWidget(parent)
     auto* column = new QVBoxLayout;
     column->addLayout(buttons);
     column->addWidget(script);
-    putInGroup(this, panelText("Debugging", "Debugging"), column);
+    putInGroup(this, told("Debugging", "Debugging"), column);
 }
 
 QTDebuggingWidget::~QTDebuggingWidget() = default;
