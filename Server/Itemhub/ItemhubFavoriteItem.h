@@ -9,18 +9,17 @@ namespace Vs {
 class ItemhubFavoriteItem
 {
 public:
-    ItemhubFavoriteItem(std::int64_t itemId, std::int64_t workspaceId, std::wstring caption)
-        : m_itemId(itemId), m_workspaceId(workspaceId), m_caption(std::move(caption))
+    ItemhubFavoriteItem(std::int64_t itemId, std::wstring caption)
+        : m_itemId(itemId), m_caption(std::move(caption))
     {
     }
 
     std::int64_t getItemId() const { return m_itemId; }
-    std::int64_t getWorkspaceId() const { return m_workspaceId; }
     /// As a user typed it: display it as plain text.
     const std::wstring& getCaption() const { return m_caption; }
 
 private:
-    std::int64_t m_itemId, m_workspaceId;
+    std::int64_t m_itemId;
     std::wstring m_caption;
 };
 

@@ -179,8 +179,8 @@ try {
     std::vector<boost::shared_ptr<ItemhubFavoriteItem>> favorites;
     for (const Item& item :
          ask(asking(), [](ItemStore&store, const Watch&watch) { return store.favourites(watch); }))
-        favorites.push_back(boost::make_shared<ItemhubFavoriteItem>(item.id(), item.workspaceId(),
-                                                                    Strings::widen(item.caption())));
+        favorites.push_back(
+            boost::make_shared<ItemhubFavoriteItem>(item.id(), Strings::widen(item.caption())));
     return favorites;
 } catch (...) {
     fireErrorMessage(currentFailure());

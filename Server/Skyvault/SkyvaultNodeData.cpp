@@ -22,12 +22,6 @@ const std::string& SkyvaultNodeData::fileKind()
     return kind;
 }
 
-const std::string& SkyvaultNodeData::userKind()
-{
-    static const std::string kind = "user";
-    return kind;
-}
-
 const std::string& SkyvaultNodeData::timeFormat()
 {
     static const std::string format = "yyyy-MM-dd'T'HH:mm:ss.zzz'Z'";

@@ -18,7 +18,6 @@ public:
     static const std::string& rootKind();   ///< "root"
     static const std::string& folderKind(); ///< "folder"
     static const std::string& fileKind();   ///< "file"
-    static const std::string& userKind();   ///< "user"
     /// The format of times in listings: "yyyy-MM-dd'T'HH:mm:ss.zzz'Z'".
     static const std::string& timeFormat();
 

@@ -26,14 +26,14 @@ void AlertController::addAlert(EAlertSeverity severity, std::wstring text, bool 
     AlertEventSource::get()->forEach([&](AlertEventSite* site) { site->alertAdded(this, added); });
 }
 
-void AlertController::addAlerts(const Vs::Status& status, bool blocking)
+void AlertController::addAlerts(const Vs::Status& status)
 {
     if (status.reported())
         return;
     if (status.isError())
-        addAlert(EAlertSeverity::Error, status.toString(), blocking);
+        addAlert(EAlertSeverity::Error, status.toString());
     for (const std::wstring& warning : status.warnings())
-        addAlert(EAlertSeverity::Warning, warning, false);
+        addAlert(EAlertSeverity::Warning, warning);
 }
 
 bool AlertController::isInErrorState() const

@@ -44,7 +44,7 @@ class AlertController
 public:
     void addAlert(EAlertSeverity severity, std::wstring text, bool blocking = false);
     /// The errors and warnings of a status, each an alert, unless the status was reported already.
-    void addAlerts(const Vs::Status& status, bool blocking = false);
+    void addAlerts(const Vs::Status& status);
     const std::vector<Alert>& alerts() const { return m_alerts; }
 
     /// Whether there is an error that keeps the running command from being committed.

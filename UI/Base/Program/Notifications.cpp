@@ -71,12 +71,6 @@ std::vector<Notification*> NotificationCenter::notifications() const
     return all;
 }
 
-size_t NotificationCenter::unseen() const
-{
-    return static_cast<size_t>(std::count_if(m_notifications.begin(), m_notifications.end(),
-                                             [](const auto& each) { return !each->seen(); }));
-}
-
 void NotificationCenter::markSeen(Notification* notification)
 {
     assertMainThread();

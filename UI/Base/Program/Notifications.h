@@ -177,8 +177,6 @@ public:
     void notificationsByClientID(const std::wstring& clientID, std::vector<Notification*>& found) const;
     /// The newest first.
     [[nodiscard]] std::vector<Notification*> notifications() const;
-    /// How many the user has not seen yet.
-    [[nodiscard]] size_t unseen() const;
     void markSeen(Notification* notification);
     /// Here and below, one that doesn't exist is ignored.
     void remove(Notification* notification);

@@ -37,7 +37,6 @@ public:
     /// Switches sharing on or off. While it is on, all visible views see the same: at first what the active
     /// one does, then every change of one's camera is made in the others.
     void shareCamera();
-    bool sharesCamera() const { return m_shares; }
 
     /// Whether the present layout has room for the browser.
     bool validToShowBrowser() const { return m_validToShowBrowser; }

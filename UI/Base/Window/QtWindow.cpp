@@ -102,9 +102,9 @@ bool QtWindow::picture(Vs::Scene::Image& image)
     return taken;
 }
 
-void QtWindow::message(const std::wstring& text, bool isError)
+void QtWindow::message(const std::wstring& text)
 {
-    m_window->message(QString::fromStdWString(text), isError);
+    m_window->message(QString::fromStdWString(text), false);
 }
 
 } // namespace Vu

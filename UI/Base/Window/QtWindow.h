@@ -26,7 +26,7 @@ public:
     void showMaximized() override { m_window->showMaximized(); }
     void showFullScreen() override { m_window->showFullScreen(); }
 
-    void message(const std::wstring& text, bool isError) override;
+    void message(const std::wstring& text) override;
     bool showTour(const std::vector<TourStep>& steps) override;
     void toggleSearch() override;
     void refresh() override { m_window->refreshSoon(); }

@@ -159,10 +159,10 @@ void WorkspaceWindow::fullScreen(bool value)
         m_data->window->showNormal();
 }
 
-void WorkspaceWindow::statusMessage(const std::wstring& text, bool isError)
+void WorkspaceWindow::statusMessage(const std::wstring& text)
 {
     if (m_data->window)
-        m_data->window->message(text, isError);
+        m_data->window->message(text);
 }
 
 bool WorkspaceWindow::showTour(const std::vector<TourStep>& steps)

@@ -64,7 +64,7 @@ public:
     void fullScreen(bool value);
 
     /// A line in the status bar; ignored before `show()`.
-    void statusMessage(const std::wstring& text, bool isError = false);
+    void statusMessage(const std::wstring& text);
     /// Leads through the parts of the window. False before `show()`, or if none of the areas is shown.
     bool showTour(const std::vector<TourStep>& steps);
     /// Opens the field in which commands are searched by what they are called, or closes it. Does nothing

@@ -92,7 +92,7 @@ public:
     virtual void showMaximized() = 0;
     virtual void showFullScreen() = 0;
 
-    virtual void message(const std::wstring& text, bool isError) = 0;
+    virtual void message(const std::wstring& text) = 0;
     /// False if none of the areas is shown.
     virtual bool showTour(const std::vector<TourStep>& steps) = 0;
     virtual void toggleSearch() = 0;
