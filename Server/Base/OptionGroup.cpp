@@ -93,7 +93,8 @@ struct OptionGroup::Data
             // What a person typed and where they work is nobody else's business.
             JsonFile::write(file(), kept(), JsonFile::Readers::OwnerOnly);
         } catch (const Exception& error) {
-            warn(L"The settings are not kept: " + error.message() + L'.');
+            warn(L"The settings are not kept: " + error.message() +
+                 (error.message().ends_with(L'.') ? L"" : L"."));
         }
     }
 

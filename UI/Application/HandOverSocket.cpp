@@ -45,8 +45,14 @@ Descriptor::~Descriptor()
 
 std::string prefix()
 {
+    std::string options;
+    try {
+        options = Vs::PathInfo::optionsDirectory().string();
+    } catch (const std::exception& fault) {
+        options = fault.what(); // A home that can't be written to; the message names the folder.
+    }
     // The standard library's hash is the same in all processes of one build, which is all that is needed.
-    const size_t profile = std::hash<std::string>()(Vs::PathInfo::optionsDirectory().string());
+    const size_t profile = std::hash<std::string>()(options);
     return "window-" + std::to_string(profile) + '-';
 }
 
