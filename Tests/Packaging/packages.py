@@ -20,7 +20,9 @@ MAKER = pathlib.Path(__file__).resolve().parents[2] / "Packaging/packages"
 
 
 def made(folder, **environment):
-    subprocess.run([MAKER, BUILD, folder], check=True, stdout=subprocess.DEVNULL, env={**os.environ, **environment})
+    # Compressed as little as possible, which is half of the work otherwise.
+    subprocess.run([MAKER, BUILD, folder], check=True, stdout=subprocess.DEVNULL,
+                   env={**os.environ, "DPKG_DEB_COMPRESSOR_LEVEL": "1", **environment})
     return {file.name: hashlib.sha256(file.read_bytes()).hexdigest() for file in folder.glob("*.deb")}
 
 
@@ -42,7 +44,7 @@ class Packages(unittest.TestCase):
         # No error at all: not even with a reason.
         ran = subprocess.run(["lintian", "--allow-root", "--tag-display-limit", "0", "--show-overrides",
                               *(self.folder / "first").glob("*.deb")], capture_output=True, text=True)
-        self.assertEqual((ran.returncode, [line for line in ran.stdout.splitlines() if not line.startswith("O: ")]), (0, []), ran.stderr)
+        self.assertEqual((ran.returncode, [line for line in ran.stdout.splitlines() if not line.startswith(("O: ", "N: "))]), (0, []), ran.stderr)
 
     def test_the_same_build_gives_the_same_packages(self):
         again = made(self.folder / "elsewhere" / "second", TZ="Asia/Tokyo", LC_ALL="C")
