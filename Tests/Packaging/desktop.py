@@ -133,7 +133,9 @@ class Desktop(unittest.TestCase):
     def test_icons_are_there_in_the_sizes_of_their_folders(self):
         icons = SHARE / "icons/hicolor"
         wanted = [("apps", entry()["Desktop Entry"]["Icon"])]
-        for kind in xml.etree.ElementTree.parse(SHARE / "mime/packages/quillet.xml").getroot():
+        kinds = xml.etree.ElementTree.parse(SHARE / "mime/packages/quillet.xml").getroot()
+        self.assertEqual({kind.get("type") for kind in kinds}, set(types_of_entry()), "what is opened has an icon")
+        for kind in kinds:
             wanted.append(("mimetypes", kind.find(f"{MIME}icon").get("name")))
         for context, name in wanted:
             pictures = [*icons.glob(f"*/{context}/{name}.png")]
