@@ -3,6 +3,10 @@
 #include "Server/Translate/MappedFile.h"
 
 #include <STEPCAFControl_Reader.hxx>
+#include <Standard_Version.hxx>
+#if OCC_VERSION_HEX >= 0x070800
+#include <StepData_Factors.hxx>
+#endif
 
 #include <memory>
 #include <string>
@@ -25,7 +29,14 @@ public:
     /// Whether the kernel missed anything in an entity, such as a dangling reference, doesn't know it, or
     /// accepted an impossible number. It carries on silently, or fails on it later.
     bool lacksAnything() const;
-    void readAnnotations(Handle(TDocStd_Document) document) { ReadGDTs(Reader().WS(), document); }
+    void readAnnotations(Handle(TDocStd_Document) document)
+    {
+#if OCC_VERSION_HEX < 0x070800
+        ReadGDTs(Reader().WS(), document);
+#else
+        ReadGDTs(Reader().WS(), document, StepData_Factors());
+#endif
+    }
 };
 
 } // namespace Vs::Translate

@@ -1,11 +1,10 @@
 #include "Server/DataModel/Kernel/LabelIndex.h"
 
+#include "Server/DataModel/Kernel/LabelMap.h"
 #include "Server/DataModel/Model/ForkedChild.h"
 
-#include <NCollection_DataMap.hxx>
 #include <TDF_ChildIterator.hxx>
 #include <TDF_Data.hxx>
-#include <TDF_LabelMapHasher.hxx>
 
 #include <algorithm>
 #include <charconv>
@@ -50,7 +49,7 @@ private:
         return children;
     }
 
-    NCollection_DataMap<TDF_Label, Children, TDF_LabelMapHasher> m_children;
+    LabelMap<Children> m_children;
 };
 
 /// Of all documents; several threads may ask for those of theirs.

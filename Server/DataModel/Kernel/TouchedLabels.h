@@ -1,11 +1,10 @@
 #pragma once
 
+#include "Server/DataModel/Kernel/LabelMap.h"
 #include "Server/DataModel/Model/PartTree.h"
 
-#include <NCollection_DataMap.hxx>
 #include <TDF_Delta.hxx>
 #include <TDF_Label.hxx>
-#include <TDF_LabelMapHasher.hxx>
 
 #include <vector>
 
@@ -24,8 +23,8 @@ public:
 private:
     void add(const TDF_Label& label, const Standard_GUID& attribute);
 
-    NCollection_DataMap<TDF_Label, bool, TDF_LabelMapHasher> m_places; ///< Whether their content is touched.
-    TDF_Label m_shapes;                                                ///< The section of the parts.
+    LabelMap<bool> m_places; ///< Whether their content is touched.
+    TDF_Label m_shapes;      ///< The section of the parts.
 };
 
 } // namespace Vs::Kernel

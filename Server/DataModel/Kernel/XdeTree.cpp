@@ -2,15 +2,14 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Kernel/LabelIndex.h"
+#include "Server/DataModel/Kernel/LabelMap.h"
 #include "Server/DataModel/Kernel/LabelState.h"
 
 #include <Quantity_ColorRGBA.hxx>
 
 #include <BRep_TFace.hxx>
-#include <NCollection_DataMap.hxx>
 #include <TCollection_AsciiString.hxx>
 #include <TCollection_ExtendedString.hxx>
-#include <TDF_LabelMapHasher.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TDataStd_Name.hxx>
 #include <TopLoc_Location.hxx>
@@ -124,7 +123,7 @@ private:
 
     XdeTree& m_result;
     bool m_deep;
-    NCollection_DataMap<TDF_Label, Shown, TDF_LabelMapHasher> m_shown;
+    LabelMap<Shown> m_shown;
 };
 
 } // namespace
