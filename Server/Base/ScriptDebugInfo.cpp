@@ -9,6 +9,13 @@ namespace Vs {
 
 void ScriptDebugInfo::scriptPath(const std::wstring& path)
 {
+    if (m_behind) {
+        // The breakpoints that stay are those of what was loaded.
+        m_otherPoints[m_path] = m_breakPoints;
+        m_breakPoints = std::move(m_otherPoints[m_behind->path]);
+        m_behind.reset();
+    }
+    m_otherPoints.erase(path);
     m_path = path;
     changed();
 }
@@ -57,6 +64,63 @@ bool ScriptDebugInfo::stopsAt(int line)
     if (found == m_breakPoints.end() || found->second)
         return false;
     return found->second = true;
+}
+
+void ScriptDebugInfo::visit(const std::wstring& path, int line)
+{
+    if (m_behind && path == m_behind->path)
+        comeBack();
+    if (path != m_path) {
+        if (!m_behind)
+            m_behind = {m_path, m_lines, m_step};
+        turnTo(path, 0, line - 1);
+    }
+    stepLine(line - 1);
+}
+
+void ScriptDebugInfo::comeBack()
+{
+    if (!m_behind)
+        return;
+    const Behind behind = *m_behind;
+    m_behind.reset();
+    turnTo(behind.path, behind.lines, behind.step);
+}
+
+void ScriptDebugInfo::turnTo(const std::wstring& path, int lines, int step)
+{
+    m_otherPoints[m_path] = std::move(m_breakPoints);
+    m_breakPoints = std::move(m_otherPoints[path]);
+    m_otherPoints.erase(path);
+    m_path = path;
+    m_lines = lines;
+    m_step = step;
+    needToReload(true);
+    needToReload(false);
+}
+
+bool ScriptDebugInfo::isBreakPointOf(const std::wstring& path, int line) const
+{
+    if (path == m_path)
+        return isBreakPoints(line);
+    const auto found = m_otherPoints.find(path);
+    return found != m_otherPoints.end() && found->second.contains(line);
+}
+
+void ScriptDebugInfo::linesMoved(int line, int count)
+{
+    // The first line that stays, behind those that are removed.
+    const int stays = line - std::min(count, 0);
+    BreakPoints moved;
+    for (const auto& [at, passed] : m_breakPoints)
+        if (at < line || at >= stays)
+            moved.emplace(at < line ? at : at + count, passed);
+    m_breakPoints = std::move(moved);
+    if (m_step + 1 >= stays)
+        m_step += count;
+    else if (m_step + 1 > line)
+        m_step = line - 1;
+    changed();
 }
 
 void ScriptDebugInfo::needToReload(bool value)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -37,19 +38,43 @@ public:
     /// For the interpreter: whether it has to stop before this line; each break point says so once a pass.
     [[nodiscard]] bool stopsAt(int line);
 
+    /// Brings the file in which execution stands to the front, and the line, counted from 1, that is the
+    /// next. A file other than the loaded one, which it runs, has breakpoints of its own, and gives way to
+    /// the loaded one in `comeBack`.
+    void visit(const std::wstring& path, int line);
+    void comeBack();
+    /// The transcript that was loaded, whichever is at the front.
+    const std::wstring& loadedPath() const { return m_behind ? m_behind->path : m_path; }
+    /// Whether a breakpoint is on that line of the file.
+    [[nodiscard]] bool isBreakPointOf(const std::wstring& path, int line) const;
+    /// Somebody has inserted so many lines before this one of the file at the front, or removed them from
+    /// here on: the marks of the lines behind stay with their texts.
+    void linesMoved(int line, int count);
+
     /// Set while observers are told that the file's text has changed.
     bool needToReload() const { return m_needToReload; }
     void needToReload(bool value);
 
 private:
     friend class IScriptDebugInfoObserver;
+    using BreakPoints = std::map<int, bool>; ///< By line, and whether this pass has stopped there.
+    struct Behind
+    {
+        std::wstring path;
+        int lines;
+        int step;
+    };
+
     void changed();
+    void turnTo(const std::wstring& path, int lines, int step);
 
     std::wstring m_path;
     int m_lines = 0;
     int m_step = 0;
     bool m_needToReload = false;
-    std::map<int, bool> m_breakPoints; ///< By line, and whether this pass has stopped there.
+    BreakPoints m_breakPoints;
+    std::optional<Behind> m_behind;                    ///< The loaded one while another is at the front.
+    std::map<std::wstring, BreakPoints> m_otherPoints; ///< Of the files that aren't at the front.
     std::vector<IScriptDebugInfoObserver*> m_observers;
 };
 

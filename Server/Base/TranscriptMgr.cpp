@@ -4,6 +4,7 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Private/RecordedIdentifiers.h"
 #include "Server/Base/Require.h"
+#include "Server/Base/ScriptDebugger.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptPython.h"
@@ -201,8 +202,19 @@ void TranscriptMgr::tell(const std::wstring& message) const
         warn(message);
 }
 
+/// The debugger's buttons play what is loaded as text, which may be Python that a panel has loaded.
+bool TranscriptMgr::debugsPython(const std::wstring& path, ETranscriptType type, ScriptGo how) const
+{
+    if (type != kTextTranscript || path != m_debugInfo.scriptPath() || typeOf(path) != kPythonTranscript)
+        return false;
+    ScriptDebugger::get()->go(how);
+    return true;
+}
+
 void TranscriptMgr::replay(const std::wstring& path, Status& status, ETranscriptType type)
 {
+    if (debugsPython(path, type, ScriptGo::Continue))
+        return;
     ReplayOptions options;
     options.status = &status;
     std::ignore = replay(path, type, options); // What failed is in the status.
@@ -217,6 +229,8 @@ ReplayResult TranscriptMgr::replay(const std::wstring& path, ETranscriptType typ
 
 void TranscriptMgr::stepReplay(const std::wstring& path, Status& status, ETranscriptType type)
 {
+    if (debugsPython(path, type, ScriptGo::Over))
+        return;
     ReplayOptions options;
     options.status = &status;
     options.oneLine = true;

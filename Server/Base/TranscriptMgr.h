@@ -18,6 +18,8 @@ class TranscriptTrigger;
 struct ReplayOptions;
 struct ReplayResult;
 
+enum class ScriptGo;
+
 enum ETranscriptType { kTextTranscript = 0, kPythonTranscript = 1 };
 
 /// What the surrounding program does for transcripts.
@@ -163,6 +165,7 @@ private:
     TranscriptMgr() = default;
     /// A medium that fails ends the recording, and the host is told.
     void write(const std::wstring& entry);
+    [[nodiscard]] bool debugsPython(const std::wstring& path, ETranscriptType type, ScriptGo how) const;
     void tell(const std::wstring& message) const;
     void tellListener() const;
 

@@ -5,6 +5,7 @@
 #include "Server/Base/Private/TextLine.h"
 #include "Server/Base/Progress.h"
 #include "Server/Base/PythonManager.h"
+#include "Server/Base/ScriptDebugger.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
@@ -220,7 +221,8 @@ private:
     bool stopsBefore(int line)
     {
         const bool stops = m_debug->stopsAt(line);
-        return stops && !m_options.oneLine && !(m_first && line > 1);
+        const bool aimedAt = !m_first && ScriptDebugger::get()->leadsTo(m_path, line);
+        return !m_options.oneLine && (aimedAt || (stops && !(m_first && line > 1)));
     }
 
     void runLine(size_t number)
@@ -229,6 +231,12 @@ private:
             if (const std::wstring later = number == 1 ? laterLayout(m_line) : std::wstring(); !later.empty())
                 failed(number, later);
             return;
+        }
+        ScriptDebugger* debugger = ScriptDebugger::get();
+        if (const int line = static_cast<int>(number); !m_debug && debugger->waitsBefore(m_path, line)) {
+            debugger->wait(m_path, line);
+            if (Progress::cancelled())
+                return;
         }
         ++m_result.lines;
         const bool mustFail = takeMark(m_line);
@@ -241,6 +249,8 @@ private:
         } catch (const Exception& error) {
             answer = {1, error.message()};
         }
+        if (m_debug)
+            m_debug->comeBack();
         if (answer.first != 0)
             failed(number, answer.second);
         else if (!answer.second.empty())
@@ -315,6 +325,7 @@ private:
     const std::wstring& m_path;
     const ReplayOptions& m_options;
     ScriptDebugInfo* m_debug;
+    const ScriptDebugger::Level m_level;
     ProgressScope m_progress;
     std::optional<TranscriptFile> m_file;
     std::wstring m_line;

@@ -25,7 +25,8 @@ FORBIDDEN = [
     r"\b(new\s+|make_unique\s*<\s*)(QMessageBox|QLabel|QErrorMessage|QProgressDialog)\b",
     r"\bQLabel\s+\w+\s*[({;]",
     r"<\s*QLabel\s*>\s*\(\s*\"",
-    r"\bQ(TextEdit|TextBrowser|TextDocument|StaticText|ErrorMessage|ProgressDialog|InputDialog|SystemTrayIcon)\b",
+    # A text document shows as HTML only what the calls above give it.
+    r"\bQ(TextEdit(?!::ExtraSelection)|TextBrowser|StaticText|ErrorMessage|ProgressDialog|InputDialog|SystemTrayIcon)\b",
 ]
 # A model's tooltip is what the helper makes of it: the next thing that is returned.
 MODEL_TOOLTIP = re.compile(r"case\s+Qt::ToolTipRole\s*:\s*return\s+(?!PlainText::tooltip\s*\()")

@@ -110,6 +110,7 @@ public:
         ActiveViewAssetCmdDef::createCommandDef();
         CopyToClipboardCmdDef::createCommandDef();
         HidePropertiesCmdDef::createCommandDef();
+        HideScriptPanelCmdDef::createCommandDef();
         InvertSelectionCmdDef::createCommandDef();
         ItemhubDashboardCmdDef::createCommandDef();
         ItemhubSignInCmdDef::createCommandDef();
@@ -125,6 +126,7 @@ public:
         SearchCommandsCmdDef::createCommandDef();
         SelectAllCmdDef::createCommandDef();
         ShowPropertiesCmdDef::createCommandDef();
+        ShowScriptPanelCmdDef::createCommandDef();
         SetHomeViewCmdDef::createCommandDef();
         SplitViewLayoutCmdDef::createCommandDef();
         StandardViewCmdDef::createCommandDefs();

@@ -9,6 +9,7 @@
 #include "Server/Base/Python/OwnCode.h"
 #include "Server/Base/Python/ScriptError.h"
 #include "Server/Base/Python/ScriptThreads.h"
+#include "Server/Base/Python/ScriptTrace.h"
 #include "Server/Base/Python/Statements.h"
 #include "Server/Base/Python/VirtualEnvironment.h"
 #include "Server/Base/SoftwareVersion.h"
@@ -300,6 +301,7 @@ void Interpreter::runStatements(const std::string& path, const ScriptSteps& step
         Status failure;
         bool goesOn = true;
         try {
+            const ScriptTrace trace;
             // Compiling it again tells what is wrong with it.
             evaluate(compiled.is_none() ? own["compiled"](source, line, name) : compiled, main.names());
         } catch (py::error_already_set& error) {
@@ -392,7 +394,10 @@ std::wstring Interpreter::run(const std::string& code, const std::string& name, 
             py::reinterpret_steal<py::object>(Py_CompileString(code.c_str(), name.c_str(), Py_file_input));
         if (!compiled)
             throw py::error_already_set();
-        evaluate(compiled, globals);
+        {
+            const ScriptTrace trace;
+            evaluate(compiled, globals);
+        }
         if (globals.contains("result"))
             result = wideText(py::object(globals["result"]));
     } catch (py::error_already_set& error) {

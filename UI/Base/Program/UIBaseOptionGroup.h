@@ -27,6 +27,7 @@ public:
     Vs::Option<bool> wantToShowBrowser{*this, "wantToShowBrowser", true};
     Vs::Option<bool> wantToShowDesignFeed{*this, "wantToShowDesignFeed", false};
     Vs::Option<bool> wantToShowProperties{*this, "wantToShowProperties", true};
+    Vs::Option<bool> wantToShowScriptPanel{*this, "wantToShowScriptPanel", false};
     Vs::Option<bool> wantToShowTextCommands{*this, "wantToShowTextCommands", true};
     Vs::Option<bool> wantToShowCommandToolbar{*this, "wantToShowCommandToolbar", true};
     Vs::Option<bool> wantToShowNavigationToolbar{*this, "wantToShowNavigationToolbar", true};

@@ -78,6 +78,54 @@ void drawSign(QPainter& painter, Glyph glyph)
     }
 }
 
+void drawArrowHead(QPainter& painter, const QPointF& tip, const QPointF& back)
+{
+    const QPointF across(-back.y(), back.x());
+    painter.drawLine(tip, tip + back + across);
+    painter.drawLine(tip, tip + back - across);
+}
+
+/// What runs a script. The dot is the line at which it stands.
+void drawRun(QPainter& painter, Glyph glyph, const QColor& colour)
+{
+    const auto filled = [&](auto draw) {
+        painter.setBrush(colour);
+        draw();
+        painter.setBrush(Qt::NoBrush);
+    };
+    const auto dot = [&](double y) { filled([&] { painter.drawEllipse(QPointF(0, y), 2.2, 2.2); }); };
+    switch (glyph) {
+    case Glyph::Run:
+        filled([&] { painter.drawPolygon(QPolygonF({{-5, -7}, {7, 0}, {-5, 7}})); });
+        break;
+    case Glyph::Stop:
+        filled([&] { painter.drawRect(QRectF(-6, -6, 12, 12)); });
+        break;
+    case Glyph::StepOver:
+        painter.drawArc(QRectF(-8, -7, 16, 16), 15 * 16, 150 * 16);
+        drawArrowHead(painter, {8, 0}, {-1, -4});
+        dot(6);
+        break;
+    case Glyph::StepInto:
+        painter.drawLine(QPointF(0, -9), QPointF(0, 2));
+        drawArrowHead(painter, {0, 2}, {0, -4});
+        dot(8);
+        break;
+    case Glyph::StepOut:
+        painter.drawLine(QPointF(0, -9), QPointF(0, 2));
+        drawArrowHead(painter, {0, -9}, {0, 4});
+        dot(8);
+        break;
+    case Glyph::RunToLine:
+        filled([&] { painter.drawPolygon(QPolygonF({{-9, -6}, {1, 0}, {-9, 6}})); });
+        painter.drawLine(QPointF(7, -8), QPointF(7, 8));
+        break;
+    default: // Restart
+        painter.drawArc(QRectF(-7, -7, 14, 14), 40 * 16, 290 * 16);
+        drawArrowHead(painter, {7, -4}, {-4, -1});
+    }
+}
+
 /// `scale` is the number of pixels per unit: a line thinner than one and a half of them looks faint.
 void draw(QPainter& painter, Glyph glyph, const QColor& colour, double scale)
 {
@@ -100,6 +148,10 @@ void draw(QPainter& painter, Glyph glyph, const QColor& colour, double scale)
     }
     if (glyph == Glyph::Down) {
         painter.drawPolyline(QPolygonF({{-6, -3}, {0, 3}, {6, -3}}));
+        return;
+    }
+    if (glyph >= Glyph::Run) {
+        drawRun(painter, glyph, colour);
         return;
     }
     painter.setBrush(colour);

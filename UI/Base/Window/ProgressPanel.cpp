@@ -73,12 +73,21 @@ int ProgressPanel::steps()
 
 bool ProgressPanel::isAlive(const QObject* object) const
 {
-    if (object == m_cancel)
+    if (object == m_cancel || worksMeanwhile(object))
         return true;
     const QWidget* widget = qobject_cast<const QWidget*>(object);
     return widget && std::any_of(m_alive.begin(), m_alive.end(), [&](const QWidget* alive) {
                return alive == widget || alive->isAncestorOf(widget);
            });
+}
+
+// A menu that is opened there counts, though it is a window of its own.
+bool ProgressPanel::worksMeanwhile(const QObject* object)
+{
+    for (; object; object = object->parent())
+        if (object->property(kWorksMeanwhile).toBool())
+            return true;
+    return false;
 }
 
 void ProgressPanel::tell(const QString& text)
@@ -119,24 +128,31 @@ bool BusyFilter::eventFilter(QObject* object, QEvent* event)
     // A question that the work asks has to be answered.
     if (QApplication::activeModalWidget())
         return false;
-    switch (event->type()) {
+    const auto type = event->type();
+    const bool typed =
+        type == QEvent::KeyPress || type == QEvent::KeyRelease || type == QEvent::ShortcutOverride;
+    const bool isEscape = typed && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
+    if (typed && !isEscape && ProgressPanel::worksMeanwhile(QApplication::focusWidget()))
+        return false;
+    switch (type) {
     case QEvent::KeyPress:
-        if (static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
+        if (!isEscape)
             return !TypedAhead::goesIntoField(object);
         m_panel->cancel();
         return true;
     case QEvent::ShortcutOverride:
         // Tools use it as a shortcut, which would take precedence.
-        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        if (isEscape) {
             event->accept();
             return true;
         }
         // Otherwise a letter that is also a shortcut never arrives as a key press.
         return !qobject_cast<QLineEdit*>(QApplication::focusWidget());
-    case QEvent::KeyRelease:
-    case QEvent::Shortcut:
     case QEvent::Wheel:
     case QEvent::ContextMenu:
+        return object->isWidgetType() && !ProgressPanel::worksMeanwhile(object);
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut:
     case QEvent::DragEnter:
     case QEvent::Drop:
         return true;

@@ -22,6 +22,8 @@ constinit const CommandRow ShowDesignFeedCmdDef::kRow   = {.key = L"ShowDesignFe
 constinit const CommandRow HideDesignFeedCmdDef::kRow   = {.key = L"HideDesignFeedCommand",   .title = "Hide Design Feed",   .groups = {&CommandGroup::DebugGroup, &CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow ShowPropertiesCmdDef::kRow   = {.key = L"ShowPropertiesCommand",   .title = "Show Properties",    .groups = {&CommandGroup::DebugGroup, &CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow HidePropertiesCmdDef::kRow   = {.key = L"HidePropertiesCommand",   .title = "Hide Properties",    .groups = {&CommandGroup::DebugGroup, &CommandGroup::BaseGroup}, .readonly = true};
+constinit const CommandRow ShowScriptPanelCmdDef::kRow  = {.key = L"ShowScriptPanelCommand",  .title = "Show Script Panel",  .icon = &Resources::RunScript, .groups = {&CommandGroup::DebugGroup, &CommandGroup::BaseGroup}, .readonly = true};
+constinit const CommandRow HideScriptPanelCmdDef::kRow  = {.key = L"HideScriptPanelCommand",  .title = "Hide Script Panel",  .icon = &Resources::RunScript, .groups = {&CommandGroup::DebugGroup, &CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow ShowTextCommandsCmdDef::kRow = {.key = L"ShowTextCommandsCommand", .title = "Show Text Commands", .icon = &Resources::TextCommand, .groups = {&CommandGroup::DebugGroup, &CommandGroup::BaseGroup}, .readonly = true};
 constinit const CommandRow HideTextCommandsCmdDef::kRow = {.key = L"HideTextCommandsCommand", .title = "Hide Text Commands", .icon = &Resources::TextCommand, .groups = {&CommandGroup::DebugGroup, &CommandGroup::BaseGroup}, .readonly = true};
 // clang-format on
@@ -83,6 +85,8 @@ void areaVisibility(CommandContext& context, const Vs::UniqueString* contents, b
             UIBaseOptionGroup::get()->wantToShowDesignFeed(show);
         else if (each->name() == L"Properties")
             UIBaseOptionGroup::get()->wantToShowProperties(show);
+        else if (each->name() == L"ScriptPanel")
+            UIBaseOptionGroup::get()->wantToShowScriptPanel(show);
     }
     CommandEventSource::get()->fireCommandAvailabilitiesChanged();
 }
@@ -151,6 +155,26 @@ void HidePropertiesCmdDef::createCommandDef()
 bool HidePropertiesCmdDef::onIsApplicable(CommandContext*) const
 {
     return SessionMgr::get()->activeDocumentSession() && UIBaseOptionGroup::get()->wantToShowProperties();
+}
+
+void ShowScriptPanelCmdDef::createCommandDef()
+{
+    static ShowScriptPanelCmdDef definition;
+}
+
+bool ShowScriptPanelCmdDef::onIsApplicable(CommandContext*) const
+{
+    return !UIBaseOptionGroup::get()->wantToShowScriptPanel();
+}
+
+void HideScriptPanelCmdDef::createCommandDef()
+{
+    static HideScriptPanelCmdDef definition;
+}
+
+bool HideScriptPanelCmdDef::onIsApplicable(CommandContext*) const
+{
+    return UIBaseOptionGroup::get()->wantToShowScriptPanel();
 }
 
 bool ShowTextCommandsCmdDef::onIsApplicable(CommandContext*) const

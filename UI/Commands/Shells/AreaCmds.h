@@ -136,6 +136,31 @@ protected:
     bool onIsApplicable(CommandContext* context) const override;
 };
 
+/// The panel of the scripts' debugger, which needs no document. They aren't among the add-in's members.
+class ShowScriptPanelCmdDef : public RowDefinition<ShowScriptPanelCmdDef, ShowAreaCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    ShowScriptPanelCmdDef() { contentsOfArea("ScriptPanel"); }
+    /// Creates the only definition of this class at the first call.
+    static void createCommandDef();
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+};
+
+class HideScriptPanelCmdDef : public RowDefinition<HideScriptPanelCmdDef, HideAreaCmdDef>
+{
+public:
+    static const CommandRow kRow;
+    HideScriptPanelCmdDef() { contentsOfArea("ScriptPanel"); }
+    /// As ShowScriptPanelCmdDef's.
+    static void createCommandDef();
+
+protected:
+    bool onIsApplicable(CommandContext* context) const override;
+};
+
 /// The command line.
 class ShowTextCommandsCmdDef : public RowDefinition<ShowTextCommandsCmdDef, ShowAreaCmdDef>
 {

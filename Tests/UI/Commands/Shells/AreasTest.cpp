@@ -75,6 +75,8 @@ constexpr Pair kPairs[] = {
      &UIBaseOptionGroup::wantToShowDesignFeed},
     {L"Properties", L"ShowPropertiesCommand", L"HidePropertiesCommand",
      &UIBaseOptionGroup::wantToShowProperties},
+    {L"ScriptPanel", L"ShowScriptPanelCommand", L"HideScriptPanelCommand",
+     &UIBaseOptionGroup::wantToShowScriptPanel},
     {L"TextCommands", L"ShowTextCommandsCommand", L"HideTextCommandsCommand",
      &UIBaseOptionGroup::wantToShowTextCommands},
     {L"CommandToolbarQuillet3", L"ShowCommandToolbarCommand", L"HideCommandToolbarCommand",

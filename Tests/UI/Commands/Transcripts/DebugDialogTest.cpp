@@ -1,8 +1,10 @@
 #include "UI/Commands/Transcripts/DebugDialog.h"
 
+#include "Server/Base/ScriptDebugger.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Program/Application.h"
+#include "UI/Base/Program/AreaContents.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Workspace/ShellMgr.h"
@@ -16,10 +18,14 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTextBlock>
+#include <QTimer>
+#include <QToolButton>
 #include <QtTest/QTest>
 
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
+
+#include <memory>
 
 namespace Vu::Commands {
 namespace {
@@ -36,6 +42,7 @@ protected:
     }
     void TearDown() override
     {
+        m_panel.reset();
         answer(L"Debug.ShowDebugDialog /off");
         UIBaseOptionGroup* options = UIBaseOptionGroup::get();
         options->showDebugScriptWidget(false);
@@ -92,6 +99,52 @@ protected:
     {
         return text->findChild<QWidget*>(QStringLiteral("LineNumbers"));
     }
+    /// What an area of that kind shows.
+    QWidget* panel() const { return m_panel.get(); }
+    void press(const char* name)
+    {
+        QTest::mouseClick(panel()->findChild<QToolButton*>(QLatin1String(name)), Qt::LeftButton);
+        run(L"");
+    }
+    QPlainTextEdit* lines() const { return panel()->findChild<QPlainTextEdit*>(); }
+    void cursorTo(int line)
+    {
+        lines()->setTextCursor(QTextCursor(lines()->document()->findBlockByNumber(line - 1)));
+    }
+    /// Loads the script into the panel.
+    void open(const std::wstring& path)
+    {
+        if (!m_panel) {
+            answer(L"Debug.ShowDebugDialog"); // Which both show the same.
+            m_panel.reset(AreaContents::make("ScriptPanel", nullptr));
+            m_panel->resize(400, 400);
+            m_panel->show();
+        }
+        fileDialogAnswers(path);
+        press("ScriptOpen");
+    }
+    /// Where the run has stood within its lines while the button was pressed again and again, at most so
+    /// many times, and `also` was called each time before.
+    std::string pressedUntilItEnds(const char* name, int most, const std::function<void()>& also = {})
+    {
+        std::string stood;
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, [&] {
+            if (!Vs::ScriptDebugger::get()->waits())
+                return;
+            stood +=
+                fs::path(debug().scriptPath()).stem().string() + std::to_string(debug().stepLine() + 1) + ' ';
+            if (also)
+                also();
+            QTest::mouseClick(
+                panel()->findChild<QToolButton*>(QLatin1String(--most > 0 ? name : "ScriptContinue")),
+                Qt::LeftButton);
+        });
+        timer.start(1);
+        press(name);
+        return stood;
+    }
+
     static QImage pictureOf(QWidget* widget) { return widget->grab().toImage(); }
     /// The colour in the middle of the marks of a line.
     static QColor markOf(QPlainTextEdit* text, int line)
@@ -101,6 +154,8 @@ protected:
                         (line - 1) * text->fontMetrics().lineSpacing();
         return pictureOf(numbers(text)).pixelColor(3, top + height / 2);
     }
+
+    std::unique_ptr<QWidget> m_panel;
 };
 
 TEST_F(DebugDialogTest, LinesShowAndHideItAndItsPlaceIsKept)
@@ -260,6 +315,121 @@ TEST_F(DebugDialogTest, TheScriptGoesAndComesWithTheDialog)
     EXPECT_EQ(window(QStringLiteral("Script")), nullptr);
     answer(L"Debug.ShowDebugDialog");
     EXPECT_NE(window(QStringLiteral("Script")), nullptr);
+}
+
+constexpr const char* kNested = "Design.Box 1 1 1\n# nothing\nDesign.Box 2 2 2\n";
+constexpr const char* kPython = "from quillet import design\n\ndef two():\n    design.box(3, 3, 3)\n"
+                                "    design.box(4, 4, 4)\n\ntwo()\ntwo()\n";
+
+TEST_F(DebugDialogTest, ThePanelStepsIntoTheTranscriptsAndScriptsThatAScriptRuns)
+{
+    script(L"nested.txt", kNested);
+    script(L"inner.py", kPython);
+    open(script(L"outer.txt",
+                "Design.New\nTranscripting.Replay nested.txt\nScript.Run inner.py\nDesign.New\n"));
+    EXPECT_EQ(pressedUntilItEnds("ScriptInto", 99), "") << "a line that runs no file";
+    EXPECT_TRUE(debug().isStepLine(2));
+    // The dialog shows what the panel does.
+    QPlainTextEdit* shown = scriptText();
+    EXPECT_EQ(pressedUntilItEnds("ScriptInto", 99,
+                                 [&] {
+                                     EXPECT_EQ(lines()->toPlainText().toStdString(), kNested);
+                                     EXPECT_EQ(shown->toPlainText().toStdString(), kNested);
+                                 }),
+              "nested1 nested3 ");
+    EXPECT_EQ(debug().scriptPath(), file(L"outer.txt"));
+    EXPECT_TRUE(debug().isStepLine(3));
+    EXPECT_EQ(pressedUntilItEnds("ScriptInto", 99),
+              "inner1 inner3 inner7 inner4 inner5 inner8 inner4 inner5 ");
+    EXPECT_TRUE(debug().isStepLine(4));
+    press("ScriptStop");
+    EXPECT_TRUE(debug().isStepLine(1));
+}
+
+TEST_F(DebugDialogTest, ThePanelRunsToBreakpointsToTheCursorAndOutOfAFunction)
+{
+    open(script(L"alone.py", kPython));
+    answer(L"Design.New");
+    cursorTo(5);
+    QTest::keyClick(lines(), Qt::Key_F9);
+    EXPECT_TRUE(debug().isBreakPoints(5));
+    EXPECT_EQ(pressedUntilItEnds("ScriptContinue", 99), "alone5 alone5 ");
+    EXPECT_EQ(pressedUntilItEnds("ScriptOut", 2), "alone5 alone8 alone5 ");
+    QTest::keyClick(lines(), Qt::Key_F9);
+    EXPECT_EQ(pressedUntilItEnds("ScriptOver", 99), "alone3 alone7 alone8 ");
+    cursorTo(8);
+    EXPECT_EQ(pressedUntilItEnds("ScriptToCursor", 99), "alone8 ");
+
+    const std::wstring nested = script(L"nested.txt", kNested);
+    open(script(L"outer.txt",
+                "Design.New\nTranscripting.Replay nested.txt\nTranscripting.Replay nested.txt\n"));
+    // A breakpoint of a file that the script runs stays its own.
+    EXPECT_EQ(pressedUntilItEnds("ScriptInto", 1), "");
+    EXPECT_EQ(pressedUntilItEnds("ScriptInto", 1, [] { debug().addBreakPoint(3); }),
+              "nested1 nested3 nested3 ");
+    EXPECT_FALSE(debug().isBreakPoints(3));
+    EXPECT_TRUE(debug().isBreakPointOf(nested, 3));
+}
+
+TEST_F(DebugDialogTest, ThePanelStopsAScriptWhileItWaits)
+{
+    open(script(L"endless.py", "while True:\n    pass\n"));
+    EXPECT_EQ(pressedUntilItEnds("ScriptOver", 9,
+                                 [this] {
+                                     if (debug().isStepLine(2))
+                                         press("ScriptStop");
+                                 }),
+              "endless2 ");
+    EXPECT_FALSE(Vs::ScriptDebugger::get()->running());
+    EXPECT_TRUE(debug().isStepLine(1));
+    m_panel.reset();
+    script(L"endless.py", "first = 1\nsecond = 2\n");
+    debug().addBreakPoint(2);
+    Vs::ScriptDebugger::get()->go(Vs::ScriptGo::Continue);
+    EXPECT_FALSE(Vs::ScriptDebugger::get()->running()) << "nobody could tell it to go on";
+}
+
+TEST_F(DebugDialogTest, ThePanelSavesWhatIsTypedAndKeepsItsPlaceWhenTheFileChanges)
+{
+    const std::wstring path = script(L"edited.txt", "# 1\r\n# 2\r\n# 3\r\n");
+    open(path);
+    press("ScriptOver");
+    cursorTo(3);
+    QTest::keyClick(lines(), Qt::Key_F9);
+    const auto content = [&] {
+        fs::ifstream stream(fs::path(path), std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    };
+    cursorTo(1);
+    QTest::keyClicks(lines(), "# 0");
+    QTest::keyClick(lines(), Qt::Key_Return);
+    EXPECT_TRUE(debug().isStepLine(3)) << "the mark stays with its line";
+    EXPECT_TRUE(debug().isBreakPoints(4));
+    QTest::keyClick(lines(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(content(), "# 0\r\n# 1\r\n# 2\r\n# 3\r\n");
+    EXPECT_EQ(debug().scriptLines(), 4);
+
+    cursorTo(4);
+    script(L"edited.txt", "# 1\n# 2\n# 3\n");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return lines()->blockCount() == 4; }));
+    EXPECT_TRUE(debug().isStepLine(2));
+    EXPECT_TRUE(debug().isBreakPoints(3));
+    script(L"edited.txt", "# 1\n# 2\n# a\n# b\n# c\n# 3\n");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return lines()->blockCount() == 7; }));
+    EXPECT_TRUE(debug().isStepLine(2));
+    EXPECT_TRUE(debug().isBreakPoints(6));
+    EXPECT_EQ(lines()->textCursor().blockNumber() + 1, 6);
+
+    QTest::keyClicks(lines(), "# mine ");
+    script(L"edited.txt", "# theirs\n");
+    auto* reload = panel()->findChild<QPushButton*>(QStringLiteral("ScriptReload"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return reload->isVisible(); }));
+    press("ScriptContinue");
+    EXPECT_EQ(content(), "# theirs\n") << "nobody has said which text counts";
+    EXPECT_TRUE(debug().isStepLine(2));
+    QTest::mouseClick(reload, Qt::LeftButton);
+    EXPECT_EQ(lines()->toPlainText(), QStringLiteral("# theirs\n"));
+    EXPECT_FALSE(reload->isVisible());
 }
 
 TEST_F(DebugDialogTest, TheTasksAreKnownByTheirNames)

@@ -145,6 +145,8 @@ const Session kSessions[] = {
     {L"HideBrowserCommand",            kModel + L"VuCommands.HideBrowserCommand"},
     {L"ShowDesignFeedCommand",         kModel + L"Commands.Start ShowDesignFeedCommand"},
     {L"ShowPropertiesCommand",         kModel + L"Commands.Start HidePropertiesCommand;Commands.Start ShowPropertiesCommand"},
+    {L"ShowScriptPanelCommand",        kModel + L"Commands.Start ShowScriptPanelCommand"},
+    {L"HideScriptPanelCommand",        kModel + L"Commands.Start ShowScriptPanelCommand;Commands.Start HideScriptPanelCommand"},
     {L"HidePropertiesCommand",         kModel + L"Commands.Start HidePropertiesCommand"},
     {L"HideDesignFeedCommand",         kModel + L"Commands.Start ShowDesignFeedCommand;Commands.Start HideDesignFeedCommand"},
     {L"ShowTextCommandsCommand",       L"VuCommands.HideTextCommandsCommand;VuCommands.ShowTextCommandsCommand"},

@@ -21,6 +21,7 @@ constexpr WishRow kRows[] = {
     {"BrowserWindow",  &UIBaseOptionGroup::wantToShowBrowser,           "wantToShowBrowser",           KeptBy::Command},
     {"DesignFeed",     &UIBaseOptionGroup::wantToShowDesignFeed,        "wantToShowDesignFeed",        KeptBy::Command},
     {"Properties",     &UIBaseOptionGroup::wantToShowProperties,        "wantToShowProperties",        KeptBy::Command},
+    {"ScriptPanel",    &UIBaseOptionGroup::wantToShowScriptPanel,       "wantToShowScriptPanel",       KeptBy::Command},
     {"Orbicon",        &UIBaseOptionGroup::wantToShowOrbicon,           "wantToShowOrbicon",           KeptBy::Command},
     {"TextCommands",   &UIBaseOptionGroup::wantToShowTextCommands,      "wantToShowTextCommands",      KeptBy::Strategy},
     {"CommandToolbar", &UIBaseOptionGroup::wantToShowCommandToolbar,    "wantToShowCommandToolbar",    KeptBy::Strategy},
