@@ -8,8 +8,10 @@
 #include <algorithm>
 #include <cctype>
 #include <iterator>
+#include <map>
 #include <set>
 #include <string_view>
+#include <utility>
 
 namespace Vs {
 
@@ -120,11 +122,28 @@ bool saysAll(const TextCommand& command)
     return false;
 }
 
+std::map<std::wstring, std::string>& usages()
+{
+    static std::map<std::wstring, std::string> all;
+    return all;
+}
+
+std::string usageOf(const TextCommand& command)
+{
+    const auto told = usages().find(command.area() + L'.' + command.name());
+    return told != usages().end() ? told->second : Strings::narrow(command.usage());
+}
+
 } // namespace
+
+void PythonSignature::usage(const std::wstring& line, std::string usage)
+{
+    usages().insert_or_assign(line, std::move(usage));
+}
 
 PythonSignature::PythonSignature(const TextCommand& command)
 {
-    const std::string help = Strings::narrow(command.usage());
+    const std::string help = usageOf(command);
     for (const std::wstring& flag : TextCompletion::flagsOf(command.usage()))
         flags.push_back(Strings::narrow(flag.substr(1)));
     if (command.format().empty()) {
@@ -139,7 +158,8 @@ PythonSignature::PythonSignature(const TextCommand& command)
     }
     const std::vector<TextFormat::Type> types = TextFormat(command.format()).types();
     UsageReader whole(help);
-    if (whole.parameters.size() >= types.size()) {
+    const bool told = usages().contains(command.area() + L'.' + command.name());
+    if (told || !whole.rest.empty() || whole.parameters.size() >= types.size()) {
         parameters = std::move(whole.parameters);
         rest = std::move(whole.rest);
         for (size_t i = 0; i < parameters.size(); ++i) {

@@ -21,6 +21,10 @@ struct PythonSignature
 
     explicit PythonSignature(const TextCommand& command);
 
+    /// Names the parameters of a line, "Area.Name", whose help doesn't, in the syntax of a usage: "<type>
+    /// [<description>]".
+    static void usage(const std::wstring& line, std::string usage);
+
     /// As Python's help and inspect show it: "(dx, dy, dz, x_y_z=None, direction=None, /)".
     [[nodiscard]] std::string text() const;
 

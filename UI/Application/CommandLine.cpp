@@ -48,7 +48,7 @@ constexpr OptionRow kOptions[] = {
     {"python", nullptr, "Read Python from standard input; on a terminal as Python's own console."},
     {"keep-going", nullptr, "Go on after a line that failed; the exit code still reports it."},
     {"echo", nullptr, "Print each line before its answer."},
-    {"set", "NAME=VALUE", "What ${NAME} stands for in transcripts; quillet.parameters of scripts."},
+    {"set", "NAME=VALUE", "What ${NAME} stands for in transcripts and lines; quillet.parameters of scripts."},
     {"references", "compare|fill|update",
      "What checks do with their references: compare (one that is missing fails; the default of --test), fill "
      "(makes those that are missing; the default otherwise), update (makes all of them again)."},

@@ -61,7 +61,7 @@ void runTerminal(LineRunner& runner, const std::string& historyFile)
     const Terminal terminal{
         historyFile, &waitForInput,
         [&](const std::string& text) {
-            runner.runLine(Vs::Strings::fromBytes(text), where(++line));
+            runner.runWrittenLine(Vs::Strings::fromBytes(text), where(++line));
             runner.flush();
             return Vs::Strings::toBytes(Vs::TranscriptSecrets::hidden(Vs::Strings::fromBytes(text)));
         },
@@ -124,7 +124,7 @@ private:
     {
         if (!line.empty() && line.back() == '\r')
             line.pop_back();
-        m_goOn = m_runner.runLine(Vs::Strings::fromBytes(line), where(++m_line));
+        m_goOn = m_runner.runWrittenLine(Vs::Strings::fromBytes(line), where(++m_line));
     }
 
     LineRunner& m_runner;

@@ -1,8 +1,10 @@
 #include "UI/Application/LineRunner.h"
 
+#include "Server/Base/Exception.h"
 #include "Server/Base/Progress.h"
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/Strings.h"
+#include "Server/Base/TranscriptParameters.h"
 #include "Server/Base/TranscriptReplay.h"
 #include "Server/Base/TranscriptSecrets.h"
 #include "Server/Base/Warning.h"
@@ -92,6 +94,20 @@ bool LineRunner::runLine(const std::wstring& line, const std::string& where, std
     tellWarnings();
     tellMissedBounds(where);
     return true;
+}
+
+bool LineRunner::runWrittenLine(const std::wstring& line, const std::string& where)
+{
+    const size_t start = line.find_first_not_of(L" \t");
+    if (start == std::wstring::npos || line[start] == L'#' || line.find(L'$') == std::wstring::npos)
+        return runLine(line, where);
+    std::wstring filled;
+    try {
+        filled = Vs::substituteParameters(line, Vs::TranscriptMgr::get()->parameters());
+    } catch (const Vs::Exception& error) {
+        return fail(where + ": " + Vs::Strings::narrow(error.message()));
+    }
+    return runLine(filled, where);
 }
 
 bool LineRunner::replay(const std::string& path)

@@ -29,6 +29,8 @@ public:
     /// failed line.
     bool openFile(const std::string& path);
     bool runLine(const std::wstring& line, const std::string& where, std::wstring* failure = nullptr);
+    /// The same for a line that the user has written, with `${NAME}` as in transcripts.
+    bool runWrittenLine(const std::wstring& line, const std::string& where);
     bool replay(const std::string& path);
     bool runScript(const std::string& path, const std::vector<std::wstring>& arguments);
 

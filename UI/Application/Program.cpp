@@ -116,9 +116,9 @@ void runSteps(const CommandLine& line, LineRunner& runner)
         bool goOn = true;
         switch (step.kind) {
         case Step::Kind::Command:
-            goOn =
-                runner.runLine(Vs::Strings::fromBytes(step.text),
-                               step.place.empty() ? "--command:" + std::to_string(++commands) : step.place);
+            goOn = runner.runWrittenLine(Vs::Strings::fromBytes(step.text),
+                                         step.place.empty() ? "--command:" + std::to_string(++commands)
+                                                            : step.place);
             break;
         case Step::Kind::Replay:
             goOn = runner.replay(step.text);

@@ -213,7 +213,7 @@ constexpr CheckRow kFree   = {L"Body",      L"CheckFreeEdges", L"<description> [
 constexpr CheckRow kColour = {L"Component", L"CheckColours", L"<description> [<path>] [= <value>...] [/VisibleOnly] Compares the colours of the components with the reference of this description, or with what the line says: = #ff0000ff", L"VisibleOnly", valuesOf<&CheckedObjects::colours>};
 constexpr CheckRow kSelected = {L"Model",     L"CheckSelection", L"<description> [= <value>...] Compares what is selected with the reference of this description, or with what the line says: = Plate:1/Body1/Edge1", L"", selection};
 constexpr CheckRow kDistance = {L"Measure", L"CheckDistance", L"<description> <path> <path> [= <value>...] Compares the shortest distance of two objects with the reference of this description, or with what the line says: = 40 mm +- 0.01 mm", L"", distance, false};
-constexpr CheckRow kDigest = {L"Model",     L"CheckDigest", L"<description> [/Selection] [/Camera] Compares names, places, colours, visibility, shapes and settings with the reference of this description", L"Selection/Camera", digest};
+constexpr CheckRow kDigest = {L"Model",     L"CheckDigest", L"<description> [= <digest>] [/Selection] [/Camera] Compares names, places, colours, visibility, shapes and settings with the reference of this description", L"Selection/Camera", digest};
 // clang-format on
 
 std::vector<std::wstring> optionsOf(const CheckRow& row)

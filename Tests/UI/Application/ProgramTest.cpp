@@ -136,6 +136,12 @@ TEST(ProgramTest, TheConsoleReadsALineAfterTheOtherWithoutAPrompt)
     EXPECT_EQ(bad.output, "Zoom in.\n");
     EXPECT_EQ(bad.errors, "<stdin>:2: There is no asset in memory.\n");
     EXPECT_EQ(runQuillet({"--headless", "--console"}, {.input = ""}).exitCode, 0);
+    const ProcessResult filled = runQuillet(
+        {"--headless", "--keep-going", "--set", "size=2", "--command=Design.New",
+         "--command=Design.Box ${size} ${size} ${size}", "--console"},
+        {.input = "# ${nobody}\nBody.CheckVolume box = ${volume:-8} mm^3\nDesign.Box ${nobody} 1 1\n"});
+    EXPECT_TRUE(filled.errors.starts_with("<stdin>:3: ")) << filled.errors;
+    EXPECT_NE(filled.errors.find("nobody"), std::string::npos);
 }
 
 TEST(ProgramTest, ExitEndsTheRunAtOnceAndWell)
