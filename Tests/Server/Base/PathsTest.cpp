@@ -131,6 +131,8 @@ TEST_F(SharedFolderTest, ATemporaryFolderThatSomebodyElseHasTakenIsNotUsed)
     };
     const std::vector<std::function<void()>> ways = {
         [&] { mkdir(taken.c_str(), 0777), chmod(taken.c_str(), 0777); },
+        // Closed to all, as the user's own would be.
+        [&] { mkdir(taken.c_str(), 0700); },
         [&] { fs::create_symlink(open.path() / "victims", taken); },
         [&] { fs::create_symlink(shared / "nowhere", taken); },
         [&] { TestSupport::overwrite(taken, "file"); },

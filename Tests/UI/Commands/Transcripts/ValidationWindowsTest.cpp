@@ -3,6 +3,7 @@
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptReplay.h"
 #include "Tests/Support/Files.h"
+#include "Tests/Support/Users.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandMgr.h"
@@ -26,6 +27,9 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <cstdlib>
+#include <optional>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Vu;
 using namespace Vu::Commands;
@@ -375,6 +379,33 @@ TEST_F(ValidationWindows, FieldsRememberWhatWasEnteredInOrderAndOnce)
     before.empty() ? unsetenv("TMPDIR") : setenv("TMPDIR", before.c_str(), 1);
     if (!runtime.empty())
         setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
+}
+
+TEST_F(ValidationWindows, FieldsKeepNothingInAFolderThatAnotherUserHasTaken)
+{
+    if (!TestSupport::mayBeOthers())
+        GTEST_SKIP() << "only root may be others";
+    const TestSupport::OpenFolder open;
+    const boost::filesystem::path shared = open.path() / "tmp";
+    boost::filesystem::create_directory(shared);
+    ASSERT_EQ(chmod(shared.c_str(), 01777), 0);
+    const boost::filesystem::path taken = shared / ("quillet-" + std::to_string(TestSupport::kSomebody));
+    const TestSupport::Variable temporary("TMPDIR", shared.string());
+    const TestSupport::Variable runtime("XDG_RUNTIME_DIR", std::nullopt);
+    const auto remembers = [] {
+        QTAutoMatchLineEdit field(L"Probe");
+        field.setText("what I measure");
+        field.rememberText();
+    };
+    EXPECT_TRUE(TestSupport::asUser(TestSupport::kSomebody, [&] { return remembers(), true; }));
+    EXPECT_TRUE(boost::filesystem::exists(taken / "Probe.txt")) << "a folder of the user's own";
+    boost::filesystem::remove_all(taken);
+    // Anybody could write into it, so that nothing but the check keeps the field from it.
+    ASSERT_EQ(mkdir(taken.c_str(), 0777), 0);
+    ASSERT_EQ(chown(taken.c_str(), TestSupport::kAnother, TestSupport::kAnother), 0);
+    ASSERT_EQ(chmod(taken.c_str(), 0777), 0);
+    EXPECT_TRUE(TestSupport::asUser(TestSupport::kSomebody, [&] { return remembers(), true; }));
+    EXPECT_TRUE(boost::filesystem::is_empty(taken));
 }
 
 } // namespace
