@@ -83,6 +83,8 @@ SearchPalette::SearchPalette(QWidget* window, Actions actions)
     connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this, &SearchPalette::tellRow);
     m_edit->installEventFilter(this);
     window->installEventFilter(this);
+    // The height of a row is found once, and depends on the style sheet.
+    m_list->ensurePolished();
     place();
     find();
     show();

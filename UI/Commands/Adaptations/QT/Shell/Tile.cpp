@@ -306,7 +306,7 @@ void Tile::paintTexts(QPainter& painter) const
                          metrics.elidedText(text, elide, textWidth));
         y += metrics.height() + kLineSpacing;
     };
-    line(text(), boldOf(font()), QPalette::Text, Qt::ElideMiddle);
+    line(text(), boldOf(font()), m_missing ? QPalette::PlaceholderText : QPalette::Text, Qt::ElideMiddle);
     const QFont small = smallOf(font());
     line(m_place, small, QPalette::PlaceholderText, Qt::ElideLeft);
     line(m_note, small, QPalette::PlaceholderText, Qt::ElideRight);
@@ -330,9 +330,9 @@ void Tile::paintEvent(QPaintEvent*)
     paintPicture(painter, QRect(1, 1, width() - 2, pictureHeight(width())));
     painter.restore();
     paintMark(painter);
-    paintTexts(painter);
-
+    // What is faint says that the file is missing; the texts, which say which one, stay readable.
     painter.setOpacity(1);
+    paintTexts(painter);
     painter.setPen(QPen(palette().color(touched ? QPalette::Highlight : QPalette::Dark), chosen ? 3 : 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawPath(shape);
