@@ -78,8 +78,12 @@ void OpenSection::paintEvent(QPaintEvent* event)
 /// tiles.
 bool OpenSection::eventFilter(QObject* page, QEvent* event)
 {
-    if (m_stale && event->type() == QEvent::Show)
-        fillSoon();
+    if (event->type() == QEvent::Show) {
+        m_undrawn.merge(m_drawnEmpty);
+        m_drawnEmpty.clear();
+        if (m_stale || !m_undrawn.empty())
+            fillSoon();
+    }
     return TileSection::eventFilter(page, event);
 }
 
@@ -101,6 +105,7 @@ void OpenSection::sessionPostActivateForAsset(SessionEvent* event)
 void OpenSection::sessionClosed(SessionEvent* event)
 {
     m_undrawn.erase(event->assetSession());
+    m_drawnEmpty.erase(event->assetSession());
     if (const auto found = m_tiles.find(event->assetSession()); found != m_tiles.end()) {
         std::vector<Tile*> left = tiles();
         std::erase(left, found->second);
@@ -197,6 +202,8 @@ void OpenSection::drawNext()
     const auto& [session, tile] = *next;
     m_undrawn.erase(session);
     const std::string png = thumbnailOf(session->asset(), kPictureSide);
+    if (png.empty())
+        m_drawnEmpty.insert(session);
     tile->picture(pngFromBytes(png));
     ForeignPictures::drawn(*session->asset(), png);
     m_drawing = true;

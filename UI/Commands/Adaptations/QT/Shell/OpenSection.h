@@ -49,6 +49,8 @@ private:
 
     std::map<AssetSession*, Tile*> m_tiles;
     std::set<AssetSession*> m_undrawn; ///< Whose pictures are outdated.
+    /// While a document is still being opened, there is nothing to draw yet.
+    std::set<AssetSession*> m_drawnEmpty;
     bool m_filling = false;
     bool m_stale = false; ///< Filled when the page is shown.
     bool m_drawing = false;

@@ -150,6 +150,7 @@ TEST_F(HomeTest, AForeignFileStandsAmongTheRecentOnesWithItsPicture)
     answer(L"VuCommands.ManagementShellCmd");
     // It is rendered for the open document, and stored.
     ASSERT_TRUE(becomes([&] { return open().size() == 1; }));
+    EXPECT_TRUE(becomes([&] { return open()[0]->hasPicture(); }));
     const std::wstring pictures = FilePictures::folder();
     ASSERT_TRUE(becomes([&] { return lookAt(scratch(L"stand.stl"), pictures).picture.width() > 100; }));
     answer(L"Document.CloseAll");
