@@ -1,5 +1,7 @@
 #include "Server/Scene/Environment.h"
 
+#include "Server/Scene/Panorama.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -22,10 +24,17 @@ Colour mix(const Colour& a, const Colour& b, float t)
 
 Colour Environment::seen(const GkVector3d& direction, float blur) const
 {
+    if (panorama)
+        return panorama->mirrored(direction);
     const float height = float(direction.z);
     const Colour above = mix(horizon, zenith, std::pow(std::max(height, 0.0f), skyFall));
     const Colour below = mix(ground, nadir, std::pow(std::max(-height, 0.0f), groundFall));
     return mix(below, above, step(-haze - blur, haze + blur, height));
+}
+
+Colour Environment::scattered(const GkVector3d& direction) const
+{
+    return panorama ? panorama->scattered(direction) : seen(direction);
 }
 
 } // namespace Vs::Scene

@@ -4,13 +4,16 @@
 #include "Server/Geometry/GkVector3d.h"
 
 #include <array>
+#include <memory>
 #include <string>
 
 namespace Vs::Scene {
 
+class Panorama;
+
 /// What surrounds a model: it lights the bodies, is reflected in them, and is seen behind them as a dome.
-/// Made from a few numbers, not from pictures, so it costs nothing and has detail at any scale. All colours
-/// are linear. Directions are those of a scene whose up is z.
+/// Made from a few numbers, not from pictures, so it costs nothing and has detail at any scale; or from a
+/// panorama that the user has chosen. All colours are linear. Directions are those of a scene whose up is z.
 struct Environment
 {
     /// A light at infinity, which has a direction but no position.
@@ -33,14 +36,18 @@ struct Environment
     Colour plain; ///< The background without a dome.
     Colour line;  ///< Of edges seen against the background.
     Colour grid;
+    /// Null for most; the numbers above then tell what it looks like on average.
+    std::shared_ptr<const Panorama> panorama;
 
     /// Whether lines seen against the background must be light.
     bool isDark() const { return line.g > 0.3f; }
     /// The colour of the layout grid's lines, as visible on this environment's ground.
     const Colour& gridColor() const { return grid; }
     /// The linear colour seen in a direction of unit length, without the lamps. With a `blur` from 0 to 1 it
-    /// is averaged around the direction, as in a rough mirror.
+    /// is averaged around the direction, as in a rough mirror. A panorama includes its lamps.
     [[nodiscard]] Colour seen(const GkVector3d& direction, float blur = 0) const;
+    /// The same as light that a rough face scatters: without the lamps of a panorama.
+    [[nodiscard]] Colour scattered(const GkVector3d& direction) const;
 };
 
 } // namespace Vs::Scene

@@ -1,9 +1,16 @@
 #include "Server/Scene/EnvironmentManager.h"
 
+#include "Server/Base/Strings.h"
+#include "Server/Base/Warning.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
+#include "Server/Scene/Panorama.h"
+
+#include <boost/filesystem.hpp>
 
 #include <algorithm>
 #include <cmath>
+#include <cwctype>
+#include <string_view>
 
 namespace Vs::Scene {
 
@@ -129,6 +136,14 @@ std::vector<Environment> makeEnvironments()
 
 constexpr size_t kFallBack = 2; // PhotoBooth
 
+bool isFile(const std::wstring& id)
+{
+    constexpr std::wstring_view kSuffix = L".hdr";
+    return id.size() > kSuffix.size() &&
+           std::equal(kSuffix.rbegin(), kSuffix.rend(), id.rbegin(),
+                      [](wchar_t a, wchar_t b) { return a == wchar_t(std::towlower(wint_t(b))); });
+}
+
 } // namespace
 
 EnvironmentManager* EnvironmentManager::getEnvManager()
@@ -153,8 +168,34 @@ void EnvironmentManager::activeEnvironmentID(const std::wstring& id)
         GraphicsOptionGroup::get()->setValue(kOption, id);
 }
 
+std::wstring EnvironmentManager::read(const std::wstring& path)
+{
+    const std::wstring whole = boost::filesystem::absolute(path).wstring();
+    m_fromFiles.push_back(std::make_unique<const Environment>(environmentOf(whole, Panorama::read(whole))));
+    m_files[whole] = m_fromFiles.back().get();
+    return whole;
+}
+
+// What was chosen in an earlier run is read now; that it is gone is no reason to show nothing.
+const Environment& EnvironmentManager::fromFile(const std::wstring& path) const
+{
+    const auto found = m_files.find(path);
+    if (found != m_files.end())
+        return found->second ? *found->second : environments()[kFallBack];
+    try {
+        m_fromFiles.push_back(std::make_unique<const Environment>(environmentOf(path, Panorama::read(path))));
+        m_files[path] = m_fromFiles.back().get();
+    } catch (const std::exception& error) {
+        warn(Strings::widen(error.what()));
+        m_files[path] = nullptr;
+    }
+    return fromFile(path);
+}
+
 const Environment& EnvironmentManager::environment(const std::wstring& id) const
 {
+    if (isFile(id))
+        return fromFile(id);
     const std::vector<Environment>& all = environments();
     const std::wstring& wanted = id == L"SkyRoomPool" ? all.back().id : id;
     const auto found = std::find_if(all.begin(), all.end(),

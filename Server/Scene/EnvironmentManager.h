@@ -2,6 +2,8 @@
 
 #include "Server/Scene/Environment.h"
 
+#include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,15 +28,25 @@ public:
 
     const Environment& activeEnvironment() const { return environment(activeEnvironmentID()); }
     /// "DarkSky", "GreyRoom", "PhotoBooth", "TranquilityBlue", "InfinityPool" or "SkyRoom"; "SkyRoomPool" is
-    /// a synonym of the last. Any other id looks like "PhotoBooth".
+    /// a synonym of the last. The path of a .hdr file is that picture, which is read when it is first needed;
+    /// one that can't be read, and any other id, looks like "PhotoBooth". Environments live as long as the
+    /// program.
     [[nodiscard]] const Environment& environment(const std::wstring& id) const;
-    /// In the order in which they are named above.
+    /// Reads the picture, also if it was read before, and returns the id under which it is an environment.
+    /// Throws Vs::Exception, as Panorama::read.
+    std::wstring read(const std::wstring& path);
+    /// In the order in which they are named above, without files.
     const std::vector<Environment>& environments() const;
 
 private:
     EnvironmentManager();
 
+    const Environment& fromFile(const std::wstring& path) const;
+
     std::wstring m_usual;
+    /// By their paths; null for what can't be read. Older ones of a path stay, since pictures may show them.
+    mutable std::map<std::wstring, const Environment*> m_files;
+    mutable std::vector<std::unique_ptr<const Environment>> m_fromFiles;
 };
 
 } // namespace Vs::Scene

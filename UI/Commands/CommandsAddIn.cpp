@@ -26,6 +26,7 @@
 #include "UI/Commands/Camera/SetHomeViewCmd.h"
 #include "UI/Commands/Camera/StandardViewCmds.h"
 #include "UI/Commands/Camera/ViewCmdDefs.h"
+#include "UI/Commands/Camera/ViewEnvironmentFileCmd.h"
 #include "UI/Commands/Camera/ViewMenus.h"
 #include "UI/Commands/Camera/ZoomCmd.h"
 #include "UI/Commands/Cloud/CloudDocuments.h"
@@ -289,6 +290,7 @@ private:
     ViewLayoutGridCmdDef m_viewLayoutGridCmdDef;
     ViewAxisCrossCmdDef m_viewAxisCrossCmdDef;
     ViewScaleBarCmdDef m_viewScaleBarCmdDef;
+    ViewEnvironmentFileCmdDef m_viewEnvironmentFileCmdDef;
     AddNamedViewCmdDef m_addNamedViewCmdDef;
     RemoveNamedViewCmdDef m_removeNamedViewCmdDef;
     UpdateNamedViewCameraCmdDef m_updateNamedViewCameraCmdDef;

@@ -1,6 +1,7 @@
 #include "Server/Scene/Rendra/Background.h"
 
 #include "Server/Scene/Camera.h"
+#include "Server/Scene/Panorama.h"
 #include "Server/Scene/Rendra/CommonShaders.h"
 
 #include <algorithm>
@@ -30,8 +31,8 @@ void main()
 }
 )";
 
-/// With GLOW, light about the first lamp and the stars are added, which most skies do without. With QUICK,
-/// bands may be seen where the colour changes slowly.
+/// With PANORAMA, the table is one. With GLOW, light about the first lamp and the stars are added, which most
+/// skies do without. With QUICK, bands may be seen where the colour changes slowly.
 constexpr const char* kBackgroundFragment = R"(
 in vec2 ray;
 uniform float stars;
@@ -54,7 +55,15 @@ float star(vec3 d)
 void main()
 {
     vec3 d = toEnvironment * normalize(vec3(ray, -1.0));
+#ifdef PANORAMA
+    vec3 seen = textureLod(table, vec2(atan(d.x, d.y) / 6.2831853 + 0.5, acos(clamp(d.z, -1.0, 1.0)) / 3.1415927), 0.0).rgb;
+    seen *= 0.85;
+    // As bright parts of realistic faces.
+    seen = mix(seen, 0.6 + 0.4 * (1.0 - exp((0.6 - seen) / 0.4)), greaterThan(seen, vec3(0.6)));
+    seen = pow(seen, vec3(1.0 / 2.2));
+#else
     vec3 seen = texture(table, vec2(d.z * 0.5 + 0.5, 0.5)).rgb;
+#endif
 #ifdef GLOW
     if (d.z > 0.0) {
         float towards = max(dot(d, lampDirections[0]), 0.0);
@@ -87,22 +96,31 @@ bool Background::make(Program& program, const char* name, const char* kind, Vs::
 }
 
 // Few pictures need the other programs.
-const Program& Background::programFor(bool glowing, bool quick)
+const Program& Background::programFor(const Vs::Scene::Environment& environment, bool quick)
 {
-    Program& program = glowing ? m_glowing : m_quick;
-    if (!glowing && !quick)
+    struct Kind
+    {
+        Program& program;
+        bool& tried;
+        const char *name, *definition;
+    };
+    const bool glowing = environment.glow > 0 || environment.stars > 0;
+    if (!environment.panorama && !glowing && !quick)
         return m_program;
-    if (!std::exchange(glowing ? m_triedGlowing : m_triedQuick, true)) {
+    const Kind kind = environment.panorama
+                          ? Kind{m_panorama, m_triedPanorama, "panorama", "#define PANORAMA\n"}
+                      : glowing ? Kind{m_glowing, m_triedGlowing, "glowing background", "#define GLOW\n"}
+                                : Kind{m_quick, m_triedQuick, "quick background", "#define QUICK\n"};
+    if (!std::exchange(kind.tried, true)) {
         Vs::Status ignored;
-        make(program, glowing ? "glowing background" : "quick background",
-             glowing ? "#define GLOW\n" : "#define QUICK\n", ignored);
+        make(kind.program, kind.name, kind.definition, ignored);
     }
-    return program ? program : m_program;
+    return kind.program ? kind.program : m_program;
 }
 
 void Background::release()
 {
-    for (Program* program : {&m_program, &m_quick, &m_glowing})
+    for (Program* program : {&m_program, &m_quick, &m_glowing, &m_panorama})
         program->release();
     glDeleteVertexArrays(1, &m_noArray);
     glDeleteTextures(1, &m_table);
@@ -117,6 +135,15 @@ void Background::prepareTable(const Vs::Scene::Environment& environment)
     if (m_inTable == &environment)
         return;
     m_inTable = &environment;
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, environment.panorama ? GL_REPEAT : GL_CLAMP_TO_EDGE);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+    if (environment.panorama) {
+        const Vs::Scene::Panorama::Picture& picture = environment.panorama->picture();
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB16F, picture.width, picture.height, 0, GL_RGB, GL_FLOAT,
+                     picture.channels.data());
+        return;
+    }
     std::vector<float> colours;
     for (int i = 0; i < kElevations; ++i) {
         const double height = (i + 0.5) / kElevations * 2 - 1;
@@ -124,10 +151,7 @@ void Background::prepareTable(const Vs::Scene::Environment& environment)
         for (const float channel : {seen.r, seen.g, seen.b, 1.0f})
             colours.push_back(std::pow(channel, 1 / 2.2f));
     }
-    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA32F, kElevations, 1, 0, GL_RGBA, GL_FLOAT, colours.data());
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
 }
 
 void Background::draw(const RenderTarget& target, const Area& tile, const Vs::Scene::Projection& projection,
@@ -144,10 +168,11 @@ void Background::draw(const RenderTarget& target, const Area& tile, const Vs::Sc
     glDisable(GL_DEPTH_TEST);
     glDepthMask(GL_FALSE);
     prepareTable(environment);
-    const GLint filter = target.height > kUsualHeight ? GL_LINEAR : GL_NEAREST;
+    const bool fine = target.height > kUsualHeight || environment.panorama;
+    const GLint filter = fine ? GL_LINEAR : GL_NEAREST;
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, filter);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, filter);
-    const Program& program = programFor(environment.glow > 0 || environment.stars > 0, quick);
+    const Program& program = programFor(environment, quick);
     program.use();
     glUniform1i(program.uniform("table"), 0);
     light.set(program, EnvironmentLight::orientation(up) * projection.view().inverse());

@@ -20,11 +20,12 @@ public:
 private:
     void prepareTable(const Vs::Scene::Environment& environment);
     static bool make(Program& program, const char* name, const char* kind, Vs::Status& status);
-    const Program& programFor(bool glowing, bool quick);
+    const Program& programFor(const Vs::Scene::Environment& environment, bool quick);
 
-    Program m_program, m_quick, m_glowing;
-    bool m_triedQuick = false, m_triedGlowing = false;
-    /// The colour at each elevation, without the glow: a lookup takes a fraction of computing it.
+    Program m_program, m_quick, m_glowing, m_panorama;
+    bool m_triedQuick = false, m_triedGlowing = false, m_triedPanorama = false;
+    /// The colour at each elevation, without the glow: a lookup takes a fraction of computing it. Or the
+    /// environment's panorama.
     GLuint m_table = 0;
     const Vs::Scene::Environment* m_inTable = nullptr;
     GLuint m_noArray = 0; ///< A vertex array without attributes.

@@ -45,7 +45,7 @@ void EnvironmentLight::prepare(const Environment& environment)
             const double around = 2 * kPi * (step + 0.5) / kSteps;
             const double width = std::sqrt(1 - height * height);
             const GkVector3d direction(width * std::cos(around), width * std::sin(around), height);
-            const Colour seen = environment.seen(direction);
+            const Colour seen = environment.scattered(direction);
             double y[9];
             harmonics(direction, y);
             const double weight = 4 * kPi / (kBands * kSteps) * (height < 0 ? kGroundPart : 1);

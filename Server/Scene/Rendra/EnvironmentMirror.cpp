@@ -75,6 +75,8 @@ LightCube sharp(const Environment& environment)
                 const Vs::Colour around = environment.seen(at(0.5, 0.5));
                 LightCube::Colour& texel = cube.at(face, x, y);
                 texel = {around.r, around.g, around.b};
+                if (environment.panorama)
+                    continue;
                 for (const SoftBox& box : boxes) {
                     // Small boxes have few texels, whose parts count.
                     double cover = 0;

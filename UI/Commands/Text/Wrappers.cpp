@@ -9,6 +9,7 @@
 #include "UI/Commands/ActiveCommandCmds.h"
 #include "UI/Commands/Camera/OrbiconCmds.h"
 #include "UI/Commands/Camera/ViewCmdDefs.h"
+#include "UI/Commands/Camera/ViewEnvironmentFileCmd.h"
 #include "UI/Commands/Cloud/CloudOpenDocumentCmd.h"
 #include "UI/Commands/Cloud/CloudSaveAsCmd.h"
 #include "UI/Commands/Cloud/CloudSaveCmd.h"
@@ -259,6 +260,7 @@ constexpr WrapperRow kWrappers[] = {
     {kArea, L"ViewColorCyclingCmd", L"View color cycling.", "", &ViewColorCyclingCmdDef::info, cmdId},
     {kArea, L"ViewLayoutGridOnCmd", L"View layout grid.", "", &ViewLayoutGridOnCmdDef::info, cmdId},
     {kArea, L"ViewAxisCrossCmd", L"View axis cross.", "", &ViewAxisCrossCmdDef::info, cmdId},
+    {kArea, L"ViewEnvironmentFileCmd", L"<filename> Light the model by a panorama (.hdr).", "%s", &ViewEnvironmentFileCmdDef::info, firstPath},
     {kArea, L"ViewScaleBarCmd", L"View scale bar.", "", &ViewScaleBarCmdDef::info, cmdId},
     {kArea, L"ShowOrbiconCmd", L"Show Orbicon.", "", &ShowOrbiconCmdDef::info},
     {kArea, L"HideOrbiconCmd", L"Hide Orbicon.", "", &HideOrbiconCmdDef::info},

@@ -222,6 +222,7 @@ const Session kSessions[] = {
     {L"ViewLayoutGridCommand",         kModel + L"Commands.Start ViewLayoutGridCommand CmdId=ViewLayoutGridOffCommand"},
     {L"ViewGridRefNumeralsCommand",    kModel + L"Commands.Start ViewGridRefNumeralsCommand CmdId=ViewGridNumeralsOffCommand"},
     {L"ViewAxisCrossCommand",          kModel + L"VuCommands.ViewAxisCrossCmd ViewAxisCrossOnCommand"},
+    {L"ViewEnvironmentFileCommand",    kModel + L"VuCommands.ViewEnvironmentFileCmd {given}/grey.hdr"},
     {L"ViewScaleBarCommand",           kModel + L"VuCommands.ViewScaleBarCmd ViewScaleBarOnCommand"},
     {L"ShowOrbiconCommand",            kModel + L"VuCommands.HideOrbiconCmd;VuCommands.ShowOrbiconCmd"},
     {L"HideOrbiconCommand",            kModel + L"VuCommands.HideOrbiconCmd"},
@@ -454,6 +455,10 @@ protected:
         emptyScratch(L"given");
         write(given() + L"/boxes.py", "import Design\nDesign.New()\nDesign.Box(1, 2, 3)\n");
         write(given() + L"/boxes.txt", "Design.New\nDesign.Box 3 2 1\n");
+        std::string panorama = "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 2 +X 4\n";
+        for (int pixel = 0; pixel < 8; ++pixel)
+            panorama += "\x80\x80\x80\x81";
+        write(given() + L"/grey.hdr", panorama);
     }
     void TearDown() override
     {
