@@ -9,7 +9,9 @@
 #include "UI/Base/View/GraphicsView.h"
 #include "UI/Commands/Documents/ImageOptions.h"
 
+#include <QFile>
 #include <QImage>
+#include <QStandardPaths>
 
 #include <boost/filesystem/operations.hpp>
 
@@ -199,6 +201,52 @@ TEST_F(ImageTest, TheGroundAndTheGridAreLeftOutAndStayOnTheScreen)
                     ->groundPlaneEnabled());
     EXPECT_TRUE(options->showLayoutGrid());
     options->reset();
+}
+
+TEST_F(ImageTest, ATurntableGoesOnceAroundTheModelAndLeavesTheCameraWhereItWas)
+{
+    answer(L"Design.New");
+    answer(L"Design.Box 60 20 30");
+    answer(L"Commands.Start RightViewCommand");
+    const std::wstring before = answer(L"Camera.Dump");
+    const std::wstring name = scratch(L"turn.png");
+    EXPECT_EQ(answer(L"Camera.Turntable " + name + L" 4 160x120 /Transparent"), L"Drew 4 pictures.");
+    EXPECT_EQ(answer(L"Camera.Dump"), before);
+    const auto width = [&](int number) {
+        const QImage picture = image(scratch(L"turn-000" + std::to_wstring(number) + L".png"));
+        EXPECT_EQ(picture.size(), QSize(160, 120));
+        int left = picture.width(), right = -1;
+        for (int x = 0; x < picture.width(); ++x)
+            if (qAlpha(picture.pixel(x, 60)) > 127) {
+                left = std::min(left, x);
+                right = x;
+            }
+        EXPECT_NEAR(left + right, 159, 6) << "it stays in the middle";
+        return right - left + 1;
+    };
+    const int narrow = width(1), wide = width(2);
+    EXPECT_GT(wide, narrow * 2) << "a quarter turn shows the long side";
+    EXPECT_NEAR(width(3), narrow, 2);
+    EXPECT_NEAR(width(4), wide, 2);
+    EXPECT_TRUE(image(scratch(L"turn-0005.png")).isNull());
+
+    const auto refuses = [&](const std::wstring& line, const wchar_t* cause) {
+        EXPECT_NE(failure(L"Camera.Turntable " + line).find(cause), std::wstring::npos);
+    };
+    refuses(scratch(L"turn.bmp"), L"must end in");
+    refuses(scratch(L"none/turn.png"), L"no folder");
+    refuses(name + L" 0", L"number of pictures");
+    refuses(name + L" 4 99999x10", L"number of pictures");
+    // Where there is no ffmpeg, the answer says so; where there is, there is a film.
+    const std::wstring film = scratch(L"turn.mp4");
+    const auto isThere = [&] { return QFile::exists(QString::fromStdWString(film)); };
+    if (QStandardPaths::findExecutable("ffmpeg").isEmpty()) {
+        refuses(film + L" 2 64x64", L"needs the program ffmpeg");
+        EXPECT_FALSE(isThere());
+    } else {
+        answer(L"Camera.Turntable " + film + L" 5 65x63");
+        EXPECT_TRUE(isThere());
+    }
 }
 
 TEST_F(ImageTest, AboveTheLimitEdgesAreNotSmoothedWhateverIsWished)

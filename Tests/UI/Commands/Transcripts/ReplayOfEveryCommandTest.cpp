@@ -287,6 +287,7 @@ const Session kSessions[] = {
     {L"Camera.Set",                    kModel + L"Camera.Set 100.125,-200,300 1,2,3 0,0.6,0.8 0.1 54321.75 33.3 44.4 1"},
     {L"Camera.ZoomIn",                 kModel + L"Camera.ZoomIn 1.7"},
     {L"Camera.ZoomOut",                kModel + L"Camera.ZoomOut"},
+    {L"Camera.Turntable",              kModel + L"Camera.Turntable {}/t.png 2 32x32", L"Turntable"},
     {L"NamedView.AddNamedView",        kModel + L"NamedView.AddNamedView", L"AddNamedView"},
     {L"NamedView.RemoveNamedView",     kModel + L"NamedView.AddNamedView;NamedView.RemoveNamedView NamedView", L"RemoveNamedView"},
     {L"NamedView.UpdateNamedViewCamera", kModel + L"NamedView.AddNamedView;Camera.ZoomIn 2;NamedView.UpdateNamedViewCamera NamedView", L"UpdateNamedViewCamera"},
