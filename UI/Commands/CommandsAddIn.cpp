@@ -46,6 +46,7 @@
 #include "UI/Commands/Documents/RecentDocumentsCmd.h"
 #include "UI/Commands/Documents/SaveAsImageCmd.h"
 #include "UI/Commands/Documents/SaveDocumentCmd.h"
+#include "UI/Commands/Documents/SaveDrawingCmd.h"
 #include "UI/Commands/Documents/TabCmds.h"
 #include "UI/Commands/ExitApplicationCmd.h"
 #include "UI/Commands/Help/AboutBoxCmd.h"
@@ -291,6 +292,7 @@ private:
     ViewAxisCrossCmdDef m_viewAxisCrossCmdDef;
     ViewScaleBarCmdDef m_viewScaleBarCmdDef;
     ViewEnvironmentFileCmdDef m_viewEnvironmentFileCmdDef;
+    SaveDrawingCmdDef m_saveDrawingCmdDef;
     AddNamedViewCmdDef m_addNamedViewCmdDef;
     RemoveNamedViewCmdDef m_removeNamedViewCmdDef;
     UpdateNamedViewCameraCmdDef m_updateNamedViewCameraCmdDef;

@@ -8,6 +8,7 @@
 #include "Server/DataModel/Kernel/EditPlaces.h"
 #include "Server/DataModel/Kernel/EditSolids.h"
 #include "Server/DataModel/Kernel/Guarded.h"
+#include "Server/DataModel/Kernel/HiddenLines.h"
 #include "Server/DataModel/Kernel/LongWork.h"
 #include "Server/DataModel/Kernel/Measure.h"
 #include "Server/DataModel/Kernel/MeasureParts.h"
@@ -102,6 +103,27 @@ std::vector<std::string> EditableModel::paste(ModelKernel& source, const std::ve
             other->transaction().withoutRemoved(work);
         return added;
     });
+}
+
+LineDrawing EditableModel::lines(const std::vector<MeasuredShape>& bodies, const GkVector3d& direction,
+                                 const GkVector3d& up, bool hidden)
+{
+    struct Work
+    {
+        std::vector<TopoDS_Shape> shapes;
+        LineDrawing drawing;
+    };
+    const auto drawing = guarded([&] { return std::make_shared<Work>(Work{placedBodies(bodies), {}}); });
+    const LongWorkEnd end = runLongWork(
+        ProgressText::drawing(), [drawing, direction, up, hidden](const Handle(Message_ProgressIndicator)&) {
+            drawing->drawing = guarded([&] { return hiddenLines(drawing->shapes, direction, up, hidden); });
+        });
+    if (end.abandoned)
+        keepForever(drawing);
+    if (end.fault)
+        throw std::runtime_error(
+            Strings::narrow(ProgressText::stoppedDrawing(*end.fault == EditFault::Cancelled)));
+    return drawing->drawing;
 }
 
 ShapeAnswer EditableModel::distance(const TopoDS_Shape& first, const TopoDS_Shape& second)

@@ -13,6 +13,8 @@ class EditableModel : public XdeModel
 public:
     using XdeModel::XdeModel;
     std::vector<std::string> edit(const ModelEdit& edit) override;
+    LineDrawing lines(const std::vector<MeasuredShape>& bodies, const GkVector3d& direction,
+                      const GkVector3d& up, bool hidden) override;
     std::vector<std::string> paste(ModelKernel& source, const std::vector<std::string>& components) override;
     std::shared_ptr<const PartSuccessors> successors(uint64_t before, uint64_t after) override;
     std::unique_ptr<ModelChange> commit() override;

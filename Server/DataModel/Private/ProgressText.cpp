@@ -47,6 +47,24 @@ std::wstring measuring()
     return DataModel::localized("ProgressMeasuring", "Measuring");
 }
 
+std::wstring drawing()
+{
+    return DataModel::localized("ProgressDrawing", "Finding the visible lines");
+}
+
+std::wstring stoppedDrawing(bool cancelled)
+{
+    return cancelled ? DataModel::localized("DrawingCancelled", "The drawing was cancelled.")
+                     : DataModel::localized("DrawingFailed",
+                                            "The geometry kernel could not find the visible lines of this "
+                                            "model. Hide what the drawing need not show, and try again.");
+}
+
+std::wstring nothingToDraw()
+{
+    return DataModel::localized("DrawingEmpty", "Nothing that has an exact shape is visible.");
+}
+
 std::wstring stoppedMeasuring(bool cancelled)
 {
     return cancelled ? DataModel::localized("MeasureCancelled", "it was cancelled.")

@@ -207,7 +207,7 @@ TEST_F(ImageTest, ATurntableGoesOnceAroundTheModelAndLeavesTheCameraWhereItWas)
 {
     answer(L"Design.New");
     answer(L"Design.Box 60 20 30");
-    answer(L"Commands.Start RightViewCommand");
+    answer(L"Camera.Set 400,10,15 30,10,15 0,0,1 1 10000 160 120 1");
     const std::wstring before = answer(L"Camera.Dump");
     const std::wstring name = scratch(L"turn.png");
     EXPECT_EQ(answer(L"Camera.Turntable " + name + L" 4 160x120 /Transparent"), L"Drew 4 pictures.");

@@ -82,6 +82,7 @@ const Session kSessions[] = {
     {L"VeloraExportCommand",           kModel + L"Design.Export {}/f.stl 5,0.01 /Combine"},
     {L"SaveAsImageCommand",            kModel + L"Commands.Start SaveAsImageCommand Path={}/g.png Width=64 Height=48"},
     {L"ShareSheetsCommand",            kModel + L"Commands.Start ShareSheetsCommand CmdId=ShareInFolderCommand Path={}/p.png"},
+    {L"SaveDrawingCommand",            kModel + L"Commands.Start SaveDrawingCommand Path={}/g.svg Scale=1:2 Hidden=1"},
     {L"CloseDocumentCommand",          kTwo + L"!VuCommands.CloseDocumentCmd"},
     {L"CloseAllDocumentsCommand",      kTwo + L"!VuCommands.CloseAllDocumentsCmd"},
     {L"CurrentlyOpenDocumentsCommand", kTwo + L"VuCommands.CurrentlyOpenDocumentsCmd"},

@@ -1,0 +1,137 @@
+// Drawings of a model at scale, as files.
+
+#include "Tests/UI/Commands/CommandsProgram.h"
+#include "UI/Commands/Documents/DrawingPage.h"
+
+#include <QFile>
+#include <QPointF>
+#include <QXmlStreamReader>
+
+#include <cmath>
+
+namespace {
+
+using Vu::Commands::drawingPage;
+using Vu::Commands::readScale;
+using Vu::Commands::scaleText;
+
+TEST(DrawingPageTest, ScalesAreReadAndWrittenAsPeopleDo)
+{
+    EXPECT_EQ(readScale(L"1:2"), 0.5);
+    EXPECT_EQ(readScale(L"5:1"), 5);
+    EXPECT_EQ(readScale(L"0.25"), 0.25);
+    for (const wchar_t* none : {L"", L"1:0", L"0:1", L"-1:2", L"1:2:3", L"large", L"1:1e999"})
+        EXPECT_EQ(readScale(none), std::nullopt) << none;
+    EXPECT_EQ(scaleText(0.5), L"1:2");
+    EXPECT_EQ(scaleText(10), L"10:1");
+    EXPECT_EQ(scaleText(0.4), L"1:2.5");
+}
+
+TEST(DrawingPageTest, TheSheetFitsTheScaleOrTheScaleTheSheet)
+{
+    const Vs::LineDrawing drawing{{{false, false, {{-100, 0}, {500, 0}, {500, 40}}}}};
+    const auto usual = drawingPage(drawing, {L"Beam", L"2026-01-31"}, std::nullopt);
+    ASSERT_TRUE(usual);
+    EXPECT_EQ(usual->width, 297);
+    const auto lengthOf = [](const Vu::VectorPage& page) {
+        return page.lines[0].points[1].x - page.lines[0].points[0].x;
+    };
+    EXPECT_NEAR(lengthOf(*usual), 120, 1e-9) << "600 at 1:5, since 1:2 has no room";
+    const auto large = drawingPage(drawing, {L"Beam", L""}, 1.0);
+    ASSERT_TRUE(large);
+    EXPECT_EQ(large->width, 841);
+    EXPECT_NEAR(lengthOf(*large), 600, 1e-9);
+    EXPECT_LT(large->lines[0].points[2].y, large->lines[0].points[1].y) << "up is up";
+    EXPECT_FALSE(drawingPage(drawing, {}, 10.0)) << "not even A0 has room";
+    EXPECT_FALSE(drawingPage({}, {}, 1.0)) << "there is nothing";
+}
+
+class DrawingTest : public CommandsTests::WithProgram
+{
+protected:
+    /// The polylines of a written drawing, in millimetres, with whether they are dashed; and its texts.
+    struct Written
+    {
+        std::vector<std::pair<std::vector<QPointF>, bool>> lines;
+        QStringList texts;
+        QString width;
+    };
+    static Written read(const std::wstring& path)
+    {
+        Written written;
+        QFile file(QString::fromStdWString(path));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        QXmlStreamReader xml(&file);
+        bool dashed = false;
+        while (!xml.atEnd()) {
+            if (xml.readNext() != QXmlStreamReader::StartElement)
+                continue;
+            if (xml.name() == u"svg")
+                written.width = xml.attributes().value("width").toString();
+            else if (xml.name() == u"g")
+                dashed = xml.attributes().value("stroke-dasharray").contains(u',');
+            else if (xml.name() == u"text")
+                written.texts << xml.readElementText().trimmed();
+            else if (xml.name() == u"polyline") {
+                std::vector<QPointF> points;
+                for (const QString& point :
+                     xml.attributes().value("points").toString().split(' ', Qt::SkipEmptyParts)) {
+                    const QStringList numbers = point.split(',');
+                    points.emplace_back(numbers.value(0).toDouble() / 100, numbers.value(1).toDouble() / 100);
+                }
+                written.lines.emplace_back(points, dashed);
+            }
+        }
+        EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
+        return written;
+    }
+    /// Lines of about that length.
+    static int count(const Written& written, double length, bool dashed)
+    {
+        return int(std::ranges::count_if(written.lines, [&](const auto& line) {
+            double sum = 0;
+            for (size_t i = 1; i < line.first.size(); ++i)
+                sum += std::hypot(line.first[i].x() - line.first[i - 1].x(),
+                                  line.first[i].y() - line.first[i - 1].y());
+            return line.second == dashed && std::abs(sum - length) < 0.1;
+        }));
+    }
+};
+
+TEST_F(DrawingTest, ABoxBehindAnotherShowsNothingUnlessHiddenLinesAreWanted)
+{
+    answer(L"Design.New");
+    answer(L"Design.Box 60 20 30");
+    answer(L"Design.Box 8 20 8 20,40,10");
+    answer(L"Camera.Set 30,-400,15 30,10,15 0,0,1 1 10000 160 120 1"); // from the front
+    const std::wstring path = scratch(L"front.svg");
+    answer(L"Commands.Start SaveDrawingCommand Path=" + path + L" Scale=2:1");
+    const Written plain = read(path);
+    EXPECT_EQ(plain.width, "297mm");
+    EXPECT_EQ(count(plain, 120, false), 2) << "60 at twice the size, above and below";
+    EXPECT_EQ(count(plain, 60, false), 2);
+    EXPECT_EQ(count(plain, 16, false), 0);
+    for (const char* text : {"2:1", "mm", "A4"})
+        EXPECT_TRUE(plain.texts.contains(text)) << text;
+    answer(L"Commands.Start SaveDrawingCommand Path=" + path + L" Scale=2:1 Hidden=1");
+    const Written all = read(path);
+    EXPECT_GE(count(all, 16, true), 4) << "the other one, dashed";
+    EXPECT_EQ(count(all, 120, false), 2);
+
+    const std::wstring pdf = scratch(L"front.pdf");
+    answer(L"Commands.Start SaveDrawingCommand Path=" + pdf);
+    QFile file(QString::fromStdWString(pdf));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().startsWith("%PDF-"));
+
+    const auto refuses = [&](const std::wstring& arguments, const wchar_t* cause) {
+        EXPECT_NE(failure(L"Commands.Start SaveDrawingCommand Path=" + path + arguments).find(cause),
+                  std::wstring::npos);
+    };
+    refuses(L" Scale=large", L"is not a scale");
+    refuses(L" Scale=1000:1", L"doesn't fit");
+    answer(L"Design.New");
+    refuses(L"", L"exact shape");
+}
+
+} // namespace
