@@ -25,6 +25,8 @@
 #include "UI/Base/View/ViewMgr.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cmath>
 #include <utility>
 
 namespace Vu {
@@ -36,7 +38,7 @@ using Vs::Scene::Camera;
 constexpr size_t kPathsOfLine = 500;
 
 /// The camera that the lines of the area Camera set.
-const Camera* activeCamera()
+Camera* activeCamera()
 {
     AssetSession* session = SessionMgr::get()->activeAssetSession();
     ViewMgr* views = session ? session->viewManager() : nullptr;
@@ -47,6 +49,12 @@ const Camera* activeCamera()
 }
 
 using CameraState = StateRecorder::CameraState;
+
+/// In a CameraState.
+constexpr size_t kNear = 9;
+constexpr size_t kFar = 10;
+constexpr size_t kWidth = 11;
+constexpr size_t kHeight = 12;
 
 /// Writes the line that restores the camera.
 class CameraTrigger : public Vs::TranscriptTrigger
@@ -68,6 +76,24 @@ public:
 private:
     const CameraState& m_state;
 };
+
+/// To the last digit that `size` has where it is written with so many.
+double rounded(double value, double size)
+{
+    constexpr int kDigits = 10;
+    constexpr int kMostDecimals = 15;
+    if (!(size > 0) || !std::isfinite(size) || !std::isfinite(value))
+        return value;
+    const int decimals = kDigits - 1 - static_cast<int>(std::floor(std::log10(size)));
+    if (decimals < 0 || decimals > kMostDecimals)
+        return value;
+    // The number of which that is the text, as a replay reads it.
+    std::array<char, 400> text{};
+    const auto end = std::to_chars(text.begin(), text.end(), value, std::chars_format::fixed, decimals);
+    double read = value;
+    std::from_chars(text.data(), end.ptr, read);
+    return read + 0.0; // Never -0.
+}
 
 /// Of the open documents, in their order.
 std::vector<boost::uuids::uuid> identifiers()
@@ -146,6 +172,28 @@ StateRecorder::CameraState StateRecorder::stateOf(const Camera& camera)
             double(camera.projection())};
 }
 
+void StateRecorder::writeWhereIs(Camera& camera)
+{
+    // Digits beyond those that anybody sees differ from one recording to the next. The camera itself gives
+    // them up, so that the line says exactly where it is.
+    const CameraState state = stateOf(camera);
+    const double size =
+        std::max({(camera.position() - camera.target()).length(), state[kWidth], state[kHeight]});
+    const auto point = [&](size_t first, double of) {
+        return GkPoint3d(rounded(state[first], of), rounded(state[first + 1], of),
+                         rounded(state[first + 2], of));
+    };
+    camera.position(point(0, size));
+    camera.target(point(3, size));
+    camera.up(point(6, 1).asVector());
+    camera.clipNear(rounded(state[kNear], size));
+    camera.clipFar(rounded(state[kFar], size));
+    camera.extentsWidth(rounded(state[kWidth], size));
+    camera.extentsHeight(rounded(state[kHeight], size));
+    m_camera = stateOf(camera);
+    CameraTrigger(*m_camera).writeTranscriptEntry();
+}
+
 void StateRecorder::begin()
 {
     m_documents = identifiers();
@@ -212,10 +260,8 @@ void StateRecorder::writeBeginning()
     }
     if (!isWhole || !session)
         return;
-    if (const Camera* camera = activeCamera(); camera && !TransitionMgr::get()->playing()) {
-        m_camera = stateOf(*camera);
-        CameraTrigger(*m_camera).writeTranscriptEntry();
-    }
+    if (Camera* camera = activeCamera(); camera && !TransitionMgr::get()->playing())
+        writeWhereIs(*camera);
     m_selectionDiffers = !session->selectionManager()->selectionSet().selections().empty();
 }
 
@@ -241,7 +287,7 @@ void StateRecorder::accept()
         m_camera = stateOf(*camera);
 }
 
-void StateRecorder::cameraMoved(const Camera* camera)
+void StateRecorder::cameraMoved(Camera* camera)
 {
     if (!recording() || camera != activeCamera())
         return;
@@ -251,35 +297,39 @@ void StateRecorder::cameraMoved(const Camera* camera)
     }
     writeBeginning();
     writeActiveView();
-    m_camera = stateOf(*camera);
-    CameraTrigger(*m_camera).writeTranscriptEntry();
+    writeWhereIs(*camera);
 }
 
 void StateRecorder::writeCamera()
 {
     if (!recording())
         return;
-    const Camera* camera = activeCamera();
+    Camera* camera = activeCamera();
     if (!camera || TransitionMgr::get()->playing())
         return;
     const CameraState now = stateOf(*camera);
     if (m_camera && *m_camera != now)
-        CameraTrigger(now).writeTranscriptEntry();
-    m_camera = now;
+        writeWhereIs(*camera);
+    else
+        m_camera = now;
 }
 
 void StateRecorder::writeFitted()
 {
     const std::optional<CameraState> goal = std::exchange(m_goal, std::nullopt);
-    const Camera* camera = recording() ? activeCamera() : nullptr;
+    Camera* camera = recording() ? activeCamera() : nullptr;
     if (!camera || camera->fitRevision() <= m_begun || camera->fitRevision() == m_fits[camera])
         return;
     const bool glides = TransitionMgr::get()->playing();
     if (glides && !goal)
         return;
     m_fits[camera] = camera->fitRevision();
-    m_camera = glides ? *goal : stateOf(*camera);
-    CameraTrigger(*m_camera).writeTranscriptEntry();
+    if (glides) {
+        m_camera = *goal;
+        CameraTrigger(*m_camera).writeTranscriptEntry();
+    } else {
+        writeWhereIs(*camera);
+    }
 }
 
 void StateRecorder::writeSelection()

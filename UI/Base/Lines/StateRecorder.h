@@ -40,13 +40,15 @@ public:
     /// Takes the current state as what the lines written so far produce.
     void accept();
     /// The camera was moved by hand or by a command, and may still be gliding there.
-    void cameraMoved(const Vs::Scene::Camera* camera);
+    void cameraMoved(Vs::Scene::Camera* camera);
 
     /// Everything that a line sets of a camera: position, target, up, clip planes, extents and projection.
     using CameraState = std::array<double, 14>;
 
 private:
     static CameraState stateOf(const Vs::Scene::Camera& camera);
+    /// Writes the line, once the camera has no more digits than a person has use for.
+    void writeWhereIs(Vs::Scene::Camera& camera);
     /// Writes which of several split views is active, if that has changed.
     void writeActiveView();
 
