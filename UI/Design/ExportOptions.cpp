@@ -6,6 +6,7 @@
 #include "Server/Body/Body.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
+#include "Server/DataModel/Selection/SelectedPaths.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Types/LengthUnit.h"
 #include "UI/Base/Command/CommandContext.h"
@@ -197,9 +198,8 @@ std::vector<std::string> selectedComponents()
 {
     std::vector<std::string> ids;
     if (Vs::SelectionMgr* manager = ActiveAssetUtils::selectionManager())
-        for (const auto& selection : manager->selectionSet().selections())
-            if (const auto* object = Vs::cast<Vs::LogicalSelection>(selection.get()))
-                ids.push_back(object->componentId());
+        for (const Vs::ObjectPath& path : Vs::pathsIn(manager->selectionSet()))
+            ids.push_back(path.component);
     return ids;
 }
 

@@ -2,7 +2,7 @@
 
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Edit/SeparateRequest.h"
-#include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/DataModel/Selection/SelectedPaths.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "UI/Base/Command/CommandGroup.h"
 #include "UI/Base/Command/SimpleCommand.h"
@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <sstream>
 
 namespace Vu::Design {
 namespace {
@@ -22,11 +21,7 @@ using Paths = std::vector<Vs::ObjectPath>;
 
 Paths selectedPaths(const AssetSession& session)
 {
-    Paths paths;
-    for (const auto& selection : session.selectionManager()->selectionSet().selections())
-        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
-            paths.push_back(logical->path());
-    return paths;
+    return Vs::pathsIn(session.selectionManager()->selectionSet());
 }
 
 class SeparateCmd : public Vs::Implements<SeparateCmd, SimpleCommand>
@@ -55,14 +50,7 @@ private:
     Paths readPaths(const Vs::Asset& asset, Vs::Status& status) const
     {
         const std::wstring named = commandContext()->argumentAsString(SeparateCmdDef::objectsArgumentName());
-        if (named.empty())
-            return selectedPaths(*assetSession());
-        Paths paths;
-        std::wistringstream lines(named);
-        for (std::wstring line; std::getline(lines, line);)
-            if (const auto path = Vs::findPath(asset, line, status))
-                paths.push_back(*path);
-        return paths;
+        return named.empty() ? selectedPaths(*assetSession()) : pathsOfList(named, asset, status);
     }
 };
 

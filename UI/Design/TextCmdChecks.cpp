@@ -9,6 +9,7 @@
 #include "Server/DataModel/Measure/MeasureMgr.h"
 #include "Server/DataModel/ModelDigest.h"
 #include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/DataModel/Selection/SelectedPaths.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
@@ -62,10 +63,7 @@ Values valuesOf(Vs::Asset& asset, const TextCommandParameters& parameters)
 std::wstring selectionText(const Vs::Asset& asset)
 {
     const AssetSession* session = SessionMgr::get()->activeAssetSession();
-    std::vector<std::wstring> paths;
-    for (const auto& selection : session->selectionManager()->selectionSet().selections())
-        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
-            paths.push_back(Vs::pathText(logical->path(), asset));
+    std::vector<std::wstring> paths = Vs::pathTextsIn(session->selectionManager()->selectionSet(), asset);
     // The order is that of the clicks, which doesn't matter.
     std::sort(paths.begin(), paths.end());
     return boost::algorithm::join(paths, L" ");

@@ -2,7 +2,7 @@
 
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
-#include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/DataModel/Selection/SelectedPaths.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/DataModel/Selection/VisibilityRequest.h"
 #include "UI/Base/Command/CommandGroup.h"
@@ -12,10 +12,10 @@
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Design/CommandRow.h"
 #include "UI/Design/Localized.h"
+#include "UI/Design/ParametersAsList.h"
 
 #include <algorithm>
 #include <memory>
-#include <sstream>
 
 namespace Vu::Design {
 namespace {
@@ -31,11 +31,9 @@ constexpr CommandRow kToggle  = {.key = L"ToggleVisibilityCommand", .title = "Sh
 // clang-format on
 Paths selectedPaths(AssetSession& session)
 {
-    Paths paths;
-    for (const auto& selection : session.selectionManager()->selectionSet().selections())
-        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get());
-            logical && session.asset()->findComponent(logical->componentId()))
-            paths.push_back(logical->path());
+    Paths paths = Vs::pathsIn(session.selectionManager()->selectionSet());
+    std::erase_if(
+        paths, [&](const Vs::ObjectPath& path) { return !session.asset()->findComponent(path.component); });
     return paths;
 }
 
@@ -129,20 +127,14 @@ private:
 
     Paths readPaths(const Vs::Asset& asset, Vs::Status& status) const
     {
-        Paths paths;
         if (m_kind == Kind::ShowAll) {
+            Paths paths;
             addHidden(*asset.components(), paths);
             return paths;
         }
         const std::wstring named =
             commandContext()->argumentAsString(VisibilityCmdDef::objectsArgumentName());
-        if (named.empty())
-            return selectedPaths(*assetSession());
-        std::wistringstream lines(named);
-        for (std::wstring line; std::getline(lines, line);)
-            if (const auto path = Vs::findPath(asset, line, status))
-                paths.push_back(*path);
-        return paths;
+        return named.empty() ? selectedPaths(*assetSession()) : pathsOfList(named, asset, status);
     }
 
     Kind m_kind;

@@ -10,6 +10,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/DataModel/Selection/SelectedPaths.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
@@ -168,9 +169,8 @@ TextCommandResult selection(const TextCommandParameters&)
 {
     const Vs::Asset& asset = activeAsset();
     QJsonArray paths;
-    for (const auto& selected : selectionSet().selections())
-        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selected.get()))
-            paths.append(json(Vs::pathText(logical->path(), asset)));
+    for (const std::wstring& path : Vs::pathTextsIn(selectionSet(), asset))
+        paths.append(json(path));
     return answer(QJsonDocument(paths));
 }
 

@@ -4,12 +4,15 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"
 #include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/DataModel/Selection/SelectedPaths.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
+
+#include <boost/algorithm/string/join.hpp>
 
 namespace Vu {
 namespace {
@@ -64,15 +67,6 @@ constexpr SelectionRow kClear  = {L"Clear",  L"Selects nothing", &clear};
 constexpr SelectionRow kList   = {L"List",   L"Lists the paths of what is selected", &list, true};
 // clang-format on
 
-std::wstring listOf(const Vs::Asset& asset, const Vs::SelectionSet& selected)
-{
-    std::wstring paths;
-    for (const auto& selection : selected.selections())
-        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
-            paths += (paths.empty() ? L"" : L"\n") + Vs::pathText(logical->path(), asset);
-    return paths;
-}
-
 template <const SelectionRow& kRow>
 class TextCmdSelection : public Vs::PythonEntry<TextCmdSelection<kRow>, Vs::TextCommand>
 {
@@ -101,7 +95,9 @@ public:
         }
         Vs::SelectionSet& selected = session->selectionManager()->selectionSet();
         kRow.change(selected, named);
-        return {0, kRow.tells ? listOf(*session->asset(), selected) : std::wstring()};
+        if (!kRow.tells)
+            return {0, {}};
+        return {0, boost::algorithm::join(Vs::pathTextsIn(selected, *session->asset()), L"\n")};
     }
 };
 

@@ -7,7 +7,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
-#include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/DataModel/Selection/SelectedPaths.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/ViewFragment.h"
@@ -338,16 +338,13 @@ void StateRecorder::writeSelection()
         return;
     m_selectionDiffers = false;
     const Vs::SelectionSet& selected = m_session->selectionManager()->selectionSet();
-    std::vector<std::wstring> paths;
-    for (const auto& selection : selected.selections())
-        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
-            paths.push_back(Vs::Strings::quote(Vs::pathText(logical->path(), *m_session->asset())));
+    const std::vector<std::wstring> paths = Vs::pathTextsIn(selected, *m_session->asset());
     if (paths.empty())
         Vs::writeTranscriptLine(L"Selection.Clear");
     for (size_t i = 0; i < paths.size(); i += kPathsOfLine) {
         std::wstring line = i == 0 ? L"Selection.Select" : L"Selection.Add";
         for (size_t k = i; k < std::min(i + kPathsOfLine, paths.size()); ++k)
-            line += L' ' + paths[k];
+            line += L' ' + Vs::Strings::quote(paths[k]);
         Vs::writeTranscriptLine(line);
     }
 }

@@ -1,6 +1,6 @@
 #include "UI/Base/Window/PropertyEdits.h"
 
-#include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/DataModel/Selection/SelectedPaths.h"
 #include "Server/DataModel/Selection/SelectionSet.h"
 #include "Server/Types/Units/UnitDisplaySettings.h"
 #include "UI/Base/Command/ColourCommandInput.h"
@@ -24,14 +24,10 @@ constexpr const char* kCommit = "Commit";
 /// The selection as an editing command's input takes it.
 std::wstring selectedObjects()
 {
-    std::vector<std::wstring> paths;
     const Vs::Asset* asset = ActiveAssetUtils::asset();
     const Vs::SelectionSet* selected = asset ? ActiveAssetUtils::selectionSet() : nullptr;
-    if (selected)
-        for (const auto& selection : selected->selections())
-            if (const auto* object = Vs::cast<Vs::LogicalSelection>(selection.get()))
-                paths.push_back(Vs::pathText(object->path(), *asset));
-    return SelectionCommandInput::valueOf(paths);
+    return SelectionCommandInput::valueOf(selected ? Vs::pathTextsIn(*selected, *asset)
+                                                   : std::vector<std::wstring>());
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "UI/Commands/Documents/ShownState.h"
 
 #include "Server/DataModel/Selection/PathQueries.h"
+#include "Server/DataModel/Selection/SelectedPaths.h"
 #include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/Camera.h"
 #include "UI/Base/Session/AssetSession.h"
@@ -14,12 +15,8 @@ ShownState::ShownState()
     if (const Vs::Scene::Camera* camera = settledCamera())
         m_view = {true,         camera->projection(),   camera->position(),     camera->target(),
                   camera->up(), camera->extentsWidth(), camera->extentsHeight()};
-    const AssetSession* session = SessionMgr::get()->activeAssetSession();
-    if (!session)
-        return;
-    for (const auto& selection : session->selectionManager()->selectionSet().selections())
-        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
-            m_selected.push_back(Vs::pathText(logical->path(), *session->asset()));
+    if (const AssetSession* session = SessionMgr::get()->activeAssetSession())
+        m_selected = Vs::pathTextsIn(session->selectionManager()->selectionSet(), *session->asset());
 }
 
 void ShownState::restore() const

@@ -1,5 +1,6 @@
 #include "UI/Design/Edit/EditInputs.h"
 
+#include "Server/DataModel/Selection/SelectedPaths.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
 #include "UI/Base/Command/Info.h"
 
@@ -92,11 +93,7 @@ ListCommandInput* EditInputs::list(const wchar_t* key, const std::wstring& title
 
 std::vector<Vs::ObjectPath> pathsOf(const SelectionCommandInput& input)
 {
-    std::vector<Vs::ObjectPath> paths;
-    for (const auto& selection : input.selectionSet().selections())
-        if (const auto* logical = Vs::cast<Vs::LogicalSelection>(selection.get()))
-            paths.push_back(logical->path());
-    return paths;
+    return Vs::pathsIn(input.selectionSet());
 }
 
 std::vector<std::string> componentsOf(const SelectionCommandInput& input)
