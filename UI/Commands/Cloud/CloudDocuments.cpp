@@ -15,10 +15,10 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Program/Notifications.h"
-#include "UI/Base/Program/ProgressBar.h"
 #include "UI/Base/Session/FilePlace.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Commands/Cloud/CloudCommands.h"
+#include "UI/Commands/DeliverResults.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
 
@@ -47,16 +47,6 @@ std::wstring senderOf(const boost::filesystem::path& file)
 void forgetConflict(const boost::filesystem::path& file)
 {
     Vs::NotificationCenter::get()->removeByClientID(senderOf(file));
-}
-
-/// Also below a dialog, which holds back deferred tasks; but not in the middle of long work, which may
-/// concern the same files.
-void deliverResults()
-{
-    if (ProgressBar::get()->busy())
-        Application::get()->deferredTasks()->post(&deliverResults);
-    else
-        Vs::CloudCacheManager::results().runOnce();
 }
 
 std::optional<FilePlace::Answer> placeOf(const boost::filesystem::path& file)
@@ -155,12 +145,7 @@ void CloudDocuments::install()
     Vs::QtApplication::maker([] { Application::get()->needGui(); });
     Vs::CloudIdentifiers::source(
         [](const std::wstring& path) { return Vs::CloudCacheManager::getInstance()->identifier(path); });
-    // Without a main loop, between two lines.
-    Vs::CloudCacheManager::results().wakeUp([] {
-        Application::get()->deferredTasks()->post(&deliverResults);
-        if (QCoreApplication* loop = QCoreApplication::instance())
-            QMetaObject::invokeMethod(loop, &deliverResults, Qt::QueuedConnection);
-    });
+    deliverResults(Vs::CloudCacheManager::results());
 }
 
 void CloudDocuments::uninstall()

@@ -6,9 +6,9 @@
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Notifications.h"
-#include "UI/Base/Program/ProgressBar.h"
 #include "UI/Base/Program/UIInternalOptionGroup.h"
 #include "UI/Base/Session/FilePlace.h"
+#include "UI/Commands/DeliverResults.h"
 #include "UI/Commands/Itemhub/DashboardRequests.h"
 #include "UI/Commands/Itemhub/ItemhubCommands.h"
 #include "UI/Commands/Itemhub/ItemhubFeed.h"
@@ -114,15 +114,6 @@ void notify(const std::wstring& title, const std::wstring& text, const std::wstr
     Vs::NotificationCenter::get()->sendNotification(std::move(request));
 }
 
-/// Also below a dialog, which holds back deferred tasks; but not in the middle of long work.
-void deliverResults()
-{
-    if (ProgressBar::get()->busy())
-        Application::get()->deferredTasks()->post(&deliverResults);
-    else
-        ItemhubUtilities::results().runOnce();
-}
-
 /// Requests are cancelled by Qt, which does nothing any more once its application object is gone.
 void stopClient()
 {
@@ -152,9 +143,7 @@ void ItemhubDocuments::install()
     qAddPostRoutine(stopClient);
     if (!Application::headless() && !Application::testing())
         Application::get()->idleTasks()->post(resume);
-    // A run without a main loop reports between two lines.
-    ItemhubUtilities::results().wakeUp(
-        [] { Application::get()->deferredTasks()->post([] { ItemhubUtilities::results().runOnce(); }); });
+    deliverResults(ItemhubUtilities::results());
 }
 
 void ItemhubDocuments::uninstall()
