@@ -152,8 +152,18 @@ private:
     Values m_values;
 };
 
+/// Of checks that take a description and nothing else.
+void refuseSurplus(const TextCommandParameters& parameters)
+{
+    if (parameters.parameters() > 1)
+        throw Vs::Exception(localizedFormat(
+            "CheckSurplus", "\"%1%\" is one word too many. A description with blanks needs quotes.",
+            parameters[1]));
+}
+
 Values digest(Vs::Asset& asset, const TextCommandParameters& parameters)
 {
+    refuseSurplus(parameters);
     Values values{{L"model", (boost::wformat(L"%016x") % Vs::modelDigest(asset)).str()}};
     if (parameters.hasFlag(L"Selection"))
         values.push_back({L"selection", selectionText(asset)});
@@ -165,8 +175,9 @@ Values digest(Vs::Asset& asset, const TextCommandParameters& parameters)
     return values;
 }
 
-Values selection(Vs::Asset& asset, const TextCommandParameters&)
+Values selection(Vs::Asset& asset, const TextCommandParameters& parameters)
 {
+    refuseSurplus(parameters);
     return {{L"selection", selectionText(asset)}};
 }
 

@@ -92,8 +92,8 @@ TEST_F(Checks, TellWhatTheyCannotDo)
     EXPECT_HOLDS(check("Body.CheckVolume a /Visible"), L"Body.CheckVolume has no flag /Visible. There are: "
                                                        L"/EachBody, /Exact, /VisibleOnly.");
     EXPECT_HOLDS(check("Body.CheckVolume a Bolt"), L"there is no \"Bolt\" in the model");
-    EXPECT_HOLDS(check("Model.CheckDigest a b"),
-                 L"Model.CheckDigest takes one parameter, and \"b\" is one more.");
+    for (const char* line : {"Model.CheckDigest a b", "Model.CheckSelection a b = Plate:1"})
+        EXPECT_HOLDS(check(line), L"\"b\" is one word too many");
     EXPECT_HOLDS(replay("Design.New\nBody.CheckArea empty\n"),
                  L"bracket.txt:2: Body.CheckArea empty: There is no "
                  L"body to check.");
