@@ -6,10 +6,14 @@ import os
 import pathlib
 import shutil
 import signal
-import socket
 import subprocess
+import sys
 import tempfile
 import time
+
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[2] / "Support/Servers"))
+
+from ports import free_port
 
 NOBODY = 65534
 PLAIN = ["setpriv", f"--reuid={NOBODY}", f"--regid={NOBODY}", "--clear-groups"] if os.geteuid() == 0 else []
@@ -29,12 +33,6 @@ def driver_is_there():
 def missing():
     """What isn't installed for it; empty if nothing."""
     return ", ".join(name for name, there in [("postgresql", programs()), ("libqt6sql6-psql", driver_is_there())] if not there)
-
-
-def free_port():
-    with socket.socket() as free:
-        free.bind(("127.0.0.1", 0))
-        return free.getsockname()[1]
 
 
 class Server:

@@ -15,8 +15,8 @@ import tempfile
 import time
 import unittest
 
-import postgres
 import service
+from ports import free_port
 from service import PASSWORD, Service, sha256
 
 RECIPES = pathlib.Path(__file__).resolve().parents[3] / "Docs/itemhub"
@@ -54,7 +54,7 @@ class Behind:
                         f"/CN={NAME}", "-addext", f"subjectAltName=DNS:{NAME}", "-keyout", self.key, "-out", self.certificate],
                        check=True, stderr=subprocess.DEVNULL)
         self.key.chmod(0o644)
-        self.port = postgres.free_port()
+        self.port = free_port()
         self.first = Service(server={"port": 0, "url": f"https://{NAME}", "behindProxy": True})
         self.addCleanup(self.first.close)
         self.first.admin("customer", "add", "acme")

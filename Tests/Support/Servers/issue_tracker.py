@@ -19,6 +19,7 @@ import urllib.error
 import urllib.request
 
 import servers
+from ports import free_port
 
 ROOT = "/usr/share/redmine"
 NEEDED = [f"{ROOT}/config.ru", "/usr/bin/rackup", "/usr/lib/ruby/vendor_ruby/sqlite3.rb"]
@@ -61,7 +62,7 @@ class IssueTracker:
         self.keys = dict(line.split() for line in told.splitlines())
         end = time.monotonic() + SECONDS_TO_START
         while True:
-            self.port = servers.free_port()
+            self.port = free_port()
             with open(self.folder / "log/server", "ab") as log:
                 self.process = subprocess.Popen(
                     ["/usr/bin/rackup", "-E", "production", "-s", "webrick", "-o", "127.0.0.1", "-p", str(self.port), "config.ru"],

@@ -13,6 +13,7 @@ import urllib.request
 import uuid
 
 import servers
+from ports import free_port
 
 NEEDED = ("ceph", "ceph-mon", "ceph-osd", "monmaptool", "radosgw", "radosgw-admin")
 SECONDS_TO_START = 90
@@ -29,7 +30,7 @@ class ObjectStore:
     def __init__(self, plain=(), owner=None):
         self.plain = list(plain)
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="objects-"))
-        self.port, monitor, older = servers.free_port(), servers.free_port(), servers.free_port()
+        self.port, monitor, older = free_port(), free_port(), free_port()
         self.monitor = f"[v2:127.0.0.1:{monitor},v1:127.0.0.1:{older}]"
         self.id = str(uuid.uuid4())
         for name in ("mon", "osd", "run", "rgw"):

@@ -24,13 +24,14 @@ import pathlib
 import secrets
 import shutil
 import signal
-import socket
 import subprocess
 import sys
 import tempfile
 import time
 import urllib.error
 import urllib.request
+
+from ports import free_port
 
 HERE = pathlib.Path(__file__).resolve().parent
 APACHE_MODULES = "/usr/lib/apache2/modules"
@@ -205,12 +206,6 @@ class TestServer:
             import ssl
             handlers.append(urllib.request.HTTPSHandler(context=ssl._create_unverified_context()))
         return urllib.request.build_opener(*handlers).open(request, timeout=10)
-
-
-def free_port():
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
 
 
 def end_with_parent():

@@ -28,6 +28,7 @@ import urllib.parse
 import urllib.request
 
 import servers
+from ports import free_port
 
 GLEWLWYD = "/usr/bin/glewlwyd"
 SCHEMA = "/usr/share/dbconfig-common/data/glewlwyd/install/sqlite3"
@@ -77,7 +78,7 @@ class Process:
     def start(self):
         end = time.monotonic() + servers.SECONDS_TO_START
         while time.monotonic() < end:
-            self.port = servers.free_port()
+            self.port = free_port()
             with open(self.folder / "log", "ab") as log:
                 self.process = subprocess.Popen(self.command(), cwd=self.folder, stdin=subprocess.DEVNULL, stdout=log, stderr=log,
                                                 start_new_session=True, preexec_fn=servers.end_with_parent)
