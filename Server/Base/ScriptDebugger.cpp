@@ -43,6 +43,21 @@ void ScriptDebugger::aim(ScriptGo how, int line)
     m_from = m_depth;
 }
 
+bool ScriptDebugger::load(const std::wstring& path)
+{
+    assertMainThread();
+    if (running())
+        return false;
+    rewind();
+    ScriptDebugInfo& debug = info();
+    if (debug.scriptPath() != path)
+        debug.removeAllBreakPoints();
+    debug.needToReload(true);
+    debug.scriptPath(path);
+    debug.needToReload(false);
+    return true;
+}
+
 void ScriptDebugger::go(ScriptGo how, int line)
 {
     assertMainThread();

@@ -28,6 +28,8 @@ class ScriptDebugger
 public:
     static ScriptDebugger* get();
 
+    /// Loads a script, to stand at its start. A running one is left alone; returns whether it was loaded.
+    [[nodiscard]] bool load(const std::wstring& path);
     /// Runs the loaded script from where it stands, up to where that leads; Python, and a transcript that has
     /// come to its end, from the start. The host is told of failures. A run that waits goes on instead.
     void go(ScriptGo how, int line = 0);

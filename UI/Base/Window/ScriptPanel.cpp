@@ -182,7 +182,7 @@ void ScriptPanel::open()
 {
     std::wstring path;
     if (FileDialog::getFilenameForOpen(L"Scripts and Transcripts (*.txt *.py)", path, {}))
-        static_cast<void>(ScriptText::open(path)); // The button is off while one runs.
+        static_cast<void>(Vs::ScriptDebugger::get()->load(path)); // The button is off while one runs.
 }
 
 void ScriptPanel::save()

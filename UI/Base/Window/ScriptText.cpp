@@ -98,21 +98,6 @@ ScriptText::ScriptText()
 
 ScriptText::~ScriptText() = default;
 
-bool ScriptText::open(const std::wstring& path)
-{
-    Vs::ScriptDebugger* debugger = Vs::ScriptDebugger::get();
-    if (debugger->running())
-        return false;
-    debugger->rewind();
-    Vs::ScriptDebugInfo& debug = info();
-    if (debug.scriptPath() != path)
-        debug.removeAllBreakPoints();
-    debug.needToReload(true);
-    debug.scriptPath(path);
-    debug.needToReload(false);
-    return true;
-}
-
 void ScriptText::onScriptDebugInfoChanged()
 {
     // Counting the lines is a change as well.

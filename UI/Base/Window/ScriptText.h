@@ -35,8 +35,6 @@ public:
     /// The file can't be read; the text is as it was.
     bool missing() const { return m_missing; }
 
-    /// Loads a script into the debugger. A running one is left alone; returns whether it was loaded.
-    [[nodiscard]] static bool open(const std::wstring& path);
     /// Writes the edited text, in place of what others have written as well if `overwrite` says so. Returns
     /// whether the file is as shown; the user was told why not.
     [[nodiscard]] bool save(bool overwrite = false);

@@ -1,13 +1,15 @@
 #include "UI/Commands/Transcripts/MacroCmds.h"
 
-#include "Server/Base/OS.h"
+#include "Server/Base/ScriptDebugger.h"
 #include "Server/Base/TranscriptMgr.h"
+#include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Program/Preferences.h"
 #include "UI/Base/Session/RecentPaths.h"
 #include "UI/Base/Session/SessionTranscriptingHelper.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Resources.h"
+#include "UI/Commands/Shells/AreaCmds.h"
 #include "UI/Commands/Transcripts/MacroForm.h"
 #include "UI/Commands/Transcripts/Macros.h"
 
@@ -50,7 +52,11 @@ void play(const std::wstring& name)
 
 void edit(const std::wstring& name)
 {
-    std::ignore = Vs::OS::platformShellOpen(Macros::fileOf(name).wstring());
+    // While a script runs, the panel shows that one.
+    std::ignore = Vs::ScriptDebugger::get()->load(Macros::fileOf(name).wstring());
+    CommandDefinitionMgr::get()
+        ->findCommandDefinitionById(ShowScriptPanelCmdDef::info()->key())
+        ->runByHand(ECommandAccessPoint::Toolbar);
 }
 
 void chooseKey(const std::wstring& name)
