@@ -117,6 +117,9 @@ Camera.ZoomOut()
 #: Camera.Dump
 print(Camera.Dump())
 
+#: Camera.Turntable
+Camera.Turntable("around.png", 4, "320x240")  # From around-0001.png to around-0004.png.
+
 #: NamedView.AddNamedView
 import NamedView
 
