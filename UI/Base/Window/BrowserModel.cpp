@@ -281,8 +281,10 @@ QVariant BrowserModel::data(const QModelIndex& index, int role) const
     case Qt::ToolTipRole:
         if (const QString damage = damageOf(*shown); !damage.isEmpty())
             return PlainText::tooltip(shown->name.text() + L": " + damage.toStdWString());
-        return PlainText::tooltip(shown->children.empty()
-                                      ? shown->name
+        if (shown->children.empty())
+            return PlainText::tooltip(shown->name);
+        return PlainText::tooltip(shown->children.size() == 1
+                                      ? localizedFormat("ComponentCountOne", "%1%: 1 component", shown->name)
                                       : localizedFormat("ComponentCount", "%1%: %2% components", shown->name,
                                                         shown->children.size()));
     case Qt::DecorationRole:

@@ -13,7 +13,10 @@ constexpr const char* kDescribed = "describedByTooltip";
 
 QString PlainText::tooltip(const QString& text)
 {
-    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal) : text;
+    // A name may have thousands of letters, which would cover the screen.
+    constexpr qsizetype kMost = 500;
+    const QString shown = text.size() > kMost ? text.left(kMost) + QChar(0x2026) : text;
+    return Qt::mightBeRichText(shown) ? Qt::convertFromPlainText(shown, Qt::WhiteSpaceNormal) : shown;
 }
 
 QString PlainText::tooltip(const std::wstring& text)

@@ -15,7 +15,8 @@ class QWidget;
 /// So this is the only place that sets such texts.
 namespace Vu::PlainText {
 
-/// The tooltip that makes Qt show `text` literally; for a model's Qt::ToolTipRole.
+/// The tooltip that makes Qt show `text` literally, the beginning of a long one; for a model's
+/// Qt::ToolTipRole.
 QString tooltip(const QString& text);
 QString tooltip(const std::wstring& text);
 
