@@ -4,6 +4,7 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/Scene/OffscreenRenderer.h"
+#include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Sharing.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SceneUtilities.h"
@@ -52,8 +53,11 @@ ImageOptions optionsFor(const GraphicsView& view)
 void copy(const GraphicsView& view, Vs::Status& status)
 {
     Vs::Scene::Image image;
-    if (captureView(view, image, optionsFor(view), status))
-        copyPicture(image, status);
+    if (!captureView(view, image, optionsFor(view), status))
+        return;
+    copyPicture(image, status);
+    if (!status.isError())
+        Application::get()->inform(localized("PictureCopied", "The picture is on the clipboard."));
 }
 
 } // namespace
