@@ -88,6 +88,7 @@ picture("Shells/Asset").line(window()).accent(Cube(12, 14, 4.2).edges())
 picture("Shells/Web").line(circle(12, 12, 9), ellipse(12, 12, 4, 9)).accent("M3.6 9 H20.4 M3.6 15 H20.4")
 picture("Common/RecentFile").line(open_page(stop_x=10, stop_y=10.5)) \
     .accent(circle(17, 17, 4.5), poly((17, 14.6), (17, 17), (18.8, 18)))
+picture("Common/Drawing").line(rect(2.5, 4, 19, 16, 1.2), "M13 20 V15.5 H21.5").accent(Cube(9, 11, 3.8).edges())
 picture("Shell/DeleteMRU").line("M3.5 5.5 H18 M3.5 11 H12.5 M3.5 16.5 H11").accent(cross(18, 16.5, 3.3))
 picture("Shell/PinnedMRU").tint("M8.5 3.5 H15.5 L14.7 10 L18 13.5 H6 L9.3 10Z") \
     .accent("M8.5 3.5 H15.5 L14.7 10 L18 13.5 H6 L9.3 10Z").line("M12 14 V21")

@@ -19,6 +19,7 @@
     ROW(SharePicture, "Document/SharePicture")                   \
     ROW(ShareMail, "Share/Mail")                                 \
     ROW(ShareCopy, "Share/Copy")                                 \
+    ROW(SaveDrawing, "Common/Drawing")                           \
     ROW(ShareProgram, "Share/Program")                           \
     ROW(ShareFolder, "Share/Folder")                             \
     ROW(ShareItem, "Share/Item")                                 \

@@ -12,6 +12,7 @@
 #include "UI/Commands/Camera/ActiveView.h"
 #include "UI/Commands/Documents/DrawingPage.h"
 #include "UI/Commands/Documents/FileNameFor.h"
+#include "UI/Commands/Resources.h"
 
 #include <boost/algorithm/string/case_conv.hpp>
 
@@ -22,7 +23,7 @@ namespace Vu::Commands {
 
 // clang-format off
 constinit const CommandRow SaveDrawingCmdDef::kRow = {
-    .key = L"SaveDrawingCommand", .title = "Save Drawing...", .arguments = {L"Path", L"Scale", L"Hidden"}};
+    .key = L"SaveDrawingCommand", .title = "Save Drawing...", .icon = &Resources::SaveDrawing, .arguments = {L"Path", L"Scale", L"Hidden"}};
 // clang-format on
 
 namespace {
