@@ -1,5 +1,6 @@
 #include "Server/Translate/Salvage/FaceTrials.h"
 
+#include "Server/Base/SystemCalls.h"
 #include "Server/DataModel/Exchange/WorkerProtocol.h"
 #include "Server/DataModel/Kernel/Mesher.h"
 #include "Server/DataModel/Kernel/XdeModel.h"
@@ -12,7 +13,6 @@
 #include <XCAFDoc_ShapeTool.hxx>
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <cmath>
 #include <csignal>
@@ -46,14 +46,8 @@ struct Range
 // of each face to leave out; Done at the end, Error if all faces would be left out.
 void tell(int pipe, const WorkerMessage& message)
 {
-    const std::string frame = Exchange::encode(message);
-    for (size_t sent = 0; sent < frame.size();) {
-        const ssize_t count = write(pipe, frame.data() + sent, frame.size() - sent);
-        if (count > 0)
-            sent += static_cast<size_t>(count);
-        else if (errno != EINTR)
-            std::_Exit(0); // Nobody listens any more.
-    }
+    if (!writeAll(pipe, Exchange::encode(message)))
+        std::_Exit(0); // Nobody listens any more.
 }
 
 class Trials
@@ -215,11 +209,11 @@ FaceTrials::unreadable(const std::function<void(double)>& progress)
                 return std::nullopt;
         }
         char buffer[4096];
-        const ssize_t got = reader.broken() ? 0 : ::read(m_pipe, buffer, sizeof buffer);
-        if (got > 0)
-            reader.add({buffer, static_cast<size_t>(got)});
-        else if (got == 0 || errno != EINTR)
+        const ssize_t got =
+            reader.broken() ? 0 : persistent([&] { return ::read(m_pipe, buffer, sizeof buffer); });
+        if (got <= 0)
             return std::nullopt;
+        reader.add({buffer, static_cast<size_t>(got)});
     }
 }
 
