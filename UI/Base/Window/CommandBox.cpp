@@ -1,6 +1,5 @@
 #include "UI/Base/Window/CommandBox.h"
 
-#include "Server/Base/PythonManager.h"
 #include "Server/Base/TextCompletion.h"
 #include "Server/Base/TranscriptSecrets.h"
 #include "UI/Base/Command/Private/Localized.h"
@@ -8,6 +7,8 @@
 #include "UI/Base/Program/ProgressBar.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Window/Accessible.h"
+#include "UI/Base/Window/CommandAnswers.h"
+#include "UI/Base/Window/CompletionPopup.h"
 #include "UI/Base/Window/KeyboardHold.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/PythonLine.h"
@@ -17,14 +18,8 @@
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
-#include <QPlainTextEdit>
-#include <QScrollBar>
 #include <QStyle>
-#include <QTextCharFormat>
-#include <QTextCursor>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -32,23 +27,6 @@
 
 namespace Vu {
 namespace {
-
-constexpr int kVisibleCandidates = 10;
-constexpr int kOutputHeight = 140;
-/// A script that prints endlessly must not use up all memory.
-constexpr int kMostLines = 10000;
-
-QString commonStart(const QStringList& texts)
-{
-    QString common = texts.value(0);
-    for (const QString& text : texts) {
-        qsizetype length = 0;
-        while (length < common.size() && length < text.size() && common[length] == text[length])
-            ++length;
-        common.truncate(length);
-    }
-    return common;
-}
 
 /// An area is followed by a command's name, a folder by its contents.
 bool goesOn(const QString& candidate)
@@ -60,11 +38,9 @@ bool goesOn(const QString& candidate)
 
 CommandBox::CommandBox(QWidget* parent)
     : QFrame(parent),
-      m_answers(new QFrame(window())),
       m_edit(new QLineEdit(this)),
-      m_answer(PlainText::label(m_answers)),
-      m_output(new QPlainTextEdit(m_answers)),
-      m_popup(new QListWidget(this)),
+      m_answers(new CommandAnswers(m_edit)),
+      m_popup(new CompletionPopup(m_edit, this)),
       m_language(new QToolButton(this)),
       m_history(UIBaseOptionGroup::get()->commandHistory)
 {
@@ -77,13 +53,6 @@ CommandBox::CommandBox(QWidget* parent)
     row->addWidget(m_language);
     row->addWidget(m_edit);
     column->addLayout(row);
-    m_answers->setObjectName(QStringLiteral("commandAnswer"));
-    m_answers->setAutoFillBackground(true);
-    m_answers->hide();
-    auto* answers = new QVBoxLayout(m_answers);
-    answers->setContentsMargins(kMargin, kMargin / 2, kMargin, kMargin / 2);
-    answers->addWidget(m_output);
-    answers->addWidget(m_answer);
 
     m_edit->setObjectName(QStringLiteral("commandLine"));
     m_edit->setAccessibleName(QString::fromStdWString(localized("AreaCommandLine", "Command Line")));
@@ -100,72 +69,51 @@ CommandBox::CommandBox(QWidget* parent)
     showClicked({});
     showLanguage();
     m_edit->installEventFilter(this);
-    m_answer->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_answer->setWordWrap(true);
-    m_answer->hide();
-    m_output->setObjectName(QStringLiteral("commandOutput"));
-    m_output->setAccessibleName(QString::fromStdWString(localized("CommandLineAnswer", "Answer")));
-    m_output->setReadOnly(true);
-    m_output->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    m_output->setFixedHeight(kOutputHeight);
-    m_output->setMaximumBlockCount(kMostLines);
-    m_output->hide();
-
-    // A window of its own that never takes the focus: typing goes on in the line.
-    m_popup->setAccessibleName(QString::fromStdWString(localized("CommandLineOffer", "Completions")));
-    m_popup->setWindowFlags(Qt::ToolTip | Qt::FramelessWindowHint);
-    m_popup->setAttribute(Qt::WA_ShowWithoutActivating);
-    m_popup->setFocusPolicy(Qt::NoFocus);
-    m_popup->setUniformItemSizes(true);
-    m_popup->hide();
-
     connect(m_edit, &QLineEdit::textEdited, this, &CommandBox::typed);
     // Only now, because the icon of that button is Qt's, which loads the plugins of all formats for it.
     connect(m_edit, &QLineEdit::textChanged, this, [this] { Accessible::clearButton(m_edit); });
     connect(m_popup, &QListWidget::itemClicked, this,
             [this](QListWidgetItem* item) { accept(m_popup->row(item)); });
-
-    Vs::PythonManager::get()->display(this);
 }
 
 CommandBox::~CommandBox()
 {
-    if (Vs::PythonManager::get()->display() == this)
-        Vs::PythonManager::get()->display(nullptr);
     delete m_answers.data();
+}
+
+QListWidget* CommandBox::popup() const
+{
+    return m_popup;
+}
+
+QLabel* CommandBox::answer() const
+{
+    return m_answers->answer();
+}
+
+QPlainTextEdit* CommandBox::output() const
+{
+    return m_answers->output();
 }
 
 bool CommandBox::event(QEvent* event)
 {
     switch (event->type()) {
+    case QEvent::Hide:
+        if (m_answers)
+            m_answers->hide(); // The line doesn't know yet that it can't be seen any more.
+        break;
     case QEvent::Move:
     case QEvent::Resize:
     case QEvent::Show:
-    case QEvent::Hide:
     case QEvent::ParentChange:
-        placeAnswers();
+        if (m_answers)
+            m_answers->place();
         break;
     default:
         break;
     }
     return QFrame::event(event);
-}
-
-void CommandBox::placeAnswers()
-{
-    if (!m_answers)
-        return;
-    const bool any = isVisible() && !(m_answer->isHidden() && m_output->isHidden());
-    if (any) {
-        if (m_answers->parentWidget() != window())
-            m_answers->setParent(window());
-        const QPoint line = m_edit->mapTo(window(), QPoint());
-        const int height = m_answers->layout()->heightForWidth(m_edit->width());
-        const int wanted = std::max(height, m_answers->sizeHint().height());
-        m_answers->setGeometry(line.x(), std::max(0, line.y() - wanted - kMargin), m_edit->width(), wanted);
-        m_answers->raise();
-    }
-    m_answers->setVisible(any);
 }
 
 bool CommandBox::eventFilter(QObject* object, QEvent* event)
@@ -174,7 +122,7 @@ bool CommandBox::eventFilter(QObject* object, QEvent* event)
         if (event->type() == QEvent::KeyPress && key(static_cast<QKeyEvent*>(event)->key()))
             return true;
         if (event->type() == QEvent::FocusOut || event->type() == QEvent::Hide)
-            hideOffer();
+            m_popup->hide();
     }
     return QFrame::eventFilter(object, event);
 }
@@ -194,7 +142,7 @@ bool CommandBox::key(int key)
         return backspace();
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (m_popup->isVisible() && m_popup->currentRow() >= 0)
+        if (m_popup->isChosen())
             accept(m_popup->currentRow());
         else
             run();
@@ -232,7 +180,7 @@ void CommandBox::typed()
     history().begin();
     if (takesPython()) {
         // Listing the attributes of objects runs their code, which must not happen on each keystroke.
-        hideOffer();
+        m_popup->hide();
     } else if (m_edit->text() == QLatin1String(">>>")) {
         m_edit->clear();
         takesPython(true);
@@ -252,29 +200,7 @@ void CommandBox::offer()
              Vs::TextCompletion::complete(line.toStdWString(), static_cast<size_t>(m_edit->cursorPosition())))
             candidates << QString::fromStdWString(candidate);
     candidates.removeAll(word());
-    showOffer(candidates);
-}
-
-void CommandBox::showOffer(const QStringList& candidates)
-{
-    m_popup->clear();
-    m_popup->addItems(candidates);
-    m_popup->setCurrentRow(-1);
-    if (candidates.isEmpty()) {
-        hideOffer();
-        return;
-    }
-    const int rows = std::min<int>(kVisibleCandidates, m_popup->count());
-    const int height = rows * m_popup->sizeHintForRow(0) + 2 * m_popup->frameWidth();
-    const int width = std::max(m_edit->width() / 2, m_popup->sizeHintForColumn(0) + 40);
-    const QPoint corner = m_edit->mapToGlobal(QPoint(0, -height - 2));
-    m_popup->setGeometry(corner.x(), corner.y(), std::min(width, m_edit->width()), height);
-    m_popup->show();
-}
-
-void CommandBox::hideOffer()
-{
-    m_popup->hide();
+    m_popup->offer(candidates);
 }
 
 void CommandBox::accept(int row)
@@ -283,7 +209,7 @@ void CommandBox::accept(int row)
     if (!item)
         return;
     const QString text = item->text();
-    hideOffer();
+    m_popup->hide();
     showFailed(false);
     if (takesPython()) {
         replaceWord(text);
@@ -312,10 +238,7 @@ bool CommandBox::tab()
         accept(std::max(0, m_popup->currentRow()));
         return true;
     }
-    QStringList candidates;
-    for (int row = 0; row < m_popup->count(); ++row)
-        candidates << m_popup->item(row)->text();
-    const QString common = commonStart(candidates);
+    const QString common = m_popup->commonStart();
     if (common.size() > word().size()) {
         replaceWord(common);
         offer();
@@ -327,11 +250,11 @@ bool CommandBox::tab()
 
 bool CommandBox::up()
 {
-    if (m_popup->isVisible() && m_popup->currentRow() >= 0) {
-        m_popup->setCurrentRow(m_popup->currentRow() - 1);
+    if (m_popup->isChosen()) {
+        m_popup->step(-1);
         return true;
     }
-    hideOffer();
+    m_popup->hide();
     recall(-1);
     return true;
 }
@@ -339,7 +262,7 @@ bool CommandBox::up()
 bool CommandBox::down()
 {
     if (m_popup->isVisible()) {
-        m_popup->setCurrentRow(std::min(m_popup->currentRow() + 1, m_popup->count() - 1));
+        m_popup->step(1);
         return true;
     }
     recall(1);
@@ -349,10 +272,10 @@ bool CommandBox::down()
 bool CommandBox::escape()
 {
     if (m_popup->isVisible()) {
-        hideOffer();
+        m_popup->hide();
         return true;
     }
-    if (m_edit->text().isEmpty() && m_answer->isHidden() && m_output->isHidden())
+    if (m_edit->text().isEmpty() && m_answers->saysNothing())
         return false;
     m_edit->clear();
     showFailed(false);
@@ -360,10 +283,8 @@ bool CommandBox::escape()
         m_python->abandon();
         showLanguage();
     } else {
-        m_answer->hide();
-        m_output->hide();
+        m_answers->hideAll();
     }
-    placeAnswers();
     history().begin();
     return true;
 }
@@ -378,7 +299,7 @@ bool CommandBox::backspace()
 
 void CommandBox::takesPython(bool takes)
 {
-    hideOffer();
+    m_popup->hide();
     if (takes && !m_python) {
         m_python = std::make_unique<PythonLine>();
         PythonLine::start();
@@ -387,10 +308,7 @@ void CommandBox::takesPython(bool takes)
         m_python->abandon();
     if (takes != m_takesPython) {
         m_edit->clear();
-        m_answer->hide();
-        m_output->clear();
-        m_output->hide();
-        placeAnswers();
+        m_answers->clearOutput();
     }
     m_takesPython = takes;
     history().begin();
@@ -443,7 +361,7 @@ void CommandBox::recall(int step)
 
 void CommandBox::run()
 {
-    hideOffer();
+    m_popup->hide();
     if (takesPython()) {
         runPython();
         return;
@@ -451,7 +369,7 @@ void CommandBox::run()
     const QString line = m_edit->text().trimmed();
     if (line.isEmpty() || ProgressBar::get()->busy())
         return;
-    m_printed = false;
+    m_answers->begin();
     // The line stays here until it has run, and is then removed together with whatever would have followed
     // it.
     const TypedAhead::Hold typed;
@@ -467,7 +385,8 @@ void CommandBox::run()
     const bool failed = result.first != 0;
     if (!failed)
         m_edit->clear();
-    showAnswer(QString::fromStdWString(result.second).trimmed(), failed);
+    showFailed(failed);
+    m_answers->tell(QString::fromStdWString(result.second).trimmed(), failed);
 }
 
 void CommandBox::runPython()
@@ -480,8 +399,7 @@ void CommandBox::runPython()
     KeyboardHold::handOut(*window());
     if (!self)
         return;
-    QColor muted = palette().color(QPalette::PlaceholderText);
-    print((m_python->prompt() + line).toStdWString(), muted);
+    m_answers->print(m_python->prompt() + line, palette().color(QPalette::PlaceholderText));
     m_edit->clear();
     const bool stays = m_python->run(line);
     if (!self)
@@ -496,68 +414,12 @@ void CommandBox::runPython()
 
 void CommandBox::showFailed(bool failed)
 {
-    if (!failed && m_failed) {
-        m_answer->hide();
-        placeAnswers();
-    }
+    if (!failed && m_failed)
+        m_answers->hideAnswer();
     m_failed = failed;
     m_edit->setProperty("failed", failed);
     m_edit->style()->unpolish(m_edit);
     m_edit->style()->polish(m_edit);
-}
-
-void CommandBox::showAnswer(const QString& text, bool failed)
-{
-    const bool longText = !failed && text.contains(QLatin1Char('\n'));
-    showFailed(failed);
-    QPalette colours = palette();
-    if (failed)
-        colours.setColor(QPalette::WindowText, errorColour());
-    m_answer->setPalette(colours);
-    m_answer->setText(longText ? QString() : text);
-    m_answer->setVisible(!longText && !text.isEmpty());
-    if (m_printed) {
-        if (longText)
-            message(text.toStdWString());
-        placeAnswers();
-        return;
-    }
-    m_output->setPlainText(longText ? text : QString());
-    fitOutput();
-    m_output->setVisible(longText);
-    placeAnswers();
-}
-
-void CommandBox::fitOutput()
-{
-    const int lines = m_output->blockCount() + 1;
-    m_output->setFixedHeight(
-        std::min(kOutputHeight, lines * m_output->fontMetrics().lineSpacing() + kMargin));
-}
-
-void CommandBox::message(const std::wstring& text)
-{
-    print(text, palette().color(QPalette::Text));
-}
-
-void CommandBox::error(const std::wstring& text)
-{
-    print(text, errorColour());
-}
-
-void CommandBox::print(const std::wstring& text, const QColor& colour)
-{
-    m_printed = true;
-    QTextCharFormat format;
-    format.setForeground(colour);
-    const bool first = m_output->document()->isEmpty();
-    QTextCursor end(m_output->document());
-    end.movePosition(QTextCursor::End);
-    end.insertText((first ? QString() : QStringLiteral("\n")) + QString::fromStdWString(text), format);
-    fitOutput();
-    m_output->show();
-    placeAnswers();
-    m_output->verticalScrollBar()->setValue(m_output->verticalScrollBar()->maximum());
 }
 
 } // namespace Vu

@@ -1,12 +1,10 @@
 #pragma once
 
-#include "Server/Base/TextCommandMgr.h"
 #include "UI/Base/Window/ClickedLines.h"
 #include "UI/Base/Window/LineHistory.h"
 
 #include <QFrame>
 #include <QPointer>
-#include <QStringList>
 
 #include <memory>
 
@@ -18,6 +16,8 @@ class QToolButton;
 
 namespace Vu {
 
+class CommandAnswers;
+class CompletionPopup;
 class PythonLine;
 
 /// The line in which text commands are typed. Tab completes, Up and Down go through the lines that were run
@@ -30,7 +30,7 @@ class PythonLine;
 /// The button before the line, or ">>>" in an empty one, makes it a line of Python, with a separate history,
 /// whose statements and answers are listed below each other. Backspace in an empty line switches back to
 /// commands.
-class CommandBox : public QFrame, private Vs::TextOutput
+class CommandBox : public QFrame
 {
 public:
     explicit CommandBox(QWidget* parent);
@@ -38,11 +38,11 @@ public:
 
     QLineEdit* edit() const { return m_edit; }
     /// The candidates; hidden while there are none.
-    QListWidget* popup() const { return m_popup; }
+    QListWidget* popup() const;
     /// The one-line answer or the reason of a failure.
-    QLabel* answer() const { return m_answer; }
+    QLabel* answer() const;
     /// Answers of several lines.
-    QPlainTextEdit* output() const { return m_output; }
+    QPlainTextEdit* output() const;
     bool failed() const { return m_failed; }
     /// Chooses between lines of commands and of Python.
     QToolButton* language() const { return m_language; }
@@ -62,8 +62,6 @@ private:
     bool down();
     bool escape();
     void offer();
-    void showOffer(const QStringList& candidates);
-    void hideOffer();
     void accept(int row);
     void replaceWord(const QString& text);
     QString word() const;
@@ -74,29 +72,18 @@ private:
     void showLanguage();
     bool backspace();
     void showFailed(bool failed);
-    void showAnswer(const QString& text, bool failed);
-    void message(const std::wstring& text) override;
-    void error(const std::wstring& text) override;
-    void print(const std::wstring& text, const QColor& colour);
-    void fitOutput();
-    /// Shows the answers above the line, if there are any.
-    void placeAnswers();
-
     void showClicked(const std::wstring& line);
 
     ClickedLines m_clickedLines{[this](const std::wstring& line) { showClicked(line); }};
-    QString m_clicked;          ///< The last action by hand, as a line.
-    QPointer<QFrame> m_answers; ///< With the answer and the output; a child of the window.
+    QString m_clicked; ///< The last action by hand, as a line.
     QLineEdit* m_edit;
-    QLabel* m_answer;
-    QPlainTextEdit* m_output;
-    QListWidget* m_popup;
+    QPointer<CommandAnswers> m_answers; ///< A child of the window, which may go first.
+    CompletionPopup* m_popup;
     QToolButton* m_language;
     LineHistory m_history;
     std::unique_ptr<PythonLine> m_python; ///< Null until needed.
     bool m_takesPython = false;
     bool m_failed = false;
-    bool m_printed = false; ///< The running line has run a script that printed.
 };
 
 } // namespace Vu
