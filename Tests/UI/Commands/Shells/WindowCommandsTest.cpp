@@ -73,6 +73,7 @@ TEST_F(WindowCommandsTest, TheDefaultLayoutComesBackWithTheCanvasAndWithoutTouch
     EXPECT_TRUE(showsViews(1));
     EXPECT_EQ(canvases().at(0), canvas);
     EXPECT_TRUE(window()->area(L"Browser")->visible());
+    EXPECT_FALSE(window()->area(L"DesignFeed")->visible()) << "shows at first only when it is wanted";
     EXPECT_EQ(window()->area(L"TextCommands")->placement(), EPlacement::Bottom);
     EXPECT_FALSE(UIBaseOptionGroup::get()->wantToShowBrowser());
     // A new layout can be divided again.
