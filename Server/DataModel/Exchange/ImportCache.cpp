@@ -3,6 +3,7 @@
 #include "Server/Base/Exception.h"
 #include "Server/Base/OwnFiles.h"
 #include "Server/Base/PathInfo.h"
+#include "Server/Base/ScratchFolder.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/Warning.h"
 #include "Server/DataModel/Exchange/Private/ScratchFile.h"
@@ -49,36 +50,11 @@ std::string hexOf(const XXH128_hash_t& hash)
     return text;
 }
 
-/// A folder for this user alone within another, which goes with the process.
-class PrivateFolder
-{
-public:
-    /// The path is empty if there can't be one.
-    explicit PrivateFolder(const std::string& parent) : m_path(parent + "/quillet-XXXXXX")
-    {
-        if (!mkdtemp(m_path.data()))
-            m_path.clear();
-    }
-    ~PrivateFolder()
-    {
-        std::error_code ignored;
-        if (!m_path.empty())
-            fs::remove_all(m_path, ignored);
-    }
-    PrivateFolder(const PrivateFolder&) = delete;
-    PrivateFolder& operator=(const PrivateFolder&) = delete;
-
-    const std::string& path() const { return m_path; }
-
-private:
-    std::string m_path;
-};
-
 /// The usual folder or, where it lacks the room, one in the temporary folder or in memory that has it.
 std::string folderWith(uint64_t room, const std::string& usual)
 {
     static std::mutex mutex;
-    static std::map<std::string, PrivateFolder> others;
+    static std::map<std::string, ScratchFolder> others;
     std::error_code error;
     const auto hasRoom = [&](const std::string& folder) {
         const fs::space_info space = fs::space(folder, error);
@@ -125,7 +101,7 @@ public:
         } catch (const Exception& error) {
             cause = Strings::narrow(error.message());
         }
-        m_own.emplace(fs::temp_directory_path().string());
+        m_own.emplace();
         if (m_own->path().empty())
             return; // The import that cannot write reports it then.
         m_path = m_own->path();
@@ -136,7 +112,7 @@ public:
 
 private:
     std::string m_path;
-    std::optional<PrivateFolder> m_own;
+    std::optional<ScratchFolder> m_own;
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "UI/Application/Testing/TestRun.h"
 
+#include "Server/Base/ScratchFolder.h"
 #include "Server/Base/Strings.h"
 #include "UI/Application/CommandLine.h"
 #include "UI/Application/Coverage.h"
@@ -22,6 +23,7 @@
 #include <optional>
 #include <poll.h>
 #include <sstream>
+#include <stdexcept>
 #include <thread>
 
 namespace Quillet {
@@ -35,34 +37,6 @@ constexpr int kInterval = 200;
 constexpr const char* kCoverage = "coverage.jsonl";
 
 std::atomic<bool> s_interrupted = false;
-
-/// Removes itself with everything in it.
-class ScratchFolder
-{
-public:
-    ScratchFolder() : m_path(fs::temp_directory_path() / fs::unique_path("quillet-tests-%%%%%%%%%%%%"))
-    {
-        fs::create_directories(m_path);
-    }
-    ~ScratchFolder()
-    {
-        boost::system::error_code ignored;
-        fs::remove_all(m_path, ignored);
-    }
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-    /// Creates a folder in it.
-    fs::path folder(size_t number) const
-    {
-        fs::path made = m_path / std::to_string(number);
-        fs::create_directories(made);
-        return made;
-    }
-
-private:
-    fs::path m_path;
-};
 
 /// Whether it measures performance, so that it must have the machine to itself.
 bool measures(const fs::path& transcript)
@@ -80,6 +54,8 @@ class Runner
 public:
     Runner(const TestRun& run, const std::vector<TestFile>& files) : m_run(run)
     {
+        if (m_scratch.path().empty())
+            throw std::runtime_error("No folder for the runs can be made in " + m_scratch.why() + '.');
         m_options = {run.window ? "--exit" : "--headless", "--references", run.references};
         if (run.verbose)
             m_options.push_back("--verbose");
@@ -149,7 +125,8 @@ private:
         TestCase& test = m_cases[job.turn.number];
         ++job.tries;
         try {
-            job.folder = m_scratch.folder(m_folders++);
+            job.folder = fs::path(m_scratch.path()) / std::to_string(m_folders++);
+            fs::create_directory(job.folder);
             std::vector<std::string> options = m_options;
             if (!m_run.coverageFile.empty())
                 options.insert(options.end(), {"--coverage", (job.folder / kCoverage).string()});
@@ -235,7 +212,7 @@ private:
     std::vector<fs::path> m_transcripts;
     std::vector<std::string> m_options;
     std::vector<TestCase> m_cases;
-    ScratchFolder m_scratch;
+    Vs::ScratchFolder m_scratch;
     std::vector<Job> m_running; ///< Declared after the folder that the processes use.
     std::vector<Turn> m_order;
     Coverage::Runs m_tried;

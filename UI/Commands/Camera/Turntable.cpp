@@ -3,6 +3,7 @@
 #include "Server/Base/ChildProcess.h"
 #include "Server/Base/Progress.h"
 #include "Server/Base/ResourceMgr.h"
+#include "Server/Base/ScratchFolder.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
 #include "Server/Geometry/GkMatrix3d.h"
@@ -28,28 +29,6 @@ namespace fs = boost::filesystem;
 constexpr const char* kPicturesPerSecond = "25";
 constexpr std::array<std::wstring_view, 3> kFilms = {L".mp4", L".webm", L".gif"};
 constexpr std::array<std::wstring_view, 3> kPictures = {L".png", L".jpg", L".tif"};
-
-/// The pictures of a film, which nobody needs when it is made.
-class FrameFolder
-{
-public:
-    FrameFolder() : m_path(fs::temp_directory_path() / fs::unique_path("quillet-film-%%%%%%%%%%%%"))
-    {
-        fs::create_directory(m_path);
-    }
-    ~FrameFolder()
-    {
-        boost::system::error_code ignored;
-        fs::remove_all(m_path, ignored);
-    }
-    FrameFolder(const FrameFolder&) = delete;
-    FrameFolder& operator=(const FrameFolder&) = delete;
-
-    const fs::path& path() const { return m_path; }
-
-private:
-    fs::path m_path;
-};
 
 /// Puts a camera back where it was.
 class CameraGuard
@@ -186,7 +165,13 @@ int makeTurntable(GraphicsView& view, const std::wstring& path, int pictures, co
         return drawAll(view, whole.parent_path(), whole.stem().wstring(), suffix, pictures, options, status)
                    ? pictures
                    : 0;
-    const FrameFolder frames;
+    const Vs::ScratchFolder frames;
+    if (frames.path().empty()) {
+        status.addError(localizedFormat("TurntableNoScratch",
+                                        "No folder for the pictures of the film can be made in %1%.",
+                                        Vs::Strings::widen(frames.why())));
+        return 0;
+    }
     const bool done = drawAll(view, frames.path(), L"frame", L".png", pictures, options, status) &&
                       makeFilm(frames.path(), whole, suffix, status);
     return done ? pictures : 0;
