@@ -7,13 +7,16 @@ also read as a whole, and a line tells how the work of the shares is divided: th
 nobody else can do meanwhile, and what follows for more processors. Then a copy is opened that was written again with other numbers and one point
 moved ("quillet again"), of which the program has seen all parts but one.
 
-    Benchmarks/road.py [--rounds N] [--build DIR] FILE...
+Any other program that reads the file and writes an STL file can run beside:
+
+    Benchmarks/road.py [--rounds N] [--build DIR] [--beside "PROGRAM {file} {stl}"] FILE...
 """
 
 import argparse
 import os
 import pathlib
 import re
+import shlex
 import shutil
 import subprocess
 import sys
@@ -107,6 +110,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--rounds", type=int, default=3)
     parser.add_argument("--build", default=str(pathlib.Path(__file__).parent.parent / "build/release"))
+    parser.add_argument("--beside", action="append", default=[], metavar="COMMAND")
     parser.add_argument("files", nargs="+")
     arguments = parser.parse_args()
     binaries = pathlib.Path(arguments.build) / "root/bin"
@@ -132,6 +136,9 @@ def main():
                 sides.append(("quillet again", [quillet[0], *quillet[1:4], written_again(file, scratch), *lines[1:]]))
             if not file.endswith((".stp", ".step")):
                 del sides[2]
+            for other in arguments.beside:
+                command = [word.format(file=file, stl=stl) for word in shlex.split(other)]
+                sides.append((os.path.basename(command[0]), command))
             divided = None
             for _ in range(arguments.rounds):
                 for name, command in sides:
