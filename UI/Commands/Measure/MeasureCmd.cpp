@@ -348,7 +348,7 @@ void MeasureCmd::showPreview(const Vs::MeasureResult& result, bool isDistance)
     const RealValueCommandInput* input = isDistance ? m_inputs->pair.distance : m_inputs->pair.angle;
     const std::wstring text =
         Vs::Units::toText(result.value, input->inputUnits(), input->unitDisplaySettings());
-    (isDistance ? m_distancePreview : m_anglePreview).show(result, text);
+    (isDistance ? m_distancePreview : m_anglePreview).show(result, localNumbers(text));
 }
 
 void MeasureCmd::clearPreview(bool isDistance)
@@ -427,7 +427,7 @@ void MeasureCmd::clearHint()
 void MeasureCmd::showHint(const MeasureRequest& request, const Vs::MeasureResult& result)
 {
     if (const auto place = MeasureHint::placeOf(request))
-        cursorController()->hint(MeasureHint::textOf(request, result), *place);
+        cursorController()->hint(localNumbers(MeasureHint::textOf(request, result)), *place);
 }
 
 bool MeasureCmd::deliver(const MeasureRequest& request, const Vs::MeasureResult& result)
