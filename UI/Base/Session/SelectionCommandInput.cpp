@@ -14,9 +14,10 @@
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/Private/CanvasPicker.h"
 #include "UI/Base/Session/Private/ClickChoice.h"
+#include "UI/Base/Session/Private/InputFilter.h"
 #include "UI/Base/Session/Private/PartFollower.h"
 #include "UI/Base/Session/Private/PathList.h"
-#include "UI/Base/Session/Private/RubberBand.h"
+#include "UI/Base/Session/Private/SelectionPointer.h"
 #include "UI/Base/Session/SelectionInputEvents.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 
@@ -57,23 +58,6 @@ Vs::Asset* assetOf(const CommandInputBase& input)
 
 } // namespace
 
-/// All pick filters of an input as one.
-class SelectionCommandInput::PickFilter
-{
-public:
-    explicit PickFilter(const SelectionCommandInput& input)
-    {
-        std::vector<const Vs::SelectionFilter*> filters;
-        input.pickFilters(filters);
-        for (const Vs::SelectionFilter* filter : filters)
-            m_filter.add(filter);
-    }
-    const Vs::SelectionFilter* filter() const { return &m_filter; }
-
-private:
-    Vs::CompositeSelectionFilter m_filter{Vs::CompositeSelectionFilter::ELogic::All};
-};
-
 SelectionCommandInput* SelectionCommandInput::make(CommandInputSet* set, int number, Info* info)
 {
     return new SelectionCommandInput(set, number, info);
@@ -86,13 +70,12 @@ SelectionCommandInput::SelectionCommandInput(CommandInputSet* set, int number, I
       m_follower(std::make_unique<PartFollower>())
 {
     m_own.subscribe(this);
-    m_subscriptions.add(MouseEventSource::get(), this);
+    m_pointer = std::make_unique<SelectionPointer>(*this);
 }
 
 SelectionCommandInput::~SelectionCommandInput()
 {
     leaveSession();
-    m_subscriptions.clear();
 }
 
 void SelectionCommandInput::requiredQuantity(bool exactly, size_t quantity)
@@ -181,7 +164,7 @@ Vs::StrongRef<Vs::Selection> SelectionCommandInput::under(const MouseEvent& even
     const AssetSession* session = commandInputSet()->command()->assetSession();
     if (!session)
         return nullptr;
-    const PickFilter wanted(*this);
+    const InputFilter wanted(*this);
     Selections objects = objectsUnder(event, *session, wanted.filter());
     std::erase_if(objects, [this](const auto& object) { return !accepts(object); });
     if (objects.empty())
@@ -400,73 +383,9 @@ std::wstring SelectionCommandInput::whyRefused(const std::wstring& text) const
     return status.isError() ? status.toString() : CommandInputBase::whyRefused(text);
 }
 
-void SelectionCommandInput::mouseMove(MouseEvent* event)
-{
-    if (!pickingManager())
-        return;
-    CommandInUse inUse(commandInputSet()->command());
-    // A command may take its preview back when it hears of it, and then something else is there.
-    if (pointAt(under(*event)) && pickingManager())
-        pointAt(under(*event));
-}
-
-// What others have highlighted stays.
-void SelectionCommandInput::mouseLeave(GraphicsCanvas*)
-{
-    if (!m_pointing || !pickingManager())
-        return;
-    CommandInUse inUse(commandInputSet()->command());
-    pointAt(nullptr);
-}
-
-bool SelectionCommandInput::pointAt(const Vs::StrongRef<Vs::Selection>& selection)
-{
-    Vs::SelectionSet& lit = pickingManager()->highlightSet();
-    if (selection ? lit.contains(*selection) : lit.empty() && !m_pointing)
-        return false;
-    lit.clear();
-    if (selection)
-        lit.add(selection);
-    m_pointing = selection != nullptr;
-    SelectionInputPreselectionEvent event(this, selection.get());
-    commandInputSet()->fire(&event);
-    return true;
-}
-
-void SelectionCommandInput::mouseDragBegin(MouseEvent* event)
-{
-    m_dragged = true;
-    if (!m_pressed || m_exactly || !pickingManager() || event->button() != kLeftButton || !event->canvas())
-        return;
-    m_band = std::make_unique<RubberBand>(*event);
-    pointAt(nullptr);
-}
-
-void SelectionCommandInput::mouseDrag(MouseEvent* event)
-{
-    if (m_band)
-        m_band->pullTo(*event);
-}
-
-void SelectionCommandInput::mouseDragEnd(MouseEvent* event)
-{
-    const std::unique_ptr<RubberBand> band = std::move(m_band);
-    const AssetSession* session = commandInputSet()->command()->assetSession();
-    if (!band || !session || !pickingManager())
-        return;
-    CommandInUse inUse(commandInputSet()->command());
-    band->pullTo(*event);
-    std::vector<Vs::StrongRef<Vs::Selection>> accepted;
-    const PickFilter wanted(*this);
-    for (const auto& object : objectsIn(*event->canvas(), band->band(), *session, wanted.filter()))
-        if (accepts(object))
-            accepted.push_back(object);
-    take(accepted, event->modifierMask());
-}
-
 bool SelectionCommandInput::giveUp()
 {
-    return std::exchange(m_band, nullptr) != nullptr;
+    return m_pointer->giveUp();
 }
 
 // As a click does, but for Shift, which only adds: nobody sees in a crowd what would go.
@@ -484,31 +403,6 @@ void SelectionCommandInput::take(const std::vector<Vs::StrongRef<Vs::Selection>>
         if (!adds || !before.contains(*selection))
             all.push_back(selection);
     selections().replace(all);
-}
-
-void SelectionCommandInput::mouseDown(MouseEvent* event)
-{
-    const AssetSession* session = commandInputSet()->command()->assetSession();
-    m_pressed =
-        event->button() == kLeftButton && pickingManager() && session && shows(event->canvas(), *session);
-}
-
-// The click is that of the input that was current when the button went down: the one that takes it makes
-// another one current.
-void SelectionCommandInput::mouseUp(MouseEvent* event)
-{
-    const bool dragged = std::exchange(m_dragged, false);
-    if (event->button() != kLeftButton || !std::exchange(m_pressed, false) || dragged || !pickingManager())
-        return;
-    CommandInUse inUse(commandInputSet()->command());
-    const Vs::StrongRef<Vs::Selection> found = under(*event);
-    if (!found) {
-        SelectionInputMissedEvent missed(this, *event);
-        commandInputSet()->fire(&missed);
-        if (missed.taken())
-            return;
-    }
-    click(found, event->modifierMask());
 }
 
 } // namespace Vu

@@ -20,14 +20,13 @@ namespace Vu {
 
 class CommandBase;
 class PartFollower;
-class RubberBand;
+class SelectionPointer;
 
 /// An input that the user fills by clicking in the canvas, while its command is active and its session's
 /// selection isn't suspended. What a click would take is highlighted. One of a set's inputs takes the clicks
 /// at a time: the one that was made current, else the first that isn't complete, else the last. One that
 /// takes any number also takes what lies in a rubber band.
 class SelectionCommandInput : public Vs::Implements<SelectionCommandInput, CommandInputBase>,
-                              public MouseEventSite,
                               private Vs::SelectionSetSite,
                               private Vs::ComponentsListener
 {
@@ -101,15 +100,8 @@ public:
     bool valueFromString(const std::wstring& text) override;
     std::wstring displayText() const override;
 
-    void mouseMove(MouseEvent* event) override;
-    void mouseLeave(GraphicsCanvas* canvas) override;
-    void mouseDown(MouseEvent* event) override;
-    void mouseDragBegin(MouseEvent* event) override;
-    void mouseDrag(MouseEvent* event) override;
-    void mouseDragEnd(MouseEvent* event) override;
     /// Cancels the rubber band being drawn; false if there is none.
     bool giveUp() override;
-    void mouseUp(MouseEvent* event) override;
     void commandEnded() override;
     /// Keeps the paths of the objects, which may be called otherwise or be gone afterwards.
     void modelWillChange() override;
@@ -122,8 +114,8 @@ protected:
     std::wstring whyRefused(const std::wstring& text) const override;
 
 private:
+    friend class SelectionPointer;
     using Selections = std::vector<Vs::StrongRef<Vs::Selection>>;
-    class PickFilter;
     /// Nothing, with errors, if a path is unknown.
     std::optional<Selections> named(const std::wstring& text, Vs::Status& status) const;
     Vs::SelectionSet& selections() { return m_current ? *m_current : m_own; }
@@ -136,8 +128,6 @@ private:
     /// Null while nothing may be picked.
     Vs::SelectionMgr* pickingManager() const;
     bool accepts(const Vs::StrongRef<Vs::Selection>& selection) const;
-    /// Lights what the pointer is at, null for nothing, and tells of it; false if that is lit already.
-    bool pointAt(const Vs::StrongRef<Vs::Selection>& selection);
     bool isComplete() const;
 
     std::wstring textOf(const Vs::ObjectPath& path, const Vs::Asset& asset) const;
@@ -149,16 +139,12 @@ private:
     Vs::ObjectKindFilter m_kinds; ///< What the user wants to pick.
     size_t m_quantity = 1;
     EState m_state = EState::Collecting;
-    std::unique_ptr<RubberBand> m_band;
+    std::unique_ptr<SelectionPointer> m_pointer;
     std::unique_ptr<PartFollower> m_follower;
     bool m_exactly = false;
     bool m_clearAtEnd = true;
     bool m_required = true;
     bool m_preferred = false; ///< Was made current.
-    bool m_pointing = false;  ///< Was told that the pointer is at something.
-    bool m_pressed = false;   ///< The button went down while the input was current.
-    bool m_dragged = false;   ///< The button that is down has dragged, so that its release is no click.
-    Vs::Subscriptions m_subscriptions;
 };
 
 } // namespace Vu
