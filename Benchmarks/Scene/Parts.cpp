@@ -175,6 +175,8 @@ Scene sceneOf(const std::string& name)
         return sceneOfModel(*Vs::ModelFile::open(name));
     if (name == "million")
         return {{ball(50, 1000, 501)}, {{0, GkMatrix3d(), {0.10f, 0.30f, 0.62f, 1}}}};
+    if (name == "box")
+        return {{plate(40, 30, 20)}, {{0, GkMatrix3d(), {0.72f, 0.73f, 0.75f, 1}}}};
     const int count = std::atoi(name.c_str());
     Scene scene;
     if (count <= 0)

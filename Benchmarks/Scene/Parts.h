@@ -25,7 +25,8 @@ struct Scene
 };
 
 /// For a number, so many occurrences of a hundred parts of 12 to 1200 triangles; for "million", one ball of a
-/// million triangles; for a model file, as a worker writes it, what that shows. Else nothing.
+/// million triangles; for "box", a box; for a model file, as a worker writes it, what that shows. Else
+/// nothing.
 Scene sceneOf(const std::string& name);
 
 /// Runs `measure` on each scene that a program's arguments name; on the two large ones if they name none.

@@ -56,6 +56,9 @@ struct RenderTarget
     /// How many pixels of the framebuffer make one of the picture, in each direction; above 1 for
     /// supersampling.
     int pixelScale = 1;
+    /// By how much everything is shifted to the right and upwards, in pixels of the framebuffer: pictures
+    /// that differ in this alone are averaged to one with more samples.
+    double shiftX = 0, shiftY = 0;
     /// Whether expensive effects are drawn, if the fragment asks for them: ambient occlusion, shadows,
     /// reflections, drawings. For still pictures, and for canvases that stand still or are drawn by a GPU.
     bool effects = false;
@@ -78,6 +81,7 @@ struct RenderStatistics
     uint64_t triangles = 0;
     uint64_t uploadedMeshes = 0;    ///< Sent to the GPU for this picture.
     uint64_t uploadedInstances = 0; ///< The same.
+    bool glass = false;             ///< Whether anything in view is transparent.
 };
 
 } // namespace Rendra

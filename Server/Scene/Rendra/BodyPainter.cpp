@@ -93,6 +93,21 @@ Occlusion::Source sourceOf(const Frame& frame, const Area& depths, double radius
     return source;
 }
 
+/// Where bodies are, in pixels of the depths.
+Area occludedArea(const Frame& frame, const Area& depths)
+{
+    const BBox bounds = frame.fragment.viewFragmentNode()->boundingBox();
+    const GkVector3d middle = bounds.centre().asVector() - frame.scene.list.origin();
+    const GkVector3d half = (bounds.high() - bounds.low()) * 0.5;
+    ScreenBounds onScreen(frame);
+    onScreen.add(
+        {{float(middle.x), float(middle.y), float(middle.z)}, {float(half.x), float(half.y), float(half.z)}});
+    const int scale = frame.target.pixelScale;
+    const Area seen = onScreen.area(scale);
+    return {(seen.x - depths.x) / scale, (seen.y - depths.y) / scale, seen.width / scale + 1,
+            seen.height / scale + 1};
+}
+
 } // namespace
 
 bool BodyPainter::make(Vs::Status& status)
@@ -281,10 +296,10 @@ bool BodyPainter::findOcclusion(const Frame& frame, double radius)
     frame.drawFaces(Frame::Faces::OfOpaque);
     const Area& area = frame.area;
     const auto partOf = [](int at, int from, int length) { return double(at - from) / length; };
-    m_occlusion.finish(frame.projection, partOf(reach.x, area.x, area.width),
-                       partOf(reach.y, area.y, area.height),
-                       partOf(reach.x + reach.width, area.x, area.width),
-                       partOf(reach.y + reach.height, area.y, area.height), radius);
+    m_occlusion.finish(
+        frame.projection, partOf(reach.x, area.x, area.width), partOf(reach.y, area.y, area.height),
+        partOf(reach.x + reach.width, area.x, area.width),
+        partOf(reach.y + reach.height, area.y, area.height), radius, occludedArea(frame, depths));
     return true;
 }
 

@@ -37,9 +37,9 @@ void Frame::setView(const Program& program, const Area& into) const
 
 void Frame::clipMatrix(const Area& into, double (&rows)[4][4]) const
 {
-    projection.clipMatrix(rows, double(into.x - area.x) / area.width, double(into.y - area.y) / area.height,
-                          double(into.x - area.x + into.width) / area.width,
-                          double(into.y - area.y + into.height) / area.height);
+    const double left = into.x - area.x - target.shiftX, bottom = into.y - area.y - target.shiftY;
+    projection.clipMatrix(rows, left / area.width, bottom / area.height, (left + into.width) / area.width,
+                          (bottom + into.height) / area.height);
 }
 
 void Frame::sceneToClip(double (&rows)[4][4]) const

@@ -13,6 +13,7 @@ public:
         Colour,  ///< RGBA, with a separate depth buffer.
         Picture, ///< RGBA only.
         Value,   ///< One channel from 0 to 1, in 256 steps.
+        Pair,    ///< Two channels from 0 to 1, in 65536 steps.
         Depth,
     };
 

@@ -3,12 +3,32 @@
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/Rendra/CommonShaders.h"
 
+#include <cmath>
+
 namespace Rendra {
 
 namespace {
 
-/// Sixteen samples around each pixel, rotated by one of sixteen angles that repeat every four pixels in both
-/// directions: averaged over four by four neighbours, no pattern is left.
+/// The neighbours that are averaged lie within so many pixels.
+constexpr int kBlurMargin = 3;
+
+/// Every second pixel of each row is examined, those in between in the next row, with sixteen samples around
+/// it. They are rotated by one of eight angles that repeat every four pixels in both directions: averaged
+/// over four by four neighbours, no pattern is left.
+constexpr int kSamples = 16;
+
+/// Where the samples lie for a reach of 1, without rotation.
+std::array<float, 2 * kSamples> samplePlaces()
+{
+    std::array<float, 2 * kSamples> places{};
+    for (size_t i = 0; i < kSamples; ++i) {
+        const double angle = double(i) * 2.399963, away = std::sqrt((double(i) + 0.5) / kSamples);
+        places[2 * i] = float(std::cos(angle) * away);
+        places[2 * i + 1] = float(std::sin(angle) * away);
+    }
+    return places;
+}
+
 constexpr const char* kFindFragment = R"(
 uniform sampler2D depths;
 uniform vec4 window; // lower left corner and size of the view at distance 1, or everywhere in a parallel one
@@ -16,7 +36,8 @@ uniform vec2 range;  // near and far
 uniform bool perspective;
 uniform float radius;
 uniform float mostPixels;
-out float result;
+uniform vec2 samples[16];
+out vec2 result; // how much of the sky is seen, and the depth
 
 float ahead(float depth)
 {
@@ -39,8 +60,9 @@ vec3 shorter(vec3 a, vec3 b)
 void main()
 {
     ivec2 pixel = ivec2(gl_FragCoord.xy);
-    result = 1.0;
-    if (texelFetch(depths, pixel, 0).r == 1.0)
+    pixel.x = 2 * pixel.x + (pixel.y & 1);
+    result = vec2(1.0, texelFetch(depths, pixel, 0).r);
+    if (result.g == 1.0)
         return;
     vec3 here = place(pixel);
     // Of the neighbours on both sides the one that is surely on the same face gives its slope.
@@ -53,17 +75,17 @@ void main()
     if (reach < 2.0)
         return;
     float within = reach * pixelSize;
-    float turn = float((pixel.x & 3) * 4 + (pixel.y & 3)) * 0.392699;
+    float turn = float((pixel.x & 2) * 2 + (pixel.y & 3)) * 0.785398;
+    vec2 right = reach * vec2(cos(turn), sin(turn));
     float hidden = 0.0;
     for (int i = 0; i < 16; ++i) {
-        float angle = turn + float(i) * 2.399963;
-        float length = reach * sqrt((float(i) + 0.5) / 16.0);
-        vec3 other = place(pixel + ivec2(round(vec2(cos(angle), sin(angle)) * length))) - here;
+        vec2 off = vec2(samples[i].x * right.x - samples[i].y * right.y, samples[i].x * right.y + samples[i].y * right.x);
+        vec3 other = place(pixel + ivec2(floor(off + 0.5))) - here;
         float far2 = dot(other, other);
         float rise = dot(other, normal) * inversesqrt(max(far2, 1e-30));
         hidden += max(rise - 0.08, 0.0) * max(1.0 - far2 / (within * within), 0.0);
     }
-    result = clamp(1.0 - hidden / 16.0 * 3.6, 0.0, 1.0);
+    result.r = clamp(1.0 - hidden / 16.0 * 3.6, 0.0, 1.0);
 }
 )";
 
@@ -78,13 +100,16 @@ void main()
     ivec2 pixel = ivec2(gl_FragCoord.xy), last = textureSize(raw, 0) - 1;
     float depth = texelFetch(depths, pixel, 0).r;
     float sum = 0.0, weights = 0.0;
-    for (int y = -2; y < 2; ++y)
-        for (int x = -2; x < 2; ++x) {
-            ivec2 other = clamp(pixel + ivec2(x, y), ivec2(0), last);
-            float weight = abs(texelFetch(depths, other, 0).r - depth) < slack ? 1.0 : 0.001;
-            sum += texelFetch(raw, other, 0).r * weight;
+    for (int y = -2; y < 2; ++y) {
+        int row = clamp(pixel.y + y, 0, last.y);
+        int first = (pixel.x - 2 + ((pixel.x + row) & 1) - (row & 1)) >> 1;
+        for (int x = first; x < first + 2; ++x) {
+            vec2 other = texelFetch(raw, ivec2(clamp(x, 0, last.x), row), 0).rg;
+            float weight = abs(other.g - depth) < slack ? 1.0 : 0.001;
+            sum += other.r * weight;
             weights += weight;
         }
+    }
     result = sum / weights;
 }
 )";
@@ -118,8 +143,8 @@ bool Occlusion::begin(int width, int height)
 {
     if (!makePrograms())
         return false;
-    if (!m_raw.make(Layer::Kind::Value, width, height) || !m_smooth.make(Layer::Kind::Value, width, height) ||
-        !m_depth.make(Layer::Kind::Depth, width, height))
+    if (!m_raw.make(Layer::Kind::Pair, (width + 1) / 2, height) ||
+        !m_smooth.make(Layer::Kind::Value, width, height) || !m_depth.make(Layer::Kind::Depth, width, height))
         return false;
     m_depth.begin();
     glEnable(GL_DEPTH_TEST);
@@ -129,9 +154,13 @@ bool Occlusion::begin(int width, int height)
 }
 
 void Occlusion::finish(const Vs::Scene::Projection& projection, double x0, double y0, double x1, double y1,
-                       double radius)
+                       double radius, const Area& touched)
 {
     glDisable(GL_DEPTH_TEST);
+    glEnable(GL_SCISSOR_TEST);
+    const int left = touched.x - kBlurMargin, bottom = touched.y - kBlurMargin;
+    const int width = touched.width + 2 * kBlurMargin, height = touched.height + 2 * kBlurMargin;
+    glScissor(left / 2 - 1, bottom, width / 2 + 2, height);
     glBindVertexArray(m_noArray);
     glActiveTexture(GL_TEXTURE1);
     glBindTexture(GL_TEXTURE_2D, m_raw.texture());
@@ -148,15 +177,19 @@ void Occlusion::finish(const Vs::Scene::Projection& projection, double x0, doubl
     glUniform1i(m_find.uniform("perspective"), projection.perspective());
     glUniform1f(m_find.uniform("radius"), float(radius));
     glUniform1f(m_find.uniform("mostPixels"), float(kMargin - 2));
+    static const std::array<float, 2 * kSamples> places = samplePlaces();
+    glUniform2fv(m_find.uniform("samples"), kSamples, places.data());
     glDrawArrays(GL_TRIANGLES, 0, 3);
 
     m_smooth.begin();
+    glScissor(left, bottom, width, height);
     m_blur.use();
     glUniform1i(m_blur.uniform("depths"), 0);
     glUniform1i(m_blur.uniform("raw"), 1);
     glUniform1f(m_blur.uniform("slack"), 0.01f);
     glDrawArrays(GL_TRIANGLES, 0, 3);
     glBindTexture(GL_TEXTURE_2D, 0);
+    glDisable(GL_SCISSOR_TEST);
     glEnable(GL_DEPTH_TEST);
     m_found = true;
 }

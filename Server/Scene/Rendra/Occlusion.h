@@ -2,6 +2,7 @@
 
 #include "Server/Base/Status.h"
 #include "Server/Geometry/GkMatrix3d.h"
+#include "Server/Scene/Rendra/Frame.h"
 #include "Server/Scene/Rendra/Layer.h"
 #include "Server/Scene/Rendra/Program.h"
 
@@ -41,9 +42,10 @@ public:
     /// The program that draws the depths; it takes `view` and `projection` like the others.
     const Program& depthProgram() const { return m_depthOnly; }
     /// Computes the occlusion from the depths, which cover the part from (x0, y0) to (x1, y1) of the view,
-    /// margins included. `radius` is how far things affect each other, in millimetres.
+    /// margins included. `radius` is how far things affect each other, in millimetres. What lies outside of
+    /// `touched`, in pixels of the depths, is never looked up and left as it is.
     void finish(const Vs::Scene::Projection& projection, double x0, double y0, double x1, double y1,
-                double radius);
+                double radius, const Area& touched);
     /// One channel, from 0 (fully occluded) to 1, of the size given to `begin`.
     GLuint texture() const { return m_smooth.texture(); }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Server/Scene/Rendra/Program.h"
+
 #include <cstdint>
 
 namespace Rendra {
@@ -22,15 +24,19 @@ public:
     static int samplesOffered(int wanted);
 
 private:
+    /// With several samples the colours are a texture, else a renderbuffer.
     struct Surface
     {
-        uint32_t framebuffer = 0, colour = 0, depth = 0;
+        uint32_t framebuffer = 0, colour = 0, depth = 0, texture = 0;
         [[nodiscard]] bool make(int width, int height, int samples, bool withDepth);
         void release();
     };
     [[nodiscard]] bool makeAll();
+    void average(int width, int height);
 
     Surface m_target, m_resolved, m_small;
+    Program m_average; ///< For as many samples as the target has.
+    uint32_t m_noArray = 0;
     uint32_t m_drawn = 0;
     int m_width = 0, m_height = 0, m_scale = 0, m_samples = 0;
 };

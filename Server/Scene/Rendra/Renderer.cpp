@@ -251,6 +251,7 @@ void Renderer::Data::drawFragment(ViewFragment& fragment, const RenderTarget& ta
                       .quick = target.moving && software,
                       .software = software,
                       .smallest = smallest};
+    statistics.glass = statistics.glass || frame.showsGlass();
     for (Pass* pass : passes) {
         frame.drawIntoPicture();
         pass->draw(frame);

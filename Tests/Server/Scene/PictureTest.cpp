@@ -6,6 +6,7 @@
 #include "Tests/Server/Scene/Meshes.h"
 
 #include <cstdlib>
+#include <set>
 
 namespace {
 
@@ -304,15 +305,23 @@ TEST_F(Picture, SmoothEdgesHaveTonesBetweenBodyAndBackground)
     const auto node = add(SceneTest::boxMesh(100, 10, 100), kRed);
     NodeChange(node.get()).transform(GkMatrix3d::rotation(0.3, {0, 1, 0}));
     options.transparentBackground = true;
+    std::set<uint8_t> tones;
     const auto between = [&] {
         draw();
+        tones.clear();
         size_t count = 0;
-        for (size_t i = 3; i < image.pixels.size(); i += 4)
+        for (size_t i = 3; i < image.pixels.size(); i += 4) {
             count += image.pixels[i] > 10 && image.pixels[i] < 245;
+            tones.insert(image.pixels[i]);
+        }
         return count;
     };
     options.antiAliasing = true;
     EXPECT_GT(between(), 100u);
+    const size_t fine = tones.size();
+    options.fine = false;
+    EXPECT_GT(between(), 100u);
+    EXPECT_GE(fine, 2 * tones.size() - 1) << "a picture that is kept has more samples than a canvas";
     options.antiAliasing = false;
     EXPECT_EQ(between(), 0u);
 }
