@@ -1,6 +1,7 @@
 #include "Server/Translate/StepSession.h"
 
 #include "Server/Translate/Abridged.h"
+#include "Server/Translate/ScannerInput.h"
 #include "Server/Translate/StepNumbers.h"
 
 #include <Interface_InterfaceModel.hxx>
@@ -26,6 +27,7 @@ bool StepSession::load(const std::string& path, std::string_view bytes, const Re
     const std::string shorter = abridged(bytes);
     ReportingBuffer buffer(shorter.empty() ? bytes : shorter, report);
     std::istream stream(&buffer);
+    const ScannerInput input(stream);
     return ChangeReader().ReadStream(path.c_str(), stream) == IFSelect_RetDone;
 }
 
