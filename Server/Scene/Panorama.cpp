@@ -4,6 +4,7 @@
 #include "Server/Base/Require.h"
 #include "Server/Base/SiblingLibrary.h"
 #include "Server/Scene/PanoramaReader.h"
+#include "Server/Scene/Private/Texts.h"
 
 #include <algorithm>
 #include <array>
@@ -146,7 +147,8 @@ std::shared_ptr<const Panorama> Panorama::read(const std::wstring& path)
     read(path, picture);
     picture = smaller(picture, kDrawnWidth);
     if (!(meanBrightness(picture) > 1e-9))
-        throw Exception(L"\"" + path + L"\" can't light a model: the picture is black.");
+        throw Exception(
+            localizedFormat("PanoramaBlack", "\"%1%\" can't light a model: the picture is black.", path));
     return std::make_shared<const Panorama>(std::move(picture));
 }
 

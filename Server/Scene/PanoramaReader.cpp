@@ -2,6 +2,7 @@
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/Strings.h"
+#include "Server/Scene/Private/Texts.h"
 
 #include <boost/filesystem.hpp>
 #include <boost/filesystem/fstream.hpp>
@@ -42,9 +43,11 @@ struct Source
     }
 };
 
-[[noreturn]] void fail(const std::wstring& path, const std::wstring& cause)
+using Vs::Scene::localizedFormat;
+
+[[noreturn]] void fail(const std::wstring& text)
 {
-    throw Vs::Exception(L"\"" + path + L"\" can't be an environment: " + cause + L".");
+    throw Vs::Exception(text);
 }
 
 } // namespace
@@ -54,32 +57,41 @@ extern "C" void quilletReadPanorama(const std::wstring& path, Vs::Scene::Panoram
     Source source;
     boost::system::error_code error;
     if (!fs::is_regular_file(path, error))
-        fail(path, L"there is no such file");
+        fail(localizedFormat("PanoramaNoFile", "There is no file \"%1%\".", path));
     source.stream.open(fs::path(path), std::ios::binary);
     if (!source.stream)
-        fail(path, L"the file can't be read");
+        fail(localizedFormat("PanoramaUnreadable", "\"%1%\" can't be read.", path));
     const stbi_io_callbacks callbacks{&Source::read, &Source::skip, &Source::atEnd};
     if (!stbi_is_hdr_from_callbacks(&callbacks, &source))
-        fail(path, L"it isn't a Radiance picture (.hdr)");
+        fail(localizedFormat("PanoramaNotRadiance",
+                             "\"%1%\" can't be an environment: it isn't a Radiance picture (.hdr).", path));
     source.rewind();
     int width = 0, height = 0, channels = 0;
     if (!stbi_info_from_callbacks(&callbacks, &source, &width, &height, &channels) || width <= 0 ||
         height <= 0)
-        fail(path, L"its header is damaged");
-    const std::wstring size = std::to_wstring(width) + L" x " + std::to_wstring(height);
+        fail(localizedFormat("PanoramaHeader", "\"%1%\" can't be an environment: its header is damaged.",
+                             path));
     if (width > kWidest || height > kWidest)
-        fail(path, L"with " + size + L" pixels it is too large; up to " + std::to_wstring(kWidest) +
-                       L" are possible in each direction");
+        fail(localizedFormat(
+            "PanoramaTooLarge",
+            "\"%1%\" can't be an environment: with %2% x %3% pixels it is too large; up to %4% are possible "
+            "in each direction.",
+            path, width, height, kWidest));
     if (width < 2 || std::abs(width - 2 * height) > 1)
-        fail(path, L"a panorama is twice as wide as high, and this picture has " + size + L" pixels");
+        fail(localizedFormat(
+            "PanoramaShape",
+            "\"%1%\" can't be an environment: a panorama is twice as wide as high, and this picture has %2% "
+            "x %3% pixels.",
+            path, width, height));
     source.rewind();
     const std::unique_ptr<float, decltype(&stbi_image_free)> pixels(
         stbi_loadf_from_callbacks(&callbacks, &source, &width, &height, &channels, 3), &stbi_image_free);
-    if (!pixels)
-        fail(path, source.endedEarly ? std::wstring(L"the file ends too early")
-                                     : L"it is damaged (" + Vs::Strings::widen(stbi_failure_reason()) + L")");
-    if (source.endedEarly)
-        fail(path, L"the file ends too early");
+    if (!pixels && !source.endedEarly)
+        fail(localizedFormat("PanoramaDamaged", "\"%1%\" can't be an environment: it is damaged (%2%).", path,
+                             Vs::Strings::widen(stbi_failure_reason())));
+    if (!pixels || source.endedEarly)
+        fail(localizedFormat("PanoramaCut", "\"%1%\" can't be an environment: the file ends too early.",
+                             path));
     picture.width = width;
     picture.height = height;
     picture.channels.assign(pixels.get(), pixels.get() + 3 * size_t(width) * size_t(height));

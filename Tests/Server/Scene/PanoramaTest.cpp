@@ -125,7 +125,8 @@ TEST_F(PanoramaPicture, WhatIsNoneIsRefusedWithTheFileAndTheCause)
     EXPECT_PRED2(has, refusal("black.hdr", radiance(64, 32, [](const GkVector3d&) { return Colour3{}; })),
                  "black");
     const std::string head = "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n";
-    EXPECT_PRED2(has, refusal("huge.hdr", head + "-Y 1000000 +X 2000000\n"), "too large");
+    EXPECT_PRED2(has, refusal("huge.hdr", head + "-Y 1000000 +X 1000000\n"), "too large");
+    EXPECT_PRED2(has, refusal("nothing.hdr", head + "-Y 0 +X 0\n"), "header is damaged");
     EXPECT_PRED2(has, refusal("header.hdr", head + "-Y some +X more\n"), "header is damaged");
     EXPECT_PRED2(has, refusal("lines.hdr", head + "-Y 32 +X 64\n" + std::string(4096, '\2')), "damaged");
     EXPECT_EQ(refusal("good.hdr", good), "none");

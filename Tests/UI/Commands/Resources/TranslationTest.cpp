@@ -49,6 +49,7 @@ const std::string kDataModel =
     QUILLET_SOURCES "/Server/DataModel/Configuration/Translations/de/VsDataModel.po";
 const std::string kGerman[] = {kDataModel,
                                QUILLET_SOURCES "/Server/Types/Configuration/Translations/de/VsTypes.po",
+                               QUILLET_SOURCES "/Server/Scene/Configuration/Translations/de/VsScene.po",
                                QUILLET_SOURCES "/UI/Base/Configuration/Translations/de/VuBase.po",
                                QUILLET_SOURCES "/UI/Commands/Configuration/Translations/de/VuCommands.po",
                                QUILLET_SOURCES "/UI/Design/Configuration/Translations/de/VuDesign.po"};
