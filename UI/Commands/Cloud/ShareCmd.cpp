@@ -1,6 +1,7 @@
 #include "UI/Commands/Cloud/ShareCmd.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/Itemhub/ItemhubUtilities.h"
 #include "Server/Skyvault/MeshportAuth.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/InputControl.h"
@@ -31,6 +32,7 @@ void run(const Info* command, const CommandContext& context, Vs::Status& status)
 ShareCmdDef::ShareCmdDef()
 {
     m_subscriptions.add(Vs::CloudEventSource::get(), this);
+    m_subscriptions.add(Vs::ItemhubEventSource::get(), this);
     ShareCmdDef::cloudSessionChanged(nullptr);
 }
 
@@ -45,7 +47,14 @@ void ShareCmdDef::cloudSessionChanged(Vs::CloudEvent*)
 {
     std::wstring name;
     const Vs::MeshportAuth* auth = Vs::MeshportAuth::globalInstance();
-    user(auth->isLoggedIn() && auth->userName(name) ? name : std::wstring());
+    if (!auth->isLoggedIn() || !auth->userName(name))
+        name = isSignedInToItemhub() ? Vs::ItemhubUtilities::get()->accountName() : std::wstring();
+    user(name);
+}
+
+void ShareCmdDef::sessionChanged(Vs::ItemhubEvent*)
+{
+    cloudSessionChanged(nullptr);
 }
 
 ShareCmd::ShareCmd(ShareCmdDef* definition, CommandContext* context) : Implements(definition, context)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Itemhub/ItemhubEvents.h"
 #include "Server/Skyvault/CloudEvents.h"
 #include "UI/Base/Command/SimpleCommand.h"
 #include "UI/Commands/CommandRow.h"
@@ -10,8 +11,10 @@ namespace Vu::Commands {
 
 class ShareCmd;
 
-/// The account: "Sign In", or the name of who is signed in to the cloud drive. Always applicable.
-class ShareCmdDef : public CommandRowDefinition<ShareCmdDef, ShareCmd, CommandDefinition, Vs::CloudEventSite>
+/// The account: "Sign In", or the name of who is signed in to the cloud drive, or else to the lifecycle
+/// service. Always applicable.
+class ShareCmdDef : public CommandRowDefinition<ShareCmdDef, ShareCmd, CommandDefinition, Vs::CloudEventSite,
+                                                Vs::ItemhubEventSite>
 {
 public:
     static const CommandRow kRow;
@@ -22,6 +25,7 @@ public:
     void user(const std::wstring& name);
 
     void cloudSessionChanged(Vs::CloudEvent* event) override;
+    void sessionChanged(Vs::ItemhubEvent* event) override;
 
 private:
     Vs::Subscriptions m_subscriptions;

@@ -10,6 +10,7 @@
 #include "UI/Base/Session/DesignFeed.h"
 #include "UI/Base/Session/DocumentFacts.h"
 #include "UI/Base/Session/SessionMgr.h"
+#include "UI/Commands/Cloud/ShareCmd.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 #include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
 #include "UI/Commands/Itemhub/ItemhubNotifyMessageCmd.h"
@@ -45,6 +46,7 @@ protected:
 
 TEST_F(ItemEventsTest, TheAccountButtonOffersDriveAndService)
 {
+    EXPECT_EQ(ShareCmdDef::info()->name(), Vs::Strings::widen(account()));
     answerBoxes(2);
     answer(L"VuCommands.ShareCmd");
     EXPECT_TRUE(hub().isAuthenticated()) << "cancelled";
@@ -52,6 +54,7 @@ TEST_F(ItemEventsTest, TheAccountButtonOffersDriveAndService)
     answer(L"VuCommands.ShareCmd");
     EXPECT_EQ(boxes().size(), 2u);
     EXPECT_FALSE(hub().isAuthenticated());
+    EXPECT_EQ(ShareCmdDef::info()->name(), L"Sign In");
     EXPECT_TRUE(applicable(L"ItemhubSignInCommand"));
     EXPECT_FALSE(applicable(L"ItemhubSignOutCommand"));
 }
