@@ -3,7 +3,7 @@
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 find_package(Boost 1.74 REQUIRED COMPONENTS filesystem locale thread)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Widgets OpenGL OpenGLWidgets Svg)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Widgets OpenGL OpenGLWidgets PrintSupport Svg)
 set(QT_NO_PRIVATE_MODULE_WARNING ON)
 # No version is asked for here: the kernel accepts only its own exact version number as a match.
 find_package(OpenCASCADE REQUIRED)

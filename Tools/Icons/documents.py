@@ -89,6 +89,8 @@ picture("Shells/Web").line(circle(12, 12, 9), ellipse(12, 12, 4, 9)).accent("M3.
 picture("Common/RecentFile").line(open_page(stop_x=10, stop_y=10.5)) \
     .accent(circle(17, 17, 4.5), poly((17, 14.6), (17, 17), (18.8, 18)))
 picture("Common/Drawing").line(rect(2.5, 4, 19, 16, 1.2), "M13 20 V15.5 H21.5").accent(Cube(9, 11, 3.8).edges())
+picture("Common/Print").line("M7 8 V3.5 H17 V8", "M7 17.5 H4 A1 1 0 0 1 3 16.5 V9 A1 1 0 0 1 4 8 H20 A1 1 0 0 1 21 9 V16.5 A1 1 0 0 1 20 17.5 H17") \
+    .tint(rect(7, 13.5, 10, 7.5, 0)).accent(rect(7, 13.5, 10, 7.5, 0)).solid(circle(17.6, 10.8, 0.9))
 picture("Shell/DeleteMRU").line("M3.5 5.5 H18 M3.5 11 H12.5 M3.5 16.5 H11").accent(cross(18, 16.5, 3.3))
 picture("Shell/PinnedMRU").tint("M8.5 3.5 H15.5 L14.7 10 L18 13.5 H6 L9.3 10Z") \
     .accent("M8.5 3.5 H15.5 L14.7 10 L18 13.5 H6 L9.3 10Z").line("M12 14 V21")

@@ -43,6 +43,7 @@
 #include "UI/Commands/Documents/NewDocumentCmd.h"
 #include "UI/Commands/Documents/OpenDocumentCmd.h"
 #include "UI/Commands/Documents/OpenDocumentsCmds.h"
+#include "UI/Commands/Documents/PrintCmd.h"
 #include "UI/Commands/Documents/RecentDocumentsCmd.h"
 #include "UI/Commands/Documents/SaveAsImageCmd.h"
 #include "UI/Commands/Documents/SaveDocumentCmd.h"
@@ -293,6 +294,7 @@ private:
     ViewScaleBarCmdDef m_viewScaleBarCmdDef;
     ViewEnvironmentFileCmdDef m_viewEnvironmentFileCmdDef;
     SaveDrawingCmdDef m_saveDrawingCmdDef;
+    PrintCmdDef m_printCmdDef;
     AddNamedViewCmdDef m_addNamedViewCmdDef;
     RemoveNamedViewCmdDef m_removeNamedViewCmdDef;
     UpdateNamedViewCameraCmdDef m_updateNamedViewCameraCmdDef;

@@ -20,6 +20,7 @@
     ROW(ShareMail, "Share/Mail")                                 \
     ROW(ShareCopy, "Share/Copy")                                 \
     ROW(SaveDrawing, "Common/Drawing")                           \
+    ROW(Print, "Common/Print")                                   \
     ROW(ShareProgram, "Share/Program")                           \
     ROW(ShareFolder, "Share/Folder")                             \
     ROW(ShareItem, "Share/Item")                                 \

@@ -126,7 +126,7 @@ Image pictureOfView(const Wish& wish)
         throw Vs::Exception(localized("ScriptNoView", "There is no active view."));
     Image image;
     Vs::Status status;
-    if (!view->renderImage(image, wish.width, wish.height, status))
+    if (!view->renderImage(image, wish.width, wish.height, Vs::Scene::ImageOptions::current(), status))
         throw Vs::Exception(status.toString());
     return image;
 }

@@ -2,6 +2,7 @@
 
 #include "Server/Geometry/GkPoint2d.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -9,10 +10,14 @@ namespace Vs {
 class Status;
 }
 
+namespace Vs::Scene {
+struct Image;
+}
+
 namespace Vu {
 
-/// A sheet of paper with lines and texts. Lengths are in millimetres, x to the right and y downwards from the
-/// upper left corner.
+/// A sheet of paper with lines, texts and pictures. Lengths are in millimetres, x to the right and y
+/// downwards from the upper left corner.
 struct VectorPage
 {
     struct Line
@@ -27,11 +32,18 @@ struct VectorPage
         GkPoint2d place;   ///< Of the left end of its base line.
         double height = 3; ///< Of a capital.
     };
+    struct Picture
+    {
+        std::shared_ptr<const Vs::Scene::Image> image;
+        GkPoint2d place; ///< Of the upper left corner.
+        double width = 0, height = 0;
+    };
 
     std::wstring title;
     double width = 297, height = 210;
     std::vector<Line> lines;
     std::vector<Text> texts;
+    std::vector<Picture> pictures;
 };
 
 /// Writes the page as SVG or PDF, by the file's suffix; the file is replaced as a whole. False, with the

@@ -286,10 +286,10 @@ bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_
 }
 
 bool GraphicsView::renderImage(Vs::Scene::Image& image, uint32_t width, uint32_t height,
-                               Vs::Status& status) const
+                               const Vs::Scene::ImageOptions& options, Vs::Status& status) const
 {
-    return Vs::Scene::OffscreenRenderer::get()->render(modelFragments(), width, height,
-                                                       Vs::Scene::ImageOptions::current(), image, status);
+    return Vs::Scene::OffscreenRenderer::get()->render(modelFragments(), width, height, options, image,
+                                                       status);
 }
 
 GkPoint3d GraphicsView::windowToWorld(const Vs::Point2& place) const

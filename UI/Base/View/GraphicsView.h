@@ -95,7 +95,8 @@ public:
     bool renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height,
                      const Vs::Scene::ImageOptions& options, Vs::Status& status);
     /// The same into memory.
-    bool renderImage(Vs::Scene::Image& image, uint32_t width, uint32_t height, Vs::Status& status) const;
+    bool renderImage(Vs::Scene::Image& image, uint32_t width, uint32_t height,
+                     const Vs::Scene::ImageOptions& options, Vs::Status& status) const;
 
 protected:
     /// Not owned; must exist as long as the view, or until null is given.

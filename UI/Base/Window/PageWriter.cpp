@@ -1,6 +1,8 @@
 #include "UI/Base/Window/PageWriter.h"
 
 #include "Server/Base/Status.h"
+#include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Window/PagePainter.h"
 
 #include <QPageSize>
 #include <QPainter>
@@ -15,32 +17,6 @@ namespace {
 /// Both writers count in whole dots.
 constexpr int kDotsPerMillimetre = 100;
 constexpr int kDotsPerInch = 2540;
-/// The height of a capital, as a fraction of a font's size.
-constexpr double kCapital = 0.72;
-
-void paint(const Vu::VectorPage& page, QPainter& painter)
-{
-    constexpr double kDots = kDotsPerMillimetre;
-    for (const Vu::VectorPage::Line& line : page.lines) {
-        QPen pen(Qt::black, line.width * kDots, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
-        // Dashes are counted in widths of the line.
-        if (line.dashed)
-            pen.setDashPattern({3 / line.width * 0.7, 1.5 / line.width * 0.7});
-        painter.setPen(pen);
-        QPolygonF points;
-        for (const GkPoint2d& point : line.points)
-            points << QPointF(point.x * kDots, point.y * kDots);
-        painter.drawPolyline(points);
-    }
-    painter.setPen(Qt::black);
-    for (const Vu::VectorPage::Text& text : page.texts) {
-        QFont font("DejaVu Sans");
-        font.setPixelSize(int(std::lround(text.height / kCapital * kDots)));
-        painter.setFont(font);
-        painter.drawText(QPointF(text.place.x * kDots, text.place.y * kDots),
-                         QString::fromStdWString(text.text));
-    }
-}
 
 bool paintSvg(const Vu::VectorPage& page, QIODevice& file)
 {
@@ -55,7 +31,7 @@ bool paintSvg(const Vu::VectorPage& page, QIODevice& file)
     QPainter painter;
     if (!painter.begin(&generator))
         return false;
-    paint(page, painter);
+    Vu::paintPage(page, painter, kDotsPerMillimetre);
     return painter.end();
 }
 
@@ -69,7 +45,7 @@ bool paintPdf(const Vu::VectorPage& page, QIODevice& file)
     QPainter painter;
     if (!painter.begin(&writer))
         return false;
-    paint(page, painter);
+    Vu::paintPage(page, painter, kDotsPerMillimetre);
     return painter.end();
 }
 
@@ -84,6 +60,7 @@ extern "C" bool quilletWritePage(const Vu::VectorPage& page, const std::wstring&
         (name.endsWith(".svg", Qt::CaseInsensitive) ? paintSvg(page, file) : paintPdf(page, file)) &&
         file.commit();
     if (!painted)
-        status.addError(L"The drawing " + path + L" cannot be written: " + file.errorString().toStdWString());
+        status.addError(Vu::localizedFormat("PageNotWritten", "\"%1%\" can't be written: %2%.", path,
+                                            file.errorString().toStdWString()));
     return painted;
 }

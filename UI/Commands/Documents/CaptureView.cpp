@@ -73,6 +73,18 @@ private:
     bool m_msaa, m_transparent, m_plane, m_dome, m_grid, m_numbers;
 };
 
+/// Once the options of graphics are set.
+Vs::Scene::ImageOptions drawnOptions(const GraphicsView& view, const ImageOptions& options)
+{
+    Vs::Scene::ImageOptions drawn = Vs::Scene::ImageOptions::current();
+    drawn.marks = options.asShown;
+    if (options.pixelRatio > 0)
+        drawn.pixelRatio = options.pixelRatio;
+    else if (const GraphicsCanvas* canvas = view.canvas(); canvas && options.asShown)
+        drawn.pixelRatio = float(canvas->pixelWidth()) / float(std::max(1, canvas->width()));
+    return drawn;
+}
+
 } // namespace
 
 void takeWindowSize(const GraphicsView& view, ImageOptions& options)
@@ -86,11 +98,7 @@ bool captureView(GraphicsView& view, Vs::ImageResource& file, const ImageOptions
 {
     GraphicsOptionsGuard graphics(view);
     graphics.setFor(options);
-    Vs::Scene::ImageOptions drawn = Vs::Scene::ImageOptions::current();
-    drawn.marks = options.asShown;
-    if (const GraphicsCanvas* canvas = view.canvas(); canvas && options.asShown)
-        drawn.pixelRatio = float(canvas->pixelWidth()) / float(std::max(1, canvas->width()));
-    return view.renderImage(&file, options.width, options.height, drawn, status);
+    return view.renderImage(&file, options.width, options.height, drawnOptions(view, options), status);
 }
 
 bool captureView(const GraphicsView& view, Vs::Scene::Image& image, const ImageOptions& options,
@@ -98,7 +106,7 @@ bool captureView(const GraphicsView& view, Vs::Scene::Image& image, const ImageO
 {
     GraphicsOptionsGuard graphics(view);
     graphics.setFor(options);
-    return view.renderImage(image, options.width, options.height, status);
+    return view.renderImage(image, options.width, options.height, drawnOptions(view, options), status);
 }
 
 void copyActiveViewLater()

@@ -1,21 +1,24 @@
 #include "UI/Commands/Documents/DrawingPage.h"
 
 #include "Server/Base/NumberText.h"
+#include "Server/Base/Status.h"
+#include "Server/DataModel/Document.h"
+#include "UI/Base/Command/CommandContext.h"
 #include "UI/Commands/Localized.h"
 
 #include <algorithm>
 #include <cmath>
+#include <ctime>
 
 namespace Vu::Commands {
 namespace {
 
-struct Sheet
+const std::vector<DrawingSheet>& usualSheets()
 {
-    const wchar_t* name;
-    double width, height;
-};
-constexpr Sheet kSheets[] = {
-    {L"A4", 297, 210}, {L"A3", 420, 297}, {L"A2", 594, 420}, {L"A1", 841, 594}, {L"A0", 1189, 841}};
+    static const std::vector<DrawingSheet> sheets = {
+        {L"A4", 297, 210}, {L"A3", 420, 297}, {L"A2", 594, 420}, {L"A1", 841, 594}, {L"A0", 1189, 841}};
+    return sheets;
+}
 
 // In millimetres of the paper.
 constexpr double kFrame = 10, kRoom = 8;
@@ -42,30 +45,30 @@ Extent extentOf(const Vs::LineDrawing& drawing)
     return extent;
 }
 
-double roomAcross(const Sheet& sheet)
+double roomAcross(const DrawingSheet& sheet)
 {
     return sheet.width - 2 * (kFrame + kRoom);
 }
 
-double roomDown(const Sheet& sheet)
+double roomDown(const DrawingSheet& sheet)
 {
     return sheet.height - 2 * (kFrame + kRoom) - kBlockHeight;
 }
 
-bool fits(const Extent& extent, double scale, const Sheet& sheet)
+bool fits(const Extent& extent, double scale, const DrawingSheet& sheet)
 {
     return (extent.right - extent.left) * scale <= roomAcross(sheet) &&
            (extent.top - extent.bottom) * scale <= roomDown(sheet);
 }
 
 /// The scales of the standard: 1, 2 and 5 times a power of ten.
-double usualScale(const Extent& extent)
+double usualScale(const Extent& extent, const DrawingSheet& sheet)
 {
     double found = 1e-9;
     for (int power = -9; power <= 6; ++power)
         for (const double lead : {1.0, 2.0, 5.0}) {
             const double scale = lead * std::pow(10, power);
-            if (fits(extent, scale, kSheets[0]))
+            if (fits(extent, scale, sheet))
                 found = scale;
         }
     return found;
@@ -78,7 +81,7 @@ std::wstring shortened(const std::wstring& text)
     return text.size() <= kMost ? text : text.substr(0, kMost - 1) + L"\u2026";
 }
 
-void addTitleBlock(VectorPage& page, const Sheet& sheet, const DrawingFacts& facts, double scale)
+void addTitleBlock(VectorPage& page, const DrawingSheet& sheet, const DrawingFacts& facts, double scale)
 {
     const double right = sheet.width - kFrame, bottom = sheet.height - kFrame;
     const double left = right - kBlockWidth, top = bottom - kBlockHeight;
@@ -105,6 +108,16 @@ void addTitleBlock(VectorPage& page, const Sheet& sheet, const DrawingFacts& fac
 
 } // namespace
 
+DrawingFacts factsOf(const Vs::Document& document)
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    wchar_t text[16];
+    return {document.displayName(),
+            std::wstring(text, std::wcsftime(text, std::size(text), L"%Y-%m-%d", &local))};
+}
+
 std::optional<double> readScale(std::wstring_view text)
 {
     const size_t colon = text.find(L':');
@@ -116,6 +129,22 @@ std::optional<double> readScale(std::wstring_view text)
     return *first / *second;
 }
 
+std::wstring scaleSaid(const CommandContext& context, const Vs::UniqueString* name)
+{
+    int whole = 0;
+    double number = 0;
+    if (context.argument(name, CommandContext::EArgType::Int, &whole))
+        return std::to_wstring(whole);
+    if (context.argument(name, CommandContext::EArgType::Double, &number))
+        return Vs::numberText(number);
+    return context.argumentAsString(name);
+}
+
+void tellNoScale(const std::wstring& said, Vs::Status& status)
+{
+    status.addError(localizedFormat("DrawingNoScale", "\"%1%\" is not a scale, such as 1:2 or 5:1.", said));
+}
+
 std::wstring scaleText(double scale)
 {
     const auto number = [](double value) { return Vs::numberText(std::round(value * 1e6) / 1e6); };
@@ -123,15 +152,17 @@ std::wstring scaleText(double scale)
 }
 
 std::optional<VectorPage> drawingPage(const Vs::LineDrawing& drawing, const DrawingFacts& facts,
-                                      std::optional<double> wanted)
+                                      std::optional<double> wantedScale,
+                                      const std::optional<DrawingSheet>& wanted)
 {
     const Extent extent = extentOf(drawing);
     if (extent.isEmpty())
         return std::nullopt;
-    const double scale = wanted.value_or(usualScale(extent));
-    const auto sheet =
-        std::ranges::find_if(kSheets, [&](const Sheet& candidate) { return fits(extent, scale, candidate); });
-    if (sheet == std::end(kSheets))
+    const std::vector<DrawingSheet> sheets = wanted ? std::vector{*wanted} : usualSheets();
+    const double scale = wantedScale.value_or(usualScale(extent, sheets.front()));
+    const auto sheet = std::ranges::find_if(
+        sheets, [&](const DrawingSheet& candidate) { return fits(extent, scale, candidate); });
+    if (sheet == sheets.end())
         return std::nullopt;
     VectorPage page;
     page.title = facts.name;

@@ -16,6 +16,7 @@ struct ImageOptions
     bool antiAliasing = true;
     /// With all that the view shows around the model, not for use elsewhere.
     bool asShown = false;
+    float pixelRatio = 0;            ///< By which lines are wider than a pixel; 0 for that of the screen.
     bool transparencyLocked = false; ///< The file format doesn't support transparency.
     int resolution = 72;             ///< Pixels per inch, as written to the file.
 };

@@ -1,6 +1,5 @@
 #include "UI/Commands/Documents/SaveDrawingCmd.h"
 
-#include "Server/Base/NumberText.h"
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
@@ -16,7 +15,6 @@
 
 #include <boost/algorithm/string/case_conv.hpp>
 
-#include <ctime>
 #include <stdexcept>
 
 namespace Vu::Commands {
@@ -27,28 +25,6 @@ constinit const CommandRow SaveDrawingCmdDef::kRow = {
 // clang-format on
 
 namespace {
-
-std::wstring today()
-{
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    wchar_t text[16];
-    return std::wstring(text, std::wcsftime(text, std::size(text), L"%Y-%m-%d", &local));
-}
-
-/// "0.5" and "2" come as numbers.
-std::wstring scaleSaid(const CommandContext& context)
-{
-    const Vs::UniqueString* name = SaveDrawingCmdDef::scaleArgumentName();
-    int whole = 0;
-    double number = 0;
-    if (context.argument(name, CommandContext::EArgType::Int, &whole))
-        return std::to_wstring(whole);
-    if (context.argument(name, CommandContext::EArgType::Double, &number))
-        return Vs::numberText(number);
-    return context.argumentAsString(name);
-}
 
 std::wstring withDrawingSuffix(const std::wstring& path)
 {
@@ -94,11 +70,10 @@ void SaveDrawingCmd::onExecute(Vs::Status& status)
     }
     if (!session || !camera)
         return;
-    const std::wstring said = scaleSaid(*commandContext());
+    const std::wstring said = scaleSaid(*commandContext(), SaveDrawingCmdDef::scaleArgumentName());
     const std::optional<double> scale = readScale(said);
     if (!said.empty() && !scale) {
-        status.addError(
-            localizedFormat("DrawingNoScale", "\"%1%\" is not a scale, such as 1:2 or 5:1.", said));
+        tellNoScale(said, status);
         return;
     }
     int hidden = 0;
@@ -107,10 +82,11 @@ void SaveDrawingCmd::onExecute(Vs::Status& status)
     try {
         const Vs::LineDrawing drawing = Vs::modelLines(
             *session->asset(), (camera->target() - camera->position()).normal(), camera->up(), hidden != 0);
-        const auto page = drawingPage(drawing, {session->asset()->document()->displayName(), today()}, scale);
+        const auto page = drawingPage(drawing, factsOf(*session->asset()->document()), scale);
         if (!page) {
             status.addError(localizedFormat(
-                "DrawingTooLarge", "At the scale %1% the drawing doesn't fit on a sheet of size A0.", said));
+                "DrawingTooLarge", "At the scale %1% the drawing doesn't fit on a sheet of size %2%.", said,
+                L"A0"));
             return;
         }
         Application::get()->needGui();

@@ -1,10 +1,14 @@
 // Drawings of a model at scale, as files.
 
+#include "Server/Base/Strings.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Commands/Documents/DrawingPage.h"
 
 #include <QFile>
+#include <QImage>
 #include <QPointF>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QXmlStreamReader>
 
 #include <cmath>
@@ -132,6 +136,76 @@ TEST_F(DrawingTest, ABoxBehindAnotherShowsNothingUnlessHiddenLinesAreWanted)
     refuses(L" Scale=1000:1", L"doesn't fit");
     answer(L"Design.New");
     refuses(L"", L"exact shape");
+}
+
+class PrintTest : public CommandsTests::WithProgram
+{
+protected:
+    void SetUp() override
+    {
+        if (QStandardPaths::findExecutable("pdftoppm").isEmpty())
+            GTEST_SKIP() << "pdftoppm, which shows what a PDF file says, isn't installed";
+        WithProgram::SetUp();
+        answer(L"Design.New");
+        answer(L"Design.Box 60 20 30");
+        answer(L"Camera.Set 30,-400,15 30,10,15 0,0,1 1 10000 160 120 1"); // from the front
+    }
+    /// The page at 2 dots a millimetre.
+    QImage printed(const std::wstring& wishes) const
+    {
+        const std::wstring path = scratch(L"page.pdf");
+        answer(L"Commands.Start PrintCommand Path=" + path + wishes);
+        const QString name = QString::fromStdWString(path);
+        EXPECT_EQ(QProcess::execute("pdftoppm", {"-r", "50.8", "-png", "-singlefile", name, name}), 0);
+        return QImage(name + ".png");
+    }
+    static bool isWhite(const QImage& page, const QRect& part)
+    {
+        for (int y = part.top(); y <= part.bottom(); ++y)
+            for (int x = part.left(); x <= part.right(); ++x)
+                if (qGray(page.pixel(x, y)) < 250)
+                    return false;
+        return true;
+    }
+};
+
+TEST_F(PrintTest, APageHasItsPaperItsMarginsAndTheViewOrTheModelOrADrawing)
+{
+    const QImage view = printed(L" Margin=20");
+    EXPECT_NEAR(view.width(), 594, 1) << "A4, landscape";
+    EXPECT_NEAR(view.height(), 420, 1);
+    EXPECT_TRUE(isWhite(view, {0, 0, 594, 36}));
+    EXPECT_TRUE(isWhite(view, {0, 0, 38, 420}));
+    EXPECT_FALSE(isWhite(view, {42, 80, 4, 4})) << "the surroundings";
+    const QImage model = printed(L" Margin=20 Print=Model");
+    EXPECT_TRUE(isWhite(model, {42, 80, 4, 4}));
+    EXPECT_FALSE(isWhite(model, {290, 205, 8, 8}));
+    const QImage drawing = printed(L" Print=Drawing Scale=2:1 Paper=A3 Portrait=1");
+    EXPECT_NEAR(drawing.width(), 594, 1);
+    EXPECT_NEAR(drawing.height(), 840, 1);
+    EXPECT_FALSE(isWhite(drawing, {18, 400, 4, 4})) << "the frame";
+    // The box is 120 mm wide there, above the title block.
+    EXPECT_FALSE(isWhite(drawing, {297 - 122, 402, 4, 4}));
+    EXPECT_TRUE(isWhite(drawing, {297 - 116, 360, 232, 84}));
+    EXPECT_FALSE(isWhite(drawing, {297 + 118, 402, 4, 4}));
+}
+
+TEST_F(PrintTest, WhatCanNotBePrintedIsToldWithItsCause)
+{
+    const auto refuses = [&](const std::wstring& arguments, const wchar_t* cause) {
+        const std::wstring told = failure(L"Commands.Start PrintCommand " + arguments);
+        EXPECT_NE(told.find(cause), std::wstring::npos) << Vs::Strings::narrow(told);
+    };
+    const std::wstring path = L"Path=" + scratch(L"page.pdf");
+    refuses(L"", L"no file name");
+    refuses(L"Printer=Nowhere", L"There is no printer \"Nowhere\"");
+    refuses(path + L" Print=All", L"View, Model and Drawing");
+    refuses(path + L" Paper=B9", L"There are: A4, A3");
+    refuses(path + L" Margin=wide", L"from 0 to 50");
+    refuses(path + L" Print=Drawing Scale=100:1", L"on a sheet of size A4");
+    refuses(path + L" Print=Drawing Scale=x", L"is not a scale");
+    refuses(L"Path=/nowhere/page.pdf", L"can't be written");
+    EXPECT_FALSE(QFile::exists(QString::fromStdWString(scratch(L"page.pdf"))));
 }
 
 } // namespace

@@ -56,7 +56,7 @@ QByteArray contentOf(Vs::Resource* resource)
 
 TEST(Catalogue, HoldsTheAgreedNumberOfResourcesOfEachKind)
 {
-    EXPECT_EQ(icons().size(), 114u);
+    EXPECT_EQ(icons().size(), 115u);
     EXPECT_EQ(cursors().size(), 8u);
     EXPECT_EQ(images().size(), 4u);
     EXPECT_EQ(files().size(), 6u);

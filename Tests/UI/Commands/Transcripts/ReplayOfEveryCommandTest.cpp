@@ -83,6 +83,7 @@ const Session kSessions[] = {
     {L"SaveAsImageCommand",            kModel + L"Commands.Start SaveAsImageCommand Path={}/g.png Width=64 Height=48"},
     {L"ShareSheetsCommand",            kModel + L"Commands.Start ShareSheetsCommand CmdId=ShareInFolderCommand Path={}/p.png"},
     {L"SaveDrawingCommand",            kModel + L"Commands.Start SaveDrawingCommand Path={}/g.svg Scale=1:2 Hidden=1"},
+    {L"PrintCommand",                  kModel + L"Commands.Start PrintCommand Path={}/q.pdf Print=Drawing Scale=1:2 Paper=A3"},
     {L"CloseDocumentCommand",          kTwo + L"!VuCommands.CloseDocumentCmd"},
     {L"CloseAllDocumentsCommand",      kTwo + L"!VuCommands.CloseAllDocumentsCmd"},
     {L"CurrentlyOpenDocumentsCommand", kTwo + L"VuCommands.CurrentlyOpenDocumentsCmd"},

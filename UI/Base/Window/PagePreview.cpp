@@ -1,0 +1,57 @@
+#include "UI/Base/Window/PagePreview.h"
+
+#include "UI/Base/Window/PagePainter.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace Vu {
+
+namespace {
+constexpr int kWidth = 460, kHeight = 380;
+/// Around the paper, where its shadow falls.
+constexpr int kBorder = 12;
+constexpr int kShadow = 3;
+} // namespace
+
+PagePreview::PagePreview(QWidget* parent) : QWidget(parent)
+{
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setMinimumSize(kWidth / 2, kHeight / 2);
+}
+
+void PagePreview::show(std::optional<VectorPage> page, const QString& reason)
+{
+    m_page = std::move(page);
+    m_reason = reason;
+    setAccessibleDescription(reason);
+    update();
+}
+
+QSize PagePreview::sizeHint() const
+{
+    return {kWidth, kHeight};
+}
+
+void PagePreview::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    if (!m_page) {
+        painter.setPen(palette().color(QPalette::WindowText));
+        painter.drawText(rect().adjusted(kBorder, kBorder, -kBorder, -kBorder),
+                         Qt::AlignCenter | Qt::TextWordWrap, m_reason);
+        return;
+    }
+    const double dots =
+        std::min((width() - 2.0 * kBorder) / m_page->width, (height() - 2.0 * kBorder) / m_page->height);
+    const QRectF paper((width() - m_page->width * dots) / 2, (height() - m_page->height * dots) / 2,
+                       m_page->width * dots, m_page->height * dots);
+    painter.fillRect(paper.translated(kShadow, kShadow), QColor(0, 0, 0, 70));
+    painter.fillRect(paper, Qt::white);
+    painter.setClipRect(paper);
+    painter.translate(paper.topLeft());
+    paintPage(*m_page, painter, dots);
+}
+
+} // namespace Vu
