@@ -4,19 +4,24 @@
 #include "Server/Translate/IgesReader.h"
 #include "Server/Translate/IgesWriter.h"
 #include "Server/Translate/RefuseMeshes.h"
+#include "Server/Translate/Salvage/FaceTrials.h"
+#include "Server/Translate/Salvage/IgesSalvage.h"
 
 namespace Vs::Translate {
 
-std::shared_ptr<Helpers> helpersFor(Exchange::Format, const std::string&, const Help&)
+std::shared_ptr<Helpers> helpersFor(Exchange::Format format, const std::string& path, const Help& help)
 {
-    return nullptr;
+    if (format != Exchange::Format::Iges || !help.facewise)
+        return nullptr;
+    return Salvage::FaceTrials::start(path, help, {Salvage::facesOfIges, readSoundIges});
 }
 
-Reading readFile(Exchange::Format format, const std::string& path, const ReadingOptions&, Reporter& reporter)
+Reading readFile(Exchange::Format format, const std::string& path, const ReadingOptions& options,
+                 Reporter& reporter)
 {
     if (format != Exchange::Format::Iges)
         throw Unreadable("is of a format that can't be read");
-    return readIges(path, reporter);
+    return readIges(path, options, reporter);
 }
 
 void writeFile(Exchange::Format format, Kernel::XdeModel& model, const Writing& writing,

@@ -214,4 +214,14 @@ Reading readStep(const std::string& path, const ReadingOptions& options, Reporte
     return reading;
 }
 
+bool readSoundStep(std::string_view file, const std::unordered_set<uint32_t>& without,
+                   Kernel::XdeModel& model)
+{
+    const Salvage::Salvaged sound = Salvage::salvage(file, without);
+    const auto session = StepSession::make();
+    Handle(TDocStd_Document) document = model.document();
+    return sound.text.empty() ||
+           (session->load("faces", sound.text, [](double) {}) && session->Transfer(document));
+}
+
 } // namespace Vs::Translate

@@ -2,9 +2,17 @@
 
 #include "Server/Translate/Reading.h"
 
+#include <cstdint>
+#include <string_view>
+#include <unordered_set>
+
 namespace Vs::Translate {
 
 /// Reads the shapes with their names, colours and structure, in millimetres. Throws Unreadable.
 Reading readStep(const std::string& path, const ReadingOptions& options, Reporter& reporter);
+
+/// Reads what is sound of a file's content, without some of its entities. False if the kernel refuses it.
+bool readSoundStep(std::string_view file, const std::unordered_set<uint32_t>& without,
+                   Kernel::XdeModel& model);
 
 } // namespace Vs::Translate

@@ -3,6 +3,7 @@
 #include "Server/Translate/Family.h"
 #include "Server/Translate/RefuseMeshes.h"
 #include "Server/Translate/Salvage/FaceTrials.h"
+#include "Server/Translate/Salvage/Salvage.h"
 #include "Server/Translate/Shares/ShareReaders.h"
 #include "Server/Translate/StepReader.h"
 #include "Server/Translate/StepWriter.h"
@@ -14,7 +15,7 @@ std::shared_ptr<Helpers> helpersFor(Exchange::Format format, const std::string& 
     if (format != Exchange::Format::Step)
         return nullptr;
     if (help.facewise)
-        return Salvage::FaceTrials::start(path, help);
+        return Salvage::FaceTrials::start(path, help, {Salvage::facesOf, readSoundStep});
     return Shares::ShareReaders::start(path, help);
 }
 

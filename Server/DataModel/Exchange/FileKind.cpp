@@ -27,13 +27,29 @@ bool beginsWith(std::string_view text, std::string_view word)
                       [](char a, char b) { return a == std::tolower(static_cast<unsigned char>(b)); });
 }
 
-// The first line of an IGES file is 72 columns of text, an S and a number of seven digits.
+/// A line of an IGES file is 72 columns of text, the letter of its section and a number of seven digits.
+bool isIgesLine(std::string_view line, std::string_view sections)
+{
+    const auto isOfNumber = [](unsigned char c) { return c == ' ' || std::isdigit(c); };
+    return line.size() >= 80 && sections.find(line[72]) != std::string_view::npos &&
+           std::all_of(line.begin() + 73, line.begin() + 80, isOfNumber);
+}
+
+// Of a damaged file, the first line may be unrecognizable.
 bool isIges(std::string_view head)
 {
-    if (head.size() < 80 || (head[72] != 'S' && head[72] != 'B' && head[72] != 'C'))
-        return false;
-    return std::all_of(head.begin() + 73, head.begin() + 80,
-                       [](unsigned char c) { return c == ' ' || std::isdigit(c); });
+    if (isIgesLine(head, "SBC"))
+        return true;
+    for (int other = 0; other < 3; ++other) {
+        const size_t begin = head.find('\n');
+        if (begin == head.npos)
+            break;
+        head.remove_prefix(begin + 1);
+        const size_t end = head.find_first_of("\r\n");
+        if (end == 80 && head[79] != ' ' && isIgesLine(head.substr(0, end), "SG"))
+            return true;
+    }
+    return false;
 }
 
 bool isBinaryStl(std::string_view head, uint64_t size)

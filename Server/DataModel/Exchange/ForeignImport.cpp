@@ -21,6 +21,12 @@ std::string folderOf(const std::wstring& path)
     return std::filesystem::path(Strings::toBytes(path)).parent_path().string();
 }
 
+/// Whether its reader can tell what is sound of a damaged file.
+bool canBeSalvaged(Format format)
+{
+    return format == Format::Step || format == Format::Iges;
+}
+
 } // namespace
 
 ForeignImport::~ForeignImport()
@@ -147,7 +153,7 @@ bool ForeignImport::tryAgain(ImportCache& cache)
     const bool died = end == Worker::End::Crashed || end == Worker::End::Stalled;
     if (died && !m_withoutAnnotations && m_worker->step().find("annotations") != std::string::npos) {
         m_withoutAnnotations = true;
-    } else if ((died || end == Worker::End::Failed) && m_format == Format::Step && !m_isStrict &&
+    } else if ((died || end == Worker::End::Failed) && canBeSalvaged(m_format) && !m_isStrict &&
                !m_firstFault) {
         m_firstFault = fault();
         m_hasDied = died;

@@ -5,8 +5,6 @@
 #include "Server/DataModel/Kernel/Mesher.h"
 #include "Server/DataModel/Kernel/XdeModel.h"
 #include "Server/Translate/MappedFile.h"
-#include "Server/Translate/Salvage/Salvage.h"
-#include "Server/Translate/StepSession.h"
 #include "Server/Translate/Wall.h"
 
 #include <XCAFDoc_DocumentTool.hxx>
@@ -53,8 +51,8 @@ void tell(int pipe, const WorkerMessage& message)
 class Trials
 {
 public:
-    Trials(std::string_view file, uint64_t memory, int pipe)
-        : m_file(file), m_memory(memory), m_pipe(pipe), m_faces(facesOf(file))
+    Trials(std::string_view file, const FaceTrial& trial, uint64_t memory, int pipe)
+        : m_file(file), m_trial(trial), m_memory(memory), m_pipe(pipe), m_faces(trial.faces(file))
     {
     }
 
@@ -121,16 +119,11 @@ private:
         try {
             std::unordered_set<uint32_t> others(m_faces.begin(), m_faces.begin() + long(range.begin));
             others.insert(m_faces.begin() + long(range.end), m_faces.end());
-            const Salvaged sound = salvage(m_file, others);
-            const auto session = StepSession::make();
             Kernel::XdeModel model;
-            Handle(TDocStd_Document) document = model.document();
-            if (sound.text.empty())
-                std::_Exit(0);
-            if (!session->load("faces", sound.text, [](double) {}) || !session->Transfer(document))
+            if (!m_trial.read(m_file, others, model))
                 std::_Exit(1);
             TDF_LabelSequence shapes;
-            XCAFDoc_DocumentTool::ShapeTool(document->Main())->GetFreeShapes(shapes);
+            XCAFDoc_DocumentTool::ShapeTool(model.document()->Main())->GetFreeShapes(shapes);
             for (const TDF_Label& label : shapes)
                 Kernel::meshShape(XCAFDoc_ShapeTool::GetShape(label), {}, {}, Kernel::MeshThreads::Own);
             std::_Exit(0);
@@ -140,6 +133,7 @@ private:
     }
 
     std::string_view m_file;
+    FaceTrial m_trial;
     uint64_t m_memory;
     int m_pipe;
     std::vector<uint32_t> m_faces;
@@ -147,13 +141,13 @@ private:
     Clock::time_point m_begin = Clock::now();
 };
 
-[[noreturn]] void tryFaces(const std::string& path, uint64_t memory, int pipe)
+[[noreturn]] void tryFaces(const std::string& path, const FaceTrial& trial, uint64_t memory, int pipe)
 {
     bool isFound = false;
     try {
         raiseWall({.readable = {path}, .writable = {}, .folder = {}, .mayFork = true});
         const MappedFile file(path);
-        Trials trials(file.bytes(), memory, pipe);
+        Trials trials(file.bytes(), trial, memory, pipe);
         const std::vector<uint32_t> faces = trials.unreadable();
         isFound = !trials.isAll(faces);
         for (const uint32_t face : faces)
@@ -167,7 +161,8 @@ private:
 
 } // namespace
 
-std::shared_ptr<FaceTrials> FaceTrials::start(const std::string& path, const Help& help)
+std::shared_ptr<FaceTrials> FaceTrials::start(const std::string& path, const Help& help,
+                                              const FaceTrial& trial)
 {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
@@ -178,7 +173,7 @@ std::shared_ptr<FaceTrials> FaceTrials::start(const std::string& path, const Hel
         close(ends[0]);
         close(Exchange::kWorkerPipe);
         endWithProcess(worker);
-        tryFaces(path, help.memory, ends[1]);
+        tryFaces(path, trial, help.memory, ends[1]);
     }
     close(ends[1]);
     if (process > 0)

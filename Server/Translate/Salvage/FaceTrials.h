@@ -7,18 +7,31 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_set>
+#include <vector>
 
 namespace Vs::Translate::Salvage {
 
-/// The last resort for a STEP file on which the kernel dies though nothing unsound can be seen in it: finds
+/// How faces of one format are tried.
+struct FaceTrial
+{
+    /// The numbers of the faces in a file's content.
+    std::vector<uint32_t> (*faces)(std::string_view file) = nullptr;
+    /// Reads the content without some of the faces, and adds the shapes to mesh; false if it can't be read.
+    bool (*read)(std::string_view file, const std::unordered_set<uint32_t>& without,
+                 Kernel::XdeModel& model) = nullptr;
+};
+
+/// The last resort for a file on which the kernel dies though nothing unsound can be seen in it: finds
 /// the faces that it dies of, by reading halves of them in processes of their own. One starts the others and
 /// never touches what the kernel makes of a file; those are behind the same wall as the worker.
 class FaceTrials : public Helpers
 {
 public:
     /// Null if no process can be started.
-    static std::shared_ptr<FaceTrials> start(const std::string& path, const Help& help);
+    static std::shared_ptr<FaceTrials> start(const std::string& path, const Help& help,
+                                             const FaceTrial& trial);
     ~FaceTrials() override;
     FaceTrials(const FaceTrials&) = delete;
     FaceTrials& operator=(const FaceTrials&) = delete;

@@ -1,4 +1,4 @@
-// Damaged STEP files: their sound content opens, and nothing is silently lost or changed.
+// Damaged STEP and IGES files: their sound content opens, and nothing is silently lost or changed.
 
 #include "Server/Base/Strings.h"
 #include "Server/Body/Body.h"
@@ -11,7 +11,9 @@
 #include "Tests/Support/Seed.h"
 
 #include <boost/algorithm/string.hpp>
+#include <boost/format.hpp>
 
+#include <algorithm>
 #include <map>
 #include <random>
 #include <regex>
@@ -61,6 +63,48 @@ private:
     std::map<int, std::string> m_statements;
 };
 
+/// The lines of an IGES file, each of which can be changed.
+class IgesFile
+{
+public:
+    explicit IgesFile(const std::string& text)
+    {
+        boost::split(m_lines, boost::trim_right_copy(text), boost::is_any_of("\n"));
+    }
+
+    /// The first line of the n-th entity of that type, from 0: of its directory entry (D) or its parameters
+    /// (P).
+    std::string& find(char section, int type, int n = 0)
+    {
+        const std::string start =
+            section == 'D' ? (boost::format("%8d") % type).str() : std::to_string(type) + ',';
+        for (std::string& line : m_lines)
+            if (line.size() > 72 && line[72] == section && line.starts_with(start) && n-- == 0)
+                return line;
+        ADD_FAILURE() << "no " << type;
+        return m_lines.front();
+    }
+    std::string& first() { return m_lines.front(); }
+    std::string& last() { return m_lines.back(); }
+    /// Without lines that were emptied.
+    std::string text() const
+    {
+        std::string text;
+        for (const std::string& line : m_lines)
+            text += line.empty() ? "" : line + '\n';
+        return text;
+    }
+
+private:
+    std::vector<std::string> m_lines;
+};
+
+/// The line with another beginning, whose columns stay where they are.
+std::string begun(const std::string& line, const std::string& beginning)
+{
+    return beginning + std::string(64 - beginning.size(), ' ') + line.substr(64);
+}
+
 size_t facesOf(const Asset& asset, const wchar_t* part)
 {
     const Component* const component = partNamed(asset, part);
@@ -80,9 +124,9 @@ protected:
     }
 
     /// Opens the text as a file and returns its model; null if it doesn't open.
-    Asset* opened(const std::string& text)
+    Asset* opened(const std::string& text, const std::string& suffix = ".stp")
     {
-        Document* const document = open(write("damaged" + std::to_string(++files) + ".stp", text));
+        Document* const document = open(write("damaged" + std::to_string(++files) + suffix, text));
         return document ? document->activeAsset() : nullptr;
     }
     bool openStrictly(const std::wstring& path)
@@ -266,6 +310,79 @@ TEST_F(SalvageTest, AFaceOfWhichTheKernelMakesNothingIsToldOf)
         << said();
     EXPECT_FALSE(openStrictly(write("strict.stp", file.text() + '\n')));
     EXPECT_NE(said().find("can't be shown"), std::string::npos) << said();
+}
+
+TEST_F(SalvageTest, OfAnIgesFileAPartLosesTheFaceThatIsUnsound)
+{
+    ASSERT_TRUE(save(boxAndCylinder(), scratch("whole.igs")));
+    const std::string iges = contentOf(scratch("whole.igs"));
+    const std::pair<const char*, std::function<void(IgesFile&)>> damages[] = {
+        {"its entry lacks a line", [](IgesFile& file) { file.find('D', 510) = ""; }},
+        {"its parameters are gone", [](IgesFile& file) { file.find('P', 510) = ""; }},
+        {"its surface is itself",
+         [](IgesFile& file) {
+             std::string& face = file.find('P', 510);
+             face = begun(face, "510," + face.substr(66, 6) + ",1,1,1;");
+         }},
+        {"its surface has no radius",
+         [](IgesFile& file) {
+             std::string& surface = file.find('P', 192);
+             surface =
+                 begun(surface, std::regex_replace(surface.substr(0, 40), std::regex(",5\\."), ",1.E300"));
+         }},
+        {"its place is garbage", [](IgesFile& file) { file.find('D', 510).replace(48, 8, "  8O1   "); }}};
+    for (const auto& [name, damage] : damages) {
+        SCOPED_TRACE(name);
+        IgesFile file(iges);
+        damage(file);
+        Asset* const asset = opened(file.text(), ".igs");
+        ASSERT_NE(asset, nullptr) << said();
+        EXPECT_EQ(facesOf(*asset, L"Red box") + facesOf(*asset, L"Turned cylinder"), 8u) << said();
+        EXPECT_NE(said().find("is damaged"), std::string::npos) << said();
+        EXPECT_EQ(DamagedParts::of(*asset).size(), 1u) << said();
+        EXPECT_NEAR(volumeOf(*asset), 0, volume - 1);
+        EXPECT_FALSE(openStrictly(write("strict.igs", file.text())));
+    }
+    EXPECT_TRUE(DamagedParts::of(*opened(iges, ".igs")).empty());
+}
+
+TEST_F(SalvageTest, AnIgesFileThatIsOnlyWrittenBadlyIsWholeAgain)
+{
+    ASSERT_TRUE(save(boxAndCylinder(), scratch("whole.igs")));
+    const std::string iges = contentOf(scratch("whole.igs"));
+    const std::pair<const char*, std::function<void(IgesFile&)>> damages[] = {
+        {"no beginning", [](IgesFile& file) { file.first() = ""; }},
+        {"no end", [](IgesFile& file) { file.last() = ""; }},
+        {"a section of another letter", [](IgesFile& file) { file.find('P', 510)[72] = 'D'; }},
+        {"a line of another number", [](IgesFile& file) { file.find('D', 510).replace(76, 4, "9999"); }},
+        {"a line twice", [](IgesFile& file) { file.find('D', 510) += '\n' + file.find('D', 510); }},
+        {"a lost end of a line",
+         [](IgesFile& file) {
+             std::string& line = file.find('D', 510);
+             line += 'x' + line.substr(0, 73) + line.substr(73);
+         }},
+        {"parameters elsewhere", [](IgesFile& file) { file.find('D', 510).replace(8, 8, "       1"); }},
+        {"a type that only the others tell",
+         [](IgesFile& file) { file.find('D', 510).replace(0, 8, "     116"); }},
+        {"a colour that is a face",
+         [](IgesFile& file) { file.find('D', 510, 1).replace(16, 8, "      -1"); }}};
+    for (const auto& [name, damage] : damages) {
+        SCOPED_TRACE(name);
+        IgesFile file(iges);
+        damage(file);
+        Asset* const asset = opened(file.text(), ".igs");
+        ASSERT_NE(asset, nullptr) << said();
+        EXPECT_NEAR(volumeOf(*asset), volume, 1e-5 * volume) << said();
+        EXPECT_TRUE(partNamed(*asset, L"Red box") && partNamed(*asset, L"Turned cylinder"));
+    }
+    // Of a file that is cut off, what comes before its end is left.
+    Asset* const asset = opened(iges.substr(0, iges.find("\n186,", iges.find("\n186,") + 1)), ".igs");
+    ASSERT_NE(asset, nullptr) << said();
+    size_t faces = 0;
+    for (const Component* component : componentsOf(*asset))
+        faces += component->body ? component->body->mesh()->faces.size() : 0;
+    EXPECT_EQ(faces, 6u) << said();
+    EXPECT_NE(said().find("lacks 3 of "), std::string::npos) << said();
 }
 
 TEST_F(SalvageTest, WhateverIsDamagedIsAnsweredAndNothingIsInvented)
