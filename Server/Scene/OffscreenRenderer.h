@@ -73,8 +73,8 @@ public:
     /// ..."); empty before the first picture.
     virtual std::wstring description() const = 0;
 
-    /// Starts the driver in the rendering thread; a picture requested meanwhile waits for that.
-    /// Returns at once.
+    /// Starts the driver in the rendering thread, and has it compile what most pictures need; a picture
+    /// requested meanwhile waits for that. Returns at once.
     virtual void expect() = 0;
     /// Waits for what `expect` started. Needed before the process ends, which a busy driver may not survive.
     virtual void settle() = 0;

@@ -82,6 +82,7 @@ struct RenderStatistics
     uint64_t uploadedMeshes = 0;    ///< Sent to the GPU for this picture.
     uint64_t uploadedInstances = 0; ///< The same.
     bool glass = false;             ///< Whether anything in view is transparent.
+    bool unlined = false;           ///< Whether faces are in view that don't end in lines.
 };
 
 } // namespace Rendra

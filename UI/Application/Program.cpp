@@ -30,6 +30,7 @@
 #include "UI/Base/Session/DocumentWatch.h"
 #include "UI/Base/Validation/ReferenceCheck.h"
 #include "UI/Base/Validation/References.h"
+#include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
@@ -210,15 +211,15 @@ int runWorkspace(const CommandLine& line)
     return runner.failed() || Vs::TranscriptMgr::get()->recordingLost() ? kExitLineFailed : code;
 }
 
-/// Starts a driver while the first file is still being read, if the lines ask for a picture of it: both take
-/// about as long.
+/// Starts a driver and loads what writes pictures while the first file is still being read, if the lines ask
+/// for a picture: both take about as long.
 class ExpectedPicture
 {
 public:
     explicit ExpectedPicture(const CommandLine& line) : m_isExpected(line.headless && asksFor(line))
     {
         if (m_isExpected)
-            Vs::Scene::OffscreenRenderer::get()->expect();
+            Vu::GraphicsView::expectImage();
     }
     ~ExpectedPicture()
     {
@@ -231,7 +232,7 @@ public:
 private:
     static bool asksFor(const CommandLine& line)
     {
-        return !line.files.empty() && std::ranges::any_of(line.steps, [](const Step& step) {
+        return std::ranges::any_of(line.steps, [](const Step& step) {
             return step.kind == Step::Kind::Command &&
                    (step.text.find("SaveAsImageCommand") != std::string::npos ||
                     step.text.find("Design.Picture") != std::string::npos);

@@ -150,6 +150,8 @@ void BodyPainter::draw(const Frame& frame)
     if (frame.scene.list.instances() == 0)
         return;
     const Style style = styleOf(frame.params().visualStyle());
+    frame.statistics.unlined =
+        frame.statistics.unlined || !style.outlines || frame.coarse || !EdgePainter::linesAll(frame);
     const double size = frame.fragment.viewFragmentNode()->boundingBox().diagonal();
     const bool occluded = frame.target.effects && style.faces && frame.params().ambientOcclusionEnabled() &&
                           findOcclusion(frame, size * kOcclusionReach);

@@ -360,10 +360,10 @@ float DrawList::opacityOfGlass() const
 }
 
 bool DrawList::cull(const Batch& batch, const Vs::Scene::Projection& projection, float smallest,
-                    std::vector<uint32_t>& visible, float& largest) const
+                    std::vector<uint32_t>& visible, Sizes& sizes) const
 {
     visible.clear();
-    largest = 0;
+    sizes = Sizes();
     const GkMatrix3d view = projection.view() * GkMatrix3d::translation(m_origin);
     float rows[3][4];
     for (int i = 0; i < 3; ++i)
@@ -393,7 +393,9 @@ bool DrawList::cull(const Batch& batch, const Vs::Scene::Projection& projection,
         const float unit = pixel * std::max(scale - (projection.perspective() ? radius : 0), 0.0f);
         if (2 * radius < unit * smallest)
             continue;
-        largest = std::max(largest, 2 * radius / std::max(unit, 1e-30f));
+        const float pixels = 2 * radius / std::max(unit, 1e-30f);
+        sizes.largest = std::max(sizes.largest, pixels);
+        sizes.smallest = std::min(sizes.smallest, pixels);
         visible.push_back(uint32_t(i));
     }
     if (visible.size() != batch.boxes.size())

@@ -108,10 +108,14 @@ public:
     /// and highlights.
     uint64_t shapeRevision() const { return m_shapeRevision; }
 
+    struct Sizes
+    {
+        float largest = 0, smallest = 1e30f;
+    };
     /// Which instances of a batch are inside the view and at least `smallest` pixels across. Returns true if
-    /// all of them are, with `visible` empty. `largest` becomes the size in pixels of the largest one.
+    /// all of them are, with `visible` empty. `sizes` becomes the sizes in pixels of those that are.
     bool cull(const Batch& batch, const Vs::Scene::Projection& projection, float smallest,
-              std::vector<uint32_t>& visible, float& largest) const;
+              std::vector<uint32_t>& visible, Sizes& sizes) const;
 
 private:
     struct Record;

@@ -56,6 +56,18 @@ bool EdgePainter::isDrawn(const Frame& frame, size_t index, const Look& look)
            range.pixels >= kLeastPixels * std::max(1.0f, frame.target.lineWidth);
 }
 
+bool EdgePainter::linesAll(const Frame& frame)
+{
+    const float least = kLeastPixelsOnFaces * std::max(1.0f, frame.target.lineWidth);
+    for (size_t i = 0; i < frame.scene.list.batches().size(); ++i) {
+        const InstanceStore::Range& range = frame.scene.instances.ranges()[i];
+        if (range.count > 0 &&
+            (range.leastPixels < least || frame.scene.list.batches()[i]->mesh->edgePoints.empty()))
+            return false;
+    }
+    return true;
+}
+
 void EdgePainter::release()
 {
     m_edges.release();

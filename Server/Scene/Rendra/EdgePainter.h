@@ -23,6 +23,8 @@ public:
     bool make(Vs::Status& status);
     /// Draws into the bound framebuffer, with the current blending and depth state.
     void draw(const Frame& frame, const Look& look, bool withOutlines);
+    /// Whether all faces in view end in lines, if outlines are drawn.
+    static bool linesAll(const Frame& frame);
     void collect() { m_outlineStore.collect(); }
     void release();
 

@@ -3,9 +3,11 @@
 #include "Server/Scene/Rendra/EglContext.h"
 #include "Server/Scene/Rendra/Frame.h"
 #include "Server/Scene/Rendra/PictureTarget.h"
+#include "Server/Scene/Rendra/Rehearsal.h"
 #include "Server/Scene/Rendra/Renderer.h"
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <condition_variable>
 #include <exception>
@@ -28,11 +30,12 @@ constexpr int64_t kTilePixels = int64_t(1) << 21;
 constexpr int64_t kLargeTilePixels = int64_t(1) << 20;
 
 /// A fine picture is the mean of several, each shifted by a part of a pixel. Compared with drawing all
-/// samples at once, this needs a fraction of the memory, whose first use takes longer than the drawing.
-/// Transparent faces have one sample in each, and so need more of them.
+/// samples at once, this needs a fraction of the memory, whose first use takes longer than the drawing. Where
+/// all faces end in lines, whose coverage is computed, one is enough; transparent faces have one sample in
+/// each, and so need the most.
 constexpr double kShifts[][2] = {
-    {-3.0 / 16, -1.0 / 16}, {3.0 / 16, 1.0 / 16}, {-1.0 / 16, 3.0 / 16}, {1.0 / 16, -3.0 / 16}};
-constexpr int kLayers = 2, kLayersWithGlass = 4;
+    {-1.0 / 16, -1.0 / 16}, {1.0 / 16, 1.0 / 16}, {-5.0 / 16, 5.0 / 16}, {5.0 / 16, -5.0 / 16}};
+constexpr int kLayersOfLined = 1, kLayers = 2, kLayersWithGlass = 4;
 
 /// Runs one piece of work after the other in a separate thread. The caller waits for each, or for what was
 /// started before.
@@ -158,12 +161,15 @@ public:
 private:
     bool start(Status& status);
     void stop();
+    void rehearse(const Rendra::RenderTarget& current);
     bool draw(const std::vector<ViewFragment*>& fragments, const Rendra::RenderTarget& current,
               const ImageOptions& options, Image& image, Status& status);
     void drawLayers(const std::vector<ViewFragment*>& fragments, Rendra::RenderTarget& picture,
                     const Rendra::Area& part, Image& image);
 
     std::unique_ptr<Worker> m_worker;
+    StrongRef<ViewFragment> m_rehearsal; ///< Drawn by the worker before a picture is requested.
+    std::atomic<bool> m_isWanted = false;
     // All of these live in the worker's thread.
     std::unique_ptr<Rendra::EglContext> m_context;
     std::unique_ptr<Rendra::Renderer> m_renderer;
@@ -177,10 +183,24 @@ void EglOffscreenRenderer::expect()
     if (m_worker)
         return;
     m_worker = std::make_unique<Worker>();
-    m_worker->begin([this] {
+    m_rehearsal = Rendra::makeRehearsal();
+    m_isWanted = false;
+    m_worker->begin([this, current = Rendra::RenderTarget::current()] {
         Status ignored; // whoever requests a picture gets the error
-        start(ignored);
+        if (start(ignored) && !m_isWanted)
+            rehearse(current);
     });
+}
+
+// The sides are no powers of two, for which drivers compile something else.
+void EglOffscreenRenderer::rehearse(const Rendra::RenderTarget& current)
+{
+    constexpr uint32_t kWidth = 100, kHeight = 75;
+    Image image{kWidth, kHeight, std::vector<uint8_t>(size_t(kWidth) * kHeight * 4)};
+    ImageOptions options;
+    options.dome = false;
+    Status ignored;
+    draw({m_rehearsal.get()}, current, options, image, ignored);
 }
 
 void EglOffscreenRenderer::settle()
@@ -188,6 +208,7 @@ void EglOffscreenRenderer::settle()
     assertMainThread();
     if (m_worker)
         m_worker->run([] {});
+    m_rehearsal = nullptr;
 }
 
 bool EglOffscreenRenderer::prepare(Status& status)
@@ -227,6 +248,7 @@ bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, u
             std::ignore = fragment->bounds(); // takes in what has arrived, in the thread that owns the scene
     if (!m_worker)
         m_worker = std::make_unique<Worker>();
+    m_isWanted = true;
     const Rendra::RenderTarget current = Rendra::RenderTarget::current();
     bool drawn = false;
     m_worker->run([&] {
@@ -241,6 +263,7 @@ bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, u
                             L" x " + std::to_wstring(height) + L" pixels.");
         }
     });
+    m_rehearsal = nullptr;
     if (!drawn)
         image = Image();
     return drawn;
@@ -340,13 +363,13 @@ void EglOffscreenRenderer::drawLayers(const std::vector<ViewFragment*>& fragment
     const size_t row = size_t(part.width) * 4;
     std::vector<uint8_t> layer(row * size_t(part.height));
     std::vector<uint16_t> sums(layer.size());
-    int layers = kLayers;
+    int layers = 1;
     for (int i = 0; i < layers; ++i) {
         picture.shiftX = kShifts[i][0];
         picture.shiftY = kShifts[i][1];
         m_renderer->render(fragments, picture);
-        if (m_renderer->statistics().glass)
-            layers = kLayersWithGlass;
+        const Rendra::RenderStatistics& seen = m_renderer->statistics();
+        layers = seen.glass ? kLayersWithGlass : seen.unlined ? kLayers : kLayersOfLined;
         m_target.read(part.width, part.height, layer.data(), part.width);
         std::transform(sums.begin(), sums.end(), layer.begin(), sums.begin(),
                        [](uint16_t sum, uint8_t value) { return uint16_t(sum + value); });

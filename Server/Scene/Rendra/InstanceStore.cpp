@@ -20,12 +20,14 @@ uint64_t InstanceStore::update(const DrawList& list, const Vs::Scene::Projection
                 m_lit.push_back({&batch, i, index});
                 --left;
             }
-        float pixels = 0;
+        DrawList::Sizes pixels;
         if (list.cull(batch, projection, smallest, m_indices, pixels)) {
-            m_ranges[i] = {m_all, m_offsets[i], GLsizei(batch.instances.size()), pixels};
+            m_ranges[i] = {m_all, m_offsets[i], GLsizei(batch.instances.size()), pixels.largest,
+                           pixels.smallest};
             continue;
         }
-        m_ranges[i] = {m_visible, m_gathered.size() * sizeof(Instance), GLsizei(m_indices.size()), pixels};
+        m_ranges[i] = {m_visible, m_gathered.size() * sizeof(Instance), GLsizei(m_indices.size()),
+                       pixels.largest, pixels.smallest};
         for (uint32_t index : m_indices)
             m_gathered.push_back(batch.instances[index]);
     }

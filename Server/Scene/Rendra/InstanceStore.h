@@ -19,7 +19,8 @@ public:
         GLuint buffer = 0;
         size_t offset = 0; ///< In bytes.
         GLsizei count = 0;
-        float pixels = 1e30f; ///< Across the largest of them.
+        float pixels = 1e30f;      ///< Across the largest of them.
+        float leastPixels = 1e30f; ///< Across the smallest.
     };
 
     /// One instance that stands out.

@@ -259,6 +259,12 @@ void GraphicsView::copyCamera(const GraphicsView& from)
         m_fragments.front()->camera()->copyFrom(*from.m_fragments.front()->camera());
 }
 
+void GraphicsView::expectImage()
+{
+    Vs::Scene::OffscreenRenderer::get()->expect();
+    Display::get();
+}
+
 bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height, Vs::Status& status)
 {
     return renderImage(image, width, height, Vs::Scene::ImageOptions::current(), status);

@@ -88,6 +88,10 @@ bool QtPictures::writePicture(const Vs::Scene::Image& image, const std::wstring&
         constexpr int kJpegQuality = 92;
         if (writer.format() == "jpg")
             writer.setQuality(kJpegQuality);
+        // Of 100: half of the time, for a quarter more bytes.
+        constexpr int kPngCompression = 40;
+        if (writer.format() == "png")
+            writer.setCompression(kPngCompression);
         if (!writer.write(picture))
             reason = writer.errorString();
         else if (!file.flush() || !file.complete())
