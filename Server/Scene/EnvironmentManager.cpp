@@ -48,7 +48,7 @@ std::vector<Environment> makeEnvironments()
                .lamps = {lamp({-0.75, -0.15, 0.6}, 0xBFD4FF, 0.85f, 0.06f),
                          lamp({0.8, -0.4, 0.5}, 0xFFB070, 0.45f, 0.2f),
                          lamp({-0.6, -0.7, 0.3}, 0x7090D0, 0.30f, 0.4f)},
-               .plain = screen(0x1A202A),
+               .plain = screen(0x1F2B45),
                .line = screen(0xC9D4E4),
                .grid = screen(0x77869B)};
     made[1] = {.id = L"GreyRoom",
@@ -64,7 +64,7 @@ std::vector<Environment> makeEnvironments()
                .lamps = {lamp({-0.35, -0.5, 0.8}, 0xFFF6E8, 0.62f, 0.30f),
                          lamp({0.6, 0.5, 0.6}, 0xE8F0FF, 0.35f, 0.35f),
                          lamp({0.7, -0.7, 0.2}, 0xF4F4F4, 0.18f, 0.5f)},
-               .plain = screen(0x9FA1A3),
+               .plain = screen(0x848E98),
                .line = screen(0x16181C),
                .grid = screen(0x55585C)};
     made[2] = {.id = L"PhotoBooth",
@@ -80,7 +80,7 @@ std::vector<Environment> makeEnvironments()
                .lamps = {lamp({-0.45, -0.55, 0.75}, 0xFFFFFF, 0.70f, 0.22f),
                          lamp({0.75, -0.35, 0.5}, 0xF4F8FF, 0.30f, 0.30f),
                          lamp({0.1, 0.85, 0.5}, 0xFFFFFF, 0.40f, 0.25f)},
-               .plain = screen(0xF1F4F7),
+               .plain = screen(0xDAE6F4),
                .line = screen(0x1A1D24),
                .grid = screen(0x8A97A6)};
     made[3] = {.id = L"TranquilityBlue",
@@ -112,7 +112,7 @@ std::vector<Environment> makeEnvironments()
                .lamps = {lamp({0.45, 0.65, 0.6}, 0xFFF3DC, 1.05f, 0.05f),
                          lamp({-0.6, -0.6, 0.5}, 0xB4E6F0, 0.38f, 0.40f),
                          lamp({0.2, -0.8, 0.1}, 0x7CCBD6, 0.30f, 0.50f)},
-               .plain = screen(0x8CC3CE),
+               .plain = screen(0x7FB9C6),
                .line = screen(0x0B2229),
                .grid = screen(0xD6EEF2)};
     made[5] = {.id = L"SkyRoom",
@@ -128,7 +128,7 @@ std::vector<Environment> makeEnvironments()
                .lamps = {lamp({-0.55, -0.35, 0.75}, 0xFFF2DE, 0.66f, 0.30f),
                          lamp({0.7, 0.4, 0.5}, 0xC8DEFF, 0.40f, 0.40f),
                          lamp({0.6, -0.7, 0.2}, 0xF0E8DC, 0.20f, 0.50f)},
-               .plain = screen(0xDDE6EE),
+               .plain = screen(0xEFEBE3),
                .line = screen(0x191D24),
                .grid = screen(0x8C8A86)};
     return made;

@@ -192,4 +192,33 @@ TEST_F(LightPicture, WithoutADomeTheBackgroundIsThePlainColourOfTheEnvironment)
     }
 }
 
+TEST_F(LightPicture, WhiteUncolouredGreyAndBlackBodiesStandOutFromEveryPlainBackground)
+{
+    options.dome = false;
+    const Vs::Colour colours[] = {{1, 1, 1, 1}, {}, {0.5f, 0.5f, 0.5f, 1}, {0.06f, 0.06f, 0.06f, 1}};
+    for (int i = 0; i < 4; ++i)
+        show(Shapes::box(20, 20, 20), {30.0 * i, 0, 0}, colours[i]);
+    fragment->camera()->look({-1, 1.5, -0.8}, {0, 0, 1});
+    fragment->camera()->fit(fragment->bounds());
+    for (const Environment& each : EnvironmentManager::getEnvManager()->environments())
+        for (const int style : {kShaded, kRealistic}) {
+            fragment->renderParams()->visualStyle(style);
+            drawIn(each.id.c_str());
+            const uint8_t* around = image.pixel(0, 0);
+            for (int i = 0; i < 4; ++i) {
+                int faces = 0;
+                for (const GkPoint3d& place : std::initializer_list<GkPoint3d>{
+                         GkPoint3d(10, 10, 20), GkPoint3d(10, 0, 10), GkPoint3d(20, 10, 10)}) {
+                    const uint8_t* seen = at(place + GkVector3d(30.0 * i, 0, 0));
+                    int most = 0;
+                    for (int channel = 0; channel < 3; ++channel)
+                        most = std::max(most, std::abs(seen[channel] - around[channel]));
+                    faces += most >= 10;
+                }
+                EXPECT_EQ(faces, 3) << testing::PrintToString(each.id) << ", style " << style << ", body "
+                                    << i;
+            }
+        }
+}
+
 } // namespace

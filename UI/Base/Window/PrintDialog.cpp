@@ -187,6 +187,11 @@ void PrintDialog::askOptions()
 {
     QPrintDialog dialog(&printer(), this);
     dialog.setOptions(QAbstractPrintDialog::PrintShowPageSize);
+    dialog.setWindowTitle(told("PrintOptionsTitle", "Printer Options"));
+    // Nothing is printed there yet.
+    if (auto* box = dialog.findChild<QDialogButtonBox*>())
+        if (QPushButton* ok = box->button(QDialogButtonBox::Ok))
+            ok->setText(told("PrintOptionsTake", "Apply"));
     if (dialog.exec() != QDialog::Accepted)
         return;
     // Another one may have been chosen there, but no file: that is a choice of this dialog.
