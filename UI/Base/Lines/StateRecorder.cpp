@@ -33,6 +33,7 @@ namespace Vu {
 namespace {
 
 using Vs::Scene::Camera;
+using Vs::Scene::CameraParameters;
 
 /// A line holds this many paths; more selected objects take several lines.
 constexpr size_t kPathsOfLine = 500;
@@ -49,12 +50,6 @@ Camera* activeCamera()
 }
 
 using CameraState = StateRecorder::CameraState;
-
-/// In a CameraState.
-constexpr size_t kNear = 9;
-constexpr size_t kFar = 10;
-constexpr size_t kWidth = 11;
-constexpr size_t kHeight = 12;
 
 /// Writes the line that restores the camera.
 class CameraTrigger : public Vs::TranscriptTrigger
@@ -93,6 +88,21 @@ double rounded(double value, double size)
     double read = value;
     std::from_chars(text.data(), end.ptr, read);
     return read + 0.0; // Never -0.
+}
+
+/// Digits beyond those that anybody sees differ from one recording to the next.
+CameraParameters inFewDigits(CameraParameters at)
+{
+    const double size = std::max({(at.position - at.target).length(), at.extentsWidth, at.extentsHeight});
+    const auto point = [](const auto& of, double extent) {
+        return GkPoint3d(rounded(of.x, extent), rounded(of.y, extent), rounded(of.z, extent));
+    };
+    at.position = point(at.position, size);
+    at.target = point(at.target, size);
+    at.up = point(at.up, 1).asVector();
+    for (double* value : {&at.clipNear, &at.clipFar, &at.extentsWidth, &at.extentsHeight})
+        *value = rounded(*value, size);
+    return at;
 }
 
 /// Of the open documents, in their order.
@@ -152,45 +162,27 @@ StateRecorder::~StateRecorder()
     follow(nullptr);
 }
 
-StateRecorder::CameraState StateRecorder::stateOf(const Camera& camera)
+StateRecorder::CameraState StateRecorder::stateOf(const CameraParameters& at)
 {
-    const GkPoint3d position = camera.position(), target = camera.target();
-    const GkVector3d up = camera.up();
-    return {position.x,
-            position.y,
-            position.z,
-            target.x,
-            target.y,
-            target.z,
-            up.x,
-            up.y,
-            up.z,
-            camera.clipNear(),
-            camera.clipFar(),
-            camera.extentsWidth(),
-            camera.extentsHeight(),
-            double(camera.projection())};
+    return {at.position.x,    at.position.y,        at.position.z, at.target.x,
+            at.target.y,      at.target.z,          at.up.x,       at.up.y,
+            at.up.z,          at.clipNear,          at.clipFar,    at.extentsWidth,
+            at.extentsHeight, double(at.projection)};
 }
 
+// The camera itself gives up the other digits, so that the line says exactly where it is.
 void StateRecorder::writeWhereIs(Camera& camera)
 {
-    // Digits beyond those that anybody sees differ from one recording to the next. The camera itself gives
-    // them up, so that the line says exactly where it is.
-    const CameraState state = stateOf(camera);
-    const double size =
-        std::max({(camera.position() - camera.target()).length(), state[kWidth], state[kHeight]});
-    const auto point = [&](size_t first, double of) {
-        return GkPoint3d(rounded(state[first], of), rounded(state[first + 1], of),
-                         rounded(state[first + 2], of));
-    };
-    camera.position(point(0, size));
-    camera.target(point(3, size));
-    camera.up(point(6, 1).asVector());
-    camera.clipNear(rounded(state[kNear], size));
-    camera.clipFar(rounded(state[kFar], size));
-    camera.extentsWidth(rounded(state[kWidth], size));
-    camera.extentsHeight(rounded(state[kHeight], size));
-    m_camera = stateOf(camera);
+    const CameraParameters there = inFewDigits(CameraParameters(camera));
+    there.applyTo(camera);
+    writeWhereEnds(camera, there);
+}
+
+void StateRecorder::writeWhereEnds(const Camera& camera, const CameraParameters& end)
+{
+    TransitionMgr::get()->endAt(camera, end);
+    m_camera = stateOf(end);
+    m_fits[&camera] = camera.fitRevision();
     CameraTrigger(*m_camera).writeTranscriptEntry();
 }
 
@@ -284,7 +276,7 @@ void StateRecorder::accept()
     const Camera* camera = activeCamera();
     // Its destination is only known when it has arrived.
     if (camera && !TransitionMgr::get()->playing())
-        m_camera = stateOf(*camera);
+        m_camera = stateOf(CameraParameters(*camera));
 }
 
 void StateRecorder::cameraMoved(Camera* camera)
@@ -292,7 +284,7 @@ void StateRecorder::cameraMoved(Camera* camera)
     if (!recording() || camera != activeCamera())
         return;
     if (CommandStack::executingAnywhere()) {
-        m_goal = stateOf(*camera);
+        m_goal = CameraParameters(*camera);
         return;
     }
     writeBeginning();
@@ -307,7 +299,7 @@ void StateRecorder::writeCamera()
     Camera* camera = activeCamera();
     if (!camera || TransitionMgr::get()->playing())
         return;
-    const CameraState now = stateOf(*camera);
+    const CameraState now = stateOf(CameraParameters(*camera));
     if (m_camera && *m_camera != now)
         writeWhereIs(*camera);
     else
@@ -316,20 +308,17 @@ void StateRecorder::writeCamera()
 
 void StateRecorder::writeFitted()
 {
-    const std::optional<CameraState> goal = std::exchange(m_goal, std::nullopt);
+    const std::optional<CameraParameters> goal = std::exchange(m_goal, std::nullopt);
     Camera* camera = recording() ? activeCamera() : nullptr;
     if (!camera || camera->fitRevision() <= m_begun || camera->fitRevision() == m_fits[camera])
         return;
     const bool glides = TransitionMgr::get()->playing();
     if (glides && !goal)
         return;
-    m_fits[camera] = camera->fitRevision();
-    if (glides) {
-        m_camera = *goal;
-        CameraTrigger(*m_camera).writeTranscriptEntry();
-    } else {
+    if (glides)
+        writeWhereEnds(*camera, inFewDigits(*goal));
+    else
         writeWhereIs(*camera);
-    }
 }
 
 void StateRecorder::writeSelection()

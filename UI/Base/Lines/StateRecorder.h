@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/DataModel/Selection/SelectionSet.h"
+#include "Server/Scene/CameraParameters.h"
 #include "UI/Base/Session/SessionEvents.h"
 
 #include <boost/uuid/uuid.hpp>
@@ -46,9 +47,11 @@ public:
     using CameraState = std::array<double, 14>;
 
 private:
-    static CameraState stateOf(const Vs::Scene::Camera& camera);
+    static CameraState stateOf(const Vs::Scene::CameraParameters& at);
     /// Writes the line, once the camera has no more digits than a person has use for.
     void writeWhereIs(Vs::Scene::Camera& camera);
+    /// The same for one that still glides.
+    void writeWhereEnds(const Vs::Scene::Camera& camera, const Vs::Scene::CameraParameters& end);
     /// Writes which of several split views is active, if that has changed.
     void writeActiveView();
 
@@ -67,10 +70,10 @@ private:
     bool m_tellsBeginning = false;               ///< Still to be written.
     bool m_selectionDiffers = false;
     bool m_writeLater = false;
-    size_t m_activeView = 0;             ///< As set by the lines so far; 0 while unknown.
-    std::optional<CameraState> m_camera; ///< As set by the lines so far; nothing while unknown.
-    std::optional<CameraState> m_goal;   ///< Where the running command has moved it.
-    uint64_t m_begun = 0;                ///< Fits up to this camera revision happened before the recording.
+    size_t m_activeView = 0;                           ///< As set by the lines so far; 0 while unknown.
+    std::optional<CameraState> m_camera;               ///< As set by the lines so far; nothing while unknown.
+    std::optional<Vs::Scene::CameraParameters> m_goal; ///< Where the running command has moved it.
+    uint64_t m_begun = 0; ///< Fits up to this camera revision happened before the recording.
     std::map<const Vs::Scene::Camera*, uint64_t> m_fits; ///< The last fit of each that a line covers.
     Vs::Subscriptions m_subscriptions;
 };

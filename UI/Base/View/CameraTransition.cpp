@@ -22,6 +22,14 @@ void CameraTransition::apply(double fraction)
         m_before.towards(m_after, fraction).applyTo(*m_camera);
 }
 
+bool CameraTransition::endAt(const Vs::Scene::Camera& camera, const Vs::Scene::CameraParameters& end)
+{
+    if (&camera != m_camera)
+        return false;
+    m_after = end;
+    return true;
+}
+
 TranscriptCameraTrigger::TranscriptCameraTrigger(Vs::Scene::Camera* camera)
 {
     if (installedRecorder && camera)

@@ -19,6 +19,7 @@ public:
                                                 Vs::Scene::Camera* camera);
 
     void apply(double fraction) override;
+    bool endAt(const Vs::Scene::Camera& camera, const Vs::Scene::CameraParameters& end) override;
 
 private:
     CameraTransition(const Vs::Scene::CameraParameters& before, const Vs::Scene::CameraParameters& after,

@@ -6,6 +6,7 @@
 #include "UI/Base/Program/Presence.h"
 #include "UI/Base/Program/Private/ReducedMotion.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -41,6 +42,12 @@ void Transition::apply(double fraction) const
 {
     for (const auto& item : m_items)
         item->apply(fraction);
+}
+
+bool Transition::endAt(const Vs::Scene::Camera& camera, const Vs::Scene::CameraParameters& end) const
+{
+    return std::any_of(m_items.rbegin(), m_items.rend(),
+                       [&](const auto& item) { return item->endAt(camera, end); });
 }
 
 TransitionMgr* TransitionMgr::get()
@@ -109,6 +116,15 @@ bool TransitionMgr::step()
     if (m_tasked)
         start();
     return m_tasked;
+}
+
+void TransitionMgr::endAt(const Vs::Scene::Camera& camera, const Vs::Scene::CameraParameters& end) const
+{
+    if (m_collecting && m_collecting->endAt(camera, end))
+        return;
+    for (auto transition = m_queue.rbegin(); transition != m_queue.rend(); ++transition)
+        if ((*transition)->endAt(camera, end))
+            return;
 }
 
 void TransitionMgr::finish()

@@ -7,6 +7,11 @@
 #include <memory>
 #include <vector>
 
+namespace Vs::Scene {
+class Camera;
+struct CameraParameters;
+} // namespace Vs::Scene
+
 namespace Vu {
 
 /// An animation of a certain duration.
@@ -30,6 +35,8 @@ class TransitionItem : public Vs::Implements<TransitionItem>
 public:
     /// Shows the state at `fraction` of the way, from 0 to 1. The last call is with exactly 1.
     virtual void apply(double fraction) = 0;
+    /// Makes the camera end there, if this is what glides it; returns whether it is.
+    virtual bool endAt(const Vs::Scene::Camera&, const Vs::Scene::CameraParameters&) { return false; }
 };
 
 /// A group of changes that are played together.
@@ -47,6 +54,7 @@ public:
 private:
     friend class TransitionMgr;
     void apply(double fraction) const;
+    bool endAt(const Vs::Scene::Camera& camera, const Vs::Scene::CameraParameters& end) const;
 
     std::vector<std::unique_ptr<TransitionItem>> m_items;
 };
@@ -67,6 +75,8 @@ public:
     [[nodiscard]] Transition* currentTransition() const;
     /// Plays what was collected, behind what is to be played already.
     void endTransition();
+    /// Gives the camera another end than that to which the last transition takes it.
+    void endAt(const Vs::Scene::Camera& camera, const Vs::Scene::CameraParameters& end) const;
     /// Finishes everything that plays, or is queued, at once.
     void finish();
     bool playing() const { return !m_queue.empty(); }

@@ -8,6 +8,7 @@
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/Scene/Camera.h"
+#include "Server/Scene/CameraParameters.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/RenderParams.h"
@@ -38,12 +39,18 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
+#include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <optional>
+#include <regex>
 #include <set>
+#include <string>
 #include <utility>
+#include <vector>
 
 using namespace Vu;
 
@@ -344,6 +351,49 @@ TEST_F(WindowPicture, ALineThatSetsTheCameraIsNotUndoneByAGlideThatStillPlays)
         EXPECT_EQ(camera()->projection(), wanted);
         EXPECT_TRUE(camera()->position().isEqualTo(position));
     }
+}
+
+TEST_F(WindowPicture, ACameraThatGlidesEndsExactlyWhereItsRecordedLineSays)
+{
+    const TestSupport::ScratchFolder folder;
+    const std::string file = (folder.path() / "glides.txt").string();
+    // To the last bit.
+    const auto stand = [] {
+        const Vs::Scene::CameraParameters at(*view()->viewFragments().front()->camera());
+        return std::array{at.position.x, at.position.y,   at.position.z,   at.target.x, at.target.y,
+                          at.target.z,   at.up.x,         at.up.y,         at.up.z,     at.clipNear,
+                          at.clipFar,    at.extentsWidth, at.extentsHeight};
+    };
+    const auto ended = [&](const std::function<void()>& begin) {
+        Application::testing(false);
+        begin();
+        Application::testing(true);
+        EXPECT_TRUE(TransitionMgr::get()->playing());
+        TransitionMgr::get()->finish();
+        return stand();
+    };
+    view()->modelFragment()->camera()->look({0.1, 1, -0.1}, {0, 0, 1});
+    run(L"Transcripting.Start " + Vs::Strings::quote(Vs::Strings::widen(file)));
+    const auto fitted = ended([] { run(L"Commands.Start FitCommand"); });
+    const auto turned = ended([] {
+        const AutoCamViewFragment::Place& place = orbicon()->place();
+        QTest::mouseClick(widget(), Qt::LeftButton, Qt::NoModifier,
+                          QPoint(int(place.left + place.size / 2), int(place.top + place.size / 2)));
+    });
+    EXPECT_NE(turned, fitted);
+    run(L"Transcripting.Stop");
+    std::vector<std::string> cameras;
+    std::ifstream stream(file);
+    for (std::string line; std::getline(stream, line);)
+        if (line.starts_with("Camera.Set "))
+            cameras.push_back(line);
+    ASSERT_EQ(cameras.size(), 2u);
+    for (const std::string& line : cameras)
+        EXPECT_FALSE(std::regex_search(line, std::regex("[0-9]{11}|[0-9.]{12}"))) << line;
+    run(Vs::Strings::widen(cameras.front()));
+    EXPECT_EQ(stand(), fitted);
+    run(Vs::Strings::widen(cameras.back()));
+    EXPECT_EQ(stand(), turned);
 }
 
 /// Logs what is shown of it.
