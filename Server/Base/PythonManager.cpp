@@ -1,10 +1,12 @@
 #include "Server/Base/PythonManager.h"
 
 #include "Server/Base/Exception.h"
+#include "Server/Base/NumberText.h"
 #include "Server/Base/OwnFiles.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Private/PythonBackend.h"
 #include "Server/Base/Require.h"
+#include "Server/Base/ScriptDebugger.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptMgr.h"
@@ -67,6 +69,16 @@ std::wstring guarded(Status& status, Run run)
     return {};
 }
 
+/// Of a message as ScriptError makes it; 0 if it names none of that file.
+int lineIn(const std::wstring& message, const std::wstring& path)
+{
+    const std::wstring beginning = path + L':';
+    if (!message.starts_with(beginning))
+        return 0;
+    const size_t end = message.find(L':', beginning.size());
+    return readNumber<int>(std::wstring_view(message).substr(0, end).substr(beginning.size())).value_or(0);
+}
+
 } // namespace
 
 PythonManager* PythonManager::get()
@@ -81,6 +93,7 @@ std::wstring PythonManager::runScriptFile(const std::wstring& path, Status& stat
     assertMainThread();
     Status own;
     TranscriptMgr::Run run;
+    ScriptDebugger::File file(path);
     std::wstring result = guarded(
         own, [&](PythonBackend& backend) { return backend.runFile(Strings::toBytes(path), arguments, own); });
     if (const std::wstring left = run.end(); !left.empty())
@@ -89,6 +102,7 @@ std::wstring PythonManager::runScriptFile(const std::wstring& path, Status& stat
     const int code = backend ? backend->exitCode() : 1;
     m_exitCode = own.isOk() ? 0 : std::max(code, 1);
     if (own.isError()) {
+        file.stopped(lineIn(own.toString(), path));
         tell(own.toString());
         own.reported(true);
     }

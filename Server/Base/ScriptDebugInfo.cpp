@@ -55,6 +55,7 @@ void ScriptDebugInfo::resetBreakPoints()
 void ScriptDebugInfo::removeAllBreakPoints()
 {
     m_breakPoints.clear();
+    m_otherPoints.clear();
     changed();
 }
 
@@ -87,6 +88,19 @@ void ScriptDebugInfo::comeBack()
     turnTo(behind.path, behind.lines, behind.step);
 }
 
+void ScriptDebugInfo::load(const std::wstring& path)
+{
+    comeBack();
+    if (path != m_path) {
+        turnTo(path, 0, 0);
+    } else {
+        needToReload(true);
+        needToReload(false);
+    }
+    stepLine(0);
+    resetBreakPoints();
+}
+
 void ScriptDebugInfo::turnTo(const std::wstring& path, int lines, int step)
 {
     m_otherPoints[m_path] = std::move(m_breakPoints);
@@ -99,12 +113,30 @@ void ScriptDebugInfo::turnTo(const std::wstring& path, int lines, int step)
     needToReload(false);
 }
 
-bool ScriptDebugInfo::isBreakPointOf(const std::wstring& path, int line) const
+const ScriptDebugInfo::BreakPoints* ScriptDebugInfo::breakPointsIn(const std::wstring& path) const
 {
     if (path == m_path)
-        return isBreakPoints(line);
+        return &m_breakPoints;
     const auto found = m_otherPoints.find(path);
-    return found != m_otherPoints.end() && found->second.contains(line);
+    return found != m_otherPoints.end() ? &found->second : nullptr;
+}
+
+bool ScriptDebugInfo::isBreakPointOf(const std::wstring& path, int line) const
+{
+    const BreakPoints* points = breakPointsIn(path);
+    return points && points->contains(line);
+}
+
+bool ScriptDebugInfo::hasBreakPointsIn(const std::wstring& path) const
+{
+    const BreakPoints* points = breakPointsIn(path);
+    return points && !points->empty();
+}
+
+bool ScriptDebugInfo::hasAnyBreakPoint() const
+{
+    return !m_breakPoints.empty() || std::any_of(m_otherPoints.begin(), m_otherPoints.end(),
+                                                 [](const auto& each) { return !each.second.empty(); });
 }
 
 void ScriptDebugInfo::linesMoved(int line, int count)

@@ -34,6 +34,7 @@ public:
     bool isBreakPoints(int line) const { return m_breakPoints.contains(line); }
     /// Starts a new pass, which stops at each of them again.
     void resetBreakPoints();
+    /// Those of all files.
     void removeAllBreakPoints();
     /// For the interpreter: whether it has to stop before this line; each break point says so once a pass.
     [[nodiscard]] bool stopsAt(int line);
@@ -43,13 +44,20 @@ public:
     /// the loaded one in `comeBack`.
     void visit(const std::wstring& path, int line);
     void comeBack();
+    /// Loads a script, to stand at its start. The breakpoints of each file are kept.
+    void load(const std::wstring& path);
     /// The transcript that was loaded, whichever is at the front.
     const std::wstring& loadedPath() const { return m_behind ? m_behind->path : m_path; }
     /// Whether a breakpoint is on that line of the file.
     [[nodiscard]] bool isBreakPointOf(const std::wstring& path, int line) const;
+    [[nodiscard]] bool hasBreakPointsIn(const std::wstring& path) const;
+    [[nodiscard]] bool hasAnyBreakPoint() const;
     /// Somebody has inserted so many lines before this one of the file at the front, or removed them from
     /// here on: the marks of the lines behind stay with their texts.
     void linesMoved(int line, int count);
+
+    /// Tells the observers that a run has begun, waits, goes on or has ended.
+    void runChanged() { changed(); }
 
     /// Set while observers are told that the file's text has changed.
     bool needToReload() const { return m_needToReload; }
@@ -66,6 +74,7 @@ private:
     };
 
     void changed();
+    const BreakPoints* breakPointsIn(const std::wstring& path) const;
     void turnTo(const std::wstring& path, int lines, int step);
 
     std::wstring m_path;

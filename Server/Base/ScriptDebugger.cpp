@@ -29,12 +29,6 @@ ScriptDebugger* ScriptDebugger::get()
     return &debugger;
 }
 
-void ScriptDebugger::changed() const
-{
-    if (m_changed)
-        m_changed();
-}
-
 void ScriptDebugger::aim(ScriptGo how, int line)
 {
     m_how = how;
@@ -48,13 +42,7 @@ bool ScriptDebugger::load(const std::wstring& path)
     assertMainThread();
     if (running())
         return false;
-    rewind();
-    ScriptDebugInfo& debug = info();
-    if (debug.scriptPath() != path)
-        debug.removeAllBreakPoints();
-    debug.needToReload(true);
-    debug.scriptPath(path);
-    debug.needToReload(false);
+    info().load(path);
     return true;
 }
 
@@ -74,21 +62,66 @@ void ScriptDebugger::go(ScriptGo how, int line)
     info().comeBack();
     aim(how, line);
     m_from = 1; // Where its own lines are.
-    m_folder = boost::filesystem::path(path).parent_path().wstring();
-    m_ends = false;
-    m_runs = true;
-    changed();
+    begin(path);
     if (TranscriptMgr::typeOf(path) == kPythonTranscript) {
         runPython(path);
     } else {
         Status status; // The host has told what failed.
         TranscriptMgr::get()->replay(path, status, kTextTranscript);
     }
+    end();
+}
+
+void ScriptDebugger::begin(const std::wstring& path)
+{
+    m_folder = boost::filesystem::path(path).parent_path().wstring();
+    m_ends = m_first = false;
+    m_runs = true;
+    info().runChanged();
+}
+
+void ScriptDebugger::end()
+{
     info().comeBack();
     if (m_ends)
         rewind();
     m_runs = false;
-    changed();
+    info().runChanged();
+}
+
+ScriptDebugger::File::File(const std::wstring& path)
+    : m_path(path), m_elsewhere(!get()->m_runs && !get()->m_elsewhere)
+{
+    ScriptDebugger* debugger = get();
+    if (!m_elsewhere)
+        return;
+    debugger->m_elsewhere = true;
+    if (debugger->panelIsThere() && info().hasAnyBreakPoint()) {
+        debugger->aim(ScriptGo::Continue, 0);
+        debugger->begin(path);
+    }
+}
+
+ScriptDebugger::File::~File()
+{
+    ScriptDebugger* debugger = get();
+    if (!m_elsewhere)
+        return;
+    if (debugger->m_runs)
+        debugger->end();
+    debugger->m_elsewhere = false;
+    if (m_line > 0 && debugger->panelIsThere())
+        debugger->showStopped(m_path, m_line);
+}
+
+void ScriptDebugger::showStopped(const std::wstring& path, int line) const
+{
+    const bool stands = info().stepLine() > 0 && info().stepLine() < info().scriptLines();
+    if (info().loadedPath() != path && stands)
+        return; // Somebody is in the midst of another one.
+    if (info().loadedPath() != path)
+        info().load(path);
+    info().stepLine(line - 1);
 }
 
 void ScriptDebugger::runPython(const std::wstring& path)
@@ -146,7 +179,7 @@ bool ScriptDebugger::leadsTo(const std::wstring& path, int line) const
 
 bool ScriptDebugger::waitsBefore(const std::wstring& path, int line)
 {
-    if (!m_runs || !m_wait || m_ends)
+    if (!m_runs || m_ends || !panelIsThere())
         return false;
     // The mark of a script that hasn't begun is at its first line, which a step is to run.
     const bool begins = std::exchange(m_first, false) && line == 1 && m_how != ScriptGo::ToLine;
@@ -157,17 +190,18 @@ void ScriptDebugger::wait(const std::wstring& path, int line)
 {
     info().visit(path, line);
     m_waits = true;
-    changed();
-    m_wait([this] { return !m_waits || Progress::cancelled(); });
+    info().runChanged();
+    m_panel.wait([this] { return !m_waits || Progress::cancelled(); });
     m_ends = m_ends || Progress::cancelled();
     m_waits = false;
-    changed();
+    info().runChanged();
 }
 
 bool ScriptDebugger::follows(const std::wstring& path) const
 {
-    return m_runs && path.size() > m_folder.size() && path.starts_with(m_folder) &&
-           (m_folder.ends_with(L'/') || path[m_folder.size()] == L'/');
+    const bool isBelow = path.size() > m_folder.size() && path.starts_with(m_folder) &&
+                         (m_folder.ends_with(L'/') || path[m_folder.size()] == L'/');
+    return m_runs && (isBelow || info().hasBreakPointsIn(path));
 }
 
 } // namespace Vs

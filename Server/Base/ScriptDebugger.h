@@ -42,13 +42,35 @@ public:
     /// Whether it runs or waits.
     bool running() const { return m_runs; }
 
-    /// How to wait: handles events until the function says that it is over. Empty where nobody could say how
-    /// to go on: nothing pauses then.
-    void pauser(std::function<void(const std::function<bool()>& over)> wait) { m_wait = std::move(wait); }
-    /// Called when one of the states above has changed; empty for nobody.
-    void whenChanged(std::function<void()> listener) { m_changed = std::move(listener); }
+    /// Whoever shows the script that waits. The observers of ScriptDebugInfo are told of each change above.
+    struct Panel
+    {
+        /// Whether anybody could say how to go on: else nothing waits.
+        std::function<bool()> isThere;
+        /// Handles events until the function says that it is over.
+        std::function<void(const std::function<bool()>& over)> wait;
+    };
+    void panel(Panel panel) { m_panel = std::move(panel); }
 
     // For the interpreters.
+
+    /// Around a file that is run, by `go` or from elsewhere: a menu, a line, a dialog. That waits before
+    /// lines with breakpoints as well, and what fails is shown where a panel has nothing else to do.
+    class [[nodiscard]] File
+    {
+    public:
+        explicit File(const std::wstring& path);
+        ~File();
+        File(const File&) = delete;
+        File& operator=(const File&) = delete;
+        /// It ends, because of that line.
+        void stopped(int line) { m_line = line; }
+
+    private:
+        const std::wstring& m_path;
+        const bool m_elsewhere; ///< It is the outermost one, and `go` hasn't run it.
+        int m_line = 0;
+    };
 
     /// Around a file that is replayed; with 0, around Python, whose functions enter and leave by themselves.
     class [[nodiscard]] Level
@@ -75,8 +97,11 @@ public:
 private:
     ScriptDebugger() = default;
     void aim(ScriptGo how, int line);
+    void begin(const std::wstring& path);
+    void end();
     void runPython(const std::wstring& path);
-    void changed() const;
+    void showStopped(const std::wstring& path, int line) const;
+    bool panelIsThere() const { return m_panel.isThere && m_panel.isThere(); }
 
     ScriptGo m_how = ScriptGo::Continue;
     std::wstring m_file; ///< Of the line to which it goes.
@@ -84,12 +109,12 @@ private:
     int m_depth = 0;
     int m_from = 0; ///< The depth at which it stood.
     bool m_runs = false;
+    bool m_elsewhere = false; ///< A file is run that `go` hasn't run.
     bool m_waits = false;
     bool m_ends = false;  ///< What waits is to end.
     bool m_first = false; ///< No line of Python has been reached.
     std::wstring m_folder;
-    std::function<void(const std::function<bool()>&)> m_wait;
-    std::function<void()> m_changed;
+    Panel m_panel;
 };
 
 } // namespace Vs

@@ -146,6 +146,7 @@ private:
     void failed(size_t line, const std::wstring& message)
     {
         ++m_result.failures;
+        m_result.failedLine = line;
         const std::wstring text =
             line > 0 ? m_path + L':' + std::to_wstring(line) + L": " + message : message;
         if (m_options.status && m_result.failures <= kMostErrors)
@@ -374,6 +375,7 @@ private:
         m_result.cancelled = Progress::cancelled();
         if (failure.isError() && !m_result.cancelled) {
             ++m_result.failures;
+            m_result.failedLine = line;
             tell(m_options, failure.toString());
         }
         if (m_options.afterLine)
@@ -429,7 +431,12 @@ bool holdsNoTranscript(const std::wstring& path, ETranscriptType type)
 ReplayResult playTranscript(const std::wstring& path, ETranscriptType type, const ReplayOptions& options)
 {
     const AddedParameters parameters(options.parameters);
-    return type == kPythonTranscript ? PythonReplay(path, options).run() : TextReplay(path, options).run();
+    ScriptDebugger::File file(path);
+    const ReplayResult result =
+        type == kPythonTranscript ? PythonReplay(path, options).run() : TextReplay(path, options).run();
+    if (!options.keepGoing)
+        file.stopped(static_cast<int>(result.failedLine));
+    return result;
 }
 
 } // namespace Vs

@@ -25,7 +25,8 @@ struct [[nodiscard]] ReplayResult
 {
     /// Lines that ran, comments and empty lines not counted; of Python, statements.
     size_t lines = 0;
-    size_t failures = 0; ///< Lines that answered another status than 0, and an unreadable file.
+    size_t failures = 0;   ///< Lines that answered another status than 0, and an unreadable file.
+    size_t failedLine = 0; ///< The last of them; 0 for none, and for the file as a whole.
     bool cancelled = false;
 
     bool ok() const { return failures == 0 && !cancelled; }

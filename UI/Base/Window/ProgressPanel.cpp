@@ -2,6 +2,7 @@
 
 #include "Server/Base/Progress.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Program/WorksMeanwhile.h"
 #include "UI/Base/Window/PlainText.h"
 #include "UI/Base/Window/Theme.h"
 

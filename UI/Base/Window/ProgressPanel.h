@@ -36,9 +36,8 @@ public:
     /// Widgets that stay usable, with everything in them, while work runs. They live as long as this one.
     void keepsAlive(std::vector<const QWidget*> widgets) { m_alive = std::move(widgets); }
     /// Whether user events reach that object while work runs: it is one of these, or stands in a widget that
-    /// has the property `kWorksMeanwhile`.
+    /// has the property `kWorksMeanwhile` (UI/Base/Program/WorksMeanwhile.h).
     [[nodiscard]] bool isAlive(const QObject* object) const;
-    static constexpr const char* kWorksMeanwhile = "worksMeanwhile";
     static bool worksMeanwhile(const QObject* object);
 
 private:

@@ -8,10 +8,10 @@
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/AreaContents.h"
 #include "UI/Base/Program/FileDialog.h"
+#include "UI/Base/Program/WorksMeanwhile.h"
 #include "UI/Base/Window/Accessible.h"
 #include "UI/Base/Window/Glyph.h"
 #include "UI/Base/Window/PlainText.h"
-#include "UI/Base/Window/ProgressPanel.h"
 #include "UI/Base/Window/QtIcon.h"
 #include "UI/Base/Window/ScriptEdit.h"
 #include "UI/Base/Window/ScriptText.h"
@@ -44,14 +44,15 @@ std::set<const ScriptPanel*>& panels()
     return all;
 }
 
-/// Only somebody at a panel could tell a waiting run to go on.
+bool isSeen()
+{
+    return std::any_of(panels().begin(), panels().end(),
+                       [](const ScriptPanel* panel) { return panel->isVisible(); });
+}
+
 void waitAtPanel(const std::function<bool()>& over)
 {
-    const auto seen = [] {
-        return std::any_of(panels().begin(), panels().end(),
-                           [](const ScriptPanel* panel) { return panel->isVisible(); });
-    };
-    while (!over() && seen())
+    while (!over() && isSeen())
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
 
@@ -66,7 +67,7 @@ ScriptPanel::ScriptPanel(QWidget* parent)
       m_edit(new ScriptEdit(this))
 {
     setObjectName(QStringLiteral("scriptPanel"));
-    setProperty(ProgressPanel::kWorksMeanwhile, true);
+    setProperty(kWorksMeanwhile, true);
     Accessible::menus(m_edit);
     auto* tools = new QHBoxLayout(m_tools);
     tools->setContentsMargins(kMargin / 2, kMargin / 2, kMargin / 2, 0);
@@ -123,8 +124,7 @@ ScriptPanel::ScriptPanel(QWidget* parent)
 
     panels().insert(this);
     connect(this, &QObject::destroyed, [this] { panels().erase(this); });
-    Vs::ScriptDebugger::get()->pauser(&waitAtPanel);
-    Vs::ScriptDebugger::get()->whenChanged([] { emit ScriptText::get()->changed(); });
+    Vs::ScriptDebugger::get()->panel({&isSeen, &waitAtPanel});
     connect(ScriptText::get(), &ScriptText::changed, this, [this] { showState(); });
     showState();
 }
@@ -256,6 +256,8 @@ void ScriptPanel::showState()
         state = localized("ScriptMissing", "The file can't be read.");
     else if (debugger.running() && !debugger.waits())
         state = localized("ScriptRuns", "Running");
+    else if (stands && !debugger.running() && Vs::TranscriptMgr::typeOf(text.path()) == Vs::kPythonTranscript)
+        state = localizedFormat("ScriptStopped", "Stopped at line %1%", line); // It can't go on from there.
     else if (debugger.waits() || stands)
         state = localizedFormat("ScriptStands", "Stands before line %1%", line);
     else

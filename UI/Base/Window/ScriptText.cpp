@@ -5,6 +5,7 @@
 #include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/MessageBox.h"
+#include "UI/Base/Window/LineRegions.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -66,11 +67,6 @@ int linesOf(const QByteArray& file)
 {
     const auto ends = static_cast<int>(file.count('\n'));
     return file.isEmpty() || file.endsWith('\n') ? ends : ends + 1;
-}
-
-bool beginsLine(const QString& text, qsizetype at)
-{
-    return at == 0 || text[at - 1] == QLatin1Char('\n');
 }
 
 } // namespace
@@ -181,27 +177,43 @@ void ScriptText::take(const QByteArray& file)
     info().scriptLines(linesOf(file));
 }
 
-/// Only the lines from the first to the last that differs are replaced, so that whatever stands at the others
-/// stays there.
+/// Only the lines that differ are replaced, so that whatever stands at the others stays there.
 void ScriptText::fill(const QString& text)
 {
-    const QString old = m_document.toPlainText();
-    const qsizetype shorter = std::min(old.size(), text.size());
-    qsizetype start = std::mismatch(old.begin(), old.begin() + shorter, text.begin()).first - old.begin();
-    start = old.lastIndexOf(QLatin1Char('\n'), start - 1 - old.size()) + 1;
-    qsizetype end = 0;
-    while (end < shorter - start && old[old.size() - 1 - end] == text[text.size() - 1 - end])
-        ++end;
-    if (!beginsLine(old, old.size() - end) || !beginsLine(text, text.size() - end)) {
-        const qsizetype line = old.indexOf(QLatin1Char('\n'), old.size() - end);
-        end = line < 0 ? 0 : old.size() - line - 1;
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    const std::vector<LineRegion> regions =
+        differingRegions(m_document.toPlainText().split(QLatin1Char('\n')), lines);
+    for (auto region = regions.rbegin(); region != regions.rend(); ++region) {
+        // One by one, so that a cursor stays in its line.
+        const int pairs = std::min(region->oldCount, region->newCount);
+        replace({region->oldLine + pairs, region->oldCount - pairs, region->newLine + pairs,
+                 region->newCount - pairs},
+                lines);
+        for (int i = 0; i < pairs; ++i) {
+            QTextCursor cursor(m_document.findBlockByNumber(region->oldLine + i));
+            cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+            cursor.insertText(lines[region->newLine + i]);
+        }
     }
-    if (start + end == old.size() && start + end == text.size())
-        return;
-    QTextCursor cursor(&m_document);
-    cursor.setPosition(static_cast<int>(start));
-    cursor.setPosition(static_cast<int>(old.size() - end), QTextCursor::KeepAnchor);
-    cursor.insertText(text.mid(start, text.size() - start - end));
+}
+
+/// Removes whole lines, or inserts some.
+void ScriptText::replace(const LineRegion& region, const QStringList& lines)
+{
+    const int end = region.oldLine + region.oldCount;
+    const bool isLast = end == m_document.blockCount(); // The end in front of them comes and goes with them.
+    QTextCursor cursor(m_document.findBlockByNumber(isLast ? region.oldLine - 1 : region.oldLine));
+    if (isLast)
+        cursor.movePosition(QTextCursor::EndOfBlock);
+    if (region.oldCount > 0 && isLast)
+        cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+    else if (region.oldCount > 0)
+        cursor.setPosition(m_document.findBlockByNumber(end).position(), QTextCursor::KeepAnchor);
+    QString text;
+    for (const QString& line : lines.mid(region.newLine, region.newCount))
+        text += isLast ? QLatin1Char('\n') + line : line + QLatin1Char('\n');
+    if (region.oldCount > 0 || region.newCount > 0)
+        cursor.insertText(text);
 }
 
 void ScriptText::linesChanged(int position, int added)

@@ -14,6 +14,8 @@
 
 namespace Vu {
 
+struct LineRegion;
+
 /// The text of the script at the front of ScriptDebugInfo, as all script panels show and edit it. A change of
 /// the file by others is taken over line by line, so that breakpoints, the mark of the present line and each
 /// panel's place stay with their lines; if the text has been edited too, `clashes` says so. Text that isn't
@@ -61,6 +63,7 @@ private:
     void look();
     void take(const QByteArray& file);
     void fill(const QString& text);
+    void replace(const LineRegion& region, const QStringList& lines);
     void linesChanged(int position, int added);
     void watch();
     void tellReaders();

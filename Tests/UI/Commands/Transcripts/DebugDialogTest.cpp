@@ -1,8 +1,12 @@
 #include "UI/Commands/Transcripts/DebugDialog.h"
 
+#include "Server/Base/PythonManager.h"
 #include "Server/Base/ScriptDebugger.h"
+#include "Server/Base/Status.h"
 #include "Server/Base/TranscriptMgr.h"
-#include "Tests/UI/Commands/CommandsProgram.h"
+#include "Tests/UI/Commands/Recorded.h"
+#include "UI/Base/Command/CommandDefinition.h"
+#include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/AreaContents.h"
 #include "UI/Base/Program/FileDialog.h"
@@ -10,11 +14,13 @@
 #include "UI/Base/Workspace/ShellMgr.h"
 #include "UI/Base/Workspace/Workspace.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
+#include "UI/Commands/Transcripts/Macros.h"
 #include "UI/Commands/Transcripts/ReplayTasks.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialog>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTextBlock>
@@ -127,6 +133,11 @@ protected:
     /// many times, and `also` was called each time before.
     std::string pressedUntilItEnds(const char* name, int most, const std::function<void()>& also = {})
     {
+        return stoodDuring([this, name] { press(name); }, name, most, also);
+    }
+    std::string stoodDuring(const std::function<void()>& work, const char* name, int most,
+                            const std::function<void()>& also = {})
+    {
         std::string stood;
         QTimer timer;
         QObject::connect(&timer, &QTimer::timeout, [&] {
@@ -141,7 +152,7 @@ protected:
                 Qt::LeftButton);
         });
         timer.start(1);
-        press(name);
+        work();
         return stood;
     }
 
@@ -430,6 +441,116 @@ TEST_F(DebugDialogTest, ThePanelSavesWhatIsTypedAndKeepsItsPlaceWhenTheFileChang
     QTest::mouseClick(reload, Qt::LeftButton);
     EXPECT_EQ(lines()->toPlainText(), QStringLiteral("# theirs\n"));
     EXPECT_FALSE(reload->isVisible());
+}
+
+TEST_F(DebugDialogTest, ThePlaceIsKeptWhereTheFileHasChangedAtSeveralPlaces)
+{
+    open(script(L"edited.txt", "# 1\n# 2\n# a\n# b\n# c\n# 3\n"));
+    press("ScriptOver");
+    press("ScriptOver");
+    cursorTo(4);
+    for (const int line : {4, 6})
+        debug().addBreakPoint(line);
+    script(L"edited.txt", "# 0\n# 1\n# 2\n# a!\n# b\n# c\n# d\n# e\n# 3\n# 4");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return lines()->blockCount() == 10; }));
+    EXPECT_TRUE(lines()->toPlainText().endsWith(QStringLiteral("# c\n# d\n# e\n# 3\n# 4")));
+    EXPECT_TRUE(debug().isStepLine(4));
+    EXPECT_TRUE(debug().isBreakPoints(5));
+    EXPECT_TRUE(debug().isBreakPoints(9));
+    EXPECT_EQ(lines()->textCursor().blockNumber() + 1, 5);
+    script(L"edited.txt", "# 0\n# b\n# 3");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return lines()->blockCount() == 3; }));
+    EXPECT_TRUE(debug().isBreakPoints(2));
+    EXPECT_TRUE(debug().isBreakPoints(3));
+    EXPECT_EQ(lines()->toPlainText(), QStringLiteral("# 0\n# b\n# 3"));
+}
+
+TEST_F(DebugDialogTest, WhatIsStartedElsewhereWaitsAtItsBreakpointsAndShowsWhereItStops)
+{
+    const CommandsTests::SmallWindow window;
+    const std::wstring macro = script(L"macro.txt", kNested), alone = script(L"alone.py", kPython);
+    open(macro);
+    debug().addBreakPoint(3);
+    open(alone);
+    debug().addBreakPoint(5);
+    const std::wstring other = script(L"other.txt", "Design.New\n");
+    open(other);
+    EXPECT_FALSE(debug().isBreakPoints(5)) << "the breakpoints of another file";
+    answer(L"Design.New");
+    const auto during = [&](const std::wstring& line) {
+        return stoodDuring([&] { answer(line); }, "ScriptContinue", 99,
+                           [&] {
+                               EXPECT_FALSE(button("DebugLoad")->isEnabled());
+                               click("DebugStep"); // The dialog sends it on as the panel does.
+                               EXPECT_FALSE(Vs::ScriptDebugger::get()->waits());
+                           });
+    };
+    EXPECT_EQ(during(L"Transcripting.Replay \"" + macro + L'"'), "macro3 ");
+    EXPECT_EQ(during(L"Script.Run \"" + alone + L'"'), "alone5 alone8 alone5 ");
+    EXPECT_EQ(debug().scriptPath(), other);
+    EXPECT_TRUE(button("DebugLoad")->isEnabled());
+
+    const auto shows = [&](const std::wstring& path) {
+        return debug().scriptPath() == path && debug().isStepLine(2);
+    };
+    const auto state = [this] {
+        return panel()->findChild<QLabel*>(QStringLiteral("scriptState"))->text().toStdString();
+    };
+    const std::wstring bad = script(L"bad.txt", "Design.New\nDesign.Fillet 1\nDesign.New\n");
+    failure(L"Transcripting.Replay \"" + bad + L'"');
+    EXPECT_TRUE(shows(bad));
+    EXPECT_EQ(state(), "Stands before line 2");
+    const std::wstring raises = script(L"raises.py", "x = 1\nraise ValueError(x)\n");
+    failure(L"Script.Run \"" + raises + L'"');
+    EXPECT_TRUE(shows(bad)) << "somebody is in the midst of it";
+    press("ScriptStop");
+    failure(L"Script.Run \"" + raises + L'"');
+    EXPECT_TRUE(shows(raises));
+    EXPECT_EQ(state(), "Stopped at line 2");
+}
+
+TEST_F(DebugDialogTest, TheEndOfTheProgramAsksAboutTextThatIsNotSaved)
+{
+    const std::wstring path = script(L"edited.txt", "# 1\n");
+    open(path);
+    const auto content = [&] {
+        fs::ifstream stream(fs::path(path), std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    };
+    const auto mayEnd = [this](int button) {
+        answerBoxes(button);
+        Vs::Status status;
+        return Vs::PythonAutorunScripts::get()->fireClosingDown(status);
+    };
+    EXPECT_TRUE(mayEnd(2));
+    EXPECT_TRUE(boxes().empty()) << "nothing has been edited";
+    QTest::keyClicks(lines(), "# 0 ");
+    EXPECT_FALSE(mayEnd(2));
+    EXPECT_TRUE(mayEnd(1));
+    EXPECT_EQ(content(), "# 1\n");
+    EXPECT_TRUE(mayEnd(0));
+    EXPECT_EQ(content(), "# 0 # 1\n");
+    EXPECT_EQ(boxes().size(), 3u);
+}
+
+TEST_F(DebugDialogTest, EditMacroLoadsTheChosenMacroAndShowsThePanel)
+{
+    const std::wstring file = Macros::fileOf(L"Plate").wstring();
+    Macros::folder(true);
+    fs::ofstream(fs::path(file)) << "Design.New\n";
+    const CommandsTests::SmallWindow window;
+    CommandDefinition* edit = definition(L"EditMacroCommand");
+    auto* list = Vs::cast<ListControl>(edit->inputControl());
+    ASSERT_TRUE(list);
+    CommandContext context = CommandContext::activeContext();
+    edit->updateInputControl(&context);
+    ASSERT_EQ(list->items().size(), 1u);
+    list->selectedItem(list->items().front(), true);
+    run(L"");
+    EXPECT_EQ(debug().scriptPath(), file);
+    EXPECT_TRUE(UIBaseOptionGroup::get()->wantToShowScriptPanel());
+    UIBaseOptionGroup::get()->wantToShowScriptPanel(false);
+    fs::remove_all(Macros::folder(false));
 }
 
 TEST_F(DebugDialogTest, TheTasksAreKnownByTheirNames)

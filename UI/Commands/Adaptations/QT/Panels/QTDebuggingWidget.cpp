@@ -1,9 +1,11 @@
 #include "UI/Commands/Adaptations/QT/Panels/QTDebuggingWidget.h"
 
+#include "Server/Base/ScriptDebugger.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
+#include "UI/Base/Program/WorksMeanwhile.h"
 #include "UI/Commands/Adaptations/QT/Panels/OverMainWindow.h"
 #include "UI/Commands/Adaptations/QT/Panels/PanelLayout.h"
 #include "UI/Commands/Adaptations/QT/Panels/QTDebugScriptTextEdit.h"
@@ -24,11 +26,22 @@ void runLater(Vs::Task* task)
     Application::get()->deferredTasks()->add(task);
 }
 
+/// Sends a run on that waits within its line; returns whether there is one.
+bool goesOn(Vs::ScriptGo how)
+{
+    Vs::ScriptDebugger* debugger = Vs::ScriptDebugger::get();
+    const bool waits = debugger->waits();
+    if (waits)
+        debugger->go(how);
+    return waits;
+}
+
 } // namespace
 
 QTShowScriptWidget::QTShowScriptWidget() : QWidget(nullptr, Qt::WindowStaysOnTopHint)
 {
     setWindowTitle(told("DebugScript", "Script"));
+    setProperty(kWorksMeanwhile, true);
     auto* row = new QHBoxLayout;
     row->addWidget(new QTDebugScriptTextEdit);
     putInGroup(this, told("DebugScript", "Script"), row);
@@ -38,14 +51,16 @@ QTShowScriptWidget::QTShowScriptWidget() : QWidget(nullptr, Qt::WindowStaysOnTop
 
 QTDebuggingWidget::QTDebuggingWidget(QWidget* parent) : QWidget(parent)
 {
+    setProperty(kWorksMeanwhile, true);
     auto* buttons = new QHBoxLayout;
     const auto add = [&](const char* key, const char* title, void (QTDebuggingWidget::*slot)()) {
         auto* button = new QPushButton(told(key, title));
         button->setObjectName(QLatin1String(key));
         connect(button, &QPushButton::clicked, this, slot);
         buttons->addWidget(button);
+        return button;
     };
-    add("DebugLoad", "Load", &QTDebuggingWidget::onClickLoadButton);
+    m_load = add("DebugLoad", "Load", &QTDebuggingWidget::onClickLoadButton);
     add("DebugContinue", "Continue", &QTDebuggingWidget::onClickContinueButton);
     add("DebugStep", "Step", &QTDebuggingWidget::onClickStepOverButton);
     add("DebugRestart", "Restart", &QTDebuggingWidget::onClickRunButton);
@@ -61,6 +76,11 @@ QTDebuggingWidget::QTDebuggingWidget(QWidget* parent) : QWidget(parent)
 }
 
 QTDebuggingWidget::~QTDebuggingWidget() = default;
+
+void QTDebuggingWidget::onScriptDebugInfoChanged()
+{
+    m_load->setDisabled(Vs::ScriptDebugger::get()->running());
+}
 
 void QTDebuggingWidget::onClickLoadButton()
 {
@@ -83,6 +103,8 @@ void QTDebuggingWidget::onClickLoadButton()
 
 void QTDebuggingWidget::onClickRunButton()
 {
+    if (Vs::ScriptDebugger::get()->waits())
+        Vs::ScriptDebugger::get()->stop();
     if (Vs::ScriptDebugInfo* info = Vs::TranscriptMgr::get()->scriptDebugInfo()) {
         info->stepLine(0);
         info->resetBreakPoints();
@@ -92,12 +114,14 @@ void QTDebuggingWidget::onClickRunButton()
 
 void QTDebuggingWidget::onClickContinueButton()
 {
-    runLater(new ReplayTextTranscriptTask);
+    if (!goesOn(Vs::ScriptGo::Continue))
+        runLater(new ReplayTextTranscriptTask);
 }
 
 void QTDebuggingWidget::onClickStepOverButton()
 {
-    runLater(new StepReplayTextTranscriptTask);
+    if (!goesOn(Vs::ScriptGo::Over))
+        runLater(new StepReplayTextTranscriptTask);
 }
 
 void QTDebuggingWidget::onClickShowScriptCheck(bool checked)

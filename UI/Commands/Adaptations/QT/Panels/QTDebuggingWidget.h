@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Server/Base/ScriptDebugInfo.h"
+
 #include <QWidget>
 
 #include <memory>
@@ -16,8 +18,9 @@ public:
     QTShowScriptWidget();
 };
 
-/// Loads a text transcript and runs it line by line.
-class QTDebuggingWidget : public QWidget
+/// Loads a text transcript and runs it line by line. What waits within a line, in a nested transcript or in
+/// Python, goes on by the same buttons.
+class QTDebuggingWidget : public QWidget, private Vs::IScriptDebugInfoObserver
 {
     Q_OBJECT
 
@@ -37,8 +40,10 @@ private slots:
     void onClickShowScriptCheck(bool checked);
 
 private:
+    void onScriptDebugInfoChanged() override;
     void showScript(bool shown);
 
+    QPushButton* m_load = nullptr;
     std::unique_ptr<QTShowScriptWidget> m_script; ///< Null until needed.
 };
 
