@@ -3,6 +3,8 @@
 #include "Server/Translate/Salvage/StepChecks.h"
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
 namespace Vs::Translate::Salvage {
 
@@ -104,6 +106,7 @@ Instances::Instances(std::string_view bytes, const std::unordered_set<uint32_t>&
             m_spares.erase(number);
         }
     Settling(*this).run();
+    dropCycles();
     dropUnplaced();
     Settling(*this).run();
 }
@@ -126,6 +129,50 @@ void Instances::dropUnplaced()
         if (found != m_byNumber.end() && m_all[found->second].entity == "NEXT_ASSEMBLY_USAGE_OCCURRENCE")
             m_all[found->second].isSound = false;
     }
+}
+
+/// Occurrences of an assembly within itself. If it is used nowhere else, nothing would be left to begin with.
+void Instances::dropCycles()
+{
+    struct Definition
+    {
+        std::vector<Instance*> usages;
+        bool isUsed = false, isOpen = false, isDone = false;
+    };
+    std::map<uint32_t, Definition> definitions;
+    for (Instance& usage : m_all)
+        if (usage.isSound && usage.entity == "NEXT_ASSEMBLY_USAGE_OCCURRENCE" && usage.links.size() == 2) {
+            definitions[usage.links[0].target].usages.push_back(&usage);
+            definitions[usage.links[1].target].isUsed = true;
+        }
+    const auto follow = [&](Definition& start) {
+        std::vector<std::pair<Definition*, size_t>> path;
+        const auto enter = [&](Definition& definition) {
+            definition.isOpen = true;
+            path.emplace_back(&definition, 0);
+        };
+        if (!start.isDone)
+            enter(start);
+        while (!path.empty()) {
+            Definition& whole = *path.back().first;
+            if (path.back().second == whole.usages.size()) {
+                whole.isOpen = false;
+                whole.isDone = true;
+                path.pop_back();
+                continue;
+            }
+            Instance& usage = *whole.usages[path.back().second++];
+            Definition& part = definitions[usage.links[1].target];
+            if (part.isOpen)
+                usage.isSound = false;
+            else if (!part.isDone)
+                enter(part);
+        }
+    };
+    for (const bool isUsed : {false, true})
+        for (auto& [number, definition] : definitions)
+            if (definition.isUsed == isUsed)
+                follow(definition);
 }
 
 void Instances::add(const StepStatement& statement)

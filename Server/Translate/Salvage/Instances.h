@@ -59,6 +59,7 @@ private:
     bool becomesItsCurve(Instance& instance);
     bool becomesItsSpare(Instance& instance);
     void dropUnplaced();
+    void dropCycles();
 
     std::vector<Instance> m_all;
     std::unordered_map<uint32_t, size_t> m_byNumber;
