@@ -3,13 +3,16 @@
 
 Quillet runs cold (its import cache emptied) and warm (seen before). The floor is a program of the bare kernel that reads
 and meshes the file, in parallel, and draws nothing. Any other program that draws a file without a window can run beside
-them: --peer takes its command, in which {file} and {picture} stand for the paths. The smallest time of the rounds counts.
+them: --peer takes its command, in which {file} and {picture} stand for the paths. The smallest time of the rounds counts;
+beside it stands the smallest processor time, which other programs on the machine change least. With --steps, it is shown
+where the time of a first picture goes (bench_first_picture).
 
-    Benchmarks/picture.py [--rounds N] [--build DIR] [--peer COMMAND]... FILE...
+    Benchmarks/picture.py [--rounds N] [--build DIR] [--steps] [--peer COMMAND]... FILE...
 """
 
 import argparse
 import pathlib
+import resource
 import shlex
 import shutil
 import subprocess
@@ -19,12 +22,13 @@ import time
 
 
 def timed(command):
-    start = time.perf_counter()
+    before, start = resource.getrusage(resource.RUSAGE_CHILDREN), time.perf_counter()
     result = subprocess.run(command, capture_output=True, text=True, check=False)
-    elapsed = time.perf_counter() - start
+    elapsed, after = time.perf_counter() - start, resource.getrusage(resource.RUSAGE_CHILDREN)
+    work = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
     if result.returncode != 0:
         sys.exit(f"{command[0]} failed ({result.returncode}):\n{result.stdout}{result.stderr}")
-    return elapsed
+    return elapsed, work
 
 
 def measure(file, binaries, peers, rounds, scratch):
@@ -44,10 +48,15 @@ def measure(file, binaries, peers, rounds, scratch):
             times[name].append(timed(quillet))
             if not picture.exists():
                 sys.exit(f"No picture was made of {file}.")
-    floor = min(times["the kernel, no picture"])
+    def least(name):
+        return [min(values) for values in zip(*times[name])]
+
+    floor = least("the kernel, no picture")
     print(file)
-    for name, values in times.items():
-        print(f"  {name:24}{1000 * min(values):9.1f} ms{min(values) / floor:8.2f}")
+    for name in times:
+        elapsed, work = least(name)
+        print(f"  {name:24}{1000 * elapsed:9.1f} ms{elapsed / floor[0]:8.2f}"
+              f"{1000 * work:12.1f} ms of processors{work / floor[1]:8.2f}")
 
 
 def main():
@@ -55,11 +64,14 @@ def main():
     parser.add_argument("files", nargs="+", type=pathlib.Path)
     parser.add_argument("--rounds", type=int, default=3)
     parser.add_argument("--build", default=str(pathlib.Path(__file__).parent.parent / "build/release"))
+    parser.add_argument("--steps", action="store_true")
     parser.add_argument("--peer", action="append", default=[])
     arguments = parser.parse_args()
     binaries = pathlib.Path(arguments.build) / "root/bin"
     with tempfile.TemporaryDirectory() as scratch:
         for file in arguments.files:
+            if arguments.steps:
+                subprocess.run([binaries / "bench_first_picture", file], check=True)
             measure(file, binaries, arguments.peer, arguments.rounds, pathlib.Path(scratch))
 
 

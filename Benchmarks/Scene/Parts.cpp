@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <unistd.h>
 
 namespace BenchScene {
 namespace {
@@ -202,6 +203,18 @@ Scene sceneOf(const std::string& name)
              colours[i % kUnique % 5]});
     }
     return scene;
+}
+
+std::string modelOf(const std::string& stepFile)
+{
+    const std::filesystem::path worker =
+        std::filesystem::read_symlink("/proc/self/exe").parent_path() / "quillet-translate-step";
+    const std::string model =
+        (std::filesystem::temp_directory_path() / ("bench_scene." + std::to_string(getpid()))).string();
+    // What the worker tells of its progress goes to the third descriptor.
+    const std::string command =
+        "'" + worker.string() + "' import step '" + stepFile + "' '" + model + "' 3>/dev/null";
+    return std::system(command.c_str()) == 0 ? model : std::string();
 }
 
 int measureAll(int argc, char** argv, bool (*measure)(const std::string& scene))

@@ -29,6 +29,9 @@ struct Scene
 /// nothing.
 Scene sceneOf(const std::string& name);
 
+/// Has a worker read a STEP file. Returns the path of the model file that it wrote, or an empty one.
+std::string modelOf(const std::string& stepFile);
+
 /// Runs `measure` on each scene that a program's arguments name; on the two large ones if they name none.
 /// Returns the program's exit code: 0 if all succeeded.
 int measureAll(int argc, char** argv, bool (*measure)(const std::string& scene));

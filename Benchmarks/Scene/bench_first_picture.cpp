@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <ctime>
 #include <epoxy/gl.h>
+#include <filesystem>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -129,7 +130,11 @@ bool apart(const F& work)
 
 bool measure(const std::string& name)
 {
-    const BenchScene::Scene scene = BenchScene::sceneOf(name);
+    const bool isFile = std::filesystem::is_regular_file(name);
+    const std::string source = isFile ? BenchScene::modelOf(name) : name;
+    const BenchScene::Scene scene = BenchScene::sceneOf(source);
+    if (isFile)
+        std::filesystem::remove(source); // it stays mapped
     if (scene.parts.empty()) {
         std::fprintf(stderr, "bench_first_picture: there is no scene \"%s\"\n", name.c_str());
         return false;

@@ -147,24 +147,11 @@ Speed kernelSpeed(const std::string& scene, double limit)
     return result;
 }
 
-/// Has a worker read a STEP file. Returns the path of the model file that it wrote, or an empty one.
-std::string modelOf(const std::string& stepFile)
-{
-    const std::filesystem::path worker =
-        std::filesystem::read_symlink("/proc/self/exe").parent_path() / "quillet-translate-step";
-    const std::string model =
-        (std::filesystem::temp_directory_path() / ("bench_scene." + std::to_string(getpid()))).string();
-    // What the worker tells of its progress goes to the third descriptor.
-    const std::string command =
-        "'" + worker.string() + "' import step '" + stepFile + "' '" + model + "' --memory=0 3>/dev/null";
-    return std::system(command.c_str()) == 0 ? model : std::string();
-}
-
 bool measure(const std::string& name)
 {
     constexpr double kLimit = 3;
     const bool isFile = std::filesystem::is_regular_file(name);
-    const std::string source = isFile ? modelOf(name) : name;
+    const std::string source = isFile ? BenchScene::modelOf(name) : name;
     const BenchScene::Scene scene = BenchScene::sceneOf(source);
     if (scene.parts.empty()) {
         std::fprintf(stderr, "bench_scene: \"%s\" is no number of parts, nor \"million\", nor a STEP file\n",
