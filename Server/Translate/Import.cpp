@@ -15,7 +15,6 @@
 #include <atomic>
 #include <functional>
 #include <malloc.h>
-#include <mutex>
 #include <numeric>
 #include <sstream>
 #include <utility>
@@ -56,57 +55,107 @@ private:
     double m_told = 0;
 };
 
-// Meshes each shape once, the big ones first, and reports progress by faces, which reflect the work better
-// than parts do.
-std::vector<std::shared_ptr<const BodyMesh>> meshAll(const Kernel::XdeTree& tree, const Reading& reading,
-                                                     const std::vector<int>& faces, Reporter& reporter,
-                                                     std::vector<std::string>& warnings)
+/// The bodies of a file while they become meshes.
+class Bodies
 {
-    if (reading.early)
-        reading.early->finish();
-    const auto isMeshed = [&](const TopoDS_Shape& shape) {
-        return (reading.early && reading.early->hasMeshed(shape)) ||
-               (reading.isMeshed && reading.isMeshed(shape));
-    };
-    std::vector<std::shared_ptr<const BodyMesh>> meshes(tree.shapes.size());
-    std::vector<size_t> order(tree.shapes.size());
-    std::iota(order.begin(), order.end(), size_t{0});
-    std::stable_sort(order.begin(), order.end(), [&](size_t a, size_t b) { return faces[a] > faces[b]; });
-    const double total = std::max(1, std::accumulate(faces.begin(), faces.end(), 0));
-    std::atomic<double> done = 0;
-    std::mutex mutex;
-    forEachInParallel(order.size(), [&](size_t i) {
-        const size_t body = order[i];
-        const TopoDS_Shape& shape = tree.shapes[body];
-        std::string fault;
-        try {
-            if (!shape.IsNull()) {
-                const Handle(BodyProgress) progress = new BodyProgress([&](double fraction) {
-                    const double added = fraction * faces[body];
-                    reporter.progress((done.fetch_add(added) + added) / total);
-                });
-                if (!isMeshed(shape))
-                    Kernel::meshShape(shape, {}, progress->Start());
-                meshes[body] =
-                    std::make_shared<const BodyMesh>(Kernel::extractMesh(shape, tree.colours[body]));
-                if (!MeshArrays::of(*meshes[body]).isSound())
-                    fault = "its triangles are damaged";
+public:
+    Bodies(const Kernel::XdeTree& tree, const Reading& reading) : m_tree(tree), m_reading(reading)
+    {
+        for (const TopoDS_Shape& shape : tree.shapes)
+            m_faces.push_back(shape.IsNull() ? 0 : countFaces(shape));
+        m_faults.resize(m_faces.size());
+        m_order.resize(m_faces.size());
+        std::iota(m_order.begin(), m_order.end(), size_t{0});
+        std::stable_sort(m_order.begin(), m_order.end(),
+                         [&](size_t a, size_t b) { return m_faces[a] > m_faces[b]; });
+    }
+
+    int faces() const { return std::accumulate(m_faces.begin(), m_faces.end(), 0); }
+
+    // Each shape once, the big ones first. Progress is by faces, which reflect the work better than parts do.
+    void mesh(Reporter& reporter)
+    {
+        if (m_reading.early)
+            m_reading.early->finish();
+        const double total = std::max(1, faces());
+        std::atomic<double> done = 0;
+        forEachInParallel(m_order.size(), [&](size_t i) {
+            const size_t body = m_order[i];
+            const TopoDS_Shape& shape = m_tree.shapes[body];
+            if (shape.IsNull() || isMeshed(shape))
+                return;
+            const Handle(BodyProgress) progress = new BodyProgress([&](double fraction) {
+                const double added = fraction * m_faces[body];
+                reporter.progress((done.fetch_add(added) + added) / total);
+            });
+            try {
+                Kernel::meshShape(shape, {}, progress->Start());
+            } catch (const Standard_Failure& failure) {
+                m_faults[body] = failure.GetMessageString();
             }
-        } catch (const Standard_Failure& failure) {
-            fault = failure.GetMessageString();
+        });
+    }
+
+    /// The meshes, while the model is written beside it: both only look at the shapes.
+    std::vector<std::shared_ptr<const BodyMesh>> take(const std::function<void()>& write)
+    {
+        std::vector<std::shared_ptr<const BodyMesh>> meshes(m_order.size());
+        forEachInParallel(m_order.size() + 1, [&](size_t job) {
+            if (job == 0) {
+                write();
+                return;
+            }
+            const size_t body = m_order[job - 1];
+            if (m_tree.shapes[body].IsNull() || !m_faults[body].empty())
+                return;
+            try {
+                meshes[body] = std::make_shared<const BodyMesh>(
+                    Kernel::extractMesh(m_tree.shapes[body], m_tree.colours[body]));
+                if (!MeshArrays::of(*meshes[body]).isSound())
+                    m_faults[body] = "its triangles are damaged";
+            } catch (const Standard_Failure& failure) {
+                m_faults[body] = failure.GetMessageString();
+            }
+        });
+        return meshes;
+    }
+
+    std::vector<std::string> warnings(const std::vector<std::shared_ptr<const BodyMesh>>& meshes) const
+    {
+        std::vector<std::string> warnings;
+        for (const size_t body : m_order) {
+            const std::string part = '"' + Strings::narrow(m_tree.tree.bodies[body].name) + '"';
+            const BodyMesh* const mesh = meshes[body].get();
+            const std::string& fault = m_faults[body];
+            if (!fault.empty() || (m_faces[body] > 0 && (!mesh || mesh->triangles.empty())))
+                warnings.push_back("has a part " + part + " that can't be shown" +
+                                   (fault.empty() ? "" : ": " + fault));
+            else if (const size_t bare = mesh ? facesWithoutTriangles(*mesh) : 0; bare > 0)
+                warnings.push_back("has " + std::to_string(bare) + " of " + std::to_string(m_faces[body]) +
+                                   " faces of " + part + " that can't be shown");
         }
-        const std::string part = '"' + Strings::narrow(tree.tree.bodies[body].name) + '"';
-        if (!fault.empty() || (faces[body] > 0 && (!meshes[body] || meshes[body]->triangles.empty()))) {
-            const std::lock_guard lock(mutex);
-            warnings.push_back("has a part " + part + " that can't be shown" +
-                               (fault.empty() ? "" : ": " + fault));
-        } else if (const size_t bare = meshes[body] ? facesWithoutTriangles(*meshes[body]) : 0; bare > 0) {
-            const std::lock_guard lock(mutex);
-            warnings.push_back("has " + std::to_string(bare) + " of " + std::to_string(faces[body]) +
-                               " faces of " + part + " that can't be shown");
-        }
-    });
-    return meshes;
+        return warnings;
+    }
+
+private:
+    bool isMeshed(const TopoDS_Shape& shape) const
+    {
+        return (m_reading.early && m_reading.early->hasMeshed(shape)) ||
+               (m_reading.isMeshed && m_reading.isMeshed(shape));
+    }
+
+    const Kernel::XdeTree& m_tree;
+    const Reading& m_reading;
+    std::vector<int> m_faces;
+    std::vector<std::string> m_faults; ///< Each of one body alone.
+    std::vector<size_t> m_order;
+};
+
+std::string exactDataOf(Kernel::XdeModel& model)
+{
+    std::ostringstream exact;
+    model.write(exact);
+    return std::move(exact).str();
 }
 
 } // namespace
@@ -116,10 +165,8 @@ void importFile(Exchange::Format format, const std::string& path, const std::str
 {
     Reading reading = readFile(format, path, options, reporter);
     Kernel::XdeTree tree = Kernel::readXdeTree(reading.model->document());
-    std::vector<int> faces;
-    for (const TopoDS_Shape& shape : tree.shapes)
-        faces.push_back(shape.IsNull() ? 0 : countFaces(shape));
-    if (std::accumulate(faces.begin(), faces.end(), 0) == 0)
+    Bodies bodies(tree, reading);
+    if (bodies.faces() == 0)
         throw Unreadable(reading.ifEmpty);
     for (PartTree::Node& root : tree.tree.roots)
         if (root.name.empty())
@@ -132,7 +179,6 @@ void importFile(Exchange::Format format, const std::string& path, const std::str
         constexpr size_t kWorthIt = 16 << 20;
         if (mallinfo2().fordblks > kWorthIt)
             malloc_trim(0);
-        std::vector<std::string> meshWarnings;
         if (reading.later) {
             // A crash in here is reported under this step's name, and the import is tried again without
             // annotations.
@@ -142,16 +188,18 @@ void importFile(Exchange::Format format, const std::string& path, const std::str
                     reading.later(reading.warnings);
                     reporter.stage("meshing the parts", 0.9, 0.95);
                 } else {
-                    meshes = meshAll(tree, reading, faces, reporter, meshWarnings);
+                    bodies.mesh(reporter);
                 }
             });
         } else {
             reporter.stage("meshing the parts", 0.65, 0.95);
-            meshes = meshAll(tree, reading, faces, reporter, meshWarnings);
+            bodies.mesh(reporter);
         }
-        if (options.isStrict && !meshWarnings.empty())
-            throw Unreadable(meshWarnings.front());
-        reading.warnings.insert(reading.warnings.end(), meshWarnings.begin(), meshWarnings.end());
+        meshes = bodies.take([&] { reading.stored = exactDataOf(*reading.model); });
+        const std::vector<std::string> warnings = bodies.warnings(meshes);
+        if (options.isStrict && !warnings.empty())
+            throw Unreadable(warnings.front());
+        reading.warnings.insert(reading.warnings.end(), warnings.begin(), warnings.end());
     }
 
     reporter.stage("storing the model", 0.95, 1.0);
@@ -162,11 +210,8 @@ void importFile(Exchange::Format format, const std::string& path, const std::str
     for (const std::string& warning : reading.warnings)
         warnings.push_back(Strings::widen(warning));
     writer.writeIndex(tree.tree, warnings);
-    if (reading.stored.empty()) {
-        std::ostringstream exact;
-        reading.model->write(exact);
-        reading.stored = std::move(exact).str();
-    }
+    if (reading.stored.empty())
+        reading.stored = exactDataOf(*reading.model);
     writer.addKernelData(reading.stored);
     writer.finish();
 }

@@ -5,6 +5,7 @@
 #include "Server/Translate/Salvage/FaceTrials.h"
 #include "Server/Translate/Salvage/Salvage.h"
 #include "Server/Translate/Shares/BoundShares.h"
+#include "Server/Translate/Shares/SmoothEdges.h"
 #include "Server/Translate/StepActor.h"
 #include "Server/Translate/StepReferences.h"
 #include "Server/Translate/StepSession.h"
@@ -157,7 +158,11 @@ bool transfer(StepSession& reader, Handle(TDocStd_Document) & document, bool isS
     if (isShared) {
         reporter.stage("transferring the shapes", 0.6, 0.65);
         const Handle(KernelProgress) progress = new KernelProgress(reporter);
-        return reader.Transfer(document, progress->Start());
+        const Shares::WithoutSmoothEdges marked;
+        if (!reader.Transfer(document, progress->Start()))
+            return false;
+        Shares::markSmoothEdges(document, reading.isMeshed);
+        return true;
     }
     reporter.stage("transferring the shapes", 0.35, 0.65);
     reading.early = std::make_unique<EarlyMeshing>();
@@ -179,7 +184,8 @@ Reading readStep(const std::string& path, const ReadingOptions& options, Reporte
         std::string_view bytes = file.bytes();
         Loaded loaded;
         if (const auto shares = std::dynamic_pointer_cast<Shares::ShareReaders>(options.helpers))
-            isShared = Shares::readByShares(*shares, *loaded.reader, path, reading, reporter);
+            if ((isShared = Shares::readByShares(*shares, *loaded.reader, path, reading, reporter)))
+                bytes = shares->structure(); // All that isn't a solid or a surface.
         if (!isShared) {
             loaded = loadSound(path, file.bytes(), options, reading, reporter);
             bytes = loaded.salvaged.empty() ? bytes : loaded.salvaged;

@@ -225,6 +225,7 @@ private:
     {
         Items items = itemsOf(what);
         ShareJob job;
+        job.isAlone = m_shares.size() < m_division.readers;
         if (what.way == Way::Alone) {
             items = {items[what.item]};
             job.parts.push_back(partOf(items));

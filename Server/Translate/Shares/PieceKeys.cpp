@@ -13,12 +13,7 @@ namespace Vs::Translate::Shares {
 namespace {
 
 // Increase whenever the same statements would give other shapes or triangles.
-constexpr const char* kVersion = "1-" OCC_VERSION_COMPLETE;
-
-bool isBlank(char c)
-{
-    return c == ' ' || c == '\n' || c == '\r' || c == '\t';
-}
+constexpr const char* kVersion = "2-" OCC_VERSION_COMPLETE;
 
 } // namespace
 
@@ -45,29 +40,43 @@ void PieceKeys::add(uint32_t statement)
     const auto references = m_scan.references(statement);
     size_t reference = 0, begin = 0;
     // Writers name a context by its number in the file, and nothing depends on that.
-    const bool isNameless = text.find("REPRESENTATION_CONTEXT") != text.npos;
+    constexpr std::string_view kContext = "REPRESENTATION_CONTEXT";
+    const std::string_view entity = m_scan.entity(statement);
+    const bool isNameless = entity.empty() ? text.find(kContext) != text.npos : entity.ends_with(kContext);
     const auto takeTo = [&](size_t at) { m_text.append(text.substr(begin, at - begin)); };
-    for (size_t at = 0; at < text.size(); ++at) {
-        const char c = text[at];
-        if (c == '\'' || c == '"') {
+    for (size_t at = nextSign(text, 0); at < text.size(); at = nextSign(text, at + 1)) {
+        switch (const char c = text[at]) {
+        case '\'':
+        case '"':
             if (isNameless)
                 takeTo(at);
             at = std::min(text.find(c, at + 1), text.size());
             if (isNameless)
                 begin = std::min(at + 1, text.size());
-        } else if (c == '#') {
+            break;
+        case '#':
             takeTo(at + 1);
             m_text += std::to_string(placeOf(references[reference++]));
             while (at + 1 < text.size() && text[at + 1] >= '0' && text[at + 1] <= '9')
                 ++at;
             begin = at + 1;
-        } else if (isBlank(c)) {
+            break;
+        case ' ':
+        case '\n':
+        case '\r':
+        case '\t':
             takeTo(at);
             begin = at + 1;
-        } else if (text.substr(at, 2) == "/*") {
-            takeTo(at);
-            at = std::min(text.find("*/", at + 2), text.size()) + 1;
-            begin = std::min(at + 1, text.size());
+            break;
+        case '/':
+            if (text.substr(at, 2) == "/*") {
+                takeTo(at);
+                at = std::min(text.find("*/", at + 2), text.size()) + 1;
+                begin = std::min(at + 1, text.size());
+            }
+            break;
+        default:
+            break;
         }
     }
     takeTo(text.size());

@@ -22,6 +22,7 @@ struct ShareJob
     std::string text; ///< A STEP file.
     std::vector<Part> parts;
     std::vector<std::string> warnings; ///< About what was left out of the text.
+    bool isAlone = false;              ///< Processors would be idle, were it read on one alone.
 };
 
 /// The file is damaged, though nothing had been left out of it before.

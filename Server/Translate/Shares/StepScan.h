@@ -8,6 +8,9 @@
 
 namespace Vs::Translate::Shares {
 
+/// The place, from `at` on, of the next character in a statement that isn't just part of a name or a number.
+size_t nextSign(std::string_view text, size_t at);
+
 /// A STEP file's data split into statements, with the references of each, and nothing else examined: a tenth
 /// of a second for 40 MB. The file's bytes must outlive it.
 class StepScan
