@@ -13,6 +13,7 @@
 #include "Server/DataModel/Kernel/Measure.h"
 #include "Server/DataModel/Kernel/MeasureParts.h"
 #include "Server/DataModel/Kernel/ShortestDistance.h"
+#include "Server/DataModel/Kernel/TriangleParts.h"
 #include "Server/DataModel/Kernel/XdePaste.h"
 #include "Server/DataModel/Model/ForkedChild.h"
 #include "Server/DataModel/Private/ProgressText.h"
@@ -114,15 +115,18 @@ LineDrawing EditableModel::lines(const std::vector<MeasuredShape>& bodies, const
         LineDrawing drawing;
     };
     const auto drawing = guarded([&] { return std::make_shared<Work>(Work{placedBodies(bodies), {}}); });
+    drawing->drawing.leftOut = std::erase_if(drawing->shapes, isOfTriangles);
+    if (drawing->shapes.empty())
+        throw std::runtime_error(Strings::narrow(ProgressText::nothingToDraw()));
     const LongWorkEnd end = runLongWork(
         ProgressText::drawing(), [drawing, direction, up, hidden](const Handle(Message_ProgressIndicator)&) {
-            drawing->drawing = guarded([&] { return hiddenLines(drawing->shapes, direction, up, hidden); });
+            drawing->drawing.lines =
+                guarded([&] { return hiddenLines(drawing->shapes, direction, up, hidden); }).lines;
         });
     if (end.abandoned)
         keepForever(drawing);
     if (end.fault)
-        throw std::runtime_error(
-            Strings::narrow(ProgressText::stoppedDrawing(*end.fault == EditFault::Cancelled)));
+        throw std::runtime_error(Strings::narrow(ProgressText::stoppedDrawing(*end.fault)));
     return drawing->drawing;
 }
 

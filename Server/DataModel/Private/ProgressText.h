@@ -18,7 +18,7 @@ std::wstring changing(const std::wstring& name);
 std::wstring measuring();
 /// The lines that are seen of a model, why there are none, and that nothing is there to be seen.
 std::wstring drawing();
-std::wstring stoppedDrawing(bool cancelled);
+std::wstring stoppedDrawing(EditFault fault);
 std::wstring nothingToDraw();
 /// Why a measurement has no result: the person cancelled it, or it was given up.
 std::wstring stoppedMeasuring(bool cancelled);

@@ -13,6 +13,8 @@ constexpr double kFarthest = 9;
 /// The margin around a tile that is mirrored too, in pixels of the framebuffer per pixel of the picture: what
 /// is far from the ground is mirrored with blurred edges.
 constexpr int kMirrorMargin = 10;
+/// How much a shadow darkens at most. Through wires it is seen whole, and they are drawn dark.
+constexpr float kDarkest = 0.72f, kDarkestOfWires = 0.2f;
 
 constexpr const char* kVertex = R"(
 uniform mat4 view;       // from places on the ground to the camera
@@ -41,6 +43,7 @@ uniform bool plain;      // false: what darkens and is mirrored is drawn alone
 uniform bool perspective;
 
 uniform bool darkened;
+uniform float darkest;
 uniform sampler2D darkness;
 uniform vec4 darknessPlace; // from places to the texture: factors and offsets
 uniform bool lit;
@@ -88,7 +91,7 @@ void main()
     if (darkened) {
         vec2 at = place * darknessPlace.xy + darknessPlace.zw;
         if (all(greaterThan(at, vec2(0.0))) && all(lessThan(at, vec2(1.0))))
-            dark = 0.72 * texture(darkness, at).r;
+            dark = darkest * texture(darkness, at).r;
     }
     if (lit)
         dark = 1.0 - (1.0 - dark) * mix(0.68, 1.0, lampReaches(viewPosition, up));
@@ -218,6 +221,9 @@ void GroundPainter::draw(const Frame& frame)
     look.plain = plane && !frame.target.transparentBackground;
     look.shadowed = params.groundShadowEnabled() && m_contact.find(frame, *ground);
     look.lit = plane && params.groundShadowEnabled() && m_bodies.findShadows(frame);
+    const int style = params.visualStyle();
+    look.wires = style == Vs::Scene::kWireframe || style == Vs::Scene::kWireframeWithHiddenEdges ||
+                 style == Vs::Scene::kWireframeWithVisibleEdges;
     look.mirrored =
         plane && params.groundReflectionEnabled() && frame.target.effects && drawMirror(frame, *ground);
     drawPlane(frame, *ground, look);
@@ -302,6 +308,7 @@ void GroundPainter::drawPlane(const Frame& frame, const Ground& ground, const Lo
     glUniform1i(m_program.uniform("plain"), look.plain);
     glUniform1i(m_program.uniform("perspective"), frame.projection.perspective());
     glUniform1i(m_program.uniform("darkened"), look.shadowed);
+    glUniform1f(m_program.uniform("darkest"), look.wires ? kDarkestOfWires : kDarkest);
     glUniform1i(m_program.uniform("lit"), look.lit);
     glUniform1i(m_program.uniform("mirrored"), look.mirrored);
     ObjectShadow::setUnits(m_program);

@@ -28,6 +28,7 @@ private:
         bool shadowed = false; ///< By the sky,
         bool lit = false;      ///< and by a lamp.
         bool mirrored = false;
+        bool wires = false; ///< It is seen through the bodies.
     };
 
     bool makeProgram();

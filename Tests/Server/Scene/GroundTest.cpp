@@ -97,6 +97,14 @@ TEST_F(GroundPicture, ABodyThrowsASoftShadowOnTheGroundThatIsDarkestAtItsFoot)
         EXPECT_LE(std::abs(darkening(150)), 2);
         EXPECT_LE(difference(with, without, {0, 0, 40}), 1) << "none on the bodies themselves";
     });
+    // Wires don't hide it, and are as dark.
+    fragment->renderParams()->visualStyle(Vs::Scene::kWireframe);
+    look({-1, 2, -1.5});
+    const Image with = draw();
+    fragment->renderParams()->groundShadowEnabled(false);
+    const int darkening = brightness(draw(), {4, 3, 0}) - brightness(with, {4, 3, 0});
+    EXPECT_GT(darkening, 5);
+    EXPECT_LT(darkening, 40);
 }
 
 TEST_F(GroundPicture, TheShadowStaysWhereItIsWhenTheCameraMovesAndFollowsABodyThatMoves)

@@ -140,6 +140,13 @@ std::wstring scaleSaid(const CommandContext& context, const Vs::UniqueString* na
     return context.argumentAsString(name);
 }
 
+void tellLeftOut(const Vs::LineDrawing& drawing, Vs::Status& status)
+{
+    if (drawing.leftOut > 0)
+        status.addWarning(localizedFormat(
+            "DrawingLeftOut", "Parts that are meshes can't be drawn; %1% were left out.", drawing.leftOut));
+}
+
 void tellNoScale(const std::wstring& said, Vs::Status& status)
 {
     status.addError(localizedFormat("DrawingNoScale", "\"%1%\" is not a scale, such as 1:2 or 5:1.", said));

@@ -39,6 +39,8 @@ DrawingFacts factsOf(const Vs::Document& document);
 std::optional<double> readScale(std::wstring_view text);
 /// As an argument of a command, where "0.5" and "2" come as numbers.
 std::wstring scaleSaid(const CommandContext& context, const Vs::UniqueString* name);
+/// A warning if bodies were left out of a drawing.
+void tellLeftOut(const Vs::LineDrawing& drawing, Vs::Status& status);
 /// An error: the text is not a scale.
 void tellNoScale(const std::wstring& said, Vs::Status& status);
 /// The other way round: "2:1" for 2.

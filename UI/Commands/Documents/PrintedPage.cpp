@@ -89,6 +89,7 @@ std::optional<VectorPage> PrintedPage::drawing(const PrintWish& wish, const Vect
         status.addError(Vs::Strings::widen(error.what()));
         return std::nullopt;
     }
+    tellLeftOut(*lines, status);
     const std::wstring paper = findPaper(wish.paper)->name;
     auto page = drawingPage(*lines, factsOf(*m_session.asset()->document()), scale,
                             DrawingSheet{paper, sheet.width, sheet.height});

@@ -90,6 +90,7 @@ void SaveDrawingCmd::onExecute(Vs::Status& status)
             return;
         }
         Application::get()->needGui();
+        tellLeftOut(drawing, status);
         writePage(*page, withDrawingSuffix(path), status);
     } catch (const std::runtime_error& error) {
         status.addError(Vs::Strings::widen(error.what()));

@@ -134,8 +134,16 @@ TEST_F(DrawingTest, ABoxBehindAnotherShowsNothingUnlessHiddenLinesAreWanted)
     };
     refuses(L" Scale=large", L"is not a scale");
     refuses(L" Scale=1000:1", L"doesn't fit");
+    // Meshes have no exact lines.
+    const std::wstring stl = scratch(L"mesh.stl");
+    answer(L"Design.Export " + stl + L" /Combine");
     answer(L"Design.New");
     refuses(L"", L"exact shape");
+    answer(L"Commands.Start VeloraImportCommand Path=" + stl);
+    refuses(L"", L"meshes can't be drawn");
+    answer(L"Design.Box 60 20 30");
+    answer(L"Commands.Start SaveDrawingCommand Path=" + path + L" Scale=1:1");
+    EXPECT_GE(read(path).lines.size(), 9u) << "the box alone";
 }
 
 class PrintTest : public CommandsTests::WithProgram
