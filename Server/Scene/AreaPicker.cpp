@@ -1,5 +1,6 @@
 #include "Server/Scene/AreaPicker.h"
 
+#include "Server/Body/FinerMesh.h"
 #include "Server/Body/MeshPoints.h"
 #include "Server/Body/PartsMesh.h"
 #include "Server/Scene/Private/PickSearch.h"
@@ -161,7 +162,7 @@ private:
             for (const auto& child : group->children())
                 visit(*child, region, ghost);
         else if (const auto* body = cast<BodyNode>(&node); body && body->mesh() && !ghost)
-            visitBody(m_wish.parts ? *partsMesh(body->mesh()) : *body->mesh(), region);
+            visitBody(m_wish.parts ? *partsMesh(shownMesh(body->mesh())) : *shownMesh(body->mesh()), region);
         m_path.pop_back();
     }
 
@@ -230,7 +231,7 @@ private:
                 return true;
         }
         const ViewRegion within = region.within(found.localToWorld);
-        const auto& mesh = bodyOf(found).mesh();
+        const auto& mesh = shownMesh(bodyOf(found).mesh());
         const Outline outline(found.part ? *partsMesh(mesh) : *mesh, found.part);
         return isAnySeen(outline.linesWithin(within), found.localToWorld) ||
                outline.anyPlace(kPlacesAsked, [&](const auto& local) {

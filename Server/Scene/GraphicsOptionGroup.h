@@ -34,6 +34,8 @@ public:
     Option<double> exposure{*this, "exposure", 0};
     /// Edges at which faces meet smoothly: "faint", "full" like others, or "none".
     Option<std::wstring> tangentEdges{*this, "tangentEdges", L"faint"};
+    /// How finely round faces are drawn when the camera comes near: "coarse", "normal" or "fine".
+    Option<std::wstring> meshQuality{*this, "meshQuality", L"normal"};
     Option<int> objectShadowType{*this, "objectShadowType", 0}; ///< 0 none, 1 sharp, 2 and 3 soft.
     Option<int> cameraProjection{*this, "cameraProjection", 2}; ///< An EProjection.
     Option<bool> cameraPerspWithOrthoFaces{*this, "cameraPerspWithOrthoFaces", false};

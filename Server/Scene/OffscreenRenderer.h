@@ -40,6 +40,10 @@ struct ImageOptions
     /// same factor.
     float pixelRatio = 1;
 
+    /// For how many seconds at most the picture waits for the finer meshes that it needs. With 0 these are
+    /// made for a later picture, below 0 none are.
+    double finerWait = 30;
+
     /// Those of the GraphicsOptionGroup.
     static ImageOptions current();
 };

@@ -1,5 +1,6 @@
 #include "Server/Scene/Picker.h"
 
+#include "Server/Body/FinerMesh.h"
 #include "Server/Scene/Private/PickSearch.h"
 
 #include <algorithm>
@@ -45,7 +46,7 @@ std::vector<PickedPoint> pickAll(const Node& root, const GkPoint3d& start, const
         limit, [&](const BodyNode& body, const Probe& local, const std::vector<const Node*>& path) {
             std::map<uint32_t, SurfaceHit> nearest;
             const auto parts = searchedParts(body);
-            const auto& mesh = parts ? parts : body.mesh();
+            const auto& mesh = parts ? parts : shownMesh(body.mesh());
             meetTriangles(mesh, local, limit, [&](uint32_t triangle, double along) {
                 const auto [found, isNew] = nearest.try_emplace(faceOfTriangle(*mesh, triangle));
                 if (isNew || along < found->second.along)
@@ -54,7 +55,7 @@ std::vector<PickedPoint> pickAll(const Node& root, const GkPoint3d& start, const
             for (const auto& [face, hit] : nearest)
                 all.push_back(hit.point(ray));
         });
-    search.search(root, ray);
+    search.search(root, reaching(ray));
     std::stable_sort(all.begin(), all.end(),
                      [](const PickedPoint& a, const PickedPoint& b) { return a.along < b.along; });
     return all;

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Require.h"
 #include "Server/Scene/EnvironmentManager.h"
+#include "Server/Scene/FinerMeshes.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Types/LengthUnit.h"
 
@@ -34,6 +35,7 @@ RenderTarget RenderTarget::current()
     target.tangentEdges = tangent == L"full"   ? kFullTangentEdges
                           : tangent == L"none" ? kNoTangentEdges
                                                : kFaintTangentEdges;
+    target.deviation = Vs::Scene::MeshQuality::current().deviation;
     return target;
 }
 

@@ -59,6 +59,8 @@ struct RenderTarget
     /// By how much everything is shifted to the right and upwards, in pixels of the framebuffer: pictures
     /// that differ in this alone are averaged to one with more samples.
     double shiftX = 0, shiftY = 0;
+    /// Meshes may deviate from the exact shapes by so many pixels of the picture; see Renderer::tooCoarse.
+    double deviation = 0.5;
     /// Whether expensive effects are drawn, if the fragment asks for them: ambient occlusion, shadows,
     /// reflections, drawings. For still pictures, and for canvases that stand still or are drawn by a GPU.
     bool effects = false;

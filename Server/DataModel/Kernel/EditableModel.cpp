@@ -49,6 +49,35 @@ void requireMeasured(const LongWorkEnd& end, const std::shared_ptr<void>& work)
             Strings::narrow(ProgressText::stoppedMeasuring(*end.fault == EditFault::Cancelled)));
 }
 
+/// Texts for users are the main thread's.
+struct MeshStopped : std::runtime_error
+{
+    explicit MeshStopped(EditFault cause) : std::runtime_error("the mesher was stopped"), fault(cause) {}
+    EditFault fault;
+};
+
+std::shared_ptr<const BodyMesh> guardedMesh(const MakeMesh& make, const std::function<bool(double)>& goOn)
+{
+    // A child makes no threads, and nobody else handles its end.
+    if (ForkedChild::is())
+        return make({}, MeshThreads::All);
+    struct Work
+    {
+        MakeMesh make;
+        std::shared_ptr<const BodyMesh> mesh;
+    };
+    const auto meshing = std::make_shared<Work>(Work{make, nullptr});
+    const LongWorkEnd end =
+        runGuardedWork(goOn, [meshing](const Handle(Message_ProgressIndicator) & progress) {
+            meshing->mesh = meshing->make(progress->Start(), MeshThreads::Own);
+        });
+    if (end.abandoned)
+        keepForever(meshing);
+    if (end.fault)
+        throw MeshStopped(*end.fault);
+    return meshing->mesh;
+}
+
 } // namespace
 
 std::vector<std::string> EditableModel::edit(const ModelEdit& edit)
@@ -170,32 +199,20 @@ BodyProperties EditableModel::measureBody(const TopoDS_Shape& body, BodyMeasure 
     return measuring->properties;
 }
 
-std::shared_ptr<const BodyMesh> EditableModel::makeMesh(const TopoDS_Shape& shape,
-                                                        const ShapeColours& colours,
-                                                        const TranslatorRefinement& refinement,
-                                                        const std::function<bool(double)>& goOn)
+std::shared_ptr<const BodyMesh> EditableModel::mesh(const std::string& entry,
+                                                    const TranslatorRefinement& refinement,
+                                                    const std::function<bool(double)>& goOn)
 {
-    // A child makes no threads, and nobody else handles its end.
-    if (ForkedChild::is())
-        return XdeModel::makeMesh(shape, colours, refinement, goOn);
-    struct Work
-    {
-        TopoDS_Shape shape;
-        ShapeColours colours;
-        TranslatorRefinement refinement;
-        std::shared_ptr<const BodyMesh> mesh;
-    };
-    const auto meshing = std::make_shared<Work>(Work{shape, colours, refinement, nullptr});
-    const LongWorkEnd end =
-        runGuardedWork(goOn, [meshing](const Handle(Message_ProgressIndicator) & progress) {
-            meshing->mesh = meshBody(meshing->shape, meshing->colours, meshing->refinement, progress->Start(),
-                                     MeshThreads::Own);
-        });
-    if (end.abandoned)
-        keepForever(meshing);
-    if (end.fault)
-        throw std::runtime_error(Strings::narrow(ProgressText::stoppedMeshing(*end.fault)));
-    return meshing->mesh;
+    try {
+        return XdeModel::mesh(entry, refinement, goOn);
+    } catch (const MeshStopped& stopped) {
+        throw std::runtime_error(Strings::narrow(ProgressText::stoppedMeshing(stopped.fault)));
+    }
+}
+
+MeshRunner* EditableModel::meshRunner() const
+{
+    return &guardedMesh;
 }
 
 std::shared_ptr<const PartSuccessors> EditableModel::successors(uint64_t before, uint64_t after)

@@ -12,6 +12,8 @@ class EditableModel : public XdeModel
 {
 public:
     using XdeModel::XdeModel;
+    std::shared_ptr<const BodyMesh> mesh(const std::string& entry, const TranslatorRefinement& refinement,
+                                         const std::function<bool(double)>& goOn) override;
     std::vector<std::string> edit(const ModelEdit& edit) override;
     LineDrawing lines(const std::vector<MeasuredShape>& bodies, const GkVector3d& direction,
                       const GkVector3d& up, bool hidden) override;
@@ -25,9 +27,7 @@ protected:
     BodyProperties measureBody(const TopoDS_Shape& body, BodyMeasure what) override;
     ShapeAnswer distance(const TopoDS_Shape& first, const TopoDS_Shape& second) override;
     /// If the mesher crashes on a shape, or doesn't finish, only its mesh is lost.
-    std::shared_ptr<const BodyMesh> makeMesh(const TopoDS_Shape& shape, const ShapeColours& colours,
-                                             const TranslatorRefinement& refinement,
-                                             const std::function<bool(double)>& goOn) override;
+    MeshRunner* meshRunner() const override;
 
 private:
     std::optional<std::vector<std::string>> editSmall(const ModelEdit& edit);

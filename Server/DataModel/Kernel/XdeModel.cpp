@@ -1,6 +1,7 @@
 #include "Server/DataModel/Kernel/XdeModel.h"
 
 #include "Server/DataModel/Kernel/BodyMesher.h"
+#include "Server/DataModel/Kernel/FinerFaces.h"
 #include "Server/DataModel/Kernel/Guarded.h"
 #include "Server/DataModel/Kernel/LabelIndex.h"
 #include "Server/DataModel/Kernel/Measure.h"
@@ -156,15 +157,33 @@ std::shared_ptr<const BodyMesh> XdeModel::mesh(const std::string& entry,
 {
     return guarded([&] {
         const TDF_Label label = bodyLabel(m_document, entry);
-        return makeMesh(bodyShape(label), bodyColours(label), refinement, goOn);
+        return meshRunner()(
+            [shape = bodyShape(label), colours = bodyColours(label),
+             refinement](const Message_ProgressRange& progress, MeshThreads threads) {
+                return meshBody(shape, colours, refinement, progress, threads);
+            },
+            goOn);
     });
 }
 
-std::shared_ptr<const BodyMesh> XdeModel::makeMesh(const TopoDS_Shape& shape, const ShapeColours& colours,
-                                                   const TranslatorRefinement& refinement,
-                                                   const std::function<bool(double)>&)
+ModelKernel::Mesher XdeModel::finerMesher(const std::string& entry, double deviation, int level)
 {
-    return meshBody(shape, colours, refinement);
+    return guarded([&]() -> Mesher {
+        const TDF_Label label = bodyLabel(m_document, entry);
+        const MakeMesh make = [body = looseBody(bodyShape(label), bodyColours(label)), deviation,
+                               level](const Message_ProgressRange& progress, MeshThreads) {
+            return finerMesh(body, deviation, level, progress);
+        };
+        return [make, run = meshRunner()](const std::function<bool(double)>& goOn) {
+            return guarded([&] { return run(make, goOn); });
+        };
+    });
+}
+
+MeshRunner* XdeModel::meshRunner() const
+{
+    return
+        [](const MakeMesh& make, const std::function<bool(double)>&) { return make({}, MeshThreads::All); };
 }
 
 BodyProperties XdeModel::properties(const std::string& entry, BodyMeasure what)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/DataModel/Kernel/BodyMesher.h"
 #include "Server/DataModel/Kernel/XdeTransaction.h"
 #include "Server/DataModel/Model/ModelKernel.h"
 
@@ -35,6 +36,7 @@ public:
     PartTree branches(const std::vector<std::string>& places, bool deep) override;
     std::shared_ptr<const BodyMesh> mesh(const std::string& entry, const TranslatorRefinement& refinement,
                                          const std::function<bool(double)>& goOn) override;
+    Mesher finerMesher(const std::string& entry, double deviation, int level) override;
     BodyProperties properties(const std::string& entry, BodyMeasure what) override;
     ShapeAnswer measurePart(const MeasuredShape& part, EMeasureType type) override;
     ShapeAnswer measurePair(const std::vector<MeasuredShape>& first, const std::vector<MeasuredShape>& second,
@@ -66,10 +68,8 @@ protected:
     virtual BodyProperties measureBody(const TopoDS_Shape& body, BodyMeasure what);
     /// Computes a distance that isn't known yet.
     virtual ShapeAnswer distance(const TopoDS_Shape& first, const TopoDS_Shape& second);
-    /// Meshes a body; see `mesh`.
-    virtual std::shared_ptr<const BodyMesh> makeMesh(const TopoDS_Shape& shape, const ShapeColours& colours,
-                                                     const TranslatorRefinement& refinement,
-                                                     const std::function<bool(double)>& goOn);
+    /// How meshes are made; see `mesh`.
+    virtual MeshRunner* meshRunner() const;
 
 private:
     const SubShapes& subShapes(const std::string& entry);

@@ -1,6 +1,8 @@
 #include "Server/DataModel/Model/ModelBody.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/Body/DividedMesh.h"
+#include "Server/DataModel/Model/ModelFinerMesh.h"
 
 #include <stdexcept>
 
@@ -21,6 +23,9 @@ std::shared_ptr<const BodyMesh> ModelBody::mesh() const
         return m_mesh;
     lock.unlock();
     std::shared_ptr<const BodyMesh> made = madeMesh();
+    if (!isOfTriangles(*made))
+        made = withFinerMesh(std::move(made),
+                             std::make_shared<ModelFinerMesh>(m_source, m_part.entry, m_fileIndex));
     lock.lock();
     if (!m_mesh)
         m_mesh = std::move(made);

@@ -62,6 +62,12 @@ public:
     virtual std::shared_ptr<const BodyMesh> mesh(const std::string& entry,
                                                  const TranslatorRefinement& refinement,
                                                  const std::function<bool(double)>& goOn) = 0;
+    /// Makes a finer mesh of a body from a copy of its shape, without the model: on any thread, while others
+    /// use it. `goOn` as in `mesh`.
+    using Mesher = std::function<std::shared_ptr<const BodyMesh>(const std::function<bool(double)>& goOn)>;
+    /// The mesh of the usual refinement, with its triangles split up to `level` times where they deviate by
+    /// more than that, in mm.
+    virtual Mesher finerMesher(const std::string& entry, double deviation, int level) = 0;
     /// The properties selected by `what`, and the counts.
     virtual BodyProperties properties(const std::string& entry, BodyMeasure what) = 0;
     /// Measures a face, an edge or a vertex in the body's own coordinates. Asking for any one of the

@@ -1,8 +1,11 @@
 #include "Server/Scene/Private/PickSearch.h"
 
 #include "Server/Body/DividedMesh.h"
+#include "Server/Body/FinerMesh.h"
 #include "Server/Body/PartsMesh.h"
+#include "Server/Scene/FinerMeshes.h"
 
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <utility>
@@ -59,7 +62,7 @@ const std::shared_ptr<const BodyMesh>& searchedParts(const BodyNode& body)
 {
     static auto* const ready = new ReadyParts;
     static const std::shared_ptr<const BodyMesh> none;
-    const std::shared_ptr<const BodyMesh>& mesh = body.mesh();
+    const std::shared_ptr<const BodyMesh>& mesh = shownMesh(body.mesh());
     if (!isOfTriangles(*mesh))
         return mesh;
     if (const auto& known = ready->find(mesh))
@@ -83,7 +86,7 @@ PickedPoint pointOf(const std::vector<const Node*>& path)
 PickedPoint SurfaceHit::point(const Probe& ray) const
 {
     PickedPoint picked = pointOf(path);
-    const BodyMesh& mesh = parts ? *parts : *cast<BodyNode>(path.back())->mesh();
+    const BodyMesh& mesh = parts ? *parts : *shownMesh(cast<BodyNode>(path.back())->mesh());
     const Probe local = ray.transformed(picked.localToWorld.inverse());
     picked.along = along;
     picked.localPoint = local.start + local.direction * along;
@@ -99,23 +102,31 @@ PickedPoint SurfaceHit::point(const Probe& ray) const
     return picked;
 }
 
+Probe reaching(const Probe& ray)
+{
+    Probe wide = ray;
+    wide.radius = std::max(wide.radius, FinerMeshes::get().reach() / ray.direction.length());
+    return wide;
+}
+
 std::optional<SurfaceHit> nearestHit(const Node& root, const Probe& ray, double limit)
 {
     SurfaceHit hit;
-    BodySearch search(
-        limit, [&](const BodyNode& body, const Probe& local, const std::vector<const Node*>& path) {
-            const double before = limit;
-            const auto& parts = searchedParts(body);
-            meetTriangles(parts ? parts : body.mesh(), local, limit, [&](uint32_t triangle, double along) {
-                limit = hit.along = along;
-                hit.triangle = triangle;
-            });
-            if (limit < before) {
-                hit.path = path;
-                hit.parts = parts;
-            }
-        });
-    search.search(root, ray);
+    BodySearch search(limit,
+                      [&](const BodyNode& body, const Probe& local, const std::vector<const Node*>& path) {
+                          const double before = limit;
+                          const auto& parts = searchedParts(body);
+                          meetTriangles(parts ? parts : shownMesh(body.mesh()), local, limit,
+                                        [&](uint32_t triangle, double along) {
+                                            limit = hit.along = along;
+                                            hit.triangle = triangle;
+                                        });
+                          if (limit < before) {
+                              hit.path = path;
+                              hit.parts = parts;
+                          }
+                      });
+    search.search(root, reaching(ray));
     return hit.path.empty() ? std::nullopt : std::optional(std::move(hit));
 }
 

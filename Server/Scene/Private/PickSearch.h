@@ -44,6 +44,9 @@ void meetTriangles(const std::shared_ptr<const BodyMesh>& triangles, const Probe
             ask(i);
 }
 
+/// The ray with as much space around it as finer meshes may reach beyond the bounds of their nodes.
+Probe reaching(const Probe& ray);
+
 /// The nearest before `limit`.
 std::optional<SurfaceHit> nearestHit(const Rendra::Graphics::Node& root, const Probe& ray, double limit);
 

@@ -1,5 +1,6 @@
 #include "Server/Scene/Rendra/DrawList.h"
 
+#include "Server/Body/FinerMesh.h"
 #include "Server/Scene/Projection.h"
 
 #include <algorithm>
@@ -85,8 +86,10 @@ DrawList::~DrawList() = default;
 
 void DrawList::update(const Node& root)
 {
-    if (m_root->id == root.id() && m_root->seen == root.subtreeRevision())
+    if (m_root->id == root.id() && m_root->seen == root.subtreeRevision()) {
+        updateShown();
         return;
+    }
     if (m_root->id != root.id()) {
         clear(*m_root);
         *m_root = Record();
@@ -103,6 +106,18 @@ void DrawList::update(const Node& root)
     }
     visit(root, *m_root, State(), force);
     dropEmptyBatches();
+    updateShown();
+}
+
+void DrawList::updateShown()
+{
+    if (std::exchange(m_finerRevision, Vs::FinerMesh::revision()) == Vs::FinerMesh::revision())
+        return;
+    for (const auto& batch : m_batches)
+        if (const auto& shown = Vs::shownMesh(batch->mesh); batch->shown != shown) {
+            batch->shown = shown;
+            ++m_shapeRevision;
+        }
 }
 
 void DrawList::visit(const Node& node, Record& record, const State& above, bool force)
@@ -319,6 +334,7 @@ Batch* DrawList::batchFor(const std::shared_ptr<const Vs::BodyMesh>& mesh, bool 
         m_batches.push_back(std::make_unique<Batch>());
         batch = m_batches.back().get();
         batch->mesh = mesh;
+        batch->shown = Vs::shownMesh(mesh);
         batch->transparent = transparent;
         batch->mixed = transparent && hasTransparentFaces(*mesh);
     }
@@ -343,6 +359,14 @@ uint64_t DrawList::triangles() const
     uint64_t sum = 0;
     for (const auto& batch : m_batches)
         sum += batch->mesh->triangles.size() / 3 * batch->instances.size();
+    return sum;
+}
+
+uint64_t DrawList::shownTriangles() const
+{
+    uint64_t sum = 0;
+    for (const auto& batch : m_batches)
+        sum += batch->shown->triangles.size() / 3 * batch->instances.size();
     return sum;
 }
 

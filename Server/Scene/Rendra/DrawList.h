@@ -38,8 +38,9 @@ struct Batch
     struct Slot;
 
     std::shared_ptr<const Vs::BodyMesh> mesh;
-    bool transparent = false; ///< At least some faces are transparent.
-    bool mixed = false;       ///< Others may be opaque.
+    std::shared_ptr<const Vs::BodyMesh> shown; ///< Its finer form, or itself; see Vs::shownMesh.
+    bool transparent = false;                  ///< At least some faces are transparent.
+    bool mixed = false;                        ///< Others may be opaque.
     std::vector<Instance> instances;
     std::vector<Box> boxes; ///< Around each instance, relative to the origin.
     std::vector<Slot*> slots;
@@ -94,6 +95,8 @@ public:
     size_t instances() const { return m_instances; }
     /// Of all instances together.
     uint64_t triangles() const;
+    /// The same with the forms that are shown.
+    uint64_t shownTriangles() const;
     /// The mean fraction of light that transparent bodies block; 0 if there are none.
     float opacityOfGlass() const;
     /// Lowest depth priority first.
@@ -104,8 +107,8 @@ public:
     const GkVector3d& origin() const { return m_origin; }
     /// Grows whenever batches or their lengths change, so that their storage must be laid out again.
     uint64_t layoutRevision() const { return m_layoutRevision; }
-    /// Grows whenever a body is added, removed or moved, or gets another mesh or opacity; not with colours
-    /// and highlights.
+    /// Grows whenever a body is added, removed or moved, or gets another mesh, form of it or opacity; not
+    /// with colours and highlights.
     uint64_t shapeRevision() const { return m_shapeRevision; }
 
     struct Sizes
@@ -133,6 +136,7 @@ private:
     void lightParts(const std::vector<Graphics::LitPart>& parts, Record& record);
     Batch* batchFor(const std::shared_ptr<const Vs::BodyMesh>& mesh, bool transparent);
     void dropEmptyBatches();
+    void updateShown();
 
     std::unique_ptr<Record> m_root;
     std::vector<std::unique_ptr<Batch>> m_batches;
@@ -142,6 +146,7 @@ private:
     GkVector3d m_origin;
     size_t m_instances = 0;
     uint64_t m_layoutRevision = 0, m_shapeRevision = 1;
+    uint64_t m_finerRevision = 0; ///< FinerMesh::revision of what the batches show.
 };
 
 } // namespace Rendra

@@ -103,7 +103,7 @@ void EdgePainter::drawEdges(const Frame& frame, const Look& look)
         const InstanceStore::Range& range = scene.instances.ranges()[i];
         if (!isDrawn(frame, i, look))
             continue;
-        const GlMesh& mesh = frame.meshes.get(batch.mesh, frame.statistics.uploadedMeshes);
+        const GlMesh& mesh = frame.meshes.get(frame.shownOf(batch), frame.statistics.uploadedMeshes);
         if (mesh.edgeIndexCount == 0)
             continue;
         const GkPoint3d middle = batch.mesh->bounds.centre();
@@ -149,8 +149,8 @@ void EdgePainter::drawOutlines(const Frame& frame, const Look& look)
         const Batch& batch = *frame.scene.list.batches()[i];
         const InstanceStore::Range& range = frame.scene.instances.ranges()[i];
         if (range.count > 0 && range.pixels >= least && (!look.ofGlass || batch.transparent))
-            m_outlineStore.gather(batch, frame.projection, frame.scene.list.origin(), {least, logical},
-                                  m_vertices);
+            m_outlineStore.gather(batch, frame.shownOf(batch), frame.projection, frame.scene.list.origin(),
+                                  {least, logical}, m_vertices);
     }
     if (m_vertices.empty())
         return;

@@ -1,4 +1,5 @@
 #include "Server/Base/Require.h"
+#include "Server/Scene/FinerMeshes.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "Server/Scene/Rendra/EglContext.h"
 #include "Server/Scene/Rendra/Frame.h"
@@ -162,6 +163,8 @@ private:
     bool start(Status& status);
     void stop();
     void rehearse(const Rendra::RenderTarget& current);
+    void awaitFiner(const std::vector<ViewFragment*>& fragments, int width, int height,
+                    const Rendra::RenderTarget& current, const ImageOptions& options);
     bool draw(const std::vector<ViewFragment*>& fragments, const Rendra::RenderTarget& current,
               const ImageOptions& options, Image& image, Status& status);
     void drawLayers(const std::vector<ViewFragment*>& fragments, Rendra::RenderTarget& picture,
@@ -250,6 +253,8 @@ bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, u
         m_worker = std::make_unique<Worker>();
     m_isWanted = true;
     const Rendra::RenderTarget current = Rendra::RenderTarget::current();
+    if (!options.moving && options.finerWait >= 0)
+        awaitFiner(fragments, int(width), int(height), current, options);
     bool drawn = false;
     m_worker->run([&] {
         try {
@@ -267,6 +272,25 @@ bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, u
     if (!drawn)
         image = Image();
     return drawn;
+}
+
+void EglOffscreenRenderer::awaitFiner(const std::vector<ViewFragment*>& fragments, int width, int height,
+                                      const Rendra::RenderTarget& current, const ImageOptions& options)
+{
+    std::vector<FinerWish> wishes;
+    m_worker->run([&] {
+        Status ignored; // of which the picture tells
+        if (!start(ignored))
+            return;
+        Rendra::RenderTarget target = current;
+        target.width = width;
+        target.height = height;
+        wishes = m_renderer->tooCoarse(fragments, target);
+    });
+    FinerMeshes& finer = FinerMeshes::get();
+    finer.want(this, wishes);
+    if (options.finerWait > 0)
+        finer.await(options.finerWait);
 }
 
 bool EglOffscreenRenderer::start(Status& status)

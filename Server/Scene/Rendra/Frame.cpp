@@ -95,7 +95,7 @@ const GlMesh& Frame::meshOf(const Batch& batch, const InstanceStore::Range& rang
     constexpr double kCellPixels = 5;
     constexpr int kFewestCells = 4, kMostCells = 512;
     if (!coarse)
-        return meshes.get(batch.mesh, statistics.uploadedMeshes);
+        return meshes.get(shownOf(batch), statistics.uploadedMeshes);
     const GkVector3d size = batch.mesh->bounds.high() - batch.mesh->bounds.low();
     const double pixels = range.pixels * std::max({size.x, size.y, size.z}) / std::max(size.length(), 1e-30);
     int cells = kFewestCells;

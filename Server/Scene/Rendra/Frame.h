@@ -67,6 +67,8 @@ struct Frame
     /// The view is moving, and contains more than can be drawn quickly: what a moving picture doesn't show
     /// may be left out.
     bool coarse = false;
+    /// Bodies are drawn in their finer forms, as far as there are such.
+    bool finer = true;
     /// The view is moving, and there is no GPU: fine shading waits until it stops.
     bool quick = false;
     bool software = false; ///< Rendering is done by the processor, not by a GPU.
@@ -107,6 +109,11 @@ struct Frame
     /// The line width nearest to `wanted` that the driver supports.
     float lineWidth(float wanted) const;
 
+    /// What is shown of a batch's bodies, apart from a coarser form.
+    const std::shared_ptr<const Vs::BodyMesh>& shownOf(const Batch& batch) const
+    {
+        return finer ? batch.shown : batch.mesh;
+    }
     /// The mesh of a batch in the form that suits the picture.
     const GlMesh& meshOf(const Batch& batch, const InstanceStore::Range& range) const;
 

@@ -101,7 +101,7 @@ void HighlightPainter::drawOutline(const Frame& frame)
     bool isAnySelected = false;
     for (const InstanceStore::Lit& lit : frame.scene.instances.lit()) {
         isAnySelected = isAnySelected || lit.batch->instances[lit.index].flags & Instance::kSelected;
-        const GlMesh& mesh = frame.meshes.get(lit.batch->mesh, frame.statistics.uploadedMeshes);
+        const GlMesh& mesh = frame.meshes.get(frame.shownOf(*lit.batch), frame.statistics.uploadedMeshes);
         glBindVertexArray(mesh.faceArray);
         InstanceStore::bind(frame.scene.instances.rangeOf(lit));
         glDrawElementsInstanced(GL_TRIANGLES, mesh.indexCount, mesh.indexType, nullptr, 1);

@@ -93,13 +93,14 @@ const OutlineStore::Round& OutlineStore::roundOf(const std::shared_ptr<const Vs:
     return round;
 }
 
-void OutlineStore::gather(const Batch& batch, const Vs::Scene::Projection& projection,
-                          const GkVector3d& origin, const Limits& limits, std::vector<Vertex>& vertices)
+void OutlineStore::gather(const Batch& batch, const std::shared_ptr<const Vs::BodyMesh>& shown,
+                          const Vs::Scene::Projection& projection, const GkVector3d& origin,
+                          const Limits& limits, std::vector<Vertex>& vertices)
 {
-    const Round& round = roundOf(batch.mesh);
+    const Round& round = roundOf(shown);
     if (round.groups.empty())
         return;
-    const Vs::BodyMesh& mesh = *batch.mesh;
+    const Vs::BodyMesh& mesh = *shown;
     const GkMatrix3d view = projection.view() * GkMatrix3d::translation(origin);
     const bool perspective = projection.perspective();
     const double size = mesh.bounds.diagonal();

@@ -26,9 +26,10 @@ public:
         float pixel;       ///< Pixels for a logical one.
     };
 
-    /// Adds those of a batch's instances in view, two vertices per segment.
-    void gather(const Batch& batch, const Vs::Scene::Projection& projection, const GkVector3d& origin,
-                const Limits& limits, std::vector<Vertex>& vertices);
+    /// Adds those of a batch's instances in view, two vertices per segment. `shown` is what is drawn of them.
+    void gather(const Batch& batch, const std::shared_ptr<const Vs::BodyMesh>& shown,
+                const Vs::Scene::Projection& projection, const GkVector3d& origin, const Limits& limits,
+                std::vector<Vertex>& vertices);
     /// Forgets meshes that are gone.
     void collect();
 

@@ -67,9 +67,9 @@ const float* colourOf(const HighlightColours& colours, Highlight highlight)
     return highlight == Highlight::Selected ? colours.selected : colours.pointed;
 }
 
-std::shared_ptr<const Vs::BodyMesh> meshOf(const PartlyLit& lit)
+std::shared_ptr<const Vs::BodyMesh> meshOf(const Frame& frame, const PartlyLit& lit)
 {
-    return Vs::partsMesh(lit.slot->batch->mesh);
+    return Vs::partsMesh(frame.shownOf(*lit.slot->batch));
 }
 
 } // namespace
@@ -86,7 +86,7 @@ void PartPainter::draw(const Frame& frame)
         m_vertices.clear();
         for (const PartlyLit& each : lit)
             if (each.slot->batch)
-                gather(each, part, colours);
+                gather(frame, each, part, colours);
         if (!m_vertices.empty())
             drawGathered(frame, part);
     }
@@ -116,7 +116,7 @@ void PartPainter::drawFaces(const Frame& frame)
                                         [&](const auto& each) { return each.get() == lit.slot->batch; });
         if (batch == batches.end())
             continue;
-        const std::shared_ptr<const Vs::BodyMesh> parts = meshOf(lit);
+        const std::shared_ptr<const Vs::BodyMesh> parts = meshOf(frame, lit);
         const Vs::BodyMesh& body = *parts;
         const GlMesh& mesh = frame.meshes.get(parts, frame.statistics.uploadedMeshes);
         const size_t indexSize = mesh.indexType == GL_UNSIGNED_SHORT ? sizeof(uint16_t) : sizeof(uint32_t);
@@ -138,9 +138,10 @@ void PartPainter::drawFaces(const Frame& frame)
     frame.drawIntoPicture();
 }
 
-void PartPainter::gather(const PartlyLit& lit, Part wanted, const HighlightColours& colours)
+void PartPainter::gather(const Frame& frame, const PartlyLit& lit, Part wanted,
+                         const HighlightColours& colours)
 {
-    const std::shared_ptr<const Vs::BodyMesh> parts = meshOf(lit);
+    const std::shared_ptr<const Vs::BodyMesh> parts = meshOf(frame, lit);
     const Vs::BodyMesh& mesh = *parts;
     const Instance& instance = lit.slot->batch->instances[lit.slot->index];
     const auto put = [&](const float* p, const float* colour) {

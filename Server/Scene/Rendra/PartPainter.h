@@ -18,7 +18,8 @@ public:
 private:
     bool makePrograms();
     void drawFaces(const Frame& frame);
-    void gather(const PartlyLit& lit, Graphics::Part part, const HighlightColours& colours);
+    void gather(const Frame& frame, const PartlyLit& lit, Graphics::Part part,
+                const HighlightColours& colours);
     void drawGathered(const Frame& frame, Graphics::Part part);
 
     // All created on first use.

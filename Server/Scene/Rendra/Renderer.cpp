@@ -14,6 +14,7 @@
 #include "Server/Scene/Rendra/PartPainter.h"
 #include "Server/Scene/Rendra/PictureTarget.h"
 #include "Server/Scene/Rendra/Sketch.h"
+#include "Server/Scene/Rendra/TooCoarse.h"
 #include "Server/Scene/Rendra/ViewMarks.h"
 
 #include <algorithm>
@@ -36,6 +37,17 @@ constexpr int kSoftwareSamples = 4, kHardwareSamples = 8;
 constexpr float kSmallest = 0.6f, kSmallestMoving = 2.0f;
 /// Scenes with at most this many triangles are drawn completely even when they move.
 constexpr uint64_t kQuick = 6000000, kQuickInSoftware = 150000;
+
+Area areaOf(ViewFragment& fragment, const RenderTarget& target)
+{
+    const Vs::Scene::Viewport* const viewport = fragment.data()->viewport();
+    if (!viewport)
+        return {0, 0, target.width, target.height};
+    return {int(std::lround(viewport->left() * target.width)),
+            int(std::lround(viewport->bottom() * target.height)),
+            int(std::lround(viewport->width() * target.width)),
+            int(std::lround(viewport->height() * target.height))};
+}
 
 } // namespace
 
@@ -180,6 +192,24 @@ void Renderer::render(const std::vector<ViewFragment*>& fragments, const RenderT
         pass->collect();
 }
 
+std::vector<Vs::Scene::FinerWish> Renderer::tooCoarse(const std::vector<ViewFragment*>& fragments,
+                                                      const RenderTarget& target)
+{
+    std::vector<Vs::Scene::FinerWish> wishes;
+    for (ViewFragment* fragment : fragments) {
+        if (!fragment || fragment->renderParams()->visualStyle() == Vs::Scene::kHelpersOnly)
+            continue;
+        const Graphics::GroupNode& root = *fragment->viewFragmentNode();
+        KeptScene& scene = m_data->sceneOf(root);
+        scene.list.update(root);
+        const Area area = areaOf(*fragment, target);
+        const Projection projection(*fragment->camera(), area.width, area.height, root.boundingBox());
+        std::ranges::move(Rendra::tooCoarse(scene.list, projection, target.deviation * target.pixelScale),
+                          std::back_inserter(wishes));
+    }
+    return wishes;
+}
+
 // The first fragment is the one that shows the model; its camera sees the sky.
 void Renderer::Data::drawBackground(const std::vector<ViewFragment*>& fragments, const RenderTarget& target,
                                     const Area& tile)
@@ -220,18 +250,20 @@ void Renderer::Data::drawFragment(ViewFragment& fragment, const RenderTarget& ta
     KeptScene& scene = sceneOf(root);
     scene.list.update(root);
 
-    Area area{0, 0, target.width, target.height};
-    if (const Vs::Scene::Viewport* viewport = fragment.data()->viewport())
-        area = {int(std::lround(viewport->left() * target.width)),
-                int(std::lround(viewport->bottom() * target.height)),
-                int(std::lround(viewport->width() * target.width)),
-                int(std::lround(viewport->height() * target.height))};
+    const Area area = areaOf(fragment, target);
     const Area part = intersection(area, tile);
-    const Projection projection(*fragment.camera(), area.width, area.height, root.boundingBox());
+    // Finer meshes may reach a little beyond the bounds.
+    BBox bounds = root.boundingBox();
+    if (const double reach = Vs::Scene::FinerMeshes::get().reach(); reach > 0 && !bounds.isEmpty()) {
+        bounds.add(bounds.low() - GkVector3d(reach, reach, reach));
+        bounds.add(bounds.high() + GkVector3d(reach, reach, reach));
+    }
+    const Projection projection(*fragment.camera(), area.width, area.height, bounds);
     statistics.instances += scene.list.instances();
     if (part.width == 0 || part.height == 0)
         return;
-    const bool coarse = target.moving && scene.list.triangles() > (software ? kQuickInSoftware : kQuick);
+    const uint64_t quick = software ? kQuickInSoftware : kQuick;
+    const bool coarse = target.moving && scene.list.triangles() > quick;
     const float smallest = coarse ? kSmallestMoving : kSmallest;
     statistics.uploadedInstances += scene.instances.update(scene.list, projection, smallest);
     for (const InstanceStore::Range& range : scene.instances.ranges())
@@ -248,6 +280,7 @@ void Renderer::Data::drawFragment(ViewFragment& fragment, const RenderTarget& ta
                       .environment = *environment,
                       .light = light,
                       .coarse = coarse,
+                      .finer = !target.moving || scene.list.shownTriangles() <= quick,
                       .quick = target.moving && software,
                       .software = software,
                       .smallest = smallest};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Base/Status.h"
+#include "Server/Scene/FinerMeshes.h"
 #include "Server/Scene/RenderTarget.h"
 #include "Server/Scene/ViewFragment.h"
 
@@ -37,6 +38,10 @@ public:
     void render(const std::vector<Vs::Scene::ViewFragment*>& fragments, const RenderTarget& target);
     /// The common case: into the whole of a framebuffer.
     void render(Vs::Scene::ViewFragment* fragment, int width, int height, uint32_t framebuffer);
+
+    /// What a picture of the fragments needs finer meshes of; draws nothing and needs no context.
+    [[nodiscard]] std::vector<Vs::Scene::FinerWish>
+    tooCoarse(const std::vector<Vs::Scene::ViewFragment*>& fragments, const RenderTarget& target);
 
     const RenderStatistics& statistics() const;
     /// How many bytes the GPU holds for meshes, as reported by its driver. Needs the context.

@@ -7,6 +7,7 @@
 #include "Server/Base/Warning.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/Scene/FinerMeshes.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Command/Private/Localized.h"
@@ -235,6 +236,7 @@ void Application::shutDown()
     CommandMgr::get()->terminateAll(ETerminationReason::Cancel);
     // Shells hold locks on what they show, so they go before the documents.
     ApplicationHost::get()->closeWindows();
+    Vs::Scene::FinerMeshes::get().stop();
     Vs::DocumentMgr* documents = Vs::DocumentMgr::get();
     while (m_data->closesDocuments && documents->documents() > 0)
         documents->close(documents->document(documents->documents() - 1));

@@ -64,6 +64,13 @@ Choices tangentEdges()
             {L"none", localized("TangentEdgesNone", "None")}};
 }
 
+Choices meshQualities()
+{
+    return {{L"coarse", localized("MeshQualityCoarse", "Coarse")},
+            {L"normal", localized("MeshQualityNormal", "Normal")},
+            {L"fine", localized("MeshQualityFine", "Fine")}};
+}
+
 Choices lengthUnits()
 {
     Choices choices;
@@ -95,6 +102,7 @@ std::vector<Preference> makeAll()
         {Page::Navigation, L"UIBase.animateCamera", "PreferenceAnimateCamera", "The camera glides to its new place", toggle<&UI::animateCamera>()},
         {Page::Display, L"Graphics.MSAA", "PreferenceSmoothEdges", "Smooth edges", toggle<&Graphics::MSAA>()},
         {Page::Display, L"Graphics.tangentEdges", "PreferenceTangentEdges", "Edges between faces that meet smoothly", Preference::TextChoice{&OptionOf<&Graphics::tangentEdges>::get, &tangentEdges}},
+        {Page::Display, L"Graphics.meshQuality", "PreferenceMeshQuality", "Round faces near by", Preference::TextChoice{&OptionOf<&Graphics::meshQuality>::get, &meshQualities}},
         {Page::Display, L"Graphics.ambientOccludedEnabled", "PreferenceDarkCorners", "Darker corners", toggle<&Graphics::ambientOccludedEnabled>()},
         {Page::Display, L"Graphics.groundShadowEnabled", "PreferenceGroundShadow", "Shadow on the ground", toggle<&Graphics::groundShadowEnabled>()},
         {Page::Display, L"Graphics.groundReflectionEnabled", "PreferenceReflection", "Reflection in the ground", toggle<&Graphics::groundReflectionEnabled>()},

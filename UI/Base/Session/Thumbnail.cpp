@@ -66,6 +66,7 @@ std::string thumbnailOf(const Vs::Asset* asset, uint32_t side)
     options.transparentBackground = true;
     options.grid = false;
     options.highlights = false;
+    options.finerWait = -1; // A save takes no longer for it.
     const WithoutGhosts all(*asset);
     Vs::Scene::Image image;
     Vs::Status ignored; // A file without a picture is just as good.

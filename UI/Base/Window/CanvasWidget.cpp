@@ -1,7 +1,10 @@
 #include "UI/Base/Window/CanvasWidget.h"
 
+#include "Server/Base/TranscriptMgr.h"
+#include "Server/Body/FinerMesh.h"
 #include "Server/DataModel/AssetEvents.h"
 #include "Server/Scene/Camera.h"
+#include "Server/Scene/FinerMeshes.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/MSAASettings.h"
 #include "Server/Scene/OffscreenRenderer.h"
@@ -79,6 +82,8 @@ public:
         widget->setContextMenuPolicy(Qt::PreventContextMenu);
         m_content.setInterval(kContentInterval);
         QObject::connect(&m_content, &QTimer::timeout, widget, [this] { contentTick(); });
+        m_finer.setInterval(kContentInterval);
+        QObject::connect(&m_finer, &QTimer::timeout, widget, [this] { finerTick(); });
         m_still.setSingleShot(true);
         m_still.setInterval(kStillInterval);
         QObject::connect(&m_still, &QTimer::timeout, widget, [widget] { widget->update(); });
@@ -91,6 +96,7 @@ public:
         Vs::Scene::CameraEventSource::get()->unsubscribe(this);
         Vs::AssetEventSource::get()->unsubscribe(this);
         Vs::Scene::GraphicsOptionGroup::get()->unsubscribe(this);
+        Vs::Scene::FinerMeshes::get().forget(this);
     }
 
     const GraphicsCanvas& canvas() const { return *m_canvas; }
@@ -104,11 +110,37 @@ public:
         if (MouseOverlay* overlay = view->mouseOverlay())
             overlay->layOut(m_widget->width(), m_widget->height());
         view->update();
+        m_drawn = Vs::FinerMesh::revision();
         if (view->waitsForContent())
             m_content.start();
         else
             m_content.stop();
         return view->viewFragments();
+    }
+
+    /// Whether it is time to look if the meshes in the picture just drawn are too coarse. What a replay picks
+    /// must not depend on what was made in time.
+    bool asksForFiner() const
+    {
+        const GraphicsView* view = m_canvas->view();
+        return view && m_judged != view && !moving() && !view->waitsForContent() &&
+               !Vs::TranscriptMgr::get()->replaying();
+    }
+    void wish(const std::vector<Vs::Scene::FinerWish>& finer)
+    {
+        m_judged = m_canvas->view();
+        Vs::Scene::FinerMeshes::get().want(this, finer);
+        followFiner();
+    }
+    /// Draws what was made meanwhile, and looks again as long as more is coming.
+    void followFiner()
+    {
+        if (m_drawn != Vs::FinerMesh::revision())
+            m_widget->update();
+        if (!Vs::Scene::FinerMeshes::get().working())
+            m_finer.stop();
+        else if (!m_finer.isActive())
+            m_finer.start();
     }
 
     /// Whether the camera is moving; a final frame is requested when it stands still.
@@ -119,6 +151,7 @@ public:
         if (event->type() == QEvent::Leave)
             MouseEventSource::get()->mouseLeft(m_canvas);
         if (event->type() == QEvent::Resize) {
+            m_judged = nullptr;
             CanvasEvent resized(m_canvas);
             CanvasEventSource::get()->fireCanvasResized(&resized);
         }
@@ -215,6 +248,12 @@ private:
             m_widget->update();
     }
 
+    void finerTick()
+    {
+        Vs::Scene::FinerMeshes::get().takeMade();
+        followFiner();
+    }
+
     void cameraChanged(Vs::Scene::CameraEvent* event) override
     {
         GraphicsView* view = m_canvas->view();
@@ -222,15 +261,24 @@ private:
             view->viewFragments().front()->camera() != event->camera())
             return;
         m_still.start();
+        lookAnew();
+    }
+
+    void assetComponentsChanged(Vs::ComponentsEvent*) override { lookAnew(); }
+    void optionChanged(Vs::OptionEvent*) override { lookAnew(); }
+
+    void lookAnew()
+    {
+        m_judged = nullptr;
         m_widget->update();
     }
 
-    void assetComponentsChanged(Vs::ComponentsEvent*) override { m_widget->update(); }
-    void optionChanged(Vs::OptionEvent*) override { m_widget->update(); }
-
     GraphicsCanvas* m_canvas;
     QWidget* m_widget;
-    QTimer m_content, m_still;
+    QTimer m_content, m_still, m_finer;
+    const GraphicsView* m_judged =
+        nullptr;          ///< The view whose meshes are known to be fine enough, or wished so.
+    uint64_t m_drawn = 0; ///< FinerMesh::revision of the last picture.
     int m_held = kNoMouseButton;
 };
 
@@ -293,7 +341,8 @@ protected:
         target.effects = rich;
         QElapsedTimer clock;
         clock.start();
-        m_renderer->render(m_link.fragments(), target);
+        const std::vector<Vs::Scene::ViewFragment*> fragments = m_link.fragments();
+        m_renderer->render(fragments, target);
         if (smooth)
             QOpenGLFramebufferObject::blitFramebuffer(nullptr, smooth);
         FrameEventSource* frames = FrameEventSource::get();
@@ -303,6 +352,8 @@ protected:
             m_richTime = clock.elapsed();
         FrameEvent event(&m_link.canvas(), static_cast<double>(clock.nsecsElapsed()) * 1e-9);
         frames->fireFrameDrawn(&event);
+        if (m_link.asksForFiner())
+            m_link.wish(m_renderer->tooCoarse(fragments, target));
     }
 
 private:
@@ -370,6 +421,7 @@ protected:
                              static_cast<int>(image.height), static_cast<qsizetype>(image.width) * 4,
                              QImage::Format_RGBA8888);
         painter.drawImage(QRectF(rect()), picture);
+        m_link.followFiner();
     }
 
 private:
