@@ -4,10 +4,11 @@
 #include "Server/Translate/ScannerInput.h"
 #include "Server/Translate/StepNumbers.h"
 
-#include <Interface_InterfaceModel.hxx>
+#include <StepData_StepModel.hxx>
 #include <XSControl_WorkSession.hxx>
 
 #include <istream>
+#include <unordered_set>
 
 namespace Vs::Translate {
 
@@ -33,9 +34,12 @@ bool StepSession::load(const std::string& path, std::string_view bytes, const Re
 
 bool StepSession::lacksAnything() const
 {
-    const Handle(Interface_InterfaceModel) model = Reader().WS()->Model();
+    const auto model = Handle(StepData_StepModel)::DownCast(Reader().WS()->Model());
+    // Where two have the same number, only one of them is meant; the kernel takes both.
+    std::unordered_set<int> numbers;
     for (int i = 1; i <= model->NbEntities(); ++i)
-        if (model->IsErrorEntity(i) || model->IsUnknownEntity(i) || hasAbsurdNumber(model->Value(i)))
+        if (model->IsErrorEntity(i) || model->IsUnknownEntity(i) || hasAbsurdNumber(model->Value(i)) ||
+            !numbers.insert(model->IdentLabel(model->Value(i))).second)
             return true;
     return false;
 }

@@ -192,6 +192,12 @@ TEST_F(SalvageTest, WhatIsOnlyWrittenBadlyIsWholeAgain)
     const auto replaced = [&](const std::string& from, const std::string& to) {
         return boost::replace_first_copy(text, from, to);
     };
+    const auto twice = [&](const std::string& entity) {
+        const std::string start = '#' + std::to_string(file.find(entity)) + "=";
+        const std::string statement =
+            text.substr(text.find(start), text.find(';', text.find(start)) + 1 - text.find(start));
+        return replaced(statement, statement + '\n' + statement);
+    };
     const std::pair<const char*, std::string> damages[] = {
         {"no header", "ISO-10303-21;\n" + text.substr(text.find("DATA;"))},
         {"another first word", replaced("ISO-10303-21", "ISO-1O303-21")},
@@ -201,13 +207,16 @@ TEST_F(SalvageTest, WhatIsOnlyWrittenBadlyIsWholeAgain)
         {"a statement twice", replaced("#" + std::to_string(file.find("PLANE")) + "=",
                                        "#" + std::to_string(file.find("PLANE")) + "=PLANE('',#999999);\n#" +
                                            std::to_string(file.find("PLANE")) + "=")},
+        {"an assembly twice", twice("PRODUCT_DEFINITION")},
         {"a lost quote", replaced("=PRODUCT_CONTEXT('", "=PRODUCT_CONTEXT(")},
         {"no uncertainty", replaced("UNCERTAINTY_MEASURE_WITH_UNIT(", "UNCERTAINTY_MEASURE_WITH_UNlT(")}};
+    const size_t components = componentsOf(*opened(whole)).size();
     for (const auto& [name, damaged] : damages) {
         SCOPED_TRACE(name);
         Asset* const asset = opened(damaged);
         ASSERT_NE(asset, nullptr) << said();
         EXPECT_NEAR(volumeOf(*asset), volume, 1e-5 * volume) << said();
+        EXPECT_EQ(componentsOf(*asset).size(), components) << said();
         EXPECT_TRUE(partNamed(*asset, L"Red box") && partNamed(*asset, L"Turned cylinder"));
     }
 }
