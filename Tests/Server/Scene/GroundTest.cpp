@@ -102,9 +102,9 @@ TEST_F(GroundPicture, ABodyThrowsASoftShadowOnTheGroundThatIsDarkestAtItsFoot)
     look({-1, 2, -1.5});
     const Image with = draw();
     fragment->renderParams()->groundShadowEnabled(false);
-    const int darkening = brightness(draw(), {4, 3, 0}) - brightness(with, {4, 3, 0});
-    EXPECT_GT(darkening, 5);
-    EXPECT_LT(darkening, 40);
+    const int darkening = brightness(draw(), {12, 3, 0}) - brightness(with, {12, 3, 0});
+    EXPECT_GT(darkening, 15);
+    EXPECT_LT(darkening, 70);
 }
 
 TEST_F(GroundPicture, TheShadowStaysWhereItIsWhenTheCameraMovesAndFollowsABodyThatMoves)

@@ -116,23 +116,29 @@ TEST_F(LightPicture, RealisticBodiesTouchTheFloorOfTheirEnvironmentAndAreAsBrigh
     GraphicsOptionGroup::get()->reset();
 }
 
-TEST_F(LightPicture, FacesHaveAGrainInPlaceOfBands)
+TEST_F(LightPicture, FacesAndSkiesHaveAGrainInPlaceOfBands)
 {
     show(Shapes::ball(400, 256), {}, {0.2f, 0.3f, 0.3f, 1});
     fragment->camera()->fit(fragment->bounds());
-    fragment->camera()->zoom(4);
-    for (const int style : {kShaded, kRealistic}) {
-        draw(style);
-        // One step up and down again, or down and up: bands have none of that.
-        int grains = 0;
+    // One step up and down again, or down and up: bands have none of that.
+    const auto grains = [&] {
+        int count = 0;
         for (uint32_t y = 0; y < kHeight; ++y)
             for (uint32_t x = 1; x + 1 < kWidth; ++x) {
                 const int here = image.pixel(x, y)[1];
-                grains += image.pixel(x - 1, y)[1] == image.pixel(x + 1, y)[1] &&
-                          std::abs(here - image.pixel(x - 1, y)[1]) == 1;
+                count += image.pixel(x - 1, y)[1] == image.pixel(x + 1, y)[1] &&
+                         std::abs(here - image.pixel(x - 1, y)[1]) == 1;
             }
-        EXPECT_GT(grains, int(kWidth * kHeight / 20)) << style;
+        return count;
+    };
+    fragment->camera()->zoom(4);
+    for (const int style : {kShaded, kRealistic}) {
+        draw(style);
+        EXPECT_GT(grains(), int(kWidth * kHeight / 20)) << style;
     }
+    fragment->camera()->zoom(0.005);
+    draw(kShaded);
+    EXPECT_GT(grains(), int(kWidth * kHeight / 20)) << "where there is nothing but sky";
 }
 
 /// The row of the picture, from the top, at which the middle column changes most between two rows.
