@@ -32,7 +32,7 @@ namespace Vs::Translate {
 
 namespace {
 
-void coloursOfMaterials(const Handle(TDocStd_Document) & document)
+void coloursOfMaterials(const Handle(TDocStd_Document) & document, const ColourOfMaterial& colourOf)
 {
     const Handle(XCAFDoc_ColorTool) colours = XCAFDoc_DocumentTool::ColorTool(document->Main());
     const Handle(XCAFDoc_VisMaterialTool) materials = XCAFDoc_DocumentTool::VisMaterialTool(document->Main());
@@ -40,7 +40,7 @@ void coloursOfMaterials(const Handle(TDocStd_Document) & document)
     for (TDF_ChildIterator each(shapes, true); each.More(); each.Next()) {
         const Handle(XCAFDoc_VisMaterial) material = materials->GetShapeMaterial(each.Value());
         if (!material.IsNull() && !material->IsEmpty())
-            colours->SetColor(each.Value(), material->BaseColor(), XCAFDoc_ColorSurf);
+            colours->SetColor(each.Value(), colourOf(*material), XCAFDoc_ColorSurf);
     }
 }
 
@@ -141,7 +141,12 @@ private:
 
 void takeMeshes(Reading& reading, Reporter& reporter)
 {
-    coloursOfMaterials(reading.model->document());
+    takeMeshes(reading, reporter, [](const XCAFDoc_VisMaterial& material) { return material.BaseColor(); });
+}
+
+void takeMeshes(Reading& reading, Reporter& reporter, const ColourOfMaterial& colourOf)
+{
+    coloursOfMaterials(reading.model->document(), colourOf);
     const Kernel::XdeTree tree = Kernel::readXdeTree(reading.model->document());
     std::vector<Kinds> kinds(tree.shapes.size());
     for (size_t i = 0; i < kinds.size(); ++i)

@@ -4,6 +4,7 @@
 #include "Server/Translate/GltfNodes.h"
 #include "Server/Translate/KernelMessages.h"
 #include "Server/Translate/MappedFile.h"
+#include "Server/Translate/MaterialColours.h"
 #include "Server/Translate/MeshParts.h"
 #include "Server/Translate/ObjLibraries.h"
 #include "Server/Translate/Wall.h"
@@ -15,6 +16,7 @@
 #include <TDataStd_Name.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
+#include <XCAFDoc_VisMaterial.hxx>
 
 #include <algorithm>
 #include <cstring>
@@ -97,8 +99,10 @@ Reading readMesh(RWMesh_CafReader& reader, const char* format, const std::string
         throw Unreadable(std::string("isn't a valid ") + format + " file");
     if (!complete)
         throw invalid();
+    MaterialColours colours;
     try {
-        takeMeshes(reading, reporter);
+        takeMeshes(reading, reporter,
+                   [&](const XCAFDoc_VisMaterial& material) { return colours.of(material); });
     } catch (const Unreadable&) {
         if (!messages.faults().empty())
             throw invalid();
@@ -107,6 +111,8 @@ Reading readMesh(RWMesh_CafReader& reader, const char* format, const std::string
     if (!messages.faults().empty())
         reading.warnings.push_back("is damaged, and parts of it were left out: " +
                                    firstOf(messages.faults()));
+    if (!colours.faults().empty())
+        reading.warnings.push_back("is shown without some of its pictures: " + firstOf(colours.faults()));
     std::vector<std::string> remarks;
     for (const std::string& remark : messages.remarks())
         // Remarks such as that polygons become triangles are no cause for concern.

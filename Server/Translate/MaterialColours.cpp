@@ -1,0 +1,123 @@
+#include "Server/Translate/MaterialColours.h"
+
+#include "Server/Translate/MappedFile.h"
+#include "Server/Translate/Reading.h"
+
+#include <Image_Texture.hxx>
+#include <XCAFDoc_VisMaterial.hxx>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <memory>
+#include <stb_image.h>
+#include <string_view>
+
+namespace Vs::Translate {
+
+namespace {
+
+/// Larger pictures would take hundreds of megabytes while their mean is found.
+constexpr int kLargestSide = 8192;
+constexpr int64_t kMostPixels = 4096 * 4096;
+
+double linear(uint8_t value)
+{
+    const double v = value / 255.0;
+    return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
+}
+
+/// As screens have it, and all colours of a model.
+float onScreen(double linear)
+{
+    const double v = std::clamp(linear, 0.0, 1.0);
+    return float(v <= 0.0031308 ? v * 12.92 : 1.055 * std::pow(v, 1 / 2.4) - 0.055);
+}
+
+/// Throws Unreadable.
+std::array<double, 4> meanOfPicture(std::string_view bytes)
+{
+    const auto* data = reinterpret_cast<const stbi_uc*>(bytes.data());
+    const int size = int(std::min<size_t>(bytes.size(), INT32_MAX));
+    int width = 0, height = 0, channels = 0;
+    if (!stbi_info_from_memory(data, size, &width, &height, &channels))
+        throw Unreadable("is neither a PNG nor a JPEG picture");
+    if (width <= 0 || height <= 0 || width > kLargestSide || height > kLargestSide ||
+        int64_t(width) * height > kMostPixels)
+        throw Unreadable("is too large, with " + std::to_string(width) + " x " + std::to_string(height) +
+                         " pixels");
+    const std::unique_ptr<stbi_uc, decltype(&stbi_image_free)> pixels(
+        stbi_load_from_memory(data, size, &width, &height, &channels, 4), &stbi_image_free);
+    if (!pixels)
+        throw Unreadable("is damaged");
+    std::array<double, 256> linears;
+    for (size_t i = 0; i < linears.size(); ++i)
+        linears[i] = linear(uint8_t(i));
+    const size_t count = size_t(width) * size_t(height);
+    std::array<double, 4> sum = {};
+    for (size_t i = 0; i < count; ++i) {
+        const stbi_uc* pixel = pixels.get() + 4 * i;
+        const double opacity = pixel[3] / 255.0;
+        for (size_t channel = 0; channel < 3; ++channel)
+            sum[channel] += opacity * linears[pixel[channel]];
+        sum[3] += opacity;
+    }
+    // What is transparent has no colour.
+    if (!(sum[3] > 0))
+        return {1, 1, 1, 0};
+    return {sum[0] / sum[3], sum[1] / sum[3], sum[2] / sum[3], sum[3] / double(count)};
+}
+
+std::array<double, 4> readMean(const Image_Texture& picture)
+{
+    if (const Handle(NCollection_Buffer)& within = picture.DataBuffer(); !within.IsNull())
+        return meanOfPicture({reinterpret_cast<const char*>(within->Data()), within->Size()});
+    const MappedFile file(picture.FilePath().ToCString());
+    std::string_view bytes = file.bytes();
+    if (picture.FileOffset() >= 0) {
+        const auto offset = size_t(picture.FileOffset()), length = size_t(picture.FileLength());
+        if (offset > bytes.size() || length > bytes.size() - offset)
+            throw Unreadable("reaches beyond the end of the file");
+        bytes = bytes.substr(offset, length);
+    }
+    return meanOfPicture(bytes);
+}
+
+} // namespace
+
+const MaterialColours::Mean& MaterialColours::meanOf(const Image_Texture& picture)
+{
+    const auto [found, isNew] = m_means.try_emplace(picture.TextureId().ToCString(), Mean{1, 1, 1, 1});
+    if (!isNew)
+        return found->second;
+    try {
+        found->second = readMean(picture);
+    } catch (const Unreadable& fault) {
+        const std::string name = std::filesystem::path(picture.FilePath().ToCString()).filename().string();
+        m_faults.push_back("the picture " + (name.empty() ? "of a material" : "in " + name) + " " +
+                           fault.what());
+    }
+    return found->second;
+}
+
+Quantity_ColorRGBA MaterialColours::of(const XCAFDoc_VisMaterial& material)
+{
+    if (!material.HasPbrMaterial())
+        return material.BaseColor();
+    const XCAFDoc_VisMaterialPBR& made = material.PbrMaterial();
+    Mean colour = {made.BaseColor.GetRGB().Red(), made.BaseColor.GetRGB().Green(),
+                   made.BaseColor.GetRGB().Blue(), double(made.BaseColor.Alpha())};
+    if (!made.BaseColorTexture.IsNull()) {
+        const Mean& mean = meanOf(*made.BaseColorTexture);
+        for (size_t i = 0; i < 4; ++i)
+            colour[i] *= mean[i];
+    }
+    const bool blended = material.AlphaMode() == Graphic3d_AlphaMode_Blend;
+    float channels[4] = {};
+    for (int i = 0; i < 3; ++i)
+        channels[i] = onScreen(colour[size_t(i)] + double(made.EmissiveFactor[i]));
+    channels[3] = blended ? float(std::clamp(colour[3], 0.0, 1.0)) : 1.0f;
+    return {channels[0], channels[1], channels[2], channels[3]};
+}
+
+} // namespace Vs::Translate
