@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <iterator>
 #include <spawn.h>
@@ -93,6 +95,25 @@ private:
     int m_error = 0;
 };
 
+/// What a copy of this program exits with that doesn't get what it needs, as shells do.
+constexpr int kNotStarted = 126;
+
+/// In the copy: has the signals, the folder and the descriptors of a new program.
+bool becomes(const ChildSetup& setup)
+{
+    for (int signal = 1; signal < NSIG; ++signal)
+        std::signal(signal, SIG_DFL); // Two can't be changed.
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    const int empty = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    bool all = dup2(empty, STDIN_FILENO) == STDIN_FILENO;
+    close(empty);
+    for (const auto& [ours, its] : setup.descriptors)
+        all = dup2(ours, its) == its && all;
+    return all && (setup.folder.empty() || chdir(setup.folder.c_str()) == 0);
+}
+
 std::vector<char*> pointersTo(std::vector<std::string>& texts)
 {
     std::vector<char*> pointers;
@@ -149,6 +170,29 @@ int ChildProcess::start(ChildSetup setup)
     m_id = id;
     m_leadsGroup = setup.leadsGroup;
     return 0;
+}
+
+int ChildProcess::fork(const ChildSetup& setup, const std::function<int()>& work)
+{
+    require(!exists(), "a child process is started once");
+    std::fflush(nullptr); // Or both would write it.
+    const pid_t id = ::fork();
+    if (id < 0)
+        return errno;
+    if (id > 0) {
+        m_id = id;
+        m_leadsGroup = setup.leadsGroup;
+        // Whoever kills the group soon must find it.
+        if (m_leadsGroup)
+            setpgid(id, id);
+        return 0;
+    }
+    if (setup.leadsGroup)
+        setpgid(0, 0);
+    if (!becomes(setup))
+        std::_Exit(kNotStarted);
+    // What it throws must not reach what this program was doing.
+    std::exit([&]() noexcept { return work(); }());
 }
 
 bool ChildProcess::endsWithin(std::chrono::milliseconds time) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <sys/types.h>
@@ -40,6 +41,11 @@ public:
     /// Starts it, with no signal blocked or ignored. Returns 0 or the error of the system, and then there is
     /// no process. Not while there is one.
     [[nodiscard]] int start(ChildSetup setup);
+
+    /// Starts a copy of this program as it is now, which does the work and exits with the number that it
+    /// gives. It has the setup's folder and descriptors and all others of this program. Only while this
+    /// program has one thread. Otherwise as `start`.
+    [[nodiscard]] int fork(const ChildSetup& setup, const std::function<int()>& work);
 
     /// Whether there is one, running or ended, that has not been reaped yet.
     bool exists() const { return m_id > 0; }

@@ -133,6 +133,7 @@ TEST_F(TestRunTest, EachTranscriptIsReportedInTheWayInWhichItEnded)
     EXPECT_EQ(cases["crash.py"].message, at + "crash.py: The program was ended by SIGABRT (Aborted).");
     // The call stack, by function names.
     EXPECT_NE(result.output.find("libc.so.6: abort"), std::string::npos) << result.output;
+    EXPECT_EQ(result.errors, "");
     EXPECT_EQ(cases["endless.txt"].type, "timeout");
     EXPECT_EQ(cases["endless.txt"].message,
               at + "endless.txt: It did not end within 3 s, in the line: Sleeper.Sleep 3600000");

@@ -3,6 +3,8 @@
 #include "Server/Base/ChildProcess.h"
 #include "UI/Application/CrashStack.h"
 
+#include <boost/filesystem/operations.hpp>
+
 #include <cstdlib>
 #include <cxxabi.h>
 #include <fcntl.h>
@@ -57,7 +59,11 @@ void findNames(std::vector<Call>& calls)
         if (call.name.empty())
             unnamed[call.library].push_back(&call);
     for (const auto& [library, those] : unnamed) {
-        std::vector<std::string> arguments = {"-Cfe", library};
+        // The program itself has its file's name alone there, wherever it is.
+        std::vector<std::string> arguments = {"-Cfe",
+                                              library.find('/') == library.npos
+                                                  ? boost::filesystem::read_symlink("/proc/self/exe").string()
+                                                  : library};
         for (const Call* call : those)
             arguments.push_back(call->offset);
         // Two lines for each: the function and its source location.

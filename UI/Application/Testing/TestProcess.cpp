@@ -1,10 +1,13 @@
 #include "UI/Application/Testing/TestProcess.h"
 
+#include "Server/Base/SiblingLibrary.h"
 #include "Server/Base/TranscriptReplay.h"
+#include "UI/Application/RunCommandLine.h"
 #include "UI/Application/Testing/ReadableStack.h"
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <poll.h>
@@ -93,7 +96,7 @@ void TestProcess::Stream::read()
 }
 
 TestProcess::TestProcess(const boost::filesystem::path& transcript, const boost::filesystem::path& folder,
-                         const std::vector<std::string>& options)
+                         const std::vector<std::string>& options, Start start)
     : m_transcript(transcript)
 {
     std::vector<std::string> words = {"--no-autorun",  "--echo",
@@ -102,18 +105,34 @@ TestProcess::TestProcess(const boost::filesystem::path& transcript, const boost:
     words.insert(words.end(), options.begin(), options.end());
     words.insert(words.end(),
                  {Vs::isTranscript(transcript.wstring()) ? "--replay" : "--script", transcript.string()});
-    start(std::move(words));
+    this->start(std::move(words), start);
 }
 
-void TestProcess::start(std::vector<std::string> words)
+TestProcess::Start TestProcess::openLibraries()
+{
+    // Copies have this stream as it is once it was written to; their last line has to be seen.
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+    try {
+        for (const char* library : {"libVuCommands10.so", "libVuDesign10.so", "libVsModelKernel10.so"})
+            const Vs::SiblingLibrary opened(library);
+    } catch (const std::exception&) {
+        return Start::Anew; // Which tells what is wrong.
+    }
+    return Start::Copied;
+}
+
+void TestProcess::start(std::vector<std::string> words, Start start)
 {
     const int output = m_output.open();
     const int errors = m_errors.open();
-    const int error = m_process.start({.program = "/proc/self/exe",
-                                       .arguments = std::move(words),
-                                       .name = "quillet",
-                                       .folder = m_transcript.parent_path().string(),
-                                       .descriptors = {{output, 1}, {errors, 2}}});
+    Vs::ChildSetup setup{.program = "/proc/self/exe",
+                         .arguments = std::move(words),
+                         .name = "quillet",
+                         .folder = m_transcript.parent_path().string(),
+                         .descriptors = {{output, 1}, {errors, 2}}};
+    const int error = start == Start::Copied
+                          ? m_process.fork(setup, [&] { return runCommandLine(setup.name, setup.arguments); })
+                          : m_process.start(std::move(setup));
     close(output);
     close(errors);
     if (error != 0)

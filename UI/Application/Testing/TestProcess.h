@@ -32,10 +32,19 @@ struct TestResult
 class TestProcess
 {
 public:
+    enum class Start {
+        Anew,
+        /// As a copy of this process, which has opened the libraries.
+        Copied
+    };
+    /// Opens the libraries that most transcripts need, which takes most of a start, so that copies of this
+    /// process have them. Returns how to start processes then.
+    static Start openLibraries();
+
     /// Starts it. `folder` is for its settings and for what it writes to ${out}; `options` are added to those
     /// of its command line. Throws std::system_error.
     TestProcess(const boost::filesystem::path& transcript, const boost::filesystem::path& folder,
-                const std::vector<std::string>& options);
+                const std::vector<std::string>& options, Start start);
     ~TestProcess();
     TestProcess(const TestProcess&) = delete;
     TestProcess& operator=(const TestProcess&) = delete;
@@ -67,7 +76,7 @@ private:
         int m_descriptor = -1;
         std::string m_text;
     };
-    void start(std::vector<std::string> words);
+    void start(std::vector<std::string> words, Start start);
     std::string failure() const;
 
     boost::filesystem::path m_transcript;

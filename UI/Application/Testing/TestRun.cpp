@@ -72,6 +72,9 @@ public:
             for (size_t i = 0; i < m_transcripts.size(); ++i)
                 if (measures(m_transcripts[i]) == alone)
                     m_order.push_back({i, alone});
+        // Those with a window have more to open, which no copy of another process could have.
+        if (!run.window && m_order.size() > 1)
+            m_start = TestProcess::openLibraries();
     }
 
     void run()
@@ -130,7 +133,9 @@ private:
             std::vector<std::string> options = m_options;
             if (!m_run.coverageFile.empty())
                 options.insert(options.end(), {"--coverage", (job.folder / kCoverage).string()});
-            job.process = std::make_unique<TestProcess>(m_transcripts[job.turn.number], job.folder, options);
+            // What measures itself has nothing of another process.
+            job.process = std::make_unique<TestProcess>(m_transcripts[job.turn.number], job.folder, options,
+                                                        job.turn.alone ? TestProcess::Start::Anew : m_start);
         } catch (const std::exception& error) {
             test.result = {TestResult::Kind::Crashed, error.what()};
             tell(test);
@@ -216,6 +221,7 @@ private:
     std::vector<Job> m_running; ///< Declared after the folder that the processes use.
     std::vector<Turn> m_order;
     Coverage::Runs m_tried;
+    TestProcess::Start m_start = TestProcess::Start::Anew;
     size_t m_next = 0;
     size_t m_folders = 0;
     size_t m_told = 0;
