@@ -1,4 +1,4 @@
-"""What the reference of scripts shows of the lines of the menus' commands, where they need no server and no browser."""
+"""What the reference of scripts shows of the lines of the menus' commands, where they need no drive and no browser."""
 
 #: VuCommands.NewDocumentCmd
 import VuCommands
@@ -121,6 +121,61 @@ VuCommands.ShowTextCommandsCommand()
 #: VuCommands.DockAssetToolbarsToBottomCmd, VuCommands.DockAssetToolbarsToTopCmd
 VuCommands.DockAssetToolbarsToBottomCmd()
 VuCommands.DockAssetToolbarsToTopCmd()
+
+#: VuCommands.ViewVisualStyleCmd
+VuCommands.ViewVisualStyleCmd("ViewVisualStyleWireframe")  # By the key of an entry of the menu, as all lines of this kind.
+
+#: VuCommands.ViewCameraCmd
+VuCommands.ViewCameraCmd("ViewCameraPerspCommand")
+
+#: VuCommands.ViewEnvironmentCmd
+VuCommands.ViewEnvironmentCmd("ViewEnvPhotoBoothCommand")
+
+#: VuCommands.ViewEnvironmentFileCmd
+with open("evening.hdr", "wb") as panorama:  # Eight by four pixels of dim light.
+    panorama.write(b"#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 4 +X 8\n" + b"\x80\x70\x60\x80" * 32)
+VuCommands.ViewEnvironmentFileCmd("evening.hdr")
+
+#: VuCommands.ViewDomeCmd, VuCommands.ViewGroundPlaneCmd, VuCommands.ViewGroundShadowCmd, VuCommands.ViewGroundReflectionCmd
+VuCommands.ViewDomeCmd("ViewDomeOnCommand")
+VuCommands.ViewGroundPlaneCmd("ViewGroundPlaneOnCommand")
+VuCommands.ViewGroundShadowCmd("ViewGroundShadowOnCommand")
+VuCommands.ViewGroundReflectionCmd("ViewGroundReflectionOnCommand")
+
+#: VuCommands.ViewAmbientOcclusionCmd, VuCommands.ViewObjectShadowCmd, VuCommands.ViewMSAACmd
+VuCommands.ViewAmbientOcclusionCmd("ViewAmbientOcclusionOnCommand")
+VuCommands.ViewObjectShadowCmd("ViewObjectShadowSharpCommand")
+VuCommands.ViewMSAACmd("ViewMSAAOffCommand")
+
+#: VuCommands.ViewNPREffectCmd
+VuCommands.ViewNPREffectCmd("ViewNPRGraphiteCommand")  # As a drawing with a pencil.
+
+#: VuCommands.ViewSelectionEffectCmd, VuCommands.ViewColorCyclingCmd
+VuCommands.ViewSelectionEffectCmd("ViewSelectionEffectNoCommand")
+VuCommands.ViewColorCyclingCmd("ViewColorCyclingOnCommand")
+
+#: VuCommands.ViewLayoutGridOnCmd, VuCommands.ViewAxisCrossCmd, VuCommands.ViewScaleBarCmd
+VuCommands.ViewLayoutGridOnCmd("ViewLayoutGridOffCommand")
+VuCommands.ViewAxisCrossCmd("ViewAxisCrossOnCommand")
+VuCommands.ViewScaleBarCmd("ViewScaleBarOnCommand")
+
+#: VuCommands.ViewWidgetCmd
+VuCommands.ViewWidgetCmd()
+
+#: VuCommands.ShowWorkspaceFullScreenCmd, VuCommands.ShowWorkspaceNormalCmd, VuCommands.MinimizeCmd, VuCommands.ZoomWindowCmd
+VuCommands.ShowWorkspaceFullScreenCmd()
+VuCommands.ShowWorkspaceNormalCmd()
+VuCommands.ZoomWindowCmd()
+VuCommands.MinimizeCmd()
+
+#: VuCommands.BringAllToFrontCmd, VuCommands.CycleWorkspacesForwardCmd, VuCommands.CycleWorkspacesBackwardCmd
+VuCommands.BringAllToFrontCmd()
+VuCommands.CycleWorkspacesForwardCmd()
+VuCommands.CycleWorkspacesBackwardCmd()
+
+#: VuCommands.CurrentlyOpenDocumentsCmd, VuCommands.RecentDocumentsCmd
+VuCommands.CurrentlyOpenDocumentsCmd()  # The lists of the menus, which these open.
+VuCommands.RecentDocumentsCmd()
 
 #: VuCommands.ResetToDefaultLayoutCommand
 VuCommands.ResetToDefaultLayoutCommand()
