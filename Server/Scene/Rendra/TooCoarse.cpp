@@ -51,8 +51,8 @@ std::vector<FinerWish> tooCoarse(const DrawList& list, const Projection& project
         const double deviation = finer ? finer->deviation(*batch->mesh) : 0;
         if (!(deviation > 0))
             continue;
-        float largest = 0;
-        const bool all = list.cull(*batch, projection, kLeastPixels, visible, largest);
+        DrawList::Sizes sizes;
+        const bool all = list.cull(*batch, projection, kLeastPixels, visible, sizes);
         const size_t count = all ? batch->boxes.size() : visible.size();
         double most = 0;
         for (size_t i = 0; i < count; ++i) {
@@ -61,7 +61,7 @@ std::vector<FinerWish> tooCoarse(const DrawList& list, const Projection& project
                 most, pixelsOfUnit(batch->boxes[index], batch->instances[index], list.origin(), projection));
         }
         if (const int level = levelFor(deviation * most / pixels); level > 0)
-            wishes.push_back({batch->mesh, level, double(largest), count});
+            wishes.push_back({batch->mesh, level, double(sizes.largest), count});
     }
     return wishes;
 }
