@@ -41,6 +41,21 @@ void Reporter::progress(double fraction)
     send(message);
 }
 
+bool Reporter::advance(double fraction)
+{
+    Exchange::WorkerMessage message;
+    {
+        const std::lock_guard lock(m_mutex);
+        message.fraction = m_told + (m_to - m_told) * fraction;
+        if (message.fraction < m_told + kLeastStep)
+            return false;
+        m_told = message.fraction;
+        message.text = m_step;
+    }
+    send(message);
+    return true;
+}
+
 void Reporter::send(const Exchange::WorkerMessage& message)
 {
     const std::string frame = Exchange::encode(message);

@@ -18,6 +18,8 @@ public:
     void stage(const std::string& step, double from, double to);
     /// How much of the stage is done, from 0 to 1.
     void progress(double fraction);
+    /// A fraction of what is left of the stage is done, too. False if that is too little to be told.
+    bool advance(double fraction);
     void warning(const std::string& text) { send({Exchange::WorkerMessage::Kind::Warning, 0, text}); }
     void error(const std::string& text) { send({Exchange::WorkerMessage::Kind::Error, 0, text}); }
     /// What is read also depends on another file; an empty path for one whose name isn't known.

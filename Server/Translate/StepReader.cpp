@@ -1,6 +1,7 @@
 #include "Server/Translate/StepReader.h"
 
 #include "Server/Translate/Beside.h"
+#include "Server/Translate/ExpectedWork.h"
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/Salvage/FaceTrials.h"
 #include "Server/Translate/Salvage/Salvage.h"
@@ -12,6 +13,8 @@
 
 #include <STEPCAFControl_ExternFile.hxx>
 #include <Standard_Failure.hxx>
+#include <StepShape_ConnectedFaceSet.hxx>
+#include <StepShape_HArray1OfFace.hxx>
 #include <StepShape_ShapeRepresentation.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TransferBRep.hxx>
@@ -20,6 +23,7 @@
 #include <XSControl_TransferReader.hxx>
 #include <XSControl_WorkSession.hxx>
 
+#include <cmath>
 #include <filesystem>
 #include <istream>
 
@@ -150,6 +154,20 @@ Loaded loadSound(const std::string& path, std::string_view file, const ReadingOp
     return loaded;
 }
 
+/// Beyond what any step may take, for shells of many faces: where the faces have no edges in common, the
+/// kernel compares each with each.
+std::chrono::milliseconds expectedWork(const StepSession& reader)
+{
+    constexpr double kMany = 1500, kEachPair = 0.002; // ms
+    double pairs = 0;
+    const Handle(Interface_InterfaceModel) model = reader.Reader().WS()->Model();
+    for (int i = 1; i <= model->NbEntities(); ++i)
+        if (const auto shell = Handle(StepShape_ConnectedFaceSet)::DownCast(model->Value(i));
+            !shell.IsNull() && !shell->CfsFaces().IsNull() && shell->NbCfsFaces() > kMany)
+            pairs += double(shell->NbCfsFaces()) * shell->NbCfsFaces();
+    return std::chrono::milliseconds(std::llround(pairs * kEachPair));
+}
+
 /// The content of shares has been bound and meshed; of the rest, whatever the transfer has finished is meshed
 /// meanwhile.
 bool transfer(StepSession& reader, Handle(TDocStd_Document) & document, bool isShared, Reading& reading,
@@ -165,6 +183,7 @@ bool transfer(StepSession& reader, Handle(TDocStd_Document) & document, bool isS
         return true;
     }
     reporter.stage("transferring the shapes", 0.35, 0.65);
+    const ExpectedWork work(reporter, expectedWork(reader));
     reading.early = std::make_unique<EarlyMeshing>();
     const Handle(TransferWatch) progress = new TransferWatch(reporter, reader, *reading.early);
     reader.Reader().WS()->TransferReader()->SetActor(new StepActor);
