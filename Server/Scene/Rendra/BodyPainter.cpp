@@ -222,9 +222,13 @@ void BodyPainter::drawGlass(const Frame& frame, bool lined)
 {
     ScreenBounds bounds(frame);
     size_t boxes = 0;
+    bool alone = true;
     for (size_t i = 0; i < frame.scene.list.batches().size(); ++i) {
         const Batch& batch = *frame.scene.list.batches()[i];
-        if (!batch.transparent || frame.scene.instances.ranges()[i].count == 0)
+        if (frame.scene.instances.ranges()[i].count == 0)
+            continue;
+        alone = alone && batch.transparent && !batch.mixed;
+        if (!batch.transparent)
             continue;
         boxes += batch.boxes.size();
         for (size_t box = 0; box < batch.boxes.size() && boxes < kMostBoxes; ++box)
@@ -234,7 +238,9 @@ void BodyPainter::drawGlass(const Frame& frame, bool lined)
         return;
     const Area touched = boxes < kMostBoxes ? bounds.area(kLineMargin) : frame.part;
     const Program& faces = useFaces(frame, false, true);
-    if (!faces || !m_glass.begin(frame, touched)) {
+    // Whoever chooses one sample per pixel wants speed: the mean of all layers is then enough.
+    const bool fine = frame.target.samples > 1 || frame.target.pixelScale > 1;
+    if (!faces || !m_glass.begin(frame, touched, fine, alone)) {
         drawUnsorted(frame);
         return;
     }
@@ -243,8 +249,6 @@ void BodyPainter::drawGlass(const Frame& frame, bool lined)
     glUniform1i(faces.uniform("parallel"), !frame.projection.perspective());
     glViewport(frame.part.x - frame.tile.x, frame.part.y - frame.tile.y, frame.part.width, frame.part.height);
     using Step = GlassLayers::Step;
-    // Whoever chooses one sample per pixel wants speed: the mean of all layers is then enough.
-    const bool fine = frame.target.samples > 1 || frame.target.pixelScale > 1;
     m_glass.take(Step::Sum);
     frame.drawFaces(Frame::Faces::OfGlass);
     if (fine) {

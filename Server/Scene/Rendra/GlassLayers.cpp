@@ -10,9 +10,11 @@ namespace Rendra {
 
 namespace {
 
-constexpr GLenum kFormats[] = {GL_RGBA32F, GL_RG32F, GL_RGBA16F, GL_RGBA8};
+constexpr GLenum kFormats[] = {GL_RGBA16F, GL_RG16F, GL_RGBA8, GL_RGBA8};
 constexpr GLenum kAttachments[] = {GL_COLOR_ATTACHMENT0, GL_COLOR_ATTACHMENT1, GL_COLOR_ATTACHMENT2,
                                    GL_COLOR_ATTACHMENT3};
+/// What is larger than this part of the buffers is cleared with everything else.
+constexpr int kPartToClear = 8;
 /// More pixels than a canvas has on most screens.
 constexpr int kLargePixels = 3 << 20;
 
@@ -41,12 +43,16 @@ GLenum depthFormat(GLuint framebuffer)
 
 bool GlassLayers::makeProgram()
 {
-    if (!std::exchange(m_tried, true)) {
+    if (!std::exchange(m_tried[m_look], true)) {
         Vs::Status ignored; // transparent faces are then drawn over each other
-        m_program.make("glass", {kWholeVertex}, {Shaders::kGlassFragment}, ignored);
-        glGenVertexArrays(1, &m_noArray);
+        m_programs[m_look].make("glass", {kWholeVertex},
+                                {m_look != kPlain ? "#define FINE\n" : "",
+                                 m_look == kSampled ? "#define SAMPLED\n" : "", Shaders::kGlassFragment},
+                                ignored);
+        if (!m_noArray)
+            glGenVertexArrays(1, &m_noArray);
     }
-    return bool(m_program);
+    return bool(m_programs[m_look]);
 }
 
 bool GlassLayers::makeStorage(int width, int height, GLenum depthFormat)
@@ -76,13 +82,10 @@ bool GlassLayers::makeStorage(int width, int height, GLenum depthFormat)
     glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
     for (int i = 0; i < kDepths; ++i)
         glFramebufferTexture2D(GL_FRAMEBUFFER, kAttachments[i], GL_TEXTURE_2D, m_textures[i], 0);
-    glFramebufferTexture2D(GL_FRAMEBUFFER,
-                           depthFormat == GL_DEPTH24_STENCIL8 ? GL_DEPTH_STENCIL_ATTACHMENT
-                                                              : GL_DEPTH_ATTACHMENT,
-                           GL_TEXTURE_2D, m_textures[kDepths], 0);
     m_width = width;
     m_height = height;
     m_depthFormat = depthFormat;
+    attachDepths(0);
     const bool works =
         glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE && glGetError() == GL_NO_ERROR;
     if (!works)
@@ -107,26 +110,68 @@ bool GlassLayers::copyDepths(const Frame& frame) const
     return glGetError() == GL_NO_ERROR;
 }
 
-bool GlassLayers::begin(const Frame& frame, const Area& touched)
+// 0 for the own ones.
+void GlassLayers::attachDepths(GLuint renderbuffer)
 {
+    const GLenum attachment =
+        m_depthFormat == GL_DEPTH24_STENCIL8 ? GL_DEPTH_STENCIL_ATTACHMENT : GL_DEPTH_ATTACHMENT;
+    glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
+    if (renderbuffer)
+        glFramebufferRenderbuffer(GL_FRAMEBUFFER, attachment, GL_RENDERBUFFER, renderbuffer);
+    else
+        glFramebufferTexture2D(GL_FRAMEBUFFER, attachment, GL_TEXTURE_2D, m_textures[kDepths], 0);
+    m_sharesDepths = renderbuffer != 0;
+}
+
+// Depths that are only compared with need not be copied.
+bool GlassLayers::shareDepths(const Frame& frame)
+{
+    if (frame.target.framebuffer == 0 || frame.target.samples > 1)
+        return false;
+    const auto ask = [&](GLenum what) {
+        GLint value = 0;
+        glGetFramebufferAttachmentParameteriv(GL_READ_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, what, &value);
+        return value;
+    };
+    if (ask(GL_FRAMEBUFFER_ATTACHMENT_OBJECT_TYPE) != GL_RENDERBUFFER)
+        return false;
+    attachDepths(GLuint(ask(GL_FRAMEBUFFER_ATTACHMENT_OBJECT_NAME)));
+    if (glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE)
+        return true;
+    attachDepths(0);
+    return false;
+}
+
+bool GlassLayers::begin(const Frame& frame, const Area& touched, bool fine, bool alone)
+{
+    m_look = !fine ? kPlain : alone || frame.target.samples == 1 ? kFine : kSampled;
     if (touched.width <= 0 || touched.height <= 0 || !makeProgram())
         return false;
     glBindFramebuffer(GL_READ_FRAMEBUFFER, frame.target.framebuffer);
     const GLenum format = depthFormat(frame.target.framebuffer);
     m_touched = {touched.x - frame.tile.x, touched.y - frame.tile.y, touched.width, touched.height};
-    if (format == 0 || !makeStorage(frame.tile.width, frame.tile.height, format) || !copyDepths(frame)) {
+    bool ready = format != 0 && makeStorage(frame.tile.width, frame.tile.height, format);
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, frame.target.framebuffer);
+    ready = ready && (alone || (!fine && shareDepths(frame)) || copyDepths(frame));
+    if (!ready) {
         frame.drawIntoPicture();
         return false;
     }
     glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);
-    glDrawBuffers(kForemost + 1, kAttachments);
-    glEnable(GL_SCISSOR_TEST);
     const Area around = withBorder(frame);
     glScissor(around.x, around.y, around.width, around.height);
+    // Software drivers clear a whole buffer faster than a large part of it.
+    const bool isLarge =
+        int64_t(around.width) * around.height * kPartToClear > int64_t(frame.tile.width) * frame.tile.height;
+    isLarge ? glDisable(GL_SCISSOR_TEST) : glEnable(GL_SCISSOR_TEST);
     const float nothing[4] = {0, 0, 0, 0}, unhidden[4] = {0, 0, 0, 1};
-    glClearBufferfv(GL_COLOR, kSums, unhidden);
-    glClearBufferfv(GL_COLOR, kWeights, nothing);
-    glClearBufferfv(GL_COLOR, kForemost, nothing);
+    const int buffers = fine ? kForemost + 1 : kWeights + 1;
+    glDrawBuffers(buffers, kAttachments);
+    for (int i = 0; i < buffers; ++i)
+        glClearBufferfv(GL_COLOR, i, i == kSums ? unhidden : nothing);
+    if (alone)
+        glClear(GL_DEPTH_BUFFER_BIT);
+    glEnable(GL_SCISSOR_TEST);
     // Between the faces of opaque bodies, which are pushed back further, and lines, which aren't.
     glEnable(GL_POLYGON_OFFSET_FILL);
     glPolygonOffset(0.5f, 0.5f);
@@ -136,9 +181,9 @@ bool GlassLayers::begin(const Frame& frame, const Area& touched)
 void GlassLayers::take(Step step) const
 {
     const GLboolean sums = step == Step::Sum, front = step == Step::Foremost;
-    glColorMaski(kSums, sums, sums, sums, sums);
+    constexpr GLenum kOfFront[] = {GL_NONE, GL_COLOR_ATTACHMENT1, GL_COLOR_ATTACHMENT2};
+    sums ? glDrawBuffers(kWeights + 1, kAttachments) : glDrawBuffers(kForemost + 1, kOfFront);
     glColorMaski(kWeights, sums, front, GL_FALSE, GL_FALSE);
-    glColorMaski(kForemost, front, front, front, front);
     glDepthMask(front);
     glDepthFunc(GL_LEQUAL);
     sums ? glEnable(GL_BLEND) : glDisable(GL_BLEND);
@@ -160,20 +205,25 @@ void GlassLayers::beginLines() const
 void GlassLayers::finish(const Frame& frame, bool lined)
 {
     glDisable(GL_POLYGON_OFFSET_FILL);
+    if (m_sharesDepths)
+        attachDepths(0);
     frame.drawIntoPicture();
     glScissor(m_touched.x, m_touched.y, m_touched.width, m_touched.height);
     glDepthMask(GL_FALSE);
     glEnable(GL_BLEND);
     glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
-    m_program.use();
+    // Only where there are several samples, some may be hidden.
+    if (m_look != kSampled)
+        glDisable(GL_DEPTH_TEST);
+    const Program& program = m_programs[m_look];
+    program.use();
     const char* const names[] = {"sums", "weights", "foremost", "lines", "depths"};
     for (int i = 0; i < kTextures; ++i) {
         glActiveTexture(GLenum(GL_TEXTURE0 + i));
         glBindTexture(GL_TEXTURE_2D, m_textures[i]);
-        glUniform1i(m_program.uniform(names[i]), i);
+        glUniform1i(program.uniform(names[i]), i);
     }
-    glUniform1i(m_program.uniform("lined"), lined);
-    glUniform1i(m_program.uniform("sampled"), frame.target.samples > 1);
+    glUniform1i(program.uniform("lined"), lined);
     glBindVertexArray(m_noArray);
     glDrawArrays(GL_TRIANGLES, 0, 3);
     for (int i = kTextures; i-- > 0;) {

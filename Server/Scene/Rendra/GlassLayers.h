@@ -20,8 +20,9 @@ public:
     enum class Step { Sum, Foremost };
 
     /// Creates the layers for a frame and takes over the depths of its picture; false if the driver can't.
-    /// `touched` is where anything will be drawn.
-    [[nodiscard]] bool begin(const Frame& frame, const Area& touched);
+    /// `touched` is where anything will be drawn. Unless it is to be `fine`, only Step::Sum may be taken, and
+    /// no lines drawn. Where transparent faces are `alone`, nothing can hide them.
+    [[nodiscard]] bool begin(const Frame& frame, const Area& touched, bool fine, bool alone);
     void take(Step step) const;
     /// What is drawn from then on lies on the foremost faces.
     void beginLines() const;
@@ -38,13 +39,19 @@ private:
     bool makeStorage(int width, int height, GLenum depthFormat);
     Area withBorder(const Frame& frame) const;
     bool copyDepths(const Frame& frame) const;
+    bool shareDepths(const Frame& frame);
+    void attachDepths(GLuint renderbuffer);
 
-    Program m_program;
-    bool m_tried = false;
+    enum Look { kPlain, kFine, kSampled, kLooks };
+
+    Program m_programs[kLooks];
+    bool m_tried[kLooks] = {};
+    Look m_look = kPlain;
     GLuint m_noArray = 0;
     GLuint m_framebuffer = 0, m_textures[kTextures] = {};
     GLenum m_depthFormat = 0;
     int m_width = 0, m_height = 0;
+    bool m_sharesDepths = false;
     Area m_touched{}; ///< In pixels of the framebuffer.
 };
 

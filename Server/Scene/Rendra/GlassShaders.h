@@ -32,61 +32,65 @@ void give(vec4 colour)
 #endif
 )";
 
-/// The foremost layer is known separately; what is behind it is the mean of the others, which is exact for
-/// one. The layers have one sample per pixel, the picture may have several: each gets the depth of the
-/// foremost layer, so that those of an opaque body in front stay as they are; and if such a body has the one
-/// sample, a neighbouring pixel tells what is behind.
+/// With FINE, the foremost layer is known separately, and there may be lines on it; what is behind it is the
+/// mean of the others, which is exact for one. With SAMPLED, the layers have one sample per pixel and the
+/// picture several: each gets the depth of the foremost layer, so that those of an opaque body in front stay
+/// as they are; and if such a body has the one sample, a neighbouring pixel tells what is behind. Software
+/// drivers compute whatever stands in a condition, so these are programs of their own.
 inline constexpr const char* kGlassFragment = R"(
 uniform sampler2D sums;
 uniform sampler2D weights;
+#ifdef FINE
 uniform sampler2D foremost;
 uniform sampler2D lines;
-uniform sampler2D depths;
 uniform bool lined;
-uniform bool sampled;
-out vec4 result; // multiplied by its opacity
+#endif
+#ifdef SAMPLED
+uniform sampler2D depths;
 
 float depthAt(ivec2 at)
 {
     return texelFetch(depths, at, 0).r;
 }
+#endif
+out vec4 result; // multiplied by its opacity
 
 void main()
 {
     ivec2 at = ivec2(gl_FragCoord.xy);
     vec4 sum = texelFetch(sums, at, 0);
-    vec4 line = lined ? texelFetch(lines, at, 0) : vec4(0.0);
-    float depth = 0.0;
-    if (sampled) {
-        const ivec2 ways[4] = ivec2[](ivec2(1, 0), ivec2(-1, 0), ivec2(0, 1), ivec2(0, -1));
-        float here = depthAt(at), slope = 1.0;
-        ivec2 behind = at;
-        for (int i = 0; i < 4; ++i) {
-            ivec2 beside = clamp(at + ways[i], ivec2(0), textureSize(depths, 0) - 1);
-            float there = depthAt(beside);
-            slope = min(slope, beside == at ? 1.0 : abs(there - here));
-            if (there > here + 1e-6 && texelFetch(sums, beside, 0).a < 1.0)
-                behind = beside;
-        }
-        if (sum.a == 1.0 && behind != at) {
-            at = behind;
-            sum = texelFetch(sums, at, 0);
-            line = lined ? texelFetch(lines, at, 0) : vec4(0.0);
-            here = depthAt(at);
-            slope = 0.0;
-        }
-        depth = here - slope - 1e-6;
+    vec4 line = vec4(0.0), front = vec4(0.0);
+#ifdef SAMPLED
+    const ivec2 ways[4] = ivec2[](ivec2(1, 0), ivec2(-1, 0), ivec2(0, 1), ivec2(0, -1));
+    float here = depthAt(at), slope = 1.0;
+    ivec2 behind = at;
+    for (int i = 0; i < 4; ++i) {
+        ivec2 beside = clamp(at + ways[i], ivec2(0), textureSize(depths, 0) - 1);
+        float there = depthAt(beside);
+        slope = min(slope, beside == at ? 1.0 : abs(there - here));
+        if (there > here + 1e-6 && texelFetch(sums, beside, 0).a < 1.0)
+            behind = beside;
     }
-    gl_FragDepth = depth;
+    if (sum.a == 1.0 && behind != at) {
+        at = behind;
+        sum = texelFetch(sums, at, 0);
+        here = depthAt(at);
+        slope = 0.0;
+    }
+    gl_FragDepth = here - slope - 1e-6;
+#endif
+#ifdef FINE
+    line = lined ? texelFetch(lines, at, 0) : line;
+    front = texelFetch(foremost, at, 0);
+#endif
     if (sum.a == 1.0 && line.a == 0.0)
         discard;
-    vec4 front = texelFetch(foremost, at, 0);
     vec2 weight = texelFetch(weights, at, 0).rg;
     vec3 seen = front.rgb;
-    float behind = 1.0 - clamp(sum.a / max(1.0 - front.a, 1e-3), 0.0, 1.0);
+    float behindFront = 1.0 - clamp(sum.a / max(1.0 - front.a, 1e-3), 0.0, 1.0);
     vec3 others = sum.rgb - front.rgb / max(front.a, 1e-3) * weight.g;
     if (weight.r - weight.g > 1e-3 * weight.g)
-        seen += (1.0 - front.a) * behind * clamp(others / (weight.r - weight.g), 0.0, 1.0);
+        seen += (1.0 - front.a) * behindFront * clamp(others / (weight.r - weight.g), 0.0, 1.0);
     result = vec4(line.rgb + (1.0 - line.a) * seen, 1.0 - (1.0 - line.a) * sum.a);
 }
 )";
