@@ -26,12 +26,16 @@ EGLContext contextOf(EGLDisplay display)
         EGLConfig config = nullptr;
         EGLint count = 0;
         eglChooseConfig(display, wanted, &config, 1, &count);
+        // Without this, a driver need not tell that a graphics unit was reset.
+        const bool tells = epoxy_has_egl_extension(display, "EGL_EXT_create_context_robustness");
         const EGLint attributes[] = {EGL_CONTEXT_MAJOR_VERSION,
                                      3,
                                      EGL_CONTEXT_MINOR_VERSION,
                                      3,
                                      EGL_CONTEXT_OPENGL_PROFILE_MASK,
                                      EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT,
+                                     tells ? EGL_CONTEXT_OPENGL_RESET_NOTIFICATION_STRATEGY_KHR : EGL_NONE,
+                                     EGL_LOSE_CONTEXT_ON_RESET_KHR,
                                      EGL_NONE};
         context =
             eglCreateContext(display, count > 0 ? config : EGL_NO_CONFIG_KHR, EGL_NO_CONTEXT, attributes);
@@ -91,6 +95,19 @@ EglContext::~EglContext()
     eglMakeCurrent(m_display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     // The display belongs to the process, and other contexts may be using it.
     eglDestroyContext(m_display, m_context);
+}
+
+bool EglContext::isLost() const
+{
+    if (eglGetCurrentContext() != m_context)
+        return true;
+    const bool tells = epoxy_gl_version() >= 45 || epoxy_has_gl_extension("GL_KHR_robustness");
+    return tells && glGetGraphicsResetStatus() != GL_NO_ERROR;
+}
+
+bool EglContext::retake()
+{
+    return eglMakeCurrent(m_display, EGL_NO_SURFACE, EGL_NO_SURFACE, m_context) == EGL_TRUE;
 }
 
 std::wstring EglContext::description() const

@@ -18,6 +18,14 @@ public:
     EglContext(const EglContext&) = delete;
     EglContext& operator=(const EglContext&) = delete;
 
+    /// Whether the driver has given up the context since the last call, as when a graphics unit was reset, or
+    /// somebody else has taken it from this thread: nothing that was drawn since then can be relied on.
+    [[nodiscard]] bool isLost() const;
+
+    /// Makes it current again; false if that isn't possible any more. Without a current context, no function
+    /// of OpenGL may be called.
+    [[nodiscard]] bool retake();
+
     /// The driver's version and name.
     std::wstring description() const;
 

@@ -160,6 +160,8 @@ public:
     std::wstring description() const override { return m_description; }
 
 private:
+    bool drawSafely(const std::vector<ViewFragment*>& fragments, const Rendra::RenderTarget& current,
+                    const ImageOptions& options, Image& image, Status& status);
     bool start(Status& status);
     void stop();
     void rehearse(const Rendra::RenderTarget& current);
@@ -262,7 +264,7 @@ bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, u
             image.pixels.resize(size_t(width) * height * 4);
             image.width = width;
             image.height = height;
-            drawn = start(status) && draw(fragments, current, options, image, status);
+            drawn = drawSafely(fragments, current, options, image, status);
         } catch (const std::bad_alloc&) {
             status.addError(L"There is not enough memory for a picture of " + std::to_wstring(width) +
                             L" x " + std::to_wstring(height) + L" pixels.");
@@ -293,6 +295,24 @@ void EglOffscreenRenderer::awaitFiner(const std::vector<ViewFragment*>& fragment
         finer.await(options.finerWait);
 }
 
+// A second time, with everything made anew, if the driver was reset since the last picture or meanwhile.
+bool EglOffscreenRenderer::drawSafely(const std::vector<ViewFragment*>& fragments,
+                                      const Rendra::RenderTarget& current, const ImageOptions& options,
+                                      Image& image, Status& status)
+{
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        if (m_context && m_context->isLost())
+            stop();
+        if (!start(status) || !draw(fragments, current, options, image, status))
+            return false;
+        if (!m_context->isLost())
+            return true;
+        stop();
+    }
+    status.addError(L"The graphics driver was reset while a picture was drawn, and when it was tried again.");
+    return false;
+}
+
 bool EglOffscreenRenderer::start(Status& status)
 {
     if (m_renderer)
@@ -314,9 +334,14 @@ bool EglOffscreenRenderer::start(Status& status)
 
 void EglOffscreenRenderer::stop()
 {
-    if (m_context)
+    if (m_context && m_context->retake()) {
         m_target.release();
-    m_renderer.reset();
+        m_renderer.reset();
+    } else {
+        // What a lost context holds goes with it.
+        m_target = Rendra::PictureTarget();
+        std::ignore = m_renderer.release();
+    }
     m_context.reset();
 }
 

@@ -10,7 +10,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <epoxy/egl.h>
+#include <epoxy/gl.h>
 #include <gtest/gtest.h>
+#include <utility>
 
 using namespace Vs;
 using namespace Vs::Scene;
@@ -233,6 +236,43 @@ TEST_F(PictureDetail, SmoothEdgesAreOfferedWhereTheDriverHasSamples)
     EXPECT_GT(level, 1);
     EXPECT_LE(level, 8);
     EXPECT_EQ(quality, 0);
+}
+
+int lossesToCome = 0;
+
+/// Takes the context away as a reset does: what is drawn from then on reaches nothing.
+GLenum loseContext()
+{
+    if (lossesToCome == 0)
+        return GL_NO_ERROR;
+    --lossesToCome;
+    eglMakeCurrent(eglGetCurrentDisplay(), EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    return GL_INNOCENT_CONTEXT_RESET;
+}
+
+TEST_F(PictureDetail, ADriverThatWasResetDrawsThePictureAgain)
+{
+    show(Shapes::ball(30), {}, kRed);
+    m_fragment->camera()->fit(m_fragment->bounds());
+    draw();
+    const Image first = m_image;
+    const auto status = std::exchange(epoxy_glGetGraphicsResetStatus, loseContext);
+    // Before a picture, and while it is drawn, too.
+    for (const int losses : {1, 2, 0}) {
+        lossesToCome = losses;
+        draw();
+        EXPECT_EQ(lossesToCome, 0) << "nobody asked whether the context is still there";
+        EXPECT_EQ(m_image.pixels, first.pixels);
+    }
+
+    lossesToCome = 3;
+    Status refusal;
+    EXPECT_FALSE(OffscreenRenderer::get()->render({m_fragment.get()}, 120, 90, m_options, m_image, refusal));
+    EXPECT_NE(refusal.toString().find(L"driver was reset"), std::wstring::npos);
+    EXPECT_TRUE(m_image.pixels.empty());
+    draw();
+    EXPECT_EQ(m_image.pixels, first.pixels);
+    epoxy_glGetGraphicsResetStatus = status;
 }
 
 // In a separate process: drivers are searched for only once.
