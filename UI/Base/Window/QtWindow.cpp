@@ -16,6 +16,8 @@ namespace {
 /// In milliseconds: a user who has waited less has hardly switched away.
 constexpr qint64 kLongWork = 4000;
 constexpr qint64 kSecond = 1000;
+/// What a panel shows may change what it asks for next.
+constexpr int kRefreshes = 3;
 
 class PanelProgress : public ProgressDisplay
 {
@@ -93,6 +95,9 @@ bool QtWindow::picture(Vs::Scene::Image& image)
 {
     if (!m_window->isVisible())
         return false;
+    // What lines before have changed is to be seen, which the panels put off for as long as lines run.
+    for (int refresh = 0; refresh < kRefreshes; ++refresh)
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     // The line that asks for the picture must not be in it.
     ProgressPanel* panel = m_window->progressPanel();
     const bool busy = panel->isVisible();

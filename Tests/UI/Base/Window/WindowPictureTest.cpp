@@ -396,6 +396,26 @@ TEST_F(WindowPicture, ACameraThatGlidesEndsExactlyWhereItsRecordedLineSays)
     EXPECT_EQ(stand(), turned);
 }
 
+TEST_F(WindowPicture, APictureOfTheWindowShowsWhatTheLineBeforeItHasChanged)
+{
+    const TestSupport::ScratchFolder folder;
+    QWidget* const whole = widget()->window();
+    const auto* panel = whole->findChild<QWidget*>(QStringLiteral("properties"));
+    ASSERT_TRUE(panel && panel->isVisible());
+    const auto picture = [&] {
+        const std::string file = (folder.path() / "window.png").string();
+        run(L"View.SaveWindow " + Vs::Strings::quote(Vs::Strings::widen(file)));
+        const QImage image(QString::fromStdString(file));
+        const double ratio = image.width() / double(whole->width());
+        const QPoint corner = panel->mapTo(whole, QPoint());
+        return image.copy(QRect((QPointF(corner) * ratio).toPoint(), panel->size() * ratio));
+    };
+    const QImage before = picture();
+    run(L"Selection.Select Table:1");
+    EXPECT_NE(picture(), before);
+    run(L"Selection.Clear");
+}
+
 /// Logs what is shown of it.
 class Shown : public Vs::Implements<Shown, TransitionItem>
 {
