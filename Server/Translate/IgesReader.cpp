@@ -2,13 +2,14 @@
 
 #include "Server/Base/SystemCalls.h"
 #include "Server/Translate/MappedFile.h"
-#include "Server/Translate/Salvage/FaceTrials.h"
 #include "Server/Translate/Salvage/IgesRules.h"
 #include "Server/Translate/Salvage/IgesSalvage.h"
 
 #include <IGESCAFControl_Reader.hxx>
 #include <IGESData_IGESEntity.hxx>
+#include <IGESData_IGESModel.hxx>
 #include <Interface_InterfaceModel.hxx>
+#include <TopExp_Explorer.hxx>
 #include <TransferBRep.hxx>
 #include <Transfer_TransientProcess.hxx>
 #include <XSControl_TransferReader.hxx>
@@ -224,12 +225,23 @@ Reading readIges(const std::string& path, const ReadingOptions& options, Reporte
 }
 
 bool readSoundIges(std::string_view file, const std::unordered_set<uint32_t>& without,
-                   Kernel::XdeModel& model)
+                   Kernel::XdeModel& model, Salvage::FaceNumbers& numbers)
 {
     const Salvage::SalvagedIges sound = Salvage::salvageIges(file, without);
     const Reader reader = makeReader();
     Handle(TDocStd_Document) document = model.document();
-    return sound.text.empty() || (load(*reader, sound.text) && reader->Transfer(document));
+    if (sound.text.empty())
+        return true;
+    if (!load(*reader, sound.text) || !reader->Transfer(document))
+        return false;
+    const auto iges = Handle(IGESData_IGESModel)::DownCast(reader->WS()->Model());
+    const Handle(Transfer_TransientProcess) process = reader->WS()->TransferReader()->TransientProcess();
+    for (int i = 1; i <= iges->NbEntities(); ++i)
+        if (Salvage::isFaceType(iges->Entity(i)->TypeNumber()))
+            for (TopExp_Explorer each(TransferBRep::ShapeResult(process, iges->Value(i)), TopAbs_FACE);
+                 each.More(); each.Next())
+                numbers.emplace(each.Current().TShape().get(), uint32_t(iges->DNum(iges->Entity(i))));
+    return true;
 }
 
 } // namespace Vs::Translate

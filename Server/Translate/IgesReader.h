@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Server/Translate/Reading.h"
+#include "Server/Translate/Salvage/FaceTrials.h"
 
 #include <cstdint>
 #include <string_view>
@@ -13,6 +14,6 @@ Reading readIges(const std::string& path, const ReadingOptions& options, Reporte
 
 /// Reads what is sound of a file's content, without some of its entities. False if the kernel refuses it.
 bool readSoundIges(std::string_view file, const std::unordered_set<uint32_t>& without,
-                   Kernel::XdeModel& model);
+                   Kernel::XdeModel& model, Salvage::FaceNumbers& numbers);
 
 } // namespace Vs::Translate

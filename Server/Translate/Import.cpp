@@ -5,6 +5,7 @@
 #include "Server/DataModel/Kernel/XdeTree.h"
 #include "Server/DataModel/Model/MeshArrays.h"
 #include "Server/DataModel/Model/ModelFile.h"
+#include "Server/Translate/ExpectedWork.h"
 #include "Server/Translate/Family.h"
 #include "Server/Translate/Parallel.h"
 
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <malloc.h>
 #include <numeric>

@@ -3,7 +3,6 @@
 #include "Server/Translate/Beside.h"
 #include "Server/Translate/ExpectedWork.h"
 #include "Server/Translate/MappedFile.h"
-#include "Server/Translate/Salvage/FaceTrials.h"
 #include "Server/Translate/Salvage/Salvage.h"
 #include "Server/Translate/Shares/BoundShares.h"
 #include "Server/Translate/Shares/SmoothEdges.h"
@@ -13,7 +12,9 @@
 
 #include <STEPCAFControl_ExternFile.hxx>
 #include <Standard_Failure.hxx>
+#include <StepData_StepModel.hxx>
 #include <StepShape_ConnectedFaceSet.hxx>
+#include <StepShape_Face.hxx>
 #include <StepShape_HArray1OfFace.hxx>
 #include <StepShape_ShapeRepresentation.hxx>
 #include <TopExp_Explorer.hxx>
@@ -240,13 +241,24 @@ Reading readStep(const std::string& path, const ReadingOptions& options, Reporte
 }
 
 bool readSoundStep(std::string_view file, const std::unordered_set<uint32_t>& without,
-                   Kernel::XdeModel& model)
+                   Kernel::XdeModel& model, Salvage::FaceNumbers& numbers)
 {
     const Salvage::Salvaged sound = Salvage::salvage(file, without);
     const auto session = StepSession::make();
     Handle(TDocStd_Document) document = model.document();
-    return sound.text.empty() ||
-           (session->load("faces", sound.text, [](double) {}) && session->Transfer(document));
+    if (sound.text.empty())
+        return true;
+    if (!session->load("faces", sound.text, [](double) {}) || !session->Transfer(document))
+        return false;
+    const auto step = Handle(StepData_StepModel)::DownCast(session->Reader().WS()->Model());
+    const Handle(Transfer_TransientProcess) process =
+        session->Reader().WS()->TransferReader()->TransientProcess();
+    for (int i = 1; i <= step->NbEntities(); ++i)
+        if (step->Value(i)->IsKind(STANDARD_TYPE(StepShape_Face)))
+            for (TopExp_Explorer each(TransferBRep::ShapeResult(process, step->Value(i)), TopAbs_FACE);
+                 each.More(); each.Next())
+                numbers.emplace(each.Current().TShape().get(), uint32_t(step->IdentLabel(step->Value(i))));
+    return true;
 }
 
 } // namespace Vs::Translate

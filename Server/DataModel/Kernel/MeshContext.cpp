@@ -110,28 +110,52 @@ private:
     Handle(IMeshTools_MeshAlgo) m_quick, m_sure;
 };
 
+class WatchedMesh : public IMeshTools_MeshAlgo
+{
+public:
+    WatchedMesh(const Handle(IMeshTools_MeshAlgo) & usual, const FaceWatch& watch)
+        : m_usual(usual), m_watch(watch)
+    {
+    }
+    void Perform(const IMeshData::IFaceHandle& face, const IMeshTools_Parameters& parameters,
+                 const Message_ProgressRange& range) override
+    {
+        m_watch(face->GetFace());
+        m_usual->Perform(face, parameters, range);
+    }
+
+private:
+    Handle(IMeshTools_MeshAlgo) m_usual;
+    const FaceWatch& m_watch;
+};
+
 class Algorithms : public BRepMesh_MeshAlgoFactory
 {
 public:
+    explicit Algorithms(FaceWatch watch) : m_watch(std::move(watch)) {}
+
     Handle(IMeshTools_MeshAlgo)
         GetAlgo(const GeomAbs_SurfaceType surface, const IMeshTools_Parameters& parameters) const override
     {
         Handle(IMeshTools_MeshAlgo) usual = BRepMesh_MeshAlgoFactory::GetAlgo(surface, parameters);
-        if (surface != GeomAbs_Plane)
-            return usual;
-        return new PlaneMesh(m_quick.GetAlgo(surface, parameters), usual);
+        if (surface == GeomAbs_Plane)
+            usual = new PlaneMesh(m_quick.GetAlgo(surface, parameters), usual);
+        if (m_watch && !usual.IsNull())
+            return new WatchedMesh(usual, m_watch);
+        return usual;
     }
 
 private:
     BRepMesh_DelabellaMeshAlgoFactory m_quick;
+    FaceWatch m_watch;
 };
 
 } // namespace
 
-Handle(IMeshTools_Context) meshContext()
+Handle(IMeshTools_Context) meshContext(FaceWatch watch)
 {
     Handle(IMeshTools_Context) context = new BRepMesh_Context;
-    context->SetFaceDiscret(new BRepMesh_FaceDiscret(new Algorithms));
+    context->SetFaceDiscret(new BRepMesh_FaceDiscret(new Algorithms(std::move(watch))));
     return context;
 }
 

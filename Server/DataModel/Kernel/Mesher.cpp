@@ -1,6 +1,5 @@
 #include "Server/DataModel/Kernel/Mesher.h"
 
-#include "Server/DataModel/Kernel/MeshContext.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
 #include "Server/DataModel/Model/ForkedChild.h"
 
@@ -26,6 +25,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace Vs::Kernel {
 
@@ -259,10 +259,8 @@ void addVertices(BodyMesh& mesh, const TopoDS_Shape& shape)
         addVector(mesh.vertexPoints, BRep_Tool::Pnt(TopoDS::Vertex(vertices(i))).XYZ());
 }
 
-} // namespace
-
-void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement,
-               const Message_ProgressRange& progress, MeshThreads threads)
+void mesh(const TopoDS_Shape& shape, const TranslatorRefinement& refinement,
+          const Message_ProgressRange& progress, MeshThreads threads, FaceWatch watch)
 {
     Bnd_Box box;
     BRepBndLib::AddClose(shape, box);
@@ -276,7 +274,20 @@ void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement
     BRepMesh_IncrementalMesh mesher;
     mesher.SetShape(shape);
     mesher.ChangeParameters() = parameters;
-    mesher.Perform(meshContext(), progress);
+    mesher.Perform(meshContext(std::move(watch)), progress);
+}
+
+} // namespace
+
+void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement,
+               const Message_ProgressRange& progress, MeshThreads threads)
+{
+    mesh(shape, refinement, progress, threads, {});
+}
+
+void meshWatched(const TopoDS_Shape& shape, const TranslatorRefinement& refinement, FaceWatch watch)
+{
+    mesh(shape, refinement, {}, MeshThreads::Own, std::move(watch));
 }
 
 BodyMesh extractMesh(const TopoDS_Shape& shape, const ShapeColours& colours)

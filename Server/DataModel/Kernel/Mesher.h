@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/DataModel/Kernel/MeshContext.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 #include "Server/DataModel/Translator.h"
 
@@ -15,6 +16,9 @@ enum class MeshThreads { All, Own };
 /// look alike and none explodes. Throws Standard_Failure.
 void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement,
                const Message_ProgressRange& progress = {}, MeshThreads threads = MeshThreads::All);
+
+/// The same on the calling thread, which tells each face when its turn comes.
+void meshWatched(const TopoDS_Shape& shape, const TranslatorRefinement& refinement, FaceWatch watch);
 
 /// Extracts a meshed shape's triangles and edge lines.
 BodyMesh extractMesh(const TopoDS_Shape& shape, const ShapeColours& colours);
