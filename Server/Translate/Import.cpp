@@ -7,9 +7,11 @@
 #include "Server/DataModel/Model/ModelFile.h"
 #include "Server/Translate/ExpectedWork.h"
 #include "Server/Translate/Family.h"
+#include "Server/Translate/MemoryEnd.h"
 #include "Server/Translate/Parallel.h"
 
 #include <Standard_Failure.hxx>
+#include <Standard_OutOfMemory.hxx>
 #include <TopExp_Explorer.hxx>
 
 #include <algorithm>
@@ -17,6 +19,7 @@
 #include <chrono>
 #include <functional>
 #include <malloc.h>
+#include <new>
 #include <numeric>
 #include <sstream>
 #include <utility>
@@ -92,6 +95,8 @@ public:
             });
             try {
                 Kernel::meshShape(shape, {}, progress->Start());
+            } catch (const Standard_OutOfMemory&) {
+                throw;
             } catch (const Standard_Failure& failure) {
                 m_faults[body] = failure.GetMessageString();
             }
@@ -199,6 +204,9 @@ void importFile(Exchange::Format format, const std::string& path, const std::str
         }
         meshes = bodies.take([&] { reading.stored = exactDataOf(*reading.model); });
         const std::vector<std::string> warnings = bodies.warnings(meshes);
+        // The kernel leaves out what it has no memory for.
+        if (!warnings.empty() && isMemoryShort())
+            throw std::bad_alloc();
         if (options.isStrict && !warnings.empty())
             throw Unreadable(warnings.front());
         reading.warnings.insert(reading.warnings.end(), warnings.begin(), warnings.end());

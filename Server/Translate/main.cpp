@@ -15,6 +15,7 @@
 #include "Server/Translate/Family.h"
 #include "Server/Translate/Import.h"
 #include "Server/Translate/MappedFile.h"
+#include "Server/Translate/MemoryEnd.h"
 #include "Server/Translate/Renew.h"
 #include "Server/Translate/Wall.h"
 
@@ -25,6 +26,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <fcntl.h>
 #include <filesystem>
 #include <malloc.h>
@@ -158,6 +160,31 @@ void exportFile(const Task& task, Reporter& reporter)
     }
 }
 
+constexpr const char* kNoMemory = "memory:";
+
+/// What to tell of it, as a clause that follows the file's name.
+std::string causeOf(const std::exception_ptr& fault, Task::Work work)
+{
+    try {
+        std::rethrow_exception(fault);
+    } catch (const std::bad_alloc&) {
+        return kNoMemory;
+    } catch (const Standard_OutOfMemory&) {
+        return kNoMemory;
+    } catch (const Standard_Failure& failure) {
+        const char* text = failure.GetMessageString();
+        return "makes the geometry kernel fail: " +
+               std::string(text && *text ? text : failure.DynamicType()->Name());
+    } catch (const Unreadable& error) {
+        return error.what();
+    } catch (const std::exception& error) {
+        const char* const what = work == Task::Work::Import   ? "can't be read: "
+                                 : work == Task::Work::Export ? "can't be written: "
+                                                              : "";
+        return what + std::string(error.what());
+    }
+}
+
 int run(Task& task)
 {
     Reporter reporter;
@@ -170,6 +197,9 @@ int run(Task& task)
             std::filesystem::current_path(std::filesystem::path(task.target).parent_path());
         closeIn(task, reporter);
         limitMemory(task.memory);
+        static const std::string noMemory =
+            Exchange::encode({Exchange::WorkerMessage::Kind::Error, 0, kNoMemory});
+        endWhenMemoryIsShort(1, Exchange::kWorkerPipe, noMemory);
         if (task.work == Task::Work::Import)
             importFile(task.format, task.source, task.target, task.reading, reporter);
         else if (task.work == Task::Work::Renew)
@@ -178,21 +208,8 @@ int run(Task& task)
             exportFile(task, reporter);
         reporter.done();
         return 0;
-    } catch (const std::bad_alloc&) {
-        reporter.error("memory:");
-    } catch (const Standard_OutOfMemory&) {
-        reporter.error("memory:");
-    } catch (const Standard_Failure& failure) {
-        const char* text = failure.GetMessageString();
-        reporter.error("makes the geometry kernel fail: " +
-                       std::string(text && *text ? text : failure.DynamicType()->Name()));
-    } catch (const Unreadable& error) {
-        reporter.error(error.what());
-    } catch (const std::exception& error) {
-        const char* const what = task.work == Task::Work::Import   ? "can't be read: "
-                                 : task.work == Task::Work::Export ? "can't be written: "
-                                                                   : "";
-        reporter.error(what + std::string(error.what()));
+    } catch (...) {
+        reporter.error(isMemoryShort() ? kNoMemory : causeOf(std::current_exception(), task.work));
     }
     return 1;
 }

@@ -11,6 +11,7 @@
 #include <Bnd_Box.hxx>
 #include <GCPnts_TangentialDeflection.hxx>
 #include <IMeshTools_Parameters.hxx>
+#include <Message_ProgressScope.hxx>
 #include <Poly_Polygon3D.hxx>
 #include <Poly_PolygonOnTriangulation.hxx>
 #include <Poly_Triangulation.hxx>
@@ -25,6 +26,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <stdexcept>
 #include <utility>
 
 namespace Vs::Kernel {
@@ -260,7 +262,7 @@ void addVertices(BodyMesh& mesh, const TopoDS_Shape& shape)
 }
 
 void mesh(const TopoDS_Shape& shape, const TranslatorRefinement& refinement,
-          const Message_ProgressRange& progress, MeshThreads threads, FaceWatch watch)
+          const Message_ProgressRange& progress, MeshThreads threads, const FaceWatch& watch)
 {
     Bnd_Box box;
     BRepBndLib::AddClose(shape, box);
@@ -271,10 +273,22 @@ void mesh(const TopoDS_Shape& shape, const TranslatorRefinement& refinement,
         std::max(std::sqrt(box.SquareExtent()) * refinement.surfaceDeviation, kSmallestDeflection);
     parameters.Angle = refinement.normalDeviation * std::numbers::pi / 180.0;
     parameters.InParallel = threads == MeshThreads::All && !ForkedChild::is();
-    BRepMesh_IncrementalMesh mesher;
-    mesher.SetShape(shape);
-    mesher.ChangeParameters() = parameters;
-    mesher.Perform(meshContext(std::move(watch)), progress);
+    const auto perform = [&](const Message_ProgressRange& range) {
+        BRepMesh_IncrementalMesh mesher;
+        mesher.SetShape(shape);
+        mesher.ChangeParameters() = parameters;
+        mesher.Perform(meshContext(watch), range);
+    };
+    if (!parameters.InParallel)
+        return perform(progress);
+    Message_ProgressScope scope(progress, "Meshing", 1);
+    try {
+        perform(scope.Next());
+    } catch (const std::runtime_error&) {
+        // The system grants no more threads, which the kernel's thread pool doesn't bear.
+        parameters.InParallel = false;
+        perform({});
+    }
 }
 
 } // namespace
@@ -285,9 +299,9 @@ void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement
     mesh(shape, refinement, progress, threads, {});
 }
 
-void meshWatched(const TopoDS_Shape& shape, const TranslatorRefinement& refinement, FaceWatch watch)
+void meshWatched(const TopoDS_Shape& shape, const TranslatorRefinement& refinement, const FaceWatch& watch)
 {
-    mesh(shape, refinement, {}, MeshThreads::Own, std::move(watch));
+    mesh(shape, refinement, {}, MeshThreads::Own, watch);
 }
 
 BodyMesh extractMesh(const TopoDS_Shape& shape, const ShapeColours& colours)

@@ -18,7 +18,7 @@ void meshShape(const TopoDS_Shape& shape, const TranslatorRefinement& refinement
                const Message_ProgressRange& progress = {}, MeshThreads threads = MeshThreads::All);
 
 /// The same on the calling thread, which tells each face when its turn comes.
-void meshWatched(const TopoDS_Shape& shape, const TranslatorRefinement& refinement, FaceWatch watch);
+void meshWatched(const TopoDS_Shape& shape, const TranslatorRefinement& refinement, const FaceWatch& watch);
 
 /// Extracts a meshed shape's triangles and edge lines.
 BodyMesh extractMesh(const TopoDS_Shape& shape, const ShapeColours& colours);

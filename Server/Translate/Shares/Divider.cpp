@@ -5,6 +5,7 @@
 #include "Server/DataModel/Exchange/WorkerProtocol.h"
 #include "Server/DataModel/Model/FileMapping.h"
 #include "Server/Translate/MappedFile.h"
+#include "Server/Translate/MemoryEnd.h"
 #include "Server/Translate/Salvage/Salvage.h"
 #include "Server/Translate/Shares/PieceStore.h"
 #include "Server/Translate/Shares/SharePlan.h"
@@ -193,6 +194,7 @@ private:
         raiseWall({});
         limitMemory(what.isLast ? m_division.memory
                                 : std::max(kLeastMemory, m_division.memory / m_division.readers));
+        endWhenMemoryIsShort(kNoMemory);
         try {
             ShareBoard* const board = m_division.board;
             const size_t share = what.share;
@@ -216,7 +218,7 @@ private:
         } catch (const Standard_OutOfMemory&) {
             std::_Exit(kNoMemory);
         } catch (...) {
-            std::_Exit(1);
+            std::_Exit(isMemoryShort() ? kNoMemory : 1);
         }
     }
 

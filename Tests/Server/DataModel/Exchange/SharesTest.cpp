@@ -9,6 +9,7 @@
 #include "Server/DataModel/DocumentMgr.h"
 #include "Server/DataModel/Exchange/ForeignImport.h"
 #include "Server/DataModel/Exchange/ImportCache.h"
+#include "Server/DataModel/Exchange/Worker.h"
 #include "Server/DataModel/Model/ModelFile.h"
 #include "Tests/Server/DataModel/Fixture.h"
 #include "Tests/Support/RealData.h"
@@ -217,6 +218,34 @@ TEST_F(SharesTest, ReadersThatAreKilledOrStoppedAreReplaced)
         EXPECT_EQ(Strings::narrow(status.toString()), "");
         EXPECT_GE(met, 3u);
     }
+}
+
+TEST_F(SharesTest, MemoryThatRunsOutAnywhereIsToldAsTheCause)
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the memory of a sanitised worker isn't limited";
+#endif
+    setenv("QUILLET_SHARES", "never", 1);
+    const std::string file = Strings::toBytes(fresh("many.stp", copies(whole, 40)));
+    const std::string model = Strings::toBytes(scratch("out.model"));
+    int read = 0, exhausted = 0;
+    for (uint64_t megabytes = 40; megabytes <= 120 && read < 2; megabytes += 4) {
+        Exchange::WorkerLimits limits;
+        limits.memory = megabytes << 20;
+        Exchange::Worker worker(Exchange::workerOf(Exchange::Format::Step), {"import", "step", file, model},
+                                limits);
+        Exchange::Worker* workers[] = {&worker};
+        Exchange::Worker::run(workers, {});
+        std::filesystem::remove(model);
+        read += worker.end() == Exchange::Worker::End::Done;
+        exhausted += worker.end() == Exchange::Worker::End::Exhausted;
+        EXPECT_EQ(worker.fault().empty(), worker.end() == Exchange::Worker::End::Done);
+        EXPECT_TRUE(worker.end() == Exchange::Worker::End::Done ||
+                    worker.end() == Exchange::Worker::End::Exhausted)
+            << megabytes << " MB: " << worker.fault();
+    }
+    EXPECT_GE(read, 1);
+    EXPECT_GE(exhausted, 10);
 }
 
 TEST_F(SharesTest, PartsThatAreTheSameInAnotherFileAreNotReadAgain)
