@@ -15,6 +15,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <vector>
 
 namespace Vu {
 namespace {
@@ -22,6 +23,27 @@ namespace {
 constexpr int kOutputHeight = 140;
 /// A script that prints endlessly must not use up all memory.
 constexpr int kMostLines = 10000;
+constexpr qsizetype kBetweenColumns = 2;
+
+/// Cells between tabs as columns of a fixed font: at the stops of tabs, long ones would run into the next.
+QString inColumns(const QString& text)
+{
+    QStringList lines = text.split(QLatin1Char('\n'));
+    std::vector<qsizetype> widths;
+    for (const QString& line : lines) {
+        const QStringList cells = line.split(QLatin1Char('\t'));
+        widths.resize(std::max(widths.size(), static_cast<size_t>(cells.size())));
+        for (qsizetype i = 0; i + 1 < cells.size(); ++i)
+            widths[static_cast<size_t>(i)] = std::max(widths[static_cast<size_t>(i)], cells[i].size());
+    }
+    for (QString& line : lines) {
+        QStringList cells = line.split(QLatin1Char('\t'));
+        for (qsizetype i = 0; i + 1 < cells.size(); ++i)
+            cells[i] = cells[i].leftJustified(widths[static_cast<size_t>(i)] + kBetweenColumns);
+        line = cells.join(QString());
+    }
+    return lines.join(QLatin1Char('\n'));
+}
 
 } // namespace
 
@@ -79,8 +101,9 @@ void CommandAnswers::place()
     setVisible(any);
 }
 
-void CommandAnswers::tell(const QString& text, bool failed)
+void CommandAnswers::tell(const QString& answer, bool failed)
 {
+    const QString text = inColumns(answer);
     const bool longText = !failed && text.contains(QLatin1Char('\n'));
     QPalette colours = palette();
     if (failed)

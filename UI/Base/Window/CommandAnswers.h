@@ -24,8 +24,8 @@ public:
 
     /// A line is going to run. What it prints comes before its answer and is kept with it.
     void begin() { m_printed = false; }
-    /// One that fails has a reason in red instead.
-    void tell(const QString& text, bool failed);
+    /// One that fails has a reason in red instead. Cells that are separated by tabs stand in columns.
+    void tell(const QString& answer, bool failed);
     void print(const QString& text, const QColor& colour);
     void hideAnswer();
     void hideAll();

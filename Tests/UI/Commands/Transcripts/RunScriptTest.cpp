@@ -1,6 +1,7 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/DataModel/Document.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
@@ -12,6 +13,7 @@
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 #include "UI/Commands/Transcripts/RunScriptCmd.h"
 
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTimer>
 #include <QtTest/QTest>
@@ -192,6 +194,16 @@ TEST_F(RunScriptTest, InAWindowAnEndlessScriptShowsWhatItPrintsAndEscapeEndsIt)
     boost::filesystem::ofstream(boost::filesystem::path(scratch(L"lines.txt"))) << "Camera.ZoomIn\n";
     answer(L"Transcripting.Replay \"" + scratch(L"lines.txt") + L'"');
     EXPECT_TRUE(output->toPlainText().contains(QStringLiteral("Zoom in.")))
+        << output->toPlainText().toStdString();
+    // Cells that are longer than the stops of tabs stand in columns all the same.
+    answer(L"Design.New");
+    auto* const line = window->findChild<QLineEdit*>(QStringLiteral("commandLine"));
+    line->setText(QStringLiteral("Asset.List"));
+    QTest::keyClick(line, Qt::Key_Return);
+    EXPECT_TRUE(
+        output->toPlainText().contains(QStringLiteral("Active asset name is: Design  Document name: ") +
+                                       QString::fromStdWString(activeDocument()->displayName()) +
+                                       QStringLiteral("\nAsset name: Design            Hidden: false")))
         << output->toPlainText().toStdString();
     QTimer escape;
     QObject::connect(&escape, &QTimer::timeout, [&] {
