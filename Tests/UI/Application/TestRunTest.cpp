@@ -180,7 +180,7 @@ TEST_F(TestRunTest, ThePartsOfAJobArrayAreTheWhole)
 
 TEST_F(TestRunTest, WhatFailedIsTriedAgainAndKeptAndRunByItself)
 {
-    write("bad.txt", "Design.New\nDocument.SaveAs ${out}/left.vlra\nNo.Such\n");
+    write("bad.txt", "Design.New\nDocument.SaveAs ${out}/left.vlra\nDesign.Export ${out}/left.none\n");
     write("flaky.py", "import os\npath = os.path.join(os.path.dirname(__file__), 'tried')\n"
                       "if not os.path.exists(path):\n    open(path, 'w').close()\n    raise ValueError\n");
     write("good.txt", "Camera.ZoomIn\n");
@@ -196,6 +196,8 @@ TEST_F(TestRunTest, WhatFailedIsTriedAgainAndKeptAndRunByItself)
     EXPECT_NE(first.output.find("flaky.py (try 2)"), std::string::npos) << first.output;
     EXPECT_NE(first.output.find(": 2 passed, 1 failed, 0 ended"), std::string::npos) << first.output;
     EXPECT_TRUE(boost::filesystem::exists(kept / "bad.txt/left.vlra"));
+    EXPECT_NE(first.output.find('"' + (kept / "bad.txt/left.none").string()), std::string::npos)
+        << "the folder of the run is gone: " << first.output;
     EXPECT_NE(TestSupport::contentOf(kept / "bad.txt/errors.txt").find("bad.txt:3: "), std::string::npos);
     EXPECT_FALSE(boost::filesystem::exists(kept / "good.txt"));
     const std::string report = TestSupport::contentOf(tap);

@@ -9,6 +9,7 @@
 #include "UI/Application/Testing/TestReport.h"
 #include "UI/Application/Testing/TestSelection.h"
 
+#include <boost/algorithm/string/replace.hpp>
 #include <boost/filesystem/fstream.hpp>
 #include <boost/filesystem/operations.hpp>
 
@@ -181,7 +182,7 @@ private:
     }
 
     /// Whatever may explain the failure. If it can't be stored, that is reported, but isn't a failure.
-    void keepArtifacts(const TestCase& test, const fs::path& folder)
+    void keepArtifacts(TestCase& test, const fs::path& folder)
     {
         if (m_run.artifactsDirectory.empty())
             return;
@@ -190,6 +191,9 @@ private:
             fs::remove_all(kept);
             fs::create_directories(kept.parent_path());
             fs::copy(folder, kept, fs::copy_options::recursive | fs::copy_options::copy_symlinks);
+            // What names a file of it names the one that is kept.
+            for (std::string* text : {&test.result.message, &test.result.output, &test.result.errors})
+                boost::algorithm::replace_all(*text, folder.string() + '/', kept.string() + '/');
             fs::ofstream(kept / "output.txt", std::ios::binary) << test.result.output;
             fs::ofstream(kept / "errors.txt", std::ios::binary) << test.result.errors;
         } catch (const std::exception& error) {
