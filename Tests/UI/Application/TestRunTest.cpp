@@ -317,6 +317,15 @@ TEST_F(TestRunTest, ChecksTellTheirValuesInTheReportIfTheyAreAsked)
     const std::string told = readJUnit(junit)["values.txt"].output;
     EXPECT_NE(told.find("volume 6000 mm³ (6001 mm³)\n"), std::string::npos) << told;
     EXPECT_NE(told.find("solids 1, faces 6, edges 12\n"), std::string::npos) << told;
+
+    // Where one fails, what differs is told with it.
+    write("digest.txt", "Design.New\nDesign.Box 1 2 3\nModel.CheckDigest d\n");
+    EXPECT_EQ(run({"--references", "fill"}).exitCode, 0);
+    write("digest.txt", "Design.New\nDesign.Box 1 2 3\nDesign.Colour Red Box1\nModel.CheckDigest d\n");
+    const ProcessResult differs = run({"--junit", junit.string()});
+    EXPECT_EQ(differs.exitCode, 1);
+    EXPECT_NE(differs.output.find("\n      component Box1:1: colour "), std::string::npos) << differs.output;
+    EXPECT_NE(TestSupport::contentOf(junit).find("\ncomponent Box1:1: colour "), std::string::npos);
 }
 
 TEST_F(TestRunTest, RecordingsAreComparedByWhatTheirLinesMean)

@@ -52,6 +52,18 @@ std::string tellingLine(const std::string& text, const std::string& beginning)
     return last;
 }
 
+/// The lines that follow this one and are set in from it.
+std::string detailsAfter(const std::string& text, const std::string& line)
+{
+    constexpr size_t kIndent = 4;
+    const size_t at = text.find(line + '\n');
+    std::istringstream lines(at == std::string::npos ? std::string() : text.substr(at + line.size() + 1));
+    std::string details;
+    for (std::string next; std::getline(lines, next) && next.starts_with(std::string(kIndent - 1, ' '));)
+        details += next.substr(next.find_first_not_of(' ')) + '\n';
+    return details;
+}
+
 /// The last echoed line, which is the one that was running at the end.
 std::string lastEcho(const std::string& output)
 {
@@ -192,7 +204,7 @@ std::string TestProcess::failure() const
 
 TestResult TestProcess::result() const
 {
-    TestResult result{TestResult::Kind::Passed, {}, m_seconds, {}, m_output.text(), m_errors.text()};
+    TestResult result{TestResult::Kind::Passed, {}, m_seconds, {}, {}, m_output.text(), m_errors.text()};
     const std::string at = lastEcho(m_output.text());
     // A script has a single line, which says no more than its name.
     const std::string during = at.empty() || at == m_transcript.string() ? "." : ", in the line: " + at;
@@ -212,6 +224,7 @@ TestResult TestProcess::result() const
         result.kind =
             WEXITSTATUS(m_state) == 1 || said ? TestResult::Kind::Failed : TestResult::Kind::Crashed;
         result.message = failure();
+        result.details = detailsAfter(m_errors.text(), result.message);
     }
     return result;
 }

@@ -24,6 +24,7 @@ struct TestResult
     Kind kind = Kind::Passed;
     std::string message; ///< One line; empty on success.
     double seconds = 0;
+    std::string details;        ///< What a check says beside it of what differs, one thing per line.
     std::string stack;          ///< Of a crash, the call stack, one call per line.
     std::string output, errors; ///< The last part of what the process wrote.
 };

@@ -76,7 +76,7 @@ void writeCase(QXmlStreamWriter& xml, const QString& suite, const TestCase& test
                                                                       : QStringLiteral("error"));
         xml.writeAttribute(QStringLiteral("message"), xmlText(result.message));
         xml.writeAttribute(QStringLiteral("type"), QLatin1String(typeOf(result.kind)));
-        xml.writeCharacters(xmlText(result.message));
+        xml.writeCharacters(xmlText(result.message + (result.details.empty() ? "" : '\n' + result.details)));
         xml.writeEndElement();
     }
     writeStream(xml, "system-out", result.output);

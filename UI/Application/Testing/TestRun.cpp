@@ -211,9 +211,11 @@ private:
                     Vs::Strings::forTerminal(test.name).c_str(), tries.c_str());
         if (!test.result.message.empty())
             std::printf("    %s\n", Vs::Strings::forTerminal(test.result.message).c_str());
-        std::istringstream calls(test.result.stack);
-        for (std::string call; std::getline(calls, call);)
-            std::printf("      %s\n", Vs::Strings::forTerminal(call).c_str());
+        for (const std::string* more : {&test.result.details, &test.result.stack}) {
+            std::istringstream lines(*more);
+            for (std::string line; std::getline(lines, line);)
+                std::printf("      %s\n", Vs::Strings::forTerminal(line).c_str());
+        }
         std::fflush(stdout);
     }
 
