@@ -104,7 +104,7 @@ uniform samplerCube mirrored;
 uniform float mirrorLevels; // the last is for a roughness of 1
 uniform vec3 uncoloured;    // what bodies have that nobody has coloured
 
-// No model says what its bodies are made of, but mostly its colour does: greys are metals; white, black and
+// No model says what its bodies are made of, but mostly its colour does: greys are metals; white, light grey, black and
 // what is coloured are plastics and paints, and so is what has no colour of its own.
 float metalOf(vec3 colour)
 {
@@ -112,7 +112,7 @@ float metalOf(vec3 colour)
         return 0.0;
     float most = max(colour.r, max(colour.g, colour.b)), least = min(colour.r, min(colour.g, colour.b));
     float saturation = (most - least) / max(most, 1e-3);
-    return (1.0 - smoothstep(0.10, 0.30, saturation)) * smoothstep(0.10, 0.25, most) * (1.0 - smoothstep(0.80, 0.88, most));
+    return (1.0 - smoothstep(0.10, 0.30, saturation)) * smoothstep(0.10, 0.25, most) * (1.0 - smoothstep(0.55, 0.70, most));
 }
 
 vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, float reaching)
