@@ -39,16 +39,16 @@ PrintDialog::PrintDialog(const PrintWish& wish, const PageMaker& maker, QWidget*
     connect(m_soon, &QTimer::timeout, this, [this] { refreshPage(); });
     const auto changed = [this] {
         refreshFields();
-        m_soon->start(0);
+        refreshSoon(0);
     };
     for (QComboBox* list : {m_what, m_printer, m_paper, m_orientation})
         connect(list, &QComboBox::currentIndexChanged, this, changed);
     connect(m_hidden, &QCheckBox::toggled, this, changed);
-    connect(m_margin, &QDoubleSpinBox::valueChanged, this, [this] { m_soon->start(kTypingPause); });
-    connect(m_scale, &QLineEdit::textEdited, this, [this] { m_soon->start(kTypingPause); });
+    connect(m_margin, &QDoubleSpinBox::valueChanged, this, [this] { refreshSoon(kTypingPause); });
+    connect(m_scale, &QLineEdit::textEdited, this, [this] { refreshSoon(kTypingPause); });
     connect(m_options, &QPushButton::clicked, this, [this] { askOptions(); });
     refreshFields();
-    m_soon->start(0);
+    refreshSoon(0);
 }
 
 PrintDialog::~PrintDialog() = default;
@@ -153,6 +153,13 @@ void PrintDialog::refreshFields()
     m_form->setRowVisible(m_scale, drawing);
     m_form->setRowVisible(m_hidden, drawing);
     m_options->setEnabled(!printerName().isEmpty());
+}
+
+// What was changed may be printable, which accept() finds out.
+void PrintDialog::refreshSoon(int pause)
+{
+    m_print->setEnabled(true);
+    m_soon->start(pause);
 }
 
 void PrintDialog::refreshPage()

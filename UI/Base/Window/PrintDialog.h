@@ -40,6 +40,7 @@ public:
 private:
     void build(const PrintWish& wish);
     void refreshFields();
+    void refreshSoon(int pause);
     void refreshPage();
     void askOptions();
     QPrinter& printer();

@@ -1,14 +1,20 @@
 // Drawings of a model at scale, as files.
 
+#include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
+#include "UI/Base/Program/Application.h"
+#include "UI/Base/Window/PrintDialog.h"
 #include "UI/Commands/Documents/DrawingPage.h"
 
+#include <QComboBox>
 #include <QFile>
 #include <QImage>
+#include <QLineEdit>
 #include <QPointF>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QTest>
 #include <QXmlStreamReader>
 
 #include <cmath>
@@ -214,6 +220,38 @@ TEST_F(PrintTest, WhatCanNotBePrintedIsToldWithItsCause)
     refuses(path + L" Print=Drawing Scale=x", L"is not a scale");
     refuses(L"Path=/nowhere/page.pdf", L"can't be written");
     EXPECT_FALSE(QFile::exists(QString::fromStdWString(scratch(L"page.pdf"))));
+}
+
+TEST_F(PrintTest, TheDialogShowsThePageOrWhyThereIsNoneAndPrintsNothingElse)
+{
+    Vu::Application::get()->needGui();
+    Vu::PrintWish made;
+    const Vu::PageMaker maker = [&](const Vu::PrintWish& wish, Vs::Status& told) {
+        made = wish;
+        if (wish.scale == L"9:1")
+            told.addError(L"It has no room.");
+        return told.isError() ? std::nullopt : std::optional(Vu::VectorPage());
+    };
+    Vu::PrintDialog dialog({.paper = L"A3"}, maker, nullptr);
+    dialog.show();
+    auto* what = dialog.findChild<QComboBox*>("printWhat");
+    auto* scale = dialog.findChild<QLineEdit*>("printScale");
+    auto* preview = dialog.findChild<QWidget*>("printPreview");
+    ASSERT_TRUE(what && scale && preview);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return made.paper == L"A3"; }));
+    EXPECT_FALSE(scale->isVisible()) << "a picture has none";
+    what->setCurrentIndex(2);
+    EXPECT_TRUE(scale->isVisible());
+    QTest::keyClicks(scale, "9:1");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return preview->accessibleDescription() == "It has no room."; }));
+    QTest::keyClick(scale, Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible()) << "there is nothing to print";
+    QTest::keyClick(scale, Qt::Key_Backspace);
+    QTest::keyClick(scale, Qt::Key_Return);
+    EXPECT_FALSE(dialog.isVisible()) << "though the preview had not come yet";
+    EXPECT_EQ(dialog.result(), QDialog::Accepted);
+    EXPECT_EQ(made.what, Vu::PrintWish::What::Drawing);
+    EXPECT_EQ(made.scale, L"9:");
 }
 
 } // namespace
