@@ -137,7 +137,10 @@ private:
             surface.D1(uv.X(), uv.Y(), point, du, dv);
             gp_XYZ normal = du.Crossed(dv).XYZ();
             const double length = normal.Modulus();
-            if (!(length > 1e-9 * du.Magnitude() * dv.Magnitude()) || !(length > 1e-200)) {
+            // Beside a pole, rounding may turn the shorter derivative around.
+            const double shorter = std::min(du.Magnitude(), dv.Magnitude()),
+                         longer = std::max(du.Magnitude(), dv.Magnitude());
+            if (!(length > 1e-9 * shorter * longer) || !(shorter > 1e-9 * longer) || !(length > 1e-200)) {
                 missing.push_back(base + static_cast<uint32_t>(i - 1));
                 normal = {0, 0, 1};
             } else {

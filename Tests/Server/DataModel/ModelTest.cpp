@@ -124,7 +124,7 @@ TEST_F(ModelTest, MeshesFaceOutwardsAndHaveNormalsOfLengthOne)
     Asset* asset = newAsset();
     ModelBuilder builder(asset);
     const Component* parts[] = {builder.box(2, 2, 2, {}, status), builder.cylinder(1, 2, {}, status),
-                                builder.sphere(1, {}, status)};
+                                builder.sphere(1, {}, status), builder.sphere(24, {}, status)};
     for (const Component* part : parts) {
         const auto mesh = part->body->mesh();
         const auto point = [&](const std::vector<float>& from, uint32_t i) {
