@@ -34,10 +34,10 @@ MeshQuality MeshQuality::current()
 {
     const std::wstring quality = GraphicsOptionGroup::get()->meshQuality();
     if (quality == L"coarse")
-        return {2, 125'000};
+        return {2, 250'000};
     if (quality == L"fine")
-        return {0.25, 2'000'000};
-    return {0.5, 500'000};
+        return {0.25, 4'000'000};
+    return {0.5, 1'000'000};
 }
 
 FinerMeshes& FinerMeshes::get()
