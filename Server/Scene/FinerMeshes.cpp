@@ -34,10 +34,10 @@ MeshQuality MeshQuality::current()
 {
     const std::wstring quality = GraphicsOptionGroup::get()->meshQuality();
     if (quality == L"coarse")
-        return {2, 250'000};
+        return {2, 250'000, 50'000};
     if (quality == L"fine")
-        return {0.25, 4'000'000};
-    return {0.5, 1'000'000};
+        return {0.25, 4'000'000, 500'000};
+    return {0.5, 1'000'000, 150'000};
 }
 
 FinerMeshes& FinerMeshes::get()
@@ -47,7 +47,7 @@ FinerMeshes& FinerMeshes::get()
     return *all;
 }
 
-void FinerMeshes::want(const void* viewer, const std::vector<FinerWish>& wishes)
+void FinerMeshes::want(const void* viewer, const std::vector<FinerWish>& wishes, uint64_t triangles)
 {
     std::vector<Wish> kept;
     for (const FinerWish& wish : wishes)
@@ -55,7 +55,7 @@ void FinerMeshes::want(const void* viewer, const std::vector<FinerWish>& wishes)
     if (kept.empty())
         m_wishes.erase(viewer);
     else
-        m_wishes[viewer] = std::move(kept);
+        m_wishes[viewer] = {std::move(kept), triangles};
     takeMade();
 }
 
@@ -66,7 +66,7 @@ std::vector<FinerMeshes::Wish> FinerMeshes::merged() const
     std::unordered_map<const BodyMesh*, size_t> places;
     std::vector<Wish> all;
     for (const auto& [viewer, wishes] : m_wishes)
-        for (const Wish& wish : wishes) {
+        for (const Wish& wish : wishes.all) {
             const auto mesh = wish.mesh.lock();
             if (!mesh)
                 continue;
@@ -103,8 +103,9 @@ void FinerMeshes::show()
     std::erase_if(m_kept, [](const auto& each) { return each.second.mesh.expired(); });
     ++m_uses;
     m_reach = 0;
-    const uint64_t most = MeshQuality::current().triangles;
-    uint64_t sum = 0;
+    uint64_t most = 0, sum = 0;
+    for (const auto& [viewer, wishes] : m_wishes)
+        most = std::max(most, wishes.triangles);
     std::set<const BodyMesh*> shown;
     std::vector<Job> missing;
     for (const Wish& wish : merged()) {

@@ -25,8 +25,10 @@ struct FinerWish
 /// How fine views are, by the user's option.
 struct MeshQuality
 {
-    double deviation;   ///< Meshes may deviate by so many pixels from the exact shape.
-    uint64_t triangles; ///< What views draw in place of the meshes has at most so many.
+    double deviation; ///< Meshes may deviate by so many pixels from the exact shape.
+    /// What is drawn in place of the meshes has at most so many: in a picture that is kept or by a GPU, and
+    /// where the processor draws again and again.
+    uint64_t triangles, trianglesInSoftware;
 
     /// Main thread.
     static MeshQuality current();
@@ -41,9 +43,9 @@ public:
     static FinerMeshes& get();
 
     /// What a view needs, in place of what it needed before. Shows what is there, and begins to make the
-    /// rest, what is large on the screen first.
-    void want(const void* viewer, const std::vector<FinerWish>& wishes);
-    void forget(const void* viewer) { want(viewer, {}); }
+    /// rest, what is large on the screen first, as far as `triangles` go.
+    void want(const void* viewer, const std::vector<FinerWish>& wishes, uint64_t triangles);
+    void forget(const void* viewer) { want(viewer, {}, 0); }
     /// Shows what was made since the last call.
     void takeMade();
     /// Whether any wish is still being fulfilled.
@@ -66,6 +68,11 @@ private:
         int level;
         double pixels;
         size_t instances;
+    };
+    struct Wishes
+    {
+        std::vector<Wish> all;
+        uint64_t triangles;
     };
     /// What was made for one mesh.
     struct Kept
@@ -93,7 +100,7 @@ private:
     void work();
     void run(Job& job);
 
-    std::map<const void*, std::vector<Wish>> m_wishes;
+    std::map<const void*, Wishes> m_wishes;
     std::unordered_map<const BodyMesh*, Kept> m_kept;
     uint64_t m_uses = 0;
     std::atomic<double> m_reach = 0;

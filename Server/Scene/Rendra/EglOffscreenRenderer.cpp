@@ -271,6 +271,10 @@ bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, u
         }
     });
     m_rehearsal = nullptr;
+    // What is picked next doesn't depend on a picture that was taken. Nobody draws without asking first, so
+    // that another picture finds all of this as it was.
+    if (options.finerWait > 0)
+        FinerMeshes::get().forget(this);
     if (!drawn)
         image = Image();
     return drawn;
@@ -289,9 +293,11 @@ void EglOffscreenRenderer::awaitFiner(const std::vector<ViewFragment*>& fragment
         target.height = height;
         wishes = m_renderer->tooCoarse(fragments, target);
     });
+    const MeshQuality quality = MeshQuality::current();
     FinerMeshes& finer = FinerMeshes::get();
-    finer.want(this, wishes);
-    if (options.finerWait > 0)
+    const bool isKept = options.finerWait > 0;
+    finer.want(this, wishes, isKept ? quality.triangles : quality.trianglesInSoftware);
+    if (isKept)
         finer.await(options.finerWait);
 }
 

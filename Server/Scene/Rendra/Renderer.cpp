@@ -280,7 +280,7 @@ void Renderer::Data::drawFragment(ViewFragment& fragment, const RenderTarget& ta
                       .environment = *environment,
                       .light = light,
                       .coarse = coarse,
-                      .finer = !target.moving || scene.list.shownTriangles() <= quick,
+                      .finer = !target.moving || (!software && scene.list.shownTriangles() <= quick),
                       .quick = target.moving && software,
                       .software = software,
                       .smallest = smallest};

@@ -126,10 +126,12 @@ public:
         return view && m_judged != view && !moving() && !view->waitsForContent() &&
                !Vs::TranscriptMgr::get()->replaying();
     }
-    void wish(const std::vector<Vs::Scene::FinerWish>& finer)
+    void wish(const std::vector<Vs::Scene::FinerWish>& finer, bool software)
     {
         m_judged = m_canvas->view();
-        Vs::Scene::FinerMeshes::get().want(this, finer);
+        const auto quality = Vs::Scene::MeshQuality::current();
+        Vs::Scene::FinerMeshes::get().want(this, finer,
+                                           software ? quality.trianglesInSoftware : quality.triangles);
         followFiner();
     }
     /// Draws what was made meanwhile, and looks again as long as more is coming.
@@ -353,7 +355,7 @@ protected:
         FrameEvent event(&m_link.canvas(), static_cast<double>(clock.nsecsElapsed()) * 1e-9);
         frames->fireFrameDrawn(&event);
         if (m_link.asksForFiner())
-            m_link.wish(m_renderer->tooCoarse(fragments, target));
+            m_link.wish(m_renderer->tooCoarse(fragments, target), software);
     }
 
 private:
