@@ -12,4 +12,8 @@ namespace Rendra {
 /// triangles would be saved. `cells` is from 1 to 1024. May be called from any thread.
 [[nodiscard]] std::shared_ptr<const Vs::BodyMesh> coarseMesh(const Vs::BodyMesh& mesh, int cells);
 
+/// The same, but vertices become one only where the surface is smooth and of one colour in the whole cell,
+/// which moves it by less than a tenth of the cell. Everything else stays where it is, to the last bit.
+[[nodiscard]] std::shared_ptr<const Vs::BodyMesh> smoothedMesh(const Vs::BodyMesh& mesh, int cells);
+
 } // namespace Rendra

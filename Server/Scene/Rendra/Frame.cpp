@@ -90,21 +90,32 @@ float Frame::lineWidth(float wanted) const
     return std::clamp(wanted, widths[0], widths[1]);
 }
 
+// In software, triangles smaller than a pixel are most of the work. What is kept or stands out has them all.
+bool Frame::maySmooth(const Batch& batch) const
+{
+    return software && target.shiftX == 0 && target.pixelScale == 1 && batch.lit == 0 &&
+           std::ranges::none_of(scene.list.partlyLit(),
+                                [&](const PartlyLit& lit) { return lit.slot->batch == &batch; });
+}
+
 const GlMesh& Frame::meshOf(const Batch& batch, const InstanceStore::Range& range) const
 {
-    constexpr double kCellPixels = 5;
+    // On a smooth surface, what is within cells of that size moves by a quarter of a pixel at most.
+    constexpr double kCellPixels = 5, kSmoothCellPixels = 3 / 1.4;
     constexpr int kFewestCells = 4, kMostCells = 512;
-    if (!coarse)
-        return meshes.get(shownOf(batch), statistics.uploadedMeshes);
-    const GkVector3d size = batch.mesh->bounds.high() - batch.mesh->bounds.low();
+    const std::shared_ptr<const Vs::BodyMesh>& shown = coarse ? batch.mesh : shownOf(batch);
+    if (!coarse && !maySmooth(batch))
+        return meshes.get(shown, statistics.uploadedMeshes);
+    const GkVector3d size = shown->bounds.high() - shown->bounds.low();
     const double pixels = range.pixels * std::max({size.x, size.y, size.z}) / std::max(size.length(), 1e-30);
     int cells = kFewestCells;
-    while (cells * kCellPixels * 1.4 < pixels && cells <= kMostCells)
+    while (cells * (coarse ? kCellPixels : kSmoothCellPixels) * 1.4 < pixels && cells <= kMostCells)
         cells *= 2;
     // A surface has hardly more triangles than that in so many cells: a mesh with fewer is coarse already.
-    if (cells <= kMostCells && batch.mesh->triangles.size() / 3 > size_t(cells) * size_t(cells) * 5)
-        return meshes.coarse(batch.mesh, cells, statistics.uploadedMeshes);
-    return meshes.get(batch.mesh, statistics.uploadedMeshes);
+    if (cells > kMostCells || shown->triangles.size() / 3 <= size_t(cells) * size_t(cells) * 5)
+        return meshes.get(shown, statistics.uploadedMeshes);
+    return coarse ? meshes.coarse(shown, cells, statistics.uploadedMeshes)
+                  : meshes.smoothed(shown, cells, statistics.uploadedMeshes);
 }
 
 bool Frame::showsGlass() const

@@ -117,6 +117,9 @@ struct Frame
     /// The mesh of a batch in the form that suits the picture.
     const GlMesh& meshOf(const Batch& batch, const InstanceStore::Range& range) const;
 
+    /// Whether the mesh of a batch may be coarser where that isn't seen.
+    bool maySmooth(const Batch& batch) const;
+
     /// Whether anything in view is transparent.
     bool showsGlass() const;
 

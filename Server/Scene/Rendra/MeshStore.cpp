@@ -229,18 +229,22 @@ const GlMesh& MeshStore::get(const std::shared_ptr<const Vs::BodyMesh>& mesh, ui
     return entry.gl;
 }
 
-const GlMesh& MeshStore::coarse(const std::shared_ptr<const Vs::BodyMesh>& mesh, int cells, uint64_t& uploads)
+const GlMesh& MeshStore::level(const std::shared_ptr<const Vs::BodyMesh>& mesh, int cells, bool smooth,
+                               uint64_t& uploads)
 {
     const GlMesh& whole = get(mesh, uploads);
+    if (smooth && !whole.closed)
+        return whole;
+    const auto make = smooth ? smoothedMesh : coarseMesh;
     Entry& entry = m_meshes[mesh.get()];
-    const auto [found, isNew] = entry.levels.try_emplace(cells);
+    const auto [found, isNew] = entry.levels.try_emplace({cells, smooth});
     CoarseLevel& level = found->second;
     if (isNew) {
         if (mesh->triangles.size() / 3 <= kCoarsenedAtOnce) {
-            level.mesh = coarseMesh(*mesh, cells);
+            level.mesh = make(*mesh, cells);
         } else if (m_coming < kMostComing) {
             ++m_coming;
-            level.coming = std::async(std::launch::async, [mesh, cells] { return coarseMesh(*mesh, cells); });
+            level.coming = std::async(std::launch::async, [=] { return make(*mesh, cells); });
         } else {
             entry.levels.erase(found); // asked again with the next picture
             return whole;

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <unordered_map>
+#include <utility>
 
 namespace Rendra {
 
@@ -35,7 +36,7 @@ struct GlMesh
     std::weak_ptr<const Vs::BodyMesh> source;
 };
 
-/// A mesh with fewer triangles for pictures of a moving view.
+/// A mesh with fewer triangles for pictures of a moving view, or in which the body is small.
 struct CoarseLevel
 {
     std::future<std::shared_ptr<const Vs::BodyMesh>> coming; ///< While it is being made.
@@ -52,7 +53,16 @@ public:
     /// A coarser form of the mesh, with that many cells along its longest side (see coarseMesh; a power of
     /// two), or the mesh itself until there is one: those of large meshes are made in parallel with the
     /// drawing.
-    const GlMesh& coarse(const std::shared_ptr<const Vs::BodyMesh>& mesh, int cells, uint64_t& uploads);
+    const GlMesh& coarse(const std::shared_ptr<const Vs::BodyMesh>& mesh, int cells, uint64_t& uploads)
+    {
+        return level(mesh, cells, false, uploads);
+    }
+    /// The same for a picture that stands still (see smoothedMesh); bodies that aren't closed are not
+    /// changed.
+    const GlMesh& smoothed(const std::shared_ptr<const Vs::BodyMesh>& mesh, int cells, uint64_t& uploads)
+    {
+        return level(mesh, cells, true, uploads);
+    }
     /// Frees what belongs to meshes that are gone.
     void collect();
     void release();
@@ -60,13 +70,15 @@ public:
     uint64_t bytes() const;
 
 private:
+    const GlMesh& level(const std::shared_ptr<const Vs::BodyMesh>& mesh, int cells, bool smooth,
+                        uint64_t& uploads);
     void upload(GlMesh& target, const Vs::BodyMesh& mesh);
     static void free(GlMesh& mesh);
 
     struct Entry
     {
         GlMesh gl;
-        std::map<int, CoarseLevel> levels; ///< By their cells.
+        std::map<std::pair<int, bool>, CoarseLevel> levels; ///< By their cells, and whether smoothed.
     };
     void free(Entry& entry);
 

@@ -13,17 +13,23 @@
 namespace {
 
 using Rendra::coarseMesh;
+using Rendra::smoothedMesh;
 using Rendra::Graphics::BodyNode;
 using Vs::Scene::Image;
 using Vs::Scene::OffscreenRenderer;
 
-TEST(CoarseMesh, HasFarFewerTrianglesInTheSamePlacesAndStaysClosed)
+/// The first and the last meridian are identical to the last bit, as in the kernel's meshes.
+Shapes::MeshPtr closedBall(double radius, int rings)
 {
-    // The first and the last meridian are identical to the last bit, as in the kernel's meshes.
-    Vs::BodyMesh rounded = *Shapes::ball(50, 100);
+    Vs::BodyMesh rounded = *Shapes::ball(radius, rings);
     for (float& value : rounded.positions)
         value = std::round(value * 1024) / 1024;
-    const auto ball = std::make_shared<const Vs::BodyMesh>(std::move(rounded));
+    return std::make_shared<const Vs::BodyMesh>(std::move(rounded));
+}
+
+TEST(CoarseMesh, HasFarFewerTrianglesInTheSamePlacesAndStaysClosed)
+{
+    const Shapes::MeshPtr ball = closedBall(50, 100);
     ASSERT_TRUE(Rendra::isClosedAndOutward(*ball));
     for (const int cells : {8, 16, 32}) {
         const auto coarse = coarseMesh(*ball, cells);
@@ -64,6 +70,83 @@ TEST(CoarseMesh, KeepsColoursApartAndIsNotMadeWhereItSavesNothing)
     EXPECT_FALSE(coarseMesh(*Shapes::box(10, 10, 10), 4));
     EXPECT_FALSE(coarseMesh(*Shapes::ball(50, 8), 64));
     EXPECT_FALSE(coarseMesh(Vs::BodyMesh(), 4));
+}
+
+TEST(CoarseMesh, SmoothedMovesNothingButSmoothSurfacesAndThoseHardly)
+{
+    const Vs::BodyMesh rounded = *closedBall(50, 100);
+    constexpr int kCells = 50;
+    const auto smooth = smoothedMesh(rounded, kCells);
+    ASSERT_TRUE(smooth);
+    EXPECT_LT(smooth->triangles.size(), rounded.triangles.size() / 4);
+    EXPECT_TRUE(Rendra::isClosedAndOutward(*smooth));
+    for (size_t i = 0; i < smooth->positions.size(); i += 3) {
+        const float* p = &smooth->positions[i];
+        ASSERT_NEAR(std::hypot(p[0], p[1], p[2]), 50, 0.1 * 100 / kCells);
+    }
+
+    // A slanted square beside it has sharp edges and another colour.
+    Vs::BodyMesh mesh = rounded;
+    const auto first = uint32_t(mesh.positions.size() / 3), triangles = uint32_t(mesh.triangles.size() / 3);
+    const float corners[4][3] = {{60, 0, 0}, {61, 0, 0.1f}, {61, 1, 0.1f}, {60, 1, 0}};
+    for (const auto& corner : corners) {
+        mesh.positions.insert(mesh.positions.end(), std::begin(corner), std::end(corner));
+        mesh.normals.insert(mesh.normals.end(), {-0.0995f, 0, 0.995f});
+        mesh.bounds.add({corner[0], corner[1], corner[2]});
+    }
+    mesh.normals[3 * size_t(first)] = 1; // a corner that looks elsewhere
+    mesh.normals[3 * size_t(first) + 2] = 0;
+    mesh.triangles.insert(mesh.triangles.end(), {first, first + 1, first + 2, first, first + 2, first + 3});
+    mesh.faces.push_back({triangles, 2, -1});
+    const auto both = smoothedMesh(mesh, kCells);
+    ASSERT_TRUE(both);
+    ASSERT_EQ(both->faces.back().triangleCount, 2u);
+    for (size_t i = 0; i < 4; ++i) {
+        const uint32_t at = both->triangles[both->triangles.size() - 6 + (i < 3 ? i : 5)];
+        for (size_t axis = 0; axis < 3; ++axis)
+            EXPECT_EQ(both->positions[3 * size_t(at) + axis], corners[i][axis]);
+    }
+}
+
+TEST(StillPicture, LooksTheSameWithFewerTrianglesOnSmallBodies)
+{
+    const auto fragment = Vs::Scene::ViewFragment::make(nullptr);
+    fragment->renderParams()->groundPlaneEnabled(false);
+    const Shapes::MeshPtr ball = closedBall(4, 28); // few enough for the first picture
+    ASSERT_TRUE(Rendra::isClosedAndOutward(*ball) && smoothedMesh(*ball, 8));
+    std::vector<Vs::StrongRef<BodyNode>> nodes;
+    for (int i = 0; i < 100; ++i) {
+        nodes.push_back(BodyNode::make(ball, {0.5f, 0.3f, 0.2f, 1}));
+        Vs::Scene::NodeChange(nodes.back().get())
+            .transform(GkMatrix3d::translation({i % 10 * 10.0, i / 10 * 10.0, 0}));
+        Vs::Scene::NodeChange(fragment->viewFragmentNode()).add(nodes.back());
+    }
+    fragment->camera()->fit(fragment->bounds());
+    Vs::Scene::ImageOptions options{.antiAliasing = false, .transparentBackground = true};
+    options.highlights = options.fine = false;
+    const auto draw = [&] {
+        Image image;
+        Vs::Status status;
+        if (!OffscreenRenderer::get()->render({fragment.get()}, 400, 300, options, image, status))
+            image.pixels.clear();
+        return image.pixels;
+    };
+    const std::vector<uint8_t> smoothed = draw();
+    if (smoothed.empty())
+        GTEST_SKIP() << "NOTICE: no OpenGL to draw with";
+    // What is selected has all its triangles, as its outline must lie on it.
+    for (const auto& node : nodes)
+        Vs::Scene::NodeChange(node.get()).highlight(Rendra::Graphics::Highlight::Selected);
+    const std::vector<uint8_t> whole = draw();
+    size_t covered = 0, outline = 0, shades = 0;
+    for (size_t i = 0; i < whole.size(); i += 4) {
+        covered += whole[i + 3] > 0;
+        outline += (whole[i + 3] > 0) != (smoothed[i + 3] > 0);
+        shades += std::abs(whole[i + 1] - smoothed[i + 1]) > 12;
+    }
+    EXPECT_LT(outline, covered / 50);
+    EXPECT_LT(shades, covered / 25);
+    EXPECT_NE(whole, smoothed) << "nothing was smoothed";
 }
 
 TEST(MovingPicture, IsCoarserOnlyWhereTheSceneIsLargeAndWholeAgainWhenItStandsStill)
