@@ -62,8 +62,8 @@ public:
 
     /// Draws the fragments in order. Larger pictures are assembled from tiles. Returns false with an error in
     /// the status, and an empty image, if there is no way to draw on this machine, if a side is 0 or larger
-    /// than kLargestSide, or if there isn't enough memory. After a reset of the driver everything is made anew
-    /// and drawn again.
+    /// than kLargestSide, or if there isn't enough memory. After a reset of the driver everything is made
+    /// anew and drawn again.
     virtual bool render(const std::vector<ViewFragment*>& fragments, uint32_t width, uint32_t height,
                         const ImageOptions& options, Image& image, Status& status) = 0;
 

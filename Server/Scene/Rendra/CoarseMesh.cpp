@@ -166,9 +166,11 @@ std::shared_ptr<const Vs::BodyMesh> clustered(const Vs::BodyMesh& mesh, int cell
     std::unordered_map<uint64_t, uint32_t> corners;
     std::vector<Sum> normals;
     const auto cornerOf = [&](uint32_t vertex, size_t face) {
-        constexpr uint64_t kAll = 7, kOwn = 8; // no side has these numbers
+        constexpr uint64_t kAll = 7, kSingle = 8; // no side has these numbers
         const bool divided = cellOf[vertex] >= single;
-        const uint64_t side = divided ? kOwn : onlySmooth ? kAll : sideOf(&mesh.normals[3 * size_t(vertex)]);
+        const uint64_t side = divided      ? kSingle
+                              : onlySmooth ? kAll
+                                           : sideOf(&mesh.normals[3 * size_t(vertex)]);
         const uint64_t colour = uint64_t(mesh.faces[face].colour) + 1;
         const uint64_t key = uint64_t(divided ? vertex : cellOf[vertex]) | side << 32 | colour << 36;
         const auto [found, isNew] = corners.try_emplace(key, uint32_t(normals.size()));
