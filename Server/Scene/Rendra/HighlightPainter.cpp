@@ -192,7 +192,7 @@ void HighlightPainter::drawLines(const Frame& frame)
         const float colour[4] = {own[0], own[1], own[2], 1};
         gatherBox(*lit.batch->mesh, instance, colour);
         if (m_vertices.size() < kMostVertices)
-            gatherEdges(*lit.batch->mesh, instance, colour);
+            gatherEdges(*frame.shownOf(*lit.batch), instance, colour);
         if (m_vertices.size() >= kMostVertices)
             break;
     }

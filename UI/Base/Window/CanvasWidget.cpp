@@ -42,6 +42,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 
 namespace Vu {
 namespace {
@@ -87,6 +88,7 @@ public:
         m_still.setSingleShot(true);
         m_still.setInterval(kStillInterval);
         QObject::connect(&m_still, &QTimer::timeout, widget, [widget] { widget->update(); });
+        all().insert(this);
         Vs::Scene::CameraEventSource::get()->subscribe(this);
         Vs::AssetEventSource::get()->subscribe(this);
         Vs::Scene::GraphicsOptionGroup::get()->subscribe(this);
@@ -97,9 +99,30 @@ public:
         Vs::AssetEventSource::get()->unsubscribe(this);
         Vs::Scene::GraphicsOptionGroup::get()->unsubscribe(this);
         Vs::Scene::FinerMeshes::get().forget(this);
+        all().erase(this);
+    }
+
+    static std::set<CanvasLink*>& all()
+    {
+        static auto* const links = new std::set<CanvasLink*>;
+        return *links;
     }
 
     const GraphicsCanvas& canvas() const { return *m_canvas; }
+    const QWidget* window() const { return m_widget->window(); }
+
+    void settle()
+    {
+        if (!m_widget->isVisible())
+            return;
+        m_still.stop();
+        m_judged = nullptr;
+        m_settles = true;
+        m_widget->repaint();
+        m_settles = false;
+        Vs::Scene::FinerMeshes::get().await(Vs::Scene::ImageOptions().finerWait);
+        m_widget->repaint();
+    }
 
     /// What must be drawn now; none without a view.
     std::vector<Vs::Scene::ViewFragment*> fragments()
@@ -124,7 +147,7 @@ public:
     {
         const GraphicsView* view = m_canvas->view();
         return view && m_judged != view && !moving() && !view->waitsForContent() &&
-               !Vs::TranscriptMgr::get()->replaying();
+               (m_settles || !Vs::TranscriptMgr::get()->replaying());
     }
     void wish(const std::vector<Vs::Scene::FinerWish>& finer, bool software)
     {
@@ -278,8 +301,8 @@ private:
     GraphicsCanvas* m_canvas;
     QWidget* m_widget;
     QTimer m_content, m_still, m_finer;
-    const GraphicsView* m_judged =
-        nullptr;          ///< The view whose meshes are known to be fine enough, or wished so.
+    const GraphicsView* m_judged = nullptr; ///< The view that was looked at for too coarse meshes.
+    bool m_settles = false;
     uint64_t m_drawn = 0; ///< FinerMesh::revision of the last picture.
     int m_held = kNoMouseButton;
 };
@@ -528,6 +551,13 @@ private:
 std::unique_ptr<CanvasSurface> makeCanvasSurface(GraphicsCanvas* canvas)
 {
     return std::make_unique<WidgetSurface>(canvas);
+}
+
+void settleCanvases(const QWidget* window)
+{
+    for (CanvasLink* link : CanvasLink::all())
+        if (link->window() == window)
+            link->settle();
 }
 
 } // namespace Vu

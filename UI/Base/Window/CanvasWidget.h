@@ -8,4 +8,8 @@ namespace Vu {
 /// images of the offscreen renderer.
 std::unique_ptr<CanvasSurface> makeCanvasSurface(GraphicsCanvas* canvas);
 
+/// Draws the canvases of a window as they are once the camera stands still and the finer meshes that they
+/// need are there.
+void settleCanvases(const QWidget* window);
+
 } // namespace Vu

@@ -2,6 +2,7 @@
 
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Notifications.h"
+#include "UI/Base/Window/CanvasWidget.h"
 #include "UI/Base/Window/ProgressPanel.h"
 #include "UI/Base/Window/QtPictures.h"
 #include "UI/Base/Window/TourOverlay.h"
@@ -98,6 +99,7 @@ bool QtWindow::picture(Vs::Scene::Image& image)
     // What lines before have changed is to be seen, which the panels put off for as long as lines run.
     for (int refresh = 0; refresh < kRefreshes; ++refresh)
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    settleCanvases(m_window.get());
     // The line that asks for the picture must not be in it.
     ProgressPanel* panel = m_window->progressPanel();
     const bool busy = panel->isVisible();
