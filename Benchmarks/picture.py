@@ -4,10 +4,13 @@
 Quillet runs cold (its import cache emptied) and warm (seen before). The floor is a program of the bare kernel that reads
 and meshes the file, in parallel, and draws nothing. Any other program that draws a file without a window can run beside
 them: --peer takes its command, in which {file} and {picture} stand for the paths. The smallest time of the rounds counts;
-beside it stands the smallest processor time, which other programs on the machine change least. With --steps, it is shown
+beside it stands the smallest processor time of the program, without the worker that reads a file, which other programs on the
+machine change least. --others adds what else is written of a file that was seen before: a picture with everything as shown, a
+turntable of 12 pictures, and drawings without hidden lines. With --steps, it is shown
 where the time of a first picture goes (bench_first_picture).
 
-    Benchmarks/picture.py [--rounds N] [--build DIR] [--steps] [--peer COMMAND]... FILE...
+    Benchmarks/picture.py [--rounds N] [--build DIR] [--steps] [--others]
+                          [--peer COMMAND]... FILE...
 """
 
 import argparse
@@ -31,10 +34,14 @@ def timed(command):
     return elapsed, work
 
 
-def measure(file, binaries, peers, rounds, scratch):
+def measure(file, binaries, peers, rounds, others, scratch):
     picture, profile = scratch / "picture.png", scratch / "profile"
-    quillet = [binaries / "quillet", "--headless", "--profile-dir", profile, file,
-               "--command", f'Commands.Start SaveAsImageCommand Path="{picture}" Width=1280 Height=720']
+    opened = [binaries / "quillet", "--headless", "--profile-dir", profile, file, "--command"]
+    quillet = [*opened, f'Commands.Start SaveAsImageCommand Path="{picture}" Width=1280 Height=720']
+    more = {"as shown": f'Commands.Start SaveAsImageCommand Path="{picture}" Width=1280 Height=720 AsShown=1',
+            "turntable of 12": f'Camera.Turntable "{picture}" 12 1280x720',
+            "drawing, SVG": f'Commands.Start SaveDrawingCommand Path="{scratch}/drawing.svg"',
+            "drawing, PDF": f'Commands.Start SaveDrawingCommand Path="{scratch}/drawing.pdf"'} if others else {}
     sides = {"the kernel, no picture": [binaries / "kernel_floor", "--parallel", file, scratch / "floor.stl"]}
     for number, peer in enumerate(peers, 1):
         sides[f"peer {number}"] = [word.format(file=file, picture=picture) for word in shlex.split(peer)]
@@ -48,6 +55,8 @@ def measure(file, binaries, peers, rounds, scratch):
             times[name].append(timed(quillet))
             if not picture.exists():
                 sys.exit(f"No picture was made of {file}.")
+        for name, line in more.items():
+            times.setdefault(name, []).append(timed([*opened, line]))
     def least(name):
         return [min(values) for values in zip(*times[name])]
 
@@ -65,6 +74,7 @@ def main():
     parser.add_argument("--rounds", type=int, default=3)
     parser.add_argument("--build", default=str(pathlib.Path(__file__).parent.parent / "build/release"))
     parser.add_argument("--steps", action="store_true")
+    parser.add_argument("--others", action="store_true")
     parser.add_argument("--peer", action="append", default=[])
     arguments = parser.parse_args()
     binaries = pathlib.Path(arguments.build) / "root/bin"
@@ -72,7 +82,7 @@ def main():
         for file in arguments.files:
             if arguments.steps:
                 subprocess.run([binaries / "bench_first_picture", file], check=True)
-            measure(file, binaries, arguments.peer, arguments.rounds, pathlib.Path(scratch))
+            measure(file, binaries, arguments.peer, arguments.rounds, arguments.others, pathlib.Path(scratch))
 
 
 if __name__ == "__main__":
