@@ -7,6 +7,7 @@
 #include "Server/DataModel/Exchange/LostFaces.h"
 #include "Server/DataModel/Model/ModelData.h"
 
+#include <algorithm>
 #include <sstream>
 
 namespace Vs::DamagedParts {
@@ -54,10 +55,17 @@ std::vector<std::wstring> warningsOf(const Asset& asset)
 
 void note(Asset& asset, const std::vector<std::wstring>& warnings)
 {
-    std::unordered_map<std::wstring, LostFaces> losses;
+    std::unordered_map<std::wstring, LostFaces> losses, notShown;
     for (const std::wstring& warning : warnings)
         if (const auto loss = LostFaces::ofWarning(Strings::narrow(warning)); loss && !loss->part.empty())
-            losses[Strings::widen(loss->part)] = *loss;
+            (loss->areThere ? notShown : losses)[Strings::widen(loss->part)] = *loss;
+    // A part may have lost some, and have others that can't be shown: those are counted without the lost
+    // ones.
+    for (const auto& [part, more] : notShown)
+        if (const auto [known, isNew] = losses.emplace(part, more); !isNew) {
+            known->second.all = std::max(known->second.all, known->second.lost + more.all);
+            known->second.lost += more.lost;
+        }
     if (losses.empty())
         return;
     std::ostringstream lines;

@@ -10,11 +10,11 @@ namespace Vs {
 
 class Asset;
 
-/// Which parts of an asset lack faces because its file was damaged. Kept with its settings, so that it is
-/// known as long as the model exists.
+/// Which parts of an asset lack faces because its file was damaged, or have faces that can't be shown. Kept
+/// with its settings, so that it is known as long as the model exists.
 namespace DamagedParts {
 
-/// How many of its faces are gone, and how many there were.
+/// How many of its faces are gone or not to be seen, and how many there were.
 using Loss = std::pair<size_t, size_t>;
 
 /// By Component::id.

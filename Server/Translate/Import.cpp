@@ -1,6 +1,7 @@
 #include "Server/Translate/Import.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/Exchange/LostFaces.h"
 #include "Server/DataModel/Kernel/Mesher.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 #include "Server/DataModel/Model/MeshArrays.h"
@@ -131,15 +132,16 @@ public:
     {
         std::vector<std::string> warnings;
         for (const size_t body : m_order) {
-            const std::string part = '"' + Strings::narrow(m_tree.tree.bodies[body].name) + '"';
             const BodyMesh* const mesh = meshes[body].get();
             const std::string& fault = m_faults[body];
-            if (!fault.empty() || (m_faces[body] > 0 && (!mesh || mesh->triangles.empty())))
-                warnings.push_back("has a part " + part + " that can't be shown" +
-                                   (fault.empty() ? "" : ": " + fault));
-            else if (const size_t bare = mesh ? facesWithoutTriangles(*mesh) : 0; bare > 0)
-                warnings.push_back("has " + std::to_string(bare) + " of " + std::to_string(m_faces[body]) +
-                                   " faces of " + part + " that can't be shown");
+            const auto all = static_cast<size_t>(m_faces[body]);
+            const bool isNothing = !fault.empty() || !mesh || mesh->triangles.empty();
+            const size_t bare = isNothing ? all : facesWithoutTriangles(*mesh);
+            if (bare > 0 || !fault.empty())
+                warnings.push_back(
+                    Exchange::LostFaces{bare, all, Strings::narrow(m_tree.tree.bodies[body].name), true}
+                        .warning() +
+                    (fault.empty() ? "" : ": " + fault));
         }
         return warnings;
     }

@@ -7,6 +7,7 @@ namespace Vs::Exchange {
 namespace {
 
 constexpr const char* kNameless = "a part without a name";
+constexpr const char* kNotShown = " that can't be shown";
 
 } // namespace
 
@@ -16,14 +17,24 @@ std::string LostFaces::text() const
            (part.empty() ? kNameless : '"' + part + '"');
 }
 
+std::string LostFaces::warning() const
+{
+    return areThere ? "has " + text() + kNotShown : "lacks " + text();
+}
+
 std::optional<LostFaces> LostFaces::ofWarning(const std::string& warning)
 {
     constexpr size_t kLongest = 4096; // Matching takes memory for each letter.
-    static const std::regex pattern("lacks (\\d{1,9}) of (\\d{1,9}) faces? of (?:\"(.+)\"|[^\"]+)");
+    static const std::string faces = " (\\d{1,9}) of (\\d{1,9}) faces? of (?:\"(.+)\"|[^\"]+)";
+    static const std::regex lacks("lacks" + faces);
+    static const std::regex notShown("has" + faces + kNotShown + "(?:: .*)?");
     std::smatch match;
-    if (warning.size() > kLongest || !std::regex_match(warning, match, pattern))
+    if (warning.size() > kLongest)
         return std::nullopt;
-    return LostFaces{std::stoul(match[1]), std::stoul(match[2]), match[3]};
+    const bool areThere = std::regex_match(warning, match, notShown);
+    if (!areThere && !std::regex_match(warning, match, lacks))
+        return std::nullopt;
+    return LostFaces{std::stoul(match[1]), std::stoul(match[2]), match[3], areThere};
 }
 
 } // namespace Vs::Exchange

@@ -271,7 +271,7 @@ private:
     std::string lossOf(uint32_t item) const
     {
         const size_t faces = std::max<size_t>(1, m_plan.facesOf(item));
-        return "lacks " + Exchange::LostFaces{faces, faces, m_plan.partOf(item)}.text();
+        return Exchange::LostFaces{faces, faces, m_plan.partOf(item)}.warning();
     }
 
     /// Collects what has ended; false if the file must be read as a whole.

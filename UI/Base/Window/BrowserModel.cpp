@@ -237,7 +237,7 @@ QString BrowserModel::damageOf(const Vs::Component& component) const
         return {};
     const auto& [lost, all] = found->second;
     return QString::fromStdWString(localizedFormat(
-        "BrowserDamaged", "%1% of %2% faces were damaged in the file and are left out", lost, all));
+        "BrowserDamaged", "%1% of %2% faces are damaged in the file and not shown", lost, all));
 }
 
 QVariant BrowserModel::viewData(const Vs::NameView::NamedView& view, int role) const

@@ -314,9 +314,20 @@ TEST_F(SalvageTest, AFaceOfWhichTheKernelMakesNothingIsToldOf)
     StepFile file(whole);
     file[file.find("PLANE")] = "OFFSET_SURFACE('',#" + std::to_string(file.find("PLANE", 1)) + ",0.,.F.)";
     const std::wstring path = write("replica.stp", file.text());
-    ASSERT_NE(open(path), nullptr) << said();
+    const Document* const document = open(path);
+    ASSERT_NE(document, nullptr) << said();
     EXPECT_NE(said().find("has 1 of 6 faces of \"Red box\" that can't be shown"), std::string::npos)
         << said();
+    const auto marked = DamagedParts::of(*document->activeAsset());
+    ASSERT_EQ(marked.size(), 1u);
+    EXPECT_EQ(marked.begin()->second, DamagedParts::Loss(1, 6));
+    // It counts together with those that are left out.
+    StepFile both = file;
+    std::string& other = both[both.find("ADVANCED_FACE", 3)];
+    other = "ADVANCED_FACF" + other.substr(other.find('('));
+    const auto more = DamagedParts::of(*opened(both.text()));
+    ASSERT_EQ(more.size(), 1u) << said();
+    EXPECT_EQ(more.begin()->second, DamagedParts::Loss(2, 6)) << said();
     EXPECT_FALSE(openStrictly(write("strict.stp", file.text() + '\n')));
     EXPECT_NE(said().find("can't be shown"), std::string::npos) << said();
 }

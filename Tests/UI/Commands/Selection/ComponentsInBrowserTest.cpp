@@ -189,7 +189,7 @@ TEST_F(ComponentsInTheBrowser, ThatLostFacesWithADamagedFileAreMarked)
         if (!damage.isEmpty())
             told << damage;
     }
-    EXPECT_EQ(told, QStringList("1 of 6 faces were damaged in the file and are left out"));
+    EXPECT_EQ(told, QStringList("1 of 6 faces are damaged in the file and not shown"));
 }
 
 TEST_F(ComponentsInTheBrowser, TheKeyAndTheMenuDelete)
