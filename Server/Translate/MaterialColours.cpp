@@ -27,13 +27,6 @@ double linear(uint8_t value)
     return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
 }
 
-/// As screens have it, and all colours of a model.
-float onScreen(double linear)
-{
-    const double v = std::clamp(linear, 0.0, 1.0);
-    return float(v <= 0.0031308 ? v * 12.92 : 1.055 * std::pow(v, 1 / 2.4) - 0.055);
-}
-
 /// Throws Unreadable.
 std::array<double, 4> meanOfPicture(std::string_view bytes)
 {
@@ -115,7 +108,7 @@ Quantity_ColorRGBA MaterialColours::of(const XCAFDoc_VisMaterial& material)
     const bool blended = material.AlphaMode() == Graphic3d_AlphaMode_Blend;
     float channels[4] = {};
     for (int i = 0; i < 3; ++i)
-        channels[i] = onScreen(colour[size_t(i)] + double(made.EmissiveFactor[i]));
+        channels[i] = float(std::clamp(colour[size_t(i)] + double(made.EmissiveFactor[i]), 0.0, 1.0));
     channels[3] = blended ? float(std::clamp(colour[3], 0.0, 1.0)) : 1.0f;
     return {channels[0], channels[1], channels[2], channels[3]};
 }

@@ -13,7 +13,7 @@ class XCAFDoc_VisMaterial;
 namespace Vs::Translate {
 
 /// The one colour that is shown for a material of a glTF file: its base colour times the mean of its picture,
-/// and what it gives off as light, which the format has linear. It is opaque unless the material is blended.
+/// and what it gives off as light. It is opaque unless the material is blended.
 class MaterialColours
 {
 public:

@@ -92,12 +92,6 @@ std::string base64(std::string_view bytes)
     return text;
 }
 
-/// Colours of models are those of screens, and those of the format are linear.
-float linear(float screen)
-{
-    return screen <= 0.04045f ? screen / 12.92f : std::pow((screen + 0.055f) / 1.055f, 2.4f);
-}
-
 class Gltf
 {
 public:
@@ -240,11 +234,10 @@ private:
         if (known != m_colours.end())
             return size_t(known - m_colours.begin());
         m_colours.push_back(colour);
-        return m_materials.add(
-            "{\"pbrMetallicRoughness\":{\"baseColorFactor\":" +
-            listOf(std::array{linear(colour.r), linear(colour.g), linear(colour.b), colour.a}) +
-            ",\"metallicFactor\":0},\"doubleSided\":true" +
-            (colour.a < 1 ? ",\"alphaMode\":\"BLEND\"}" : "}"));
+        return m_materials.add("{\"pbrMetallicRoughness\":{\"baseColorFactor\":" +
+                               listOf(std::array{colour.r, colour.g, colour.b, colour.a}) +
+                               ",\"metallicFactor\":0},\"doubleSided\":true" +
+                               (colour.a < 1 ? ",\"alphaMode\":\"BLEND\"}" : "}"));
     }
 
     const ExportedMeshes& m_meshes;

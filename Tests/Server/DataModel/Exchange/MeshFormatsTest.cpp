@@ -316,9 +316,9 @@ TEST_F(MeshFormatsTest, AMaterialOfGltfHasTheColourOfItsPictureAndItsLightAndIsO
     EXPECT_EQ(shownAs(half), (Shown{255, 0, 0, 255}));
     EXPECT_EQ(shownAs(half + R"(,"alphaMode":"MASK")"), (Shown{255, 0, 0, 255}));
     EXPECT_EQ(shownAs(half + R"(,"alphaMode":"BLEND")"), (Shown{255, 0, 0, 128}));
-    EXPECT_EQ(shownAs(half + R"(,"emissiveFactor":[0.5,0.214,0])"), (Shown{255, 127, 0, 255}));
+    EXPECT_EQ(shownAs(half + R"(,"emissiveFactor":[0.5,0.214,0])"), (Shown{255, 55, 0, 255}));
     const std::string textured = R"("pbrMetallicRoughness":{"baseColorTexture":{"index":0}})";
-    EXPECT_EQ(shownAs(textured, picture), (Shown{188, 188, 0, 255}));
+    EXPECT_EQ(shownAs(textured, picture), (Shown{128, 128, 0, 255}));
     EXPECT_TRUE(status.warnings().empty());
     const auto warns = [&](const std::string& uri, const wchar_t* words) {
         EXPECT_EQ(shownAs(textured, uri), (Shown{255, 255, 255, 255}));
