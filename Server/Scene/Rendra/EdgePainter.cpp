@@ -97,6 +97,7 @@ void EdgePainter::drawEdges(const Frame& frame, const Look& look)
     const Program& program = edgeProgram(frame, look);
     setLine(program, frame, look);
     glUniform1f(program.uniform("dashLength"), look.dashPixels);
+    glUniform1i(program.uniform("onFaces"), look.onFaces);
     const KeptScene& scene = frame.scene;
     for (size_t i = 0; i < scene.list.batches().size(); ++i) {
         const Batch& batch = *scene.list.batches()[i];

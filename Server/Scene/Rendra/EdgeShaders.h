@@ -16,11 +16,15 @@ uniform vec3 selectedColour;
 uniform vec4 middle;        // of the body, and its size
 uniform float pixelsOfUnit; // at distance 1 in a perspective
 uniform bool perspective;
+uniform bool onFaces;
 
 vec4 lineAt(vec3 seen)
 {
+    // Dark lines could not be seen on dark faces.
+    float bright = max(colour.r, max(colour.g, colour.b));
+    vec3 plain = onFaces ? mix(max(edgeColour.rgb, vec3(0.40)), edgeColour.rgb, smoothstep(0.10, 0.30, bright)) : edgeColour.rgb;
     float across = middle.w * pixelsOfUnit / (perspective ? max(-seen.z, 1e-6) : 1.0);
-    vec3 tint = !tinted || (flags & 3u) == 0u ? edgeColour.rgb : (flags & 2u) != 0u ? selectedColour : pointedColour;
+    vec3 tint = !tinted || (flags & 3u) == 0u ? plain : (flags & 2u) != 0u ? selectedColour : pointedColour;
     return vec4(tint, edgeColour.a * smoothstep(9.0, 60.0, across) * ((flags & 8u) != 0u ? 0.16 : mix(0.5, 1.0, colour.a)));
 }
 )";

@@ -208,7 +208,7 @@ TEST_F(LightPicture, WithoutADomeTheBackgroundIsThePlainColourOfTheEnvironment)
 TEST_F(LightPicture, WhiteUncolouredGreyAndBlackBodiesStandOutFromEveryPlainBackground)
 {
     options.dome = false;
-    const Vs::Colour colours[] = {{1, 1, 1, 1}, {}, {0.5f, 0.5f, 0.5f, 1}, {0.06f, 0.06f, 0.06f, 1}};
+    const Vs::Colour colours[] = {{1, 1, 1, 1}, {}, {0.216f, 0.216f, 0.216f, 1}, {0.005f, 0.005f, 0.005f, 1}};
     for (int i = 0; i < 4; ++i)
         show(Shapes::box(20, 20, 20), {30.0 * i, 0, 0}, colours[i]);
     fragment->camera()->look({-1, 1.5, -0.8}, {0, 0, 1});
@@ -232,6 +232,24 @@ TEST_F(LightPicture, WhiteUncolouredGreyAndBlackBodiesStandOutFromEveryPlainBack
                                     << i;
             }
         }
+}
+
+TEST_F(LightPicture, EdgesOfBlackBodiesAreLight)
+{
+    show(Shapes::box(40, 40, 40), {-20, -20, -20}, {0.005f, 0.005f, 0.005f, 1});
+    fragment->camera()->projection(kParallelProjection);
+    fragment->camera()->look({-125, 210, -110}, {0, 0, 1});
+    fragment->camera()->fit(fragment->bounds());
+    options.transparentBackground = true;
+    const auto light = [&](int style) {
+        draw(style);
+        int count = 0;
+        for (size_t i = 0; i < image.pixels.size(); i += 4)
+            count += image.pixels[i + 3] == 255 && image.pixels[i + 1] > 85;
+        return count;
+    };
+    EXPECT_EQ(light(kShaded), 0);
+    EXPECT_GT(light(kShadedWithVisibleEdges), 150);
 }
 
 } // namespace
