@@ -85,6 +85,8 @@ void revert(Vs::Document* document, Vs::Status& status)
     OpenDocumentCmd::OpenSingleFile(file, status, document->cloudId());
     const DocumentSession* shown = SessionMgr::get()->activeDocumentSession();
     if (shown && shown->document() != document) {
+        if (!isNative)
+            before.restoreHidden(status);
         before.restore();
         return;
     }

@@ -78,11 +78,20 @@ TEST_F(MoreSaveTest, RevertGoesBackToTheFileAndKeepsViewAndSelection)
 TEST_F(MoreSaveTest, RevertReadsAForeignFileAgainAndAlsoADocumentBehind)
 {
     newBox();
+    answer(L"Design.Box 5 5 5");
     answer(L"Asset.Export " + file(L"part.step"));
     constexpr int kDontSave = 1;
     answerBoxes(kDontSave);
     answer(L"Document.CloseAll");
     answer(L"Document.Open " + file(L"part.step"));
+    // What is hidden isn't in the file.
+    answer(L"Design.Hide Box2");
+    const auto hidden = [&] {
+        return answer(L"Script.Component Box2").find(L"\"visible\":false") != std::wstring::npos;
+    };
+    EXPECT_TRUE(hidden());
+    answer(L"Document.Revert");
+    EXPECT_TRUE(hidden());
     newBox();
     answer(L"Document.Rename Front");
     answer(L"Document.Revert " + file(L"part.step"));
