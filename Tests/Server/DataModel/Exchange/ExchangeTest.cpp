@@ -259,11 +259,15 @@ TEST_F(ExchangeTest, EachBadFileGivesOneMessageThatNamesItAndTheCause)
     expectFault(write("a.brep", iges), "is named .brep but holds IGES");
     expectFault(write("cut.stl", stl.substr(0, stl.size() - 20)), "STL");
     expectFault(write("half.igs", iges.substr(0, iges.size() / 2)), "is cut off");
-    expectFault(write("nearly.igs", iges.substr(0, iges.size() / 10 * 9)), "is cut off");
-    // The end is there, but the last four lines before it are missing.
+    // What is sound of these opens, but not without a word; of the second, the last four lines before its end
+    // are missing.
     const size_t line = iges.find('\n') + 1;
-    expectFault(write("holed.igs", iges.substr(0, iges.size() - 5 * line) + iges.substr(iges.size() - line)),
-                "is cut off: of the ");
+    for (const std::string& text :
+         {iges.substr(0, iges.size() / 10 * 9),
+          iges.substr(0, iges.size() - 5 * line) + iges.substr(iges.size() - line)}) {
+        EXPECT_NE(open(write("nearly.igs", text)), nullptr);
+        EXPECT_NE(status.toString().find(L"is damaged"), std::wstring::npos);
+    }
     expectFault(write("cut.brep", brep.substr(0, brep.size() / 2)), "BREP");
     expectFault(write("none.stp", "ISO-10303-21;\nHEADER;\nENDSEC;\nDATA;\nENDSEC;\nEND-ISO-10303-21;\n"),
                 "");
