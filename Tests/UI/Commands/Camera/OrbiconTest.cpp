@@ -92,8 +92,10 @@ protected:
     {
         Vs::Scene::Image image;
         Vs::Status status;
-        EXPECT_TRUE(Vs::Scene::OffscreenRenderer::get()->render(view()->viewFragments(), width, height, {},
-                                                                image, status))
+        Vs::Scene::ImageOptions options;
+        options.fine = false; // As in a canvas.
+        EXPECT_TRUE(Vs::Scene::OffscreenRenderer::get()->render(view()->viewFragments(), width, height,
+                                                                options, image, status))
             << status.matchingError("");
         return image;
     }
