@@ -64,7 +64,7 @@ bool mayRevert(const Vs::Document& document)
     return box.show() == 0;
 }
 
-void revert(Vs::Document* document, Vs::Status& status)
+void revert(Vs::Document* document, const RunningMeasurement& measured, Vs::Status& status)
 {
     const std::wstring file = fileOf(*document);
     boost::system::error_code error;
@@ -73,6 +73,8 @@ void revert(Vs::Document* document, Vs::Status& status)
             localizedFormat("RevertNoFile", "\"%1%\" has no file to go back to.", document->displayName()));
         return;
     }
+    const DocumentSession* front = SessionMgr::get()->activeDocumentSession();
+    const bool wasInFront = front && front->document() == document;
     // What is opened takes the place of what shows.
     if (!showDocument(document, AllSessions::No))
         return;
@@ -87,6 +89,8 @@ void revert(Vs::Document* document, Vs::Status& status)
     if (shown && shown->document() != document) {
         if (!isNative)
             before.restoreHidden(status);
+        if (wasInFront)
+            measured.resume(); // Before the selection is there, of which it would measure more.
         before.restore();
         return;
     }
@@ -129,7 +133,7 @@ RevertDocumentCmd::RevertDocumentCmd(RevertDocumentCmdDef* definition, CommandCo
 void RevertDocumentCmd::onExecute(Vs::Status& status)
 {
     if (Vs::Document* document = documentOf(*commandContext()))
-        revert(document, status);
+        revert(document, m_measured, status);
 }
 
 void SaveDocumentCopyCmdDef::createCommandDef()

@@ -2,6 +2,7 @@
 
 #include "UI/Base/Command/SimpleCommand.h"
 #include "UI/Commands/CommandRow.h"
+#include "UI/Commands/Measure/RunningMeasurement.h"
 
 namespace Vs {
 class Document;
@@ -25,9 +26,9 @@ protected:
     CommandBase* onCreateCommand(CommandContext* context) override;
 };
 
-/// The document is recreated, and shown with the same camera and selection, as far as the selected things
-/// still exist. If the file can't be read, everything stays as it was. Unsaved changes are left as a recovery
-/// file.
+/// The document is recreated, and shown with the same camera and selection and measured as before, as far as
+/// the things still exist. If the file can't be read, everything stays as it was. Unsaved changes are left as
+/// a recovery file.
 class RevertDocumentCmd : public Vs::Implements<RevertDocumentCmd, SimpleCommand>
 {
 public:
@@ -35,6 +36,9 @@ public:
 
 protected:
     void onExecute(Vs::Status& status) override;
+
+private:
+    const RunningMeasurement m_measured; ///< From before this command, which ends it to make room.
 };
 
 class SaveDocumentCopyCmd;

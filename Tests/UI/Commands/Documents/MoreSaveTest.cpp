@@ -62,9 +62,15 @@ TEST_F(MoreSaveTest, RevertGoesBackToTheFileAndKeepsViewAndSelection)
     answer(L"Design.Box 1 1 1");
     answer(L"Camera.Set 100,-200,300 1,2,3 0,0.6,0.8 0.1 54321 33 44 1");
     const std::wstring before = camera();
+    answer(L"Commands.Start MeasureCommand");
+    answer(L"Commands.SetInput SelectionInput1 Box1/Edge1");
     answer(L"Selection.Select Box1/Face2 Box2");
     answer(L"Document.Revert");
     ASSERT_EQ(documents(), 1u);
+    EXPECT_NE(answer(L"Commands.Inputs").find(L"SelectionInput1 Box1:1/Body1/Edge1\nSelectionInput2 \"\""),
+              std::wstring::npos)
+        << answer(L"Commands.Inputs");
+    answer(L"Commands.Cancel");
     EXPECT_EQ(activeDocument()->path(), file(L"part.vlra"));
     EXPECT_FALSE(activeDocument()->isDirty(false));
     EXPECT_EQ(answer(L"Selection.List"), L"Box1:1/Body1/Face2");
