@@ -33,6 +33,7 @@
 #include <new>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -56,13 +57,17 @@ struct Task
 // The kernel allocates and frees arrays of some hundred kilobytes all the time. With its default thresholds
 // the allocator would return each of them to the system, whose fresh pages take a tenth of the time of a
 // small file. Kept, they are reused: the peak stays the same.
-void keepFreedMemory()
+void keepFreedMemory(const std::string& source)
 {
     mallopt(M_MMAP_THRESHOLD, 32 << 20);
     mallopt(M_TRIM_THRESHOLD, 512 << 20);
     // Each meshing thread would have a heap of its own, beside the first one, which is full of what the
-    // reader has freed: up to a sixth more memory. Two threads hardly wait for each other; many would.
-    if (std::thread::hardware_concurrency() <= 2)
+    // reader of a large file has freed: up to a sixth more memory. Two threads hardly wait for each other;
+    // many would, and for a small file there is nothing to gain.
+    constexpr uint64_t kLarge = 4 << 20;
+    std::error_code error;
+    if (const uint64_t size = std::filesystem::file_size(source, error);
+        !error && size > kLarge && std::thread::hardware_concurrency() <= 2)
         mallopt(M_ARENA_MAX, 1);
 }
 
@@ -227,7 +232,7 @@ int main(int argc, char** argv)
         return 2;
     }
     Vs::Translate::limitFiles(task.written);
-    Vs::Translate::keepFreedMemory();
+    Vs::Translate::keepFreedMemory(task.source);
     // Destroying the kernel's structures takes long, and the system does it at once.
     std::_Exit(Vs::Translate::run(task));
 }
