@@ -106,18 +106,18 @@ TEST(BadInput, TruncatedFilesAreRefusedOrSaySo)
 {
     SKIP_WITHOUT_REAL_DATA();
     const ScratchFolder scratch;
-    for (const char* name : {"example_45_faces.iges", "Torus_1.brep"}) {
+    const auto cut = [&](const char* name, double part) {
         const std::string whole = contentOf(realDataFolder() / name);
-        for (const double part : {0.1, 0.5, 0.9})
-            expectRefusedByName(
-                scratch.write(std::to_string(static_cast<int>(part * 100)) + name,
-                              whole.substr(0, static_cast<size_t>(part * double(whole.size())))));
-    }
-    // Of this one what stands before the cut opens.
-    const std::string step = contentOf(realDataFolder() / "as1-tu-203.stp");
-    for (const char* part : {"1", "5", "9"}) {
-        const fs::path file = scratch.write(std::string("cut") + part + ".stp",
-                                            step.substr(0, step.size() / 10 * size_t(part[0] - '0')));
+        return scratch.write(std::to_string(static_cast<int>(part * 100)) + name,
+                             whole.substr(0, static_cast<size_t>(part * double(whole.size()))));
+    };
+    for (const double part : {0.1, 0.5, 0.9})
+        expectRefusedByName(cut("Torus_1.brep", part));
+    expectRefusedByName(cut("example_45_faces.iges", 0.1)); // Not one of its faces is there.
+    // Of these what stands before the cut opens.
+    for (const fs::path& file :
+         {cut("as1-tu-203.stp", 0.1), cut("as1-tu-203.stp", 0.5), cut("as1-tu-203.stp", 0.9),
+          cut("example_45_faces.iges", 0.5), cut("example_45_faces.iges", 0.9)}) {
         const ProcessResult run = runQuillet({"--headless", "--command", "Document.Open " + quoted(file)});
         EXPECT_EQ(run.exitCode, 0) << run.errors;
         EXPECT_NE(run.output.find(file.filename().string() + "\" is damaged"), std::string::npos)
