@@ -136,7 +136,7 @@ bool measure(const std::string& name)
     if (isFile)
         std::filesystem::remove(source); // it stays mapped
     if (scene.parts.empty()) {
-        std::fprintf(stderr, "bench_first_picture: there is no scene \"%s\"\n", name.c_str());
+        std::fprintf(stderr, "bench_first_picture: unknown scene \"%s\"\n", name.c_str());
         return false;
     }
     const Vs::StrongRef<ViewFragment> fragment = makeScene(scene);

@@ -152,7 +152,7 @@ bool measure(const std::string& name)
 {
     const BenchScene::Scene scene = BenchScene::sceneOf(name);
     if (scene.parts.empty()) {
-        std::fprintf(stderr, "bench_looks: there is no scene \"%s\"\n", name.c_str());
+        std::fprintf(stderr, "bench_looks: unknown scene \"%s\"\n", name.c_str());
         return false;
     }
     Stage stage = makeStage(scene);

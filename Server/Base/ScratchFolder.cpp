@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Where there is none, making a folder in it fails and says so.
+/// The usual one where the environment names one that doesn't exist.
 std::string temporaryFolder()
 {
     std::error_code error;

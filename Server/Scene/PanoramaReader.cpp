@@ -57,7 +57,7 @@ extern "C" void quilletReadPanorama(const std::wstring& path, Vs::Scene::Panoram
     Source source;
     boost::system::error_code error;
     if (!fs::is_regular_file(path, error))
-        fail(localizedFormat("PanoramaNoFile", "There is no file \"%1%\".", path));
+        fail(localizedFormat("PanoramaNoFile", "No file was found at \"%1%\".", path));
     source.stream.open(fs::path(path), std::ios::binary);
     if (!source.stream)
         fail(localizedFormat("PanoramaUnreadable", "\"%1%\" can't be read.", path));

@@ -54,13 +54,13 @@ extern "C" bool quilletPrintPage(const Vu::VectorPage& page, const std::wstring&
     for (const QString& name : QPrinterInfo::availablePrinterNames())
         others += (others.empty() ? L"" : L", ") + name.toStdWString();
     status.addError(
-        others.empty() ? Vu::localizedFormat(
-                             "PrinterNone",
-                             "There is no printer \"%1%\", nor any other: none is set up on this system. "
-                             "A PDF file can be printed into without one.",
-                             printer)
-                       : Vu::localizedFormat("PrinterUnknown", "There is no printer \"%1%\". There are: %2%.",
-                                             printer, others));
+        others.empty()
+            ? Vu::localizedFormat("PrinterNone",
+                                  "No printer is named \"%1%\", and none is set up on this system. You can "
+                                  "print to a PDF file instead.",
+                                  printer)
+            : Vu::localizedFormat("PrinterUnknown", "No printer is named \"%1%\". Available printers: %2%.",
+                                  printer, others));
     return false;
 }
 

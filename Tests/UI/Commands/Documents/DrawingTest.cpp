@@ -212,7 +212,7 @@ TEST_F(PrintTest, WhatCanNotBePrintedIsToldWithItsCause)
     };
     const std::wstring path = L"Path=" + scratch(L"page.pdf");
     refuses(L"", L"no file name");
-    refuses(L"Printer=Nowhere", L"There is no printer \"Nowhere\"");
+    refuses(L"Printer=Nowhere", L"No printer is named \"Nowhere\"");
     refuses(path + L" Print=All", L"View, Model and Drawing");
     refuses(path + L" Paper=B9", L"There are: A4, A3");
     refuses(path + L" Margin=wide", L"from 0 to 50");
