@@ -3,6 +3,7 @@
 #include "Server/DataModel/DocumentEvents.h"
 #include "Server/DataModel/ModelBuilder.h"
 #include "Server/DataModel/TransactionMgr.h"
+#include "Tests/UI/Becomes.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Command/Command.h"
 #include "UI/Base/Command/CommandDefinition.h"
@@ -352,51 +353,53 @@ TEST_F(UndoTest, KeysAndButtonsDoTheSame)
     workspace->window()->show();
     WorkspaceMgr::activeWorkspace(workspace);
     answer(L"Design.New");
-    const auto settle = [] {
-        Application::get()->processEvents();
-        QApplication::processEvents();
-    };
     QWidget* window = workspace->window()->widget();
-    const auto enabled = [&](const char* name) {
-        const auto* button = window->findChild<QToolButton*>(QString::fromLatin1(name));
-        return button && button->isEnabled();
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window)) << "only an active window has its keys";
+    const auto becomes = [](const auto& condition) {
+        return UiTests::becomes([&] {
+            Application::get()->processEvents();
+            return condition();
+        });
     };
-    settle();
-    EXPECT_FALSE(enabled("UndoDropDown"));
+    // The buttons follow when the window has time for it.
+    const auto offers = [&](bool undone, bool redone) {
+        const auto enabled = [&](const char* name) {
+            const auto* button = window->findChild<QToolButton*>(QString::fromLatin1(name));
+            return button && button->isEnabled();
+        };
+        return becomes(
+            [&] { return enabled("UndoDropDown") == undone && enabled("RedoDropDown") == redone; });
+    };
+    EXPECT_TRUE(offers(false, false));
     EXPECT_TRUE(window->findChild<QToolButton*>("UndoDropDown")->toolTip().contains("Ctrl+Z"));
     answer(L"Design.Box 1 1 1");
     answer(L"Design.Box 1 1 1");
-    settle();
-    EXPECT_TRUE(enabled("UndoDropDown"));
-    EXPECT_FALSE(enabled("RedoDropDown"));
+    EXPECT_TRUE(offers(true, false));
     QTest::keyClick(window, Qt::Key_Z, Qt::ControlModifier);
-    settle();
+    EXPECT_TRUE(offers(true, true));
     EXPECT_EQ(parts().size(), 1u);
-    EXPECT_TRUE(enabled("RedoDropDown"));
     QTest::keyClick(window, Qt::Key_Y, Qt::ControlModifier);
-    settle();
+    EXPECT_TRUE(offers(true, false));
     EXPECT_EQ(parts().size(), 2u);
-    EXPECT_FALSE(enabled("RedoDropDown"));
     QTest::keyClick(window, Qt::Key_Z, Qt::ControlModifier);
-    settle();
+    EXPECT_TRUE(offers(true, true));
     answer(L"Design.Box 1 1 1");
-    settle();
-    EXPECT_FALSE(enabled("RedoDropDown")) << "a new step ends what could be redone";
+    EXPECT_TRUE(offers(true, false)) << "a new step ends what could be redone";
     // A tool may keep the keys to itself while it guards the selection; a button is another matter.
     Sketch* tool = sketch();
     tool->draw();
     tool->draw();
     tool->selectionChangeAllowMode(1);
     QTest::keyClick(window, Qt::Key_Z, Qt::ControlModifier);
-    settle();
+    Application::get()->processEvents();
+    QApplication::processEvents();
     EXPECT_EQ(tool->lines, 2);
     definition(L"UndoCommand")->onClicked();
-    settle();
-    EXPECT_EQ(tool->lines, 1);
+    EXPECT_TRUE(becomes([&] { return tool->lines == 1; }));
     tool->selectionChangeAllowMode(0);
     QTest::keyClick(window, Qt::Key_Z, Qt::ControlModifier);
-    settle();
-    EXPECT_EQ(tool->lines, 0);
+    EXPECT_TRUE(becomes([&] { return tool->lines == 0; }));
     WorkspaceMgr::get()->close(workspace);
     WorkspaceMgr::activeWorkspace(before);
 }
