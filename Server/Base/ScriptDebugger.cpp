@@ -4,8 +4,8 @@
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/Status.h"
+#include "Server/Base/TranscriptKind.h"
 #include "Server/Base/TranscriptMgr.h"
-#include "Server/Base/TranscriptReplay.h"
 
 #include <boost/filesystem/path.hpp>
 

@@ -7,6 +7,7 @@
 #include "Server/Base/ScriptDebugger.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
+#include "Server/Base/TranscriptKind.h"
 #include "Server/Base/TranscriptPython.h"
 #include "Server/Base/TranscriptReplay.h"
 #include "Server/Base/Warning.h"

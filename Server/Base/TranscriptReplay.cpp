@@ -10,12 +10,10 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptFile.h"
+#include "Server/Base/TranscriptKind.h"
 
-#include <boost/filesystem/fstream.hpp>
-#include <boost/filesystem/operations.hpp>
+#include <boost/filesystem/path.hpp>
 
-#include <algorithm>
-#include <cwctype>
 #include <optional>
 #include <string>
 
@@ -25,41 +23,6 @@ namespace {
 
 /// A file of garbage fails at each of its million lines.
 constexpr size_t kMostErrors = 100;
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-
-/// Without the byte order mark and line end that an editor may have left.
-std::string firstLine(const std::wstring& path)
-{
-    boost::filesystem::ifstream stream{boost::filesystem::path(path)};
-    std::string line(64, '\0'); // Longer than those that are looked for.
-    stream.read(line.data(), static_cast<std::streamsize>(line.size()));
-    line.resize(static_cast<size_t>(stream.gcount()));
-    line.resize(std::min(line.find('\n'), line.size()));
-    if (line.starts_with(kByteOrderMark))
-        line.erase(0, kByteOrderMark.size());
-    if (line.ends_with('\r'))
-        line.pop_back();
-    return line;
-}
-
-/// The first word of the first line that isn't empty or a comment; empty if there is none.
-std::wstring firstCommand(const std::wstring& path)
-{
-    try {
-        TranscriptFile file(path);
-        std::wstring line;
-        while (file.next(line)) {
-            TextLine words(line);
-            if (words.skipBlanks() && line[words.position()] != L'#') {
-                const std::wstring word(words.plainWord());
-                return word.starts_with(L"!") ? word.substr(1) : word;
-            }
-        }
-    } catch (const Exception&) {
-        // It can't be read, or has a line longer than a transcript's may be.
-    }
-    return {};
-}
 
 /// Why the first line says that this version can't play the file; empty if it can.
 std::wstring laterLayout(const std::wstring& line)
@@ -391,42 +354,6 @@ private:
 };
 
 } // namespace
-
-bool isTranscript(const std::wstring& path)
-{
-    return TranscriptMgr::typeOf(path) == kTextTranscript || firstLine(path) == kPythonTranscriptHead;
-}
-
-bool looksLikeTextTranscript(const std::wstring& path)
-{
-    if (firstLine(path).starts_with(kTextTranscriptHead))
-        return true;
-    const std::wstring command = firstCommand(path);
-    const size_t dot = command.find(L'.');
-    const auto isName = [](std::wstring_view name) {
-        return !name.empty() && name.front() >= L'A' && name.front() <= L'Z' &&
-               std::all_of(name.begin(), name.end(),
-                           [](wchar_t c) { return c < 0x80 && std::iswalnum(static_cast<wint_t>(c)); });
-    };
-    return dot != std::wstring::npos && isName(std::wstring_view(command).substr(0, dot)) &&
-           isName(std::wstring_view(command).substr(dot + 1));
-}
-
-bool holdsNoTranscript(const std::wstring& path, ETranscriptType type)
-{
-    namespace fs = boost::filesystem;
-    boost::system::error_code error;
-    if (!fs::is_regular_file(path, error) || fs::file_size(path, error) == 0)
-        return false;
-    if (type == kPythonTranscript)
-        return !isTranscript(path);
-    if (firstLine(path).starts_with(kTextTranscriptHead))
-        return false;
-    const std::wstring command = firstCommand(path);
-    const size_t dot = command.find(L'.');
-    return dot == std::wstring::npos ||
-           !TextCommandMgr::get()->find(command.substr(0, dot), command.substr(dot + 1));
-}
 
 ReplayResult playTranscript(const std::wstring& path, ETranscriptType type, const ReplayOptions& options)
 {

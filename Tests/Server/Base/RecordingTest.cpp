@@ -1,4 +1,5 @@
 #include "Server/Base/Status.h"
+#include "Server/Base/TranscriptKind.h"
 #include "Server/Base/TranscriptReplay.h"
 #include "Server/Base/TranscriptSecrets.h"
 #include "Server/Base/TranscriptTrigger.h"

@@ -2,6 +2,7 @@
 
 #include "Server/Base/PythonManager.h"
 #include "Server/Base/Strings.h"
+#include "Server/Base/TranscriptKind.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/Base/TranscriptReplay.h"
 #include "Server/DataModel/Asset.h"

@@ -1,7 +1,7 @@
 #include "UI/Application/Testing/TestProcess.h"
 
 #include "Server/Base/SiblingLibrary.h"
-#include "Server/Base/TranscriptReplay.h"
+#include "Server/Base/TranscriptKind.h"
 #include "UI/Application/RunCommandLine.h"
 #include "UI/Application/Testing/ReadableStack.h"
 

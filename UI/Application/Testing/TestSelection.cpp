@@ -1,6 +1,6 @@
 #include "UI/Application/Testing/TestSelection.h"
 
-#include "Server/Base/TranscriptReplay.h"
+#include "Server/Base/TranscriptKind.h"
 #include "UI/Application/Testing/TestHistory.h"
 #include "UI/Application/Testing/TestRun.h"
 

@@ -1,7 +1,7 @@
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/TextCommandMgr.h"
+#include "Server/Base/TranscriptKind.h"
 #include "Server/Base/TranscriptMgr.h"
-#include "Server/Base/TranscriptReplay.h"
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Users.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
