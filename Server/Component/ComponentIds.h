@@ -21,6 +21,12 @@ namespace Vs {
     return id.substr(id.rfind('/') + 1);
 }
 
+/// The id of the component at that place in an assembly, or at the top of the tree.
+[[nodiscard]] inline std::string idBelow(const Component& parent, const std::string& place)
+{
+    return parent.id.empty() ? place : parent.id + '/' + place;
+}
+
 /// Whether the component of this id is the other one, or is inside it.
 [[nodiscard]] inline bool isWithin(const std::string& id, const std::string& other)
 {

@@ -28,39 +28,6 @@ bool isAtTop(const std::string& place)
     return std::count(place.begin(), place.end(), ':') == kColonsOfPart;
 }
 
-std::string idBelow(const Component& parent, const std::string& place)
-{
-    return parent.id.empty() ? place : parent.id + '/' + place;
-}
-
-/// Where that stands which a component shows, as far as the tree of a file tells: the shape of its body, or
-/// what its children stand in. Empty for an assembly of nothing.
-std::string partShownBy(const Component& component)
-{
-    if (const auto* body = cast<ModelBody>(component.body.get()))
-        return body->entry();
-    if (component.children.empty())
-        return {};
-    const std::string place = placeOf(component.children.front()->id);
-    return place.substr(0, place.rfind(':'));
-}
-
-/// Notes what the components below show. Returns false where they don't tell that, or stand otherwise than
-/// the kernel would have put them.
-bool relate(PartIndex& parts, const Component& parent, const std::string& partOfParent)
-{
-    int last = 0;
-    return std::ranges::all_of(parent.children, [&](const std::unique_ptr<Component>& child) {
-        const std::string part = partShownBy(*child), place = placeOf(child->id);
-        const int number = lastNumber(child->id);
-        if (part.empty() || child->id != idBelow(parent, place) ||
-            place.substr(0, place.rfind(':')) != partOfParent || number <= std::exchange(last, number))
-            return false;
-        parts.add(*child, part);
-        return relate(parts, *child, part);
-    });
-}
-
 } // namespace
 
 struct ComponentTree::Refresh
@@ -195,7 +162,7 @@ ComponentsEvent::Changes ComponentTree::refresh()
         // The tree of a file is that of its data: then only what was changed since has to be asked for.
         constexpr const char* kShapes = "0:1:1"; // Where the parts of all models stand.
         if (!m_related)
-            m_related = m_source->file && relate(m_parts, *m_root, kShapes);
+            m_related = m_source->file && m_parts.addTree(*m_root, kShapes);
         if (!m_related) {
             refreshAll(refresh);
             return std::move(refresh.changes);

@@ -1,7 +1,10 @@
 #include "Server/DataModel/Model/PartIndex.h"
 
 #include "Server/Component/ComponentIds.h"
+#include "Server/DataModel/Model/ModelBody.h"
 
+#include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace Vs {
@@ -43,6 +46,18 @@ void takeOut(Lists& lists, Lists::iterator list, uint32_t Component::Notes::*row
         lists.erase(list);
 }
 
+/// Where that stands which a component shows, as far as the tree of a file tells: the shape of its body, or
+/// what its children stand in. Empty for an assembly of nothing.
+std::string partShownBy(const Component& component)
+{
+    if (const auto* body = cast<ModelBody>(component.body.get()))
+        return body->entry();
+    if (component.children.empty())
+        return {};
+    const std::string place = placeOf(component.children.front()->id);
+    return place.substr(0, place.rfind(':'));
+}
+
 } // namespace
 
 void PartIndex::add(Component& component, const std::string& part)
@@ -52,6 +67,20 @@ void PartIndex::add(Component& component, const std::string& part)
     component.notes.rowOfPart = append(ofPart->second, component);
     if (isInAssembly(component))
         component.notes.rowAtPlace = append(m_atPlace[placeOf(component.id)], component);
+}
+
+bool PartIndex::addTree(const Component& parent, const std::string& part)
+{
+    int last = 0;
+    return std::ranges::all_of(parent.children, [&](const std::unique_ptr<Component>& child) {
+        const std::string shown = partShownBy(*child), place = placeOf(child->id);
+        const int number = lastNumber(child->id);
+        if (shown.empty() || child->id != idBelow(parent, place) ||
+            place.substr(0, place.rfind(':')) != part || number <= std::exchange(last, number))
+            return false;
+        add(*child, shown);
+        return addTree(*child, shown);
+    });
 }
 
 std::string PartIndex::remove(Component& component)

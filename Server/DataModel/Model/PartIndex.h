@@ -18,6 +18,10 @@ public:
 
     /// Not for a component that is known already.
     void add(Component& component, const std::string& part);
+    /// Adds all that is below a component, as the tree of a file has it; `part` is what the component itself
+    /// shows. Returns false, having added some of them, if the tree doesn't tell what one of them shows, or
+    /// has it elsewhere than the kernel would have put it.
+    [[nodiscard]] bool addTree(const Component& parent, const std::string& part);
     /// Returns the part if nothing shows it any more, otherwise an empty text. Ignores an unknown component.
     std::string remove(Component& component);
 
