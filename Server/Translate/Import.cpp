@@ -3,6 +3,7 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Exchange/LostFaces.h"
 #include "Server/DataModel/Kernel/Mesher.h"
+#include "Server/DataModel/Kernel/PartCount.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
 #include "Server/DataModel/Model/MeshArrays.h"
 #include "Server/DataModel/Model/ModelFile.h"
@@ -13,7 +14,6 @@
 
 #include <Standard_Failure.hxx>
 #include <Standard_OutOfMemory.hxx>
-#include <TopExp_Explorer.hxx>
 
 #include <algorithm>
 #include <atomic>
@@ -28,14 +28,6 @@
 namespace Vs::Translate {
 
 namespace {
-
-int countFaces(const TopoDS_Shape& shape)
-{
-    int count = 0;
-    for (TopExp_Explorer faces(shape, TopAbs_FACE); faces.More(); faces.Next())
-        ++count;
-    return count;
-}
 
 /// With some numbers no surface or no boundary results, which the kernel doesn't report.
 size_t facesWithoutTriangles(const BodyMesh& mesh)
@@ -68,7 +60,7 @@ public:
     Bodies(const Kernel::XdeTree& tree, const Reading& reading) : m_tree(tree), m_reading(reading)
     {
         for (const TopoDS_Shape& shape : tree.shapes)
-            m_faces.push_back(shape.IsNull() ? 0 : countFaces(shape));
+            m_faces.push_back(shape.IsNull() ? 0 : Kernel::countOf(shape, TopAbs_FACE));
         m_faults.resize(m_faces.size());
         m_order.resize(m_faces.size());
         std::iota(m_order.begin(), m_order.end(), size_t{0});
@@ -76,14 +68,14 @@ public:
                          [&](size_t a, size_t b) { return m_faces[a] > m_faces[b]; });
     }
 
-    int faces() const { return std::accumulate(m_faces.begin(), m_faces.end(), 0); }
+    size_t faces() const { return std::accumulate(m_faces.begin(), m_faces.end(), size_t{0}); }
 
     // Each shape once, the big ones first. Progress is by faces, which reflect the work better than parts do.
     void mesh(Reporter& reporter)
     {
         if (m_reading.early)
             m_reading.early->finish();
-        const double total = std::max(1, faces());
+        const auto total = double(std::max<size_t>(1, faces()));
         std::atomic<double> done = 0;
         forEachInParallel(m_order.size(), [&](size_t i) {
             const size_t body = m_order[i];
@@ -91,7 +83,7 @@ public:
             if (shape.IsNull() || isMeshed(shape))
                 return;
             const Handle(BodyProgress) progress = new BodyProgress([&](double fraction) {
-                const double added = fraction * m_faces[body];
+                const double added = fraction * double(m_faces[body]);
                 reporter.progress((done.fetch_add(added) + added) / total);
             });
             try {
@@ -134,7 +126,7 @@ public:
         for (const size_t body : m_order) {
             const BodyMesh* const mesh = meshes[body].get();
             const std::string& fault = m_faults[body];
-            const auto all = static_cast<size_t>(m_faces[body]);
+            const size_t all = m_faces[body];
             const bool isNothing = !fault.empty() || !mesh || mesh->triangles.empty();
             const size_t bare = isNothing ? all : facesWithoutTriangles(*mesh);
             if (bare > 0 || !fault.empty())
@@ -155,7 +147,7 @@ private:
 
     const Kernel::XdeTree& m_tree;
     const Reading& m_reading;
-    std::vector<int> m_faces;
+    std::vector<size_t> m_faces;
     std::vector<std::string> m_faults; ///< Each of one body alone.
     std::vector<size_t> m_order;
 };

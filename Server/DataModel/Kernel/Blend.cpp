@@ -1,6 +1,7 @@
 #include "Server/DataModel/Kernel/Blend.h"
 
 #include "Server/DataModel/Kernel/LongWork.h"
+#include "Server/DataModel/Kernel/PartCount.h"
 #include "Server/DataModel/Kernel/SolidTools.h"
 #include "Server/DataModel/Private/ProgressText.h"
 
@@ -8,7 +9,6 @@
 #include <BRepFilletAPI_MakeChamfer.hxx>
 #include <BRepFilletAPI_MakeFillet.hxx>
 #include <Standard_Failure.hxx>
-#include <TopExp_Explorer.hxx>
 #include <TopoDS.hxx>
 
 #include <cmath>
@@ -39,18 +39,10 @@ std::shared_ptr<BRepFilletAPI_LocalOperation> makeOperation(BlendEdit::Kind kind
     return operation;
 }
 
-int solidCount(const TopoDS_Shape& shape)
-{
-    int count = 0;
-    for (TopExp_Explorer solids(shape, TopAbs_SOLID); solids.More(); solids.Next())
-        ++count;
-    return count;
-}
-
 /// Neither turned inside out nor fallen to pieces.
 bool isSound(const TopoDS_Shape& result, const TopoDS_Shape& before)
 {
-    if (result.IsNull() || solidCount(result) != solidCount(before))
+    if (result.IsNull() || countOf(result, TopAbs_SOLID) != countOf(before, TopAbs_SOLID))
         return false;
     const double volume = roughVolume(result), old = roughVolume(before);
     return BRepCheck_Analyzer(result).IsValid() && volume >= 0 && volume < 2 * std::abs(old) + 1e-9;

@@ -1,6 +1,7 @@
 #include "Server/DataModel/Kernel/Combine.h"
 
 #include "Server/DataModel/Kernel/LongWork.h"
+#include "Server/DataModel/Kernel/PartCount.h"
 #include "Server/DataModel/Kernel/SolidTools.h"
 #include "Server/DataModel/Private/ProgressText.h"
 
@@ -9,7 +10,6 @@
 #include <BRepAlgoAPI_Fuse.hxx>
 #include <BRepCheck_Analyzer.hxx>
 #include <Message_ProgressIndicator.hxx>
-#include <TopExp_Explorer.hxx>
 #include <TopTools_ListOfShape.hxx>
 
 #include <algorithm>
@@ -56,19 +56,12 @@ bool isPossible(Kind kind, double volume, double target, const std::vector<doubl
     return volume > 0 && volume < least + slack;
 }
 
-int faceCount(const TopoDS_Shape& shape)
-{
-    int count = 0;
-    for (TopExp_Explorer faces(shape, TopAbs_FACE); faces.More(); faces.Next())
-        ++count;
-    return count;
-}
-
 /// Whether nothing was taken away.
 bool isWhole(const TopoDS_Shape& shape, const TopoDS_Shape& before)
 {
     const double volume = roughVolume(before);
-    return faceCount(shape) == faceCount(before) && std::abs(roughVolume(shape) - volume) < 1e-9 * volume;
+    return countOf(shape, TopAbs_FACE) == countOf(before, TopAbs_FACE) &&
+           std::abs(roughVolume(shape) - volume) < 1e-9 * volume;
 }
 
 class Combination

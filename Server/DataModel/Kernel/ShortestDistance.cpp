@@ -1,6 +1,7 @@
 #include "Server/DataModel/Kernel/ShortestDistance.h"
 
 #include "Server/DataModel/Kernel/KernelDistance.h"
+#include "Server/DataModel/Kernel/PartCount.h"
 #include "Server/DataModel/Kernel/PieceTree.h"
 #include "Server/DataModel/Kernel/Reach.h"
 #include "Server/DataModel/Kernel/WideFace.h"
@@ -35,14 +36,6 @@ bool hasBareTriangles(const TopoDS_Shape& shape)
         if (BRep_Tool::Surface(TopoDS::Face(face.Current())).IsNull())
             return true;
     return false;
-}
-
-size_t faceCount(const TopoDS_Shape& shape)
-{
-    size_t count = 0;
-    for (TopExp_Explorer each(shape, TopAbs_FACE); each.More(); each.Next())
-        ++count;
-    return count;
 }
 
 /// Where one lies in a solid of the other as a whole, a point that both have.
@@ -258,8 +251,8 @@ private:
 
 bool mayTakeLong(const TopoDS_Shape& first, const TopoDS_Shape& second)
 {
-    return faceCount(first) * faceCount(second) > kFewPairs || hasBareTriangles(first) ||
-           hasBareTriangles(second);
+    return countOf(first, TopAbs_FACE) * countOf(second, TopAbs_FACE) > kFewPairs ||
+           hasBareTriangles(first) || hasBareTriangles(second);
 }
 
 std::optional<ShortestDistance> shortestDistance(const TopoDS_Shape& first, const TopoDS_Shape& second)

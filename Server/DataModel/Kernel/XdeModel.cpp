@@ -9,6 +9,7 @@
 #include "Server/DataModel/Kernel/MeasureParts.h"
 #include "Server/DataModel/Kernel/PartFacts.h"
 #include "Server/DataModel/Kernel/PlacedAt.h"
+#include "Server/DataModel/Kernel/PrimitiveShape.h"
 #include "Server/DataModel/Kernel/Recognise.h"
 #include "Server/DataModel/Kernel/SubShapes.h"
 #include "Server/DataModel/Kernel/XdeEdit.h"
@@ -17,13 +18,7 @@
 
 #include <Quantity_ColorRGBA.hxx>
 
-#include <BRepPrimAPI_MakeBox.hxx>
-#include <BRepPrimAPI_MakeCone.hxx>
-#include <BRepPrimAPI_MakeCylinder.hxx>
-#include <BRepPrimAPI_MakeSphere.hxx>
-#include <BRepPrimAPI_MakeTorus.hxx>
 #include <BRep_Builder.hxx>
-#include <Precision.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TopLoc_Location.hxx>
 #include <TopoDS.hxx>
@@ -34,8 +29,8 @@
 #include <XCAFDoc_ShapeTool.hxx>
 
 #include <algorithm>
-#include <cmath>
 #include <stdexcept>
+#include <utility>
 
 namespace Vs::Kernel {
 
@@ -49,49 +44,7 @@ TDF_Label bodyLabel(const Handle(TDocStd_Document) & document, const std::string
     return label;
 }
 
-/// The kernel's own cone has two radii that differ.
-TopoDS_Shape cone(double base, double top, double height)
-{
-    if (std::abs(base - top) <= Precision::Confusion())
-        return BRepPrimAPI_MakeCylinder(base, height).Shape();
-    return BRepPrimAPI_MakeCone(base, top, height).Shape();
-}
-
-TopoDS_Shape primitive(ModelKernel::Primitive kind, const double (&sizes)[3])
-{
-    switch (kind) {
-    case ModelKernel::Primitive::Box:
-        return BRepPrimAPI_MakeBox(sizes[0], sizes[1], sizes[2]).Shape();
-    case ModelKernel::Primitive::Cylinder:
-        return BRepPrimAPI_MakeCylinder(sizes[0], sizes[1]).Shape();
-    case ModelKernel::Primitive::Sphere:
-        return BRepPrimAPI_MakeSphere(sizes[0]).Shape();
-    case ModelKernel::Primitive::Cone:
-        return cone(sizes[0], sizes[1], sizes[2]);
-    case ModelKernel::Primitive::Torus:
-        return BRepPrimAPI_MakeTorus(sizes[0], sizes[1]).Shape();
-    }
-    throw std::runtime_error("unknown kind of primitive");
-}
-
 } // namespace
-
-/// A measurement that was made, and of which shapes; these are kept, so that no other ones get their places.
-struct XdeModel::KnownPair
-{
-    std::vector<MeasuredShape> first, second;
-    EMeasureType type;
-    std::vector<TopoDS_Shape> bodies;
-    ShapeAnswer answer;
-
-    static bool isSame(const std::vector<MeasuredShape>& a, const std::vector<MeasuredShape>& b)
-    {
-        return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& one, const auto& other) {
-            return one.entry == other.entry && one.leaf == other.leaf && one.index == other.index &&
-                   one.placement.isEqualTo(other.placement, {0, 0});
-        });
-    }
-};
 
 XdeModel::XdeModel() : m_document(newXdeDocument())
 {
@@ -256,24 +209,13 @@ ShapeAnswer XdeModel::measurePair(const std::vector<MeasuredShape>& first,
                                   const std::vector<MeasuredShape>& second, EMeasureType type)
 {
     return guarded([&] {
-        constexpr size_t kMostKnown = 32;
         std::vector<TopoDS_Shape> bodies = bodiesOf(first);
         for (const TopoDS_Shape& body : bodiesOf(second))
             bodies.push_back(body);
-        const auto known = std::find_if(m_pairs.begin(), m_pairs.end(), [&](const KnownPair& each) {
-            return each.type == type && KnownPair::isSame(each.first, first) &&
-                   KnownPair::isSame(each.second, second) &&
-                   std::equal(each.bodies.begin(), each.bodies.end(), bodies.begin(), bodies.end(),
-                              [](const auto& a, const auto& b) { return a.IsEqual(b); });
-        });
-        if (known != m_pairs.end()) {
-            m_pairs.splice(m_pairs.begin(), m_pairs, known);
-            return known->answer;
-        }
+        if (const ShapeAnswer* const known = m_pairs.find(first, second, type, bodies))
+            return *known;
         const ShapeAnswer answer = findPair(first, second, type);
-        m_pairs.push_front({first, second, type, bodies, answer});
-        if (m_pairs.size() > kMostKnown)
-            m_pairs.pop_back();
+        m_pairs.add({first, second, type, std::move(bodies), answer});
         return answer;
     });
 }
@@ -346,7 +288,7 @@ std::string XdeModel::addPrimitive(Primitive kind, const double (&sizes)[3], con
         if (colour)
             m_transaction.beginKernel();
         const TDF_Label part = newRootLabel(m_document);
-        XCAFDoc_DocumentTool::ShapeTool(m_document->Main())->SetShape(part, primitive(kind, sizes));
+        XCAFDoc_DocumentTool::ShapeTool(m_document->Main())->SetShape(part, primitiveShape(kind, sizes));
         m_transaction.noteAdded(part);
         setName(part, name);
         if (colour)

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "Server/DataModel/Kernel/BodyMesher.h"
+#include "Server/DataModel/Kernel/MeasuredPairs.h"
 #include "Server/DataModel/Kernel/XdeTransaction.h"
 #include "Server/DataModel/Model/ModelKernel.h"
 
 #include <TDocStd_Document.hxx>
 #include <TopoDS_Shape.hxx>
 
-#include <list>
 #include <map>
 #include <memory>
 #include <string_view>
@@ -76,7 +76,6 @@ private:
     /// Null if it is missing.
     TopoDS_Shape placed(const std::vector<MeasuredShape>& shapes, PlacedAt& at);
 
-    struct KnownPair;
     ShapeAnswer findPair(const std::vector<MeasuredShape>& first, const std::vector<MeasuredShape>& second,
                          EMeasureType type);
     /// The shapes of the bodies; replaced when the bodies change.
@@ -85,7 +84,7 @@ private:
     Handle(TDocStd_Document) m_document;
     XdeTransaction m_transaction;
     std::map<std::string, std::unique_ptr<SubShapes>> m_subShapes; ///< Of measured bodies.
-    std::list<KnownPair> m_pairs;                                  ///< Most recent first.
+    MeasuredPairs m_pairs;
 };
 
 } // namespace Vs::Kernel

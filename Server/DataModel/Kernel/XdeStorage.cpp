@@ -1,6 +1,7 @@
 #include "Server/DataModel/Kernel/XdeStorage.h"
 
 #include "Server/DataModel/Kernel/LabelIndex.h"
+#include "Server/DataModel/Kernel/MemoryBuffer.h"
 #include "Server/DataModel/Model/ForkedChild.h"
 
 #include <BinDrivers_DocumentStorageDriver.hxx>
@@ -82,32 +83,6 @@ public:
 private:
     std::streambuf* m_output;
     std::streambuf* m_errors;
-};
-
-class MemoryBuffer : public std::streambuf
-{
-public:
-    explicit MemoryBuffer(std::string_view bytes)
-    {
-        char* begin = const_cast<char*>(bytes.data());
-        setg(begin, begin, begin + bytes.size());
-    }
-
-private:
-    pos_type seekoff(off_type offset, std::ios_base::seekdir direction, std::ios_base::openmode) override
-    {
-        char* base = direction == std::ios_base::beg   ? eback()
-                     : direction == std::ios_base::cur ? gptr()
-                                                       : egptr();
-        if (base + offset < eback() || base + offset > egptr())
-            return pos_type(off_type(-1));
-        setg(eback(), base + offset, egptr());
-        return gptr() - eback();
-    }
-    pos_type seekpos(pos_type position, std::ios_base::openmode mode) override
-    {
-        return seekoff(off_type(position), std::ios_base::beg, mode);
-    }
 };
 
 } // namespace

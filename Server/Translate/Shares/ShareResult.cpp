@@ -1,6 +1,7 @@
 #include "Server/Translate/Shares/ShareResult.h"
 
 #include "Server/Base/SystemCalls.h"
+#include "Server/DataModel/Kernel/MemoryBuffer.h"
 
 #include <BRep_Builder.hxx>
 #include <BinTools.hxx>
@@ -64,34 +65,6 @@ protected:
 private:
     int m_descriptor;
     std::array<char, 1 << 16> m_piece;
-};
-
-/// Bytes in memory, in which a reader may seek back.
-class BytesBuffer : public std::streambuf
-{
-public:
-    explicit BytesBuffer(std::string_view bytes)
-    {
-        char* begin = const_cast<char*>(bytes.data());
-        setg(begin, begin, begin + bytes.size());
-    }
-
-protected:
-    pos_type seekoff(off_type offset, std::ios_base::seekdir from, std::ios_base::openmode) override
-    {
-        const off_type base = from == std::ios_base::beg   ? 0
-                              : from == std::ios_base::cur ? gptr() - eback()
-                                                           : egptr() - eback();
-        const off_type at = base + offset;
-        if (at < 0 || at > egptr() - eback())
-            return pos_type(off_type(-1));
-        setg(eback(), eback() + at, egptr());
-        return pos_type(at);
-    }
-    pos_type seekpos(pos_type at, std::ios_base::openmode which) override
-    {
-        return seekoff(off_type(at), std::ios_base::beg, which);
-    }
 };
 
 } // namespace
@@ -182,7 +155,7 @@ bool ShareResult::take(std::string_view& bytes, ShareResult& result)
         result.warnings.emplace_back(words.substr(0, words.find('\0')));
         words.remove_prefix(std::min(words.size(), result.warnings.back().size() + 1));
     }
-    BytesBuffer buffer(block->rest.substr(head.words));
+    Kernel::MemoryBuffer buffer(block->rest.substr(head.words));
     std::istream stream(&buffer);
     TopoDS_Shape all;
     BinTools::Read(all, stream);
