@@ -8,22 +8,17 @@
 #include "Server/Base/Python/ModelQuestions.h"
 #include "Server/Base/Python/OwnCode.h"
 #include "Server/Base/Python/ScriptError.h"
+#include "Server/Base/Python/ScriptSource.h"
 #include "Server/Base/Python/ScriptThreads.h"
 #include "Server/Base/Python/ScriptTrace.h"
+#include "Server/Base/Python/Startup.h"
 #include "Server/Base/Python/Statements.h"
-#include "Server/Base/Python/VirtualEnvironment.h"
 #include "Server/Base/SoftwareVersion.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/Base/TranscriptMgr.h"
 
-#include <boost/filesystem/fstream.hpp>
-#include <boost/filesystem/operations.hpp>
-
-#include <cerrno>
-#include <cstring>
-#include <iterator>
 #include <pybind11/stl.h>
 #include <tuple>
 #include <utility>
@@ -34,30 +29,7 @@ namespace py = pybind11;
 
 namespace {
 
-constexpr const char* kInterpreter =
-    "/usr/bin/python3"; ///< The system's own, whatever comes first on the PATH.
-
 constexpr const char* kClosingDown = "quillet.on_closing_down";
-
-/// Finds the modules of the areas for a Python that isn't the program's own, after all others: somebody
-/// else's module called Model or Options stays theirs.
-constexpr const char* kFinder = R"(
-import importlib.machinery, sys
-
-class _Areas:
-    def __init__(self, module):
-        self._module = module
-    def find_spec(self, name, path=None, target=None):
-        if path is None and name in self._module.areas():
-            return importlib.machinery.ModuleSpec(name, self, origin='quillet')
-    def create_module(self, spec):
-        return self._module.area(spec.name)
-    def exec_module(self, module):
-        pass
-
-def offer(module):
-    sys.meta_path.append(_Areas(module))
-)";
 
 /// Where the function is written, as far as it says so.
 std::wstring placeOf(const py::handle& function)
@@ -76,39 +48,20 @@ void evaluate(const py::object& compiled, const py::dict& names)
         throw py::error_already_set();
 }
 
-void startPython()
+py::module_ newModule()
 {
-    PyConfig config;
-    PyConfig_InitPythonConfig(&config);
-    config.install_signal_handlers = 0;
-    config.parse_argv = 0;
-    // Variables meant for another Python on the user's PATH must not affect this one.
-    config.use_environment = 0;
-    const std::string environment = activeEnvironment(kInterpreter);
-    const char* const interpreter = environment.empty() ? kInterpreter : environment.c_str();
-    PyConfig_SetBytesString(&config, &config.program_name, interpreter);
-    PyConfig_SetBytesString(&config, &config.executable, interpreter);
-    const PyStatus started = Py_InitializeFromConfig(&config);
-    PyConfig_Clear(&config);
-    if (PyStatus_Exception(started))
-        throw Exception(std::string("Python cannot be started: ") +
-                        (started.err_msg ? started.err_msg : "unknown cause") + '.');
+    // Of a kind that an import also takes from a library.
+    static PyModuleDef definition = {
+        PyModuleDef_HEAD_INIT, "_quillet", "What the package quillet stands on.", -1, {}, {}, {}, {}, {}};
+    return py::reinterpret_steal<py::module_>(PyModule_Create(&definition));
 }
 
-std::string readScript(const std::string& path)
+py::dict parametersOfRun()
 {
-    const boost::filesystem::path file(path);
-    boost::system::error_code error;
-    if (boost::filesystem::is_directory(file, error))
-        throw Exception(path + ": The script is a folder.");
-    errno = 0;
-    boost::filesystem::ifstream stream(file, std::ios::binary);
-    if (!stream)
-        throw Exception(path + ": The script cannot be read: " + std::strerror(errno) + '.');
-    std::string code(std::istreambuf_iterator<char>(stream), {});
-    if (code.find('\0') != std::string::npos)
-        throw Exception(path + ": The file is not a Python script: it holds binary data.");
-    return code;
+    py::dict all;
+    for (const auto& [name, value] : TranscriptMgr::get()->parameters())
+        all[pythonText(Strings::fromBytes(name))] = pythonText(Strings::fromBytes(value));
+    return all;
 }
 
 } // namespace
@@ -131,7 +84,7 @@ Interpreter::Interpreter()
 Interpreter::Interpreter(std::function<void()> end) : m_end(std::move(end))
 {
     makeHeld();
-    offerAreas();
+    offerAreas(m_held->module);
     py::module_::import("atexit").attr("register")(py::cpp_function([this] { this->end(); }));
 }
 
@@ -149,13 +102,6 @@ void Interpreter::updateModules()
 {
     if (!m_end)
         m_held->modules->update();
-}
-
-void Interpreter::offerAreas()
-{
-    py::dict names;
-    execute(kFinder, names);
-    names["offer"](m_held->module);
 }
 
 Interpreter::~Interpreter()
@@ -184,10 +130,7 @@ void Interpreter::makeHeld()
 
 void Interpreter::makeQuilletModule()
 {
-    // Of a kind that an import also takes from a library.
-    static PyModuleDef definition = {
-        PyModuleDef_HEAD_INIT, "_quillet", "What the package quillet stands on.", -1, {}, {}, {}, {}, {}};
-    auto module = py::reinterpret_steal<py::module_>(PyModule_Create(&definition));
+    py::module_ module = newModule();
     m_held->module = module;
     m_held->commandError = py::reinterpret_steal<py::object>(
         PyErr_NewExceptionWithDoc("quillet.CommandError", "A text command failed; the text is its reason.",
@@ -201,15 +144,8 @@ void Interpreter::makeQuilletModule()
         "on_closing_down",
         [this](const py::function& function) { m_held->closingDownFunctions.append(function); },
         "Has a function called before the application closes; if it returns False, the application stays.");
-    module.def(
-        "parameters",
-        [] {
-            py::dict all;
-            for (const auto& [name, value] : TranscriptMgr::get()->parameters())
-                all[pythonText(Strings::fromBytes(name))] = pythonText(Strings::fromBytes(value));
-            return all;
-        },
-        "What the run was given with --set NAME=VALUE, and replays have added.");
+    module.def("parameters", &parametersOfRun,
+               "What the run was given with --set NAME=VALUE, and replays have added.");
     module.def(
         "area", [this](const std::string& name) { return m_held->modules->area(name); },
         "The module of a subject area.");

@@ -49,7 +49,6 @@ private:
     void makeQuilletModule();
     /// Puts the areas' modules where imports find them.
     void updateModules();
-    void offerAreas();
     void defineCommand(ScriptModel::Command command, const std::string& name);
     /// Throws Vs::Exception.
     void runCommand(const std::string& name);

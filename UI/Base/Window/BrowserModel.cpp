@@ -6,10 +6,10 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetAdapter.h"
 #include "UI/Base/Command/Private/Localized.h"
+#include "UI/Base/Window/BrowserIcons.h"
 #include "UI/Base/Window/PlainText.h"
 
 #include <QApplication>
-#include <QPainter>
 #include <QPalette>
 #include <QPixmap>
 
@@ -18,69 +18,6 @@
 
 namespace Vu {
 namespace {
-
-constexpr int kIconSize = 32;
-
-/// A small box seen from a corner, or three of them for an assembly; the tones are readable on light and
-/// dark.
-QPixmap drawBox(int boxes)
-{
-    QPixmap picture(kIconSize, kIconSize);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const auto box = [&](double x, double y, double size) {
-        const QPointF top(x, y - size), left(x - size * 0.87, y - size / 2),
-            right(x + size * 0.87, y - size / 2);
-        const QPointF middle(x, y), lowLeft = left + QPointF(0, size), lowRight = right + QPointF(0, size);
-        const QPointF bottom(x, y + size);
-        painter.setPen(QPen(QColor(0x5b, 0x6b, 0x7c), 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter.setBrush(QColor(0xb9, 0xd6, 0xf2));
-        painter.drawPolygon(QPolygonF({top, right, middle, left}));
-        painter.setBrush(QColor(0x6f, 0xa8, 0xdc));
-        painter.drawPolygon(QPolygonF({left, middle, bottom, lowLeft}));
-        painter.setBrush(QColor(0x3f, 0x7f, 0xbf));
-        painter.drawPolygon(QPolygonF({middle, right, lowRight, bottom}));
-    };
-    if (boxes == 1) {
-        box(16, 16, 13);
-    } else {
-        box(16, 9, 7);
-        box(9, 21.5, 7);
-        box(23, 21.5, 7);
-    }
-    return picture;
-}
-
-/// A box with a warning sign in front.
-QPixmap drawDamagedBox()
-{
-    QPixmap picture = drawBox(1);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor(0x7a, 0x4b, 0x00), 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.setBrush(QColor(0xff, 0xc1, 0x3d));
-    painter.drawPolygon(QPolygonF({{22, 12.5}, {31, 30}, {13, 30}}));
-    painter.setPen(QPen(QColor(0x3d, 0x25, 0x00), 2.4, Qt::SolidLine, Qt::RoundCap));
-    painter.drawLine(QPointF(22, 19), QPointF(22, 23.5));
-    painter.drawPoint(QPointF(22, 27.2));
-    return picture;
-}
-
-/// A small camera, in the tones of the boxes.
-QPixmap drawCamera()
-{
-    QPixmap picture(kIconSize, kIconSize);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor(0x5b, 0x6b, 0x7c), 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.setBrush(QColor(0x6f, 0xa8, 0xdc));
-    painter.drawRoundedRect(QRectF(2.5, 10, 18.5, 14), 2.5, 2.5);
-    painter.setBrush(QColor(0xb9, 0xd6, 0xf2));
-    painter.drawPolygon(QPolygonF({{21, 15}, {29.5, 10}, {29.5, 24}, {21, 19}}));
-    return picture;
-}
 
 // The target of an index that isn't a component's: the folder, or one of the views, which the row identifies.
 const char kFolder = 0, kView = 0;
@@ -102,10 +39,10 @@ Vs::NameView::NamedViews* namedViewsOf(const Vs::Asset* asset)
 
 BrowserModel::BrowserModel(QObject* parent)
     : QAbstractItemModel(parent),
-      m_assemblyIcon(drawBox(3)),
-      m_partIcon(drawBox(1)),
-      m_damagedIcon(drawDamagedBox()),
-      m_viewIcon(drawCamera())
+      m_assemblyIcon(BrowserIcons::assembly()),
+      m_partIcon(BrowserIcons::part()),
+      m_damagedIcon(BrowserIcons::damagedPart()),
+      m_viewIcon(BrowserIcons::camera())
 {
     m_subscriptions.add(Vs::AssetEventSource::get(), this);
 }

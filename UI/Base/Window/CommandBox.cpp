@@ -1,6 +1,5 @@
 #include "UI/Base/Window/CommandBox.h"
 
-#include "Server/Base/TextCompletion.h"
 #include "Server/Base/TranscriptSecrets.h"
 #include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
@@ -23,24 +22,14 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 namespace Vu {
-namespace {
-
-/// An area is followed by a command's name, a folder by its contents.
-bool goesOn(const QString& candidate)
-{
-    return candidate.endsWith(QLatin1Char('.')) || candidate.endsWith(QLatin1Char('/'));
-}
-
-} // namespace
 
 CommandBox::CommandBox(QWidget* parent)
     : QFrame(parent),
       m_edit(new QLineEdit(this)),
       m_answers(new CommandAnswers(m_edit)),
       m_popup(new CompletionPopup(m_edit, this)),
+      m_completion(m_edit, m_popup),
       m_language(new QToolButton(this)),
       m_history(UIBaseOptionGroup::get()->commandHistory)
 {
@@ -152,23 +141,6 @@ bool CommandBox::key(int key)
     }
 }
 
-QString CommandBox::word() const
-{
-    const QString line = m_edit->text();
-    const int cursor = m_edit->cursorPosition();
-    if (takesPython())
-        return line.left(cursor).mid(PythonLine::wordStart(line, cursor));
-    const size_t start = Vs::TextCompletion::wordStart(line.toStdWString(), static_cast<size_t>(cursor));
-    return line.mid(static_cast<qsizetype>(start), cursor - static_cast<qsizetype>(start));
-}
-
-void CommandBox::replaceWord(const QString& text)
-{
-    const int end = m_edit->cursorPosition();
-    m_edit->setSelection(end - static_cast<int>(word().size()), static_cast<int>(word().size()));
-    m_edit->insert(text);
-}
-
 LineHistory& CommandBox::history()
 {
     return takesPython() ? m_python->history() : m_history;
@@ -185,40 +157,14 @@ void CommandBox::typed()
         m_edit->clear();
         takesPython(true);
     } else {
-        offer();
+        m_completion.offer();
     }
-}
-
-void CommandBox::offer()
-{
-    const QString line = m_edit->text();
-    QStringList candidates;
-    if (takesPython())
-        candidates = PythonLine::completions(line, m_edit->cursorPosition());
-    else if (!line.trimmed().isEmpty())
-        for (const std::wstring& candidate :
-             Vs::TextCompletion::complete(line.toStdWString(), static_cast<size_t>(m_edit->cursorPosition())))
-            candidates << QString::fromStdWString(candidate);
-    candidates.removeAll(word());
-    m_popup->offer(candidates);
 }
 
 void CommandBox::accept(int row)
 {
-    const QListWidgetItem* item = m_popup->item(row);
-    if (!item)
-        return;
-    const QString text = item->text();
-    m_popup->hide();
-    showFailed(false);
-    if (takesPython()) {
-        replaceWord(text);
-    } else if (goesOn(text)) {
-        replaceWord(text);
-        offer();
-    } else {
-        replaceWord(text + QLatin1Char(' '));
-    }
+    if (m_completion.accept(row))
+        showFailed(false);
 }
 
 bool CommandBox::tab()
@@ -226,25 +172,10 @@ bool CommandBox::tab()
     const bool inStatement = takesPython() && m_python->goesOn();
     if (m_edit->text().isEmpty() && !inStatement)
         return false; // On to the next part of the window.
-    if (takesPython() && m_edit->text().left(m_edit->cursorPosition()).trimmed().isEmpty()) {
+    if (takesPython() && m_edit->text().left(m_edit->cursorPosition()).trimmed().isEmpty())
         m_edit->insert(QStringLiteral("    "));
-        return true;
-    }
-    if (!m_popup->isVisible())
-        offer();
-    if (!m_popup->isVisible())
-        return true; // Nothing to complete; the focus still stays.
-    if (m_popup->currentRow() >= 0 || m_popup->count() == 1) {
-        accept(std::max(0, m_popup->currentRow()));
-        return true;
-    }
-    const QString common = m_popup->commonStart();
-    if (common.size() > word().size()) {
-        replaceWord(common);
-        offer();
-    } else {
-        m_popup->setCurrentRow(0);
-    }
+    else if (m_completion.complete())
+        showFailed(false);
     return true;
 }
 
@@ -311,6 +242,7 @@ void CommandBox::takesPython(bool takes)
         m_answers->clearOutput();
     }
     m_takesPython = takes;
+    m_completion.takesPython(takes);
     history().begin();
     showFailed(false);
     showLanguage();

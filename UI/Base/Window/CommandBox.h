@@ -1,6 +1,7 @@
 #pragma once
 
 #include "UI/Base/Window/ClickedLines.h"
+#include "UI/Base/Window/LineCompletion.h"
 #include "UI/Base/Window/LineHistory.h"
 
 #include <QFrame>
@@ -61,10 +62,7 @@ private:
     bool up();
     bool down();
     bool escape();
-    void offer();
     void accept(int row);
-    void replaceWord(const QString& text);
-    QString word() const;
     void recall(int step);
     LineHistory& history();
     void typed();
@@ -79,6 +77,7 @@ private:
     QLineEdit* m_edit;
     QPointer<CommandAnswers> m_answers; ///< A child of the window, which may go first.
     CompletionPopup* m_popup;
+    LineCompletion m_completion;
     QToolButton* m_language;
     LineHistory m_history;
     std::unique_ptr<PythonLine> m_python; ///< Null until needed.

@@ -2,11 +2,8 @@
 
 #include "Server/Base/Progress.h"
 #include "Server/Base/TranscriptMgr.h"
-#include "Server/Component/Component.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Measure/MeasureMgr.h"
-#include "Server/DataModel/Selection/PathQueries.h"
-#include "Server/DataModel/Selection/SelectionMgr.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Server/Types/UnitsOptionGroup.h"
 #include "UI/Base/Command/ControlCommandInputs.h"
@@ -28,36 +25,9 @@
 #include "UI/Commands/Resources.h"
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 namespace Vu::Commands {
-
-namespace {
-
-Vs::StrongRef<Vs::LogicalSelection> firstObject(const Vs::SelectionSet& set)
-{
-    for (const auto& selection : set.selections())
-        if (auto* object = Vs::cast<Vs::LogicalSelection>(selection.get()))
-            return Vs::StrongRef<Vs::LogicalSelection>(object);
-    return nullptr;
-}
-
-/// Whether neither it nor an assembly around it is hidden.
-bool isSeen(const Vs::Selection& selection)
-{
-    const auto* object = Vs::cast<Vs::LogicalSelection>(&selection);
-    const std::string id = object ? object->componentId() : std::string();
-    for (size_t end = 0; object && end != std::string::npos;) {
-        end = id.find('/', end + 1);
-        const Vs::Component* component = object->asset()->findComponent(id.substr(0, end));
-        if (!component || !component->visible)
-            return false;
-    }
-    return true;
-}
-
-} // namespace
 
 MeasureCmd::MeasureCmd(MeasureCmdDef* definition, CommandContext* context) : Implements(definition, context)
 {
@@ -69,6 +39,7 @@ MeasureCmd::MeasureCmd(MeasureCmdDef* definition, CommandContext* context) : Imp
     m_filters.fill();
     commandInputSet(CommandInputSet::make(this));
     m_inputs = std::make_unique<MeasureInputs>(commandInputSet());
+    m_selections.emplace(m_inputs->selections, m_state);
     for (size_t i = 0; i < m_inputs->selections.size(); ++i)
         m_inputs->selections[i]->requiredFilter(m_filters.of(i));
     m_inputs->chooseSelectionTypes(manager->selectionTypes());
@@ -108,23 +79,6 @@ EStackingBehavior MeasureCmd::onStackingBehavior() const
     return m_passive ? EStackingBehavior::OverCategory : EStackingBehavior::ByType;
 }
 
-// One after the other; the third only where there is something that it can take.
-void MeasureCmd::enableSelections()
-{
-    const bool any[] = {!m_inputs->selections[0]->selectionSet().empty(),
-                        !m_inputs->selections[1]->selectionSet().empty(),
-                        !m_inputs->selections[2]->selectionSet().empty()};
-    const bool points =
-        Vs::MeasureMgr::get()->selectionTypes() & static_cast<unsigned>(Vs::ESelectionType::Vertex);
-    m_inputs->selections[1]->enabled(any[0] || any[1]);
-    SelectionCommandInput* third = m_inputs->selections[2];
-    third->enabled(points && (any[1] || any[2]));
-    // What its field can't clear isn't shown either.
-    if (Vs::SelectionMgr* manager = isRunning() ? selectionManager() : nullptr)
-        manager->collect(third, third->enabled() ? third->selectionSet().selections()
-                                                 : std::vector<Vs::StrongRef<Vs::Selection>>());
-}
-
 // A recording says what was measured; whoever else begins does so with what is selected.
 void MeasureCmd::onBegin()
 {
@@ -133,14 +87,8 @@ void MeasureCmd::onBegin()
     const Vs::SelectionSet* selected = !isReplayed && !m_passive ? ActiveAssetUtils::selectionSet() : nullptr;
     if (!selected)
         return;
-    // What was just hidden is still selected.
-    size_t taken = 0;
-    for (const auto& object : std::vector(selected->selections()))
-        if (taken < 2 && isSeen(*object))
-            m_inputs->selections[taken++]->add(object);
-    enableSelections();
-    for (int number = 1; number <= 3; ++number)
-        takeSelection(number);
+    m_selections->add(*selected);
+    takeSelections();
     measureAnew();
 }
 
@@ -187,7 +135,7 @@ void MeasureCmd::onCommandInputEvent(CommandInputEvent* event)
     if (Vs::cast<CommandInputValueChangeEvent>(event)) {
         valueChanged(input);
     } else if (auto* query = Vs::cast<SelectionInputQuerySelectPermittedEvent>(event)) {
-        query->permitted(query->permitted() && permits(input, *query->selection()));
+        query->permitted(query->permitted() && m_selections->permits(input, *query->selection()));
     } else if (const auto* pointed = Vs::cast<SelectionInputPreselectionEvent>(event)) {
         preselected(pointed->selection());
     } else if (auto* missed = Vs::cast<SelectionInputMissedEvent>(event)) {
@@ -200,7 +148,7 @@ void MeasureCmd::onCommandInputEvent(CommandInputEvent* event)
 void MeasureCmd::valueChanged(const CommandInputBase* input)
 {
     for (int number = 1; number <= 3; ++number)
-        if (input == m_inputs->selections[size_t(number) - 1] && !m_changing)
+        if (input == m_inputs->selections[size_t(number) - 1] && !m_selections->changing())
             selectionChanged(number);
     if (input == m_inputs->selectionTypes) {
         selectionTypesChanged();
@@ -221,7 +169,7 @@ void MeasureCmd::selectionTypesChanged()
     Vs::MeasureMgr::get()->selectionTypes(m_inputs->chosenSelectionTypes());
     m_filters.fill();
     enableSelections();
-    takeSelection(3);
+    m_selections->take(3);
     measureAnew();
 }
 
@@ -249,60 +197,38 @@ void MeasureCmd::showTexts()
 
 void MeasureCmd::clearSelections()
 {
-    m_changing = true;
-    for (SelectionCommandInput* input : m_inputs->selections)
-        input->clear();
-    if (Vs::SelectionSet* selected = ActiveAssetUtils::selectionSet())
-        selected->clear();
-    m_changing = false;
-    enableSelections();
-    for (int number = 1; number <= 3; ++number)
-        takeSelection(number);
+    m_selections->clear();
+    takeSelections();
     measureAnew();
 }
 
 bool MeasureCmd::beginAnewAt(const MouseEvent& click)
 {
-    // It may be what is the second selection of the measurement that ends.
-    m_beginsAnew = true;
-    const Vs::StrongRef<Vs::Selection> object = m_inputs->selections[0]->under(click);
-    m_beginsAnew = false;
+    const Vs::StrongRef<Vs::Selection> object = m_selections->firstAt(click);
     if (!object)
         return false;
     clearSelections();
     return m_inputs->selections[0]->add(object);
 }
 
-bool MeasureCmd::permits(const CommandInputBase* input, const Vs::Selection& selection) const
+void MeasureCmd::enableSelections()
 {
-    const SelectionCommandInput* other = m_inputs->selections[input == m_inputs->selections[0] ? 1 : 0];
-    return m_beginsAnew || !other->selectionSet().contains(selection);
+    m_selections->enable(isRunning() ? selectionManager() : nullptr);
 }
 
-void MeasureCmd::takeSelection(int number)
+void MeasureCmd::takeSelections()
 {
-    SelectionCommandInput* input = m_inputs->selections[size_t(number) - 1];
-    const auto first = firstObject(input->selectionSet());
-    m_state.selection(number) = input->enabled() ? first : nullptr;
-    // The first is what counts; others stay only as part of what the user has selected.
-    std::vector<Vs::StrongRef<Vs::Selection>> kept;
-    const Vs::SelectionSet* selected = ActiveAssetUtils::selectionSet();
-    for (const auto& each : input->selectionSet().selections())
-        if (each.get() == first.get() || (selected && selected->contains(*each)))
-            kept.push_back(each);
-    if (kept.size() == input->selectionSet().size())
-        return;
-    m_changing = true;
-    input->replace(kept);
-    m_changing = false;
+    enableSelections();
+    for (int number = 1; number <= 3; ++number)
+        m_selections->take(number);
 }
 
 void MeasureCmd::selectionChanged(int number)
 {
     enableSelections();
-    takeSelection(number);
+    m_selections->take(number);
     // The third may have been taken away from the others, or given back to them.
-    takeSelection(3);
+    m_selections->take(3);
     measureAnew();
 }
 
@@ -455,17 +381,8 @@ void MeasureCmd::assetComponentsChanged(Vs::ComponentsEvent* event)
     const AssetSession* session = assetSession();
     if (!session || event->asset() != session->asset())
         return;
-    m_changing = true;
-    for (SelectionCommandInput* input : m_inputs->selections) {
-        Vs::Status gone;
-        const auto object = firstObject(input->selectionSet());
-        if (object && !Vs::resolvePath(object->path(), *session->asset(), gone))
-            input->clear();
-    }
-    m_changing = false;
-    enableSelections();
-    for (int number = 1; number <= 3; ++number)
-        takeSelection(number);
+    m_selections->dropMissing(*session->asset());
+    takeSelections();
     measureAnew();
 }
 

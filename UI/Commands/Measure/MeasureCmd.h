@@ -10,7 +10,11 @@
 #include "UI/Commands/Measure/MeasureHuds.h"
 #include "UI/Commands/Measure/MeasureInputs.h"
 #include "UI/Commands/Measure/MeasurePreview.h"
+#include "UI/Commands/Measure/MeasureSelections.h"
 #include "UI/Commands/Measure/MeasureState.h"
+
+#include <memory>
+#include <optional>
 
 class EndMeasureTask;
 
@@ -82,11 +86,10 @@ private:
     void preselected(const Vs::Selection* selection);
     /// Starts over with what lies there; does nothing and returns false if there is nothing.
     bool beginAnewAt(const MouseEvent& click);
-    bool permits(const CommandInputBase* input, const Vs::Selection& selection) const;
     void hovered(const CommandInputBase* input, bool entering);
 
     void clearHint();
-    void takeSelection(int number);
+    void takeSelections();
     void clearSide(int number);
     void clearResults();
     void measureAnew();
@@ -99,13 +102,12 @@ private:
     MeasureHuds m_huds;
     MeasurePreview m_distancePreview{true}, m_anglePreview{false};
     MeasureState m_state{this};
+    std::optional<MeasureSelections> m_selections;
     MeasureFilters m_filters;
     EndMeasureTask* m_endTask = nullptr;    ///< Waiting in the queue, which owns it.
     Vs::SelectionSet* m_selected = nullptr; ///< The session's, while a passive command listens to it.
     unsigned m_measureTypes = 0;
     bool m_passive = false;
-    bool m_changing = false;   ///< Its own changes of the selections are ignored.
-    bool m_beginsAnew = false; ///< Waiting for the first selection of another measurement.
 };
 
 } // namespace Vu::Commands
