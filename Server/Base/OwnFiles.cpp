@@ -1,5 +1,6 @@
 #include "Server/Base/OwnFiles.h"
 
+#include "Server/Base/Descriptor.h"
 #include "Server/Base/Exception.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/SystemCalls.h"
@@ -26,24 +27,6 @@ namespace {
 
 constexpr mode_t kOwnFolder = 0700;
 constexpr mode_t kOthers = 077;
-
-/// Closes itself.
-class Descriptor
-{
-public:
-    explicit Descriptor(int number) : m_number(number) {}
-    ~Descriptor()
-    {
-        if (m_number >= 0)
-            close(m_number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    operator int() const { return m_number; }
-
-private:
-    const int m_number;
-};
 
 [[noreturn]] void failed(const Path& path, const char* what)
 {
@@ -94,8 +77,8 @@ void makeFolder(const Path& folder)
     const Descriptor there(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     struct stat state = {};
     // On a read-only medium, or one without permissions, it stays as it is.
-    if (there >= 0 && fstat(there, &state) == 0 && state.st_uid == getuid() && (state.st_mode & kOthers))
-        std::ignore = fchmod(there, kOwnFolder);
+    if (there && fstat(there.get(), &state) == 0 && state.st_uid == getuid() && (state.st_mode & kOthers))
+        std::ignore = fchmod(there.get(), kOwnFolder);
 }
 
 bool isOwnFolder(const Path& folder)
@@ -110,10 +93,10 @@ void write(const Path& file, std::string_view content)
     // Created for this user alone, under a name that was free.
     std::string scratch = file.string() + ".XXXXXX";
     const Descriptor made(mkostemp(scratch.data(), O_CLOEXEC));
-    if (made < 0)
+    if (!made)
         failed(file, "written");
     const UnfinishedFile unfinished(scratch);
-    if (!writeAll(made, content) || std::rename(scratch.c_str(), file.c_str()) != 0) {
+    if (!writeAll(made.get(), content) || std::rename(scratch.c_str(), file.c_str()) != 0) {
         const int cause = errno;
         unlink(scratch.c_str());
         errno = cause;
@@ -125,11 +108,11 @@ std::optional<std::string> read(const Path& file)
 {
     const Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
     struct stat state = {};
-    if (opened < 0 || fstat(opened, &state) != 0 || !S_ISREG(state.st_mode) || state.st_uid != getuid())
+    if (!opened || fstat(opened.get(), &state) != 0 || !S_ISREG(state.st_mode) || state.st_uid != getuid())
         return std::nullopt;
     std::string content;
     char buffer[16384];
-    for (ssize_t got = 0; (got = ::read(opened, buffer, sizeof buffer)) != 0;) {
+    for (ssize_t got = 0; (got = ::read(opened.get(), buffer, sizeof buffer)) != 0;) {
         if (got < 0 && errno != EINTR)
             return std::nullopt;
         content.append(buffer, static_cast<size_t>(std::max<ssize_t>(got, 0)));

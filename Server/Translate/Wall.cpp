@@ -1,5 +1,7 @@
 #include "Server/Translate/Wall.h"
 
+#include "Server/Base/Descriptor.h"
+
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
@@ -44,24 +46,6 @@ uint64_t refusableRights()
     return rights;
 }
 
-class Descriptor
-{
-public:
-    explicit Descriptor(long number) : m_number(static_cast<int>(number)) {}
-    ~Descriptor()
-    {
-        if (m_number >= 0)
-            close(m_number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int get() const { return m_number; }
-
-private:
-    int m_number;
-};
-
 /// The rules for which files may be used, to be filled and then enforced.
 class FileRules
 {
@@ -72,7 +56,7 @@ public:
     void allow(const std::string& path, uint64_t rights)
     {
         const Descriptor place(open(path.c_str(), O_PATH | O_CLOEXEC));
-        if (m_rules.get() < 0 || place.get() < 0)
+        if (!m_rules || !place)
             return;
         std::error_code ignored;
         if (!std::filesystem::is_directory(path, ignored))
@@ -80,19 +64,17 @@ public:
         const landlock_path_beneath_attr rule{rights & m_refusable, place.get()};
         syscall(SYS_landlock_add_rule, m_rules.get(), LANDLOCK_RULE_PATH_BENEATH, &rule, 0);
     }
-    bool enforce() const
-    {
-        return m_rules.get() >= 0 && syscall(SYS_landlock_restrict_self, m_rules.get(), 0) == 0;
-    }
+    bool enforce() const { return m_rules && syscall(SYS_landlock_restrict_self, m_rules.get(), 0) == 0; }
 
 private:
-    static long create(uint64_t rights)
+    static Descriptor create(uint64_t rights)
     {
         if (rights == 0)
-            return -1;
+            return Descriptor();
         landlock_ruleset_attr attributes{};
         attributes.handled_access_fs = rights;
-        return syscall(SYS_landlock_create_ruleset, &attributes, sizeof attributes, 0);
+        return Descriptor(
+            static_cast<int>(syscall(SYS_landlock_create_ruleset, &attributes, sizeof attributes, 0)));
     }
 
     uint64_t m_refusable;

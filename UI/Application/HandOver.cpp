@@ -19,7 +19,7 @@ using namespace HandOverSocket;
 using Clock = std::chrono::steady_clock;
 
 /// Waits until the connection is ready; false when the time is up or the peer is gone.
-bool waitFor(const Descriptor& connection, short what, Clock::time_point end)
+bool waitFor(const Vs::Descriptor& connection, short what, Clock::time_point end)
 {
     for (;;) {
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
@@ -34,7 +34,7 @@ bool waitFor(const Descriptor& connection, short what, Clock::time_point end)
     }
 }
 
-bool sendAll(const Descriptor& connection, std::string_view text, Clock::time_point end)
+bool sendAll(const Vs::Descriptor& connection, std::string_view text, Clock::time_point end)
 {
     while (!text.empty()) {
         const ssize_t sent = send(connection.get(), text.data(), text.size(), MSG_NOSIGNAL);
@@ -48,7 +48,7 @@ bool sendAll(const Descriptor& connection, std::string_view text, Clock::time_po
     return true;
 }
 
-bool hears(const Descriptor& connection, std::string_view answer, Clock::time_point end)
+bool hears(const Vs::Descriptor& connection, std::string_view answer, Clock::time_point end)
 {
     std::string heard;
     while (heard.size() < answer.size()) {
@@ -94,7 +94,7 @@ bool handOver(const HandedOver& files)
         return false;
     for (const std::filesystem::path& path : sockets()) {
         errno = 0;
-        const Descriptor connection = connectTo(path.string());
+        const Vs::Descriptor connection = connectTo(path.string());
         if (!connection) {
             if (errno == ECONNREFUSED)
                 unlink(path.c_str()); // Its program is dead.

@@ -50,7 +50,7 @@ void run(const wchar_t* command, const std::wstring& path = {})
 class Connection : public QObject
 {
 public:
-    Connection(Descriptor connection, const HandOverReceiver::Take& take, QObject* parent)
+    Connection(Vs::Descriptor connection, const HandOverReceiver::Take& take, QObject* parent)
         : QObject(parent),
           m_connection(std::move(connection)),
           m_take(take),
@@ -110,7 +110,7 @@ private:
             m_take(m_files);
     }
 
-    Descriptor m_connection;
+    Vs::Descriptor m_connection;
     const HandOverReceiver::Take& m_take;
     QSocketNotifier m_notifier;
     std::string m_received;
@@ -146,13 +146,13 @@ struct HandOverReceiver::Data
 
     Take take;
     std::string path;
-    Descriptor listening;
+    Vs::Descriptor listening;
     std::unique_ptr<QSocketNotifier> notifier; ///< Also the parent of the connections.
     std::unique_ptr<ActivationNote> note;
 
     void accept() const
     {
-        Descriptor connection(accept4(listening.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+        Vs::Descriptor connection(accept4(listening.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
         if (connection && isOwn(connection))
             new Connection(std::move(connection), take, notifier.get());
     }

@@ -30,18 +30,12 @@ bool setAddress(const std::string& path, sockaddr_un& address)
     return true;
 }
 
-Descriptor unixSocket()
+Vs::Descriptor unixSocket()
 {
-    return Descriptor(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    return Vs::Descriptor(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
 }
 
 } // namespace
-
-Descriptor::~Descriptor()
-{
-    if (m_number >= 0)
-        close(m_number);
-}
 
 std::string prefix()
 {
@@ -66,35 +60,35 @@ std::string folder(bool create)
     }
 }
 
-Descriptor connectTo(const std::string& path)
+Vs::Descriptor connectTo(const std::string& path)
 {
     sockaddr_un address;
     struct stat status;
     // A symbolic link could lead to someone else's program.
     if (!setAddress(path, address) || lstat(path.c_str(), &status) != 0 || !S_ISSOCK(status.st_mode) ||
         status.st_uid != geteuid())
-        return Descriptor();
-    Descriptor made = unixSocket();
+        return Vs::Descriptor();
+    Vs::Descriptor made = unixSocket();
     if (!made || connect(made.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-        return Descriptor();
+        return Vs::Descriptor();
     return made;
 }
 
-Descriptor listenAt(const std::string& path)
+Vs::Descriptor listenAt(const std::string& path)
 {
     sockaddr_un address;
     if (!setAddress(path, address))
-        return Descriptor();
+        return Vs::Descriptor();
     unlink(path.c_str()); // Left by a dead process with the same id.
-    Descriptor made = unixSocket();
+    Vs::Descriptor made = unixSocket();
     const mode_t before = umask(0177);
     const bool bound =
         made && bind(made.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     umask(before);
-    return bound && listen(made.get(), kWaiting) == 0 ? std::move(made) : Descriptor();
+    return bound && listen(made.get(), kWaiting) == 0 ? std::move(made) : Vs::Descriptor();
 }
 
-bool isOwn(const Descriptor& connection)
+bool isOwn(const Vs::Descriptor& connection)
 {
     ucred peer{};
     socklen_t size = sizeof peer;
