@@ -282,17 +282,24 @@ TEST_F(Lifecycle, ADefinitionThatGoesTakesItsRunningCommandsAlong)
         {
             log.add(commandDefinition() ? "with" : "without");
             log.add(reason == ETerminationReason::Cancel ? "cancelled" : "committed");
+            if (atEnd)
+                atEnd();
         }
+        ECommandType onCommandType() const override { return ECommandType::Nested; }
         CommandTest::Log& log;
+        std::function<void()> atEnd;
     };
     struct LeavingDefinition : CommandDefinition
     {
         explicit LeavingDefinition(CommandTest::Log& calls) : CommandDefinition(&leavingInfo), log(calls) {}
         CommandBase* onCreateCommand(CommandContext* context) override
         {
-            return new Leaving(this, context, log);
+            auto* command = new Leaving(this, context, log);
+            command->atEnd = atEnd;
+            return command;
         }
         CommandTest::Log& log;
+        std::function<void()> atEnd;
     };
     Definition measure(log, "Measure", true);
     measure.type(ECommandType::Nested);
@@ -314,4 +321,16 @@ TEST_F(Lifecycle, ADefinitionThatGoesTakesItsRunningCommandsAlong)
         EXPECT_EQ(manager.lastCommandDef(), &leaving);
     }
     EXPECT_EQ(manager.lastCommandDef(), nullptr);
+    log.take();
+
+    auto session = std::make_unique<CommandMgr>(CommandTest::Host::session(1));
+    {
+        LeavingDefinition leaving(log);
+        leaving.atEnd = [&] { session.reset(); };
+        for (int i = 0; i < 2; ++i)
+            std::ignore = session->executeCommand(&leaving, CommandContext());
+        EXPECT_EQ(session->commandStack().size(), 2u);
+    }
+    EXPECT_EQ(session, nullptr);
+    EXPECT_EQ(log.take(), "without cancelled without cancelled deleted deleted");
 }

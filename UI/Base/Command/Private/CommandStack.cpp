@@ -10,50 +10,19 @@
 #include "UI/Base/Command/CommandObserver.h"
 #include "UI/Base/Command/Private/CommandHost.h"
 #include "UI/Base/Command/Private/CommandObservers.h"
+#include "UI/Base/Command/Private/CommandStacks.h"
 #include "UI/Base/Command/Private/CommandSteps.h"
 #include "UI/Base/Command/Private/DeferredRuns.h"
 #include "UI/Base/Command/Private/Guarded.h"
 #include "UI/Base/Command/SimpleCommand.h"
 
 #include <algorithm>
-#include <map>
 #include <tuple>
-#include <unordered_set>
 #include <utility>
 
 namespace Vu {
 
 namespace {
-
-/// By their numbers, and so in the order in which they were made.
-using Stacks = std::map<uint64_t, CommandStack*>;
-
-Stacks& allStacks()
-{
-    static auto* const stacks = new Stacks;
-    return *stacks;
-}
-
-/// Those of them that are executing a simple command: one or none of thousands.
-Stacks& executingStacks()
-{
-    static auto* const stacks = new Stacks;
-    return *stacks;
-}
-
-uint64_t nextNumber()
-{
-    static uint64_t last = 0;
-    return ++last;
-}
-
-/// Those that have run a command called in another stack's session, or in a session though they have none
-/// themselves.
-std::unordered_set<const CommandStack*>& stacksOfVisitors()
-{
-    static auto* const stacks = new std::unordered_set<const CommandStack*>;
-    return *stacks;
-}
 
 CommandMgr* creating = nullptr;
 
@@ -94,10 +63,9 @@ private:
 };
 
 CommandStack::CommandStack(CommandMgr* manager, AssetSession* session)
-    : m_number(nextNumber()), m_manager(manager), m_session(session)
+    : m_number(CommandStacks::add(*this)), m_manager(manager), m_session(session)
 {
     Vs::assertMainThread();
-    allStacks()[m_number] = this;
 }
 
 CommandStack::~CommandStack() = default;
@@ -113,14 +81,11 @@ void CommandStack::close()
             command->m_manager = nullptr;
         for (CommandBase* command : m_commands)
             command->m_manager = nullptr;
-        stacksOfVisitors().erase(this);
+        CommandStacks::remove(m_number);
         if (m_session) {
             forget(m_session);
-            for (const CommandStack* stack : stacksOfVisitors())
-                stack->forget(m_session);
+            CommandStacks::forEachVisitor([this](const CommandStack& stack) { stack.forget(m_session); });
         }
-        allStacks().erase(m_number);
-        executingStacks().erase(m_number);
         m_manager = nullptr;
     }
 }
@@ -157,7 +122,7 @@ Vs::Status CommandStack::run(CommandDefinition* definition, const CommandContext
     }
     CommandInUse inUse(command);
     if (command->assetSession() && command->assetSession() != m_session)
-        stacksOfVisitors().insert(this);
+        CommandStacks::visits(m_number);
     command->m_runDepth = record.depth;
     command->m_observed = observed;
     if (observed && record.depth == 0 && command->repeatable())
@@ -277,7 +242,7 @@ void CommandStack::endAll(const std::vector<CommandBase*>& leaving, ETermination
 void CommandStack::execute(SimpleCommand* command, Vs::Status& status)
 {
     m_executing.push_back(command);
-    executingStacks()[m_number] = this;
+    CommandStacks::executes(m_number, true);
     command->m_state = CommandBase::State::Begun;
     const bool came =
         guarded(status, [&] { command->onBegin(); }) && guarded(status, [&] { command->onExecute(status); });
@@ -294,7 +259,7 @@ void CommandStack::execute(SimpleCommand* command, Vs::Status& status)
     guarded(status, [&] { CommandSteps::end(command, keep); });
     std::erase(m_executing, static_cast<CommandBase*>(command));
     if (m_executing.empty())
-        executingStacks().erase(m_number);
+        CommandStacks::executes(m_number, false);
     leave(command, reason, status);
 }
 
@@ -470,7 +435,8 @@ CommandBase* CommandStack::activeCommand() const
 
 CommandBase* CommandStack::executingAnywhere()
 {
-    return executingStacks().empty() ? nullptr : executingStacks().begin()->second->executingCommand();
+    const CommandStack* stack = CommandStacks::executing();
+    return stack ? stack->executingCommand() : nullptr;
 }
 
 bool CommandStack::defer(CommandDefinition* definition, const CommandContext& context)
@@ -486,28 +452,27 @@ CommandMgr* CommandStack::creatingManager()
 void CommandStack::definitionGone(CommandDefinition* definition)
 {
     DeferredRuns::drop(definition);
-    const Stacks stacks = allStacks();
-    for (const auto& [number, stack] : stacks) {
-        if (stack->m_lastDefinition == definition)
-            stack->m_lastDefinition = nullptr;
-        const std::vector<CommandBase*> commands = stack->m_commands;
-        for (auto each = commands.rbegin(); each != commands.rend(); ++each) {
-            if (std::find(stack->m_commands.begin(), stack->m_commands.end(), *each) ==
-                    stack->m_commands.end() ||
-                (*each)->m_definition != definition)
-                continue;
-            (*each)->m_definitionGone = true;
-            stack->destroy(*each, ETerminationReason::Cancel);
-        }
-    }
+    // All of them before the first one ends: that may close the sessions of others.
+    CommandStacks::forEach([definition](CommandStack& stack) {
+        if (stack.m_lastDefinition == definition)
+            stack.m_lastDefinition = nullptr;
+        for (const auto* commands : {&stack.m_executing, &stack.m_commands})
+            for (CommandBase* command : *commands)
+                command->m_definitionGone = command->m_definitionGone || command->m_definition == definition;
+    });
+    CommandStacks::forEach([](CommandStack& stack) {
+        UnderWay underWay(stack);
+        const std::vector<CommandBase*> commands = stack.m_commands;
+        for (auto each = commands.rbegin(); each != commands.rend(); ++each)
+            if (std::ranges::find(stack.m_commands, *each) != stack.m_commands.end() &&
+                (*each)->m_definitionGone)
+                stack.destroy(*each, ETerminationReason::Cancel);
+    });
 }
 
 void CommandStack::terminateAllStacks(ETerminationReason reason)
 {
-    const Stacks stacks = allStacks();
-    for (const auto& [number, stack] : stacks)
-        if (allStacks().contains(number))
-            stack->terminateAll(reason);
+    CommandStacks::forEach([reason](CommandStack& stack) { stack.terminateAll(reason); });
 }
 
 } // namespace Vu

@@ -71,7 +71,7 @@ private:
     void settle();
     void forget(const AssetSession* session) const;
 
-    const uint64_t m_number; ///< Never used again in this process.
+    const uint64_t m_number; ///< In CommandStacks.
     CommandMgr* m_manager;
     AssetSession* m_session;
     std::vector<CommandBase*> m_commands;
