@@ -13,6 +13,7 @@
 #include "UI/Design/Localized.h"
 #include "UI/Design/Resources.h"
 
+#include <boost/algorithm/string/replace.hpp>
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
@@ -31,6 +32,12 @@ std::wstring proposedName(const Vs::Document& document)
     if (source.filename() == name + kSuffix)
         name += localized("ExportProposed", " exported");
     return name + kSuffix;
+}
+
+/// ".stp, .step, .igs".
+std::wstring writtenSuffixes(const Vs::TranslatorFileRecognizer& recognizer)
+{
+    return boost::replace_all_copy(recognizer.fileExtensions().erase(0, 1), L";*", L", ");
 }
 
 } // namespace
@@ -159,7 +166,7 @@ bool VeloraExportCmd::ask(Vs::Asset& asset, const Vs::TranslatorFileRecognizer& 
         status.addError(
             localizedFormat("NoTranslatorForExport",
                             "\"%1%\": no translator writes this kind of file. These are written: %2%", m_path,
-                            recognizer.fileExtensions()));
+                            writtenSuffixes(recognizer)));
         return false;
     }
     if (!m_asked)

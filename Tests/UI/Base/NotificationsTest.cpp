@@ -19,6 +19,7 @@
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QScrollArea>
 #include <QToolButton>
@@ -252,6 +253,22 @@ TEST_F(NotificationsTest, ThereIsABoundToToastsAndToWhatIsKept)
     ASSERT_EQ(window->toasts()->toasts().size(), 3u);
     EXPECT_EQ(window->toasts()->toasts().back()->notification()->title(), L"249");
     EXPECT_EQ(count(), "100");
+}
+
+TEST_F(NotificationsTest, NothingOfALongWordIsCutOff)
+{
+    for (const std::wstring& word :
+         {std::wstring(90, L'w'), L"/home/somebody" + std::wstring(20, L'w') + L"/designs/bracket.stp",
+          std::wstring(L"*.stp;*.step;*.igs;*.iges;*.brep;*.stl;*.obj;*.gltf;*.glb;*.wrl;*.ply;*.off")}) {
+        send(NotificationType::Error, L"It failed: " + word + L" is there.");
+        settle();
+        const auto* title =
+            window->toasts()->toasts().back()->findChild<QLabel*>(QStringLiteral("notificationTitle"));
+        const QRect needed = title->fontMetrics().boundingRect(QRect(0, 0, title->width(), QWIDGETSIZE_MAX),
+                                                               Qt::TextWordWrap, title->text());
+        EXPECT_LE(needed.width(), title->width()) << title->text().toStdString();
+        EXPECT_LE(needed.height(), title->height()) << title->text().toStdString();
+    }
 }
 
 TEST_F(NotificationsTest, AlertsStandAmongThemAsLongAsTheyStand)

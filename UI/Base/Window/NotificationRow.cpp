@@ -104,7 +104,7 @@ void NotificationRow::addHead(QBoxLayout& column)
 {
     auto* head = new QHBoxLayout;
     head->setSpacing(kMargin);
-    QLabel* title = PlainText::label(this, shortened(m_notification->title()));
+    QLabel* title = PlainText::label(this, PlainText::breakable(shortened(m_notification->title())));
     title->setObjectName(QStringLiteral("notificationTitle"));
     title->setWordWrap(true);
     // A long word must not widen the list.
@@ -132,7 +132,7 @@ void NotificationRow::addText(QBoxLayout& column, const QString& text, const cha
 {
     if (text.isEmpty())
         return;
-    QLabel* label = PlainText::label(this, text);
+    QLabel* label = PlainText::label(this, PlainText::breakable(text));
     label->setObjectName(QString::fromLatin1(name));
     label->setWordWrap(true);
     label->setMinimumWidth(1);

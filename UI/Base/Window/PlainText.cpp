@@ -3,7 +3,11 @@
 #include <QAction>
 #include <QLabel>
 #include <QMessageBox>
+#include <QRegularExpression>
+#include <QTextBoundaryFinder>
 #include <QTextDocument>
+
+#include <algorithm>
 
 namespace Vu {
 namespace {
@@ -54,6 +58,36 @@ QLabel* PlainText::label(QWidget* parent, const QString& text)
     made->setTextFormat(Qt::PlainText);
     made->setText(text);
     return made;
+}
+
+QString PlainText::breakable(const QString& text)
+{
+    // Longer than the words of languages that write compounds as one.
+    constexpr qsizetype kLongWord = 24;
+    constexpr qsizetype kPiece = 16;
+    constexpr QChar kChance(0x200b);
+    QString shown;
+    QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, text);
+    qsizetype wordEnd = -1;
+    qsizetype together = 0;
+    bool isLong = false;
+    for (qsizetype at = 0; at < text.size();) {
+        if (at > wordEnd) {
+            static const QRegularExpression blank(QStringLiteral("\\s"));
+            wordEnd = text.indexOf(blank, at);
+            wordEnd = wordEnd < 0 ? text.size() : wordEnd;
+            isLong = wordEnd - at > kLongWord;
+            together = 0;
+        }
+        const qsizetype next = std::max(letters.toNextBoundary(), at + 1);
+        shown += QStringView(text).mid(at, next - at);
+        if (isLong && (QStringView(u"/\\;,._-").contains(text[at]) || ++together == kPiece)) {
+            shown += kChance;
+            together = 0;
+        }
+        at = next;
+    }
+    return shown;
 }
 
 std::unique_ptr<QMessageBox> PlainText::messageBox(QWidget* parent, const QString& title, const QString& text)

@@ -30,6 +30,11 @@ void setMarkupTooltip(QWidget* widget, const QString& html, const QString& spoke
 /// out.
 QLabel* label(QWidget* parent, const QString& text = {});
 
+/// `text` with chances to wrap within its long words (paths, lists without blanks, a name of one letter again
+/// and again): a label wraps at blanks alone, and cuts off the rest. The chances are characters without a
+/// width, so that this is for being shown only.
+QString breakable(const QString& text);
+
 /// A message box without icon and buttons.
 std::unique_ptr<QMessageBox> messageBox(QWidget* parent, const QString& title, const QString& text);
 /// The details that a button of the box expands; shown literally.

@@ -352,9 +352,7 @@ void PropertiesPanel::showDocument(const Vs::Document* document)
         for (const PropertyTexts::Line& line : PropertyTexts::document(*document)) {
             QWidget* within = m_head->parentWidget();
             QLabel* title = PlainText::label(within, line.title);
-            // A path has no blanks at which it could be wrapped.
-            QLabel* value = PlainText::label(
-                within, QString(line.value).replace(QLatin1Char('/'), QStringLiteral("/\u200b")));
+            QLabel* value = PlainText::label(within, PlainText::breakable(line.value));
             value->setWordWrap(true);
             giveWay(value);
             PlainText::setTooltip(value, line.value);
