@@ -1,8 +1,10 @@
 #include "Server/Base/Strings.h"
+#include "Server/Base/TextCommandMgr.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/Recovery/AutoSaveController.h"
 #include "Server/Itemhub/ItemhubOptionGroup.h"
 #include "Tests/Support/Process.h"
+#include "Tests/UI/Becomes.h"
 #include "Tests/UI/Commands/Itemhub/WithItems.h"
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Program/Application.h"
@@ -18,6 +20,7 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
+#include <tuple>
 
 namespace {
 
@@ -89,6 +92,15 @@ TEST_F(ItemEventsTest, TheNewestEightFavouritesAreListed)
     EXPECT_TRUE(until([] { return favourites().size() == 1; }));
     hub().signOut();
     EXPECT_TRUE(until([] { return favourites().empty(); })) << "they are the account's";
+
+    // A command that asks something is a deferred task, which others wait for; the service's answers don't.
+    bool listed = false;
+    Vu::Application::get()->deferredTasks()->post([&] {
+        std::ignore = Vs::TextCommandMgr::get()->executeCommandWithoutOutput(signInLine());
+        listed = UiTests::becomes([] { return favourites().size() == 1; });
+    });
+    Vu::Application::get()->processEvents();
+    EXPECT_TRUE(listed);
 }
 
 TEST_F(ItemEventsTest, UploadsThatFailAreToldOnceAndBegunAgainOrGivenUp)
