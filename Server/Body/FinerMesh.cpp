@@ -35,9 +35,10 @@ const FinerKeeper* keeperOf(const std::shared_ptr<const BodyMesh>& mesh)
 
 double FinerMesh::deviation(const BodyMesh& mesh)
 {
-    if (m_deviation < 0)
-        m_deviation = chordalDeviation(mesh);
-    return m_deviation;
+    double known = m_deviation;
+    if (known < 0)
+        m_deviation = known = chordalDeviation(mesh);
+    return known;
 }
 
 void FinerMesh::show(std::shared_ptr<const BodyMesh> finer)

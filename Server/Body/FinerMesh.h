@@ -2,6 +2,7 @@
 
 #include "Server/Body/BodyMesh.h"
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -23,13 +24,13 @@ public:
     FinerMesh& operator=(const FinerMesh&) = delete;
 
     /// Makes the form of a level, from 1 to kLevels, of `mesh`. Null if there is none, or if `goOn` said no;
-    /// it is asked from time to time. Takes long; any thread, one at a time.
+    /// it is asked from time to time. Takes long; any thread.
     [[nodiscard]] virtual std::shared_ptr<const BodyMesh>
     make(const std::weak_ptr<const BodyMesh>& mesh, int level, const std::function<bool()>& goOn) = 0;
     /// What `make` works with, to be held while it does and released on the main thread.
     [[nodiscard]] virtual std::shared_ptr<const void> source() const = 0;
 
-    /// The chordalDeviation of `mesh`, computed once. By one thread at a time.
+    /// The chordalDeviation of `mesh`, computed once. Any thread.
     [[nodiscard]] double deviation(const BodyMesh& mesh);
 
     /// What views show now; null for the mesh itself. Changed on the main thread, while nothing is drawn.
@@ -40,7 +41,7 @@ public:
 
 private:
     std::shared_ptr<const BodyMesh> m_shown;
-    double m_deviation = -1;
+    std::atomic<double> m_deviation = -1;
 };
 
 /// The mesh together with its finer forms, which live as long as it does.

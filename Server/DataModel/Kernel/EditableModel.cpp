@@ -8,7 +8,6 @@
 #include "Server/DataModel/Kernel/EditPlaces.h"
 #include "Server/DataModel/Kernel/EditSolids.h"
 #include "Server/DataModel/Kernel/Guarded.h"
-#include "Server/DataModel/Kernel/HiddenLines.h"
 #include "Server/DataModel/Kernel/LongWork.h"
 #include "Server/DataModel/Kernel/Measure.h"
 #include "Server/DataModel/Kernel/MeasureParts.h"
@@ -133,30 +132,6 @@ std::vector<std::string> EditableModel::paste(ModelKernel& source, const std::ve
             other->transaction().withoutRemoved(work);
         return added;
     });
-}
-
-LineDrawing EditableModel::lines(const std::vector<MeasuredShape>& bodies, const GkVector3d& direction,
-                                 const GkVector3d& up, bool hidden)
-{
-    struct Work
-    {
-        std::vector<TopoDS_Shape> shapes;
-        LineDrawing drawing;
-    };
-    const auto drawing = guarded([&] { return std::make_shared<Work>(Work{placedBodies(bodies), {}}); });
-    drawing->drawing.leftOut = std::erase_if(drawing->shapes, isOfTriangles);
-    if (drawing->shapes.empty())
-        throw std::runtime_error(Strings::narrow(ProgressText::nothingToDraw()));
-    const LongWorkEnd end = runLongWork(
-        ProgressText::drawing(), [drawing, direction, up, hidden](const Handle(Message_ProgressIndicator)&) {
-            drawing->drawing.lines =
-                guarded([&] { return hiddenLines(drawing->shapes, direction, up, hidden); }).lines;
-        });
-    if (end.abandoned)
-        keepForever(drawing);
-    if (end.fault)
-        throw std::runtime_error(Strings::narrow(ProgressText::stoppedDrawing(*end.fault)));
-    return drawing->drawing;
 }
 
 ShapeAnswer EditableModel::distance(const TopoDS_Shape& first, const TopoDS_Shape& second)

@@ -15,8 +15,6 @@ public:
     std::shared_ptr<const BodyMesh> mesh(const std::string& entry, const TranslatorRefinement& refinement,
                                          const std::function<bool(double)>& goOn) override;
     std::vector<std::string> edit(const ModelEdit& edit) override;
-    LineDrawing lines(const std::vector<MeasuredShape>& bodies, const GkVector3d& direction,
-                      const GkVector3d& up, bool hidden) override;
     std::vector<std::string> paste(ModelKernel& source, const std::vector<std::string>& components) override;
     std::shared_ptr<const PartSuccessors> successors(uint64_t before, uint64_t after) override;
     std::unique_ptr<ModelChange> commit() override;

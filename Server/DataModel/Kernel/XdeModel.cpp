@@ -194,17 +194,6 @@ std::vector<TopoDS_Shape> XdeModel::bodiesOf(const std::vector<MeasuredShape>& s
     return bodies;
 }
 
-std::vector<TopoDS_Shape> XdeModel::placedBodies(const std::vector<MeasuredShape>& bodies)
-{
-    PlacedAt at(EMeasureType::Distance);
-    std::vector<TopoDS_Shape> shapes = bodiesOf(bodies);
-    for (size_t i = 0; i < shapes.size(); ++i)
-        if (!shapes[i].IsNull())
-            shapes[i] = at(shapes[i], bodies[i].placement);
-    std::erase_if(shapes, [](const TopoDS_Shape& shape) { return shape.IsNull(); });
-    return shapes;
-}
-
 ShapeAnswer XdeModel::measurePair(const std::vector<MeasuredShape>& first,
                                   const std::vector<MeasuredShape>& second, EMeasureType type)
 {
@@ -352,11 +341,6 @@ void XdeModel::setVisible(const std::vector<std::string>& components, bool visib
             showOccurrence(label, visible);
         }
     });
-}
-
-LineDrawing XdeModel::lines(const std::vector<MeasuredShape>&, const GkVector3d&, const GkVector3d&, bool)
-{
-    throw std::logic_error("this program reads and writes models but can't draw them");
 }
 
 std::vector<std::string> XdeModel::edit(const ModelEdit&)

@@ -41,8 +41,6 @@ public:
     ShapeAnswer measurePart(const MeasuredShape& part, EMeasureType type) override;
     ShapeAnswer measurePair(const std::vector<MeasuredShape>& first, const std::vector<MeasuredShape>& second,
                             EMeasureType type) override;
-    LineDrawing lines(const std::vector<MeasuredShape>& bodies, const GkVector3d& direction,
-                      const GkVector3d& up, bool hidden) override;
     std::vector<uint32_t> solidsOfFaces(const std::string& entry) override;
     std::vector<uint32_t> loop(const MeasuredShape& face) override;
     BodyParts parts(const std::string& entry) override;
@@ -62,8 +60,6 @@ public:
     std::unique_ptr<ModelChange> revert(const ModelChange& change) override;
 
 protected:
-    /// The shapes of bodies, in place.
-    std::vector<TopoDS_Shape> placedBodies(const std::vector<MeasuredShape>& bodies);
     XdeTransaction& transaction() { return m_transaction; }
     virtual BodyProperties measureBody(const TopoDS_Shape& body, BodyMeasure what);
     /// Computes a distance that isn't known yet.

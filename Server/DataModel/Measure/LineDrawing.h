@@ -17,7 +17,7 @@ struct LineDrawing
     };
     /// In millimetres of the model: x to the right, y upwards, the model's origin at (0, 0).
     std::vector<Line> lines;
-    /// How many bodies are not drawn, since they have no exact shape.
+    /// How many bodies are not drawn, since their shapes can't be meshed.
     size_t leftOut = 0;
 };
 

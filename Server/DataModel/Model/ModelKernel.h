@@ -2,7 +2,6 @@
 
 #include "Server/Body/BodyProperties.h"
 #include "Server/DataModel/Edit/ModelEdit.h"
-#include "Server/DataModel/Measure/LineDrawing.h"
 #include "Server/DataModel/Measure/PartTypes.h"
 #include "Server/DataModel/Model/PartSuccessors.h"
 #include "Server/DataModel/Model/PartTree.h"
@@ -76,9 +75,6 @@ public:
     /// The distance or the angle between two things, each one shape or, for a distance, several.
     virtual ShapeAnswer measurePair(const std::vector<MeasuredShape>& first,
                                     const std::vector<MeasuredShape>& second, EMeasureType type) = 0;
-    /// What is seen of placed bodies; see modelLines.
-    virtual LineDrawing lines(const std::vector<MeasuredShape>& bodies, const GkVector3d& direction,
-                              const GkVector3d& up, bool hidden) = 0;
     /// The edges around the outside of a face (ObjectPath::index).
     virtual std::vector<uint32_t> loop(const MeasuredShape& face) = 0;
     /// The parts of a body and how they meet.

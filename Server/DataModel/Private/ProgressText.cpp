@@ -52,23 +52,17 @@ std::wstring drawing()
     return DataModel::localized("ProgressDrawing", "Finding the visible lines");
 }
 
-std::wstring stoppedDrawing(EditFault fault)
+std::wstring stoppedDrawing(bool cancelled)
 {
-    if (fault == EditFault::Cancelled)
-        return DataModel::localized("DrawingCancelled", "The drawing was cancelled.");
-    if (fault == EditFault::TooLong)
-        return DataModel::localized("DrawingTooLong",
-                                    "The visible lines of this model were not found within two minutes. Hide "
-                                    "what the drawing need not show, and try again.");
-    return DataModel::localized("DrawingFailed",
-                                "The geometry kernel could not find the visible lines of this model. Hide "
-                                "what the drawing need not show, and try again.");
+    return cancelled ? DataModel::localized("DrawingCancelled", "The drawing was cancelled.")
+                     : DataModel::localized("DrawingFailed",
+                                            "There isn't enough memory to find the visible lines of this "
+                                            "model. Hide what the drawing need not show, and try again.");
 }
 
 std::wstring nothingToDraw()
 {
-    return DataModel::localized("DrawingEmpty",
-                                "Nothing that has an exact shape is visible; meshes can't be drawn.");
+    return DataModel::localized("DrawingEmpty", "Nothing that could be drawn is visible.");
 }
 
 std::wstring stoppedMeasuring(bool cancelled)

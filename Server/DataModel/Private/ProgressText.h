@@ -16,9 +16,10 @@ std::wstring writing(const std::wstring& path);
 /// A component whose shape is being changed.
 std::wstring changing(const std::wstring& name);
 std::wstring measuring();
-/// The lines that are seen of a model, why there are none, and that nothing is there to be seen.
+/// The lines that are seen of a model, why there are none (the person cancelled, or memory is short), and
+/// that nothing is there to be seen.
 std::wstring drawing();
-std::wstring stoppedDrawing(EditFault fault);
+std::wstring stoppedDrawing(bool cancelled);
 std::wstring nothingToDraw();
 /// Why a measurement has no result: the person cancelled it, or it was given up.
 std::wstring stoppedMeasuring(bool cancelled);

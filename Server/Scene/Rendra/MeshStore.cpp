@@ -1,9 +1,9 @@
 #include "Server/Scene/Rendra/MeshStore.h"
 
+#include "Server/Body/TangentEdges.h"
 #include "Server/Scene/Rendra/BufferOffset.h"
 #include "Server/Scene/Rendra/CoarseMesh.h"
 #include "Server/Scene/Rendra/MeshShape.h"
-#include "Server/Scene/Rendra/TangentEdges.h"
 
 #include <algorithm>
 #include <chrono>

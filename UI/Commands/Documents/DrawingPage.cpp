@@ -144,7 +144,7 @@ void tellLeftOut(const Vs::LineDrawing& drawing, Vs::Status& status)
 {
     if (drawing.leftOut > 0)
         status.addWarning(localizedFormat(
-            "DrawingLeftOut", "Parts that are meshes can't be drawn; %1% were left out.", drawing.leftOut));
+            "DrawingLeftOut", "Parts that could not be meshed were left out: %1%.", drawing.leftOut));
 }
 
 void tellNoScale(const std::wstring& said, Vs::Status& status)

@@ -1,5 +1,6 @@
 // Drawings of a model at scale, as files.
 
+#include "Server/Base/Progress.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
@@ -18,6 +19,7 @@
 #include <QXmlStreamReader>
 
 #include <cmath>
+#include <numbers>
 
 namespace {
 
@@ -95,6 +97,25 @@ protected:
         EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
         return written;
     }
+    static double distance(const QPointF& a, const QPointF& b)
+    {
+        return std::hypot(a.x() - b.x(), a.y() - b.y());
+    }
+    /// Whether each line of one is in the other, from either end, to a hundredth of a millimetre.
+    static bool areSame(const Written& one, const Written& other)
+    {
+        const auto isNear = [](const auto& a, const auto& b) {
+            const auto& [p, q] = std::pair(a.first, b.first);
+            const auto meet = [](const QPointF& x, const QPointF& y) { return distance(x, y) < 0.01; };
+            return a.second == b.second && ((meet(p.front(), q.front()) && meet(p.back(), q.back())) ||
+                                            (meet(p.front(), q.back()) && meet(p.back(), q.front())));
+        };
+        return one.lines.size() == other.lines.size() &&
+               std::ranges::all_of(one.lines, [&](const auto& line) {
+                   return std::ranges::any_of(other.lines,
+                                              [&](const auto& each) { return isNear(line, each); });
+               });
+    }
     /// Lines of about that length.
     static int count(const Written& written, double length, bool dashed)
     {
@@ -140,16 +161,70 @@ TEST_F(DrawingTest, ABoxBehindAnotherShowsNothingUnlessHiddenLinesAreWanted)
     };
     refuses(L" Scale=large", L"is not a scale");
     refuses(L" Scale=1000:1", L"doesn't fit");
-    // Meshes have no exact lines.
-    const std::wstring stl = scratch(L"mesh.stl");
-    answer(L"Design.Export " + stl + L" /Combine");
+    struct Cancelling : Vs::ProgressSink
+    {
+        void begin(const std::wstring&) override {}
+        bool update(double, const std::wstring&) override { return false; }
+        void end() override {}
+    } cancelling;
+    Vs::Progress::sink(&cancelling);
+    refuses(L"", L"was cancelled");
+    Vs::Progress::sink(nullptr);
     answer(L"Design.New");
-    refuses(L"", L"exact shape");
+    refuses(L"", L"Nothing that could be drawn");
+}
+
+TEST_F(DrawingTest, MeshesAreDrawnAsTheExactShapesAreAndHideThemAndAreHidden)
+{
+    const std::wstring path = scratch(L"front.svg"), stl = scratch(L"both.stl"), one = scratch(L"one.stl");
+    const auto drawn = [&](const wchar_t* hidden) {
+        answer(L"Camera.Set 230,-400,115 30,10,15 0,0,1 1 10000 160 120 1");
+        answer(L"Commands.Start SaveDrawingCommand Path=" + path + L" Scale=2:1" + hidden);
+        return read(path);
+    };
+    const auto makeOne = [&](const wchar_t* line) {
+        answer(L"Design.New");
+        answer(line);
+        answer(L"Design.Export " + one);
+        answer(L"Design.New");
+        answer(L"Commands.Start VeloraImportCommand Path=" + one);
+    };
+    constexpr const wchar_t *kLarge = L"Design.Box 60 20 30", *kSmall = L"Design.Box 8 20 8 20,40,10";
+    answer(L"Design.New");
+    answer(kLarge);
+    answer(kSmall);
+    const Written plain = drawn(L""), all = drawn(L" Hidden=1");
+    EXPECT_GT(all.lines.size(), plain.lines.size() + 9) << "what the large box hides";
+    answer(L"Design.Export " + stl + L" /Combine");
+
+    answer(L"Design.New");
     answer(L"Commands.Start VeloraImportCommand Path=" + stl);
-    refuses(L"", L"meshes can't be drawn");
-    answer(L"Design.Box 60 20 30");
-    answer(L"Commands.Start SaveDrawingCommand Path=" + path + L" Scale=1:1");
-    EXPECT_GE(read(path).lines.size(), 9u) << "the box alone";
+    EXPECT_TRUE(areSame(drawn(L""), plain));
+    EXPECT_TRUE(areSame(drawn(L" Hidden=1"), all));
+    makeOne(kLarge);
+    answer(kSmall);
+    EXPECT_TRUE(areSame(drawn(L""), plain)) << "a mesh hides an exact shape";
+    makeOne(kSmall);
+    answer(kLarge);
+    EXPECT_TRUE(areSame(drawn(L""), plain)) << "an exact shape hides a mesh";
+    EXPECT_TRUE(areSame(drawn(L" Hidden=1"), all));
+}
+
+TEST_F(DrawingTest, ASphereIsACircleOfItsRadiusWithoutFacets)
+{
+    answer(L"Design.New");
+    answer(L"Design.Sphere 20");
+    answer(L"Camera.Set 200,-400,300 0,0,0 0,0,1 1 10000 160 120 1");
+    const std::wstring path = scratch(L"sphere.svg");
+    answer(L"Commands.Start SaveDrawingCommand Scale=2:1 Path=" + path);
+    const QPointF middle(297.0 / 2, (210 - 18) / 2.0);
+    double around = 0;
+    for (const auto& [points, dashed] : read(path).lines)
+        for (size_t i = 1; i < points.size() && distance(points[0], middle) < 60; ++i) {
+            around += distance(points[i - 1], points[i]);
+            EXPECT_NEAR(distance(points[i], middle), 40, 0.03);
+        }
+    EXPECT_NEAR(around, 80 * std::numbers::pi, 2);
 }
 
 class PrintTest : public CommandsTests::WithProgram

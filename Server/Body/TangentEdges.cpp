@@ -1,4 +1,4 @@
-#include "Server/Scene/Rendra/TangentEdges.h"
+#include "Server/Body/TangentEdges.h"
 
 #include <array>
 #include <bit>
@@ -6,7 +6,7 @@
 #include <limits>
 #include <unordered_map>
 
-namespace Rendra {
+namespace Vs {
 namespace {
 
 /// The angle between normals: three degrees.
@@ -41,18 +41,18 @@ struct Touch
 using Touches = std::unordered_map<Place, std::vector<Touch>, Hash>;
 
 /// The first of the two points in the middle of an edge, which are both on the adjacent triangles.
-uint32_t middleOf(const Vs::BodyMesh& mesh, size_t edge)
+uint32_t middleOf(const BodyMesh& mesh, size_t edge)
 {
     return (mesh.edgeStarts[edge] + mesh.edgeStarts[edge + 1] - 1) / 2;
 }
 
-bool isDrawn(const Vs::BodyMesh& mesh, size_t edge)
+bool isDrawn(const BodyMesh& mesh, size_t edge)
 {
     return mesh.edgeStarts[edge] + 2 <= mesh.edgeStarts[edge + 1];
 }
 
 /// The vertices of faces that are on edges. Most vertices aren't, which a few bits tell in no time.
-Touches touchesOf(const Vs::BodyMesh& mesh)
+Touches touchesOf(const BodyMesh& mesh)
 {
     Touches touches;
     for (size_t edge = 0; edge + 1 < mesh.edgeStarts.size(); ++edge)
@@ -80,7 +80,7 @@ Touches touchesOf(const Vs::BodyMesh& mesh)
     return touches;
 }
 
-bool isAligned(const Vs::BodyMesh& mesh, uint32_t one, uint32_t other)
+bool isAligned(const BodyMesh& mesh, uint32_t one, uint32_t other)
 {
     float cosine = 0;
     for (size_t i = 0; i < 3; ++i)
@@ -89,7 +89,7 @@ bool isAligned(const Vs::BodyMesh& mesh, uint32_t one, uint32_t other)
 }
 
 /// Whether exactly two faces have both points, with the same normals.
-bool isTangent(const Vs::BodyMesh& mesh, const std::vector<Touch>& here, const std::vector<Touch>& there)
+bool isTangent(const BodyMesh& mesh, const std::vector<Touch>& here, const std::vector<Touch>& there)
 {
     constexpr uint32_t kNone = std::numeric_limits<uint32_t>::max();
     std::array<uint32_t, 2> faces{kNone, kNone}, first{}, second{};
@@ -110,7 +110,7 @@ bool isTangent(const Vs::BodyMesh& mesh, const std::vector<Touch>& here, const s
 
 } // namespace
 
-std::vector<bool> tangentEdges(const Vs::BodyMesh& mesh)
+std::vector<bool> tangentEdges(const BodyMesh& mesh)
 {
     std::vector<bool> tangent(mesh.edgeStarts.empty() ? 0 : mesh.edgeStarts.size() - 1);
     if (mesh.faces.size() < 2)
@@ -125,4 +125,4 @@ std::vector<bool> tangentEdges(const Vs::BodyMesh& mesh)
     return tangent;
 }
 
-} // namespace Rendra
+} // namespace Vs
