@@ -25,8 +25,17 @@ void PagePreview::show(std::optional<VectorPage> page, const QString& reason)
 {
     m_page = std::move(page);
     m_reason = reason;
+    m_working.clear();
     setAccessibleDescription(reason);
     update();
+}
+
+// At once, since whoever makes the page may leave no time for painting.
+void PagePreview::showWorking(const QString& text)
+{
+    m_working = text;
+    setAccessibleDescription(text);
+    repaint();
 }
 
 QSize PagePreview::sizeHint() const
@@ -37,6 +46,27 @@ QSize PagePreview::sizeHint() const
 void PagePreview::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
+    painter.save();
+    paintShown(painter);
+    painter.restore();
+    if (!m_working.isEmpty())
+        paintWorking(painter);
+}
+
+void PagePreview::paintWorking(QPainter& painter) const
+{
+    QRect box = fontMetrics().boundingRect(m_working).adjusted(-kBorder, -kBorder, kBorder, kBorder);
+    box.moveCenter(rect().center());
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.setBrush(palette().color(QPalette::Window));
+    painter.drawRoundedRect(box, kBorder / 2.0, kBorder / 2.0);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(box, Qt::AlignCenter, m_working);
+}
+
+void PagePreview::paintShown(QPainter& painter) const
+{
     if (!m_page) {
         painter.setPen(palette().color(QPalette::WindowText));
         painter.drawText(rect().adjusted(kBorder, kBorder, -kBorder, -kBorder),

@@ -172,6 +172,8 @@ void PrintDialog::refreshPage()
     m_making = true;
     m_fields->setEnabled(false);
     m_print->setEnabled(false);
+    if (seen.what == PrintWish::What::Drawing)
+        m_preview->showWorking(told("PrintWorking", "Computing the drawing..."));
     Vs::Status status;
     const std::optional<VectorPage> page = m_maker(seen, status);
     m_making = false;

@@ -301,8 +301,13 @@ TEST_F(PrintTest, TheDialogShowsThePageOrWhyThereIsNoneAndPrintsNothingElse)
 {
     Vu::Application::get()->needGui();
     Vu::PrintWish made;
+    QWidget* preview = nullptr;
+    QString toldMeanwhile;
+    QImage seenMeanwhile;
     const Vu::PageMaker maker = [&](const Vu::PrintWish& wish, Vs::Status& told) {
         made = wish;
+        toldMeanwhile = preview->accessibleDescription();
+        seenMeanwhile = preview->grab().toImage();
         if (wish.scale == L"9:1")
             told.addError(L"It has no room.");
         return told.isError() ? std::nullopt : std::optional(Vu::VectorPage());
@@ -311,12 +316,16 @@ TEST_F(PrintTest, TheDialogShowsThePageOrWhyThereIsNoneAndPrintsNothingElse)
     dialog.show();
     auto* what = dialog.findChild<QComboBox*>("printWhat");
     auto* scale = dialog.findChild<QLineEdit*>("printScale");
-    auto* preview = dialog.findChild<QWidget*>("printPreview");
+    preview = dialog.findChild<QWidget*>("printPreview");
     ASSERT_TRUE(what && scale && preview);
     EXPECT_TRUE(QTest::qWaitFor([&] { return made.paper == L"A3"; }));
     EXPECT_FALSE(scale->isVisible()) << "a picture has none";
+    EXPECT_EQ(toldMeanwhile, "");
     what->setCurrentIndex(2);
     EXPECT_TRUE(scale->isVisible());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return toldMeanwhile == "Computing the drawing..."; }));
+    EXPECT_NE(seenMeanwhile, preview->grab().toImage()) << "it says so over the page";
+    EXPECT_EQ(preview->accessibleDescription(), "");
     QTest::keyClicks(scale, "9:1");
     EXPECT_TRUE(QTest::qWaitFor([&] { return preview->accessibleDescription() == "It has no room."; }));
     QTest::keyClick(scale, Qt::Key_Return);
