@@ -3,6 +3,9 @@
 #include "Server/Base/Progress.h"
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
+#include "Tests/Server/Skyvault/Client/ScriptedServer.h"
+#include "Tests/Support/Process.h"
+#include "Tests/Support/Servers/TestServer.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Window/PrintDialog.h"
@@ -295,6 +298,29 @@ TEST_F(PrintTest, WhatCanNotBePrintedIsToldWithItsCause)
     refuses(path + L" Print=Drawing Scale=x", L"is not a scale");
     refuses(L"Path=/nowhere/page.pdf", L"can't be written");
     EXPECT_FALSE(QFile::exists(QString::fromStdWString(scratch(L"page.pdf"))));
+}
+
+// In a run of its own, since CUPS remembers the first server that a process asks for.
+TEST_F(PrintTest, APrinterGetsThePageAtItsSize)
+{
+    const ScriptedServer server("printers.py");
+    REQUIRE_SERVER(server);
+    const size_t blank = server.address().find(' ');
+    const std::string received = server.address().substr(blank + 1) + "/d00001-001";
+    const auto printing = [&](const std::string& arguments) {
+        return TestSupport::runQuillet({"--headless", "--command", "Design.New", "--command",
+                                        "Design.Box 60 20 30", "--command",
+                                        "Commands.Start PrintCommand Print=Drawing " + arguments},
+                                       {.environment = {"CUPS_SERVER=" + server.address().substr(0, blank)}});
+    };
+    const TestSupport::ProcessResult unknown = printing("Printer=Nowhere");
+    EXPECT_NE(unknown.exitCode, 0);
+    EXPECT_NE(unknown.errors.find("Available printers: Kept."), std::string::npos) << unknown.errors;
+    const TestSupport::ProcessResult printed = printing("Printer=Kept Paper=A3 Portrait=1 Scale=2:1");
+    EXPECT_EQ(printed.exitCode, 0) << printed.errors;
+    const std::string facts = TestSupport::runProcess("/usr/bin/pdfinfo", {received}).output;
+    EXPECT_NE(facts.find("Pages:           1\n"), std::string::npos) << facts;
+    EXPECT_NE(facts.find("842 x 1191 pts"), std::string::npos) << facts;
 }
 
 TEST_F(PrintTest, TheDialogShowsThePageOrWhyThereIsNoneAndPrintsNothingElse)
