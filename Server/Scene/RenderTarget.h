@@ -67,6 +67,8 @@ struct RenderTarget
     /// The camera is moving, and another picture follows when it stops: scenes that take long are drawn with
     /// coarser meshes, and without edges and the smallest bodies.
     bool moving = false;
+    /// Bodies that others hide may be left out, of which the picture shows nothing.
+    bool skipsHidden = true;
     /// The part of the picture that the framebuffer covers, from its lower left corner; 0 by 0 for all of it.
     int tileX = 0, tileY = 0, tileWidth = 0, tileHeight = 0;
 
@@ -77,8 +79,9 @@ struct RenderTarget
 /// The cost of the last picture, for tests and benchmarks.
 struct RenderStatistics
 {
-    uint64_t instances = 0;      ///< Visible bodies of the scene.
-    uint64_t drawnInstances = 0; ///< Those inside the view and not too small to see.
+    uint64_t instances = 0;       ///< Visible bodies of the scene.
+    uint64_t drawnInstances = 0;  ///< Those inside the view and not too small to see.
+    uint64_t hiddenInstances = 0; ///< Those of them left out since others hide them.
     uint64_t drawCalls = 0;
     uint64_t triangles = 0;
     uint64_t uploadedMeshes = 0;    ///< Sent to the GPU for this picture.

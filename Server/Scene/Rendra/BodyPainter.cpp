@@ -143,6 +143,7 @@ void BodyPainter::release()
     m_shadows.release();
     m_mirror.release();
     m_glass.release();
+    m_hidden.release();
 }
 
 void BodyPainter::draw(const Frame& frame)
@@ -155,19 +156,15 @@ void BodyPainter::draw(const Frame& frame)
     const double size = frame.fragment.viewFragmentNode()->boundingBox().diagonal();
     const bool occluded = frame.target.effects && style.faces && frame.params().ambientOcclusionEnabled() &&
                           findOcclusion(frame, size * kOcclusionReach);
-    const Program& faces = useFaces(frame, occluded);
     frame.drawIntoPicture();
+    bool hides = false;
     if (style.faces || style.depthOnly) {
-        // Faces are pushed back behind the edges that lie in them, and a little more behind transparent ones.
-        glEnable(GL_POLYGON_OFFSET_FILL);
-        glPolygonOffset(std::max(1.0f, 0.5f * frame.target.lineWidth + 0.5f), 192.0f);
-        if (style.depthOnly)
-            glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
-        drawOpaqueFaces(frame, faces);
-        if (style.depthOnly)
-            frame.drawFaces(Frame::Faces::OfGlass);
-        glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
-        glDisable(GL_POLYGON_OFFSET_FILL);
+        useFaces(frame, occluded); // which draws shadows of all bodies, if there are to be any
+        hides = m_hidden.begin(frame);
+        drawSolids(frame, occluded, style.depthOnly);
+        if (hides && m_hidden.findMore(frame))
+            drawSolids(frame, occluded, style.depthOnly);
+        frame.scene.instances.showInView();
     }
 
     glEnable(GL_BLEND);
@@ -189,10 +186,28 @@ void BodyPainter::draw(const Frame& frame)
         m_edges.draw(frame, hidden, style.outlines && !style.faces);
         glDepthFunc(GL_LEQUAL);
     }
+    if (hides)
+        m_hidden.finish(frame);
     if (style.edges && !(frame.coarse && style.faces))
         m_edges.draw(frame, look, style.outlines && !frame.coarse);
     glDepthMask(GL_TRUE);
     glDisable(GL_BLEND);
+}
+
+// Faces are pushed back behind the edges that lie in them, and a little more behind transparent ones.
+void BodyPainter::drawSolids(const Frame& frame, bool occluded, bool depthOnly)
+{
+    const Program& faces = useFaces(frame, occluded);
+    frame.drawIntoPicture();
+    glEnable(GL_POLYGON_OFFSET_FILL);
+    glPolygonOffset(std::max(1.0f, 0.5f * frame.target.lineWidth + 0.5f), 192.0f);
+    if (depthOnly)
+        glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+    drawOpaqueFaces(frame, faces);
+    if (depthOnly)
+        frame.drawFaces(Frame::Faces::OfGlass);
+    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+    glDisable(GL_POLYGON_OFFSET_FILL);
 }
 
 void BodyPainter::drawFaces(const Frame& frame)

@@ -4,6 +4,7 @@
 #include "Server/Scene/Rendra/EnvironmentMirror.h"
 #include "Server/Scene/Rendra/Frame.h"
 #include "Server/Scene/Rendra/GlassLayers.h"
+#include "Server/Scene/Rendra/HiddenBodies.h"
 #include "Server/Scene/Rendra/Occlusion.h"
 
 namespace Rendra {
@@ -30,6 +31,7 @@ private:
     bool makeFaces(unsigned kind, Vs::Status& status);
     const Program& faceProgram(unsigned kind);
     void drawOpaqueFaces(const Frame& frame, const Program& faces);
+    void drawSolids(const Frame& frame, bool occluded, bool depthOnly);
     void drawGlass(const Frame& frame, bool lined);
     void drawUnsorted(const Frame& frame);
     bool findOcclusion(const Frame& frame, double radius);
@@ -54,6 +56,7 @@ private:
     ObjectShadow m_shadows;
     EnvironmentMirror m_mirror;
     GlassLayers m_glass;
+    HiddenBodies m_hidden;
 };
 
 } // namespace Rendra

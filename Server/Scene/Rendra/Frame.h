@@ -12,6 +12,9 @@
 #include "Server/Scene/Rendra/Program.h"
 #include "Server/Scene/ViewFragment.h"
 
+#include <cstdint>
+#include <vector>
+
 namespace Rendra {
 
 /// A part of the picture, in pixels of the framebuffer from the picture's lower left corner.
@@ -32,6 +35,12 @@ struct KeptScene
     GroundFinder ground;
     ContactShadow::Kept contact;
     ObjectShadow::Kept lit;
+    /// Which instances were seen in the last picture, batch after batch; see HiddenBodies.
+    struct Seen
+    {
+        uint64_t layout = 0; ///< DrawList::layoutRevision of the numbers.
+        std::vector<uint8_t> states;
+    } seen;
 
     void release()
     {

@@ -12,6 +12,8 @@ uint64_t InstanceStore::update(const DrawList& list, const Vs::Scene::Projection
     const uint64_t changed = uploadChanges(list);
     m_ranges.assign(list.batches().size(), {});
     m_gathered.clear();
+    m_visibleIndices.clear();
+    m_firstVisible.clear();
     m_lit.clear();
     for (size_t i = 0; i < list.batches().size(); ++i) {
         const Batch& batch = *list.batches()[i];
@@ -20,6 +22,7 @@ uint64_t InstanceStore::update(const DrawList& list, const Vs::Scene::Projection
                 m_lit.push_back({&batch, i, index});
                 --left;
             }
+        m_firstVisible.push_back(m_visibleIndices.size());
         DrawList::Sizes pixels;
         if (list.cull(batch, projection, smallest, m_indices, pixels)) {
             m_ranges[i] = {m_all, m_offsets[i], GLsizei(batch.instances.size()), pixels.largest,
@@ -30,13 +33,43 @@ uint64_t InstanceStore::update(const DrawList& list, const Vs::Scene::Projection
                        pixels.largest, pixels.smallest};
         for (uint32_t index : m_indices)
             m_gathered.push_back(batch.instances[index]);
+        m_visibleIndices.insert(m_visibleIndices.end(), m_indices.begin(), m_indices.end());
     }
-    if (!m_gathered.empty()) {
-        glBindBuffer(GL_ARRAY_BUFFER, m_visible);
-        glBufferData(GL_ARRAY_BUFFER, GLsizeiptr(m_gathered.size() * sizeof(Instance)), m_gathered.data(),
-                     GL_STREAM_DRAW);
-    }
+    uploadGathered(m_visible);
+    m_inView = m_ranges;
     return changed;
+}
+
+void InstanceStore::showSome(const DrawList& list, const std::vector<uint8_t>& states, uint8_t mask,
+                             uint8_t bits)
+{
+    m_ranges = m_inView;
+    m_gathered.clear();
+    for (size_t i = 0; i < m_ranges.size(); ++i) {
+        const Batch& batch = *list.batches()[i];
+        const uint8_t* const state = &states[m_offsets[i] / sizeof(Instance)];
+        const size_t first = m_gathered.size();
+        forEachInView(i, [&](size_t index) {
+            if ((state[index] & mask) == bits)
+                m_gathered.push_back(batch.instances[index]);
+        });
+        const size_t count = m_gathered.size() - first;
+        if (count == size_t(m_inView[i].count))
+            m_gathered.resize(first);
+        else
+            m_ranges[i] = {m_some, first * sizeof(Instance), GLsizei(count), m_inView[i].pixels,
+                           m_inView[i].leastPixels};
+    }
+    uploadGathered(m_some);
+}
+
+void InstanceStore::uploadGathered(GLuint buffer)
+{
+    if (m_gathered.empty())
+        return;
+    glBindBuffer(GL_ARRAY_BUFFER, buffer);
+    glBufferData(GL_ARRAY_BUFFER, GLsizeiptr(m_gathered.size() * sizeof(Instance)), m_gathered.data(),
+                 GL_STREAM_DRAW);
 }
 
 void InstanceStore::showAll(const DrawList& list)
@@ -52,6 +85,7 @@ uint64_t InstanceStore::uploadChanges(const DrawList& list)
     if (!m_all) {
         glGenBuffers(1, &m_all);
         glGenBuffers(1, &m_visible);
+        glGenBuffers(1, &m_some);
     }
     glBindBuffer(GL_ARRAY_BUFFER, m_all);
     const bool anew = m_layout != list.layoutRevision();
@@ -95,8 +129,8 @@ void InstanceStore::bind(const Range& range)
 
 void InstanceStore::release()
 {
-    const GLuint buffers[] = {m_all, m_visible};
-    glDeleteBuffers(2, buffers);
+    const GLuint buffers[] = {m_all, m_visible, m_some};
+    glDeleteBuffers(3, buffers);
     *this = InstanceStore();
 }
 

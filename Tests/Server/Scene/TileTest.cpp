@@ -1,11 +1,17 @@
-// A picture that is assembled from tiles equals the one drawn whole, whatever is shown around the bodies.
+// A picture that is assembled from tiles equals the one drawn whole, whatever is shown around the bodies; and
+// one without the bodies that others hide equals the one with all.
 
 #include "Server/Scene/Rendra/EglContext.h"
 #include "Server/Scene/Rendra/PictureTarget.h"
 #include "Server/Scene/Rendra/Renderer.h"
 #include "Tests/Server/Scene/Studio.h"
+#include "Tests/Support/Seed.h"
+
+#include <random>
 
 using Vs::Scene::Image;
+using Vs::Scene::NodeChange;
+using Vs::Scene::ViewFragment;
 
 namespace {
 
@@ -41,7 +47,7 @@ protected:
         image.height = kHigh;
         image.pixels.resize(size_t(kWhole) * kHigh * 4);
         const int scale = target.pixelScale;
-        EXPECT_TRUE(surface.prepare(width, height, scale, 1));
+        EXPECT_TRUE(surface.prepare(width, height, scale, target.samples));
         target.framebuffer = surface.framebuffer();
         target.width = kWhole * scale;
         target.height = kHigh * scale;
@@ -124,6 +130,59 @@ TEST_F(Tiles, ShadowsAndOcclusionAreFoundAgainOnlyIfABodyMoves)
     EXPECT_LT(turned, first) << "but shadows do not";
     Vs::Scene::NodeChange(box).transform(GkMatrix3d::translation({-20, -30, 0}));
     EXPECT_EQ(drawCalls(), first);
+}
+
+// Each body in a cell of its own, so that no two have a depth in common.
+TEST_F(Tiles, LackNothingThatIsSeenWhateverWasHiddenInThePictureBefore)
+{
+    std::mt19937 random(TestSupport::seed());
+    const auto number = [&](double low, double high) {
+        return std::uniform_real_distribution<double>(low, high)(random);
+    };
+    fragment = ViewFragment::make(nullptr);
+    fragment->renderParams()->groundPlaneEnabled(false);
+    const Vs::Colour blue{0.1f, 0.2f, 0.8f, 0.4f};
+    const Shapes::MeshPtr meshes[] = {Shapes::box(11, 9, 2), Shapes::box(6, 6, 6, &blue), Shapes::ball(5, 28),
+                                      Shapes::cylinder(3, 8)};
+    for (int i = 0; i < 400; ++i) {
+        const Vs::Colour colour{float(number(0, 1)), float(number(0, 1)), float(number(0, 1)),
+                                i % 7 == 0 ? 0.5f : 1};
+        const auto node = Rendra::Graphics::BodyNode::make(meshes[random() % 4], colour);
+        GkMatrix3d place = GkMatrix3d::translation({i % 10 * 16.0, i / 10 % 10 * 16.0, i / 100 * 16.0}) *
+                           GkMatrix3d::rotation(number(0, 6), {number(-1, 1), number(-1, 1), 1});
+        if (i % 5 == 0)
+            place = place * GkMatrix3d::scaling(number(0.2, 0.9));
+        NodeChange(node.get()).transform(place);
+        NodeChange(fragment->viewFragmentNode()).add(node);
+    }
+    target.effects = false;
+    Vs::Scene::Camera& camera = *fragment->camera();
+    uint64_t hidden = 0;
+    for (int turn = 0; turn < 12; ++turn) {
+        target.samples = turn % 3 == 2 ? 4 : 1;
+        target.shiftX = turn % 4 == 1 ? 0.3 : 0;
+        constexpr int kStyles[] = {Vs::Scene::kShaded, Vs::Scene::kShadedWithVisibleEdges,
+                                   Vs::Scene::kShadedWithHiddenEdges, Vs::Scene::kWireframeWithVisibleEdges};
+        fragment->renderParams()->visualStyle(kStyles[random() % 4]);
+        look({number(-1, 1), number(-1, 1), number(-1, 1)}, int(random() % 2));
+        camera.zoom(number(0.5, 3));
+        if (turn % 6 == 5) // from among them
+            camera.position({number(0, 150), number(0, 150), number(0, 90)});
+        SCOPED_TRACE(testing::Message()
+                     << "turn " << turn << ", style " << fragment->renderParams()->visualStyle());
+        for (int step = 0; step < 2; ++step) {
+            const int width = step == 0 && turn % 2 == 0 ? 130 : kWhole;
+            const Image seen = drawIn(width, kHigh);
+            hidden += renderer.statistics().hiddenInstances;
+            target.skipsHidden = false;
+            const Image all = drawIn(width, kHigh);
+            EXPECT_EQ(renderer.statistics().hiddenInstances, 0u);
+            target.skipsHidden = true;
+            EXPECT_EQ(changed(seen, all, 0), 0) << "step " << step;
+            camera.orbit(number(-40, 40), number(-20, 20));
+        }
+    }
+    EXPECT_GT(hidden, 24u * 15) << "something was left out";
 }
 
 } // namespace
