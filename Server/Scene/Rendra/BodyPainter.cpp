@@ -59,6 +59,13 @@ Style styleOf(int visualStyle)
     }
 }
 
+/// Whoever chooses one sample per pixel wants speed: of glass, the mean of all layers is then enough, and
+/// without a GPU to light these at the corners of triangles.
+bool isFine(const Frame& frame)
+{
+    return frame.target.samples > 1 || frame.target.pixelScale > 1;
+}
+
 /// Where the depths for a part of the picture are drawn: its lower left corner in pixels of the framebuffer,
 /// but its size in pixels of the picture.
 Area occlusionArea(const Area& part, int pixelScale)
@@ -253,8 +260,7 @@ void BodyPainter::drawGlass(const Frame& frame, bool lined)
         return;
     const Area touched = boxes < kMostBoxes ? bounds.area(kLineMargin) : frame.part;
     const Program& faces = useFaces(frame, false, true);
-    // Whoever chooses one sample per pixel wants speed: the mean of all layers is then enough.
-    const bool fine = frame.target.samples > 1 || frame.target.pixelScale > 1;
+    const bool fine = isFine(frame);
     if (!faces || !m_glass.begin(frame, touched, fine, alone)) {
         drawUnsorted(frame);
         return;
@@ -268,7 +274,7 @@ void BodyPainter::drawGlass(const Frame& frame, bool lined)
     frame.drawFaces(Frame::Faces::OfGlass);
     if (fine) {
         m_glass.take(Step::Foremost);
-        frame.drawFaces(Frame::Faces::OfGlass);
+        frame.drawFaces(Frame::Faces::FrontsOfGlass);
     }
     lined = lined && fine;
     if (lined) {
@@ -332,7 +338,7 @@ const Program& BodyPainter::useFaces(const Frame& frame, bool occluded, bool gla
     kind |= realistic ? kRealisticFaces : kPlainFaces;
     kind |= shadowed ? kShadowedFaces : kPlainFaces;
     kind |= occluded ? kOccludedFaces : kPlainFaces;
-    if (kind == kPlainFaces && frame.quick)
+    if (kind == kPlainFaces && (frame.quick || (glass && frame.software && !isFine(frame))))
         kind = kQuickFaces;
     const Program& program = faceProgram(glass ? kind | kGlassFaces : kind);
     if (!program)

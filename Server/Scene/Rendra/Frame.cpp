@@ -129,7 +129,7 @@ bool Frame::showsGlass() const
 void Frame::drawFaces(Faces which) const
 {
     const auto isMeant = [&](const Batch& batch) {
-        return which == Faces::OfMixed ? batch.mixed : batch.transparent == (which == Faces::OfGlass);
+        return which == Faces::OfMixed ? batch.mixed : batch.transparent == (which != Faces::OfOpaque);
     };
     for (size_t i = 0; i < scene.list.batches().size(); ++i) {
         const Batch& batch = *scene.list.batches()[i];
@@ -138,7 +138,9 @@ void Frame::drawFaces(Faces which) const
             continue;
         const GlMesh& mesh = meshOf(batch, range);
         // Half of the triangles of a solid face away; culling them early saves most in software.
-        const bool outsideOnly = mesh.closed && batch.mirrored == 0 && which == Faces::OfOpaque;
+        const bool outsideOnly =
+            mesh.closed && batch.mirrored == 0 &&
+            (which == Faces::OfOpaque || (which == Faces::FrontsOfGlass && !batch.mixed));
         outsideOnly ? glEnable(GL_CULL_FACE) : glDisable(GL_CULL_FACE);
         glBindVertexArray(mesh.faceArray);
         InstanceStore::bind(range);

@@ -133,9 +133,10 @@ struct Frame
     bool showsGlass() const;
 
     enum class Faces {
-        OfOpaque, ///< Of the batches that have nothing transparent.
-        OfMixed,  ///< Of those in which some faces are transparent, and others not.
-        OfGlass,  ///< Of all that have anything transparent.
+        OfOpaque,      ///< Of the batches that have nothing transparent.
+        OfMixed,       ///< Of those in which some faces are transparent, and others not.
+        OfGlass,       ///< Of all that have anything transparent.
+        FrontsOfGlass, ///< The same, without the backs of closed bodies.
     };
     /// Draws faces of the scene with the current program, which takes the attributes of Attribute.
     void drawFaces(Faces which) const;

@@ -11,7 +11,7 @@ namespace Rendra {
 
 namespace {
 
-constexpr GLenum kFormats[] = {GL_RGBA16F, GL_RG16F, GL_RGBA8, GL_RGBA8};
+constexpr GLenum kFormats[] = {GL_RGBA32F, GL_RG32F, GL_RGBA8, GL_RGBA8};
 constexpr GLenum kAttachments[] = {GL_COLOR_ATTACHMENT0, GL_COLOR_ATTACHMENT1, GL_COLOR_ATTACHMENT2,
                                    GL_COLOR_ATTACHMENT3};
 /// What is larger than this part of the buffers is cleared with everything else.
@@ -144,11 +144,11 @@ bool GlassLayers::begin(const Frame& frame, const Area& touched, bool fine, bool
     const bool isLarge =
         int64_t(around.width) * around.height * kPartToClear > int64_t(frame.tile.width) * frame.tile.height;
     isLarge ? glDisable(GL_SCISSOR_TEST) : glEnable(GL_SCISSOR_TEST);
-    const float nothing[4] = {0, 0, 0, 0}, unhidden[4] = {0, 0, 0, 1};
+    const float nothing[4] = {0, 0, 0, 0};
     const int buffers = fine ? kForemost + 1 : kWeights + 1;
     glDrawBuffers(buffers, kAttachments);
     for (int i = 0; i < buffers; ++i)
-        glClearBufferfv(GL_COLOR, i, i == kSums ? unhidden : nothing);
+        glClearBufferfv(GL_COLOR, i, nothing);
     if (alone)
         glClear(GL_DEPTH_BUFFER_BIT);
     glEnable(GL_SCISSOR_TEST);
@@ -167,7 +167,7 @@ void GlassLayers::take(Step step) const
     glDepthMask(front);
     glDepthFunc(GL_LEQUAL);
     sums ? glEnable(GL_BLEND) : glDisable(GL_BLEND);
-    glBlendFuncSeparate(GL_ONE, GL_ONE, GL_ZERO, GL_ONE_MINUS_SRC_ALPHA);
+    glBlendFunc(GL_ONE, GL_ONE);
 }
 
 void GlassLayers::beginLines() const
@@ -179,12 +179,13 @@ void GlassLayers::beginLines() const
     glClearBufferfv(GL_COLOR, 0, nothing);
     glDepthMask(GL_FALSE);
     glEnable(GL_BLEND);
-    glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+    glBlendEquation(GL_MAX); // in whatever order
 }
 
 void GlassLayers::finish(const Frame& frame, bool lined)
 {
     glDisable(GL_POLYGON_OFFSET_FILL);
+    glBlendEquation(GL_FUNC_ADD);
     if (m_sharesDepths)
         attachDepths(0);
     frame.drawIntoPicture();

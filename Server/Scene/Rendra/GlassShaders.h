@@ -9,16 +9,22 @@ inline constexpr const char* kFaceResult = R"(
 #ifdef GLASS
 uniform vec2 clipRange; // near and far
 uniform bool parallel;
-layout(location = 0) out vec4 sum;     // added up; its opacity is multiplied instead
+layout(location = 0) out vec4 sum;     // added up; of the light that passes, the logarithms are
 layout(location = 1) out vec2 weights; // of all, which are added up, and of the foremost
 layout(location = 2) out vec4 foremost;
+
+// What consists of such steps adds up without rounding, hundreds of times: so the order does not matter.
+vec4 inSteps(vec4 value)
+{
+    return floor(value * vec4(vec3(65536.0), 4096.0) + 0.5) / vec4(vec3(65536.0), 4096.0);
+}
 
 // What lies farther back counts less. Only places between the foremost and the last are weighed by this.
 void give(vec4 colour)
 {
     float ahead = parallel ? gl_FragCoord.z : (1.0 / gl_FragCoord.w - clipRange.x) / (clipRange.y - clipRange.x);
-    float weight = colour.a * exp2(-6.0 * clamp(ahead, 0.0, 1.0));
-    sum = vec4(colour.rgb * weight, colour.a);
+    float weight = inSteps(vec4(colour.a * exp2(-6.0 * clamp(ahead, 0.0, 1.0)))).x;
+    sum = inSteps(vec4(colour.rgb * weight, -log2(max(1.0 - colour.a, 1e-3))));
     weights = vec2(weight);
     foremost = vec4(colour.rgb * colour.a, colour.a);
 }
@@ -40,6 +46,14 @@ void give(vec4 colour)
 inline constexpr const char* kGlassFragment = R"(
 uniform sampler2D sums;
 uniform sampler2D weights;
+
+// With how much light passes: 1 where there is nothing.
+vec4 sumAt(ivec2 at)
+{
+    vec4 sum = texelFetch(sums, at, 0);
+    return vec4(sum.rgb, exp2(-sum.a));
+}
+
 #ifdef FINE
 uniform sampler2D foremost;
 uniform sampler2D lines;
@@ -58,7 +72,7 @@ out vec4 result; // multiplied by its opacity
 void main()
 {
     ivec2 at = ivec2(gl_FragCoord.xy);
-    vec4 sum = texelFetch(sums, at, 0);
+    vec4 sum = sumAt(at);
     vec4 line = vec4(0.0), front = vec4(0.0);
 #ifdef SAMPLED
     const ivec2 ways[4] = ivec2[](ivec2(1, 0), ivec2(-1, 0), ivec2(0, 1), ivec2(0, -1));
@@ -68,12 +82,12 @@ void main()
         ivec2 beside = clamp(at + ways[i], ivec2(0), textureSize(depths, 0) - 1);
         float there = depthAt(beside);
         slope = min(slope, beside == at ? 1.0 : abs(there - here));
-        if (there > here + 1e-6 && texelFetch(sums, beside, 0).a < 1.0)
+        if (there > here + 1e-6 && sumAt(beside).a < 1.0)
             behind = beside;
     }
     if (sum.a == 1.0 && behind != at) {
         at = behind;
-        sum = texelFetch(sums, at, 0);
+        sum = sumAt(at);
         here = depthAt(at);
         slope = 0.0;
     }
@@ -91,7 +105,7 @@ void main()
     vec3 others = sum.rgb - front.rgb / max(front.a, 1e-3) * weight.g;
     if (weight.r - weight.g > 1e-3 * weight.g)
         seen += (1.0 - front.a) * behindFront * clamp(others / (weight.r - weight.g), 0.0, 1.0);
-    result = vec4(line.rgb + (1.0 - line.a) * seen, 1.0 - (1.0 - line.a) * sum.a);
+    result = vec4(mix(seen, line.rgb, line.a), 1.0 - (1.0 - line.a) * sum.a);
 }
 )";
 

@@ -86,8 +86,10 @@ TEST_F(GlassPicture, IsTheSameInWhateverOrderBodiesAreDrawn)
                 const Image image = draw();
                 if (turn == 0)
                     first = image;
-                // Sums in another order differ by rounding, which affects faces that intersect.
-                EXPECT_LT(changed(first, image, 2), 0.002) << "style " << style << ", order " << turn;
+                // Where faces of two colours intersect, a few pixels have both at one depth; opaque lines
+                // over each other are rounded in another order.
+                EXPECT_LE(changed(first, image, 1) * kWidth * kHeight, 3)
+                    << "style " << style << ", order " << turn;
                 std::rotate(order.begin(), order.begin() + 1 + turn % 2, order.end());
                 std::swap(order[1], order[3]);
             }
