@@ -139,6 +139,15 @@ std::vector<Look> allLooks(const std::wstring& sky)
         {"without lines", style(Vs::Scene::kShaded), usual},
         {"hidden lines, too", style(Vs::Scene::kShadedWithHiddenEdges), usual},
         {"realistic", style(Vs::Scene::kRealistic), usual},
+        {"realistic, still",
+         [](Stage& stage) {
+             stage.fragment->renderParams()->visualStyle(Vs::Scene::kRealistic);
+             stage.options.effects = true;
+         },
+         [](Stage& stage) {
+             stage.fragment->renderParams()->visualStyle(Vs::Scene::kShadedWithVisibleEdges);
+             stage.options.effects = false;
+         }},
         {"sky of a .hdr file", [&manager, sky](Stage&) { manager.usualEnvironmentID(sky); },
          [&manager](Stage&) { manager.usualEnvironmentID(L"PhotoBooth"); }},
         {"effects of still pictures", [](Stage& stage) { stage.options.effects = true; },

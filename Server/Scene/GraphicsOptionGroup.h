@@ -37,6 +37,10 @@ public:
     /// How finely round faces are drawn when the camera comes near: "coarse", "normal" or "fine".
     Option<std::wstring> meshQuality{*this, "meshQuality", L"normal"};
     Option<int> objectShadowType{*this, "objectShadowType", 0}; ///< 0 none, 1 sharp, 2 and 3 soft.
+    /// Whether somebody has set it, be it to 0: until then the visual style decides.
+    bool objectShadowIsChosen() const;
+    /// Sets it, also to what it is by default.
+    void chooseObjectShadow(int type);
     Option<int> cameraProjection{*this, "cameraProjection", 2}; ///< An EProjection.
     Option<bool> cameraPerspWithOrthoFaces{*this, "cameraPerspWithOrthoFaces", false};
 

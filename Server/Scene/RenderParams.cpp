@@ -14,6 +14,7 @@ RenderParams::RenderParams()
     m_nprEffect = options.NPREffect();
     m_visualStyle = options.visualStyle();
     m_objectShadowType = options.objectShadowType();
+    m_shadowsAreChosen = options.objectShadowIsChosen();
 }
 
 void RenderParams::groundPlaneOrientation(const GkVector3d& up)

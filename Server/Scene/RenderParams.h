@@ -43,7 +43,17 @@ public:
     int visualStyle() const { return m_visualStyle; }
     void visualStyle(int style) { set(m_visualStyle, style); }
     int objectShadowType() const { return m_objectShadowType; }
-    void objectShadowType(int type) { set(m_objectShadowType, type); }
+    void objectShadowType(int type)
+    {
+        set(m_objectShadowType, type);
+        set(m_shadowsAreChosen, true);
+    }
+    /// The shadows that are drawn: until somebody has chosen, realistic bodies have soft ones, and others
+    /// none.
+    int drawnShadowType() const
+    {
+        return m_shadowsAreChosen || m_visualStyle != kRealistic ? m_objectShadowType : kSoftest;
+    }
 
     /// Grows with every change.
     uint64_t revision() const { return m_revision; }
@@ -60,7 +70,9 @@ private:
 
     GkVector3d m_groundPlaneOrientation{0, 0, 1};
     bool m_groundPlane, m_groundShadow, m_groundReflection, m_ambientOcclusion;
-    bool m_colorCycling = false;
+    static constexpr int kSoftest = 3;
+
+    bool m_colorCycling = false, m_shadowsAreChosen;
     int m_nprEffect, m_visualStyle, m_objectShadowType;
     uint64_t m_revision = 1;
 };

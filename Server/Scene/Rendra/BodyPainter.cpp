@@ -77,7 +77,7 @@ Area occlusionArea(const Area& part, int pixelScale)
     return {part.x - margin, part.y - margin, length(part.width), length(part.height)};
 }
 
-Occlusion::Source sourceOf(const Frame& frame, const Area& depths, double radius)
+Occlusion::Source sourceOf(const Frame& frame, const Area& depths, double radius, bool lit)
 {
     const Vs::Scene::Projection& projection = frame.projection;
     Occlusion::Source source;
@@ -97,6 +97,10 @@ Occlusion::Source sourceOf(const Frame& frame, const Area& depths, double radius
                    double(frame.area.height),
                    radius,
                    frame.coarse ? 1e9 : double(frame.smallest)};
+    if (lit) {
+        const GkVector3d& to = frame.scene.lit.toLamp;
+        source.toLamp = {to.x, to.y, to.z};
+    }
     return source;
 }
 
@@ -136,7 +140,9 @@ bool BodyPainter::makeFaces(unsigned kind, Vs::Status& status)
     return m_faces[kind].make(
         "faces", {glass, kInstance, kFaceColours, kFaceVertex},
         {glass, realistic ? "#define REALISTIC\n" : "", kind & kOccludedFaces ? "#define OCCLUDED\n" : "",
-         kSurroundings, kind & kShadowedFaces ? ObjectShadow::kLookUp : ObjectShadow::kNoLookUp,
+         kind & kSoftFaces ? "#define FOUND\n" : "", kSurroundings,
+         kind & kShadowedFaces ? ObjectShadow::kPlaces : "",
+         kind & kShadowedFaces ? ObjectShadow::kLookUp : ObjectShadow::kNoLookUp,
          realistic ? kRealisticLight : kPlainLight, kFaceFinish, kFaceResult, kFaceFragment},
         status);
 }
@@ -160,9 +166,7 @@ void BodyPainter::draw(const Frame& frame)
     const Style style = styleOf(frame.params().visualStyle());
     frame.statistics.unlined =
         frame.statistics.unlined || !style.outlines || frame.coarse || !EdgePainter::linesAll(frame);
-    const double size = frame.fragment.viewFragmentNode()->boundingBox().diagonal();
-    const bool occluded = frame.target.effects && style.faces && frame.params().ambientOcclusionEnabled() &&
-                          findOcclusion(frame, size * kOcclusionReach);
+    const bool occluded = frame.target.effects && style.faces && findOcclusion(frame);
     frame.drawIntoPicture();
     bool hides = false;
     if (style.faces || style.depthOnly) {
@@ -310,23 +314,30 @@ const Program& BodyPainter::faceProgram(unsigned kind)
     return m_faces[kind & kGlassFaces];
 }
 
-bool BodyPainter::findOcclusion(const Frame& frame, double radius)
+// False if neither corners nor soft shadows are darker.
+bool BodyPainter::findOcclusion(const Frame& frame)
 {
+    const bool soft = findShadows(frame) && ObjectShadow::areSoft(frame);
+    const bool corners = frame.params().ambientOcclusionEnabled();
+    if (!soft && !corners)
+        return false;
+    const double size = frame.fragment.viewFragmentNode()->boundingBox().diagonal();
+    const double radius = corners ? size * kOcclusionReach : 0;
     const int scale = frame.target.pixelScale;
     const Area depths = occlusionArea(frame.part, scale);
-    if (m_occlusion.isOf(sourceOf(frame, depths, radius)))
+    if (m_occlusion.isOf(sourceOf(frame, depths, radius, soft)))
         return true;
-    if (!m_occlusion.begin(depths.width, depths.height))
+    if (!m_occlusion.begin(depths.width, depths.height, soft))
         return false;
     const Area reach{depths.x, depths.y, depths.width * scale, depths.height * scale};
     frame.setView(m_occlusion.depthProgram(), reach);
     frame.drawFaces(Frame::Faces::OfOpaque);
     const Area& area = frame.area;
     const auto partOf = [](int at, int from, int length) { return double(at - from) / length; };
-    m_occlusion.finish(
-        frame.projection, partOf(reach.x, area.x, area.width), partOf(reach.y, area.y, area.height),
-        partOf(reach.x + reach.width, area.x, area.width),
-        partOf(reach.y + reach.height, area.y, area.height), radius, occludedArea(frame, depths));
+    m_occlusion.finish(frame, partOf(reach.x, area.x, area.width), partOf(reach.y, area.y, area.height),
+                       partOf(reach.x + reach.width, area.x, area.width),
+                       partOf(reach.y + reach.height, area.y, area.height), radius,
+                       occludedArea(frame, depths));
     return true;
 }
 
@@ -338,6 +349,7 @@ const Program& BodyPainter::useFaces(const Frame& frame, bool occluded, bool gla
     kind |= realistic ? kRealisticFaces : kPlainFaces;
     kind |= shadowed ? kShadowedFaces : kPlainFaces;
     kind |= occluded ? kOccludedFaces : kPlainFaces;
+    kind |= occluded && shadowed && ObjectShadow::areSoft(frame) ? kSoftFaces : kPlainFaces;
     if (kind == kPlainFaces && (frame.quick || (glass && frame.software && !isFine(frame))))
         kind = kQuickFaces;
     const Program& program = faceProgram(glass ? kind | kGlassFaces : kind);
@@ -363,6 +375,10 @@ const Program& BodyPainter::useFaces(const Frame& frame, bool occluded, bool gla
     glActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, m_occlusion.texture());
     glUniform1i(program.uniform("occlusion"), 0);
+    glActiveTexture(GL_TEXTURE1);
+    glBindTexture(GL_TEXTURE_2D, m_occlusion.depths());
+    glActiveTexture(GL_TEXTURE0);
+    glUniform1i(program.uniform("occlusionDepths"), 1);
     glUniform4f(program.uniform("occlusionPlace"), perX, perY, float(frame.tile.x - depths.x) * perX,
                 float(frame.tile.y - depths.y) * perY);
     return program;

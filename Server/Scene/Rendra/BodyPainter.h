@@ -34,7 +34,7 @@ private:
     void drawSolids(const Frame& frame, bool occluded, bool depthOnly);
     void drawGlass(const Frame& frame, bool lined);
     void drawUnsorted(const Frame& frame);
-    bool findOcclusion(const Frame& frame, double radius);
+    bool findOcclusion(const Frame& frame);
     const Program& useFaces(const Frame& frame, bool occluded, bool glass = false);
 
     /// The features of a face program; their combinations are the kinds of programs. All but the plain one,
@@ -46,7 +46,8 @@ private:
         kOccludedFaces = 4,
         kQuickFaces = 8,  ///< Lit only at the vertices. Not combined with any of the above.
         kGlassFaces = 16, ///< Transparent, into GlassLayers.
-        kFaceKinds = 32,
+        kSoftFaces = 32,  ///< What is occluded has soft shadows as well.
+        kFaceKinds = 64,
     };
 
     Program m_faces[kFaceKinds];

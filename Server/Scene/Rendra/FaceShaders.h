@@ -78,7 +78,7 @@ const vec3 kFillDirection = vec3(0.8222, -0.0514, 0.5669);
 
 // What is seen of a face in the camera's coordinates; `open` is how much of the sky it sees, and `reaching` how
 // much of the first lamp.
-vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, float reaching)
+vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, vec3 reaching)
 {
     vec3 around = toEnvironment * n;
     vec3 light = (lightFromAround(around) * 0.56 + least) * open;
@@ -90,9 +90,9 @@ vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, float reaching)
     light += 0.10 * facing;
     float along = max(dot(n, normalize(key + toViewer)), 0.0), along2 = along * along, along4 = along2 * along2;
     float along16 = along4 * along4 * along4 * along4;
-    float gloss = along16 * along16 * along16 * 0.16 * reaching;
+    vec3 gloss = along16 * along16 * along16 * 0.16 * reaching;
     float away2 = (1.0 - facing) * (1.0 - facing);
-    return colour * light + vec3(gloss + away2 * away2 * 0.10 * (around.z * 0.5 + 0.5));
+    return colour * light + gloss + away2 * away2 * 0.10 * (around.z * 0.5 + 0.5);
 }
 )";
 
@@ -115,7 +115,7 @@ float metalOf(vec3 colour)
     return (1.0 - smoothstep(0.10, 0.30, saturation)) * smoothstep(0.10, 0.25, most) * (1.0 - smoothstep(0.55, 0.70, most));
 }
 
-vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, float reaching)
+vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, vec3 reaching)
 {
     n = toEnvironment * n;
     toViewer = toEnvironment * toViewer;
@@ -126,8 +126,8 @@ vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, float reaching)
 
     vec3 light = (lightFromAround(n) + least) * open;
     for (int i = 0; i < 3; ++i) {
-        float reach = mix(1.0, open, 0.7) * (i == 0 ? reaching : 1.0);
-        light += lampColours[i] * (max(dot(n, lampDirections[i]), 0.0) * reach);
+        vec3 reach = mix(1.0, open, 0.7) * (i == 0 ? reaching : vec3(1.0));
+        light += lampColours[i] * max(dot(n, lampDirections[i]), 0.0) * reach;
     }
 
     float facing = max(dot(n, toViewer), 1e-3);
@@ -137,7 +137,7 @@ vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, float reaching)
     vec2 share = vec2(-1.04, 1.04) * bend + fit.zw;
     around += least * metal;
     // What is hidden from the sky, or from the first lamp, mirrors what hides it.
-    around *= mix(0.25, 1.0, open) * mix(0.75, 1.0, reaching);
+    around *= mix(0.25, 1.0, open);
     vec3 sum = exposure * (colour * (1.0 - metal) * light + around * (mirror * share.x + share.y));
     // Highlights approach white without reaching it, as on film.
     return mix(sum, 0.6 + 0.4 * (1.0 - exp((0.6 - sum) / 0.4)), greaterThan(sum, vec3(0.6)));
@@ -167,6 +167,9 @@ uniform bool perspective;
 #ifdef OCCLUDED
 uniform sampler2D occlusion;
 uniform vec4 occlusionPlace; // from pixels of the framebuffer: factors and offsets
+#ifdef FOUND
+uniform sampler2D occlusionDepths;
+#endif
 #endif
 
 void main()
@@ -180,17 +183,24 @@ void main()
     if (dot(n, flatNormal) < 0.0)
         n = -n;
 
+    float open = 1.0, found = 1.0;
 #ifdef OCCLUDED
-    float open = texture(occlusion, gl_FragCoord.xy * occlusionPlace.xy + occlusionPlace.zw).r;
-#else
-    float open = 1.0;
+    vec4 there = texture(occlusion, gl_FragCoord.xy * occlusionPlace.xy + occlusionPlace.zw);
+    open = there.r;
+#ifdef FOUND
+    // A pixel at the rim of a body shows both this and what is behind it.
+    float behind = gl_FragCoord.z - texture(occlusionDepths, gl_FragCoord.xy * occlusionPlace.xy + occlusionPlace.zw).r;
+    float slack = 2.0 * (abs(dFdx(gl_FragCoord.z)) + abs(dFdy(gl_FragCoord.z))) + 3e-5;
+    found = behind > slack ? there.b : behind < -slack ? there.a : there.g;
 #endif
-    float reaching = 1.0;
+#endif
+    vec3 reaching = vec3(1.0);
     if (shadowed) {
         flatNormal = normalize(flatNormal);
-        reaching = lampReaches(viewPosition, flatNormal);
+        reaching = lampReaches(viewPosition, flatNormal, found);
         // A lamp lights its surroundings too, so that its shadow is a little darker than without it.
-        open *= 1.0 - 0.32 * (1.0 - reaching) * smoothstep(0.0, 0.35, dot(flatNormal, toLamp));
+        float kept = dot(reaching, vec3(0.3, 0.6, 0.1));
+        open *= 1.0 - 0.32 * (1.0 - kept) * smoothstep(0.0, 0.35, dot(flatNormal, toLamp));
     }
     vec3 shade = shaded(base.rgb, n, toViewer, open, reaching);
     vec3 seen = finished(shade, glow, dot(n, toViewer));
@@ -215,7 +225,7 @@ void main()
     if (dot(n, toViewer) < 0.0)
         n = -n;
     vec4 base = baseOfVertex();
-    shade = vec4(finished(shaded(base.rgb, n, toViewer, 1.0, 1.0), glowOfVertex(), dot(n, toViewer)), base.a);
+    shade = vec4(finished(shaded(base.rgb, n, toViewer, 1.0, vec3(1.0)), glowOfVertex(), dot(n, toViewer)), base.a);
     gl_Position = faceAt(projection * seen, base);
 }
 )";

@@ -7,6 +7,7 @@
 #include "Server/Scene/Rendra/EnvironmentLight.h"
 #include "Server/Scene/Rendra/Ground.h"
 #include "Server/Scene/Rendra/InstanceStore.h"
+#include "Server/Scene/Rendra/LampOnGround.h"
 #include "Server/Scene/Rendra/MeshStore.h"
 #include "Server/Scene/Rendra/ObjectShadow.h"
 #include "Server/Scene/Rendra/Program.h"
@@ -35,6 +36,7 @@ struct KeptScene
     GroundFinder ground;
     ContactShadow::Kept contact;
     ObjectShadow::Kept lit;
+    LampOnGround::Kept onGround;
     /// Which instances were seen in the last picture, batch after batch; see HiddenBodies.
     struct Seen
     {
@@ -48,6 +50,7 @@ struct KeptScene
         contact.darkness.release();
         lit.depths.release();
         lit.glass.release();
+        onGround.light.release();
     }
 };
 

@@ -47,6 +47,9 @@ uniform float darkest;
 uniform sampler2D darkness;
 uniform vec4 darknessPlace; // from places to the texture: factors and offsets
 uniform bool lit;
+uniform bool litSoftly;
+uniform sampler2D softLight;
+uniform vec4 softLightPlace; // the same for it
 
 uniform bool mirrored;
 uniform sampler2D mirror;
@@ -87,14 +90,18 @@ vec4 mirrorImage()
 void main()
 {
     float fade = (1.0 - smoothstep(0.12, 1.0, length(place) / farthest)) * strength;
-    float dark = 0.0;
+    vec3 dark = vec3(0.0);
     if (darkened) {
         vec2 at = place * darknessPlace.xy + darknessPlace.zw;
         if (all(greaterThan(at, vec2(0.0))) && all(lessThan(at, vec2(1.0))))
-            dark = darkest * texture(darkness, at).r;
+            dark = vec3(darkest * texture(darkness, at).r);
     }
+    vec3 reaching = vec3(1.0);
     if (lit)
-        dark = 1.0 - (1.0 - dark) * mix(0.68, 1.0, lampReaches(viewPosition, up));
+        reaching = lampReaches(viewPosition, up, 1.0);
+    if (litSoftly)
+        reaching = texture(softLight, clamp(place * softLightPlace.xy + softLightPlace.zw, vec2(0.0), vec2(1.0))).rgb;
+    dark = 1.0 - (1.0 - dark) * mix(vec3(0.68), vec3(1.0), reaching);
     vec4 image = vec4(0.0);
     if (mirrored) {
         vec3 toViewer = perspective ? normalize(-viewPosition) : vec3(0.0, 0.0, 1.0);
@@ -102,8 +109,10 @@ void main()
         image = mirrorImage() * mix(0.34, 0.75, level * level * level);
     }
     float grain = fract(sin(dot(gl_FragCoord.xy, vec2(12.9898, 78.233))) * 43758.5453) - 0.5;
-    vec3 ground = plain ? colour * (1.0 - dark) + grain / 255.0 : vec3(0.0);
-    float cover = plain ? 1.0 : dark;
+    float most = max(dark.r, max(dark.g, dark.b));
+    // Without a ground of its own, a shadow takes away what is behind it; light through glass leaves it a hue.
+    float cover = plain ? 1.0 : most;
+    vec3 ground = colour * (plain ? 1.0 - dark : 1.0 - dark / max(most, 1e-4)) + (plain ? grain / 255.0 : 0.0);
     // The image, which comes multiplied by its opacity, lies over the ground.
     float opacity = image.a + cover * (1.0 - image.a);
     vec3 seen = (image.rgb + ground * cover * (1.0 - image.a)) / max(opacity, 1e-4);
@@ -183,7 +192,8 @@ bool GroundPainter::makeProgram()
 {
     if (!std::exchange(m_tried, true)) {
         Vs::Status ignored;
-        m_program.make("ground", {kVertex}, {ObjectShadow::kLookUp, kFragment}, ignored);
+        m_program.make("ground", {kVertex}, {ObjectShadow::kPlaces, ObjectShadow::kLookUp, kFragment},
+                       ignored);
         glGenVertexArrays(1, &m_noArray);
     }
     return bool(m_program);
@@ -193,6 +203,7 @@ void GroundPainter::release()
 {
     m_program.release();
     m_contact.release();
+    m_lamp.release();
     m_mirror.release();
     glDeleteVertexArrays(1, &m_noArray);
 }
@@ -220,7 +231,10 @@ void GroundPainter::draw(const Frame& frame)
     Look look;
     look.plain = plane && !frame.target.transparentBackground;
     look.shadowed = params.groundShadowEnabled() && m_contact.find(frame, *ground);
-    look.lit = plane && params.groundShadowEnabled() && m_bodies.findShadows(frame);
+    if (params.groundShadowEnabled() && m_bodies.findShadows(frame)) {
+        look.litSoftly = ObjectShadow::areSoft(frame) && m_lamp.find(frame, *ground);
+        look.lit = !look.litSoftly;
+    }
     const int style = params.visualStyle();
     look.wires = style == Vs::Scene::kWireframe || style == Vs::Scene::kWireframeWithHiddenEdges ||
                  style == Vs::Scene::kWireframeWithVisibleEdges;
@@ -293,6 +307,12 @@ void GroundPainter::drawPlane(const Frame& frame, const Ground& ground, const Lo
 {
     const GkMatrix3d view = placement(frame, ground);
     const GkVector3d up = view * GkVector3d(0, 0, 1);
+    // From places to the texture that covers a rectangle of the ground.
+    const auto setPlace = [this](const char* name, const Ground& ground, const auto& kept) {
+        glUniform4f(m_program.uniform(name), float(1 / kept.width), float(1 / kept.depth),
+                    float((ground.left + ground.width / 2 - kept.left) / kept.width),
+                    float((ground.front + ground.depth / 2 - kept.front) / kept.depth));
+    };
     frame.drawIntoPicture();
     m_program.use();
     m_program.setMatrix("view", view.entry);
@@ -310,10 +330,18 @@ void GroundPainter::drawPlane(const Frame& frame, const Ground& ground, const Lo
     glUniform1i(m_program.uniform("darkened"), look.shadowed);
     glUniform1f(m_program.uniform("darkest"), look.wires ? kDarkestOfWires : kDarkest);
     glUniform1i(m_program.uniform("lit"), look.lit);
+    glUniform1i(m_program.uniform("litSoftly"), look.litSoftly);
     glUniform1i(m_program.uniform("mirrored"), look.mirrored);
     ObjectShadow::setUnits(m_program);
     if (look.lit)
         ObjectShadow::set(m_program, frame);
+    if (look.litSoftly) {
+        const LampOnGround::Kept& kept = frame.scene.onGround;
+        glActiveTexture(GL_TEXTURE8);
+        glBindTexture(GL_TEXTURE_2D, kept.light.texture());
+        glUniform1i(m_program.uniform("softLight"), 8);
+        setPlace("softLightPlace", ground, kept);
+    }
     if (look.mirrored)
         setMirror(frame, ground);
     if (look.shadowed) {
@@ -321,9 +349,7 @@ void GroundPainter::drawPlane(const Frame& frame, const Ground& ground, const Lo
         glActiveTexture(GL_TEXTURE0);
         glBindTexture(GL_TEXTURE_2D, kept.darkness.texture());
         glUniform1i(m_program.uniform("darkness"), 0);
-        glUniform4f(m_program.uniform("darknessPlace"), float(1 / kept.width), float(1 / kept.depth),
-                    float((ground.left + ground.width / 2 - kept.left) / kept.width),
-                    float((ground.front + ground.depth / 2 - kept.front) / kept.depth));
+        setPlace("darknessPlace", ground, kept);
     }
     glDisable(GL_DEPTH_TEST);
     glDepthMask(GL_FALSE);

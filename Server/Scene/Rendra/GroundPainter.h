@@ -3,6 +3,7 @@
 #include "Server/Scene/Rendra/BodyPainter.h"
 #include "Server/Scene/Rendra/ContactShadow.h"
 #include "Server/Scene/Rendra/Frame.h"
+#include "Server/Scene/Rendra/LampOnGround.h"
 
 namespace Rendra {
 
@@ -24,9 +25,10 @@ private:
     /// What is seen on the ground.
     struct Look
     {
-        bool plain = false;    ///< The ground itself, not only what is on it.
-        bool shadowed = false; ///< By the sky,
-        bool lit = false;      ///< and by a lamp.
+        bool plain = false;     ///< The ground itself, not only what is on it.
+        bool shadowed = false;  ///< By the sky,
+        bool lit = false;       ///< by a lamp,
+        bool litSoftly = false; ///< or by one whose light is known all over the ground.
         bool mirrored = false;
         bool wires = false; ///< It is seen through the bodies.
     };
@@ -39,6 +41,7 @@ private:
     BodyPainter& m_bodies;
     Program m_program;
     ContactShadow m_contact;
+    LampOnGround m_lamp;
     Layer m_mirror;
     GLuint m_noArray = 0;
     bool m_tried = false;

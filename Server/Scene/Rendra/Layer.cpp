@@ -22,6 +22,9 @@ GLuint Layer::makeTexture(Kind kind, int width, int height)
     case Kind::Value:
         glTexImage2D(GL_TEXTURE_2D, 0, GL_R8, width, height, 0, GL_RED, GL_UNSIGNED_BYTE, nullptr);
         break;
+    case Kind::Pairs:
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA16, width, height, 0, GL_RGBA, GL_UNSIGNED_SHORT, nullptr);
+        break;
     case Kind::Pair:
         glTexImage2D(GL_TEXTURE_2D, 0, GL_RG16, width, height, 0, GL_RG, GL_UNSIGNED_SHORT, nullptr);
         break;
@@ -38,9 +41,10 @@ GLuint Layer::makeTexture(Kind kind, int width, int height)
 
 bool Layer::make(Kind kind, int width, int height)
 {
-    if (m_framebuffer && width == m_width && height == m_height)
+    if (m_framebuffer && width == m_width && height == m_height && kind == m_kind)
         return true;
     release();
+    m_kind = kind;
     m_texture = makeTexture(kind, width, height);
     glGenFramebuffers(1, &m_framebuffer);
     glBindFramebuffer(GL_FRAMEBUFFER, m_framebuffer);

@@ -14,10 +14,11 @@ public:
         Picture, ///< RGBA only.
         Value,   ///< One channel from 0 to 1, in 256 steps.
         Pair,    ///< Two channels from 0 to 1, in 65536 steps.
+        Pairs,   ///< Two of these.
         Depth,
     };
 
-    /// Creates storage of `width` by `height` pixels unless it has that size already. Returns false if the
+    /// Creates storage of `width` by `height` pixels unless there is such already. Returns false if the
     /// driver can't.
     [[nodiscard]] bool make(Kind kind, int width, int height);
     /// Directs the following drawing into the whole of the layer.
@@ -38,6 +39,7 @@ private:
 
     GLuint m_texture = 0, m_depths = 0, m_framebuffer = 0;
     int m_width = 0, m_height = 0;
+    Kind m_kind = Kind::Colour;
 };
 
 } // namespace Rendra

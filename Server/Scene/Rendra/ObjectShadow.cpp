@@ -28,48 +28,111 @@ int widthOf(int type)
 
 // Each pixel is compared with the depth that the plane of the face has there, so that a face never shadows
 // itself however flat the light falls.
-const char* const ObjectShadow::kLookUp = R"(
+const char* const ObjectShadow::kPlaces = R"(
 const bool shadowed = true;
 uniform vec3 toLamp;
-uniform sampler2DShadow shadows;
+uniform sampler2D shadows;
 uniform mat4 toShadows; // from the camera's coordinates to 0 .. 1
 uniform float shadowTexel; // in millimetres
-uniform int shadowWidth;
-uniform bool glassShades;
-uniform sampler2D glassLight;
-uniform sampler2DShadow glassDepths;
 
-float lampReaches(vec3 place, vec3 normal)
+// A place in the shadow map, how deep the plane of a face with that normal goes on beside it, and what depths may
+// differ by.
+vec3 inShadows(vec3 place, vec3 normal, float facing, out vec2 slope, out float bias)
 {
-    float facing = dot(normal, toLamp);
-    if (facing <= 0.0)
-        return 0.0;
-    vec3 at = (toShadows * vec4(place + normal * shadowTexel * (1.2 - 0.8 * facing), 1.0)).xyz;
     vec3 lying = mat3(toShadows) * normal;
     // Lengths along the three axes differ; a plane's slope follows from its normal with them taken out.
     vec3 units = vec3(length(vec3(toShadows[0][0], toShadows[1][0], toShadows[2][0])),
                       length(vec3(toShadows[0][1], toShadows[1][1], toShadows[2][1])),
                       length(vec3(toShadows[0][2], toShadows[1][2], toShadows[2][2])));
     vec3 n = lying / units;
-    vec2 slope = clamp(-n.xy / min(n.z, -0.05), vec2(-6.0), vec2(6.0)) * units.z / units.xy;
-    vec2 step = 1.0 / vec2(textureSize(shadows, 0));
-    float bias = 0.6 * shadowTexel * units.z;
+    slope = clamp(-n.xy / min(n.z, -0.05), vec2(-6.0), vec2(6.0)) * units.z / units.xy;
+    bias = 0.6 * shadowTexel * units.z;
+    return (toShadows * vec4(place + normal * shadowTexel * (1.2 - 0.8 * facing), 1.0)).xyz;
+}
+)";
+
+// The distance to what is in the way tells how blurred the shadow is: at a foot it is sharp. The samples lie
+// on a spiral, and their turn differs from pixel to pixel; who calls averages over these.
+const char* const ObjectShadow::kSoftLookUp = R"(
+uniform float lampSize; // sine of half its angle
+
+float lampReachesSoftly(vec3 place, vec3 normal, float turn, bool asked)
+{
+    const float kFewest = 1.2, kMost = 12.0; // pixels that edges are blurred by, in each direction
+    float facing = dot(normal, toLamp), bias;
+    vec2 slope;
+    vec3 at = inShadows(place, normal, facing, slope, bias);
+    float side = float(textureSize(shadows, 0).x);
+    asked = asked && facing > 0.0 && all(greaterThan(at.xy, vec2(0.0))) && all(lessThan(at.xy, vec2(1.0)));
+    vec2 right = vec2(cos(turn), sin(turn)), step = right;
+    mat2 golden = mat2(-0.737369, 0.675490, -0.675490, -0.737369);
+    float before = 0.0, between = 0.0;
+    int last = asked ? 8 : 0;
+    for (int i = 0; i < last; ++i) {
+        vec2 off = step * (sqrt((float(i) + 0.5) / 8.0) * kMost / side);
+        step = golden * step;
+        float depth = min(at.z + dot(slope, off) - bias, 1.0) - texture(shadows, at.xy + off).r;
+        before += depth > 0.0 ? 1.0 : 0.0;
+        between += max(depth, 0.0);
+    }
+    float blur = clamp(between / max(before, 1.0) * lampSize * side, kFewest, kMost);
+    last = before > 0.0 ? 10 : 0;
     float sum = 0.0;
-    for (int y = 0; y < shadowWidth; ++y)
-        for (int x = 0; x < shadowWidth; ++x) {
-            vec2 off = (vec2(x, y) - float(shadowWidth - 1) * 0.5) * step;
-            sum += texture(shadows, vec3(at.xy + off, min(at.z + dot(slope, off) - bias, 1.0)));
+    step = right;
+    for (int i = 0; i < last; ++i) {
+        vec2 off = step * (sqrt((float(i) + 0.5) / 10.0) * blur / side);
+        step = golden * step;
+        sum += texture(shadows, at.xy + off).r >= min(at.z + dot(slope, off) - bias, 1.0) ? 1.0 : 0.0;
+    }
+    return before > 0.0 ? sum / 10.0 : 1.0;
+}
+)";
+
+const char* const ObjectShadow::kLookUp = R"(
+uniform int shadowWidth;
+uniform bool glassShades;
+uniform sampler2D glassLight;
+uniform sampler2D glassDepths;
+
+vec3 lampReaches(vec3 place, vec3 normal, float found)
+{
+    float facing = dot(normal, toLamp), bias;
+    vec2 slope;
+    vec3 at = inShadows(place, normal, facing, slope, bias);
+    float side = float(textureSize(shadows, 0).x);
+    vec3 reaching = vec3(found);
+#ifndef FOUND
+    // The square's first pixel, and how far it is into that: those at its borders count by parts. Nothing outside of
+    // the map is in shadow, and nothing that faces away needs a look.
+    vec2 corner = at.xy * side - 0.5 * float(shadowWidth), from = floor(corner), into = corner - from;
+    bool asks = facing > 0.0 && all(greaterThan(at.xy, vec2(0.0))) && all(lessThan(at.xy, vec2(1.0)));
+    int last = asks ? shadowWidth : -1;
+    vec2 perPixel = slope / side;
+    float rowDepth = at.z - bias + dot(slope, (from + 0.5) / side - at.xy);
+    float sum = asks ? 0.0 : float(shadowWidth * shadowWidth);
+    for (int y = 0; y <= last; ++y) {
+        float row = 0.0;
+        for (int x = 0; x <= last; ++x) {
+            float weight = x == 0 ? 1.0 - into.x : x == last ? into.x : 1.0;
+            float depth = min(rowDepth + float(x) * perPixel.x, 1.0);
+            ivec2 pixel = clamp(ivec2(from) + ivec2(x, y), ivec2(0), ivec2(side) - 1);
+            row += texelFetch(shadows, pixel, 0).r >= depth ? weight : 0.0;
         }
+        sum += row * (y == 0 ? 1.0 - into.y : y == last ? into.y : 1.0);
+        rowDepth += perPixel.y;
+    }
+    reaching = vec3(sum / float(shadowWidth * shadowWidth));
+#endif
     if (glassShades) {
         float behind = 0.0;
         for (int i = 0; i < 4; ++i) {
-            vec2 off = (vec2(i & 1, i >> 1) - 0.5) * step;
-            behind += 0.25 - 0.25 * texture(glassDepths, vec3(at.xy + off, min(at.z + dot(slope, off) - 2.0 * bias, 1.0)));
+            vec2 off = (vec2(i & 1, i >> 1) - 0.5) / side;
+            behind += texture(glassDepths, at.xy + off).r < min(at.z + dot(slope, off) - 2.0 * bias, 1.0) ? 0.25 : 0.0;
         }
-        sum *= mix(1.0, texture(glassLight, at.xy).r, behind);
+        reaching *= mix(vec3(1.0), texture(glassLight, at.xy).rgb, behind);
     }
     // Where the light only grazes a face, its own roundness would shade it in steps; there is hardly any light.
-    return mix(1.0, sum / float(shadowWidth * shadowWidth), smoothstep(0.04, 0.24, facing));
+    return mix(vec3(1.0), reaching, smoothstep(0.04, 0.24, facing)) * smoothstep(-0.15, 0.0, facing);
 }
 )";
 
@@ -77,9 +140,9 @@ const char* const ObjectShadow::kNoLookUp = R"(
 const bool shadowed = false;
 const vec3 toLamp = vec3(0.0, 0.0, 1.0);
 
-float lampReaches(vec3 place, vec3 normal)
+vec3 lampReaches(vec3 place, vec3 normal, float found)
 {
-    return 1.0;
+    return vec3(1.0);
 }
 )";
 
@@ -88,23 +151,25 @@ namespace {
 constexpr const char* kGlassVertex = R"(
 layout(location = 2) in vec4 faceColour;
 layout(location = 6) in vec4 colour;
-flat out float opacity;
+flat out vec3 passing;
 
+// Light passes through two sides of most bodies, and takes on their hue.
 void main()
 {
     gl_Position = projection * placed(position);
-    opacity = faceColour.a > 0.0 ? faceColour.a * colour.a : colour.a;
+    vec4 own = faceColour.a > 0.0 ? vec4(faceColour.rgb, faceColour.a * colour.a) : colour;
+    vec3 hue = pow(own.rgb / max(max(own.r, own.g), max(own.b, 0.01)), vec3(2.2));
+    passing = (1.0 - 0.6 * own.a) * mix(vec3(1.0), hue, own.a);
 }
 )";
 
-/// Light passes through two sides of most bodies.
 constexpr const char* kGlassFragment = R"(
-flat in float opacity;
+flat in vec3 passing;
 out vec4 result;
 
 void main()
 {
-    result = vec4(0.0, 0.0, 0.0, 0.6 * opacity);
+    result = vec4(passing, 1.0);
 }
 )";
 
@@ -112,7 +177,7 @@ void main()
 
 bool ObjectShadow::find(const Frame& frame)
 {
-    const int type = std::clamp(frame.params().objectShadowType(), 0, 3);
+    const int type = std::clamp(frame.params().drawnShadowType(), 0, 3);
     Kept& kept = frame.scene.lit;
     if (type == kNone && std::exchange(kept.shapes, 0) != 0)
         kept.depths.release(), kept.glass.release();
@@ -163,21 +228,16 @@ bool ObjectShadow::find(const Frame& frame)
     drawGlass(frame, kept);
     frame.scene.instances.update(list, frame.projection, frame.smallest);
 
-    for (const GLuint texture : {kept.depths.texture(), kept.glass.depths()}) {
-        glBindTexture(GL_TEXTURE_2D, texture);
-        if (texture == 0)
-            continue;
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_MODE, GL_COMPARE_REF_TO_TEXTURE);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_FUNC, GL_LEQUAL);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-    }
-    glBindTexture(GL_TEXTURE_2D, 0);
     kept.shapes = list.shapeRevision();
     kept.type = type;
     kept.toLamp = toLamp;
     kept.origin = list.origin();
     return true;
+}
+
+bool ObjectShadow::areSoft(const Frame& frame)
+{
+    return frame.scene.lit.type > kSoft;
 }
 
 // Everything transparent absorbs light, in any order.
@@ -198,7 +258,7 @@ void ObjectShadow::drawGlass(const Frame& frame, Kept& kept)
     m_glass.setMatrix("view", GkMatrix3d().entry);
     m_glass.setMatrix("projection", kept.place.entry);
     glEnable(GL_BLEND);
-    glBlendFunc(GL_ZERO, GL_ONE_MINUS_SRC_ALPHA);
+    glBlendFunc(GL_ZERO, GL_SRC_COLOR);
     glDepthMask(GL_FALSE);
     frame.drawFaces(Frame::Faces::OfGlass);
     glDepthMask(GL_TRUE);
@@ -226,6 +286,7 @@ void ObjectShadow::set(const Program& program, const Frame& frame)
     glUniform3f(program.uniform("toLamp"), float(toLamp.x), float(toLamp.y), float(toLamp.z));
     glUniform1f(program.uniform("shadowTexel"), float(kept.texel));
     glUniform1i(program.uniform("shadowWidth"), widthOf(kept.type));
+    glUniform1f(program.uniform("lampSize"), frame.environment.lamps[0].size);
     glUniform1i(program.uniform("glassShades"), kept.hasGlass);
     for (const auto& [unit, texture] : {std::pair(GL_TEXTURE2, kept.depths.texture()),
                                         {GL_TEXTURE5, kept.glass.texture()},

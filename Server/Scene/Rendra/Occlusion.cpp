@@ -37,7 +37,11 @@ uniform bool perspective;
 uniform float radius;
 uniform float mostPixels;
 uniform vec2 samples[16];
+#ifdef LIT
+out vec4 result; // with how much the lamp reaches, and whether that counts
+#else
 out vec2 result; // how much of the sky is seen, and the depth
+#endif
 
 float ahead(float depth)
 {
@@ -61,8 +65,13 @@ void main()
 {
     ivec2 pixel = ivec2(gl_FragCoord.xy);
     pixel.x = 2 * pixel.x + (pixel.y & 1);
-    result = vec2(1.0, texelFetch(depths, pixel, 0).r);
-    if (result.g == 1.0)
+    float depth = texelFetch(depths, pixel, 0).r;
+#ifdef LIT
+    result = vec4(1.0, depth, 1.0, 0.0);
+#else
+    result = vec2(1.0, depth);
+#endif
+    if (depth == 1.0)
         return;
     vec3 here = place(pixel);
     // Of the neighbours on both sides the one that is surely on the same face gives its slope.
@@ -72,10 +81,14 @@ void main()
 
     float pixelSize = window.w / float(textureSize(depths, 0).y) * (perspective ? -here.z : 1.0);
     float reach = min(radius / pixelSize, mostPixels);
+    float turn = float((pixel.x & 2) * 2 + (pixel.y & 3)) * 0.785398;
+#ifdef LIT
+    result.b = lampReachesSoftly(here, normal, turn, depth < 1.0);
+    result.a = dot(normal, toLamp) > 0.02 ? 1.0 : 0.0;
+#endif
     if (reach < 2.0)
         return;
     float within = reach * pixelSize;
-    float turn = float((pixel.x & 2) * 2 + (pixel.y & 3)) * 0.785398;
     vec2 right = reach * vec2(cos(turn), sin(turn));
     float hidden = 0.0;
     for (int i = 0; i < 16; ++i) {
@@ -93,24 +106,51 @@ constexpr const char* kBlurFragment = R"(
 uniform sampler2D raw;
 uniform sampler2D depths;
 uniform float slack; // depths that differ by more belong to different faces
+#ifdef LIT
+out vec4 result; // then how much the lamp reaches here, and what is behind and before this, if it begins beside it
+#else
 out float result;
+#endif
 
 void main()
 {
     ivec2 pixel = ivec2(gl_FragCoord.xy), last = textureSize(raw, 0) - 1;
     float depth = texelFetch(depths, pixel, 0).r;
     float sum = 0.0, weights = 0.0;
+#ifdef LIT
+    // Other faces may be in the light where this one isn't: only what lies in its plane counts.
+    vec3 lit = vec3(0.0), lightWeights = vec3(1e-9, 0.0, 0.0);
+    float steep = 0.0;
+    const ivec2 ways[2] = ivec2[](ivec2(1, 0), ivec2(0, 1));
+    for (int i = 0; i < 2; ++i) {
+        float ahead = texelFetch(depths, pixel + ways[i], 0).r, back = texelFetch(depths, pixel - ways[i], 0).r;
+        steep += min(abs(ahead - depth), abs(back - depth));
+    }
+    float near = 3.0 * steep + 1e-6;
+#endif
     for (int y = -2; y < 2; ++y) {
         int row = clamp(pixel.y + y, 0, last.y);
         int first = (pixel.x - 2 + ((pixel.x + row) & 1) - (row & 1)) >> 1;
         for (int x = first; x < first + 2; ++x) {
-            vec2 other = texelFetch(raw, ivec2(clamp(x, 0, last.x), row), 0).rg;
+            vec4 other = texelFetch(raw, ivec2(clamp(x, 0, last.x), row), 0);
             float weight = abs(other.g - depth) < slack ? 1.0 : 0.001;
             sum += other.r * weight;
             weights += weight;
+#ifdef LIT
+            float behind = other.g - depth;
+            vec3 share = other.a * vec3(abs(behind) < near ? 1.0 : 1e-4, behind >= near ? 1.0 : 0.0, behind <= -near ? 1.0 : 0.0);
+            lit += other.b * share;
+            lightWeights += share;
+#endif
         }
     }
+#ifdef LIT
+    float own = lightWeights.x > 1e-8 ? lit.x / lightWeights.x : 1.0;
+    result = vec4(sum / weights, own, lightWeights.y > 0.0 ? lit.y / lightWeights.y : own,
+                  lightWeights.z > 0.0 ? lit.z / lightWeights.z : own);
+#else
     result = sum / weights;
+#endif
 }
 )";
 
@@ -131,20 +171,29 @@ bool Occlusion::makePrograms()
     if (!m_tried) {
         m_tried = true;
         Vs::Status ignored;
-        m_works = m_depthOnly.make("depth", {kInstance, kDepthVertex}, {kDepthFragment}, ignored) &&
-                  m_find.make("occlusion", {kWholeVertex}, {kFindFragment}, ignored) &&
-                  m_blur.make("blur", {kWholeVertex}, {kBlurFragment}, ignored);
+        m_works = m_depthOnly.make("depth", {kInstance, kDepthVertex}, {kDepthFragment}, ignored);
         glGenVertexArrays(1, &m_noArray);
+    }
+    if (m_works && !m_find[m_lit]) {
+        Vs::Status ignored;
+        const char* const lit = m_lit ? "#define LIT\n" : "";
+        m_works = m_find[m_lit].make("occlusion", {kWholeVertex},
+                                     {lit, m_lit ? ObjectShadow::kPlaces : "",
+                                      m_lit ? ObjectShadow::kSoftLookUp : "", kFindFragment},
+                                     ignored) &&
+                  m_blur[m_lit].make("blur", {kWholeVertex}, {lit, kBlurFragment}, ignored);
     }
     return m_works;
 }
 
-bool Occlusion::begin(int width, int height)
+bool Occlusion::begin(int width, int height, bool lit)
 {
+    m_lit = lit;
     if (!makePrograms())
         return false;
-    if (!m_raw.make(Layer::Kind::Pair, (width + 1) / 2, height) ||
-        !m_smooth.make(Layer::Kind::Value, width, height) || !m_depth.make(Layer::Kind::Depth, width, height))
+    if (!m_raw.make(lit ? Layer::Kind::Pairs : Layer::Kind::Pair, (width + 1) / 2, height) ||
+        !m_smooth.make(lit ? Layer::Kind::Picture : Layer::Kind::Value, width, height) ||
+        !m_depth.make(Layer::Kind::Depth, width, height))
         return false;
     m_depth.begin();
     glEnable(GL_DEPTH_TEST);
@@ -153,9 +202,11 @@ bool Occlusion::begin(int width, int height)
     return true;
 }
 
-void Occlusion::finish(const Vs::Scene::Projection& projection, double x0, double y0, double x1, double y1,
-                       double radius, const Area& touched)
+void Occlusion::finish(const Frame& frame, double x0, double y0, double x1, double y1, double radius,
+                       const Area& touched)
 {
+    const Vs::Scene::Projection& projection = frame.projection;
+    const Program &find = m_find[m_lit], &blur = m_blur[m_lit];
     glDisable(GL_DEPTH_TEST);
     glEnable(GL_SCISSOR_TEST);
     const int left = touched.x - kBlurMargin, bottom = touched.y - kBlurMargin;
@@ -168,25 +219,27 @@ void Occlusion::finish(const Vs::Scene::Projection& projection, double x0, doubl
     glBindTexture(GL_TEXTURE_2D, m_depth.texture());
 
     m_raw.begin();
-    m_find.use();
-    glUniform1i(m_find.uniform("depths"), 0);
-    glUniform4f(m_find.uniform("window"), float((2 * x0 - 1) * projection.halfWidth()),
+    find.use();
+    if (m_lit)
+        ObjectShadow::set(find, frame);
+    glUniform1i(find.uniform("depths"), 0);
+    glUniform4f(find.uniform("window"), float((2 * x0 - 1) * projection.halfWidth()),
                 float((2 * y0 - 1) * projection.halfHeight()), float(2 * (x1 - x0) * projection.halfWidth()),
                 float(2 * (y1 - y0) * projection.halfHeight()));
-    glUniform2f(m_find.uniform("range"), float(projection.clipNear()), float(projection.clipFar()));
-    glUniform1i(m_find.uniform("perspective"), projection.perspective());
-    glUniform1f(m_find.uniform("radius"), float(radius));
-    glUniform1f(m_find.uniform("mostPixels"), float(kMargin - 2));
+    glUniform2f(find.uniform("range"), float(projection.clipNear()), float(projection.clipFar()));
+    glUniform1i(find.uniform("perspective"), projection.perspective());
+    glUniform1f(find.uniform("radius"), float(radius));
+    glUniform1f(find.uniform("mostPixels"), float(kMargin - 2));
     static const std::array<float, 2 * kSamples> places = samplePlaces();
-    glUniform2fv(m_find.uniform("samples"), kSamples, places.data());
+    glUniform2fv(find.uniform("samples"), kSamples, places.data());
     glDrawArrays(GL_TRIANGLES, 0, 3);
 
     m_smooth.begin();
     glScissor(left, bottom, width, height);
-    m_blur.use();
-    glUniform1i(m_blur.uniform("depths"), 0);
-    glUniform1i(m_blur.uniform("raw"), 1);
-    glUniform1f(m_blur.uniform("slack"), 0.01f);
+    blur.use();
+    glUniform1i(blur.uniform("depths"), 0);
+    glUniform1i(blur.uniform("raw"), 1);
+    glUniform1f(blur.uniform("slack"), 0.01f);
     glDrawArrays(GL_TRIANGLES, 0, 3);
     glBindTexture(GL_TEXTURE_2D, 0);
     glDisable(GL_SCISSOR_TEST);
@@ -198,7 +251,7 @@ void Occlusion::release()
 {
     for (Layer* layer : {&m_depth, &m_raw, &m_smooth})
         layer->release();
-    for (Program* program : {&m_depthOnly, &m_find, &m_blur})
+    for (Program* program : {&m_depthOnly, &m_find[0], &m_find[1], &m_blur[0], &m_blur[1]})
         program->release();
     glDeleteVertexArrays(1, &m_noArray);
     *this = Occlusion();

@@ -207,14 +207,16 @@ TEST_F(GlassPicture, TheGridIsFaintUnderItAndAsElsewhereBeforeIt)
 TEST_F(GlassPicture, ItsShadowsAreFainterThanThoseOfWhatIsOpaque)
 {
     fragment->renderParams()->groundPlaneEnabled(true);
+    Image image;
     const auto darkness = [&](float opacity, const GkPoint3d& place) {
         NodeChange(box).colour(Colour{0.7f, 0.1f, 0.1f, opacity});
         NodeChange(ball).visible(false);
-        return brightness(draw(), place);
+        image = draw();
+        return brightness(image, place);
     };
     options.fine = true;
     const GkVector3d lamp = EnvironmentManager::getEnvManager()->activeEnvironment().lamps[0].direction;
-    const GkVector3d away = GkVector3d(-lamp.x, -lamp.y, 0) * (25 / lamp.z);
+    const GkVector3d away = GkVector3d(-lamp.x, -lamp.y, 0) * (45 / lamp.z);
     const GkPoint3d inShadow(away.x, away.y, 0), atFoot(-23, 0, 0);
     const auto compare = [&](const GkPoint3d& place) {
         const int opaque = darkness(1, place), glass = darkness(0.5f, place),
@@ -229,10 +231,17 @@ TEST_F(GlassPicture, ItsShadowsAreFainterThanThoseOfWhatIsOpaque)
         look({1.5, 0.2, -2});
         compare(atFoot);
     }
-    SCOPED_TRACE("of a lamp");
-    fragment->renderParams()->objectShadowType(1);
     look(GkVector3d(-away.x, -away.y, -60));
-    compare(inShadow);
+    const auto red = [&](float opacity) {
+        darkness(opacity, inShadow);
+        return pixel(image, inShadow)[0] - pixel(image, inShadow)[2];
+    };
+    for (const int type : {1, 2, 3}) {
+        SCOPED_TRACE(testing::Message() << "of a lamp, type " << type);
+        fragment->renderParams()->objectShadowType(type);
+        compare(inShadow);
+        EXPECT_GT(red(0.5f), red(0.01f) + 8) << "red glass lets red light through";
+    }
 }
 
 TEST_F(GlassPicture, WhatStandsBeforeItHasNoFringe)

@@ -1,6 +1,7 @@
 // Shadows that bodies cast on each other, and ambient occlusion in corners.
 
 #include "Server/Scene/EnvironmentManager.h"
+#include "Server/Scene/GraphicsOptionGroup.h"
 #include "Tests/Server/Scene/Studio.h"
 
 #include <cmath>
@@ -102,6 +103,37 @@ TEST_F(ShadowPicture, FlatAndRoundFacesInTheLightAreNotShadedByThemselves)
         fragment->renderParams()->objectShadowType(type);
         EXPECT_LT(changed(draw(), without, 6), 0.004) << type;
     }
+}
+
+TEST_F(ShadowPicture, UntilSomebodyChoosesRealisticBodiesHaveSoftShadowsAndOthersNone)
+{
+    Vs::Scene::GraphicsOptionGroup::get()->reset();
+    fragment = Vs::Scene::ViewFragment::make(nullptr);
+    Vs::Scene::RenderParams& params = *fragment->renderParams();
+    params.groundPlaneEnabled(false);
+    params.groundShadowEnabled(true);
+    params.ambientOcclusionEnabled(false);
+    show(Shapes::box(60, 60, 10), {-30, -30, -10}, {0.6f, 0.6f, 0.6f, 1});
+    show(Shapes::box(16, 16, 60), {-8, -8, 0}, {0.6f, 0.6f, 0.6f, 1});
+    options.dome = true;
+    look(onShadow(), Vs::Scene::kParallelProjection);
+    const GkPoint3d onPlate = shadowOf(0.35), onFloor = shadowOf(0.9) - GkVector3d(0, 0, 10);
+    const GkVector3d aside = GkVector3d(-lamp.y, lamp.x, 0).normal() * 35;
+    const auto dark = [&](const GkPoint3d& place, const GkPoint3d& beside) {
+        const Image image = draw();
+        return brightness(image, beside) - brightness(image, place);
+    };
+    const GkPoint3d before = shadowOf(-0.35);
+    params.visualStyle(Vs::Scene::kRealistic);
+    EXPECT_GT(dark(onPlate, before), 15);
+    const int shaded = dark(onFloor, onFloor + aside);
+    EXPECT_GT(shaded, 15) << "the floor of the environment has it, too";
+    params.visualStyle(Vs::Scene::kShaded);
+    EXPECT_LT(dark(onPlate, before), 4);
+    params.visualStyle(Vs::Scene::kRealistic);
+    params.objectShadowType(0);
+    EXPECT_LT(dark(onPlate, before), 8);
+    EXPECT_LT(dark(onFloor, onFloor + aside), shaded - 12);
 }
 
 TEST_F(ShadowPicture, SofterShadowsHaveBroaderEdges)

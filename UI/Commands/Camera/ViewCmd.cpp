@@ -75,11 +75,17 @@ void selectionEffect(const Setting& s)  { s.options.selectionEffectOption(s.valu
 void visualStyle(const Setting& s)      { s.set(&RenderParams::visualStyle, s.options.visualStyle); }
 void perspective(const Setting& s)      { setCamera(s, Vs::Scene::kPerspectiveProjection); }
 void orthographic(const Setting& s)     { setCamera(s, Vs::Scene::kParallelProjection); }
-void objectShadow(const Setting& s)     { s.set(&RenderParams::objectShadowType, s.options.objectShadowType); }
 void layoutGrid(const Setting& s)       { s.options.showLayoutGrid(s.on()); }
 void axisCross(const Setting& s)        { s.options.showAxisCross(s.on()); }
 void scaleBar(const Setting& s)         { s.options.showScaleBar(s.on()); }
 // clang-format on
+
+/// That there are none is a choice, too, since realistic bodies have shadows otherwise.
+void objectShadow(const Setting& s)
+{
+    s.set(&RenderParams::objectShadowType, s.options.objectShadowType);
+    s.options.chooseObjectShadow(s.value);
+}
 
 /// Belongs to the picture only: it is gone with the view.
 void colorCycling(const Setting& s)

@@ -167,6 +167,10 @@ TEST_F(ViewDisplayTest, EachIdentifierSetsItsNumberInThePictureAndAmongTheOption
         EXPECT_EQ((render().*one.render)(), one.value);
         EXPECT_EQ((options().*one.option)(), one.value);
     }
+    options().reset();
+    EXPECT_FALSE(options().objectShadowIsChosen());
+    set(L"ViewObjectShadowNoneCommand");
+    EXPECT_TRUE(options().objectShadowIsChosen()) << "no shadows are a choice, too";
     set(L"ViewSelectionEffectFastCommand");
     EXPECT_EQ(options().selectionEffectOption(), 2);
     set(L"ViewSelectionEffectSimplifiedCommand");
