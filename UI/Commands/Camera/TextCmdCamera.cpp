@@ -1,12 +1,17 @@
 #include "Server/Base/NumberText.h"
 #include "Server/Scene/Camera.h"
+#include "Server/Scene/HitInfo.h"
+#include "Server/Scene/ViewFragment.h"
 #include "Server/Types/PointText.h"
 #include "UI/Base/Command/TextRows.h"
+#include "UI/Base/Session/SceneUtilities.h"
+#include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 #include "UI/Commands/Camera/ActiveView.h"
 
 #include <boost/format.hpp>
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -131,11 +136,37 @@ public:
     }
 };
 
+/// How far ahead of the camera the model is in the middle of the view; nothing beside it.
+std::optional<double> depthAhead(const GraphicsView& view, const Vs::Scene::Camera& camera)
+{
+    constexpr double kSize = 100; // Whatever the view's is, its middle is the same.
+    const auto found = Vs::Scene::SceneSelection::findAll(
+        view.viewNode(), view.modelFragment()->viewFragmentNode(), kSize, kSize, kSize / 2, kSize / 2, {});
+    if (found.empty() || !found.front()->hitInfo())
+        return std::nullopt;
+    const Vs::Scene::RawHitInfo& hit = *found.front()->hitInfo();
+    const GkPoint3d point = hit.localToWorldTransform() * hit.localHitPoint();
+    return (point - camera.position()).dotProduct(camera.direction());
+}
+
+// With the target within a body, the camera would come out inside of that.
+void stayBeforeModel(Vs::Scene::Camera& camera, double factor)
+{
+    const GraphicsView* view = SceneUtilities::getActiveAssetGraphicView();
+    if (!view || !(factor > 1) || camera.projection() != Vs::Scene::kPerspectiveProjection)
+        return;
+    const double way = (camera.target() - camera.position()).length() * (1 - 1 / factor);
+    const std::optional<double> ahead = depthAhead(*view, camera);
+    if (ahead && way >= *ahead)
+        camera.slideTarget(*ahead);
+}
+
 TextCommandResult zoom(const TextCommandParameters& parameters, double factor, const wchar_t* answer)
 {
     if (parameters.parameters() > 0)
         factor = parameters.real(0);
     if (Vs::Scene::Camera* camera = settledCamera()) {
+        stayBeforeModel(*camera, factor);
         const double width = camera->extentsWidth();
         camera->zoom(factor);
         WorkspaceWindow::invalidate(kInvalidateAll);

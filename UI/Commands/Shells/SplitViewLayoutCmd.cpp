@@ -1,5 +1,6 @@
 #include "UI/Commands/Shells/SplitViewLayoutCmd.h"
 
+#include "Server/Base/Status.h"
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Commands/Localized.h"
 #include "UI/Commands/Shells/AssetShell.h"
@@ -91,11 +92,17 @@ SplitViewLayoutCmd::SplitViewLayoutCmd(SplitViewLayoutCmdDef* definition, Comman
     repeatable(false);
 }
 
-void SplitViewLayoutCmd::onExecute(Vs::Status&)
+void SplitViewLayoutCmd::onExecute(Vs::Status& status)
 {
     const std::wstring layout =
         commandContext()->argumentAsString(SplitViewLayoutCmdDef::layoutArgumentName());
-    if (!layout.empty())
+    if (layout.empty())
+        return;
+    if (std::ranges::none_of(kLayouts, [&](const LayoutRow& row) { return layout == row.filter; }))
+        status.addError(localizedFormat(
+            "SplitViewUnknown",
+            "\"%1%\" is not a layout of views; there are OneView, SideBySide, Triple and Quad.", layout));
+    else
         SplitViewMgr::get()->updateArrangement(filterOf(layout));
 }
 

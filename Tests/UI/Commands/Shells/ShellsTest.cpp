@@ -289,6 +289,20 @@ TEST_F(CameraTest, FactorsThatCannotScaleAreTold)
     EXPECT_EQ(answer(L"Camera.ZoomIn 1e-2"), L"Zoom in.");
 }
 
+TEST_F(CameraTest, ZoomingInEndsBeforeWhatIsLookedAt)
+{
+    answer(L"Design.New");
+    answer(L"Design.Box 40 40 40");
+    answer(L"Camera.Set 20,-200,20 20,20,20 0,0,1 1 1000 100 100 2");
+    answer(L"Camera.ZoomIn 2");
+    EXPECT_NEAR(activeCamera()->position().y, -90, 1e-9) << "towards the target, which is within the box";
+    for (int i = 0; i < 4; ++i) {
+        answer(L"Camera.ZoomIn 3");
+        EXPECT_LT(activeCamera()->position().y, 0);
+    }
+    EXPECT_GT(activeCamera()->position().y, -5) << "it comes near";
+}
+
 TEST_F(CameraTest, FitBringsAStrayCameraBackToTheModel)
 {
     answer(L"Design.Sample");

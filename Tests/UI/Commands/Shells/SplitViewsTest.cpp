@@ -205,6 +205,8 @@ TEST_F(SplitViewsTest, TheListOfLayoutsShowsTheOneThatIsThereAndBringsAnotherAbo
     ASSERT_EQ(list->items().size(), 4u);
     EXPECT_FALSE(applicable(L"SplitViewLayoutCommand"));
     answer(L"Design.Sample");
+    EXPECT_NE(failure(L"Commands.Start SplitViewLayoutCommand Layout=Nonsense").find(L"SideBySide, Triple"),
+              std::wstring::npos);
     for (const size_t count : {4u, 2u, 3u, 1u}) {
         Info* const chosen = list->items()[count - 1];
         list->selectedItem(chosen, true);
