@@ -12,6 +12,7 @@
 #include "UI/Base/Command/CommandGroup.h"
 #include "UI/Base/Program/FileDialog.h"
 #include "UI/Base/Session/AssetSession.h"
+#include "UI/Base/Session/DamageNotice.h"
 #include "UI/Base/Session/RecentDocumentMgr.h"
 #include "UI/Base/Session/SessionMgr.h"
 #include "UI/Design/Localized.h"
@@ -122,6 +123,9 @@ void VeloraOpenDocumentCmd::onExecute(Vs::Status& status)
                                    CommandContext::EArgType::Int, &isStrict);
         translate(translator, path, isStrict != 0, context, status);
         document = context.document();
+        // One notification has all that a damaged file lacks.
+        if (document && DamageNotice::hasTold(*document))
+            status.reported(true);
     } else {
         SessionMgr::get()->finishLeaving(path);
         document = Vs::DocumentMgr::get()->open(path, status);

@@ -16,6 +16,8 @@ namespace {
 constexpr const wchar_t* kSender = L"FileDamaged";
 constexpr size_t kMost = 8; // What is told of more parts is a matter for the console.
 
+int theNotices = 0;
+
 } // namespace
 
 void DamageNotice::begin()
@@ -27,9 +29,22 @@ void DamageNotice::begin()
 
 DamageNotice::DamageNotice()
 {
+    ++theNotices;
     m_subscriptions.add(Vs::DocumentEventSource::get(), this);
     for (unsigned i = 0; i < Vs::DocumentMgr::get()->documents(); ++i)
         tell(*Vs::DocumentMgr::get()->document(i));
+}
+
+DamageNotice::~DamageNotice()
+{
+    --theNotices;
+}
+
+bool DamageNotice::hasTold(const Vs::Document& document)
+{
+    const Vs::Asset* asset = document.activeAsset();
+    return theNotices > 0 && !document.importedFrom().empty() && asset &&
+           !Vs::DamagedParts::warningsOf(*asset).empty();
 }
 
 void DamageNotice::documentClosed(Vs::DocumentEvent* event)

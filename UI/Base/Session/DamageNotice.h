@@ -5,12 +5,16 @@
 namespace Vu {
 
 /// Turns the warnings from reading a file into notifications, in a run with a window: what a damaged file
-/// lacks, part by part. A line of text also returns them. Main thread only.
+/// lacks, part by part. A line of text also answers with them. Main thread only.
 class DamageNotice : private Vs::DocumentEventSite
 {
 public:
     /// Reports on documents that are open and those opened later.
     DamageNotice();
+    ~DamageNotice();
+
+    /// Whether one has told of the document, so that nobody needs to be told again.
+    [[nodiscard]] static bool hasTold(const Vs::Document& document);
 
     /// For a run with a window, up to its end; once.
     static void begin();
