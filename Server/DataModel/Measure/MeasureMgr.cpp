@@ -3,6 +3,7 @@
 #include "Server/Base/Require.h"
 #include "Server/Base/Status.h"
 #include "Server/Component/Component.h"
+#include "Server/DataModel/AllAssets.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"
@@ -11,6 +12,8 @@
 #include "Server/DataModel/Model/ModelBody.h"
 #include "Server/DataModel/Selection/PartHistory.h"
 #include "Server/DataModel/Selection/SelectionFilter.h"
+
+#include <algorithm>
 
 namespace Vs {
 
@@ -46,13 +49,9 @@ bool isOpen(const Asset* asset)
 {
     const DocumentMgr* manager = DocumentMgr::get();
     for (unsigned i = 0; i < manager->documents(); ++i) {
-        const Document& document = *manager->document(i);
-        for (unsigned k = 0; k < document.assets(); ++k)
-            if (document.asset(k) == asset)
-                return true;
-        for (unsigned k = 0; k < document.hiddenAssets(); ++k)
-            if (document.hiddenAsset(k) == asset)
-                return true;
+        const std::vector<Asset*> assets = allAssets(*manager->document(i));
+        if (std::ranges::find(assets, asset) != assets.end())
+            return true;
     }
     return false;
 }
@@ -82,7 +81,8 @@ bool answered(MeasureResult& result, Status* status, Work&& work)
     }
 }
 
-void require(bool right, EMeasureType type)
+/// Throws unless so many objects can be measured in this way.
+void requireCount(bool right, EMeasureType type)
 {
     if (!right)
         throw MeasureError(MeasureTexts::wrongCount(type));
@@ -117,9 +117,9 @@ bool MeasureMgr::measure(const StrongRef<LogicalSelection>& selection, EMeasureT
                          MeasureResult& result, Status* status) const
 {
     return answered(result, status, [&] {
-        require(type <= EMeasureType::LoopLength ||
-                    (type >= EMeasureType::PositionX && type <= EMeasureType::PositionZ),
-                type);
+        requireCount(type <= EMeasureType::LoopLength ||
+                         (type >= EMeasureType::PositionX && type <= EMeasureType::PositionZ),
+                     type);
         return objectOf(selection).measure(type);
     });
 }
@@ -128,8 +128,9 @@ bool MeasureMgr::measure(const StrongRef<LogicalSelection>& first, const StrongR
                          EMeasureType type, MeasureResult& result, Status* status) const
 {
     return answered(result, status, [&] {
-        require(type == EMeasureType::Distance || type == EMeasureType::Angle || type >= EMeasureType::DeltaX,
-                type);
+        requireCount(type == EMeasureType::Distance || type == EMeasureType::Angle ||
+                         type >= EMeasureType::DeltaX,
+                     type);
         MeasureResult found = objectOf(first).measureWith(objectOf(second), type);
         const GkVector3d delta = found.point2 - found.point1;
         if (type >= EMeasureType::DeltaX)
@@ -145,7 +146,7 @@ bool MeasureMgr::measure(const StrongRef<LogicalSelection>& first, const StrongR
                          Status* status) const
 {
     return answered(result, status, [&]() -> MeasureResult {
-        require(type == EMeasureType::Angle, type);
+        requireCount(type == EMeasureType::Angle, type);
         const MeasuredObject from = objectOf(first), apex = objectOf(second), to = objectOf(third);
         for (const MeasuredObject* leg : {&from, &to})
             if (&leg->asset() != &apex.asset())

@@ -2,6 +2,7 @@
 
 #include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"
+#include "Server/DataModel/AllAssets.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
@@ -71,10 +72,9 @@ public:
         std::wstring list;
         for (const Vs::Document* document : SessionMgr::get()->openDocuments()) {
             list += (list.empty() ? L"" : L"\n") + document->displayName() + L'\t' + document->path();
-            for (unsigned i = 0; withAssets && i < document->assets(); ++i)
-                list += lineOf(*document->asset(i));
-            for (unsigned i = 0; withAssets && i < document->hiddenAssets(); ++i)
-                list += lineOf(*document->hiddenAsset(i));
+            if (withAssets)
+                for (const Vs::Asset* asset : Vs::allAssets(*document))
+                    list += lineOf(*asset);
         }
         return {0, list};
     }

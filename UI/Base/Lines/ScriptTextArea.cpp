@@ -7,6 +7,7 @@
 #include "Server/Body/Body.h"
 #include "Server/Body/BodyProperties.h"
 #include "Server/Component/Component.h"
+#include "Server/DataModel/AllAssets.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/Selection/PathQueries.h"
@@ -214,11 +215,8 @@ TextCommandResult settle(const TextCommandParameters&)
 
 TextCommandResult discard(const TextCommandParameters&)
 {
-    Vs::Document& document = *activeAsset().document();
-    for (unsigned i = 0; i < document.assets(); ++i)
-        document.asset(i)->markClean();
-    for (unsigned i = 0; i < document.hiddenAssets(); ++i)
-        document.hiddenAsset(i)->markClean();
+    for (Vs::Asset* asset : Vs::allAssets(*activeAsset().document()))
+        asset->markClean();
     return {0, {}};
 }
 

@@ -1,5 +1,6 @@
 #include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptMgr.h"
+#include "Server/DataModel/AllAssets.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/Document.h"
@@ -108,10 +109,8 @@ std::wstring listOf(const Vs::Document& document)
     if (const Vs::Asset* active = document.activeAsset())
         list += active->name();
     list += L"\tDocument name: " + document.displayName();
-    for (unsigned i = 0; i < document.assets(); ++i)
-        list += lineOf(*document.asset(i));
-    for (unsigned i = 0; i < document.hiddenAssets(); ++i)
-        list += lineOf(*document.hiddenAsset(i));
+    for (const Vs::Asset* asset : Vs::allAssets(document))
+        list += lineOf(*asset);
     return list;
 }
 

@@ -1,6 +1,7 @@
 #include "Server/DataModel/Recovery/Private/AutoSaver.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/DataModel/AllAssets.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/AutoSaveDisabler.h"
 #include "Server/DataModel/Document.h"
@@ -218,7 +219,7 @@ void AutoSaver::adopt(Document& document, const std::string& file)
     Watched& watched = m_documents[&document];
     watched.adopted.push_back(file);
     watched.recovered = true;
-    for (Asset* asset : assetsOf(document))
+    for (Asset* asset : allAssets(document))
         asset->markDirty();
     changed(&document);
 }

@@ -1,5 +1,6 @@
 #include "Server/DataModel/Recovery/Private/DocumentDigests.h"
 
+#include "Server/DataModel/AllAssets.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/ModelDigest.h"
@@ -15,10 +16,8 @@ std::vector<std::string> digestsOf(const Document& document)
 std::vector<std::string> digestsOf(const Document& document, BodyDigests& bodies)
 {
     std::vector<std::string> digests;
-    for (unsigned i = 0; i < document.assets(); ++i)
-        digests.push_back(std::to_string(modelDigest(*document.asset(i), bodies)));
-    for (unsigned i = 0; i < document.hiddenAssets(); ++i)
-        digests.push_back(std::to_string(modelDigest(*document.hiddenAsset(i), bodies)));
+    for (const Asset* asset : allAssets(document))
+        digests.push_back(std::to_string(modelDigest(*asset, bodies)));
     return digests;
 }
 

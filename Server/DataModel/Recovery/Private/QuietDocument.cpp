@@ -1,5 +1,6 @@
 #include "Server/DataModel/Recovery/Private/QuietDocument.h"
 
+#include "Server/DataModel/AllAssets.h"
 #include "Server/DataModel/Asset.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/Model/ModelData.h"
@@ -8,19 +9,9 @@
 
 namespace Vs::Recovery {
 
-std::vector<Asset*> assetsOf(const Document& document)
-{
-    std::vector<Asset*> assets;
-    for (unsigned i = 0; i < document.assets(); ++i)
-        assets.push_back(document.asset(i));
-    for (unsigned i = 0; i < document.hiddenAssets(); ++i)
-        assets.push_back(document.hiddenAsset(i));
-    return assets;
-}
-
 bool isFree(const Document& document)
 {
-    const std::vector<Asset*> assets = assetsOf(document);
+    const std::vector<Asset*> assets = allAssets(document);
     return std::none_of(assets.begin(), assets.end(), [](const Asset* asset) {
         return asset->data().history().isOpen() || asset->data().history().group();
     });
@@ -28,7 +19,7 @@ bool isFree(const Document& document)
 
 KernelHolds::KernelHolds(const Document& document)
 {
-    for (const Asset* asset : assetsOf(document)) {
+    for (const Asset* asset : allAssets(document)) {
         if (!m_all || asset->data().isEmpty() || asset->data().stored())
             continue;
         m_holds.push_back(asset->data().source().tryHold());

@@ -5,15 +5,11 @@
 #include <vector>
 
 namespace Vs {
-class Asset;
 class Document;
 } // namespace Vs
 
 /// Whether a document is at rest, so that it can be written as it is. Main thread.
 namespace Vs::Recovery {
-
-/// Visible and hidden ones.
-[[nodiscard]] std::vector<Asset*> assetsOf(const Document& document);
 
 /// No step and no group of steps is open.
 [[nodiscard]] bool isFree(const Document& document);
