@@ -24,6 +24,7 @@
 #include <XSControl_TransferReader.hxx>
 #include <XSControl_WorkSession.hxx>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <istream>
@@ -89,10 +90,8 @@ void tellReferences(const StepReferences& references, StepSession& reader, const
 
 bool holds(std::string_view text, std::initializer_list<std::string_view> words)
 {
-    for (const std::string_view word : words)
-        if (text.find(word) != std::string_view::npos)
-            return true;
-    return false;
+    return std::any_of(words.begin(), words.end(),
+                       [&](std::string_view word) { return text.find(word) != text.npos; });
 }
 
 /// Loads a text, reporting it as part of the current step.

@@ -261,6 +261,55 @@ std::string readTestRun(const QCommandLineParser& parser, TestRun& run)
     return {};
 }
 
+std::vector<Step> stepsIn(const QCommandLineParser& parser)
+{
+    std::vector<Step> steps;
+    // The parser keeps the values of each option separately, and the names of all options in order.
+    std::map<QString, qsizetype> seen;
+    for (const QString& option : parser.optionNames()) {
+        Step::Kind kind;
+        if (option == QLatin1String("export")) {
+            const QString file = parser.values(option).value(seen[option]++);
+            steps.push_back({Step::Kind::Command, lineOn("Design.Export", file), "--export"});
+            continue;
+        }
+        if (!stepKind(option, kind))
+            continue;
+        const QString value = kind == Step::Kind::Console || kind == Step::Kind::Python
+                                  ? QString()
+                                  : parser.values(option).value(seen[option]++);
+        steps.push_back({kind, bytesOf(value)});
+    }
+    return steps;
+}
+
+/// Returns what is wrong in one sentence, or nothing.
+std::string readParameters(const QCommandLineParser& parser, std::map<std::string, std::string>& parameters)
+{
+    for (const QString& setting : parser.values(QStringLiteral("set"))) {
+        const qsizetype equals = setting.indexOf(u'=');
+        if (equals <= 0)
+            return "--set needs NAME=VALUE, not \"" + bytesOf(setting) + "\".";
+        parameters[bytesOf(setting.left(equals))] = bytesOf(setting.mid(equals + 1));
+    }
+    return {};
+}
+
+/// The options that are only there or not.
+void readSwitches(const QCommandLineParser& parser, CommandLine& result)
+{
+    result.autorun = !parser.isSet(QStringLiteral("no-autorun"));
+    result.exit = parser.isSet(QStringLiteral("exit"));
+    result.keepGoing = parser.isSet(QStringLiteral("keep-going"));
+    result.echo = parser.isSet(QStringLiteral("echo"));
+    result.listCommands = parser.isSet(QStringLiteral("list-commands"));
+    result.listDefinitions = parser.isSet(QStringLiteral("list-definitions"));
+    result.listFormats = parser.isSet(QStringLiteral("list-formats"));
+    result.listOptions = parser.isSet(QStringLiteral("list-options"));
+    result.version = parser.isSet(QStringLiteral("version"));
+    result.help = parser.isSet(QStringLiteral("help"));
+}
+
 } // namespace
 
 CommandLine parseCommandLine(const std::vector<std::string>& arguments)
@@ -277,30 +326,10 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
         return result;
     }
 
-    // The parser keeps the values of each option separately, and the names of all options in order.
-    std::map<QString, qsizetype> seen;
-    for (const QString& option : parser.optionNames()) {
-        Step::Kind kind;
-        if (option == QLatin1String("export")) {
-            const QString file = parser.values(option).value(seen[option]++);
-            result.steps.push_back({Step::Kind::Command, lineOn("Design.Export", file), "--export"});
-            continue;
-        }
-        if (!stepKind(option, kind))
-            continue;
-        const QString value = kind == Step::Kind::Console || kind == Step::Kind::Python
-                                  ? QString()
-                                  : parser.values(option).value(seen[option]++);
-        result.steps.push_back({kind, bytesOf(value)});
-    }
-    for (const QString& setting : parser.values(QStringLiteral("set"))) {
-        const qsizetype equals = setting.indexOf(u'=');
-        if (equals <= 0) {
-            result.error = "--set needs NAME=VALUE, not \"" + bytesOf(setting) + "\".";
-            return result;
-        }
-        result.parameters[bytesOf(setting.left(equals))] = bytesOf(setting.mid(equals + 1));
-    }
+    result.steps = stepsIn(parser);
+    result.error = readParameters(parser, result.parameters);
+    if (!result.error.empty())
+        return result;
     for (const QString& file : parser.positionalArguments()) {
         const std::string given = bytesOf(file);
         if (Vu::ProgramLink::isLink(given))
@@ -339,16 +368,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments)
                        "anything to run.";
     if (result.headless && !result.links.empty())
         result.error = "A link is followed in a window, so it can't be combined with --headless.";
-    result.autorun = !parser.isSet(QStringLiteral("no-autorun"));
-    result.exit = parser.isSet(QStringLiteral("exit"));
-    result.keepGoing = parser.isSet(QStringLiteral("keep-going"));
-    result.echo = parser.isSet(QStringLiteral("echo"));
-    result.listCommands = parser.isSet(QStringLiteral("list-commands"));
-    result.listDefinitions = parser.isSet(QStringLiteral("list-definitions"));
-    result.listFormats = parser.isSet(QStringLiteral("list-formats"));
-    result.listOptions = parser.isSet(QStringLiteral("list-options"));
-    result.version = parser.isSet(QStringLiteral("version"));
-    result.help = parser.isSet(QStringLiteral("help"));
+    readSwitches(parser, result);
     return result;
 }
 

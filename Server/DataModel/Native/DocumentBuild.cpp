@@ -19,7 +19,6 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <exception>
-#include <map>
 #include <set>
 
 namespace Vs {
@@ -62,6 +61,17 @@ std::vector<Native::FileCheck::Part> partsToCheck(const Native::NativeLoad& load
     return parts;
 }
 
+/// What the manifest has that no add-in knows, for a message; empty for nothing.
+std::wstring unknownTypeIn(const Native::Manifest& manifest)
+{
+    if (!DocumentMgr::get()->documentType(manifest.documentType))
+        return L"documents of the type \"" + Strings::widen(manifest.documentType) + L"\"";
+    for (const Native::Manifest::Asset& asset : manifest.assets)
+        if (!AssetTypeMgr::get()->assetType(asset.type))
+            return L"\"" + asset.name + L"\", which is of the type \"" + Strings::widen(asset.type) + L"\"";
+    return {};
+}
+
 void tellOfDamage(Document* document, const std::vector<std::wstring>& damaged)
 {
     Status status;
@@ -91,25 +101,17 @@ std::optional<Native::NativeLoad> DocumentBuild::read(const std::wstring& path,
 
 Document* DocumentBuild::build(Native::NativeLoad load, const std::wstring& path, Status& status)
 {
-    DocumentMgr* manager = DocumentMgr::get();
     const Native::Manifest& manifest = load.manifest;
-    const auto refuse = [&](const std::wstring& cause) {
-        status.addError(L"\"" + path + L"\" can't be opened: " + cause);
+    if (const std::wstring unknown = unknownTypeIn(manifest); !unknown.empty()) {
+        status.addError(L"\"" + path + L"\" can't be opened: no add-in is loaded that knows " + unknown +
+                        L".");
         return nullptr;
-    };
-    DocumentType* documentType = manager->documentType(manifest.documentType);
-    if (!documentType)
-        return refuse(L"no add-in is loaded that knows documents of the type \"" +
-                      Strings::widen(manifest.documentType) + L"\".");
-    for (const Native::Manifest::Asset& asset : manifest.assets)
-        if (!AssetTypeMgr::get()->assetType(asset.type))
-            return refuse(L"no add-in is loaded that knows \"" + asset.name + L"\", which is of the type \"" +
-                          Strings::widen(asset.type) + L"\".");
-
+    }
     const std::set<uuid> taken = takenIdentifiers();
-    const auto own = [&](const uuid& guid) { return taken.contains(guid) ? makeUuid() : guid; };
+    const Identifiers own = [&](const uuid& guid) { return taken.contains(guid) ? makeUuid() : guid; };
     const std::wstring name = boost::filesystem::path(path).stem().wstring();
-    std::unique_ptr<Document> made(new Document(documentType, name));
+    std::unique_ptr<Document> made(
+        new Document(DocumentMgr::get()->documentType(manifest.documentType), name));
     made->m_identifier = own(manifest.document);
     made->takePath(PathInfo::absolute(path).wstring());
     made->m_savedVersion = manifest.software;
@@ -118,25 +120,7 @@ Document* DocumentBuild::build(Native::NativeLoad load, const std::wstring& path
     made->m_file->file = load.file;
 
     const std::vector<Native::FileCheck::Part> unread = partsToCheck(load);
-    std::map<uuid, Asset*> assets;
-    for (size_t i = 0; i < manifest.assets.size(); ++i) {
-        const Native::Manifest::Asset& entry = manifest.assets[i];
-        AssetType* type = AssetTypeMgr::get()->assetType(entry.type);
-        Asset* parent = entry.visible ? nullptr : assets[entry.parent];
-        Asset* asset = made->adopt(
-            std::unique_ptr<Asset>(new Asset(made.get(), entry.name, type, parent, entry.visible)));
-        asset->m_guid = own(entry.guid);
-        asset->m_data->settings() = entry.settings;
-        if (load.models[i].model) {
-            asset->m_data->load(std::move(load.models[i].model));
-            asset->m_data->source().isNative = true;
-        }
-        asset->m_data->stored(std::move(load.models[i].part));
-        assets[entry.guid] = asset;
-    }
-    for (const Native::Manifest::Asset& entry : manifest.assets)
-        for (const uuid& reference : entry.references)
-            assets[entry.guid]->m_referenced.push_back(assets[reference]);
+    Assets assets = addAssets(*made, load, own);
     made->m_activeAsset = assets[manifest.activeAsset];
     for (Native::Manifest::Extra extra : manifest.extras) {
         if (!extra.asset.is_nil())
@@ -145,7 +129,7 @@ Document* DocumentBuild::build(Native::NativeLoad load, const std::wstring& path
     }
 
     Document* document = made.get();
-    manager->m_documents.push_back(std::move(made));
+    DocumentMgr::get()->m_documents.push_back(std::move(made));
     for (const Native::Manifest::Asset& entry : manifest.assets) {
         assets[entry.guid]->m_fullyInitialized = true;
         AssetEvent event(assets[entry.guid]);
@@ -156,6 +140,32 @@ Document* DocumentBuild::build(Native::NativeLoad load, const std::wstring& path
     document->m_file->check = std::make_unique<Native::FileCheck>(
         load.file, unread, [document](const auto& damaged) { tellOfDamage(document, damaged); });
     return document;
+}
+
+DocumentBuild::Assets DocumentBuild::addAssets(Document& document, Native::NativeLoad& load,
+                                               const Identifiers& own)
+{
+    const std::vector<Native::Manifest::Asset>& entries = load.manifest.assets;
+    Assets assets;
+    for (size_t i = 0; i < entries.size(); ++i) {
+        const Native::Manifest::Asset& entry = entries[i];
+        AssetType* type = AssetTypeMgr::get()->assetType(entry.type);
+        Asset* parent = entry.visible ? nullptr : assets[entry.parent];
+        Asset* asset = document.adopt(
+            std::unique_ptr<Asset>(new Asset(&document, entry.name, type, parent, entry.visible)));
+        asset->m_guid = own(entry.guid);
+        asset->m_data->settings() = entry.settings;
+        if (load.models[i].model) {
+            asset->m_data->load(std::move(load.models[i].model));
+            asset->m_data->source().isNative = true;
+        }
+        asset->m_data->stored(std::move(load.models[i].part));
+        assets[entry.guid] = asset;
+    }
+    for (const Native::Manifest::Asset& entry : entries)
+        for (const uuid& reference : entry.references)
+            assets[entry.guid]->m_referenced.push_back(assets[reference]);
+    return assets;
 }
 
 } // namespace Vs

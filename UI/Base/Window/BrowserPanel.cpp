@@ -95,6 +95,20 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     column->addWidget(m_tree, 1);
     if (QWidget* foot = AreaContents::make("BrowserFoot", this))
         column->addWidget(foot);
+    setUpFilter();
+    setUpTree();
+    followRows();
+    followClicks();
+    m_marks = std::make_unique<BrowserMarks>(m_tree, m_model);
+
+    m_subscriptions.add(SessionEventSource::get(), this);
+    show(SessionMgr::get()->currentAssetSession());
+}
+
+BrowserPanel::~BrowserPanel() = default;
+
+void BrowserPanel::setUpFilter()
+{
     constexpr int kLongest = 200;
     m_filter->setObjectName(QStringLiteral("browserFilter"));
     m_filter->setPlaceholderText(told("BrowserFilter", "Filter by name"));
@@ -106,6 +120,10 @@ BrowserPanel::BrowserPanel(QWidget* parent)
         m_model->filter(words);
         showFound();
     });
+}
+
+void BrowserPanel::setUpTree()
+{
     m_tree->setAccessibleName(told("AreaBrowser", "Browser"));
     m_tree->setHeaderHidden(true);
     m_tree->setUniformRowHeights(true);
@@ -117,7 +135,11 @@ BrowserPanel::BrowserPanel(QWidget* parent)
     // A double click on a component edits it, on a named view it looks from there.
     m_tree->setExpandsOnDoubleClick(false);
     m_tree->setModel(m_model);
+    m_tree->installEventFilter(this);
+}
 
+void BrowserPanel::followRows()
+{
     const auto idOf = [this](const QModelIndex& index) {
         return m_model->data(index, BrowserModel::ComponentIdRole).toString().toStdString();
     };
@@ -127,6 +149,12 @@ BrowserPanel::BrowserPanel(QWidget* parent)
             [this, idOf](const QModelIndex& index) { m_open.erase(idOf(index)); });
     connect(m_model, &QAbstractItemModel::modelReset, this, [this] { reopen(); });
     connect(m_model, &QAbstractItemModel::rowsInserted, this, &BrowserPanel::reopenBelow);
+    // Whatever a hidden component contains changes its look with it.
+    connect(m_model, &QAbstractItemModel::dataChanged, m_tree->viewport(), qOverload<>(&QWidget::update));
+}
+
+void BrowserPanel::followClicks()
+{
     connect(m_tree->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { select(); });
     connect(m_tree, &QTreeView::pressed, this, [this] { m_checked = false; });
     connect(m_tree, &QTreeView::clicked, this, [this](const QModelIndex& index) {
@@ -149,16 +177,7 @@ BrowserPanel::BrowserPanel(QWidget* parent)
                  component && index != m_model->rootIndex() && !m_marks->toolInput())
             edit(index, *component);
     });
-    // Whatever a hidden component contains changes its look with it.
-    connect(m_model, &QAbstractItemModel::dataChanged, m_tree->viewport(), qOverload<>(&QWidget::update));
-    m_tree->installEventFilter(this);
-    m_marks = std::make_unique<BrowserMarks>(m_tree, m_model);
-
-    m_subscriptions.add(SessionEventSource::get(), this);
-    show(SessionMgr::get()->currentAssetSession());
 }
-
-BrowserPanel::~BrowserPanel() = default;
 
 void BrowserPanel::currentSessionChanged(SessionEvent* event)
 {

@@ -39,6 +39,11 @@ public:
     void createAndDisplay(const Vs::StrongRef<Vs::LogicalSelection>& selection) override;
 
 private:
+    void setUpFilter();
+    void setUpTree();
+    /// Keeps branches open while rows come and go.
+    void followRows();
+    void followClicks();
     void currentSessionChanged(SessionEvent* event) override;
     void sessionPostActivateForAsset(SessionEvent* event) override;
     void show(AssetSession* session);

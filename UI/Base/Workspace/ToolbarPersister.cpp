@@ -8,6 +8,32 @@
 
 namespace Vu {
 
+namespace {
+
+/// Reads the element that the file is at, and complains about what is wrong with it. Without an identifier it
+/// is of no use.
+Toolbar readToolbar(XmlFile& xml, const std::wstring& domain)
+{
+    Toolbar toolbar;
+    toolbar.id = xml.attribute("id");
+    toolbar.title = localizedTitle(xml, domain);
+    toolbar.contents = Vs::Strings::narrow(xml.attribute("contents"));
+    toolbar.area = xml.attribute("area");
+    const std::wstring environments = xml.attribute("environments");
+    boost::split(toolbar.environments, environments, boost::is_space(), boost::token_compress_on);
+    std::erase(toolbar.environments, std::wstring());
+    const std::wstring align = xml.attribute("align");
+    toolbar.atEnd = align == L"end";
+    if (!align.empty() && !toolbar.atEnd)
+        xml.problem(L"\"" + align + L"\" is not an alignment; there is only \"end\".");
+    if (toolbar.id.empty())
+        xml.problem(L"A toolbar needs the attribute \"id\".");
+    toolbar.items = readToolbarItems(xml, domain);
+    return toolbar;
+}
+
+} // namespace
+
 ToolbarPersister* ToolbarPersister::get()
 {
     static ToolbarPersister persister;
@@ -26,21 +52,7 @@ bool ToolbarPersister::loadToolbars(const std::wstring& path, const std::wstring
                 xml.skip();
                 continue;
             }
-            Toolbar toolbar;
-            toolbar.id = xml.attribute("id");
-            toolbar.title = localizedTitle(xml, domain);
-            toolbar.contents = Vs::Strings::narrow(xml.attribute("contents"));
-            toolbar.area = xml.attribute("area");
-            const std::wstring environments = xml.attribute("environments");
-            boost::split(toolbar.environments, environments, boost::is_space(), boost::token_compress_on);
-            std::erase(toolbar.environments, std::wstring());
-            const std::wstring align = xml.attribute("align");
-            toolbar.atEnd = align == L"end";
-            if (!align.empty() && !toolbar.atEnd)
-                xml.problem(L"\"" + align + L"\" is not an alignment; there is only \"end\".");
-            if (toolbar.id.empty())
-                xml.problem(L"A toolbar needs the attribute \"id\".");
-            toolbar.items = readToolbarItems(xml, domain);
+            Toolbar toolbar = readToolbar(xml, domain);
             if (!toolbar.id.empty())
                 toolbars.push_back(std::move(toolbar));
         }

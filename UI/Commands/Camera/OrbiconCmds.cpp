@@ -33,7 +33,10 @@ void showOrbicon(bool show)
     if (found != fragments.end()) {
         auto* orbicon = Vs::cast<AutoCamViewFragment>(*found);
         LayoutStrategy* strategy = LayoutStrategy::activeStrategy();
-        show ? strategy->show(orbicon->area()) : strategy->hide(orbicon->area());
+        if (show)
+            strategy->show(orbicon->area());
+        else
+            strategy->hide(orbicon->area());
         if (orbicon->enabled() != show)
             orbicon->enable(show);
     }

@@ -115,13 +115,14 @@ void ActiveViewAssetCmdDef::refresh(const AssetSession* leaving)
 
 void ActiveViewAssetCmdDef::selectCurrent()
 {
+    const AssetShell* shell = activeShell();
+    const std::vector<AssetSession*> sessions = shell ? shell->assetSessions() : std::vector<AssetSession*>();
+    const auto current = std::ranges::find_if(
+        sessions, [&](const AssetSession* session) { return isSelectedListItem(session); });
     Info* selected = nullptr;
-    if (const AssetShell* shell = activeShell())
-        for (const AssetSession* session : shell->assetSessions())
-            if (isSelectedListItem(session))
-                for (const auto& item : m_list.items())
-                    if (item->key() == Vs::fromUuid(session->asset()->guid()))
-                        selected = item.get();
+    for (const auto& item : m_list.items())
+        if (current != sessions.end() && item->key() == Vs::fromUuid((*current)->asset()->guid()))
+            selected = item.get();
     m_list.control()->selectedItem(selected, false);
 }
 
