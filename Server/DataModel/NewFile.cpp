@@ -1,5 +1,6 @@
 #include "Server/DataModel/NewFile.h"
 
+#include "Server/Base/Descriptor.h"
 #include "Server/Base/Require.h"
 #include "Server/Base/Strings.h"
 
@@ -34,14 +35,13 @@ NewFile::NewFile(const std::wstring& path) : m_path(Strings::toBytes(path))
         m_path = target.string();
     // Short enough for any folder, however long the file's own name is.
     m_scratch = (std::filesystem::path(m_path).parent_path() / ".quillet-XXXXXX").string();
-    const int descriptor = mkostemp(m_scratch.data(), O_CLOEXEC);
-    if (descriptor < 0)
+    const Descriptor made(mkostemp(m_scratch.data(), O_CLOEXEC));
+    if (!made)
         fail();
     m_unfinished.emplace(m_scratch);
     // A file that is replaced keeps its permissions; a new one gets the default ones.
     struct stat old;
-    fchmod(descriptor, stat(m_path.c_str(), &old) == 0 ? old.st_mode & 07777 : permissionsOfNewFiles());
-    close(descriptor);
+    fchmod(made.get(), stat(m_path.c_str(), &old) == 0 ? old.st_mode & 07777 : permissionsOfNewFiles());
 }
 
 NewFile::~NewFile()
@@ -56,11 +56,8 @@ void NewFile::commit()
     // The rename may reach the disk before the content does. Where an old file would be lost by that, the
     // content goes first; a new file has nothing to lose, and needn't wait for the disk.
     if (access(m_path.c_str(), F_OK) == 0) {
-        const int descriptor = open(m_scratch.c_str(), O_RDONLY | O_CLOEXEC);
-        const bool flushed = descriptor >= 0 && fsync(descriptor) == 0;
-        if (descriptor >= 0)
-            close(descriptor);
-        if (!flushed)
+        const Descriptor written(open(m_scratch.c_str(), O_RDONLY | O_CLOEXEC));
+        if (!written || fsync(written.get()) != 0)
             fail();
     }
     if (rename(m_scratch.c_str(), m_path.c_str()) != 0)

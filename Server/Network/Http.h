@@ -14,7 +14,7 @@ class Http
 public:
     explicit Http(Credentials credentials);
 
-    /// Renews an access token; false if that isn't possible.
+    /// Replaces the access token in the credentials by a new one; false if that isn't possible.
     using Renewal = std::function<bool(Credentials& credentials)>;
     void renewal(Renewal renewal) { m_renewal = std::move(renewal); }
     /// Signs each request instead of sending a secret; returns the value of its "Authorization" header.

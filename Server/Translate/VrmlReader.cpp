@@ -305,8 +305,8 @@ private:
     int m_filesAround = 0;  ///< Those that inline that one.
     Handle(XCAFDoc_ShapeTool) m_shapes;
     Handle(XCAFDoc_ColorTool) m_colours;
-    std::map<std::pair<const void*, const void*>, TDF_Label> m_parts;
-    std::map<const void*, Group> m_groups;
+    std::map<std::pair<const void*, const void*>, TDF_Label> m_parts; ///< By geometry and appearance.
+    std::map<const void*, Group> m_groups; ///< By their nodes, or the files that they inline.
 };
 
 } // namespace

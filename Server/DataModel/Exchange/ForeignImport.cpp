@@ -96,8 +96,9 @@ bool ForeignImport::prepare(ImportCache& cache)
         takeModel(std::move(known));
         return false;
     }
-    std::error_code ignored;
-    m_size = std::filesystem::file_size(path, ignored);
+    std::error_code error;
+    const uintmax_t size = std::filesystem::file_size(path, error);
+    m_size = error ? 0 : size; // The worker tells what is wrong with it.
     startWorker(cache);
     return true;
 }

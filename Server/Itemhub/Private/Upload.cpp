@@ -81,6 +81,8 @@ void Upload::hash()
     boost::system::error_code error;
     m_entry.sha256 = ItemTransport::get().sha256(m_entry.link.string(), m_watch);
     m_entry.size = boost::filesystem::file_size(m_entry.link, error);
+    if (error)
+        throw Exception("\"" + m_entry.link.string() + "\" cannot be read: " + error.message());
     m_entry.write();
 }
 
@@ -127,20 +129,22 @@ void Upload::prepareRequest()
     m_entry.write();
 }
 
+NewVersion Upload::newVersion(const std::string& docType) const
+{
+    return {.itemId = m_entry.itemId,
+            .attachmentId = m_entry.attachmentId,
+            .name = m_entry.document.filename().string(),
+            .docType = docType,
+            .upload = m_entry.upload,
+            .label = m_entry.label,
+            .madeFrom = m_entry.madeFrom,
+            .key = m_entry.key};
+}
+
 MadeVersion Upload::post()
 {
-    const WorkFile work = workOf(m_entry);
-    NewVersion version;
-    version.itemId = m_entry.itemId;
-    version.attachmentId = m_entry.attachmentId;
-    version.name = m_entry.document.filename().string();
-    version.docType = work.docType;
-    version.upload = m_entry.upload;
-    version.label = m_entry.label;
-    version.madeFrom = m_entry.madeFrom;
-    version.key = m_entry.key;
     try {
-        return m_store.addVersion(version, m_watch);
+        return m_store.addVersion(newVersion(workOf(m_entry).docType), m_watch);
     } catch (const Web::ItemhubException& error) {
         if (error.kind() != Kind::Outdated)
             throw;
@@ -164,15 +168,7 @@ MadeVersion Upload::postOnTop(const Web::Version& latest)
         m_entry.key = SignIn::newKey();
         m_entry.write();
         try {
-            return m_store.addVersion({.itemId = m_entry.itemId,
-                                       .attachmentId = m_entry.attachmentId,
-                                       .name = m_entry.document.filename().string(),
-                                       .docType = {},
-                                       .upload = m_entry.upload,
-                                       .label = m_entry.label,
-                                       .madeFrom = m_entry.madeFrom,
-                                       .key = m_entry.key},
-                                      m_watch);
+            return m_store.addVersion(newVersion({}), m_watch);
         } catch (const Web::ItemhubException& error) {
             if (error.kind() != Kind::Outdated || overtakings == kMostOvertakings)
                 throw;

@@ -26,6 +26,8 @@ private:
     void sendContent();
     void sendFrom(std::uint64_t there);
     void prepareRequest();
+    /// What the service is asked for. The type of document only counts for a new attachment.
+    [[nodiscard]] NewVersion newVersion(const std::string& docType) const;
     [[nodiscard]] MadeVersion post();
     [[nodiscard]] MadeVersion postOnTop(const Web::Version& latest);
     /// The version that an earlier run of this request made, if any.

@@ -1,6 +1,7 @@
 #include "UI/Application/Testing/ReadableStack.h"
 
 #include "Server/Base/ChildProcess.h"
+#include "Server/Base/Descriptor.h"
 #include "UI/Application/CrashStack.h"
 
 #include <boost/filesystem/operations.hpp>
@@ -37,18 +38,19 @@ std::string outputOf(const std::string& program, std::vector<std::string> argume
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
         return {};
+    const Vs::Descriptor from(ends[0]);
+    Vs::Descriptor to(ends[1]);
     Vs::ChildProcess process;
     const int error = process.start({.program = program,
                                      .arguments = std::move(arguments),
                                      .name = {},
                                      .folder = {},
-                                     .descriptors = {{ends[1], 1}}});
-    close(ends[1]);
+                                     .descriptors = {{to.get(), 1}}});
+    to = Vs::Descriptor(); // The child alone has it now, so that reading comes to an end.
     std::string output;
     char buffer[4096];
-    for (ssize_t count; error == 0 && (count = read(ends[0], buffer, sizeof buffer)) > 0;)
+    for (ssize_t count; error == 0 && (count = read(from.get(), buffer, sizeof buffer)) > 0;)
         output.append(buffer, static_cast<size_t>(count));
-    close(ends[0]);
     return output;
 }
 

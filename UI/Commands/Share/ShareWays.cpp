@@ -42,9 +42,12 @@ fs::path passingFolder()
     fs::path folder = Vs::PathInfo::temporaryDirectory(true) / "shared";
     boost::system::error_code ignored;
     fs::create_directories(folder, ignored);
-    for (fs::directory_iterator entry(folder, ignored), end; entry != end; entry.increment(ignored))
-        if (fs::last_write_time(entry->path(), ignored) < std::time(nullptr) - kDay)
-            fs::remove(entry->path(), ignored);
+    for (fs::directory_iterator entry(folder, ignored), end; entry != end; entry.increment(ignored)) {
+        boost::system::error_code error;
+        const std::time_t written = fs::last_write_time(entry->path(), error);
+        if (!error && written < std::time(nullptr) - kDay)
+            fs::remove(entry->path(), error);
+    }
     return folder;
 }
 
