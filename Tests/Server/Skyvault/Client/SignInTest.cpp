@@ -137,24 +137,6 @@ TEST(SignInTest, TheLoginFlowGivesAPasswordThatTheDriveTakes)
               CloudErrorState::Unauthorized);
 }
 
-TEST(SignInTest, ALoginFlowThatThePersonOrTheServerEndsGivesNoCredentials)
-{
-    ScriptedServer server("sign_in.py");
-    const DriveOffer offer = offerOf(server.address());
-    DriveCredentials credentials;
-    const auto nothing = [](auto&) { return true; };
-    EXPECT_EQ(signIn(offer, nothing, credentials, patient(20)).state, CloudErrorState::Cancelled);
-    EXPECT_EQ(signIn(
-                  offer, [](auto&) { return false; }, credentials)
-                  .state,
-              CloudErrorState::LoginFailed);
-    server.order("refuse");
-    const DriveResult refused = signIn(offer, nothing, credentials);
-    EXPECT_EQ(refused.state, CloudErrorState::Forbidden);
-    EXPECT_NE(refused.detail.find("Signing in at 127.0.0.1"), std::string::npos) << refused.detail;
-    EXPECT_EQ(credentials.kind, DriveCredentials::Kind::None);
-}
-
 TEST(SignInTest, ATokenIsGotByTheBrowserAndRenewedUntilTheServerRefuses)
 {
     ScriptedServer server("sign_in.py");
@@ -190,25 +172,27 @@ TEST(SignInTest, ATokenIsGotByTheBrowserAndRenewedUntilTheServerRefuses)
     EXPECT_EQ(drive->credentials().refreshToken, renewed.refreshToken);
 }
 
-TEST(SignInTest, AnOAuthSignInThatThePersonOrTheServerEndsGivesNoCredentials)
+TEST(SignInTest, OneThatThePersonOrTheServerEndsGivesNoCredentials)
 {
-    ScriptedServer server("sign_in.py");
-    const DriveOffer offer = offerOf(server.address() + "dav");
-    DriveCredentials credentials;
-    EXPECT_EQ(signIn(
-                  offer, [](auto&) { return true; }, credentials, patient(20))
-                  .state,
-              CloudErrorState::Cancelled);
-    EXPECT_EQ(signIn(
-                  offer, [](auto&) { return false; }, credentials)
-                  .state,
-              CloudErrorState::LoginFailed);
-    server.order("refuse");
-    Browser browser;
-    const DriveResult refused = signIn(offer, browser.open({"-L"}), credentials);
-    EXPECT_EQ(refused.state, CloudErrorState::LoginFailed);
-    EXPECT_NE(refused.detail.find("access_denied"), std::string::npos) << refused.detail;
-    EXPECT_EQ(credentials.kind, DriveCredentials::Kind::None);
+    const auto shows = [](auto&) { return true; };
+    const auto cannotShow = [](auto&) { return false; };
+    for (const std::string folder : {"", "dav"}) { // A login flow, and OAuth.
+        SCOPED_TRACE(folder);
+        ScriptedServer server("sign_in.py");
+        const DriveOffer offer = offerOf(server.address() + folder);
+        EXPECT_EQ(offer.oauth2, !folder.empty());
+        DriveCredentials credentials;
+        EXPECT_EQ(signIn(offer, shows, credentials, patient(20)).state, CloudErrorState::Cancelled);
+        EXPECT_EQ(signIn(offer, cannotShow, credentials).state, CloudErrorState::LoginFailed);
+        server.order("refuse");
+        Browser browser;
+        const DriveResult refused = offer.oauth2 ? signIn(offer, browser.open({"-L"}), credentials)
+                                                 : signIn(offer, shows, credentials);
+        EXPECT_EQ(refused.state, offer.oauth2 ? CloudErrorState::LoginFailed : CloudErrorState::Forbidden);
+        const char* why = offer.oauth2 ? "access_denied" : "Signing in at 127.0.0.1";
+        EXPECT_NE(refused.detail.find(why), std::string::npos) << refused.detail;
+        EXPECT_EQ(credentials.kind, DriveCredentials::Kind::None);
+    }
 }
 
 TEST(SignInTest, NoCodeIsGivenToAnotherServerAndNoneIsSentUnprotected)

@@ -1,18 +1,12 @@
-#include "Server/Base/Task.h"
-#include "Server/Base/Timer.h"
-#include "Server/CommonData/CommonDataAssetSettings.h"
 #include "Server/Scene/Camera.h"
-#include "Server/Scene/GeometryNode.h"
 #include "Server/Scene/Projection.h"
 #include "Server/Scene/ViewFragment.h"
-#include "Tests/Server/Geometry/Near.h"
 #include "Tests/UI/Commands/Navigation.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
-#include "UI/Base/Session/ActiveAssetUtils.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/GraphicsView.h"
@@ -20,14 +14,12 @@
 #include "UI/Base/View/SplitViewMgr.h"
 #include "UI/Commands/Camera/OrbitCmd.h"
 
-#include <algorithm>
 #include <cmath>
 #include <memory>
 
 using namespace Vu;
 using namespace Vu::Commands;
 using CommandsTests::stand;
-using Vs::Scene::Camera;
 
 namespace {
 
@@ -44,13 +36,6 @@ protected:
     static int pixels(double part) { return int(std::lround(part * canvas()->height() / 2)); }
     /// Over the model and the orbicon.
     static bool reticleShows(const GraphicsView* over = view()) { return over->viewFragments().size() > 2; }
-    static bool markerShows()
-    {
-        const auto& nodes = view()->modelFragment()->viewFragmentNode()->children();
-        return std::any_of(nodes.begin(), nodes.end(), [](const auto& node) {
-            return Vs::cast<Rendra::Graphics::InstanceNode>(node.get()) != nullptr;
-        });
-    }
     static void choose(const std::wstring& key)
     {
         for (Info* item : entry()->items())
@@ -154,85 +139,6 @@ TEST_F(OrbitTest, AClickBringsThePlaceToTheMiddleOnTheModelAndBesideIt)
     click(kLeftButton, pixels(0.5), pixels(-0.3));
     EXPECT_TRUE(camera()->target().isEqualTo(place, {1e-4, 1e-9}));
     EXPECT_NEAR(camera()->target().y, depth, 1e-4);
-}
-
-TEST_F(OrbitTest, AConstrainedOrbitKeepsTheModelUpright)
-{
-    camera()->look({1, 1, -1}, {0, 0, 1});
-    camera()->fit(view()->modelFragment()->bounds());
-    drag(kRightButton, 0, 0, 130, 45);
-    EXPECT_NEAR(camera()->right().z, 0, 1e-9);
-    UIBaseOptionGroup::get()->useContrainedOrbit(false);
-    press(kRightButton, 0, 0);
-    move(130, 45);
-    const double distance = camera()->distance();
-    move(260, 0);
-    move(100, 0);
-    EXPECT_NEAR(camera()->distance(), distance, distance * 1e-9);
-    release(kRightButton, 100, 0);
-    EXPECT_GT(std::abs(camera()->right().z), 1e-3);
-}
-
-TEST_F(OrbitTest, NoConstrainedOrbitPutsTheModelOnItsHead)
-{
-    for (const int way : {-1, 1}) {
-        camera()->look({1, 1, -0.6}, {0, 0, 1});
-        camera()->fit(view()->modelFragment()->bounds());
-        // The second drag starts at the pole, where an axis other than Z is nearest to the up direction.
-        for (int time = 0; time < 3; ++time) {
-            drag(kRightButton, 0, -way * 300, 0, way * 300);
-            EXPECT_GE(camera()->screenUp().z, -1e-9) << time;
-        }
-        EXPECT_NEAR(camera()->direction().z, way > 0 ? -1 : 1, 1e-6);
-        drag(kRightButton, 0, way * 60, 0, 0);
-        EXPECT_GT(camera()->screenUp().z, 0.1);
-    }
-    // Neither does the tool, nor a drag of the cube.
-    start(L"ConstrainedOrbitCommand");
-    for (int time = 0; time < 3; ++time)
-        drag(kLeftButton, 0, -150, 0, 150);
-    EXPECT_GE(camera()->screenUp().z, -1e-9);
-}
-
-TEST_F(OrbitTest, TheAxisIsTheOneThatTheViewerTakesForUp)
-{
-    Camera someView;
-    someView.look({0, 1, 0}, {0, 0, 1});
-    EXPECT_TRUE(computeUpForConstrainedOrbit(someView).isEqualTo({0, 0, 1}));
-    // Upside down.
-    someView.look({0, 1, 0}, {0, 0, -1});
-    EXPECT_TRUE(computeUpForConstrainedOrbit(someView).isEqualTo({0, 0, -1}));
-    // From a steep angle above, Y is nearer to the camera's up, but only Z is vertical in the picture; that
-    // takes precedence within 60 degrees.
-    const GkVector3d steep(0.3, 0.2, -0.5);
-    someView.look(steep, {0, 0, 1});
-    someView.up(someView.screenUp());
-    EXPECT_TRUE(computeUpForConstrainedOrbit(someView).isEqualTo({0, 0, 1}));
-    // Rolled: no axis is vertical, and the nearest is used.
-    someView.roll(1.2);
-    const GkVector3d up = someView.up().normal();
-    const GkVector3d axis = computeUpForConstrainedOrbit(someView);
-    for (const GkVector3d& other : {GkVector3d::kXAxis, GkVector3d::kYAxis, GkVector3d::kZAxis})
-        EXPECT_GE(up.dotProduct(axis), std::abs(up.dotProduct(other)) - 1e-12);
-}
-
-TEST_F(OrbitTest, TheAxesAreThoseOfTheModel)
-{
-    auto* settings = Vs::cast<Vs::CommonData::CommonDataAssetSettings>(ActiveAssetUtils::assetSettings());
-    ASSERT_TRUE(settings);
-    const GkVector3d up = GkVector3d(0, -1, 1).normal();
-    ASSERT_TRUE(settings->sceneOrientation(up, {1, 0, 0}));
-    Camera someView;
-    someView.look({1, 0, 0}, {0, 0, 1});
-    EXPECT_TRUE(isNear(computeUpForConstrainedOrbit(someView), up));
-    someView.look({-1, 0, 0}, -up);
-    EXPECT_TRUE(isNear(computeUpForConstrainedOrbit(someView), -up));
-
-    // What a drag keeps vertical is the model's own axis.
-    camera()->look(GkVector3d(1, 0.3, -0.2), up);
-    drag(kRightButton, 0, 0, 130, 45);
-    EXPECT_NEAR(camera()->right().dotProduct(up), 0, 1e-9);
-    EXPECT_GT(std::abs(camera()->right().z), 1e-3);
 }
 
 TEST_F(OrbitTest, ChoosingAFlavourStartsItAndMakesItTheOneOfTheMouse)
@@ -445,119 +351,6 @@ TEST_F(OrbitTest, ClosingTheDocumentUnderTheToolLeavesNothingBehind)
     EXPECT_EQ(activeCommand(), nullptr);
     answer(L"Design.New");
     EXPECT_FALSE(reticleShows());
-}
-
-/// With a clock that the test controls.
-class PivotMarkerTest : public OrbitTest
-{
-protected:
-    void SetUp() override
-    {
-        OrbitTest::SetUp();
-        seconds = 100;
-        Vs::Utility::timer::clock([] { return seconds; });
-        camera()->pivot({5, 5, 5});
-        camera()->pivotEnabled(true);
-    }
-    void TearDown() override
-    {
-        idle(2);
-        idle(2);
-        Vs::Utility::timer::clock(nullptr);
-        OrbitTest::TearDown();
-    }
-    static void idle(double passed)
-    {
-        seconds += passed;
-        Application::get()->idleTasks()->runOnce();
-    }
-
-    static double seconds;
-};
-
-double PivotMarkerTest::seconds = 0;
-
-TEST_F(PivotMarkerTest, TheMarkerStaysForASecondBehindAnOrbit)
-{
-    press(kRightButton, 0, 0);
-    EXPECT_FALSE(markerShows());
-    move(40, 40);
-    EXPECT_TRUE(markerShows());
-    idle(5);
-    EXPECT_TRUE(markerShows());
-    release(kRightButton, 40, 40);
-    // The time counts from the first turn of the queue.
-    idle(5);
-    EXPECT_TRUE(markerShows());
-    idle(0.9);
-    EXPECT_TRUE(markerShows());
-    idle(0.2);
-    EXPECT_FALSE(markerShows());
-    EXPECT_TRUE(Application::get()->idleTasks()->empty());
-}
-
-TEST_F(PivotMarkerTest, ANewOrbitWithinTheSecondKeepsTheMarker)
-{
-    drag(kRightButton, 0, 0, 40, 40);
-    idle(0);
-    idle(0.6);
-    press(kRightButton, 0, 0);
-    move(40, 40);
-    idle(3);
-    EXPECT_TRUE(markerShows());
-    release(kRightButton, 40, 40);
-    idle(0);
-    idle(0.9);
-    EXPECT_TRUE(markerShows());
-    idle(0.2);
-    EXPECT_FALSE(markerShows());
-}
-
-TEST_F(PivotMarkerTest, NoMarkerWithoutAPivotOrAgainstTheUsersOption)
-{
-    UIBaseOptionGroup::get()->pivotUnderPointer(false);
-    camera()->pivotEnabled(false);
-    drag(kRightButton, 0, 0, 40, 40);
-    EXPECT_FALSE(markerShows());
-    camera()->pivotEnabled(true);
-    UIBaseOptionGroup::get()->cameraPivotEnabled(false);
-    drag(kRightButton, 0, 0, 40, 40);
-    EXPECT_FALSE(markerShows());
-}
-
-TEST_F(PivotMarkerTest, LookAtMovesThePivotToThePickedPlaceAndShowsIt)
-{
-    camera()->look({1, 1, -1}, {0, 0, 1});
-    camera()->fit(view()->modelFragment()->bounds());
-    const double distance = camera()->distance();
-    start(L"LookAtCommand");
-    EXPECT_EQ(activeKey(), L"LookAtCommand");
-    move(0, -120);
-    click(kLeftButton, 0, -120); // On the top of the box.
-    EXPECT_EQ(activeKey(), L"");
-    EXPECT_TRUE(camera()->direction().isEqualTo({0, 0, -1}, {1e-6, 1e-6}));
-    EXPECT_NEAR(camera()->distance(), distance, distance * 1e-9);
-    EXPECT_NEAR(camera()->target().z, 20, 1e-4);
-    EXPECT_TRUE(camera()->pivot().isEqualTo(camera()->target()));
-    EXPECT_TRUE(camera()->pivotEnabled());
-    EXPECT_TRUE(markerShows());
-    // The normal is that of the ground, so up must be something else: the back, as in the top view.
-    EXPECT_TRUE(camera()->up().isEqualTo({0, 1, 0}, {1e-6, 1e-6}));
-}
-
-TEST_F(PivotMarkerTest, LookAtWaitsForABodyAndIgnoresDragsAndTheBackground)
-{
-    start(L"LookAtCommand");
-    const std::string before = stand(*camera());
-    click(kLeftButton, canvas()->width() / 2 - 3, 0);
-    drag(kLeftButton, 0, 0, 30, 30);
-    EXPECT_EQ(stand(*camera()), before);
-    EXPECT_EQ(activeKey(), L"LookAtCommand");
-    // A side of the box: its normal is horizontal, and the model is upright.
-    click(kLeftButton, 0, 0);
-    EXPECT_EQ(activeKey(), L"");
-    EXPECT_TRUE(camera()->direction().isEqualTo({0, 1, 0}, {1e-6, 1e-6}));
-    EXPECT_TRUE(camera()->up().isEqualTo({0, 0, 1}));
 }
 
 } // namespace

@@ -106,22 +106,12 @@ TEST_F(EnvironmentsTest, TheListFollowsTheSessionWithoutRunningACommandAndAChoic
     EXPECT_EQ(list()->selectedItem(), nullptr);
 }
 
-TEST_F(EnvironmentsTest, OneMayReturnOnlyFromAnEnvironmentThatWasEnteredOnTop)
-{
-    EXPECT_FALSE(applicable(L"ReturnToEnvironmentCommand"));
-    answer(L"Design.Sample");
-    EXPECT_FALSE(applicable(L"ReturnToEnvironmentCommand"));
-    activeSession()->activateEnvironment(find(L"ReviewEnvironment"), true);
-    EXPECT_TRUE(applicable(L"ReturnToEnvironmentCommand"));
-    answer(L"VuCommands.ReturnToEnvironmentCmd");
-    EXPECT_EQ(environment(), L"ModellingEnvironment");
-    EXPECT_FALSE(applicable(L"ReturnToEnvironmentCommand"));
-}
-
 TEST_F(EnvironmentsTest, FromSeveralOnTopOfEachOtherOneReturnsToEachInTurn)
 {
     EXPECT_EQ(failure(L"Commands.Environments"), L"There is no active model.");
+    EXPECT_FALSE(applicable(L"ReturnToEnvironmentCommand"));
     answer(L"Design.Sample");
+    EXPECT_FALSE(applicable(L"ReturnToEnvironmentCommand"));
     EXPECT_EQ(answer(L"Commands.Environments"), L"ModellingEnvironment  Modelling  (active)\n"
                                                 L"ReviewEnvironment  Review");
     activeSession()->activateEnvironment(find(L"ReviewEnvironment"), true);
@@ -131,6 +121,7 @@ TEST_F(EnvironmentsTest, FromSeveralOnTopOfEachOtherOneReturnsToEachInTurn)
                                                 L"ReviewEnvironment  Review  (beneath)");
     answer(L"VuCommands.ReturnToEnvironmentCmd");
     EXPECT_EQ(environment(), L"ReviewEnvironment");
+    EXPECT_TRUE(applicable(L"ReturnToEnvironmentCommand"));
     answer(L"VuCommands.ReturnToEnvironmentCmd");
     EXPECT_EQ(environment(), L"ModellingEnvironment");
     EXPECT_FALSE(applicable(L"ReturnToEnvironmentCommand"));
