@@ -59,8 +59,7 @@ Style styleOf(int visualStyle)
     }
 }
 
-/// Whoever chooses one sample per pixel wants speed: of glass, the mean of all layers is then enough, and
-/// without a GPU to light these at the corners of triangles.
+/// Whoever chooses one sample per pixel wants speed: of glass, the mean of all layers is then enough.
 bool isFine(const Frame& frame)
 {
     return frame.target.samples > 1 || frame.target.pixelScale > 1;
@@ -263,22 +262,27 @@ void BodyPainter::drawGlass(const Frame& frame, bool lined)
     if (boxes == 0)
         return;
     const Area touched = boxes < kMostBoxes ? bounds.area(kLineMargin) : frame.part;
-    const Program& faces = useFaces(frame, false, true);
     const bool fine = isFine(frame);
-    if (!faces || !m_glass.begin(frame, touched, fine, alone)) {
+    if (!useGlass(frame, fine ? Kind::Glass : Kind::FaintGlass) ||
+        !m_glass.begin(frame, touched, fine, alone)) {
         drawUnsorted(frame);
         return;
     }
-    glUniform2f(faces.uniform("clipRange"), float(frame.projection.clipNear()),
-                float(frame.projection.clipFar()));
-    glUniform1i(faces.uniform("parallel"), !frame.projection.perspective());
     glViewport(frame.part.x - frame.tile.x, frame.part.y - frame.tile.y, frame.part.width, frame.part.height);
     using Step = GlassLayers::Step;
-    m_glass.take(Step::Sum);
-    frame.drawFaces(Frame::Faces::OfGlass);
-    if (fine) {
+    if (fine && alone) {
         m_glass.take(Step::Foremost);
         frame.drawFaces(Frame::Faces::FrontsOfGlass);
+        useGlass(frame, Kind::FaintGlass);
+        m_glass.take(Step::Behind);
+        frame.drawFaces(Frame::Faces::OfGlass);
+    } else {
+        m_glass.take(Step::Sum);
+        frame.drawFaces(Frame::Faces::OfGlass);
+        if (fine) {
+            m_glass.take(Step::Foremost);
+            frame.drawFaces(Frame::Faces::FrontsOfGlass);
+        }
     }
     lined = lined && fine;
     if (lined) {
@@ -288,6 +292,17 @@ void BodyPainter::drawGlass(const Frame& frame, bool lined)
         m_edges.draw(frame, look, true);
     }
     m_glass.finish(frame, lined);
+}
+
+const Program& BodyPainter::useGlass(const Frame& frame, Kind which)
+{
+    const Program& program = useFaces(frame, false, which);
+    if (program) {
+        glUniform2f(program.uniform("clipRange"), float(frame.projection.clipNear()),
+                    float(frame.projection.clipFar()));
+        glUniform1i(program.uniform("parallel"), !frame.projection.perspective());
+    }
+    return program;
 }
 
 // For drivers that can't do better.
@@ -341,7 +356,7 @@ bool BodyPainter::findOcclusion(const Frame& frame)
     return true;
 }
 
-const Program& BodyPainter::useFaces(const Frame& frame, bool occluded, bool glass)
+const Program& BodyPainter::useFaces(const Frame& frame, bool occluded, Kind which)
 {
     const bool realistic = frame.params().visualStyle() == Vs::Scene::kRealistic;
     const bool shadowed = styleOf(frame.params().visualStyle()).faces && findShadows(frame);
@@ -350,9 +365,10 @@ const Program& BodyPainter::useFaces(const Frame& frame, bool occluded, bool gla
     kind |= shadowed ? kShadowedFaces : kPlainFaces;
     kind |= occluded ? kOccludedFaces : kPlainFaces;
     kind |= occluded && shadowed && ObjectShadow::areSoft(frame) ? kSoftFaces : kPlainFaces;
-    if (kind == kPlainFaces && (frame.quick || (glass && frame.software && !isFine(frame))))
+    // Without a GPU, lighting costs more than all else.
+    if (kind == kPlainFaces && (frame.quick || (which == Kind::FaintGlass && frame.software)))
         kind = kQuickFaces;
-    const Program& program = faceProgram(glass ? kind | kGlassFaces : kind);
+    const Program& program = faceProgram(which == Kind::Opaque ? kind : kind | kGlassFaces);
     if (!program)
         return program;
     frame.setView(program);

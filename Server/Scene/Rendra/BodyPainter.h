@@ -35,7 +35,11 @@ private:
     void drawGlass(const Frame& frame, bool lined);
     void drawUnsorted(const Frame& frame);
     bool findOcclusion(const Frame& frame);
-    const Program& useFaces(const Frame& frame, bool occluded, bool glass = false);
+    /// Which faces are drawn by a program: opaque ones, or transparent ones, of which some
+    /// are seen through others.
+    enum class Kind { Opaque, Glass, FaintGlass };
+    const Program& useFaces(const Frame& frame, bool occluded, Kind which = Kind::Opaque);
+    const Program& useGlass(const Frame& frame, Kind which);
 
     /// The features of a face program; their combinations are the kinds of programs. All but the plain one,
     /// and the outlines, are created on first use; most sessions never show them.

@@ -158,14 +158,15 @@ bool GlassLayers::begin(const Frame& frame, const Area& touched, bool fine, bool
     return true;
 }
 
-void GlassLayers::take(Step step) const
+void GlassLayers::take(Step step)
 {
-    const GLboolean sums = step == Step::Sum, front = step == Step::Foremost;
+    const GLboolean sums = step != Step::Foremost, front = !sums;
     constexpr GLenum kOfFront[] = {GL_NONE, GL_COLOR_ATTACHMENT1, GL_COLOR_ATTACHMENT2};
+    m_separate = step == Step::Behind;
     sums ? glDrawBuffers(kWeights + 1, kAttachments) : glDrawBuffers(kForemost + 1, kOfFront);
     glColorMaski(kWeights, sums, front, GL_FALSE, GL_FALSE);
     glDepthMask(front);
-    glDepthFunc(GL_LEQUAL);
+    glDepthFunc(m_separate ? GL_GREATER : GL_LEQUAL);
     sums ? glEnable(GL_BLEND) : glDisable(GL_BLEND);
     glBlendFunc(GL_ONE, GL_ONE);
 }
@@ -175,6 +176,7 @@ void GlassLayers::beginLines() const
     glDisable(GL_POLYGON_OFFSET_FILL);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     glDrawBuffers(1, &kAttachments[kLines]);
+    glDepthFunc(GL_LEQUAL);
     const float nothing[4] = {0, 0, 0, 0};
     glClearBufferfv(GL_COLOR, 0, nothing);
     glDepthMask(GL_FALSE);
@@ -205,6 +207,7 @@ void GlassLayers::finish(const Frame& frame, bool lined)
         glUniform1i(program.uniform(names[i]), i);
     }
     glUniform1i(program.uniform("lined"), lined);
+    glUniform1i(program.uniform("separate"), m_separate);
     glBindVertexArray(m_noArray);
     glDrawArrays(GL_TRIANGLES, 0, 3);
     for (int i = kTextures; i-- > 0;) {

@@ -58,6 +58,7 @@ vec4 sumAt(ivec2 at)
 uniform sampler2D foremost;
 uniform sampler2D lines;
 uniform bool lined;
+uniform bool separate; // the sums are of those behind the foremost alone
 #endif
 #ifdef SAMPLED
 uniform sampler2D depths;
@@ -96,10 +97,14 @@ void main()
 #ifdef FINE
     line = lined ? texelFetch(lines, at, 0) : line;
     front = texelFetch(foremost, at, 0);
+    sum.a *= separate ? 1.0 - front.a : 1.0;
 #endif
     if (sum.a == 1.0 && line.a == 0.0)
         discard;
     vec2 weight = texelFetch(weights, at, 0).rg;
+#ifdef FINE
+    weight.g = separate ? 0.0 : weight.g;
+#endif
     vec3 seen = front.rgb;
     float behindFront = 1.0 - clamp(sum.a / max(1.0 - front.a, 1e-3), 0.0, 1.0);
     vec3 others = sum.rgb - front.rgb / max(front.a, 1e-3) * weight.g;
