@@ -1,5 +1,6 @@
 #include "Server/DataModel/Measure/Private/DrawnMesh.h"
 
+#include "Server/Base/Progress.h"
 #include "Server/Body/DividedMesh.h"
 #include "Server/Body/FinerMesh.h"
 #include "Server/Body/MeshPoints.h"
@@ -18,12 +19,14 @@ namespace {
 /// Of a triangle that is seen edge-on: the cosine of its normal and the view.
 constexpr double kEdgeOn = 1e-6;
 
-/// The triangles as one face, since outlines go on from one face to the next.
-BodyMesh asOneFace(const BodyMesh& mesh)
+/// The triangles as one face, since outlines go on from one face to the next. Meanwhile a large body is
+/// divided on another thread.
+BodyMesh asOneFace(const std::shared_ptr<const BodyMesh>& mesh)
 {
+    static_cast<void>(partsMeshIfMade(mesh));
     BodyMesh whole;
-    whole.positions = mesh.positions;
-    whole.triangles = mesh.triangles;
+    whole.positions = mesh->positions;
+    whole.triangles = mesh->triangles;
     return whole;
 }
 
@@ -51,10 +54,11 @@ struct EndsHash
 } // namespace
 
 DrawnMesh::DrawnMesh(std::shared_ptr<const BodyMesh> mesh)
-    : m_mesh(std::move(mesh)), m_sides(asOneFace(*m_mesh)), m_deviation(chordalDeviation(*m_mesh))
+    : m_mesh(std::move(mesh)), m_sides(asOneFace(m_mesh)), m_deviation(chordalDeviation(*m_mesh))
 {
-    const std::shared_ptr<const BodyMesh> parts = partsMesh(m_mesh);
-    takeEdges(*parts);
+    if (Progress::cancelled())
+        return;
+    takeEdges(*partsMesh(m_mesh));
     if (m_edges.empty() && isOfTriangles(*m_mesh))
         takeBorders();
     findSharp();
@@ -96,6 +100,8 @@ void DrawnMesh::findSharp()
         for (size_t i = 1; !line.smooth && i < line.points.size(); ++i)
             drawn.insert(endsOf(line.points[i - 1], line.points[i]));
     m_sharp.resize(m_sides.triangles() * 3);
+    if (drawn.empty())
+        return;
     for (size_t t = 0; t < m_sides.triangles(); ++t)
         for (size_t k = 0; k < 3; ++k)
             m_sharp[3 * t + k] = drawn.contains(

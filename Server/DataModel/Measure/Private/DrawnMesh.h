@@ -20,7 +20,8 @@ public:
         std::vector<GkPoint3d> points;
     };
 
-    /// Takes about a second for a million triangles. Any thread.
+    /// Takes about two seconds for a million triangles. If the person cancels meanwhile (Progress), it is
+    /// incomplete. Any thread.
     explicit DrawnMesh(std::shared_ptr<const BodyMesh> mesh);
 
     const BodyMesh& mesh() const { return *m_mesh; }
