@@ -31,8 +31,10 @@
 
 #include <QApplication>
 #include <QColor>
+#include <QCursor>
 #include <QDialog>
 #include <QOpenGLWidget>
+#include <QScreen>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -315,6 +317,10 @@ public:
         Vs::Status status;
         Vs::AddInMgr::get()->loadAddIns(status);
         ASSERT_TRUE(status.isOk()) << status.matchingError("");
+        // The display's own pointer, in its middle, would move into a window that comes up there, perhaps
+        // only in the midst of a drag by the test.
+        Application::get()->needGui();
+        QCursor::setPos(QGuiApplication::primaryScreen()->geometry().bottomRight());
         WorkspaceMgr::get()->create()->window()->show();
         ASSERT_EQ(Vs::TextCommandMgr::get()->executeCommandWithoutOutput(L"Design.Sample").first, 0u);
         QTest::qWait(kStillMilliseconds);
