@@ -68,10 +68,8 @@ void UploadQueue::add(const WorkFile& work, const std::string& label, bool isFou
         const auto queued = std::find_if(entries.begin(), entries.end(), [&](const QueueEntry& entry) {
             return entry.document == work.file && entry.stamp == now;
         });
-        QueueEntry entry;
-        if (queued != entries.end())
-            entry = *queued;
         if (queued == entries.end()) {
+            QueueEntry entry;
             entry.account = work.account;
             entry.document = work.file;
             entry.stamp = now;
@@ -80,8 +78,9 @@ void UploadQueue::add(const WorkFile& work, const std::string& label, bool isFou
             entry.key = SignIn::newKey();
             entry.isFound = isFound;
             entry.create();
-        } else if (!isFound && !entry.isPosted) {
+        } else if (!isFound && !queued->isPosted) {
             // Found on disk between the save and its notification.
+            QueueEntry entry = *queued;
             entry.label = label;
             entry.isFound = false;
             entry.write();
