@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Server/Body/Finish.h"
 #include "Server/Geometry/BBox.h"
 
 #include <cstdint>
@@ -37,7 +38,16 @@ struct BodyMesh
     std::vector<uint32_t> edgeStarts;
     /// x, y, z of each vertex of the exact shape, in its order. A body of triangles alone has none.
     std::vector<float> vertexPoints;
+    /// Empty if no face has a material; otherwise the finish of faces in the body's colour, followed by that
+    /// of faces in each of `colours`.
+    std::vector<Finish> finishes;
     BBox bounds;
+
+    Finish finishOf(const Face& face) const
+    {
+        const auto at = static_cast<size_t>(face.colour + 1);
+        return at < finishes.size() ? finishes[at] : Finish();
+    }
 };
 
 } // namespace Vs

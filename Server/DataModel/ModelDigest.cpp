@@ -57,6 +57,7 @@ uint64_t digestOf(const Body& body)
             digest.add(face.triangleCount);
         for (const Colour& colour : mesh->colours)
             digest.add(colour);
+        digest.addAll(mesh->finishes);
     }
     return digest.result();
 }

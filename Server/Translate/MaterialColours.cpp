@@ -1,5 +1,6 @@
 #include "Server/Translate/MaterialColours.h"
 
+#include "Server/DataModel/Kernel/Materials.h"
 #include "Server/Translate/MappedFile.h"
 #include "Server/Translate/Reading.h"
 
@@ -27,8 +28,10 @@ double linear(uint8_t value)
     return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
 }
 
+} // namespace
+
 /// Throws Unreadable.
-std::array<double, 4> meanOfPicture(std::string_view bytes)
+MaterialColours::Mean MaterialColours::meanOf(std::string_view bytes)
 {
     const auto* data = reinterpret_cast<const stbi_uc*>(bytes.data());
     const int size = int(std::min<size_t>(bytes.size(), INT32_MAX));
@@ -48,23 +51,31 @@ std::array<double, 4> meanOfPicture(std::string_view bytes)
         linears[i] = linear(uint8_t(i));
     const size_t count = size_t(width) * size_t(height);
     std::array<double, 4> sum = {};
+    std::array<double, 3> values = {};
     for (size_t i = 0; i < count; ++i) {
         const stbi_uc* pixel = pixels.get() + 4 * i;
         const double opacity = pixel[3] / 255.0;
-        for (size_t channel = 0; channel < 3; ++channel)
+        for (size_t channel = 0; channel < 3; ++channel) {
             sum[channel] += opacity * linears[pixel[channel]];
+            values[channel] += pixel[channel];
+        }
         sum[3] += opacity;
     }
-    // What is transparent has no colour.
-    if (!(sum[3] > 0))
-        return {1, 1, 1, 0};
-    return {sum[0] / sum[3], sum[1] / sum[3], sum[2] / sum[3], sum[3] / double(count)};
+    Mean mean;
+    for (size_t channel = 0; channel < 3; ++channel) {
+        mean.values[channel] = values[channel] / (255.0 * double(count));
+        // What is transparent has no colour.
+        if (sum[3] > 0)
+            mean.colour[channel] = sum[channel] / sum[3];
+    }
+    mean.colour[3] = sum[3] / double(count);
+    return mean;
 }
 
-std::array<double, 4> readMean(const Image_Texture& picture)
+MaterialColours::Mean MaterialColours::readMean(const Image_Texture& picture)
 {
     if (const Handle(NCollection_Buffer)& within = picture.DataBuffer(); !within.IsNull())
-        return meanOfPicture({reinterpret_cast<const char*>(within->Data()), within->Size()});
+        return meanOf({reinterpret_cast<const char*>(within->Data()), within->Size()});
     const MappedFile file(picture.FilePath().ToCString());
     std::string_view bytes = file.bytes();
     if (picture.FileOffset() >= 0) {
@@ -73,14 +84,12 @@ std::array<double, 4> readMean(const Image_Texture& picture)
             throw Unreadable("reaches beyond the end of the file");
         bytes = bytes.substr(offset, length);
     }
-    return meanOfPicture(bytes);
+    return meanOf(bytes);
 }
-
-} // namespace
 
 const MaterialColours::Mean& MaterialColours::meanOf(const Image_Texture& picture)
 {
-    const auto [found, isNew] = m_means.try_emplace(picture.TextureId().ToCString(), Mean{1, 1, 1, 1});
+    const auto [found, isNew] = m_means.try_emplace(picture.TextureId().ToCString());
     if (!isNew)
         return found->second;
     try {
@@ -93,24 +102,36 @@ const MaterialColours::Mean& MaterialColours::meanOf(const Image_Texture& pictur
     return found->second;
 }
 
-Quantity_ColorRGBA MaterialColours::of(const XCAFDoc_VisMaterial& material)
+void MaterialColours::settle(XCAFDoc_VisMaterial& material)
 {
     if (!material.HasPbrMaterial())
-        return material.BaseColor();
-    const XCAFDoc_VisMaterialPBR& made = material.PbrMaterial();
-    Mean colour = {made.BaseColor.GetRGB().Red(), made.BaseColor.GetRGB().Green(),
-                   made.BaseColor.GetRGB().Blue(), double(made.BaseColor.Alpha())};
-    if (!made.BaseColorTexture.IsNull()) {
-        const Mean& mean = meanOf(*made.BaseColorTexture);
-        for (size_t i = 0; i < 4; ++i)
-            colour[i] *= mean[i];
-    }
+        return;
+    XCAFDoc_VisMaterialPBR made = material.PbrMaterial();
+    const auto taken = [&](Handle(Image_Texture) & picture) {
+        const Mean mean = picture.IsNull() ? Mean() : meanOf(*picture);
+        picture.Nullify();
+        return mean;
+    };
+    const Mean base = taken(made.BaseColorTexture);
+    const Quantity_Color& own = made.BaseColor.GetRGB();
+    const auto colour = [&](double factor, size_t channel) {
+        return Kernel::toShare(factor * base.colour[channel]);
+    };
     const bool blended = material.AlphaMode() == Graphic3d_AlphaMode_Blend;
-    float channels[4] = {};
+    made.BaseColor = {colour(own.Red(), 0), colour(own.Green(), 1), colour(own.Blue(), 2),
+                      blended ? colour(double(made.BaseColor.Alpha()), 3) : 1.0f};
+    const Mean surface = taken(made.MetallicRoughnessTexture);
+    made.Roughness = Kernel::toShare(double(made.Roughness) * surface.values[1]);
+    made.Metallic = Kernel::toShare(double(made.Metallic) * surface.values[2]);
+    const bool glows =
+        made.EmissiveFactor.x() > 0 || made.EmissiveFactor.y() > 0 || made.EmissiveFactor.z() > 0;
+    const Mean light = glows ? taken(made.EmissiveTexture) : Mean();
+    made.EmissiveTexture.Nullify();
     for (int i = 0; i < 3; ++i)
-        channels[i] = float(std::clamp(colour[size_t(i)] + double(made.EmissiveFactor[i]), 0.0, 1.0));
-    channels[3] = blended ? float(std::clamp(colour[3], 0.0, 1.0)) : 1.0f;
-    return {channels[0], channels[1], channels[2], channels[3]};
+        made.EmissiveFactor[i] = Kernel::toShare(double(made.EmissiveFactor[i]) * light.colour[size_t(i)]);
+    made.OcclusionTexture.Nullify();
+    made.NormalTexture.Nullify();
+    material.SetPbrMaterial(made);
 }
 
 } // namespace Vs::Translate

@@ -3,15 +3,15 @@
 #include "Server/Base/Strings.h"
 #include "Server/DataModel/Kernel/Mesher.h"
 #include "Server/DataModel/Kernel/XdeTree.h"
+#include "Server/Translate/MaterialParts.h"
 #include "Server/Translate/Parallel.h"
 #include "Server/Translate/TriangleMesh.h"
-
-#include <Quantity_ColorRGBA.hxx>
 
 #include <BRep_Tool.hxx>
 #include <Geom_Surface.hxx>
 #include <Poly_Triangulation.hxx>
 #include <TDF_ChildIterator.hxx>
+#include <TDF_LabelSequence.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopoDS.hxx>
 #include <XCAFDoc_ColorTool.hxx>
@@ -32,15 +32,23 @@ namespace Vs::Translate {
 
 namespace {
 
-void coloursOfMaterials(const Handle(TDocStd_Document) & document, const ColourOfMaterial& colourOf)
+void settleMaterials(const Handle(TDocStd_Document) & document, const SettleMaterial& settle)
 {
     const Handle(XCAFDoc_ColorTool) colours = XCAFDoc_DocumentTool::ColorTool(document->Main());
     const Handle(XCAFDoc_VisMaterialTool) materials = XCAFDoc_DocumentTool::VisMaterialTool(document->Main());
+    TDF_LabelSequence all;
+    materials->GetMaterials(all);
+    if (all.IsEmpty())
+        return;
+    for (const TDF_Label& label : all)
+        if (const Handle(XCAFDoc_VisMaterial) material = materials->GetMaterial(label); !material.IsNull())
+            settle(*material);
+    separateMaterials(document);
     const TDF_Label shapes = XCAFDoc_DocumentTool::ShapesLabel(document->Main());
     for (TDF_ChildIterator each(shapes, true); each.More(); each.Next()) {
         const Handle(XCAFDoc_VisMaterial) material = materials->GetShapeMaterial(each.Value());
         if (!material.IsNull() && !material->IsEmpty())
-            colours->SetColor(each.Value(), colourOf(*material), XCAFDoc_ColorSurf);
+            colours->SetColor(each.Value(), material->BaseColor(), XCAFDoc_ColorSurf);
     }
 }
 
@@ -141,12 +149,12 @@ private:
 
 void takeMeshes(Reading& reading, Reporter& reporter)
 {
-    takeMeshes(reading, reporter, [](const XCAFDoc_VisMaterial& material) { return material.BaseColor(); });
+    takeMeshes(reading, reporter, [](XCAFDoc_VisMaterial&) {});
 }
 
-void takeMeshes(Reading& reading, Reporter& reporter, const ColourOfMaterial& colourOf)
+void takeMeshes(Reading& reading, Reporter& reporter, const SettleMaterial& settle)
 {
-    coloursOfMaterials(reading.model->document(), colourOf);
+    settleMaterials(reading.model->document(), settle);
     const Kernel::XdeTree tree = Kernel::readXdeTree(reading.model->document());
     std::vector<Kinds> kinds(tree.shapes.size());
     for (size_t i = 0; i < kinds.size(); ++i)

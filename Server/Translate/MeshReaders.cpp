@@ -101,8 +101,7 @@ Reading readMesh(RWMesh_CafReader& reader, const char* format, const std::string
         throw invalid();
     MaterialColours colours;
     try {
-        takeMeshes(reading, reporter,
-                   [&](const XCAFDoc_VisMaterial& material) { return colours.of(material); });
+        takeMeshes(reading, reporter, [&](XCAFDoc_VisMaterial& material) { colours.settle(material); });
     } catch (const Unreadable&) {
         if (!messages.faults().empty())
             throw invalid();

@@ -97,6 +97,8 @@ std::unique_ptr<ModelKernel> read(const ModelFile& file)
     if (const DataDigest found = digest.get(); !knownData().contains(found))
         renewed = writtenAnew(data, hexOf(found) + "-exact");
     auto kernel = ModelKernel::read(renewed ? renewed->kernelData() : data);
+    if (!file.hasFinishes())
+        kernel->forgetMaterials();
     file.file()->unneeded(data);
     return kernel;
 }

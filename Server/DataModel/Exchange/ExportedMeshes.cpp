@@ -89,11 +89,11 @@ void ExportedMeshes::collect(const Component& component, const GkMatrix3d& paren
         collect(*child, placement, colour);
 }
 
-ColourGroups::Group& ColourGroups::groupOf(const Colour& colour)
+ColourGroups::Group& ColourGroups::groupOf(const Look& look)
 {
     const auto found = std::find_if(m_groups.begin(), m_groups.end(),
-                                    [&](const Group& group) { return group.colour == colour; });
-    return found != m_groups.end() ? *found : m_groups.emplace_back(Group{colour, {}, {}, {}});
+                                    [&](const Group& group) { return group.look == look; });
+    return found != m_groups.end() ? *found : m_groups.emplace_back(Group{look, {}, {}, {}});
 }
 
 void ColourGroups::add(const BodyMesh& mesh, const Colour& plain, const GkMatrix3d& placement)
@@ -101,14 +101,14 @@ void ColourGroups::add(const BodyMesh& mesh, const Colour& plain, const GkMatrix
     const double determinant = placement.det();
     const double scale = std::cbrt(std::abs(determinant));
     // For each group that this mesh is in, what has become of its vertices.
-    std::vector<std::pair<Colour, std::vector<uint32_t>>> taken;
+    std::vector<std::pair<Look, std::vector<uint32_t>>> taken;
     for (const BodyMesh::Face& face : mesh.faces) {
-        const Colour& colour = face.colour >= 0 ? mesh.colours[size_t(face.colour)] : plain;
-        auto own = std::find_if(taken.begin(), taken.end(),
-                                [&](const auto& entry) { return entry.first == colour; });
+        const Look look{face.colour >= 0 ? mesh.colours[size_t(face.colour)] : plain, mesh.finishOf(face)};
+        auto own =
+            std::find_if(taken.begin(), taken.end(), [&](const auto& entry) { return entry.first == look; });
         if (own == taken.end())
-            own = taken.insert(own, {colour, std::vector<uint32_t>(mesh.positions.size() / 3, kNone)});
-        Group& group = groupOf(colour);
+            own = taken.insert(own, {look, std::vector<uint32_t>(mesh.positions.size() / 3, kNone)});
+        Group& group = groupOf(look);
         const size_t begin = size_t(face.firstTriangle) * 3, end = begin + size_t(face.triangleCount) * 3;
         const size_t first = group.triangles.size();
         for (size_t i = begin; i < end; ++i) {

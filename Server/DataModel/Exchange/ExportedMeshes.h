@@ -55,13 +55,21 @@ private:
     uint64_t m_triangles = 0;
 };
 
-/// Triangles grouped by colour, each colour with its own vertices.
+/// How a face looks.
+struct Look
+{
+    Colour colour;
+    Finish finish;
+    friend bool operator==(const Look&, const Look&) = default;
+};
+
+/// Triangles grouped by their look, each look with its own vertices.
 class ColourGroups
 {
 public:
     struct Group
     {
-        Colour colour;
+        Look look;
         std::vector<float> positions, normals;
         std::vector<uint32_t> triangles;
     };
@@ -73,7 +81,7 @@ public:
     const std::vector<Group>& groups() const { return m_groups; }
 
 private:
-    Group& groupOf(const Colour& colour);
+    Group& groupOf(const Look& look);
 
     std::vector<Group> m_groups;
 };

@@ -58,15 +58,18 @@ std::string quoted(const std::wstring& words)
     return text + '"';
 }
 
+std::string numberOf(auto number)
+{
+    char digits[40];
+    return {digits, std::to_chars(digits, digits + sizeof digits, number).ptr};
+}
+
 template <class Numbers>
 std::string listOf(const Numbers& numbers)
 {
     std::string text = "[";
-    for (const auto number : numbers) {
-        char digits[40];
-        text.append(text.size() > 1 ? "," : "");
-        text.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
-    }
+    for (const auto number : numbers)
+        text.append(text.size() > 1 ? "," : "").append(numberOf(number));
     return text + ']';
 }
 
@@ -197,7 +200,7 @@ private:
             const size_t triangles = addNumbers(m_triangles, Triangles, group.triangles, "");
             primitives.add("{\"attributes\":{\"POSITION\":" + std::to_string(positions) + ",\"NORMAL\":" +
                            std::to_string(normals) + "},\"indices\":" + std::to_string(triangles) +
-                           ",\"material\":" + std::to_string(materialOf(group.colour)) + '}');
+                           ",\"material\":" + std::to_string(materialOf(group.look)) + '}');
         }
         return m_meshTexts.add("{\"name\":" + quoted(name) + ",\"primitives\":" + primitives.text() + '}');
     }
@@ -227,22 +230,36 @@ private:
         return ",\"min\":" + listOf(low) + ",\"max\":" + listOf(high);
     }
 
-    size_t materialOf(const Colour& colour)
+    size_t materialOf(const Look& look)
     {
-        const auto known = std::find(m_colours.begin(), m_colours.end(), colour);
-        if (known != m_colours.end())
-            return size_t(known - m_colours.begin());
-        m_colours.push_back(colour);
-        return m_materials.add("{\"pbrMetallicRoughness\":{\"baseColorFactor\":" +
-                               listOf(std::array{colour.r, colour.g, colour.b, colour.a}) +
-                               ",\"metallicFactor\":0},\"doubleSided\":true" +
-                               (colour.a < 1 ? ",\"alphaMode\":\"BLEND\"}" : "}"));
+        const auto known = std::find(m_looks.begin(), m_looks.end(), look);
+        if (known != m_looks.end())
+            return size_t(known - m_looks.begin());
+        m_looks.push_back(look);
+        const Finish& finish = look.finish;
+        const Colour& colour = look.colour;
+        std::string text = "{\"pbrMetallicRoughness\":{\"baseColorFactor\":" +
+                           listOf(std::array{colour.r, colour.g, colour.b, colour.a});
+        // Without a material, it is a paint.
+        text += ",\"metallicFactor\":" + numberOf(finish.isKnown ? finish.metallic : 0);
+        if (finish.isKnown)
+            text += ",\"roughnessFactor\":" + numberOf(finish.roughness);
+        text += '}';
+        if (finish.isKnown && finish.emissive != std::array{0.0f, 0.0f, 0.0f})
+            text += ",\"emissiveFactor\":" + listOf(finish.emissive);
+        if (!finish.isOneSided())
+            text += ",\"doubleSided\":true";
+        if (colour.a < 1 || (finish.isKnown && finish.alpha == Finish::Alpha::Blend))
+            text += ",\"alphaMode\":\"BLEND\"";
+        else if (finish.isKnown && finish.alpha == Finish::Alpha::Mask)
+            text += ",\"alphaMode\":\"MASK\",\"alphaCutoff\":" + numberOf(finish.alphaCutoff);
+        return m_materials.add(text + '}');
     }
 
     const ExportedMeshes& m_meshes;
     GkMatrix3d m_turn;
     std::map<std::tuple<const Body*, float, float, float, float>, size_t> m_known;
-    std::vector<Colour> m_colours;
+    std::vector<Look> m_looks;
     JsonList m_nodes, m_meshTexts, m_materials, m_accessors;
     std::string m_scene;
     std::string m_positions, m_normals, m_triangles;

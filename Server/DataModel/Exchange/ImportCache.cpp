@@ -35,7 +35,7 @@ namespace fs = std::filesystem;
 namespace {
 
 // Part of every key. Raised whenever the same file would give a different model.
-constexpr const char* kReader = "7-" QUILLET_KERNEL_VERSION;
+constexpr const char* kReader = "8-" QUILLET_KERNEL_VERSION;
 constexpr const char* kSuffix = ".model";
 constexpr const char* kOthersSuffix = ".others"; // one path a line, as seen from the file
 constexpr const char* kScratchSuffix = ".part";

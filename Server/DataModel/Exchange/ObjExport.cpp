@@ -6,6 +6,7 @@
 #include <boost/filesystem/operations.hpp>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <unordered_map>
@@ -83,14 +84,15 @@ public:
     std::string materials(const std::string& signature) const
     {
         std::string text = signature + '\n';
-        for (size_t i = 0; i < m_colours.size(); ++i) {
-            const Colour& colour = m_colours[i];
-            text += "\nnewmtl " + nameOfColour(i) + "\nKd";
-            for (const float value : {colour.r, colour.g, colour.b})
-                addNumber(text, screenValue(value));
+        for (size_t i = 0; i < m_looks.size(); ++i) {
+            const Colour& colour = m_looks[i].colour;
+            text += "\nnewmtl " + nameOfColour(i);
+            addColour(text, "Kd", {colour.r, colour.g, colour.b});
             text += "\nd";
             addNumber(text, colour.a);
             text += '\n';
+            if (m_looks[i].finish.isKnown)
+                addFinish(text, colour, m_looks[i].finish);
         }
         return text;
     }
@@ -105,14 +107,43 @@ private:
         return unused;
     }
 
+    static void addColour(std::string& text, const char* kind, const std::array<float, 3>& linear)
+    {
+        text += '\n';
+        text += kind;
+        for (const float value : linear)
+            addNumber(text, screenValue(value));
+    }
+
+    // What mirrors and how sharply, for readers of the old form; metal and roughness themselves for those
+    // that know them.
+    static void addFinish(std::string& text, const Colour& colour, const Finish& finish)
+    {
+        constexpr float kMirroredByPaint = 0.04f, kSharpest = 1000;
+        std::array<float, 3> mirrored{colour.r, colour.g, colour.b};
+        for (float& value : mirrored)
+            value = kMirroredByPaint + (value - kMirroredByPaint) * finish.metallic;
+        text.pop_back();
+        addColour(text, "Ks", mirrored);
+        const float width = std::max(finish.roughness * finish.roughness, 1e-3f);
+        text += "\nNs";
+        addNumber(text, std::clamp(2 / (width * width) - 2, 0.0f, kSharpest));
+        addColour(text, "Ke", finish.emissive);
+        text += "\nPr";
+        addNumber(text, finish.roughness);
+        text += "\nPm";
+        addNumber(text, finish.metallic);
+        text += '\n';
+    }
+
     static std::string nameOfColour(size_t index) { return "colour" + std::to_string(index + 1); }
 
     void add(const ColourGroups::Group& group)
     {
-        const auto known = std::find(m_colours.begin(), m_colours.end(), group.colour);
-        const size_t colour = size_t(known - m_colours.begin());
-        if (known == m_colours.end())
-            m_colours.push_back(group.colour);
+        const auto known = std::find(m_looks.begin(), m_looks.end(), group.look);
+        const size_t colour = size_t(known - m_looks.begin());
+        if (known == m_looks.end())
+            m_looks.push_back(group.look);
         for (size_t i = 0; i < group.positions.size(); i += 3) {
             m_text += 'v';
             for (size_t k = i; k < i + 3; ++k)
@@ -138,7 +169,7 @@ private:
     }
 
     std::string m_text;
-    std::vector<Colour> m_colours;
+    std::vector<Look> m_looks;
     uint64_t m_vertices = 0;
     std::unordered_set<std::string> m_names;
     std::unordered_map<std::string, unsigned> m_uses; ///< How many others had the name before.

@@ -49,8 +49,11 @@ class FaceCollector
 public:
     FaceCollector(BodyMesh& mesh, const ShapeColours& colours) : m_mesh(mesh)
     {
+        const auto isKnown = [](const auto& each) { return each.finish.isKnown != 0; };
+        if (isKnown(colours) || std::ranges::any_of(colours.entries, isKnown))
+            m_mesh.finishes.push_back(colours.finish);
         for (const ShapeColours::Entry& entry : colours.entries) {
-            const int index = colourIndex(entry.colour);
+            const int index = colourIndex(entry.colour, isKnown(entry) ? entry.finish : colours.finish);
             for (TopExp_Explorer faces(entry.part, TopAbs_FACE); faces.More(); faces.Next())
                 m_colourOfFace.Bind(faces.Current(), index);
         }
@@ -91,14 +94,16 @@ public:
     }
 
 private:
-    int colourIndex(const Colour& colour)
+    int colourIndex(const Colour& colour, const Finish& finish)
     {
-        const auto found = std::find(m_mesh.colours.begin(), m_mesh.colours.end(), colour);
-        if (found == m_mesh.colours.end()) {
-            m_mesh.colours.push_back(colour);
-            return static_cast<int>(m_mesh.colours.size()) - 1;
-        }
-        return static_cast<int>(found - m_mesh.colours.begin());
+        const bool finished = !m_mesh.finishes.empty();
+        for (size_t i = 0; i < m_mesh.colours.size(); ++i)
+            if (m_mesh.colours[i] == colour && (!finished || m_mesh.finishes[i + 1] == finish))
+                return static_cast<int>(i);
+        m_mesh.colours.push_back(colour);
+        if (finished)
+            m_mesh.finishes.push_back(finish);
+        return static_cast<int>(m_mesh.colours.size()) - 1;
     }
 
     void addNormals(const TopoDS_Face& face, const Handle(Poly_Triangulation) & triangulation,

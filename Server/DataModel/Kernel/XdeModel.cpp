@@ -4,6 +4,7 @@
 #include "Server/DataModel/Kernel/FinerFaces.h"
 #include "Server/DataModel/Kernel/Guarded.h"
 #include "Server/DataModel/Kernel/LabelIndex.h"
+#include "Server/DataModel/Kernel/Materials.h"
 #include "Server/DataModel/Kernel/Measure.h"
 #include "Server/DataModel/Kernel/MeasureAngle.h"
 #include "Server/DataModel/Kernel/MeasureParts.h"
@@ -91,6 +92,11 @@ std::vector<TouchedPlace> XdeModel::takeTouched()
 PartTree XdeModel::branches(const std::vector<std::string>& places, bool deep)
 {
     return guarded([&] { return readXdeBranches(m_document, places, deep).tree; });
+}
+
+void XdeModel::forgetMaterials()
+{
+    guarded([&] { Kernel::forgetMaterials(m_document); });
 }
 
 uint64_t XdeModel::revision(const std::string& entry)

@@ -29,6 +29,7 @@ public:
     const Handle(TDocStd_Document) & document() const { return m_document; }
 
     void write(std::ostream& stream) override;
+    void forgetMaterials() override;
     PartTree tree() override;
     uint64_t revision(const std::string& entry) override;
     std::shared_ptr<const PartSuccessors> successors(uint64_t before, uint64_t after) override;

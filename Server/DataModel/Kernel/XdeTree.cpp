@@ -4,6 +4,7 @@
 #include "Server/DataModel/Kernel/LabelIndex.h"
 #include "Server/DataModel/Kernel/LabelMap.h"
 #include "Server/DataModel/Kernel/LabelState.h"
+#include "Server/DataModel/Kernel/Materials.h"
 
 #include <Quantity_ColorRGBA.hxx>
 
@@ -198,6 +199,7 @@ uint64_t revisionOf(const TopoDS_Shape& body)
 ShapeColours bodyColours(const TDF_Label& label)
 {
     ShapeColours colours;
+    colours.finish = finishOf(label);
     TDF_LabelSequence parts;
     if (!XCAFDoc_ShapeTool::GetSubShapes(label, parts))
         return colours;
@@ -209,7 +211,7 @@ ShapeColours bodyColours(const TDF_Label& label)
             continue;
         if (!own.IsIdentity())
             shape.Location(own.Inverted() * shape.Location());
-        colours.entries.push_back({shape, *colour});
+        colours.entries.push_back({shape, *colour, finishOf(part)});
     }
     // Solids before shells before faces: the order of the kernel's kinds of shapes.
     std::stable_sort(colours.entries.begin(), colours.entries.end(),

@@ -12,15 +12,17 @@
 
 namespace Vs::Kernel {
 
-/// The colours set on parts of a shape, general ones before more specific ones.
+/// The colours set on parts of a shape, general ones before more specific ones, and what materials say.
 struct ShapeColours
 {
     struct Entry
     {
         TopoDS_Shape part;
         Colour colour;
+        Finish finish; ///< If it is known; otherwise the whole shape's.
     };
     std::vector<Entry> entries;
+    Finish finish; ///< Of the whole shape.
 };
 
 /// A component tree read from the labels of an XDE document, and the shapes of its bodies.

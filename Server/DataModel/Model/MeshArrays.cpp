@@ -43,6 +43,13 @@ bool facesFollow(const MeshArrays& mesh)
     return next == mesh.triangles.size() / 3 && next <= std::numeric_limits<uint32_t>::max();
 }
 
+bool finishesFit(const MeshArrays& mesh)
+{
+    return mesh.finishes.empty() ||
+           (mesh.finishes.size() == mesh.colours.size() + 1 &&
+            std::ranges::all_of(mesh.finishes, [](const Finish& finish) { return finish.isSound(); }));
+}
+
 bool edgesFollow(const MeshArrays& mesh)
 {
     if (mesh.edgeStarts.empty())
@@ -60,15 +67,16 @@ bool edgesFollow(const MeshArrays& mesh)
 
 MeshArrays MeshArrays::of(const BodyMesh& mesh)
 {
-    return {mesh.positions, mesh.normals,    mesh.triangles,  mesh.faces,
-            mesh.colours,   mesh.edgePoints, mesh.edgeStarts, mesh.vertexPoints};
+    return {mesh.positions,  mesh.normals,    mesh.triangles,    mesh.faces,   mesh.colours,
+            mesh.edgePoints, mesh.edgeStarts, mesh.vertexPoints, mesh.finishes};
 }
 
 bool MeshArrays::isSound() const
 {
     return positions.size() % 3 == 0 && normals.size() == positions.size() && triangles.size() % 3 == 0 &&
            edgePoints.size() % 3 == 0 && vertexPoints.size() % 3 == 0 &&
-           allBelow(triangles, positions.size() / 3) && facesFollow(*this) && edgesFollow(*this);
+           allBelow(triangles, positions.size() / 3) && facesFollow(*this) && finishesFit(*this) &&
+           edgesFollow(*this);
 }
 
 } // namespace Vs

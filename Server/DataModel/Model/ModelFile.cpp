@@ -17,9 +17,9 @@ namespace Vs {
 struct ModelFile::Header
 {
     static constexpr char kMagic[8] = {'Q', 'L', 'T', 'M', 'O', 'D', 'E', 'L'};
-    /// The layout that is written. The first, without the vertices of exact shapes, and the second, with a
-    /// tree of fixed sizes, are read as well.
-    static constexpr uint32_t kVersion = 3;
+    /// The layout that is written. The first, without the vertices of exact shapes, the second, with a tree
+    /// of fixed sizes, and the third, without finishes, are read as well.
+    static constexpr uint32_t kVersion = 4;
 
     char magic[8];
     uint32_t version;
@@ -39,7 +39,7 @@ constexpr uint64_t kAlignment = 16;
 // The box around a mesh, before its numbers.
 constexpr size_t kBoxSize = 6 * sizeof(double);
 
-MeshArrays meshAt(PackedReader& reader, bool hasVertexPoints)
+MeshArrays meshAt(PackedReader& reader, bool hasVertexPoints, bool hasFinishes)
 {
     MeshArrays mesh;
     mesh.positions = reader.run<float>();
@@ -51,6 +51,8 @@ MeshArrays meshAt(PackedReader& reader, bool hasVertexPoints)
     mesh.edgeStarts = reader.run<uint32_t>();
     if (hasVertexPoints)
         mesh.vertexPoints = reader.run<float>();
+    if (hasFinishes)
+        mesh.finishes = reader.run<Finish>();
     return mesh;
 }
 
@@ -223,12 +225,17 @@ MeshArrays ModelFile::arrays(size_t body) const
 {
     const auto [place, size] = m_meshes.at(body);
     PackedReader reader(m_data + place + kBoxSize, m_data + place + size);
-    return meshAt(reader, hasVertexPoints());
+    return meshAt(reader, hasVertexPoints(), hasFinishes());
 }
 
 bool ModelFile::hasVertexPoints() const
 {
     return header().version > 1;
+}
+
+bool ModelFile::hasFinishes() const
+{
+    return header().version > 3;
 }
 
 std::shared_ptr<BodyMesh> ModelFile::mesh(size_t body) const
@@ -251,6 +258,7 @@ std::shared_ptr<BodyMesh> ModelFile::mesh(size_t body) const
     copy(mesh->edgePoints, arrays.edgePoints);
     copy(mesh->edgeStarts, arrays.edgeStarts);
     copy(mesh->vertexPoints, arrays.vertexPoints);
+    copy(mesh->finishes, arrays.finishes);
     m_file->unneeded({m_data + place, size});
     return mesh;
 }
@@ -321,6 +329,7 @@ void ModelFileWriter::addMesh(const BodyMesh* mesh)
     run(mesh->edgePoints);
     run(mesh->edgeStarts);
     run(mesh->vertexPoints);
+    run(mesh->finishes);
     m_meshes.emplace_back(place, m_position - place);
 }
 

@@ -49,6 +49,9 @@ public:
     [[nodiscard]] std::shared_ptr<BodyMesh> mesh(size_t body) const;
     /// Whether the meshes have the vertices of the exact shapes, which the first layout omitted.
     bool hasVertexPoints() const;
+    /// Whether the meshes have the finishes of materials. In older files materials are in the exact data
+    /// alone, from which they had become colours.
+    bool hasFinishes() const;
     /// The exact data, after checking their hash; throws std::runtime_error if they are damaged. Valid as
     /// long as this object lives.
     [[nodiscard]] std::string_view kernelData() const;

@@ -44,6 +44,9 @@ public:
     virtual ~ModelKernel() = default;
 
     virtual void write(std::ostream& stream) = 0;
+    /// Colours alone say from then on what parts look like. For data of a file without finishes (ModelFile),
+    /// before anything else is asked.
+    virtual void forgetMaterials() = 0;
 
     virtual PartTree tree() = 0;
     /// PartTree::Body::revision of a body.

@@ -12,6 +12,8 @@ std::unique_ptr<ModelKernel> readKernel(const ModelFile& file)
 {
     const std::string_view data = file.kernelData();
     auto kernel = ModelKernel::read(data);
+    if (!file.hasFinishes())
+        kernel->forgetMaterials();
     file.file()->unneeded(data);
     return kernel;
 }

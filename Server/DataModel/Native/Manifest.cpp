@@ -188,10 +188,9 @@ struct Reader
 
 // One row for each layout that was ever written.
 constexpr Reader kReaders[] = {
-    {1, readVersion1},
-    {2, readVersion2},
-    {3, readVersion3},
-    {4, readVersion3}, // with models of the third layout, which older programs can't read
+    {1, readVersion1}, {2, readVersion2},
+    {3, readVersion3}, {4, readVersion3}, // with models of the third layout, which older programs can't read
+    {5, readVersion3},                    // with models of the fourth layout, likewise
 };
 
 // Takes away the assets that nothing refers to any more, until none is left but those of a circle. Without

@@ -17,7 +17,7 @@ namespace Vs::Native {
 struct Manifest
 {
     /// The layout that is written. All older ones can be read; see the table in the .cpp.
-    static constexpr int kVersion = 4;
+    static constexpr int kVersion = 5;
 
     struct Asset
     {

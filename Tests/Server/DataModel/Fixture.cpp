@@ -188,6 +188,8 @@ std::string digestOf(const Vs::Asset& asset)
                  << measured(*component).volume << ' ' << component->body->mesh()->triangles.size();
             for (const Vs::BodyMesh::Face& face : component->body->mesh()->faces)
                 text << ' ' << face.colour;
+            for (const Vs::Finish& finish : component->body->mesh()->finishes)
+                text << " + " << finish.metallic << ' ' << finish.roughness << ' ' << finish.emissive[0];
         }
         text << '\n';
     }

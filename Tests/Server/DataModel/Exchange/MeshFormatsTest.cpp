@@ -284,52 +284,6 @@ TEST_F(MeshFormatsTest, APartOfSeveralColoursStaysOneThatItsOccurrencesShare)
     EXPECT_EQ(coloursOf(*document->activeAsset()), (std::set<std::array<int, 3>>{{255, 0, 0}, {0, 0, 255}}));
 }
 
-TEST_F(MeshFormatsTest, AMaterialOfGltfHasTheColourOfItsPictureAndItsLightAndIsOpaqueUnlessBlended)
-{
-    // Half of it is red, and half is green.
-    const std::string picture =
-        R"("data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAAAIAAAABCAYAAAD0In+KAAAADklEQVR42mP4)"
-        R"(z8DwHwQBEPgD/VP9jxkAAAAASUVORK5CYII=")";
-    int number = 0;
-    const auto shownAs = [&](const std::string& material, const std::string& uri = {}) {
-        status.clear();
-        const std::string textures =
-            uri.empty() ? "" : R"(,"textures":[{"source":0}],"images":[{"uri":)" + uri + "}]";
-        Document* document =
-            open(write("material" + std::to_string(++number) + ".gltf",
-                       gltf(R"({"name":"paint","pbrMetallicRoughness":{"baseColorFactor":[1,0,0,1]}}])",
-                            "{" + material + "}]" + textures)));
-        EXPECT_NE(document, nullptr) << material;
-        if (!document)
-            return std::array<int, 4>{};
-        const Component* left = partNamed(*document->activeAsset(), L"Left");
-        const auto mesh = left->body->mesh();
-        const Colour own =
-            mesh->faces[0].colour >= 0 ? mesh->colours[size_t(mesh->faces[0].colour)] : left->body->colour();
-        std::array<int, 4> colour{};
-        for (const auto& [channel, value] : {std::pair(0, own.r), {1, own.g}, {2, own.b}, {3, own.a}})
-            colour[size_t(channel)] = int(value * 255 + 0.5f);
-        return colour;
-    };
-    using Shown = std::array<int, 4>;
-    const std::string half = R"("pbrMetallicRoughness":{"baseColorFactor":[1,0,0,0.5]})";
-    EXPECT_EQ(shownAs(half), (Shown{255, 0, 0, 255}));
-    EXPECT_EQ(shownAs(half + R"(,"alphaMode":"MASK")"), (Shown{255, 0, 0, 255}));
-    EXPECT_EQ(shownAs(half + R"(,"alphaMode":"BLEND")"), (Shown{255, 0, 0, 128}));
-    EXPECT_EQ(shownAs(half + R"(,"emissiveFactor":[0.5,0.214,0])"), (Shown{255, 55, 0, 255}));
-    const std::string textured = R"("pbrMetallicRoughness":{"baseColorTexture":{"index":0}})";
-    EXPECT_EQ(shownAs(textured, picture), (Shown{128, 128, 0, 255}));
-    EXPECT_TRUE(status.warnings().empty());
-    const auto warns = [&](const std::string& uri, const wchar_t* words) {
-        EXPECT_EQ(shownAs(textured, uri), (Shown{255, 255, 255, 255}));
-        EXPECT_NE(status.toString().find(words), std::wstring::npos) << Strings::narrow(status.toString());
-    };
-    warns(R"("data:image/png;base64,aGVsbG8gd29ybGQ=")", L"neither a PNG nor a JPEG");
-    warns(picture.substr(0, 60) + "\"", L"picture");
-    write("broken.png", "none");
-    warns(R"("broken.png")", L"broken.png");
-}
-
 TEST_F(MeshFormatsTest, VrmlKeepsNodesNamesAndSharedParts)
 {
     Document* document = open(write("scene.wrl", kVrml));

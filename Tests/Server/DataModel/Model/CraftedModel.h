@@ -42,11 +42,12 @@ public:
     size_t indexPlace() const { return get<uint64_t>(24); }
     size_t kernelPlace() const { return get<uint64_t>(32); }
 
-    /// Replaces the only mesh with this one, as it is.
-    void replaceMesh(const Vs::BodyMesh& mesh)
+    /// Replaces the only mesh with this one, as it is; in the third layout, it has no finishes.
+    void replaceMesh(const Vs::BodyMesh& mesh, uint32_t layout = 4)
     {
+        set<uint32_t>(8, layout);
         const size_t index = indexPlace();
-        const std::string content = m_bytes.substr(kHeader, kBox) + runsOf(mesh);
+        const std::string content = m_bytes.substr(kHeader, kBox) + runsOf(mesh, layout);
         set<uint64_t>(find(index - kHeader, index, kernelPlace()), content.size());
         m_bytes.replace(kHeader, index - kHeader, content);
         const uint64_t moved = content.size() - (index - kHeader);
@@ -70,7 +71,7 @@ public:
 private:
     static constexpr size_t kBox = 48;
 
-    static std::string runsOf(const Vs::BodyMesh& mesh)
+    static std::string runsOf(const Vs::BodyMesh& mesh, uint32_t layout)
     {
         std::string bytes;
         const auto run = [&](const auto& values) {
@@ -86,6 +87,8 @@ private:
         run(mesh.edgePoints);
         run(mesh.edgeStarts);
         run(mesh.vertexPoints);
+        if (layout > 3)
+            run(mesh.finishes);
         return bytes;
     }
 

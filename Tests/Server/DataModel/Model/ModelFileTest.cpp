@@ -4,6 +4,7 @@
 #include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
 
+#include <cmath>
 #include <functional>
 #include <gtest/gtest.h>
 #include <tuple>
@@ -23,6 +24,7 @@ BodyMesh triangle()
     mesh.edgePoints = {0, 0, 0, 1, 0, 0};
     mesh.edgeStarts = {0, 2};
     mesh.vertexPoints = {0, 0, 0, 1, 0, 0};
+    mesh.finishes = {{}, {0.75f, 0.25f, {0, 0.5f, 1}, 0.4f, 1, 1, Finish::Alpha::Mask}};
     mesh.bounds = BBox({0, 0, 0}, {1, 1, 0});
     return mesh;
 }
@@ -122,6 +124,7 @@ TEST(ModelFile, ReadsBackWhatWasWritten)
     EXPECT_EQ(mesh->colours, triangle().colours);
     EXPECT_EQ(mesh->edgeStarts, triangle().edgeStarts);
     EXPECT_EQ(mesh->vertexPoints, triangle().vertexPoints);
+    EXPECT_EQ(mesh->finishes, triangle().finishes);
     EXPECT_EQ(mesh->bounds.high().y, 1);
     EXPECT_EQ(file->mesh(1), nullptr);
 }
@@ -232,6 +235,10 @@ TEST(ModelFile, AMeshWhoseNumbersLeadOutOfItIsDamagedThoughItsHashesAreRight)
         {"triangles of no face", [](BodyMesh& m) { m.faces.clear(); }},
         {"a face of a colour that isn't there", [](BodyMesh& m) { m.faces[0].colour = 1; }},
         {"a face of a colour below none", [](BodyMesh& m) { m.faces[0].colour = -2; }},
+        {"a colour without a finish, where others have one", [](BodyMesh& m) { m.finishes.pop_back(); }},
+        {"more metal than there is", [](BodyMesh& m) { m.finishes[1].metallic = 1.5f; }},
+        {"a roughness that is no number", [](BodyMesh& m) { m.finishes[0].roughness = std::nanf(""); }},
+        {"an unknown kind of opacity", [](BodyMesh& m) { m.finishes[1].alpha = Finish::Alpha(3); }},
         {"an edge beyond its points", [](BodyMesh& m) { m.edgeStarts[1] = 3; }},
         {"an edge that ends before it begins",
          [](BodyMesh& m) {

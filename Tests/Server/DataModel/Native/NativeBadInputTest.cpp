@@ -6,10 +6,12 @@
 #include "Server/Component/Component.h"
 #include "Server/DataModel/AssetType.h"
 #include "Server/DataModel/DocumentMgr.h"
+#include "Server/DataModel/Edit/EditRequest.h"
 #include "Server/DataModel/FileChecks.h"
 #include "Server/DataModel/NativeFile.h"
 #include "Server/DataModel/ThumbnailSource.h"
 #include "Server/Types/Uuid.h"
+#include "Tests/Server/DataModel/Model/CraftedModel.h"
 #include "Tests/Server/DataModel/Native/NativeFixture.h"
 
 #include <cstring>
@@ -87,7 +89,7 @@ protected:
 
 TEST_F(NativeBadInputTest, FilesOfOlderLayoutsOpenAndAreSavedInTheCurrentOne)
 {
-    const std::vector<Entry> current = changed("\"format\": 4", "\"format\": 2");
+    const std::vector<Entry> current = changed("\"format\": 5", "\"format\": 2");
     const std::string guid = "0f5e2b34-8a6c-4d1e-9b7f-123456789abc";
     writeFirstLayout("old.tdsn", guid, current[1].content);
     const std::string expected = digestOf(*open(scratch("sound.tdsn"))->activeAsset());
@@ -100,7 +102,7 @@ TEST_F(NativeBadInputTest, FilesOfOlderLayoutsOpenAndAreSavedInTheCurrentOne)
     ASSERT_NE(second, nullptr) << message();
     EXPECT_EQ(digestOf(*second->activeAsset()), expected);
     ASSERT_TRUE(save(second)) << message();
-    EXPECT_EQ(NativeFile::summary(second->path(), status)->formatVersion, 4);
+    EXPECT_EQ(NativeFile::summary(second->path(), status)->formatVersion, 5);
     EXPECT_EQ(readPackage(second->path())[0].name, "mimetype");
     DocumentMgr::get()->close(second);
 
@@ -118,7 +120,7 @@ TEST_F(NativeBadInputTest, FilesOfOlderLayoutsOpenAndAreSavedInTheCurrentOne)
     EXPECT_TRUE(save(document)) << message();
     EXPECT_TRUE(save(document)) << message();
     EXPECT_EQ(handler.asked, (std::vector<std::string>{"migrated", "migrated"}));
-    EXPECT_EQ(NativeFile::summary(document->path(), status)->formatVersion, 4);
+    EXPECT_EQ(NativeFile::summary(document->path(), status)->formatVersion, 5);
     EXPECT_EQ(digestOf(*reopen(document)->activeAsset()), expected);
 }
 
@@ -138,14 +140,43 @@ TEST_F(NativeBadInputTest, AModelOfTheFirstLayoutGetsItsVerticesFromTheExactShap
         EXPECT_NEAR(mesh->vertexPoints[i], expected[i], 1e-6) << i;
 }
 
+// Models of the third layout have materials in the exact data alone.
+TEST_F(NativeBadInputTest, AModelOfTheThirdLayoutLooksAsItDidThoughItsExactDataKnowMaterials)
+{
+    Document* made =
+        open(write("glow.gltf",
+                   R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":[{"mesh":0}],
+"meshes":[{"primitives":[{"attributes":{"POSITION":0},"material":0}]}],"materials":[{"pbrMetallicRoughness":{}}],
+"accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3","min":[0,0,0],"max":[1,1,0]}],
+"bufferViews":[{"buffer":0,"byteLength":36}],"buffers":[{"byteLength":36,
+"uri":"data:application/octet-stream;base64,AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA"}]})"));
+    ASSERT_NE(made, nullptr) << message();
+    const auto mesh = made->activeAsset()->components()->children.at(0)->body->mesh();
+    ASSERT_FALSE(mesh->finishes.empty());
+    ASSERT_TRUE(saveAs(made, scratch("new.tdsn"))) << message();
+    CraftedModel model(readPackage(scratch("new.tdsn"))[1].content);
+    model.replaceMesh(*mesh, 3);
+    writeFirstLayout("old.tdsn", "0f5e2b34-8a6c-4d1e-9b7f-123456789abc", model.sealed());
+    Document* document = open(scratch("old.tdsn"));
+    ASSERT_NE(document, nullptr) << message();
+    Asset* asset = document->activeAsset();
+    EditRequest* mirror = EditRequest::make(
+        asset, L"Mirror", MirrorEdit{{asset->components()->children.at(0)->id}, {-1, 0, 0}, {1, 0, 0}});
+    ASSERT_TRUE(mirror->execute(asset, status)) << message();
+    // One as it was in the file, and one that the kernel made of it.
+    ASSERT_EQ(asset->components()->children.size(), 2u);
+    for (const auto& part : asset->components()->children)
+        EXPECT_TRUE(part->body->mesh()->finishes.empty()) << part->id;
+}
+
 TEST_F(NativeBadInputTest, AFileOfALaterProgramIsRefusedByItsVersion)
 {
-    std::vector<Entry> entries = changed("\"format\": 4", "\"format\": 5");
+    std::vector<Entry> entries = changed("\"format\": 5", "\"format\": 6");
     std::string& manifest = entries.back().content;
     const std::string ours = "\"" + SoftwareVersion::currentSoftwareVersion() + "\"";
     manifest.replace(manifest.find(ours), ours.size(), "\"7.3.1\"");
     expectRefused(entries, "7.3.1");
-    EXPECT_TRUE(status.matchingError("format 5"));
+    EXPECT_TRUE(status.matchingError("format 6"));
 }
 
 TEST_F(NativeBadInputTest, AFileThatIsCutAnywhereIsRefused)
@@ -242,7 +273,7 @@ TEST_F(NativeBadInputTest, AManifestThatDoesNotFitIsRefused)
     expectRefused(with("\"visible\": true", "\"visible\": false"), "belongs to none");
     expectRefused(with("\"references\": [", "\"references\": [\"6ba7b810-9dad-11d1-80b4-00c04fd430c8\""),
                   "refers to an asset");
-    expectRefused(with("\"format\": 4", "\"format\": \"two\""), "no valid number");
+    expectRefused(with("\"format\": 5", "\"format\": \"two\""), "no valid number");
     expectRefused(with("\"assets\": [", "\"Assets\": ["), "\"assets\"");
     expectRefused(with("{", ""), "table of contents");
     expectRefused({sound[0]}, "\"manifest.json\" is missing");
