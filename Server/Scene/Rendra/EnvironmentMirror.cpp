@@ -13,7 +13,8 @@ constexpr double kPi = 3.14159265358979323846;
 /// The side of the sharpest pictures, and how many there are for rougher faces: the last for a roughness
 /// of 1.
 constexpr int kSide = 64, kLevels = 4;
-constexpr int kSamples = 64;
+/// For each texel of the first of the rougher pictures. The others, with fewer texels, have more.
+constexpr uint32_t kSamples = 128;
 /// ObjectShadow and the ground use those below.
 constexpr GLuint kUnit = 7;
 /// The form of a soft box, in multiples of a lamp's size, and the part of it over which its edges fade.
@@ -110,13 +111,13 @@ struct Ray
     size_t level;
 };
 
-std::vector<Ray> raysOf(double roughness, size_t levels)
+std::vector<Ray> raysOf(double roughness, uint32_t samples, size_t levels)
 {
     const double a2 = std::pow(roughness, 4);
     const double texel = 4 * kPi / (6.0 * kSide * kSide);
     std::vector<Ray> rays;
-    for (uint32_t i = 0; i < kSamples; ++i) {
-        const double turn = 2 * kPi * (i + 0.5) / kSamples, part = reversed(i) + 0.5 / kSamples;
+    for (uint32_t i = 0; i < samples; ++i) {
+        const double turn = 2 * kPi * (i + 0.5) / samples, part = reversed(i) + 0.5 / samples;
         const double height2 = (1 - part) / (1 + (a2 - 1) * part), height = std::sqrt(height2);
         const double width = std::sqrt(std::max(0.0, 1 - height2));
         // Halfway between the viewer, who is along z, and where the light comes from.
@@ -126,16 +127,17 @@ std::vector<Ray> raysOf(double roughness, size_t levels)
             continue;
         const double spread = height2 * (a2 - 1) + 1;
         const double density = a2 / (kPi * spread * spread) / 4;
-        const double stands = 1 / (kSamples * density);
+        const double stands = 1 / (samples * density);
         const double level = std::max(0.0, 0.5 * std::log2(stands / texel) + 0.5);
         rays.push_back({to, to.z, std::min(levels - 1, size_t(std::lround(level)))});
     }
     return rays;
 }
 
-LightCube blurred(const std::vector<LightCube>& halved, double roughness, int side)
+LightCube blurred(const std::vector<LightCube>& halved, int level)
 {
-    const std::vector<Ray> rays = raysOf(roughness, halved.size());
+    const std::vector<Ray> rays = raysOf(double(level) / kLevels, kSamples << (level - 1), halved.size());
+    const int side = kSide >> level;
     LightCube cube(side);
     for (int face = 0; face < 6; ++face)
         for (int y = 0; y < side; ++y)
@@ -233,7 +235,7 @@ void EnvironmentMirror::set(const Program& program, const Environment& environme
         glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
         send(halved.front(), 0);
         for (int level = 1; level <= kLevels; ++level)
-            send(blurred(halved, double(level) / kLevels, kSide >> level), level);
+            send(blurred(halved, level), level);
         glTexParameteri(GL_TEXTURE_CUBE_MAP, GL_TEXTURE_MAX_LEVEL, kLevels);
         glTexParameteri(GL_TEXTURE_CUBE_MAP, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
         glTexParameteri(GL_TEXTURE_CUBE_MAP, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
