@@ -31,9 +31,9 @@ struct PickedPoint
     std::optional<PickedPart> part;
 };
 
-/// The nearest visible body that a ray hits, its triangles being two-sided; nothing if it hits none, or if it
-/// is not a ray (a zero direction, values that are not numbers). `root` is searched with its own
-/// transformation.
+/// The nearest visible body that a ray hits, its triangles being two-sided unless a material says otherwise;
+/// nothing if it hits none, or if it is not a ray (a zero direction, values that are not numbers). `root` is
+/// searched with its own transformation.
 [[nodiscard]] std::optional<PickedPoint> pick(const Rendra::Graphics::Node& root, const GkPoint3d& start,
                                               const GkVector3d& direction);
 

@@ -57,6 +57,22 @@ double meetTriangle(const BodyMesh& mesh, uint32_t triangle, const GkPoint3d& st
     return ac.dotProduct(turned) / det;
 }
 
+bool hasOneSidedFaces(const BodyMesh& mesh)
+{
+    return std::ranges::any_of(mesh.finishes, &Finish::isOneSided);
+}
+
+bool isUnseen(const BodyMesh& mesh, uint32_t triangle, const GkVector3d& direction)
+{
+    const auto corner = [&](size_t index) {
+        const float* p = &mesh.positions[size_t(mesh.triangles[size_t(triangle) * 3 + index]) * 3];
+        return GkPoint3d(p[0], p[1], p[2]);
+    };
+    const GkVector3d outwards = (corner(1) - corner(0)).crossProduct(corner(2) - corner(0));
+    return outwards.dotProduct(direction) > 0 && !mesh.faces.empty() &&
+           mesh.finishOf(mesh.faces[faceOfTriangle(mesh, triangle)]).isOneSided();
+}
+
 namespace {
 
 using Box = BoxTree::Box;

@@ -27,8 +27,8 @@ public:
         double along;      ///< The place on the ray, in multiples of its direction.
         uint32_t triangle; ///< Its number in the mesh.
     };
-    /// The nearest triangle, two-sided, that the ray hits before `limit`. Returns false if there is none.
-    /// `mesh` must be the one that the tree was made from.
+    /// The nearest triangle, of either side, that the ray hits before `limit`. Returns false if there is
+    /// none. `mesh` must be the one that the tree was made from.
     bool meet(const BodyMesh& mesh, const GkPoint3d& start, const GkVector3d& direction, double limit,
               Hit& hit) const;
 
@@ -47,6 +47,11 @@ private:
 /// (Moeller and Trumbore, 1997).
 double meetTriangle(const BodyMesh& mesh, uint32_t triangle, const GkPoint3d& start,
                     const GkVector3d& direction);
+
+/// Whether any face of the mesh is seen from outside alone.
+bool hasOneSidedFaces(const BodyMesh& mesh);
+/// Whether a ray meets a triangle of such a face from inside, where nobody sees it.
+bool isUnseen(const BodyMesh& mesh, uint32_t triangle, const GkVector3d& direction);
 
 /// The edge whose straight segment begins at a point of BodyMesh::edgePoints; -1 if the point ends one.
 int64_t edgeOfSegment(const BodyMesh& mesh, uint32_t point);

@@ -25,15 +25,17 @@ struct SurfaceHit
 /// body's own. The reference is valid until the next call. Main thread only.
 const std::shared_ptr<const BodyMesh>& searchedParts(const Rendra::Graphics::BodyNode& body);
 
-/// Calls `take(triangle, along)` for the triangles of a mesh that the ray hits before `limit`.
+/// Calls `take(triangle, along)` for the triangles of a mesh that the ray hits before `limit`, where they are
+/// seen.
 template <class Take>
 void meetTriangles(const std::shared_ptr<const BodyMesh>& triangles, const Probe& ray, const double& limit,
                    Take&& take)
 {
     const BodyMesh& mesh = *triangles;
+    const bool oneSided = hasOneSidedFaces(mesh);
     const auto ask = [&](uint32_t triangle) {
         const double along = meetTriangle(mesh, triangle, ray.start, ray.direction);
-        if (along >= 0 && along < limit)
+        if (along >= 0 && along < limit && !(oneSided && isUnseen(mesh, triangle, ray.direction)))
             take(triangle, along);
     };
     if (const MeshTree* tree = MeshTree::of(triangles))

@@ -130,17 +130,19 @@ bool BodyPainter::makeFaces(unsigned kind, Vs::Status& status)
     using namespace Shaders;
     m_triedFaces[kind] = true;
     const char* const glass = kind & kGlassFaces ? "#define GLASS\n" : "";
+    const char* const finished = kind & kFinishedFaces ? "#define FINISHED\n" : "";
+    const char* const finish = kind & kFinishedFaces ? kFinish : "";
     if (kind & kQuickFaces)
         return m_faces[kind].make("quick faces",
-                                  {glass, kInstance, kFaceColours, kSurroundings, ObjectShadow::kNoLookUp,
-                                   kPlainLight, kFaceFinish, kQuickFaceVertex},
+                                  {glass, finished, finish, kInstance, kFaceColours, kSurroundings,
+                                   ObjectShadow::kNoLookUp, kPlainLight, kFaceFinish, kQuickFaceVertex},
                                   {glass, kFaceResult, kQuickFaceFragment}, status);
     const bool realistic = kind & kRealisticFaces;
     return m_faces[kind].make(
         "faces", {glass, kInstance, kFaceColours, kFaceVertex},
-        {glass, realistic ? "#define REALISTIC\n" : "", kind & kOccludedFaces ? "#define OCCLUDED\n" : "",
-         kind & kSoftFaces ? "#define FOUND\n" : "", kSurroundings,
-         kind & kShadowedFaces ? ObjectShadow::kPlaces : "",
+        {glass, finished, realistic ? "#define REALISTIC\n" : "",
+         kind & kOccludedFaces ? "#define OCCLUDED\n" : "", kind & kSoftFaces ? "#define FOUND\n" : "",
+         finish, kSurroundings, kind & kShadowedFaces ? ObjectShadow::kPlaces : "",
          kind & kShadowedFaces ? ObjectShadow::kLookUp : ObjectShadow::kNoLookUp,
          realistic ? kRealisticLight : kPlainLight, kFaceFinish, kFaceResult, kFaceFragment},
         status);
@@ -207,7 +209,7 @@ void BodyPainter::draw(const Frame& frame)
 // Faces are pushed back behind the edges that lie in them, and a little more behind transparent ones.
 void BodyPainter::drawSolids(const Frame& frame, bool occluded, bool depthOnly)
 {
-    const Program& faces = useFaces(frame, occluded);
+    const FacePrograms faces = useFaces(frame, occluded);
     frame.drawIntoPicture();
     glEnable(GL_POLYGON_OFFSET_FILL);
     glPolygonOffset(std::max(1.0f, 0.5f * frame.target.lineWidth + 0.5f), 192.0f);
@@ -215,7 +217,7 @@ void BodyPainter::drawSolids(const Frame& frame, bool occluded, bool depthOnly)
         glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
     drawOpaqueFaces(frame, faces);
     if (depthOnly)
-        frame.drawFaces(Frame::Faces::OfGlass);
+        drawFaces(frame, faces, Frame::Faces::OfGlass);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     glDisable(GL_POLYGON_OFFSET_FILL);
 }
@@ -228,12 +230,27 @@ void BodyPainter::drawFaces(const Frame& frame)
     drawGlass(frame, false);
 }
 
-void BodyPainter::drawOpaqueFaces(const Frame& frame, const Program& faces)
+void BodyPainter::drawFaces(const Frame& frame, const FacePrograms& programs, Frame::Faces which,
+                            bool opaqueOnly)
 {
-    frame.drawFaces(Frame::Faces::OfOpaque);
-    glUniform1i(faces.uniform("opaqueOnly"), true);
-    frame.drawFaces(Frame::Faces::OfMixed);
-    glUniform1i(faces.uniform("opaqueOnly"), false);
+    const auto draw = [&](const Program* program, Frame::Materials materials) {
+        if (!program)
+            return;
+        program->use();
+        if (opaqueOnly)
+            glUniform1i(program->uniform("opaqueOnly"), true);
+        frame.drawFaces(which, materials);
+        if (opaqueOnly)
+            glUniform1i(program->uniform("opaqueOnly"), false);
+    };
+    draw(programs.plain, Frame::Materials::OfNone);
+    draw(programs.finished, Frame::Materials::OfSome);
+}
+
+void BodyPainter::drawOpaqueFaces(const Frame& frame, const FacePrograms& programs)
+{
+    drawFaces(frame, programs, Frame::Faces::OfOpaque);
+    drawFaces(frame, programs, Frame::Faces::OfMixed, true);
 }
 
 void BodyPainter::drawGlass(const Frame& frame)
@@ -263,8 +280,9 @@ void BodyPainter::drawGlass(const Frame& frame, bool lined)
         return;
     const Area touched = boxes < kMostBoxes ? bounds.area(kLineMargin) : frame.part;
     const bool fine = isFine(frame);
-    if (!useGlass(frame, fine ? Kind::Glass : Kind::FaintGlass) ||
-        !m_glass.begin(frame, touched, fine, alone)) {
+    const FacePrograms faces = useGlass(frame, fine ? Kind::Glass : Kind::FaintGlass);
+    const auto isRefused = [](const Program* program) { return program && !*program; };
+    if (isRefused(faces.plain) || isRefused(faces.finished) || !m_glass.begin(frame, touched, fine, alone)) {
         drawUnsorted(frame);
         return;
     }
@@ -272,16 +290,16 @@ void BodyPainter::drawGlass(const Frame& frame, bool lined)
     using Step = GlassLayers::Step;
     if (fine && alone) {
         m_glass.take(Step::Foremost);
-        frame.drawFaces(Frame::Faces::FrontsOfGlass);
-        useGlass(frame, Kind::FaintGlass);
+        drawFaces(frame, faces, Frame::Faces::FrontsOfGlass);
+        const FacePrograms faint = useGlass(frame, Kind::FaintGlass);
         m_glass.take(Step::Behind);
-        frame.drawFaces(Frame::Faces::OfGlass);
+        drawFaces(frame, faint, Frame::Faces::OfGlass);
     } else {
         m_glass.take(Step::Sum);
-        frame.drawFaces(Frame::Faces::OfGlass);
+        drawFaces(frame, faces, Frame::Faces::OfGlass);
         if (fine) {
             m_glass.take(Step::Foremost);
-            frame.drawFaces(Frame::Faces::FrontsOfGlass);
+            drawFaces(frame, faces, Frame::Faces::FrontsOfGlass);
         }
     }
     lined = lined && fine;
@@ -294,25 +312,28 @@ void BodyPainter::drawGlass(const Frame& frame, bool lined)
     m_glass.finish(frame, lined);
 }
 
-const Program& BodyPainter::useGlass(const Frame& frame, Kind which)
+BodyPainter::FacePrograms BodyPainter::useGlass(const Frame& frame, Kind which)
 {
-    const Program& program = useFaces(frame, false, which);
-    if (program) {
-        glUniform2f(program.uniform("clipRange"), float(frame.projection.clipNear()),
+    const FacePrograms faces = useFaces(frame, false, which);
+    for (const Program* program : {faces.plain, faces.finished}) {
+        if (!program || !*program)
+            continue;
+        program->use();
+        glUniform2f(program->uniform("clipRange"), float(frame.projection.clipNear()),
                     float(frame.projection.clipFar()));
-        glUniform1i(program.uniform("parallel"), !frame.projection.perspective());
+        glUniform1i(program->uniform("parallel"), !frame.projection.perspective());
     }
-    return program;
+    return faces;
 }
 
 // For drivers that can't do better.
 void BodyPainter::drawUnsorted(const Frame& frame)
 {
-    useFaces(frame, false);
+    const FacePrograms faces = useFaces(frame, false);
     frame.drawIntoPicture();
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
-    frame.drawFaces(Frame::Faces::OfGlass);
+    drawFaces(frame, faces, Frame::Faces::OfGlass);
     frame.drawIntoPicture();
 }
 
@@ -356,10 +377,11 @@ bool BodyPainter::findOcclusion(const Frame& frame)
     return true;
 }
 
-const Program& BodyPainter::useFaces(const Frame& frame, bool occluded, Kind which)
+BodyPainter::FacePrograms BodyPainter::useFaces(const Frame& frame, bool occluded, Kind which)
 {
+    const bool lit = styleOf(frame.params().visualStyle()).faces;
     const bool realistic = frame.params().visualStyle() == Vs::Scene::kRealistic;
-    const bool shadowed = styleOf(frame.params().visualStyle()).faces && findShadows(frame);
+    const bool shadowed = lit && findShadows(frame);
     unsigned kind = kPlainFaces;
     kind |= realistic ? kRealisticFaces : kPlainFaces;
     kind |= shadowed ? kShadowedFaces : kPlainFaces;
@@ -368,19 +390,33 @@ const Program& BodyPainter::useFaces(const Frame& frame, bool occluded, Kind whi
     // Without a GPU, lighting costs more than all else.
     if (kind == kPlainFaces && (frame.quick || (which == Kind::FaintGlass && frame.software)))
         kind = kQuickFaces;
-    const Program& program = faceProgram(which == Kind::Opaque ? kind : kind | kGlassFaces);
+    kind |= which == Kind::Opaque ? kPlainFaces : kGlassFaces;
+    FacePrograms programs;
+    if (frame.shows(Frame::Materials::OfNone))
+        programs.plain = &useFaceProgram(frame, kind);
+    // Colours that tell components apart say nothing about materials.
+    const bool finished = lit && !frame.params().colorCyclingEnabled();
+    if (frame.shows(Frame::Materials::OfSome))
+        programs.finished = &useFaceProgram(frame, finished ? kind | kFinishedFaces : kind);
+    return programs;
+}
+
+const Program& BodyPainter::useFaceProgram(const Frame& frame, unsigned kind)
+{
+    const bool occluded = kind & kOccludedFaces;
+    const Program& program = faceProgram(kind);
     if (!program)
         return program;
     frame.setView(program);
     frame.setLight(program);
     frame.setHighlights(program);
     glUniform1i(program.uniform("cycling"), frame.params().colorCyclingEnabled());
-    if (realistic) {
+    if (kind & kRealisticFaces) {
         const Vs::Colour uncoloured;
         glUniform3f(program.uniform("uncoloured"), uncoloured.r, uncoloured.g, uncoloured.b);
         m_mirror.set(program, frame.environment);
     }
-    if (shadowed)
+    if (kind & kShadowedFaces)
         ObjectShadow::set(program, frame);
     if (!occluded)
         return program;

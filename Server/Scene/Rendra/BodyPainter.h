@@ -30,16 +30,25 @@ public:
 private:
     bool makeFaces(unsigned kind, Vs::Status& status);
     const Program& faceProgram(unsigned kind);
-    void drawOpaqueFaces(const Frame& frame, const Program& faces);
+    /// The programs for bodies without a material and for others; null where none of them is in view.
+    struct FacePrograms
+    {
+        const Program* plain = nullptr;
+        const Program* finished = nullptr;
+    };
+    /// Which faces are drawn by a program: opaque ones, or transparent ones, of which some
+    /// are seen through others.
+    enum class Kind { Opaque, Glass, FaintGlass };
+    FacePrograms useFaces(const Frame& frame, bool occluded, Kind which = Kind::Opaque);
+    static void drawFaces(const Frame& frame, const FacePrograms& programs, Frame::Faces which,
+                          bool opaqueOnly = false);
+    static void drawOpaqueFaces(const Frame& frame, const FacePrograms& programs);
     void drawSolids(const Frame& frame, bool occluded, bool depthOnly);
     void drawGlass(const Frame& frame, bool lined);
     void drawUnsorted(const Frame& frame);
     bool findOcclusion(const Frame& frame);
-    /// Which faces are drawn by a program: opaque ones, or transparent ones, of which some
-    /// are seen through others.
-    enum class Kind { Opaque, Glass, FaintGlass };
-    const Program& useFaces(const Frame& frame, bool occluded, Kind which = Kind::Opaque);
-    const Program& useGlass(const Frame& frame, Kind which);
+    FacePrograms useGlass(const Frame& frame, Kind which);
+    const Program& useFaceProgram(const Frame& frame, unsigned kind);
 
     /// The features of a face program; their combinations are the kinds of programs. All but the plain one,
     /// and the outlines, are created on first use; most sessions never show them.
@@ -48,10 +57,11 @@ private:
         kRealisticFaces = 1,
         kShadowedFaces = 2,
         kOccludedFaces = 4,
-        kQuickFaces = 8,  ///< Lit only at the vertices. Not combined with any of the above.
-        kGlassFaces = 16, ///< Transparent, into GlassLayers.
-        kSoftFaces = 32,  ///< What is occluded has soft shadows as well.
-        kFaceKinds = 64,
+        kQuickFaces = 8,     ///< Lit only at the vertices. Not combined with any of the above.
+        kGlassFaces = 16,    ///< Transparent, into GlassLayers.
+        kSoftFaces = 32,     ///< What is occluded has soft shadows as well.
+        kFinishedFaces = 64, ///< With materials.
+        kFaceKinds = 128,
     };
 
     Program m_faces[kFaceKinds];

@@ -163,6 +163,7 @@ std::shared_ptr<const Vs::BodyMesh> clustered(const Vs::BodyMesh& mesh, int cell
     auto made = std::make_shared<Vs::BodyMesh>();
     made->bounds = mesh.bounds;
     made->colours = mesh.colours;
+    made->finishes = mesh.finishes;
     std::unordered_map<uint64_t, uint32_t> corners;
     std::vector<Sum> normals;
     const auto cornerOf = [&](uint32_t vertex, size_t face) {

@@ -180,9 +180,10 @@ void ContactShadow::findDarkness(const Frame& frame, const Ground& ground, const
 void ContactShadow::drawColumns(const Frame& frame, const Ground& ground, const Kept& kept, bool withGlass)
 {
     const auto drawFaces = [&] {
-        frame.drawFaces(Frame::Faces::OfOpaque);
-        if (withGlass)
-            frame.drawFaces(Frame::Faces::OfGlass);
+        using Faces = Frame::Faces;
+        for (const Faces which : {Faces::OfOpaque, Faces::OfGlass})
+            if (which == Faces::OfOpaque || withGlass)
+                frame.drawFaces(which, Frame::Materials::Ignored, Frame::Sides::Both);
     };
     // From the draw list's coordinates to the rectangle, with the height above the ground as the depth.
     const auto row = [](const GkVector3d& direction, double from, double length, double(&out)[4]) {

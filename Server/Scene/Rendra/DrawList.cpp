@@ -34,6 +34,11 @@ bool hasTransparentFaces(const Vs::BodyMesh& mesh)
                        [](const Vs::Colour& colour) { return colour.a < 1; });
 }
 
+bool hasOneSidedFaces(const Vs::BodyMesh& mesh)
+{
+    return std::ranges::any_of(mesh.finishes, &Vs::Finish::isOneSided);
+}
+
 } // namespace
 
 /// What is known about a node from the last update. Nodes are recognised by their ids; a record never
@@ -222,8 +227,7 @@ void DrawList::visitBody(const BodyNode& node, Record& record, const State& stat
 
     const BBox box = node.mesh()->bounds.transformed(state.matrix);
     const GkVector3d centre = box.centre().asVector() - m_origin, half = (box.high() - box.low()) * 0.5;
-    put(record.slot, batchFor(node.mesh(), instance.colour[3] < 255 || hasTransparentFaces(*node.mesh())),
-        instance,
+    put(record.slot, batchFor(node.mesh(), instance), instance,
         {{float(centre.x), float(centre.y), float(centre.z)}, {float(half.x), float(half.y), float(half.z)}});
 }
 
@@ -327,9 +331,11 @@ void DrawList::take(Batch::Slot& slot)
     ++m_shapeRevision;
 }
 
-Batch* DrawList::batchFor(const std::shared_ptr<const Vs::BodyMesh>& mesh, bool transparent)
+Batch* DrawList::batchFor(const std::shared_ptr<const Vs::BodyMesh>& mesh, const Instance& instance)
 {
-    Batch*& batch = m_batchOf[{mesh.get(), transparent}];
+    const bool transparent = instance.colour[3] < 255 || hasTransparentFaces(*mesh);
+    const bool turned = (instance.flags & Instance::kMirrored) != 0 && hasOneSidedFaces(*mesh);
+    Batch*& batch = m_batchOf[{mesh.get(), transparent, turned}];
     if (!batch) {
         m_batches.push_back(std::make_unique<Batch>());
         batch = m_batches.back().get();
@@ -337,6 +343,8 @@ Batch* DrawList::batchFor(const std::shared_ptr<const Vs::BodyMesh>& mesh, bool 
         batch->shown = Vs::shownMesh(mesh);
         batch->transparent = transparent;
         batch->mixed = transparent && hasTransparentFaces(*mesh);
+        batch->finished = !mesh->finishes.empty();
+        batch->turned = turned;
     }
     return batch;
 }
@@ -347,7 +355,7 @@ void DrawList::dropEmptyBatches()
     const size_t dropped = std::erase_if(m_batches, [&](const auto& batch) {
         if (!batch->instances.empty())
             return false;
-        m_batchOf.erase({batch->mesh.get(), batch->transparent});
+        m_batchOf.erase({batch->mesh.get(), batch->transparent, batch->turned});
         return true;
     });
     if (dropped > 0)

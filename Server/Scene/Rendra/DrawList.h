@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -41,6 +42,9 @@ struct Batch
     std::shared_ptr<const Vs::BodyMesh> shown; ///< Its finer form, or itself; see Vs::shownMesh.
     bool transparent = false;                  ///< At least some faces are transparent.
     bool mixed = false;                        ///< Others may be opaque.
+    bool finished = false;                     ///< At least some faces have a material.
+    /// Of a mesh with faces that are seen from one side alone: all of its instances are mirrored, or none is.
+    bool turned = false;
     std::vector<Instance> instances;
     std::vector<Box> boxes; ///< Around each instance, relative to the origin.
     std::vector<Slot*> slots;
@@ -134,13 +138,14 @@ private:
     void take(Batch::Slot& slot);
     void takeHelper(Record& record);
     void lightParts(const std::vector<Graphics::LitPart>& parts, Record& record);
-    Batch* batchFor(const std::shared_ptr<const Vs::BodyMesh>& mesh, bool transparent);
+    Batch* batchFor(const std::shared_ptr<const Vs::BodyMesh>& mesh, const Instance& instance);
     void dropEmptyBatches();
     void updateShown();
 
     std::unique_ptr<Record> m_root;
     std::vector<std::unique_ptr<Batch>> m_batches;
-    std::map<std::pair<const Vs::BodyMesh*, bool>, Batch*> m_batchOf;
+    using BatchKey = std::tuple<const Vs::BodyMesh*, bool, bool>; ///< With `transparent` and `turned`.
+    std::map<BatchKey, Batch*> m_batchOf;
     std::vector<Helper> m_helpers;
     std::vector<PartlyLit> m_partlyLit;
     GkVector3d m_origin;

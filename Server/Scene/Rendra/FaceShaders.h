@@ -70,6 +70,12 @@ void main()
 }
 )";
 
+/// What a face's material says; for kPlainLight and kRealisticLight, behind a FINISHED that is defined.
+inline constexpr const char* kFinish = R"(
+uniform vec2 finish; // metallic, or less than 0 if there is no material; roughness
+uniform vec3 emission;
+)";
+
 /// The lamps are fixed relative to the viewer, so that a turning model shows all its sides well lit; only the
 /// ambient light belongs to the model.
 inline constexpr const char* kPlainLight = R"(
@@ -92,7 +98,17 @@ vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, vec3 reaching)
     float along16 = along4 * along4 * along4 * along4;
     vec3 gloss = along16 * along16 * along16 * 0.16 * reaching;
     float away2 = (1.0 - facing) * (1.0 - facing);
-    return colour * light + gloss + away2 * away2 * 0.10 * (around.z * 0.5 + 0.5);
+    float rim = away2 * away2 * 0.10 * (around.z * 0.5 + 0.5);
+#ifdef FINISHED
+    if (finish.x >= 0.0) {
+        // As for the usual gloss where the roughness is 0.35: sharper and stronger below, wide and faint above.
+        float smoothness = 1.0 - finish.y;
+        gloss = pow(max(along, 1e-3), exp2(1.0 + 7.0 * smoothness)) * 0.38 * smoothness * smoothness * reaching;
+        vec3 mirrored = mix(vec3(1.0), colour * 2.5, finish.x);
+        return colour * light * (1.0 - 0.35 * finish.x) + mirrored * (gloss + rim) + emission;
+    }
+#endif
+    return colour * light + gloss + rim;
 }
 )";
 
@@ -123,6 +139,15 @@ vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, vec3 reaching)
     float roughness = mix(0.34, 0.27, metal);
     // Even dark metals mirror half of the light.
     vec3 mirror = mix(vec3(0.04), colour * 0.65 + 0.3, metal);
+    vec3 own = vec3(0.0);
+#ifdef FINISHED
+    if (finish.x >= 0.0) {
+        metal = finish.x;
+        roughness = max(finish.y, 0.03);
+        mirror = mix(vec3(0.04), colour, metal);
+        own = emission;
+    }
+#endif
 
     vec3 light = (lightFromAround(n) + least) * open;
     for (int i = 0; i < 3; ++i) {
@@ -138,7 +163,7 @@ vec3 shaded(vec3 colour, vec3 n, vec3 toViewer, float open, vec3 reaching)
     around += least * metal;
     // What is hidden from the sky, or from the first lamp, mirrors what hides it.
     around *= mix(0.25, 1.0, open);
-    vec3 sum = exposure * (colour * (1.0 - metal) * light + around * (mirror * share.x + share.y));
+    vec3 sum = exposure * (colour * (1.0 - metal) * light + around * (mirror * share.x + share.y) + own);
     // Highlights approach white without reaching it, as on film.
     return mix(sum, 0.6 + 0.4 * (1.0 - exp((0.6 - sum) / 0.4)), greaterThan(sum, vec3(0.6)));
 }

@@ -1,9 +1,46 @@
 #include "Server/Scene/Rendra/Frame.h"
 
+#include "Server/Scene/Rendra/BufferOffset.h"
+
 #include <algorithm>
 #include <iterator>
 
 namespace Rendra {
+
+namespace {
+
+bool isOf(const Batch& batch, Frame::Materials materials)
+{
+    return materials == Frame::Materials::Ignored ||
+           batch.finished == (materials == Frame::Materials::OfSome);
+}
+
+/// Of the program that was current when it was made.
+class FinishUniforms
+{
+public:
+    explicit FinishUniforms(Frame::Materials materials)
+    {
+        if (materials != Frame::Materials::OfSome)
+            return;
+        GLint program = 0;
+        glGetIntegerv(GL_CURRENT_PROGRAM, &program);
+        m_finish = glGetUniformLocation(GLuint(program), "finish");
+        m_emission = glGetUniformLocation(GLuint(program), "emission");
+    }
+    void set(const Vs::Finish& finish) const
+    {
+        if (m_finish >= 0)
+            glUniform2f(m_finish, finish.isKnown ? finish.metallic : -1, finish.roughness);
+        if (m_emission >= 0)
+            glUniform3fv(m_emission, 1, finish.emissive.data());
+    }
+
+private:
+    GLint m_finish = -1, m_emission = -1;
+};
+
+} // namespace
 
 Area intersection(const Area& a, const Area& b)
 {
@@ -126,11 +163,21 @@ bool Frame::showsGlass() const
     return false;
 }
 
-void Frame::drawFaces(Faces which) const
+bool Frame::shows(Materials materials) const
+{
+    for (size_t i = 0; i < scene.list.batches().size(); ++i)
+        if (isOf(*scene.list.batches()[i], materials) && scene.instances.ranges()[i].count > 0)
+            return true;
+    return false;
+}
+
+void Frame::drawFaces(Faces which, Materials materials, Sides sides) const
 {
     const auto isMeant = [&](const Batch& batch) {
-        return which == Faces::OfMixed ? batch.mixed : batch.transparent == (which != Faces::OfOpaque);
+        return isOf(batch, materials) &&
+               (which == Faces::OfMixed ? batch.mixed : batch.transparent == (which != Faces::OfOpaque));
     };
+    const FinishUniforms uniforms(materials);
     for (size_t i = 0; i < scene.list.batches().size(); ++i) {
         const Batch& batch = *scene.list.batches()[i];
         const InstanceStore::Range& range = scene.instances.ranges()[i];
@@ -141,11 +188,21 @@ void Frame::drawFaces(Faces which) const
         const bool outsideOnly =
             mesh.closed && batch.mirrored == 0 &&
             (which == Faces::OfOpaque || (which == Faces::FrontsOfGlass && !batch.mixed));
-        outsideOnly ? glEnable(GL_CULL_FACE) : glDisable(GL_CULL_FACE);
         glBindVertexArray(mesh.faceArray);
         InstanceStore::bind(range);
-        glDrawElementsInstanced(GL_TRIANGLES, mesh.indexCount, mesh.indexType, nullptr, range.count);
-        ++statistics.drawCalls;
+        const size_t indexSize = mesh.indexType == GL_UNSIGNED_SHORT ? sizeof(uint16_t) : sizeof(uint32_t);
+        for (const GlMesh::Run& run : mesh.runs) {
+            const bool oneSided = run.finish.isOneSided() && sides == Sides::AsSeen;
+            outsideOnly || oneSided ? glEnable(GL_CULL_FACE) : glDisable(GL_CULL_FACE);
+            if (batch.turned)
+                glCullFace(oneSided ? GL_FRONT : GL_BACK);
+            uniforms.set(run.finish);
+            glDrawElementsInstanced(GL_TRIANGLES, run.count, mesh.indexType,
+                                    bufferOffset(size_t(run.first) * indexSize), range.count);
+            ++statistics.drawCalls;
+        }
+        if (batch.turned)
+            glCullFace(GL_BACK);
         statistics.triangles += uint64_t(mesh.indexCount / 3) * uint64_t(range.count);
     }
     glDisable(GL_CULL_FACE);

@@ -141,8 +141,19 @@ struct Frame
         OfGlass,       ///< Of all that have anything transparent.
         FrontsOfGlass, ///< The same, without the backs of closed bodies.
     };
+    enum class Materials {
+        Ignored,
+        OfNone, ///< Only bodies without a material.
+        OfSome, ///< Only the others: the current program gets the finish of their faces, see setFinish.
+    };
+    enum class Sides {
+        AsSeen, ///< Faces that are seen from one side alone aren't drawn from the other.
+        Both,   ///< They are, since they throw shadows.
+    };
     /// Draws faces of the scene with the current program, which takes the attributes of Attribute.
-    void drawFaces(Faces which) const;
+    void drawFaces(Faces which, Materials materials = Materials::Ignored, Sides sides = Sides::AsSeen) const;
+    /// Whether any body in view has a material, or else none.
+    bool shows(Materials materials) const;
 };
 
 /// One layer of what is drawn for every fragment, in a fixed order (see Renderer.cpp). Owns the GPU objects

@@ -97,6 +97,22 @@ void colourFaces(const Vs::BodyMesh& mesh, std::vector<Vertex>& vertices, std::v
     }
 }
 
+std::vector<GlMesh::Run> runsOf(const Vs::BodyMesh& mesh)
+{
+    std::vector<GlMesh::Run> runs;
+    if (mesh.finishes.empty() || mesh.faces.empty())
+        return {{0, GLsizei(mesh.triangles.size()), {}}};
+    for (const Vs::BodyMesh::Face& face : mesh.faces) {
+        const Vs::Finish finish = mesh.finishOf(face);
+        const auto count = GLsizei(face.triangleCount * 3);
+        if (!runs.empty() && runs.back().finish == finish)
+            runs.back().count += count;
+        else
+            runs.push_back({GLsizei(face.firstTriangle * 3), count, finish});
+    }
+    return runs;
+}
+
 /// x, y, z, and how far along its polyline the point lies.
 std::vector<float> edgeVertices(const Vs::BodyMesh& mesh)
 {
@@ -277,6 +293,7 @@ void MeshStore::upload(GlMesh& target, const Vs::BodyMesh& mesh)
     enableInstanceAttributes();
     target.indices = indexBuffer(triangles, vertices.size(), target.indexType);
     target.indexCount = GLsizei(triangles.size());
+    target.runs = runsOf(mesh);
     target.closed = isClosedAndOutward(mesh);
 
     size_t sharp = 0;

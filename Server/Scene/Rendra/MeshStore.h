@@ -8,6 +8,7 @@
 #include <memory>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 namespace Rendra {
 
@@ -32,7 +33,14 @@ struct GlMesh
     GLsizei indexCount = 0, edgeIndexCount = 0;
     GLsizei sharpIndexCount = 0; ///< How many of the edges' indices come before those of the tangent edges.
     GLenum indexType = GL_UNSIGNED_INT, edgeIndexType = GL_UNSIGNED_INT; ///< Short ones if they suffice.
-    bool closed = false; ///< Its back sides are never seen; see isClosedAndOutward.
+    /// Neighbouring triangles of one finish.
+    struct Run
+    {
+        GLsizei first, count; ///< Of indices.
+        Vs::Finish finish;
+    };
+    std::vector<Run> runs; ///< All triangles, in their order; one run if no face has a material.
+    bool closed = false;   ///< Its back sides are never seen; see isClosedAndOutward.
     std::weak_ptr<const Vs::BodyMesh> source;
 };
 

@@ -224,7 +224,7 @@ bool ObjectShadow::find(const Frame& frame)
     m_depthOnly.setMatrix("projection", kept.place.entry);
     kept.depths.begin();
     glClear(GL_DEPTH_BUFFER_BIT);
-    frame.drawFaces(Frame::Faces::OfOpaque);
+    frame.drawFaces(Frame::Faces::OfOpaque, Frame::Materials::Ignored, Frame::Sides::Both);
     drawGlass(frame, kept);
     frame.scene.instances.update(list, frame.projection, frame.smallest);
 
@@ -260,11 +260,11 @@ void ObjectShadow::drawGlass(const Frame& frame, Kept& kept)
     glEnable(GL_BLEND);
     glBlendFunc(GL_ZERO, GL_SRC_COLOR);
     glDepthMask(GL_FALSE);
-    frame.drawFaces(Frame::Faces::OfGlass);
+    frame.drawFaces(Frame::Faces::OfGlass, Frame::Materials::Ignored, Frame::Sides::Both);
     glDepthMask(GL_TRUE);
     glDisable(GL_BLEND);
     glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
-    frame.drawFaces(Frame::Faces::OfGlass);
+    frame.drawFaces(Frame::Faces::OfGlass, Frame::Materials::Ignored, Frame::Sides::Both);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
 }
 

@@ -53,10 +53,12 @@ TEST(CoarseMesh, KeepsColoursApartAndIsNotMadeWhereItSavesNothing)
     Vs::BodyMesh two = *Shapes::ball(50, 60);
     const auto half = uint32_t(two.triangles.size() / 6);
     two.colours = {{1, 0, 0, 1}, {0, 0, 1, 1}};
+    two.finishes = {{}, {1, 0.2f, {}, 0.5f, 1}, {}};
     two.faces = {{0, half, 0}, {half, uint32_t(two.triangles.size() / 3) - half, 1}};
     const auto coarse = coarseMesh(two, 12);
     ASSERT_TRUE(coarse);
     ASSERT_EQ(coarse->faces.size(), 2u);
+    EXPECT_EQ(coarse->finishes, two.finishes);
     std::set<uint32_t> corners[2];
     for (size_t face = 0; face < 2; ++face) {
         EXPECT_EQ(coarse->faces[face].colour, int(face));
