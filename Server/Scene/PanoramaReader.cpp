@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <memory>
 #include <stb_image.h>
 
@@ -19,10 +20,13 @@ namespace fs = boost::filesystem;
 /// Larger panoramas would take gigabytes while they are read.
 constexpr int kWidest = 8192;
 
-/// What the reader takes from; it can't say by itself that a file ends too early.
+/// What the reader takes from; it can't say by itself that a file ends too early. Among pixels it would go on
+/// with zeros, which it takes for runs of none, without end; so it gets what is a run of pixels wherever it
+/// stands.
 struct Source
 {
     fs::ifstream stream;
+    bool amongPixels = false;
     bool endedEarly = false;
 
     static int read(void* user, char* data, int size)
@@ -31,7 +35,10 @@ struct Source
         source.stream.read(data, size);
         const auto count = int(source.stream.gcount());
         source.endedEarly = source.endedEarly || count == 0;
-        return count;
+        if (count > 0 || !source.amongPixels)
+            return count;
+        std::memset(data, 0xff, size_t(size));
+        return size;
     }
     static void skip(void* user, int count) { static_cast<Source*>(user)->stream.ignore(count); }
     static int atEnd(void* user) { return static_cast<Source*>(user)->stream.peek() == EOF; }
@@ -84,6 +91,7 @@ extern "C" void quilletReadPanorama(const std::wstring& path, Vs::Scene::Panoram
             "x %3% pixels.",
             path, width, height));
     source.rewind();
+    source.amongPixels = true;
     const std::unique_ptr<float, decltype(&stbi_image_free)> pixels(
         stbi_loadf_from_callbacks(&callbacks, &source, &width, &height, &channels, 3), &stbi_image_free);
     if (!pixels && !source.endedEarly)

@@ -128,6 +128,8 @@ TEST_F(PanoramaPicture, WhatIsNoneIsRefusedWithTheFileAndTheCause)
     EXPECT_PRED2(has, refusal("huge.hdr", head + "-Y 1000000 +X 1000000\n"), "too large");
     EXPECT_PRED2(has, refusal("nothing.hdr", head + "-Y 0 +X 0\n"), "header is damaged");
     EXPECT_PRED2(has, refusal("header.hdr", head + "-Y some +X more\n"), "header is damaged");
+    EXPECT_PRED2(has, refusal("row.hdr", head + "-Y 32 +X 64\n" + std::string("\2\2\0\x40", 4)), "too early")
+        << "the reader would wait for its runs for ever";
     EXPECT_PRED2(has, refusal("lines.hdr", head + "-Y 32 +X 64\n" + std::string(4096, '\2')), "damaged");
     EXPECT_EQ(refusal("good.hdr", good), "none");
     // One that was chosen earlier and is gone doesn't hinder anybody.
