@@ -12,6 +12,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QStringList>
 
 #include <boost/filesystem/operations.hpp>
 
@@ -40,6 +41,7 @@ struct OptionGroup::Data
     bool broken = false; ///< The file cannot be read; it is kept aside before it is overwritten.
     bool changed = false;
     bool queued = false;
+    int interludes = 0;
 
     fs::path file() const { return PathInfo::optionsDirectory() / (name + ".json"); }
 
@@ -56,7 +58,7 @@ struct OptionGroup::Data
         if (find(option) == value)
             return;
         values.insert(QLatin1String(option), value);
-        if (!RunOptions::contains(name, option))
+        if (interludes == 0 && !RunOptions::contains(name, option))
             saveSoon(group);
         OptionEvent event(group, option);
         group->fire(&OptionEventSite::optionChanged, &event);
@@ -83,7 +85,7 @@ struct OptionGroup::Data
 
     void save()
     {
-        if (!changed)
+        if (!changed || interludes > 0)
             return;
         changed = false;
         try {
@@ -110,6 +112,14 @@ struct OptionGroup::Data
                 result.remove(option);
         }
         return result;
+    }
+
+    static void tell(OptionGroup* group, const QStringList& options)
+    {
+        for (const QString& option : options) {
+            OptionEvent event(group, option.toStdString().c_str());
+            group->fire(&OptionEventSite::optionChanged, &event);
+        }
     }
 
     void saveSoon(OptionGroup* group)
@@ -218,10 +228,7 @@ void OptionGroup::reset()
     if (before.isEmpty())
         return;
     m_data->saveSoon(this);
-    for (const QString& option : before.keys()) {
-        OptionEvent event(this, option.toStdString().c_str());
-        fire(&OptionEventSite::optionChanged, &event);
-    }
+    m_data->tell(this, before.keys());
 }
 
 void OptionGroup::save()
@@ -238,6 +245,32 @@ void OptionGroup::saveLater(Tasks* tasks)
             group->m_data->queued = false;
             group->m_data->save();
         }
+}
+
+struct OptionGroup::Interlude::Before
+{
+    QJsonObject values;
+};
+
+OptionGroup::Interlude::Interlude(OptionGroup& group) : m_group(group), m_before(std::make_unique<Before>())
+{
+    assertMainThread();
+    group.m_data->load();
+    m_before->values = group.m_data->values;
+    ++group.m_data->interludes;
+}
+
+OptionGroup::Interlude::~Interlude()
+{
+    Data& data = *m_group.m_data;
+    const QJsonObject meanwhile = std::exchange(data.values, m_before->values);
+    QStringList changed;
+    for (const QString& option : meanwhile.keys())
+        if (meanwhile[option] != data.values.value(option))
+            changed << option;
+    data.tell(&m_group, changed);
+    if (--data.interludes == 0)
+        data.save(); // what was waiting before
 }
 
 MultiThreadOptionGroup* MultiThreadOptionGroup::get()

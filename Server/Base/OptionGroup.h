@@ -69,6 +69,23 @@ public:
     /// change write at once, as initially. The queue must exist until null is given.
     static void saveLater(Tasks* tasks);
 
+    /// What is set while this lives holds until then: its destructor puts all options of the group back,
+    /// those that were never set as well, and notifies the sites. Nothing of it is written, so that a run
+    /// that ends suddenly leaves the user's options as they were.
+    class Interlude
+    {
+    public:
+        explicit Interlude(OptionGroup& group);
+        ~Interlude();
+        Interlude(const Interlude&) = delete;
+        Interlude& operator=(const Interlude&) = delete;
+
+    private:
+        struct Before;
+        OptionGroup& m_group;
+        std::unique_ptr<Before> m_before;
+    };
+
 private:
     struct Data;
     std::unique_ptr<Data> m_data;

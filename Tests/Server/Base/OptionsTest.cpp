@@ -201,6 +201,27 @@ TEST_F(OptionsTest, AreWrittenOnceForManyChangesWhereAQueueIsThere)
     tasks.flush(); // The queued write finds its group gone.
 }
 
+TEST_F(OptionsTest, OfAnInterludeGoWithItAndAreNeverWritten)
+{
+    ProbeOptions options;
+    options.count(1);
+    const std::string before = content();
+    {
+        const Vs::OptionGroup::Interlude interlude(options);
+        options.count(2);
+        options.flag(false);
+        EXPECT_EQ(options.count(), 2);
+        const Vs::OptionGroup::Interlude inner(options);
+        options.size(8);
+        EXPECT_EQ(content(), before) << "a run that ends here leaves the user's options as they were";
+    }
+    EXPECT_EQ(options.count(), 1);
+    EXPECT_TRUE(options.flag());
+    EXPECT_EQ(content(), before) << "with no word of what was never set";
+    options.flag(false);
+    EXPECT_NE(content(), before);
+}
+
 TEST_F(OptionsTest, ThatCannotBeWrittenStayInForceAndWarn)
 {
     std::vector<std::wstring> warnings;

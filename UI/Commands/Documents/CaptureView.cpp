@@ -13,6 +13,8 @@
 #include "UI/Base/View/GraphicsView.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace Vu::Commands {
 namespace {
@@ -21,31 +23,19 @@ namespace {
 constexpr uint32_t kDefaultWidth = 1920;
 constexpr uint32_t kDefaultHeight = 1080;
 
-/// Keeps the six graphics options that an image changes, and the ground plane of the view that was made with
-/// one of them, and puts them back.
+/// Puts back the graphics options that an image changes, and the ground plane of the view that was made with
+/// one of them.
 class GraphicsOptionsGuard
 {
 public:
     explicit GraphicsOptionsGuard(const GraphicsView& view)
-        : m_group(Vs::Scene::GraphicsOptionGroup::get()),
-          m_model(view.modelFragment()),
-          m_drawnPlane(m_model && m_model->renderParams()->groundPlaneEnabled()),
-          m_msaa(m_group->MSAA()),
-          m_transparent(m_group->transparentBackground()),
-          m_plane(m_group->displayGroundPlane()),
-          m_dome(m_group->displayDome()),
-          m_grid(m_group->showLayoutGrid()),
-          m_numbers(m_group->showGridRefNumbers())
+        : m_model(view.modelFragment()),
+          m_drawnPlane(m_model && m_model->renderParams()->groundPlaneEnabled())
     {
     }
     ~GraphicsOptionsGuard()
     {
-        m_group->MSAA(m_msaa);
-        m_group->transparentBackground(m_transparent);
-        m_group->displayGroundPlane(m_plane);
-        m_group->displayDome(m_dome);
-        m_group->showLayoutGrid(m_grid);
-        m_group->showGridRefNumbers(m_numbers);
+        m_options.reset();
         if (m_model)
             m_model->renderParams()->groundPlaneEnabled(m_drawnPlane);
     }
@@ -67,10 +57,10 @@ public:
     }
 
 private:
-    Vs::Scene::GraphicsOptionGroup* m_group;
+    Vs::Scene::GraphicsOptionGroup* m_group = Vs::Scene::GraphicsOptionGroup::get();
     Vs::Scene::ViewFragment* m_model; ///< Null in a view without a model.
     bool m_drawnPlane;
-    bool m_msaa, m_transparent, m_plane, m_dome, m_grid, m_numbers;
+    std::optional<Vs::OptionGroup::Interlude> m_options{std::in_place, *m_group};
 };
 
 /// Once the options of graphics are set.
