@@ -99,7 +99,7 @@ bool whole(ViewFragment& fragment, bool expected)
     Steps steps;
     auto& renderer = *Vs::Scene::OffscreenRenderer::get();
     if (expected) {
-        renderer.expect();
+        renderer.expect(false);
         renderer.settle();
         steps.tell("expected");
     }

@@ -79,8 +79,9 @@ public:
     virtual std::wstring description() const = 0;
 
     /// Starts the driver in the rendering thread, and has it compile what most pictures need; a picture
-    /// requested meanwhile waits for that. Returns at once.
-    virtual void expect() = 0;
+    /// requested meanwhile waits for that. Returns at once. `once`: the first picture is the only one that is
+    /// worth preparing for, so that nothing is kept for a second one at its expense.
+    virtual void expect(bool once) = 0;
     /// Waits for what `expect` started. Needed before the process ends, which a busy driver may not survive.
     virtual void settle() = 0;
 

@@ -30,7 +30,6 @@
 #include "UI/Base/Session/DocumentWatch.h"
 #include "UI/Base/Validation/ReferenceCheck.h"
 #include "UI/Base/Validation/References.h"
-#include "UI/Base/View/GraphicsView.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
@@ -211,15 +210,17 @@ int runWorkspace(const CommandLine& line)
     return runner.failed() || Vs::TranscriptMgr::get()->recordingLost() ? kExitLineFailed : code;
 }
 
-/// Starts a driver and loads what writes pictures while the first file is still being read, if the lines ask
-/// for a picture: both take about as long.
+/// Starts a driver while the first file is still being read, if the lines ask for a picture: both take about
+/// as long.
 class ExpectedPicture
 {
 public:
-    explicit ExpectedPicture(const CommandLine& line) : m_isExpected(line.headless && asksFor(line))
+    explicit ExpectedPicture(const CommandLine& line)
     {
+        const auto pictures = std::ranges::count_if(line.steps, asksForPicture);
+        m_isExpected = line.headless && pictures > 0;
         if (m_isExpected)
-            Vu::GraphicsView::expectImage();
+            Vs::Scene::OffscreenRenderer::get()->expect(pictures == 1 && line.steps.size() == 1);
     }
     ~ExpectedPicture()
     {
@@ -230,16 +231,14 @@ public:
     ExpectedPicture& operator=(const ExpectedPicture&) = delete;
 
 private:
-    static bool asksFor(const CommandLine& line)
+    static bool asksForPicture(const Step& step)
     {
-        return std::ranges::any_of(line.steps, [](const Step& step) {
-            return step.kind == Step::Kind::Command &&
-                   (step.text.find("SaveAsImageCommand") != std::string::npos ||
-                    step.text.find("Design.Picture") != std::string::npos);
-        });
+        return step.kind == Step::Kind::Command &&
+               (step.text.find("SaveAsImageCommand") != std::string::npos ||
+                step.text.find("Design.Picture") != std::string::npos);
     }
 
-    bool m_isExpected;
+    bool m_isExpected = false;
 };
 
 int runLists(const CommandLine& line)

@@ -29,6 +29,9 @@ constexpr int kSamples = 4;
 /// of which one that is drawn at twice the size has 16.
 constexpr int64_t kTilePixels = int64_t(1) << 21;
 constexpr int64_t kLargeTilePixels = int64_t(1) << 20;
+/// In software, the first use of that memory takes longer than drawing a small scene in parts.
+constexpr int64_t kOnlyTilePixels = int64_t(1) << 18;
+constexpr uint64_t kFewTriangles = 100000;
 
 /// A fine picture is the mean of several, each shifted by a part of a pixel. Compared with drawing all
 /// samples at once, this needs a fraction of the memory, whose first use takes longer than the drawing. Where
@@ -153,7 +156,7 @@ class EglOffscreenRenderer final : public OffscreenRenderer
 public:
     bool render(const std::vector<ViewFragment*>& fragments, uint32_t width, uint32_t height,
                 const ImageOptions& options, Image& image, Status& status) override;
-    void expect() override;
+    void expect(bool once) override;
     void settle() override;
     bool prepare(Status& status) override;
     void release() override;
@@ -169,12 +172,14 @@ private:
                     const Rendra::RenderTarget& current, const ImageOptions& options);
     bool draw(const std::vector<ViewFragment*>& fragments, const Rendra::RenderTarget& current,
               const ImageOptions& options, Image& image, Status& status);
+    int64_t tileBudget(const std::vector<ViewFragment*>& fragments, bool fine, bool sketched);
     void drawLayers(const std::vector<ViewFragment*>& fragments, Rendra::RenderTarget& picture,
                     const Rendra::Area& part, Image& image);
 
     std::unique_ptr<Worker> m_worker;
     StrongRef<ViewFragment> m_rehearsal; ///< Drawn by the worker before a picture is requested.
     std::atomic<bool> m_isWanted = false;
+    bool m_isOnlyOne = false; ///< As far as is known; read by the worker.
     // All of these live in the worker's thread.
     std::unique_ptr<Rendra::EglContext> m_context;
     std::unique_ptr<Rendra::Renderer> m_renderer;
@@ -182,7 +187,7 @@ private:
     std::wstring m_description;
 };
 
-void EglOffscreenRenderer::expect()
+void EglOffscreenRenderer::expect(bool once)
 {
     assertMainThread();
     if (m_worker)
@@ -190,6 +195,7 @@ void EglOffscreenRenderer::expect()
     m_worker = std::make_unique<Worker>();
     m_rehearsal = Rendra::makeRehearsal();
     m_isWanted = false;
+    m_isOnlyOne = once;
     m_worker->begin([this, current = Rendra::RenderTarget::current()] {
         Status ignored; // whoever requests a picture gets the error
         if (start(ignored) && !m_isWanted)
@@ -271,6 +277,7 @@ bool EglOffscreenRenderer::render(const std::vector<ViewFragment*>& fragments, u
         }
     });
     m_rehearsal = nullptr;
+    m_isOnlyOne = false;
     // What is picked next doesn't depend on a picture that was taken. Nobody draws without asking first, so
     // that another picture finds all of this as it was.
     if (options.finerWait > 0)
@@ -361,7 +368,7 @@ bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments,
     const int scale = sketched ? 2 : 1;
     const int samples = options.antiAliasing ? Rendra::PictureTarget::samplesOffered(kSamples) : 1;
     // Whole rows if they fit, as one wide tile is drawn faster than two narrow ones.
-    const int64_t budget = sketched ? kLargeTilePixels : kTilePixels;
+    const int64_t budget = tileBudget(fragments, fine, sketched);
     const int tileWidth = tileLength(width, 4096);
     const int tileHeight = tileLength(height, int(std::clamp<int64_t>(budget / tileWidth, 1, 4096)));
     if (!m_target.prepare(tileWidth, tileHeight, scale, samples)) {
@@ -410,6 +417,15 @@ bool EglOffscreenRenderer::draw(const std::vector<ViewFragment*>& fragments,
     if (options.transparentBackground)
         separateOpacity(image.pixels);
     return true;
+}
+
+int64_t EglOffscreenRenderer::tileBudget(const std::vector<ViewFragment*>& fragments, bool fine,
+                                         bool sketched)
+{
+    const int64_t whole = sketched ? kLargeTilePixels : kTilePixels;
+    if (!m_isOnlyOne || !fine || sketched || !m_renderer->drawsInSoftware())
+        return whole;
+    return m_renderer->triangles(fragments) <= kFewTriangles ? kOnlyTilePixels : whole;
 }
 
 void EglOffscreenRenderer::drawLayers(const std::vector<ViewFragment*>& fragments,

@@ -210,6 +210,20 @@ std::vector<Vs::Scene::FinerWish> Renderer::tooCoarse(const std::vector<ViewFrag
     return wishes;
 }
 
+uint64_t Renderer::triangles(const std::vector<ViewFragment*>& fragments)
+{
+    uint64_t all = 0;
+    for (ViewFragment* fragment : fragments) {
+        if (!fragment)
+            continue;
+        const Graphics::GroupNode& root = *fragment->viewFragmentNode();
+        KeptScene& scene = m_data->sceneOf(root);
+        scene.list.update(root);
+        all += scene.list.shownTriangles();
+    }
+    return all;
+}
+
 // The first fragment is the one that shows the model; its camera sees the sky.
 void Renderer::Data::drawBackground(const std::vector<ViewFragment*>& fragments, const RenderTarget& target,
                                     const Area& tile)

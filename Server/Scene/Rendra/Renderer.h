@@ -43,6 +43,9 @@ public:
     [[nodiscard]] std::vector<Vs::Scene::FinerWish>
     tooCoarse(const std::vector<Vs::Scene::ViewFragment*>& fragments, const RenderTarget& target);
 
+    /// How many triangles the fragments have altogether; draws nothing and needs no context.
+    [[nodiscard]] uint64_t triangles(const std::vector<Vs::Scene::ViewFragment*>& fragments);
+
     const RenderStatistics& statistics() const;
     /// How many bytes the GPU holds for meshes, as reported by its driver. Needs the context.
     uint64_t meshBytes() const;

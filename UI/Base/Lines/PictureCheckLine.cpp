@@ -10,6 +10,7 @@
 #include "UI/Base/Command/TextRows.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/Private/Display.h"
+#include "UI/Base/Program/Private/PictureFile.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
 #include "UI/Base/Validation/References.h"
 #include "UI/Base/View/GraphicsView.h"
@@ -134,7 +135,7 @@ Image pictureOfView(const Wish& wish)
 void write(const Image& image, const fs::path& file)
 {
     Vs::Status status;
-    if (!Display::get()->writePicture(image, file.wstring(), "png", false, 0, status))
+    if (!writePicture(image, file.wstring(), {}, status))
         throw Vs::Exception(status.toString());
 }
 

@@ -4,7 +4,7 @@
 #include "Server/Base/TextCommand.h"
 #include "Server/Scene/OffscreenRenderer.h"
 #include "UI/Base/Command/Private/Localized.h"
-#include "UI/Base/Program/Private/Display.h"
+#include "UI/Base/Program/Private/PictureFile.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
 namespace Vu {
@@ -33,7 +33,7 @@ public:
         if (!window || !window->picture(image))
             return {1, localized("SaveWindowNone", "There is no window to take a picture of.")};
         Vs::Status status;
-        if (!Display::get()->writePicture(image, parameters[0], "png", false, 0, status))
+        if (!writePicture(image, parameters[0], {}, status))
             return {1, status.toString()};
         return {0, {}};
     }

@@ -4,9 +4,9 @@
 #include "Server/DataModel/Asset.h"
 #include "Server/Scene/NodeChange.h"
 #include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/PngWriter.h"
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
-#include "UI/Base/Program/Private/Display.h"
 #include "UI/Base/Session/AssetGraphicsView.h"
 #include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/SessionMgr.h"
@@ -72,7 +72,7 @@ std::string thumbnailOf(const Vs::Asset* asset, uint32_t side)
     Vs::Status ignored; // A file without a picture is just as good.
     if (!Vs::Scene::OffscreenRenderer::get()->render({model}, side, side, options, image, ignored))
         return {};
-    return Display::get()->pngOf(image);
+    return Vs::Scene::pngOf(image);
 }
 
 } // namespace Vu

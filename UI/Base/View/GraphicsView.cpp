@@ -10,7 +10,7 @@
 #include "Server/Scene/SceneAssetAdapter.h"
 #include "Server/Scene/ViewFragment.h"
 #include "UI/Base/Program/Application.h"
-#include "UI/Base/Program/Private/Display.h"
+#include "UI/Base/Program/Private/PictureFile.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/MouseEvents.h"
 #include "UI/Base/View/MouseOverlay.h"
@@ -259,12 +259,6 @@ void GraphicsView::copyCamera(const GraphicsView& from)
         m_fragments.front()->camera()->copyFrom(*from.m_fragments.front()->camera());
 }
 
-void GraphicsView::expectImage()
-{
-    Vs::Scene::OffscreenRenderer::get()->expect();
-    Display::get();
-}
-
 bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height, Vs::Status& status)
 {
     return renderImage(image, width, height, Vs::Scene::ImageOptions::current(), status);
@@ -278,11 +272,11 @@ bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_
     if (!folderTakesFiles(path, status) || !Vs::Scene::OffscreenRenderer::get()->render(
                                                modelFragments(), width, height, options, pixels, status))
         return false;
-    const std::string format = imageFormat(path);
-    const auto* printed = Vs::cast<PrintedImageResource>(image);
-    return Display::get()->writePicture(pixels, path, format,
-                                        options.transparentBackground && format != "jpg",
-                                        printed ? printed->dotsPerInch() : 0, status);
+    PictureFormat format{.name = imageFormat(path)};
+    format.keepsTransparency = options.transparentBackground && format.name != "jpg";
+    if (const auto* printed = Vs::cast<PrintedImageResource>(image))
+        format.dotsPerInch = printed->dotsPerInch();
+    return writePicture(pixels, path, format, status);
 }
 
 bool GraphicsView::renderImage(Vs::ImageResource* image, uint32_t width, uint32_t height)

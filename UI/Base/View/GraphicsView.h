@@ -87,11 +87,6 @@ public:
     /// view has none.
     void copyCamera(const GraphicsView& from);
 
-    /// Starts what `renderImage` will need: the driver in a thread of its own, and the library that writes
-    /// pictures. For runs in which a file is read first. Main thread only; ended by
-    /// OffscreenRenderer::settle.
-    static void expectImage();
-
     /// Draws the view without any window and writes the picture, PNG, JPEG or TIFF by the file's suffix.
     /// Sizes in pixels. False, with the reason, if nothing was written; an existing picture of that name is
     /// then unchanged.

@@ -45,7 +45,6 @@ public:
     {
         return QtPictures::writePicture(image, path, format, keepsTransparency, dotsPerInch, status);
     }
-    std::string pngOf(const Vs::Scene::Image& image) override { return QtPictures::pngOf(image); }
 
     void share(ShareWith with, const std::wstring& path, const std::wstring& title,
                std::function<void()> failed) override

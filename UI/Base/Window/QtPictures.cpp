@@ -4,7 +4,6 @@
 #include "Server/Scene/OffscreenRenderer.h"
 #include "UI/Base/Command/Private/Localized.h"
 
-#include <QBuffer>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QImage>
@@ -88,10 +87,6 @@ bool QtPictures::writePicture(const Vs::Scene::Image& image, const std::wstring&
         constexpr int kJpegQuality = 92;
         if (writer.format() == "jpg")
             writer.setQuality(kJpegQuality);
-        // Of 100: half of the time, for a quarter more bytes.
-        constexpr int kPngCompression = 40;
-        if (writer.format() == "png")
-            writer.setCompression(kPngCompression);
         if (!writer.write(picture))
             reason = writer.errorString();
         else if (!file.flush() || !file.complete())
@@ -104,14 +99,6 @@ bool QtPictures::writePicture(const Vs::Scene::Image& image, const std::wstring&
         return true;
     status.addError(L"The picture " + path + L" cannot be written: " + reason.toStdWString());
     return false;
-}
-
-std::string QtPictures::pngOf(const Vs::Scene::Image& image)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    return qtImage(image).save(&buffer, "PNG") ? bytes.toStdString() : std::string();
 }
 
 void QtPictures::copyPicture(const Vs::Scene::Image& image)

@@ -19,7 +19,6 @@ bool readPicture(const std::wstring& path, Vs::Scene::Image& image);
 bool takePicture(const QImage& from, Vs::Scene::Image& image);
 bool writePicture(const Vs::Scene::Image& image, const std::wstring& path, const std::string& format,
                   bool keepsTransparency, int dotsPerInch, Vs::Status& status);
-std::string pngOf(const Vs::Scene::Image& image);
 void copyPicture(const Vs::Scene::Image& image);
 
 } // namespace Vu::QtPictures

@@ -3,6 +3,8 @@
 #include "Server/DataModel/Document.h"
 #include "Server/Scene/Camera.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
+#include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/PngWriter.h"
 #include "Server/Scene/ViewFragment.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Session/SceneUtilities.h"
@@ -12,6 +14,7 @@
 #include <QFile>
 #include <QImage>
 #include <QStandardPaths>
+#include <QtEndian>
 
 #include <boost/filesystem/operations.hpp>
 
@@ -83,6 +86,51 @@ TEST(ImageSizeModelTest, InchesAreWholePixelsDividedByTheResolution)
     EXPECT_EQ(model.resolution(), 72);
     model.widthEdited(3);
     EXPECT_EQ(options.width, 216u);
+}
+
+/// The rows of a PNG file as they were compressed; empty if the sum that stands behind them is wrong.
+QByteArray rowsOf(const QByteArray& file)
+{
+    QByteArray stream(4, '\0'); // a guess at the size, which the function below wants
+    for (qsizetype at = 8; at + 8 <= file.size();) {
+        const auto length = qsizetype(qFromBigEndian<quint32>(file.constData() + at));
+        if (file.mid(at + 4, 4) == "IDAT")
+            stream += file.mid(at + 8, length);
+        at += length + 12;
+    }
+    return qUncompress(stream);
+}
+
+TEST(PngTest, FilesHoldTheVeryPixelsOfPicturesOfEverySize)
+{
+    for (const auto& [width, height] : {std::pair{1u, 1u}, {1u, 900u}, {901u, 2u}, {700u, 1300u}}) {
+        Vs::Scene::Image image{width, height, std::vector<uint8_t>(size_t(width) * height * 4)};
+        // Half of it smooth, half of it noise.
+        uint32_t noise = 1;
+        for (size_t i = 0; i < image.pixels.size(); ++i) {
+            noise = noise * 1664525 + 1013904223;
+            image.pixels[i] = uint8_t(i < image.pixels.size() / 2 ? i / width : noise >> 24);
+        }
+        for (const bool transparent : {false, true}) {
+            QByteArray file;
+            const auto take = [&](const char* bytes, size_t count) {
+                file.append(bytes, qsizetype(count));
+                return true;
+            };
+            ASSERT_TRUE(Vs::Scene::writePng(image, {transparent, 254}, take));
+            const QImage read = QImage::fromData(file, "PNG");
+            ASSERT_EQ(read.size(), QSize(int(width), int(height)));
+            EXPECT_EQ(read.hasAlphaChannel(), transparent);
+            EXPECT_EQ(rowsOf(file).size(), qsizetype(height) * (1 + width * (transparent ? 4 : 3)));
+            EXPECT_EQ(read.dotsPerMeterX(), 10000);
+            const QImage wanted(image.pixels.data(), int(width), int(height), qsizetype(width) * 4,
+                                transparent ? QImage::Format_RGBA8888 : QImage::Format_RGBX8888);
+            const auto compared = transparent ? QImage::Format_RGBA8888 : QImage::Format_RGB888;
+            EXPECT_EQ(read.convertToFormat(compared), wanted.convertToFormat(compared))
+                << width << " x " << height << (transparent ? ", transparent" : "");
+            EXPECT_FALSE(Vs::Scene::writePng(image, {}, [](const char*, size_t count) { return count < 9; }));
+        }
+    }
 }
 
 class ImageTest : public CommandsTests::WithProgram
@@ -167,7 +215,10 @@ TEST_F(ImageTest, GraphicsOptionsAreAsBeforeAfterwards)
     answer(L"Design.Sample");
     options->displayGroundPlane(true);
     options->MSAA(true);
+    const auto file = Vs::PathInfo::optionsDirectory() / "Graphics.json";
+    boost::filesystem::remove(file);
     answer(capture(scratch(L"options.png"), L"Width=64 Height=64 AntiAliasing=0"));
+    EXPECT_FALSE(boost::filesystem::exists(file)) << "a run that is killed meanwhile leaves them, too";
     EXPECT_TRUE(options->displayGroundPlane());
     EXPECT_TRUE(options->MSAA());
     EXPECT_FALSE(options->transparentBackground());

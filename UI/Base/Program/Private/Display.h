@@ -149,13 +149,10 @@ public:
 
     /// False if there is no picture in the file. Colours come as red, green, blue, opacity.
     [[nodiscard]] virtual bool readPicture(const std::wstring& path, Vs::Scene::Image& image) = 0;
-    /// `format` is "png", "jpg" or "tiff"; the file is replaced as a whole. With `dotsPerInch` of 0 it says
-    /// nothing about its size in print.
+    /// As the function in PictureFile.h, for "jpg" and "tiff".
     virtual bool writePicture(const Vs::Scene::Image& image, const std::wstring& path,
                               const std::string& format, bool keepsTransparency, int dotsPerInch,
                               Vs::Status& status) = 0;
-    /// The bytes of a PNG file; empty if that fails.
-    [[nodiscard]] virtual std::string pngOf(const Vs::Scene::Image& image) = 0;
 
     /// Gives a file to another program; `failed` is called on the main thread if none takes it.
     virtual void share(ShareWith with, const std::wstring& path, const std::wstring& title,
