@@ -72,13 +72,15 @@ float depthBelow(vec2 at)
     return max(dot(viewPosition - seen, up), 0.0);
 }
 
-// The farther from the ground, the fainter and the more blurred.
+// The farther from the ground, the fainter and the more blurred. Software drivers compute whatever stands in a
+// condition, and all of a loop whose length they know.
 vec4 mirrorImage()
 {
     vec2 at = gl_FragCoord.xy * mirrorPlace.xy + mirrorPlace.zw;
     float blur = clamp(depthBelow(at) / height * 1.6, 0.02, 1.0) * margin * 0.5;
     vec4 sum = vec4(0.0);
-    for (int i = 0; i < 12; ++i) {
+    int last = mirrored ? 12 : 0;
+    for (int i = 0; i < last; ++i) {
         float angle = float(i) * 2.399963;
         vec2 other = at + vec2(cos(angle), sin(angle)) * sqrt((float(i) + 0.5) / 12.0) * blur * mirrorPlace.xy;
         vec4 seen = textureLod(mirror, other, 0.0);
@@ -108,7 +110,7 @@ void main()
         float level = 1.0 - max(dot(toViewer, up), 0.0);
         image = mirrorImage() * mix(0.34, 0.75, level * level * level);
     }
-    float grain = fract(sin(dot(gl_FragCoord.xy, vec2(12.9898, 78.233))) * 43758.5453) - 0.5;
+    float grain = fract(52.9829189 * fract(dot(gl_FragCoord.xy, vec2(0.06711056, 0.00583715)))) - 0.5;
     float most = max(dark.r, max(dark.g, dark.b));
     // Without a ground of its own, a shadow takes away what is behind it; light through glass leaves it a hue.
     float cover = plain ? 1.0 : most;

@@ -71,8 +71,6 @@ void main()
 #else
     result = vec2(1.0, depth);
 #endif
-    if (depth == 1.0)
-        return;
     vec3 here = place(pixel);
     // Of the neighbours on both sides the one that is surely on the same face gives its slope.
     vec3 along = shorter(place(pixel + ivec2(1, 0)) - here, here - place(pixel - ivec2(1, 0)));
@@ -84,14 +82,14 @@ void main()
     float turn = float((pixel.x & 2) * 2 + (pixel.y & 3)) * 0.785398;
 #ifdef LIT
     result.b = lampReachesSoftly(here, normal, turn, depth < 1.0);
-    result.a = dot(normal, toLamp) > 0.02 ? 1.0 : 0.0;
+    result.a = depth < 1.0 && dot(normal, toLamp) > 0.02 ? 1.0 : 0.0;
 #endif
-    if (reach < 2.0)
-        return;
     float within = reach * pixelSize;
     vec2 right = reach * vec2(cos(turn), sin(turn));
     float hidden = 0.0;
-    for (int i = 0; i < 16; ++i) {
+    // A loop whose length isn't known ends early where nothing is to be found.
+    int last = depth < 1.0 && reach >= 2.0 ? 16 : 0;
+    for (int i = 0; i < last; ++i) {
         vec2 off = vec2(samples[i].x * right.x - samples[i].y * right.y, samples[i].x * right.y + samples[i].y * right.x);
         vec3 other = place(pixel + ivec2(floor(off + 0.5))) - here;
         float far2 = dot(other, other);
@@ -119,14 +117,11 @@ void main()
     float sum = 0.0, weights = 0.0;
 #ifdef LIT
     // Other faces may be in the light where this one isn't: only what lies in its plane counts.
-    vec3 lit = vec3(0.0), lightWeights = vec3(1e-9, 0.0, 0.0);
-    float steep = 0.0;
-    const ivec2 ways[2] = ivec2[](ivec2(1, 0), ivec2(0, 1));
-    for (int i = 0; i < 2; ++i) {
-        float ahead = texelFetch(depths, pixel + ways[i], 0).r, back = texelFetch(depths, pixel - ways[i], 0).r;
-        steep += min(abs(ahead - depth), abs(back - depth));
-    }
-    float near = 3.0 * steep + 1e-6;
+    float ahead = texelFetch(depths, pixel + ivec2(1, 0), 0).r - depth, back = texelFetch(depths, pixel - ivec2(1, 0), 0).r - depth;
+    float above = texelFetch(depths, pixel + ivec2(0, 1), 0).r - depth, below = texelFetch(depths, pixel - ivec2(0, 1), 0).r - depth;
+    vec4 beside = abs(vec4(ahead, back, above, below));
+    float near = 3.0 * (min(beside.x, beside.y) + min(beside.z, beside.w)) + 1e-6;
+    float lit = 0.0, lightWeights = 1e-9;
 #endif
     for (int y = -2; y < 2; ++y) {
         int row = clamp(pixel.y + y, 0, last.y);
@@ -137,17 +132,31 @@ void main()
             sum += other.r * weight;
             weights += weight;
 #ifdef LIT
-            float behind = other.g - depth;
-            vec3 share = other.a * vec3(abs(behind) < near ? 1.0 : 1e-4, behind >= near ? 1.0 : 0.0, behind <= -near ? 1.0 : 0.0);
+            float share = abs(other.g - depth) < near ? other.a : 1e-4 * other.a;
             lit += other.b * share;
             lightWeights += share;
 #endif
         }
     }
 #ifdef LIT
-    float own = lightWeights.x > 1e-8 ? lit.x / lightWeights.x : 1.0;
-    result = vec4(sum / weights, own, lightWeights.y > 0.0 ? lit.y / lightWeights.y : own,
-                  lightWeights.z > 0.0 ? lit.z / lightWeights.z : own);
+    float own = lightWeights > 1e-8 ? lit / lightWeights : 1.0;
+    result = vec4(sum / weights, own, own, own);
+    // Few pixels are at a rim.
+    float farthest = max(max(beside.x, beside.y), max(beside.z, beside.w)) > near ? 2.0 : -2.0;
+    vec2 others = vec2(0.0), shares = vec2(0.0);
+    for (float y = -2.0; y < farthest; y += 1.0) {
+        int row = clamp(pixel.y + int(y), 0, last.y);
+        int first = (pixel.x - 2 + ((pixel.x + row) & 1) - (row & 1)) >> 1;
+        for (int x = first; x < first + 2; ++x) {
+            vec4 other = texelFetch(raw, ivec2(clamp(x, 0, last.x), row), 0);
+            float behind = other.g - depth;
+            vec2 share = other.a * vec2(behind >= near ? 1.0 : 0.0, behind <= -near ? 1.0 : 0.0);
+            others += other.b * share;
+            shares += share;
+        }
+    }
+    result.b = shares.x > 0.0 ? others.x / shares.x : own;
+    result.a = shares.y > 0.0 ? others.y / shares.y : own;
 #else
     result = sum / weights;
 #endif
