@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace Vs {
@@ -59,6 +61,7 @@ DrawnMesh::DrawnMesh(std::shared_ptr<const BodyMesh> mesh)
     if (Progress::cancelled())
         return;
     takeEdges(*partsMesh(m_mesh));
+    dropSeams();
     if (m_edges.empty() && isOfTriangles(*m_mesh))
         takeBorders();
     findSharp();
@@ -75,6 +78,57 @@ void DrawnMesh::takeEdges(const BodyMesh& parts)
         if (line.points.size() > 1)
             m_edges.push_back(std::move(line));
     }
+}
+
+// Where a round surface consists of several faces, nobody wants to see that in a drawing.
+void DrawnMesh::dropSeams()
+{
+    if (isOfTriangles(*m_mesh) || m_mesh->normals.size() != m_mesh->positions.size())
+        return;
+    std::unordered_map<Ends, size_t, EndsHash> middles;
+    for (size_t i = 0; i < m_edges.size(); ++i)
+        if (const auto& points = m_edges[i].points; m_edges[i].smooth)
+            middles[endsOf(points[points.size() / 2 - 1], points[points.size() / 2])] = i;
+    std::vector<bool> isSeam(m_edges.size());
+    for (size_t t = 0; !middles.empty() && t < m_sides.triangles(); ++t)
+        for (size_t k = 0; k < 3; ++k) {
+            const uint32_t other = m_sides.neighbour(t, k);
+            if (other == MeshSides::kNone)
+                continue;
+            const uint32_t a = m_sides.node(t, k), b = m_sides.node(t, k + 1);
+            const auto found = middles.find(endsOf(m_sides.place(a), m_sides.place(b)));
+            if (found != middles.end())
+                isSeam[found->second] = bendsAlike(curvature(t, a, b), curvature(other, a, b));
+        }
+    size_t next = 0;
+    std::erase_if(m_edges, [&](const Polyline&) { return isSeam[next++]; });
+}
+
+// By how much the normal turns on the way from the side to the triangle's third corner.
+double DrawnMesh::curvature(size_t triangle, uint32_t a, uint32_t b) const
+{
+    GkVector3d turn, across;
+    for (size_t k = 0; k < 3; ++k) {
+        const uint32_t node = m_sides.node(triangle, k);
+        const GkVector3d normal = pointAt(m_mesh->normals, m_mesh->triangles[3 * triangle + k]).asVector();
+        if (node == a || node == b) {
+            turn = turn - normal * 0.5;
+            continue;
+        }
+        turn = turn + normal;
+        const GkVector3d along = (m_sides.place(b) - m_sides.place(a)).normal();
+        const GkVector3d to = m_sides.place(node) - m_sides.place(a);
+        across = to - along * to.dotProduct(along);
+    }
+    const double squared = across.lengthSqrd();
+    return squared > 0 ? turn.dotProduct(across) / squared : 0;
+}
+
+bool DrawnMesh::bendsAlike(double one, double other) const
+{
+    constexpr double kFlat = 1e-3, kAlike = 0.2;
+    const double larger = std::max(std::abs(one), std::abs(other));
+    return larger * m_sides.size() < kFlat || std::abs(one - other) < kAlike * larger;
 }
 
 // A surface that is too rough to have edges still ends somewhere.

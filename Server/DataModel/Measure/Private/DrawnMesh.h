@@ -38,6 +38,9 @@ public:
 
 private:
     void takeEdges(const BodyMesh& parts);
+    void dropSeams();
+    double curvature(size_t triangle, uint32_t a, uint32_t b) const;
+    bool bendsAlike(double one, double other) const;
     void takeBorders();
     void findSharp();
     bool encloses() const;

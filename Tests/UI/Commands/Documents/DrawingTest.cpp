@@ -4,7 +4,9 @@
 #include "Server/Base/Status.h"
 #include "Server/Base/Strings.h"
 #include "Tests/Server/Skyvault/Client/ScriptedServer.h"
+#include "Tests/Support/Files.h"
 #include "Tests/Support/Process.h"
+#include "Tests/Support/RealData.h"
 #include "Tests/Support/Servers/TestServer.h"
 #include "Tests/UI/Commands/CommandsProgram.h"
 #include "UI/Base/Program/Application.h"
@@ -213,7 +215,7 @@ TEST_F(DrawingTest, MeshesAreDrawnAsTheExactShapesAreAndHideThemAndAreHidden)
     EXPECT_TRUE(areSame(drawn(L" Hidden=1"), all));
 }
 
-TEST_F(DrawingTest, ASphereIsACircleOfItsRadiusWithoutFacets)
+TEST_F(DrawingTest, RoundSurfacesHaveOutlinesWithoutFacetsAndSeams)
 {
     answer(L"Design.New");
     answer(L"Design.Sphere 20");
@@ -228,6 +230,18 @@ TEST_F(DrawingTest, ASphereIsACircleOfItsRadiusWithoutFacets)
             EXPECT_NEAR(distance(points[i], middle), 40, 0.03);
         }
     EXPECT_NEAR(around, 80 * std::numbers::pi, 2);
+    const auto hasThinLines = [&] {
+        answer(L"Commands.Start SaveDrawingCommand Path=" + path);
+        return TestSupport::contentOf(path).find("stroke-width=\"13\"") != std::string::npos;
+    };
+    answer(L"Design.New");
+    answer(L"Design.Box 40 40 40");
+    EXPECT_FALSE(hasThinLines());
+    answer(L"Design.Fillet 10 Box1/Edge1");
+    EXPECT_TRUE(hasThinLines()) << "where the fillet begins";
+    SKIP_WITHOUT_REAL_DATA();
+    answer(L"Document.Open " + (TestSupport::realDataFolder() / "as1-oc-214.stp").wstring());
+    EXPECT_FALSE(hasThinLines()) << "its round parts consist of two halves";
 }
 
 class PrintTest : public CommandsTests::WithProgram
