@@ -83,7 +83,9 @@ private:
 void Drawer::addBody(std::shared_ptr<const BodyMesh> mesh, const GkMatrix3d& placement)
 {
     if (!mesh || (mesh->triangles.empty() && mesh->edgePoints.empty())) {
-        ++m_leftOut;
+        // Points alone are nothing to draw.
+        if (!mesh || !mesh->faces.empty() || mesh->vertexPoints.empty())
+            ++m_leftOut;
         return;
     }
     const GkMatrix3d place = m_view * placement;
