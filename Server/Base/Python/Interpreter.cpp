@@ -3,6 +3,7 @@
 #include "Server/Base/Exception.h"
 #include "Server/Base/PathInfo.h"
 #include "Server/Base/Python/Arguments.h"
+#include "Server/Base/Python/ClosingDown.h"
 #include "Server/Base/Python/Interruptible.h"
 #include "Server/Base/Python/MainModule.h"
 #include "Server/Base/Python/ModelQuestions.h"
@@ -28,17 +29,6 @@ namespace Vs::Python {
 namespace py = pybind11;
 
 namespace {
-
-constexpr const char* kClosingDown = "quillet.on_closing_down";
-
-/// Where the function is written, as far as it says so.
-std::wstring placeOf(const py::handle& function)
-{
-    const py::object code = py::getattr(function, "__code__", py::none());
-    return code.is_none()
-               ? wideText(py::repr(function))
-               : wideText(code.attr("co_filename")) + L':' + wideText(py::str(code.attr("co_firstlineno")));
-}
 
 void evaluate(const py::object& compiled, const py::dict& names)
 {
@@ -387,18 +377,7 @@ void* Interpreter::makeModule(TextCommandSubjectArea& area)
 bool Interpreter::closingDown(Status& status)
 {
     const Lock lock;
-    bool mayClose = true;
-    for (const py::handle function : py::list(m_held->closingDownFunctions)) {
-        try {
-            const Interruptible scope(kClosingDown);
-            if (function().ptr() != Py_False)
-                continue;
-            mayClose = false;
-            status.addWarning(placeOf(function) + L": This function keeps the program open.");
-        } catch (py::error_already_set& error) {
-            status.addError(scriptEnd(error, kClosingDown).message);
-        }
-    }
+    const bool mayClose = mayCloseDown(m_held->closingDownFunctions, status);
     m_streams.flush();
     return mayClose;
 }

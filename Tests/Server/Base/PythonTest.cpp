@@ -234,6 +234,14 @@ TEST_F(PythonTest, AsksScriptsAndSitesBeforeTheApplicationCloses)
     run("quillet.on_closing_down(lambda: 1 / 0)");
     EXPECT_TRUE(scripts->fireClosingDown(status));
     EXPECT_TRUE(status.matchingError("ZeroDivisionError"));
+    // One that adds others, for which the list of them has to grow.
+    status = {};
+    run("told = []\ndef more():\n  for i in range(1000):\n    quillet.on_closing_down(int)\n"
+        "  return [[None] * 8 for i in range(1000)]\n"
+        "quillet.on_closing_down(more)\nquillet.on_closing_down(lambda: told.append(1))");
+    EXPECT_TRUE(scripts->fireClosingDown(status));
+    EXPECT_EQ(run("result = told"), L"[1]");
+    EXPECT_FALSE(status.matchingError("TypeError"));
 }
 
 } // namespace
