@@ -178,6 +178,27 @@ TEST_F(CommandBoxTest, TheHistoryOutlivesTheBox)
     EXPECT_EQ(line(), "BoxTest.SayHello kept");
 }
 
+TEST_F(CommandBoxTest, ALineThatClosesItsWindowIsRememberedAllTheSame)
+{
+    class Close : public BoxCommand
+    {
+    public:
+        explicit Close(std::unique_ptr<CommandBox>& box) : BoxCommand(L"Close", 0, L""), m_box(box) {}
+        Vs::TextCommandResult execute(const Vs::TextCommandParameters&) override
+        {
+            m_box.reset();
+            return {0, L"Closed."};
+        }
+
+    private:
+        std::unique_ptr<CommandBox>& m_box;
+    } close(box);
+    type("BoxTest.Close now");
+    box->run();
+    ASSERT_EQ(box, nullptr);
+    EXPECT_EQ(UIBaseOptionGroup::get()->commandHistory(), std::vector<std::wstring>{L"BoxTest.Close now"});
+}
+
 TEST_F(CommandBoxTest, PythonIsTypedStatementByStatementWithAHistoryOfItsOwn)
 {
     const auto output = [&] { return box->output()->toPlainText().toStdString(); };

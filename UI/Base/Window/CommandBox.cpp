@@ -312,7 +312,12 @@ void CommandBox::run()
     const Vs::TextCommandResult result =
         Vs::TextCommandMgr::get()->executeCommandWithoutOutput(line.toStdWString(), true);
     // Only now is it known which part was a secret.
-    m_history.remember(QString::fromStdWString(Vs::TranscriptSecrets::hidden(line.toStdWString())));
+    const QString told = QString::fromStdWString(Vs::TranscriptSecrets::hidden(line.toStdWString()));
+    if (!self) { // It closed this window.
+        LineHistory(UIBaseOptionGroup::get()->commandHistory).remember(told);
+        return;
+    }
+    m_history.remember(told);
     showClicked({});
     const bool failed = result.first != 0;
     if (!failed)
