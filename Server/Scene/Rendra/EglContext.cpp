@@ -1,6 +1,7 @@
 #include "Server/Scene/Rendra/EglContext.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/Scene/Rendra/DriverReset.h"
 
 #include <dlfcn.h>
 #include <epoxy/egl.h>
@@ -99,10 +100,7 @@ EglContext::~EglContext()
 
 bool EglContext::isLost() const
 {
-    if (eglGetCurrentContext() != m_context)
-        return true;
-    const bool tells = epoxy_gl_version() >= 45 || epoxy_has_gl_extension("GL_KHR_robustness");
-    return tells && glGetGraphicsResetStatus() != GL_NO_ERROR;
+    return eglGetCurrentContext() != m_context || driverWasReset();
 }
 
 bool EglContext::retake()

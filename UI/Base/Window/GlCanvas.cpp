@@ -3,7 +3,9 @@
 #include "Server/Scene/FinerMeshes.h"
 #include "Server/Scene/GraphicsOptionGroup.h"
 #include "Server/Scene/MSAASettings.h"
+#include "Server/Scene/Rendra/DriverReset.h"
 #include "Server/Scene/Rendra/Renderer.h"
+#include "UI/Base/Command/Private/Localized.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/Private/FrameEvents.h"
@@ -13,6 +15,9 @@
 #include <QOpenGLContext>
 #include <QOpenGLFramebufferObject>
 #include <QOpenGLFunctions>
+#include <QTimer>
+
+#include <tuple>
 
 namespace Vu {
 namespace {
@@ -44,7 +49,12 @@ void GlCanvas::resizeEvent(QResizeEvent* event)
 
 void GlCanvas::paintEvent(QPaintEvent* event)
 {
-    if (!m_resizing)
+    if (m_resizing || m_isLost)
+        return;
+    // The platform asks for a reset as well, and then gives no context to draw with.
+    if (m_renderer && !context()->isValid())
+        renewSoon();
+    else
         QOpenGLWidget::paintEvent(event);
 }
 
@@ -62,7 +72,7 @@ void GlCanvas::initializeGL()
 
 void GlCanvas::paintGL()
 {
-    if (!m_renderer)
+    if (!m_renderer || isLost())
         return;
     Rendra::RenderTarget target = Rendra::RenderTarget::current();
     if (EmptyHint::isEmpty(m_link.canvas()))
@@ -119,13 +129,56 @@ void GlCanvas::prepareSmooth(const QSize& size)
         m_smooth.reset();
 }
 
+// Asked before each frame: what was drawn into a lost context shows at the next one at the latest.
+bool GlCanvas::isLost()
+{
+    if (Rendra::driverWasReset())
+        renewSoon();
+    else
+        m_losses = 0;
+    return m_isLost;
+}
+
+// Going out of the window and back gives the widget another context, for which all is made anew.
+void GlCanvas::renewSoon()
+{
+    constexpr int kMostLosses = 3;
+    m_isLost = true;
+    if (++m_losses > kMostLosses) {
+        Application::get()->inform(localized(
+            "GraphicsLost",
+            "The graphics driver was reset again and again. Save your work and start the program anew."));
+        return;
+    }
+    QTimer::singleShot(0, this, [this] {
+        QWidget* const parent = parentWidget();
+        const QRect place = geometry();
+        const bool focused = hasFocus();
+        drop();
+        setParent(nullptr);
+        m_isLost = false;
+        setParent(parent);
+        setGeometry(place);
+        lower(); // under what lies over the canvas
+        show();
+        if (focused)
+            setFocus();
+    });
+}
+
 void GlCanvas::drop()
 {
     if (!m_renderer)
         return;
     makeCurrent();
-    m_smooth.reset();
-    m_renderer.reset();
+    if (QOpenGLContext::currentContext() == context()) {
+        m_smooth.reset();
+        m_renderer.reset();
+    } else {
+        // What a lost context holds goes with it.
+        std::ignore = m_smooth.release();
+        std::ignore = m_renderer.release();
+    }
     doneCurrent();
 }
 

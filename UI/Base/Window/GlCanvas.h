@@ -31,12 +31,16 @@ protected:
 private:
     void prepareSmooth(const QSize& size);
     void drop();
+    bool isLost();
+    void renewSoon();
 
     std::unique_ptr<Rendra::Renderer> m_renderer;
     std::unique_ptr<QOpenGLFramebufferObject> m_smooth; ///< Null if edges are not anti-aliased.
     int m_samples = 1;
     bool m_resizing = false;
-    qint64 m_richTime; ///< Milliseconds of the last full frame.
+    bool m_isLost = false; ///< The context; another one comes at the end of the event.
+    int m_losses = 0;      ///< Since the last frame that was drawn.
+    qint64 m_richTime;     ///< Milliseconds of the last full frame.
     CanvasLink m_link;
 };
 

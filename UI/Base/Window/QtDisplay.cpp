@@ -80,6 +80,8 @@ std::unique_ptr<QCoreApplication> QtDisplay::makeApplication(int& count, char** 
     // Without it Qt requests a context in which lines are one pixel wide, whatever is set.
     format.setOption(QSurfaceFormat::DeprecatedFunctions);
     format.setDepthBufferSize(24);
+    // Where the driver can, it tells of a reset in place of ending the program.
+    format.setOption(QSurfaceFormat::ResetNotification);
     QSurfaceFormat::setDefaultFormat(format);
     QApplication::setApplicationName(QStringLiteral("Quillet"));
     QApplication::setDesktopFileName(QStringLiteral("quillet"));

@@ -33,6 +33,7 @@
 #include <QColor>
 #include <QCursor>
 #include <QDialog>
+#include <QOpenGLContext>
 #include <QOpenGLWidget>
 #include <QScreen>
 #include <QTest>
@@ -56,7 +57,18 @@
 
 using namespace Vu;
 
+/// What asks the driver for a reset. The library's own header doesn't go with those of the widgets.
+extern "C" unsigned (*epoxy_glGetGraphicsResetStatus)();
+
 namespace {
+
+int resetsToCome = 0;
+
+unsigned resetStatus()
+{
+    constexpr unsigned kInnocentContextReset = 0x8254;
+    return resetsToCome > 0 && resetsToCome-- > 0 ? kInnocentContextReset : 0;
+}
 
 /// Longer than a camera takes to count as standing still, after which the picture is complete.
 constexpr int kStillMilliseconds = 400;
@@ -218,6 +230,50 @@ TEST_F(WindowPicture, ShowsWhatARunWithoutAWindowDraws)
         EXPECT_LT(differs.mean, 0.4);
         EXPECT_LT(differs.visible, 0.001);
     }
+}
+
+TEST_F(WindowPicture, IsTheSameInAnotherContextAfterAResetAndInAnotherWindow)
+{
+    const QImage plain = inWindow();
+    run(L"Commands.Start SelectAllCommand");
+    const QImage before = inWindow();
+    ASSERT_GT(difference(before, plain).visible, 0.005) << "what is selected shows";
+    const auto isAsBefore = [&] {
+        const QImage shown = inWindow();
+        ASSERT_EQ(shown.size(), before.size());
+        EXPECT_LT(difference(shown, before).visible, 0.0005);
+    };
+    const auto status = std::exchange(epoxy_glGetGraphicsResetStatus, resetStatus);
+    for (const int resets : {1, 2}) {
+        SCOPED_TRACE(resets);
+        bool gone = false;
+        QObject::connect(widget()->context(), &QObject::destroyed, widget(), [&] { gone = true; });
+        resetsToCome = resets;
+        widget()->update();
+        EXPECT_TRUE(UiTests::becomes([&] { return gone && resetsToCome == 0; }));
+        isAsBefore();
+    }
+    // The pointer still reaches what lies under the canvas.
+    const QPoint middle = widget()->rect().center();
+    EXPECT_EQ(QApplication::widgetAt(widget()->mapToGlobal(middle)), widget());
+    epoxy_glGetGraphicsResetStatus = status;
+
+    QWidget* const frame = widget()->parentWidget();
+    const QRect place = widget()->geometry();
+    QWidget other;
+    other.resize(frame->size());
+    widget()->setParent(&other);
+    widget()->setGeometry(place);
+    widget()->show();
+    other.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&other));
+    isAsBefore();
+    widget()->setParent(frame);
+    widget()->setGeometry(place);
+    widget()->lower();
+    widget()->show();
+    isAsBefore();
+    run(L"Selection.Clear");
 }
 
 TEST_F(WindowPicture, IsDarkInADarkWindowUnlessAnotherEnvironmentWasChosen)
