@@ -87,6 +87,7 @@ CLOSED = [
 
 # The public faces of closed rooms.
 PUBLIC = {
+    "Server/Scene/Rendra/DriverGuard.h",
     "Server/Scene/Rendra/DriverReset.h",
     "Server/Scene/Rendra/Renderer.h",
     "UI/Base/Window/Accessible.h",

@@ -1,6 +1,7 @@
 #include "Server/Scene/Rendra/EglContext.h"
 
 #include "Server/Base/Strings.h"
+#include "Server/Scene/Rendra/DriverGuard.h"
 #include "Server/Scene/Rendra/DriverReset.h"
 
 #include <dlfcn.h>
@@ -65,6 +66,22 @@ EGLDisplay deviceDisplay(EGLint index)
 } // namespace
 
 std::unique_ptr<EglContext> EglContext::make(Vs::Status& status)
+{
+    static bool crashed = false; // for good, since a driver that did may hold its own locks
+    std::unique_ptr<EglContext> made;
+    Vs::Status reasons;
+    if (!crashed)
+        crashed = !survives([&] { made = find(reasons); });
+    if (crashed)
+        status.addError(
+            L"Pictures cannot be drawn: the graphics driver crashed as it started. Look for a newer one, or "
+            L"start the program with LIBGL_ALWAYS_SOFTWARE=1.");
+    else
+        status.merge(reasons);
+    return made;
+}
+
+std::unique_ptr<EglContext> EglContext::find(Vs::Status& status)
 {
     if (!hasLibrary("libEGL.so.1") || !(hasLibrary("libOpenGL.so.0") || hasLibrary("libGL.so.1"))) {
         status.addError(

@@ -30,6 +30,7 @@ public:
     std::wstring description() const;
 
 private:
+    [[nodiscard]] static std::unique_ptr<EglContext> find(Vs::Status& status);
     EglContext(void* display, void* context) : m_display(display), m_context(context) {}
 
     void* m_display;

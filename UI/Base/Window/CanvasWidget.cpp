@@ -1,6 +1,7 @@
 #include "UI/Base/Window/CanvasWidget.h"
 
 #include "Server/Scene/OffscreenRenderer.h"
+#include "Server/Scene/Rendra/DriverGuard.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/View/GraphicsCanvas.h"
 #include "UI/Base/View/Private/CanvasPicture.h"
@@ -20,6 +21,7 @@
 
 #include <memory>
 #include <optional>
+#include <tuple>
 
 namespace Vu {
 namespace {
@@ -62,8 +64,13 @@ bool platformHasOpenGL()
     static const bool has = [] {
         if (Application::headless())
             return false;
-        QOpenGLContext context;
-        return context.create() && context.format().version() >= qMakePair(3, 3);
+        auto context = std::make_unique<QOpenGLContext>();
+        bool fits = false;
+        const bool alive = Rendra::survives(
+            [&] { fits = context->create() && context->format().version() >= qMakePair(3, 3); });
+        if (!alive)
+            std::ignore = context.release(); // What it holds can't be given back any more.
+        return alive && fits;
     }();
     return has;
 }
