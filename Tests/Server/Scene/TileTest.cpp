@@ -90,6 +90,8 @@ TEST_F(Tiles, FitTogetherWithEverythingThatStandsAroundTheBodies)
 {
     Vs::Scene::RenderParams& params = *fragment->renderParams();
     expectNoSeams("bodies alone");
+    Vs::Scene::NodeChange(box).bodyColour({0.2f, 0.5f, 0.9f, 0.4f});
+    expectNoSeams("glass");
     params.groundPlaneEnabled(true);
     params.groundShadowEnabled(true);
     params.groundReflectionEnabled(true);
