@@ -40,10 +40,13 @@ bool checkSize(const Kind& kind, const Size& size, Status& status)
 
 bool checkPlacement(const Kind& kind, const GkMatrix3d& placement, Status& status)
 {
-    if (isMotion(placement) && isNear(placement))
-        return true;
-    status.addError(std::wstring(kind.name) + L": the placement must be a motion, without scale or mirror.");
-    return false;
+    const wchar_t* const wrong = !isMotion(placement)
+                                     ? L"the placement must be a motion, without scale or mirror."
+                                 : !isNear(placement) ? L"the place is farther than a thousand kilometres."
+                                                      : nullptr;
+    if (wrong)
+        status.addError(std::wstring(kind.name) + L": " + wrong);
+    return !wrong;
 }
 
 const Component* add(Asset* asset, const Kind& kind, std::span<const Size> sizes,

@@ -86,6 +86,7 @@ TEST_F(PrimitivesTest, WrongSizesAreRefusedAndAddNothing)
                                 L"Design.Torus 5 5",
                                 L"Design.Torus 5 0"})
         EXPECT_FALSE(failure(line).empty());
+    EXPECT_NE(failure(L"Design.Box 1 1 1 1e12,0,0").find(L"thousand kilometres"), std::wstring::npos);
     EXPECT_EQ(parts(), 0u);
     EXPECT_EQ(Vs::Transaction::undoSteps(asset()), 0u);
 }
