@@ -132,7 +132,7 @@ vec3 lampReaches(vec3 place, vec3 normal, float found)
         passing += 0.25 * texture(glassLight, through.xy).rgb;
     }
     reaching *= mix(vec3(1.0), passing, behind);
-    return mix(vec3(1.0), reaching, smoothstep(0.04, 0.24, facing)) * smoothstep(-0.15, 0.0, facing);
+    return reaching;
 }
 )";
 
