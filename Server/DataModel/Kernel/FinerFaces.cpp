@@ -213,7 +213,23 @@ private:
                 std::swap(side.low, side.high);
             m_sides[keyOf(from.second, to.second)] = side;
         }
+        if (isUsable)
+            takeSideOfSeam(border);
         m_borders.push_back(std::move(border));
+    }
+
+    // A seam has two curves, one for either side; which of its polygons belongs to which can't be told from
+    // the edge's orientation alone.
+    void takeSideOfSeam(Border& border) const
+    {
+        double first, last;
+        const Handle(Geom2d_Curve) other =
+            BRep_Tool::CurveOnSurface(TopoDS::Edge(border.edge.Reversed()), m_face, first, last);
+        const auto& [parameter, node] = border.nodes[border.nodes.size() / 2];
+        const gp_Pnt2d& place = m_places[size_t(node)];
+        if (!other.IsNull() && place.SquareDistance(other->Value(parameter)) <
+                                   place.SquareDistance(border.onSurface->Value(parameter)))
+            border.onSurface = other;
     }
 
     int addPoint(const gp_Pnt& point, const gp_Pnt2d& place)

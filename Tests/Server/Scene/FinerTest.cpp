@@ -1,4 +1,5 @@
 #include "Server/Body/FinerMesh.h"
+#include "Server/Body/MeshPoints.h"
 #include "Server/Component/Component.h"
 #include "Server/DataModel/Model/ModelBody.h"
 #include "Server/DataModel/ModelBuilder.h"
@@ -132,6 +133,23 @@ TEST_F(FinerView, TheRimOfADiscIsRoundFromFarAndNearAsFarAsTheQualityAsks)
             }
     }
     EXPECT_GT(Vs::chordalDeviation(*disc().body->mesh()) * kSide / kNear, 4) << "too fine for this test";
+}
+
+TEST_F(FinerView, ATorusIsSplitAlongItsSeamsAsElsewhere)
+{
+    constexpr double kPipe = 8;
+    Vs::Status status;
+    ASSERT_TRUE(Vs::ModelBuilder(asset).torus(kRadius, kPipe, {}, status));
+    const auto mesh = asset->components()->children.back()->body->mesh();
+    const auto finer = Vs::finerMeshOf(mesh)->make(mesh, 3, [] { return true; });
+    ASSERT_TRUE(finer && finer->triangles.size() > mesh->triangles.size());
+    const double deviation = Vs::chordalDeviation(*mesh);
+    for (size_t i = 0; i < finer->triangles.size(); i += 3) {
+        GkVector3d middle;
+        for (size_t k = i; k < i + 3; ++k)
+            middle = middle + Vs::pointAt(finer->positions, finer->triangles[k]).asVector() * (1.0 / 3);
+        ASSERT_NEAR(std::hypot(std::hypot(middle.x, middle.y) - kRadius, middle.z), kPipe, deviation);
+    }
 }
 
 TEST_F(FinerView, WhatIsToldOfABodyIsThatOfItsOwnMesh)

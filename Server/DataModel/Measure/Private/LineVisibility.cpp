@@ -11,6 +11,8 @@ namespace {
 /// Parts of the whole size: what counts as the same place in the picture, and how deep something must be
 /// below a triangle to be hidden. The coordinates have single precision.
 constexpr double kSamePlace = 1e-6, kBelow = 3e-6;
+/// Outlines may be that many deviations below triangles of their own body.
+constexpr double kZigzag = 4;
 constexpr uint32_t kMostInBox = 8;
 
 /// Puts a stretch among the others, joined with those that it touches.
@@ -181,11 +183,12 @@ void LineVisibility::clip(const Line& line, const Triangle& triangle, std::vecto
                         double(c[2][2]) - double(c[0][2]));
     const GkVector3d normal = ab.crossProduct(ac).normal();
     const GkVector3d to(line.x - double(c[0][0]), line.y - double(c[0][1]), line.z - double(c[0][2]));
-    const bool isOwn = triangle.body == line.owner.body;
-    const double deviation = isOwn && !line.owner.isOutline ? 0
-                             : isOwn                        ? double(m_deviations[triangle.body])
-                                     : double(m_deviations[triangle.body] + m_deviations[line.owner.body]);
-    const double first = -normal.dotProduct(to) - deviation - kBelow * m_size;
+    double below = kBelow * m_size;
+    if (triangle.body != line.owner.body)
+        below += double(m_deviations[triangle.body] + m_deviations[line.owner.body]);
+    else if (line.owner.isOutline)
+        below += kZigzag * double(m_deviations[triangle.body]);
+    const double first = -normal.dotProduct(to) - below;
     if (keep(first, first - normal.dotProduct({line.dx, line.dy, line.dz})))
         put(stretches, inside);
 }
