@@ -127,8 +127,11 @@ public:
             triangles->Triangle(i).Get(a, b, c);
             m_triangles.push_back({a - 1, b - 1, c - 1});
         }
-        for (TopExp_Explorer all(m_face, TopAbs_EDGE); all.More(); all.Next())
+        for (TopExp_Explorer all(m_face, TopAbs_EDGE); all.More(); all.Next()) {
             addBorder(TopoDS::Edge(all.Current()), edges, triangles);
+            if (BRep_Tool::Degenerated(TopoDS::Edge(all.Current())))
+                addTip(TopoDS::Edge(all.Current()));
+        }
     }
 
     /// Splits each side that is too far from the surface once. False if there was none.
@@ -232,6 +235,30 @@ private:
             border.onSurface = other;
     }
 
+    // At the tip of a cone or a pole, one of the parameters says nothing: any value of it is the same point.
+    void addTip(const TopoDS_Edge& edge)
+    {
+        double first, last;
+        const Handle(Geom2d_Curve) curve = BRep_Tool::CurveOnSurface(edge, m_face, first, last);
+        const TopoDS_Vertex vertex = TopExp::FirstVertex(edge);
+        if (curve.IsNull() || vertex.IsNull())
+            return;
+        const gp_Vec2d along(curve->Value(first), curve->Value(last));
+        const int idle = std::abs(along.X()) > std::abs(along.Y()) ? 1 : 2;
+        for (size_t i = 0; i < m_points.size(); ++i)
+            if (m_points[i].Distance(BRep_Tool::Pnt(vertex)) <= BRep_Tool::Tolerance(vertex))
+                m_tips[int(i)] = idle;
+    }
+
+    /// A node's place on the surface as seen from another one.
+    gp_Pnt2d placeFrom(int node, int other) const
+    {
+        gp_Pnt2d place = m_places[size_t(node)];
+        if (const auto tip = m_tips.find(node); tip != m_tips.end() && !m_tips.contains(other))
+            place.SetCoord(tip->second, m_places[size_t(other)].Coord(tip->second));
+        return place;
+    }
+
     int addPoint(const gp_Pnt& point, const gp_Pnt2d& place)
     {
         m_points.push_back(point);
@@ -250,7 +277,7 @@ private:
             return found->second = middleOnBorder(std::min(a, b), std::max(a, b), side->second);
         if (m_surface.GetType() == GeomAbs_Plane)
             return -1;
-        const gp_Pnt2d place((m_places[size_t(a)].XY() + m_places[size_t(b)].XY()) / 2);
+        const gp_Pnt2d place((placeFrom(a, b).XY() + placeFrom(b, a).XY()) / 2);
         const gp_Pnt point = m_surface.Value(place.X(), place.Y());
         if (isClose(point, a, b))
             return -1;
@@ -348,6 +375,7 @@ private:
     std::vector<Border> m_borders;
     std::unordered_map<uint64_t, BorderSide> m_sides;
     std::unordered_map<uint64_t, int> m_middles;
+    std::unordered_map<int, int> m_tips; ///< Nodes with the number of the parameter that says nothing there.
 };
 
 } // namespace

@@ -14,7 +14,7 @@ namespace Vs {
 namespace {
 
 /// Part of every key. Raised whenever the same shape would give a different mesh.
-constexpr const char* kMaker = "finer2";
+constexpr const char* kMaker = "finer3";
 /// Exact data of more bytes aren't read for the look alone.
 constexpr size_t kMostRead = size_t(96) << 20;
 

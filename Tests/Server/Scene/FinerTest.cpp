@@ -135,21 +135,44 @@ TEST_F(FinerView, TheRimOfADiscIsRoundFromFarAndNearAsFarAsTheQualityAsks)
     EXPECT_GT(Vs::chordalDeviation(*disc().body->mesh()) * kSide / kNear, 4) << "too fine for this test";
 }
 
-TEST_F(FinerView, ATorusIsSplitAlongItsSeamsAsElsewhere)
+TEST_F(FinerView, RoundFacesAreSplitAlongSeamsAndAtTipsAsElsewhere)
 {
-    constexpr double kPipe = 8;
+    constexpr double kPipe = 8, kHeight = 40;
     Vs::Status status;
-    ASSERT_TRUE(Vs::ModelBuilder(asset).torus(kRadius, kPipe, {}, status));
-    const auto mesh = asset->components()->children.back()->body->mesh();
-    const auto finer = Vs::finerMeshOf(mesh)->make(mesh, 3, [] { return true; });
-    ASSERT_TRUE(finer && finer->triangles.size() > mesh->triangles.size());
-    const double deviation = Vs::chordalDeviation(*mesh);
-    for (size_t i = 0; i < finer->triangles.size(); i += 3) {
-        GkVector3d middle;
-        for (size_t k = i; k < i + 3; ++k)
-            middle = middle + Vs::pointAt(finer->positions, finer->triangles[k]).asVector() * (1.0 / 3);
-        ASSERT_NEAR(std::hypot(std::hypot(middle.x, middle.y) - kRadius, middle.z), kPipe, deviation);
-    }
+    Vs::ModelBuilder builder(asset);
+    const auto aside = [](const GkVector3d& p) { return GkVector3d(p.x, p.y, 0); };
+    // How far a place is from the surface, along its normal there.
+    const auto check = [&](const char* name, const auto& awayFromSurface) {
+        const auto mesh = asset->components()->children.back()->body->mesh();
+        const auto finer = Vs::finerMeshOf(mesh)->make(mesh, 3, [] { return true; });
+        ASSERT_TRUE(finer && finer->triangles.size() > mesh->triangles.size()) << name;
+        const double deviation = Vs::chordalDeviation(*mesh);
+        for (size_t i = 0; i < finer->triangles.size(); i += 3) {
+            GkVector3d corners[3], middle;
+            for (size_t k = 0; k < 3; ++k) {
+                corners[k] = Vs::pointAt(finer->positions, finer->triangles[i + k]).asVector();
+                middle = middle + corners[k] * (1.0 / 3);
+            }
+            const auto& [away, normal] = awayFromSurface(middle);
+            ASSERT_LT(std::abs(away), deviation) << name;
+            const GkVector3d area = (corners[1] - corners[0]).crossProduct(corners[2] - corners[0]);
+            ASSERT_GE(area.dotProduct(normal.normal()), 0.9 * area.length() - 1e-6) << name;
+        }
+    };
+    ASSERT_TRUE(builder.torus(kRadius, kPipe, {}, status));
+    check("torus", [&](const GkVector3d& p) {
+        const GkVector3d off = p - aside(p).normal() * kRadius;
+        return std::pair(off.length() - kPipe, off);
+    });
+    ASSERT_TRUE(builder.sphere(kRadius, {}, status));
+    check("sphere", [&](const GkVector3d& p) { return std::pair(p.length() - kRadius, p); });
+    ASSERT_TRUE(builder.cone(kRadius, 0, kHeight, {}, status));
+    check("cone", [&](const GkVector3d& p) {
+        if (p.z < 1e-6)
+            return std::pair(0.0, GkVector3d(0, 0, -1));
+        const GkVector3d out = aside(p).normal() * kHeight + GkVector3d(0, 0, kRadius);
+        return std::pair(aside(p).length() - kRadius * (1 - p.z / kHeight), out);
+    });
 }
 
 TEST_F(FinerView, WhatIsToldOfABodyIsThatOfItsOwnMesh)
