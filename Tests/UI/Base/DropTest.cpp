@@ -1,12 +1,11 @@
 #include "Tests/UI/Base/Fixture.h"
+#include "Tests/UI/Base/ShownWindow.h"
 #include "UI/Base/Command/AlertController.h"
 #include "UI/Base/Command/CommandContext.h"
 #include "UI/Base/Command/CommandMgr.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/MessageBox.h"
 #include "UI/Base/Window/MainWindow.h"
-#include "UI/Base/Workspace/Arrangement.h"
-#include "UI/Base/Workspace/Layout.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
@@ -34,12 +33,7 @@ protected:
                  }),
           m_home(L"ManagementShellCommand", [this](CommandContext&) { m_journal.push_back(L"home"); })
     {
-        WorkspaceWindow* window = WorkspaceMgr::get()->create()->window();
-        auto* layout = new Layout;
-        layout->addChild(std::make_unique<Area>(L"TextCommands", Vs::UniqueString::find("TextCommands")));
-        window->arrangementManager()->arrangement(Arrangement::make(window->arrangementManager(), layout));
-        window->show();
-        m_window = window->mainWindow();
+        m_window = UiTests::windowWith({"TextCommands"})->mainWindow();
         CommandMgr::get()->GetAlertController()->clearAllAlerts();
     }
     ~DropTest() override

@@ -1,4 +1,5 @@
 #include "Tests/UI/Base/Fixture.h"
+#include "Tests/UI/Base/ShownWindow.h"
 #include "UI/Base/Program/Application.h"
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/View/GraphicsCanvas.h"
@@ -9,8 +10,6 @@
 #include "UI/Base/Window/KeysPage.h"
 #include "UI/Base/Window/MainWindow.h"
 #include "UI/Base/Window/RovingFocus.h"
-#include "UI/Base/Workspace/Arrangement.h"
-#include "UI/Base/Workspace/Layout.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
@@ -220,14 +219,7 @@ TEST_F(KeysTest, TabGoesThroughAllPartsOfTheWindowAndEndsWhereItBegan)
     FunctionCommandDef second(L"TabTestSecond", [](CommandContext&) {});
     ToolbarManager::get()->add(
         {L"TabTest", L"", "TabTestBar", {{L"TabTestFirst", L"", {}}, {L"TabTestSecond", L"", {}}}});
-    WorkspaceWindow* window = WorkspaceMgr::get()->create()->window();
-    auto* layout = new Layout;
-    for (const char* key : {"TabTestBar", "BrowserWindow", "TextCommands"})
-        layout->addChild(std::make_unique<Area>(std::wstring(key, key + std::strlen(key)),
-                                                Vs::UniqueString::find(key, true)));
-    window->arrangementManager()->arrangement(Arrangement::make(window->arrangementManager(), layout));
-    window->show();
-    MainWindow* widget = window->mainWindow();
+    MainWindow* widget = UiTests::windowWith({"TabTestBar", "BrowserWindow", "TextCommands"})->mainWindow();
     widget->rebuild(); // As happens all the time.
     ASSERT_TRUE(QTest::qWaitForWindowActive(widget));
     QLineEdit* line = widget->commandBox()->edit();

@@ -1,4 +1,5 @@
 #include "Tests/UI/Base/Fixture.h"
+#include "Tests/UI/Base/ShownWindow.h"
 #include "Tests/UI/Becomes.h"
 #include "UI/Base/Command/Command.h"
 #include "UI/Base/Command/CommandDialog.h"
@@ -12,8 +13,6 @@
 #include "UI/Base/Window/CommandPanel.h"
 #include "UI/Base/Window/InputField.h"
 #include "UI/Base/Window/MainWindow.h"
-#include "UI/Base/Workspace/Arrangement.h"
-#include "UI/Base/Workspace/Layout.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
@@ -121,12 +120,8 @@ protected:
     PanelTest()
     {
         Application::get()->needGui();
-        workspace = WorkspaceMgr::get()->create();
-        WorkspaceWindow* window = workspace->window();
-        auto* layout = new Layout;
-        layout->addChild(std::make_unique<Area>(L"Browser", Vs::UniqueString::find("Browser")));
-        window->arrangementManager()->arrangement(Arrangement::make(window->arrangementManager(), layout));
-        window->show();
+        WorkspaceWindow* window = UiTests::windowWith({"Browser"});
+        workspace = window->workspace();
         main = window->mainWindow();
         WorkspaceMgr::activeWorkspace(workspace);
         SessionMgr::get()->currentAssetSession(SessionMgr::get()->assetSession(newAsset()));

@@ -1,6 +1,7 @@
 #include "Server/Base/StringTable.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Tests/UI/Base/Fixture.h"
+#include "Tests/UI/Base/ShownWindow.h"
 #include "UI/Base/Command/CommandTitles.h"
 #include "UI/Base/Command/InputControl.h"
 #include "UI/Base/Command/TranscriptedCommandTextCommand.h"
@@ -9,8 +10,6 @@
 #include "UI/Base/Window/CommandBox.h"
 #include "UI/Base/Window/MainWindow.h"
 #include "UI/Base/Window/SearchIndex.h"
-#include "UI/Base/Workspace/Arrangement.h"
-#include "UI/Base/Workspace/Layout.h"
 #include "UI/Base/Workspace/WorkspaceMgr.h"
 #include "UI/Base/Workspace/WorkspaceWindow.h"
 
@@ -199,11 +198,7 @@ TEST_F(SearchPaletteTest, TheKeyboardAloneFindsAndStartsCommandsAndFillsInLines)
     FunctionCommandDef sleep(L"PaletteSleep", [](CommandContext&) {});
     sleep.applicable = false;
     ListDef list;
-    WorkspaceWindow* owner = WorkspaceMgr::get()->create()->window();
-    auto* layout = new Layout;
-    layout->addChild(std::make_unique<Area>(L"lines", Vs::UniqueString::find("TextCommands")));
-    owner->arrangementManager()->arrangement(Arrangement::make(owner->arrangementManager(), layout));
-    owner->show();
+    WorkspaceWindow* owner = UiTests::windowWith({"TextCommands"});
     MainWindow* window = owner->mainWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window));
     const auto press = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
