@@ -134,6 +134,10 @@ void Interpreter::makeQuilletModule()
         "on_closing_down",
         [this](const py::function& function) { m_held->closingDownFunctions.append(function); },
         "Has a function called before the application closes; if it returns False, the application stays.");
+    module.def(
+        "off_closing_down",
+        [this](const py::function& function) { m_held->closingDownFunctions.attr("remove")(function); },
+        "No longer calls the function before the application closes. Raises ValueError if it isn't called.");
     module.def("parameters", &parametersOfRun,
                "What the run was given with --set NAME=VALUE, and replays have added.");
     module.def(

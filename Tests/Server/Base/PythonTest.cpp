@@ -231,6 +231,9 @@ TEST_F(PythonTest, AsksScriptsAndSitesBeforeTheApplicationCloses)
     EXPECT_FALSE(scripts->fireClosingDown(status));
     scripts->unsubscribe(&site);
     EXPECT_TRUE(status.isOk());
+    EXPECT_EQ(run("def keep():\n  return False\nquillet.on('closing', keep)\nquillet.off('closing', keep)"),
+              L"");
+    EXPECT_NE(run("quillet.off('closed', keep)").find(L"no event \"closed\""), std::wstring::npos);
     run("quillet.on_closing_down(lambda: 1 / 0)");
     EXPECT_TRUE(scripts->fireClosingDown(status));
     EXPECT_TRUE(status.matchingError("ZeroDivisionError"));

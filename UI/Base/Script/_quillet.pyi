@@ -23,6 +23,9 @@ def parameters() -> Dict[str, str]:
 def on_closing_down(function: Callable[[], object]) -> None:
     """Has a function called before the application closes; if it returns False, the application stays."""
 
+def off_closing_down(function: Callable[[], object]) -> None:
+    """No longer calls the function before the application closes. Raises ValueError if it isn't called."""
+
 def define(name: str, title: str, description: str, key: str, icon: str, function: Callable[[], object]) -> None:
     """Makes a function a command, with a line Scripts.NAME."""
 

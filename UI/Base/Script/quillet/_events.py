@@ -12,6 +12,11 @@ _handlers: Dict[str, List[Handler]] = {event: [] for event in _EVENTS}
 _listens = False
 
 
+def _require(event: str) -> None:
+    if event not in _EVENTS:
+        raise ValueError(f'there is no event "{event}"; there are selection, document, model and closing')
+
+
 def _heard(event: str) -> None:
     failure: Optional[BaseException] = None
     for handler in list(_handlers[event]):
@@ -37,8 +42,8 @@ def on(event: str, function: Optional[Any] = None) -> Union[Any, Callable[[Any],
     the application closes ("closing"), a function that returns False keeps it open. Returns the function, so it
     is also a decorator: @quillet.on("model")."""
     global _listens
-    if event != "closing" and event not in _EVENTS:
-        raise ValueError(f'there is no event "{event}"; there are selection, document, model and closing')
+    if event != "closing":
+        _require(event)
     if function is None:
         return lambda given: on(event, given)
     if event == "closing":
@@ -52,5 +57,9 @@ def on(event: str, function: Optional[Any] = None) -> Union[Any, Callable[[Any],
 
 
 def off(event: str, function: Handler) -> None:
-    """Stops calling it."""
+    """Stops calling it. Raises ValueError if it isn't called."""
+    if event == "closing":
+        _quillet.off_closing_down(function)
+        return
+    _require(event)
     _handlers[event].remove(function)
