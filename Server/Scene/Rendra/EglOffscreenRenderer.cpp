@@ -431,26 +431,36 @@ int64_t EglOffscreenRenderer::tileBudget(const std::vector<ViewFragment*>& fragm
 void EglOffscreenRenderer::drawLayers(const std::vector<ViewFragment*>& fragments,
                                       Rendra::RenderTarget& picture, const Rendra::Area& part, Image& image)
 {
-    const size_t row = size_t(part.width) * 4;
-    std::vector<uint8_t> layer(row * size_t(part.height));
-    std::vector<uint16_t> sums(layer.size());
-    int layers = 1;
-    for (int i = 0; i < layers; ++i) {
-        picture.shiftX = kShifts[i][0];
-        picture.shiftY = kShifts[i][1];
+    const auto row = ptrdiff_t(part.width) * 4, stride = ptrdiff_t(image.width) * 4;
+    const auto place = image.pixels.begin() + part.y * stride + ptrdiff_t(part.x) * 4;
+    const auto drawLayer = [&](int number) {
+        picture.shiftX = kShifts[number][0];
+        picture.shiftY = kShifts[number][1];
         m_renderer->render(fragments, picture);
-        const Rendra::RenderStatistics& seen = m_renderer->statistics();
-        layers = seen.glass ? kLayersWithGlass : seen.unlined ? kLayers : kLayersOfLined;
-        m_target.read(part.width, part.height, layer.data(), part.width);
-        std::transform(sums.begin(), sums.end(), layer.begin(), sums.begin(),
-                       [](uint16_t sum, uint8_t value) { return uint16_t(sum + value); });
+        m_target.read(part.width, part.height, &*place, int(image.width));
+    };
+    drawLayer(0);
+    const Rendra::RenderStatistics& seen = m_renderer->statistics();
+    const int layers = seen.glass ? kLayersWithGlass : seen.unlined ? kLayers : kLayersOfLined;
+    if (layers == 1)
+        return;
+
+    std::vector<uint16_t> sums(size_t(row) * size_t(part.height));
+    const auto addLayer = [&] {
+        for (int y = 0; y < part.height; ++y)
+            std::transform(place + y * stride, place + y * stride + row, sums.begin() + y * row,
+                           sums.begin() + y * row,
+                           [](uint8_t value, uint16_t sum) { return uint16_t(sum + value); });
+    };
+    addLayer();
+    for (int i = 1; i < layers; ++i) {
+        drawLayer(i);
+        addLayer();
     }
     const int bits = std::countr_zero(unsigned(layers));
-    const auto mean = [&](uint16_t sum) { return uint8_t((sum + layers / 2) >> bits); };
     for (int y = 0; y < part.height; ++y)
-        std::transform(
-            sums.begin() + ptrdiff_t(size_t(y) * row), sums.begin() + ptrdiff_t(size_t(y + 1) * row),
-            image.pixels.begin() + ptrdiff_t((size_t(part.y + y) * image.width + size_t(part.x)) * 4), mean);
+        std::transform(sums.begin() + y * row, sums.begin() + (y + 1) * row, place + y * stride,
+                       [&](uint16_t sum) { return uint8_t((sum + layers / 2) >> bits); });
 }
 
 } // namespace
