@@ -121,7 +121,7 @@ TEST_F(RecoveryFilesTest, NoCutOrForeignFileIsTakenForASoundOne)
     EXPECT_EQ(with("recovery.json", "", "").answer, RecoveryCheck::Answer::Sound);
     EXPECT_EQ(with("recovery.json", "{", "").answer, RecoveryCheck::Answer::Damaged);
     EXPECT_EQ(with("recovery.json", "savedTime", "savedtime").answer, RecoveryCheck::Answer::Damaged);
-    EXPECT_EQ(with("manifest.json", "\"format\": 4", "\"format\": 5").answer, RecoveryCheck::Answer::Strange);
+    EXPECT_EQ(with("manifest.json", "\"format\": 5", "\"format\": 6").answer, RecoveryCheck::Answer::Strange);
     EXPECT_EQ(with("recovery.json", "{", R"({"source": {"path": "/etc"},)").record.source, L"");
     EXPECT_EQ(with("recovery.json", "{", R"({"source": {"path": "/etc/gone %2521"},)").record.source,
               L"/etc/gone %21");
