@@ -14,7 +14,7 @@ constexpr double kPi = 3.14159265358979323846;
 /// of 1.
 constexpr int kSide = 64, kLevels = 4;
 /// For each texel of the first of the rougher pictures. The others, with fewer texels, have more.
-constexpr uint32_t kSamples = 128;
+constexpr uint32_t kSamples = 64;
 /// ObjectShadow and the ground use those below.
 constexpr GLuint kUnit = 7;
 /// The form of a soft box, in multiples of a lamp's size, and the part of it over which its edges fade.
