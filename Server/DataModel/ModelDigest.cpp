@@ -57,7 +57,9 @@ uint64_t digestOf(const Body& body)
             digest.add(face.triangleCount);
         for (const Colour& colour : mesh->colours)
             digest.add(colour);
-        digest.addAll(mesh->finishes);
+        // Models without materials have the digests that references keep from before there were any.
+        if (!mesh->finishes.empty())
+            digest.addAll(mesh->finishes);
     }
     return digest.result();
 }
