@@ -37,6 +37,19 @@ except quillet.CommandError as error:
     assert 'not saved' in str(error)
 changed.close(discard=True)
 assert quillet.documents() == []
+# Of two with the same name, the one that is meant is closed.
+for twice in range(2):
+    quillet.open_document(os.path.join(sys.argv[1], 'one.step'))
+one, other = quillet.documents()
+assert (one.name, one.path) == (other.name, other.path) and other.active
+one.close(discard=True)
+assert [d.session for d in quillet.documents()] == [other.session]
+try:
+    one.save()
+    assert False
+except quillet.CommandError as error:
+    assert 'not open any more' in str(error), error
+other.close(discard=True)
 assert quillet.open_document(path).assets == ('Design',)
 try:
     quillet.open_document(path + '.none')
