@@ -137,22 +137,34 @@ bool Frame::maySmooth(const Batch& batch) const
 
 const GlMesh& Frame::meshOf(const Batch& batch, const InstanceStore::Range& range) const
 {
-    // On a smooth surface, what is within cells of that size moves by a quarter of a pixel at most.
-    constexpr double kCellPixels = 5, kSmoothCellPixels = 3 / 1.4;
-    constexpr int kFewestCells = 4, kMostCells = 512;
+    using Form = MeshStore::Form;
     const std::shared_ptr<const Vs::BodyMesh>& shown = coarse ? batch.mesh : shownOf(batch);
     if (!coarse && !maySmooth(batch))
         return meshes.get(shown, statistics.uploadedMeshes);
+    const size_t triangles = shown->triangles.size() / 3;
     const GkVector3d size = shown->bounds.high() - shown->bounds.low();
     const double pixels = range.pixels * std::max({size.x, size.y, size.z}) / std::max(size.length(), 1e-30);
+    // Reducing moves faces by less than half a pixel. It takes longest, and on what is large its facets would
+    // be seen.
+    constexpr double kDeviation = 0.5, kMostPixels = 250;
+    constexpr size_t kFewestToReduce = 40, kMostToReduce = 100000;
+    const bool reduces = !coarse && pixels <= kMostPixels && triangles <= kMostToReduce;
+    // On a smooth surface, what is within cells of that size moves by a quarter of a pixel at most.
+    constexpr double kCellPixels = 5 * 1.4, kSmoothCellPixels = 3;
+    constexpr int kFewestCells = 4, kMostCells = 512;
+    const double cellPixels = coarse ? kCellPixels : reduces ? kDeviation : kSmoothCellPixels;
     int cells = kFewestCells;
-    while (cells * (coarse ? kCellPixels : kSmoothCellPixels) * 1.4 < pixels && cells <= kMostCells)
+    while (cells * cellPixels < pixels && cells <= kMostCells)
         cells *= 2;
     // A surface has hardly more triangles than that in so many cells: a mesh with fewer is coarse already.
-    if (cells > kMostCells || shown->triangles.size() / 3 <= size_t(cells) * size_t(cells) * 5)
+    const size_t fewest = reduces ? kFewestToReduce : size_t(cells) * size_t(cells) * 5;
+    if (cells > kMostCells || triangles <= fewest)
         return meshes.get(shown, statistics.uploadedMeshes);
-    return coarse ? meshes.coarse(shown, cells, statistics.uploadedMeshes)
-                  : meshes.smoothed(shown, cells, statistics.uploadedMeshes);
+    return meshes.coarser(shown,
+                          coarse    ? Form::Coarse
+                          : reduces ? Form::Reduced
+                                    : Form::Smoothed,
+                          cells, statistics.uploadedMeshes);
 }
 
 bool Frame::showsGlass() const

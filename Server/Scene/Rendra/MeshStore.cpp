@@ -4,6 +4,7 @@
 #include "Server/Scene/Rendra/BufferOffset.h"
 #include "Server/Scene/Rendra/CoarseMesh.h"
 #include "Server/Scene/Rendra/MeshShape.h"
+#include "Server/Scene/Rendra/ReducedMesh.h"
 
 #include <algorithm>
 #include <chrono>
@@ -24,6 +25,12 @@ namespace {
 constexpr size_t kCoarsenedAtOnce = 4000;
 /// How many others are simplified at a time.
 constexpr int kMostComing = 2;
+
+std::shared_ptr<const Vs::BodyMesh> reducedBy(const Vs::BodyMesh& mesh, int cells)
+{
+    const GkVector3d size = mesh.bounds.high() - mesh.bounds.low();
+    return reducedMesh(mesh, std::max({size.x, size.y, size.z}) / cells);
+}
 
 struct Vertex
 {
@@ -245,15 +252,15 @@ const GlMesh& MeshStore::get(const std::shared_ptr<const Vs::BodyMesh>& mesh, ui
     return entry.gl;
 }
 
-const GlMesh& MeshStore::level(const std::shared_ptr<const Vs::BodyMesh>& mesh, int cells, bool smooth,
-                               uint64_t& uploads)
+const GlMesh& MeshStore::coarser(const std::shared_ptr<const Vs::BodyMesh>& mesh, Form form, int cells,
+                                 uint64_t& uploads)
 {
     const GlMesh& whole = get(mesh, uploads);
-    if (smooth && !whole.closed)
+    if (form != Form::Coarse && !whole.closed)
         return whole;
-    const auto make = smooth ? smoothedMesh : coarseMesh;
+    const auto make = form == Form::Coarse ? coarseMesh : form == Form::Smoothed ? smoothedMesh : reducedBy;
     Entry& entry = m_meshes[mesh.get()];
-    const auto [found, isNew] = entry.levels.try_emplace({cells, smooth});
+    const auto [found, isNew] = entry.levels.try_emplace({cells, form});
     CoarseLevel& level = found->second;
     if (isNew) {
         if (mesh->triangles.size() / 3 <= kCoarsenedAtOnce) {

@@ -58,19 +58,17 @@ class MeshStore
 public:
     /// Uploads the mesh at the first call; counts in `uploads`.
     const GlMesh& get(const std::shared_ptr<const Vs::BodyMesh>& mesh, uint64_t& uploads);
-    /// A coarser form of the mesh, with that many cells along its longest side (see coarseMesh; a power of
-    /// two), or the mesh itself until there is one: those of large meshes are made in parallel with the
-    /// drawing.
-    const GlMesh& coarse(const std::shared_ptr<const Vs::BodyMesh>& mesh, int cells, uint64_t& uploads)
-    {
-        return level(mesh, cells, false, uploads);
-    }
-    /// The same for a picture that stands still (see smoothedMesh); bodies that aren't closed are not
-    /// changed.
-    const GlMesh& smoothed(const std::shared_ptr<const Vs::BodyMesh>& mesh, int cells, uint64_t& uploads)
-    {
-        return level(mesh, cells, true, uploads);
-    }
+    /// Which of its forms with fewer triangles; all but the first are for pictures that stand still, and of
+    /// closed bodies alone.
+    enum class Form {
+        Coarse,   ///< See coarseMesh.
+        Smoothed, ///< See smoothedMesh.
+        Reduced,  ///< See reducedMesh; its deviation is that part of the longest side.
+    };
+    /// A coarser form of the mesh, with that many cells along its longest side (a power of two), or the mesh
+    /// itself until there is one: those of large meshes are made in parallel with the drawing.
+    const GlMesh& coarser(const std::shared_ptr<const Vs::BodyMesh>& mesh, Form form, int cells,
+                          uint64_t& uploads);
     /// Frees what belongs to meshes that are gone.
     void collect();
     void release();
@@ -78,15 +76,13 @@ public:
     uint64_t bytes() const;
 
 private:
-    const GlMesh& level(const std::shared_ptr<const Vs::BodyMesh>& mesh, int cells, bool smooth,
-                        uint64_t& uploads);
     void upload(GlMesh& target, const Vs::BodyMesh& mesh);
     static void free(GlMesh& mesh);
 
     struct Entry
     {
         GlMesh gl;
-        std::map<std::pair<int, bool>, CoarseLevel> levels; ///< By their cells, and whether smoothed.
+        std::map<std::pair<int, Form>, CoarseLevel> levels; ///< By their cells and forms.
     };
     void free(Entry& entry);
 
