@@ -2,7 +2,6 @@
 
 #include "Server/Base/Exception.h"
 #include "Server/Base/LineCoverage.h"
-#include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "UI/Base/Command/CommandDefinition.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"

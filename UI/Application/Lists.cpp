@@ -1,7 +1,6 @@
 #include "UI/Application/Lists.h"
 
 #include "Server/Base/ResourceMgr.h"
-#include "Server/Base/Strings.h"
 #include "Server/Base/TextCommandMgr.h"
 #include "Server/DataModel/Translator.h"
 #include "Server/DataModel/TranslatorFileRecognizer.h"

@@ -2,7 +2,6 @@
 
 #include "Server/Base/OwnFiles.h"
 #include "Server/Base/PathInfo.h"
-#include "Server/Base/Strings.h"
 #include "Server/Base/SystemCalls.h"
 #include "Server/DataModel/Native/Paths.h"
 

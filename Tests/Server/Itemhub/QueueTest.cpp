@@ -1,6 +1,5 @@
 // The queue of uploads: every save arrives, once and in order, whatever fails.
 
-#include "Server/Base/Strings.h"
 #include "Server/DataModel/DocumentEvents.h"
 #include "Server/DataModel/DocumentMgr.h"
 #include "Tests/Server/Itemhub/Fixture.h"

@@ -1,7 +1,6 @@
 // The subject area "Selection": what is selected in the active model, for transcripts and scripts.
 
 #include "Server/Base/Status.h"
-#include "Server/Base/Strings.h"
 #include "Server/Base/TextCommand.h"
 #include "Server/DataModel/Selection/PathQueries.h"
 #include "Server/DataModel/Selection/SelectedPaths.h"

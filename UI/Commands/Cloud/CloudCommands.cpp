@@ -1,11 +1,9 @@
 #include "UI/Commands/Cloud/CloudCommands.h"
 
-#include "Server/Base/Strings.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentType.h"
 #include "Server/Skyvault/MeshportAuth.h"
 #include "Server/Skyvault/SkyvaultUtilities.h"
-#include "UI/Base/Session/AssetSession.h"
 #include "UI/Base/Session/DocumentSession.h"
 #include "UI/Commands/Documents/CloseDocumentCmd.h"
 

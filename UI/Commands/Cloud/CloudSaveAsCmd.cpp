@@ -1,7 +1,6 @@
 #include "UI/Commands/Cloud/CloudSaveAsCmd.h"
 
 #include "Server/Base/PathInfo.h"
-#include "Server/Base/Strings.h"
 #include "Server/Base/TranscriptMgr.h"
 #include "Server/DataModel/Document.h"
 #include "Server/DataModel/DocumentMgr.h"

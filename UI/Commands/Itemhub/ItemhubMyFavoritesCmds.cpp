@@ -1,6 +1,5 @@
 #include "UI/Commands/Itemhub/ItemhubMyFavoritesCmds.h"
 
-#include "Server/Base/Strings.h"
 #include "Server/Itemhub/ItemhubUtilities.h"
 #include "UI/Base/Command/CommandDefinitionMgr.h"
 #include "UI/Commands/Itemhub/ItemhubThreads.h"

@@ -17,7 +17,6 @@
 #include "UI/Base/Session/SelectionInputEvents.h"
 #include "UI/Base/View/CursorController.h"
 #include "UI/Base/View/GraphicsView.h"
-#include "UI/Commands/Localized.h"
 #include "UI/Commands/Measure/EndMeasureTask.h"
 #include "UI/Commands/Measure/MeasureCmdDef.h"
 #include "UI/Commands/Measure/MeasureHint.h"

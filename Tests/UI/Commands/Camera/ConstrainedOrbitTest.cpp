@@ -6,7 +6,7 @@
 #include "UI/Base/Program/UIBaseOptionGroup.h"
 #include "UI/Base/Session/ActiveAssetUtils.h"
 #include "UI/Base/View/GraphicsView.h"
-#include "UI/Commands/Camera/OrbitCmd.h"
+#include "UI/Commands/Camera/OrbitMode.h"
 
 #include <cmath>
 
