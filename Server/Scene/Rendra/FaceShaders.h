@@ -225,10 +225,10 @@ void main()
         // Where the light only grazes a face, its own roundness would shade it in steps; there is hardly any light.
         float facing = dot(n, toLamp);
         reaching = lampReaches(viewPosition, flatNormal, found);
-        reaching = mix(vec3(1.0), reaching, smoothstep(0.04, 0.24, facing)) * smoothstep(-0.15, 0.0, facing);
+        reaching = mix(vec3(1.0), reaching, smoothstep(0.02, 0.12, facing)) * smoothstep(-0.15, 0.0, facing);
         // A lamp lights its surroundings too, so that its shadow is a little darker than without it.
         float kept = dot(reaching, vec3(0.3, 0.6, 0.1));
-        open *= 1.0 - 0.32 * (1.0 - kept) * smoothstep(0.0, 0.35, facing);
+        open *= 1.0 - 0.32 * (1.0 - kept) * smoothstep(0.0, 0.2, facing);
     }
     vec3 shade = shaded(base.rgb, n, toViewer, open, reaching);
     vec3 seen = finished(shade, glow, dot(n, toViewer));
