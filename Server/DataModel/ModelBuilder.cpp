@@ -42,7 +42,7 @@ bool checkPlacement(const Kind& kind, const GkMatrix3d& placement, Status& statu
 {
     const wchar_t* const wrong = !isMotion(placement)
                                      ? L"the placement must be a motion, without scale or mirror."
-                                 : !isNear(placement) ? L"the place is farther than a thousand kilometres."
+                                 : !isNear(placement) ? L"the place is not within a thousand kilometres of the origin."
                                                       : nullptr;
     if (wrong)
         status.addError(std::wstring(kind.name) + L": " + wrong);

@@ -197,7 +197,7 @@ TEST_F(ModelTest, ImpossibleSizesAndPlacesAreRefusedAndLeaveNothing)
     for (const GkMatrix3d& placement : {mirror, lost, GkMatrix3d::scaling(2)}) {
         Status refused;
         EXPECT_EQ(builder.box(1, 1, 1, {placement, L"", std::nullopt}, refused), nullptr);
-        EXPECT_TRUE(refused.matchingError("placement"));
+        EXPECT_TRUE(refused.matchingError("place"));
     }
     EXPECT_TRUE(componentsOf(*asset).empty());
     EXPECT_EQ(Transaction::undoSteps(asset), 0u);

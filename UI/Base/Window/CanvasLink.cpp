@@ -98,10 +98,11 @@ void CanvasLink::settle()
     m_still.stop();
     m_judged = nullptr;
     m_settles = true;
-    m_widget->repaint();
+    // Qt puts a repaint off that follows within a frame on another; what is grabbed is drawn in any case.
+    m_widget->grab();
     m_settles = false;
     Vs::Scene::FinerMeshes::get().await(Vs::Scene::ImageOptions().finerWait);
-    m_widget->repaint();
+    m_widget->update();
 }
 
 std::vector<Vs::Scene::ViewFragment*> CanvasLink::fragments()
