@@ -40,10 +40,10 @@ bool checkSize(const Kind& kind, const Size& size, Status& status)
 
 bool checkPlacement(const Kind& kind, const GkMatrix3d& placement, Status& status)
 {
-    const wchar_t* const wrong = !isMotion(placement)
-                                     ? L"the placement must be a motion, without scale or mirror."
-                                 : !isNear(placement) ? L"the place is not within a thousand kilometres of the origin."
-                                                      : nullptr;
+    const wchar_t* const wrong =
+        !isMotion(placement) ? L"the placement must be a motion, without scale or mirror."
+        : !isNear(placement) ? L"the place is not within a thousand kilometres of the origin."
+                             : nullptr;
     if (wrong)
         status.addError(std::wstring(kind.name) + L": " + wrong);
     return !wrong;
