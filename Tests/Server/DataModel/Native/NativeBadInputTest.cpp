@@ -15,6 +15,7 @@
 #include "Tests/Server/DataModel/Native/NativeFixture.h"
 
 #include <cstring>
+#include <memory>
 #include <sys/stat.h>
 #include <zlib.h>
 
@@ -160,8 +161,8 @@ TEST_F(NativeBadInputTest, AModelOfTheThirdLayoutLooksAsItDidThoughItsExactDataK
     Document* document = open(scratch("old.tdsn"));
     ASSERT_NE(document, nullptr) << message();
     Asset* asset = document->activeAsset();
-    EditRequest* mirror = EditRequest::make(
-        asset, L"Mirror", MirrorEdit{{asset->components()->children.at(0)->id}, {-1, 0, 0}, {1, 0, 0}});
+    const std::unique_ptr<EditRequest> mirror(EditRequest::make(
+        asset, L"Mirror", MirrorEdit{{asset->components()->children.at(0)->id}, {-1, 0, 0}, {1, 0, 0}}));
     ASSERT_TRUE(mirror->execute(asset, status)) << message();
     // One as it was in the file, and one that the kernel made of it.
     ASSERT_EQ(asset->components()->children.size(), 2u);
