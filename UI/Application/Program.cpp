@@ -273,7 +273,7 @@ int runProgram(CommandLine line, int& count, char** arguments)
     if (!lists)
         std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
     if (!lists && !Vs::PathInfo::hasHome())
-        complain("there is no home folder (HOME is not set, and this user has none): what this run keeps "
+        complain("no home folder was found (HOME is not set, and this user has none): what this run keeps "
                  "goes with it, "
                  "and no scripts of the user's run at its start.");
     // A window with unsaved work must outlive the terminal it was started from. Without a window the run ends

@@ -58,6 +58,22 @@ vec3 lightFromAround(vec3 n)
 }
 )";
 
+/// The mean of four by four pixels of the layer `raw`, which evens out what was found with a grain of that
+/// period.
+inline constexpr const char* kMeanAround = R"(
+uniform sampler2D raw;
+
+vec4 meanAround(ivec2 pixel)
+{
+    ivec2 last = textureSize(raw, 0) - 1;
+    vec4 sum = vec4(0.0);
+    for (int y = -2; y < 2; ++y)
+        for (int x = -2; x < 2; ++x)
+            sum += texelFetch(raw, clamp(pixel + ivec2(x, y), ivec2(0), last), 0);
+    return sum / 16.0;
+}
+)";
+
 /// Shaders for depth-only passes.
 inline constexpr const char* kDepthVertex = R"(
 void main()

@@ -74,17 +74,11 @@ void main()
 )";
 
 constexpr const char* kBlurFragment = R"(
-uniform sampler2D raw;
 out float result;
 
 void main()
 {
-    ivec2 pixel = ivec2(gl_FragCoord.xy), last = textureSize(raw, 0) - 1;
-    float sum = 0.0;
-    for (int y = -2; y < 2; ++y)
-        for (int x = -2; x < 2; ++x)
-            sum += texelFetch(raw, clamp(pixel + ivec2(x, y), ivec2(0), last), 0).r;
-    result = sum / 16.0;
+    result = meanAround(ivec2(gl_FragCoord.xy)).r;
 }
 )";
 
@@ -98,7 +92,7 @@ bool ContactShadow::makePrograms()
         Vs::Status ignored;
         m_works = m_depthOnly.make("depth", {kInstance, kDepthVertex}, {kDepthFragment}, ignored) &&
                   m_find.make("ground shadow", {kWholeVertex}, {kFindFragment}, ignored) &&
-                  m_blur.make("ground shadow blur", {kWholeVertex}, {kBlurFragment}, ignored);
+                  m_blur.make("ground shadow blur", {kWholeVertex}, {kMeanAround, kBlurFragment}, ignored);
         glGenVertexArrays(1, &m_noArray);
     }
     return m_works;

@@ -36,19 +36,14 @@ void main()
 )";
 
 constexpr const char* kBlurFragment = R"(
-uniform sampler2D raw;
 out vec4 result;
 
 void main()
 {
     ivec2 pixel = ivec2(gl_FragCoord.xy), last = textureSize(raw, 0) - 1;
-    vec4 sum = vec4(0.0);
-    for (int y = -2; y < 2; ++y)
-        for (int x = -2; x < 2; ++x)
-            sum += texelFetch(raw, clamp(pixel + ivec2(x, y), ivec2(0), last), 0);
     // Beyond the rectangle there is no shadow.
     bool outermost = any(equal(pixel, ivec2(0))) || any(equal(pixel, last));
-    result = outermost ? vec4(1.0) : sum / 16.0;
+    result = outermost ? vec4(1.0) : meanAround(pixel);
 }
 )";
 
@@ -68,7 +63,7 @@ bool LampOnGround::find(const Frame& frame, const Ground& ground)
                     {"#define FOUND\n", ObjectShadow::kPlaces, ObjectShadow::kSoftLookUp,
                      ObjectShadow::kLookUp, kFindFragment},
                     ignored);
-        m_blur.make("lamp on the ground, blur", {kWholeVertex}, {kBlurFragment}, ignored);
+        m_blur.make("lamp on the ground, blur", {kWholeVertex}, {kMeanAround, kBlurFragment}, ignored);
         glGenVertexArrays(1, &m_noArray);
     }
     const double height = shadows.toLamp.dotProduct(ground.up);

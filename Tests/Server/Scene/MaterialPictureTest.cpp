@@ -95,7 +95,7 @@ TEST_F(MaterialPicture, MetalMirrorsInItsOwnColourAndRoughnessBlursWhatIsMirrore
     const Colour grey{0.3f, 0.3f, 0.3f, 1};
     const auto guessed = ballOf(grey, {}, kRealistic), paint = ballOf(grey, {finish(0, 0.6f)}, kRealistic);
     EXPECT_LT(spread(paint), spread(guessed) - 25);
-    EXPECT_EQ(ballOf(grey, {Finish()}, kRealistic), guessed) << "a finish that isn't known is none";
+    EXPECT_EQ(ballOf(grey, {Finish()}, kRealistic), guessed) << "an unknown finish counts as none";
 }
 
 TEST_F(MaterialPicture, LightThatFacesGiveOffIsAddedInStylesWithFacesAlone)

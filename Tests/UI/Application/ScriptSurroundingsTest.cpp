@@ -80,7 +80,7 @@ TEST_F(ScriptSurroundingsTest, WithoutAHomeNobodyElsesScriptsRun)
              "--headless", "--command", "Camera.ZoomIn"});
         EXPECT_EQ(result.exitCode, 0) << result.errors;
         EXPECT_EQ(result.output, "Zoom in.\n") << home;
-        EXPECT_NE(result.errors.find("there is no home folder"), std::string::npos) << result.errors;
+        EXPECT_NE(result.errors.find("no home folder was found"), std::string::npos) << result.errors;
     }
     // Nor does such a run leave anything behind.
     EXPECT_EQ(

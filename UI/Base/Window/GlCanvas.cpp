@@ -146,8 +146,7 @@ void GlCanvas::renewSoon()
     m_isLost = true;
     if (++m_losses > kMostLosses) {
         Application::get()->inform(localized(
-            "GraphicsLost",
-            "The graphics driver was reset again and again. Save your work and start the program anew."));
+            "GraphicsLost", "The graphics driver keeps failing. Save your work and restart the program."));
         return;
     }
     QTimer::singleShot(0, this, [this] {

@@ -237,7 +237,7 @@ TEST(ModelFile, AMeshWhoseNumbersLeadOutOfItIsDamagedThoughItsHashesAreRight)
         {"a face of a colour below none", [](BodyMesh& m) { m.faces[0].colour = -2; }},
         {"a colour without a finish, where others have one", [](BodyMesh& m) { m.finishes.pop_back(); }},
         {"more metal than there is", [](BodyMesh& m) { m.finishes[1].metallic = 1.5f; }},
-        {"a roughness that is no number", [](BodyMesh& m) { m.finishes[0].roughness = std::nanf(""); }},
+        {"a roughness that isn't a number", [](BodyMesh& m) { m.finishes[0].roughness = std::nanf(""); }},
         {"an unknown kind of opacity", [](BodyMesh& m) { m.finishes[1].alpha = Finish::Alpha(3); }},
         {"an edge beyond its points", [](BodyMesh& m) { m.edgeStarts[1] = 3; }},
         {"an edge that ends before it begins",
