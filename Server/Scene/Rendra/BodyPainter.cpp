@@ -171,7 +171,9 @@ void BodyPainter::draw(const Frame& frame)
     frame.drawIntoPicture();
     bool hides = false;
     if (style.faces || style.depthOnly) {
-        useFaces(frame, occluded); // which draws shadows of all bodies, if there are to be any
+        // Bodies that are hidden here throw shadows as well, which are found before these are left out.
+        if (style.faces)
+            findShadows(frame);
         hides = m_hidden.begin(frame);
         drawSolids(frame, occluded, style.depthOnly);
         if (hides && m_hidden.findMore(frame))
